@@ -1,0 +1,34 @@
+# What every target of this project has in common. Flags sit on the targets, never on the directory,
+# so that a library found on the system is compiled against as it is.
+
+function(ulvak_common target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wno-missing-field-initializers $<$<BOOL:${ULVAK_STRICT}>:-Werror>)
+  if(ULVAK_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${ULVAK_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=${ULVAK_SANITIZE})
+  endif()
+endfunction()
+
+# ulvak_library(<folder> SOURCES <files>...): the static target ulvak_<folder>, alias ulvak::<folder>.
+function(ulvak_library folder)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES")
+  add_library(ulvak_${folder} STATIC ${arg_SOURCES})
+  add_library(ulvak::${folder} ALIAS ulvak_${folder})
+  target_include_directories(ulvak_${folder} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  ulvak_common(ulvak_${folder})
+endfunction()
+
+# ulvak_test(<folder> SOURCES <files>... LIBRARIES <targets>...): the binary <folder>_tests, one ctest
+# entry per test. Each test runs in a process of its own.
+function(ulvak_test folder)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  add_executable(${folder}_tests ${arg_SOURCES})
+  target_link_libraries(${folder}_tests PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock GTest::gtest_main)
+  ulvak_common(${folder}_tests)
+  gtest_discover_tests(${folder}_tests
+    TEST_PREFIX "${folder}/"
+    PROPERTIES TIMEOUT 300
+    DISCOVERY_TIMEOUT 60)
+endfunction()
