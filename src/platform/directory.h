@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "platform/file_time.h"
+
+namespace ulvak::platform {
+
+enum class EntryKind : std::uint8_t {
+    file,       ///< whatever holds bytes and is none of the others: sockets, FIFOs and devices too
+    directory,  ///< a folder on the same volume
+    volume,     ///< the mount point of another volume
+    link,       ///< a symbolic link
+};
+
+struct DirectoryEntry {
+    /// The bytes of the name, without a terminating zero. Valid until the next `EntryReader::next`.
+    std::string_view name;
+    EntryKind kind = EntryKind::file;
+    /// Bytes held on disk, files only; not the length: less when sparse, more for the last block.
+    std::int64_t allocatedSize = 0;
+    std::optional<FileTime> modified;
+};
+
+/// An open folder. Whatever is opened from it is found relative to it, however long its path has become
+/// and whoever renames its parents. Move-only; closes itself. Safe to read from several threads.
+class Directory {
+public:
+    Directory() = default;
+    ~Directory() { close(); }
+    Directory(Directory&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
+    Directory& operator=(Directory&& other) noexcept;
+    Directory(const Directory&) = delete;
+    Directory& operator=(const Directory&) = delete;
+
+    /// Follows links, as whoever names a folder by its path expects. Fails with the system's error.
+    [[nodiscard]] static std::expected<Directory, std::error_code> open(const std::string& path);
+
+    /// A folder below this one. `relativePath` is one name or several joined with "/", of any length, in
+    /// a buffer that ends in a zero byte. Follows no link and enters no other volume, on the way or at
+    /// the end: those fail, as a folder that has vanished does.
+    [[nodiscard]] std::expected<Directory, std::error_code> openBelow(const char* relativePath) const;
+
+    [[nodiscard]] bool isOpen() const { return handle_ >= 0; }
+    void close();
+
+private:
+    friend class EntryReader;
+    explicit Directory(int handle) : handle_(handle) {}
+
+    int handle_ = -1;
+};
+
+using NameSet = std::set<std::string, std::less<>>;
+
+/// Lists folders one after the other with what the walk needs to know of each entry, in the system's
+/// order, without "." and "..". Opens no entry. Keep one per thread: its buffer is used again.
+class EntryReader {
+public:
+    EntryReader();
+    ~EntryReader();
+    EntryReader(const EntryReader&) = delete;
+    EntryReader& operator=(const EntryReader&) = delete;
+
+    /// Starts over with `directory`, freshly opened, which must outlive the listing. What is named in
+    /// `untouched` (null for none) is passed over without asking the system about it.
+    void start(const Directory& directory, const NameSet* untouched = nullptr);
+
+    /// The next entry, or nothing at the end of the listing and after an error. An entry that vanished
+    /// after it was listed, or that the system does not describe, is passed over.
+    [[nodiscard]] const DirectoryEntry* next();
+
+    /// Why the listing ended early, if it did.
+    [[nodiscard]] std::error_code error() const { return error_; }
+
+private:
+    std::unique_ptr<std::byte[]> buffer_;
+    std::size_t position_ = 0;
+    std::size_t end_ = 0;
+    int handle_ = -1;
+    const NameSet* untouched_ = nullptr;
+    DirectoryEntry entry_;
+    std::error_code error_;
+};
+
+/// How many folders this process can hold open beside those it has open now.
+[[nodiscard]] std::size_t spareHandles();
+
+/// Whether an error says that handles have run out, which another thread may mend at any moment.
+[[nodiscard]] bool isOutOfHandles(std::error_code error);
+
+}  // namespace ulvak::platform

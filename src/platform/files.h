@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/file_time.h"
+
+/// Quick looks at single places. Nothing here writes, and nothing but folders is opened. Paths are bytes.
+namespace ulvak::platform {
+
+struct FileInfo {
+    bool isDirectory = false;
+    /// Bytes held on disk (not the length); 0 when the system does not say.
+    std::int64_t allocatedSize = 0;
+    std::optional<FileTime> modified;
+};
+
+/// What is at `path`; a symbolic link is followed. Absent when nothing is there, when a link leads
+/// nowhere, or when this user may not look.
+[[nodiscard]] std::optional<FileInfo> fileInfo(const std::string& path);
+
+/// The names in a folder, in the system's order, hidden ones included. Empty when it cannot be listed.
+[[nodiscard]] std::vector<std::string> listNames(const std::string& path);
+
+/// `path` with every link on the way resolved; absent when nothing is there.
+[[nodiscard]] std::optional<std::string> resolvedPath(const std::string& path);
+
+}  // namespace ulvak::platform

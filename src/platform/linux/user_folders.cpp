@@ -1,0 +1,60 @@
+#include "platform/user_folders.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+namespace ulvak::platform {
+namespace {
+
+/// An environment variable that holds an absolute path. An empty or relative one says nothing about
+/// where the folder is, and counts as unset.
+std::optional<std::string> absoluteFromEnvironment(const char* name) {
+    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
+    if (value == nullptr || value[0] != '/')
+        return std::nullopt;
+    return value;
+}
+
+std::optional<std::string> homeFromPasswd() {
+    std::vector<char> buffer(16384);
+    passwd entry{};
+    passwd* found = nullptr;
+    if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr)
+        return std::nullopt;
+    if (found->pw_dir == nullptr || found->pw_dir[0] != '/')
+        return std::nullopt;
+    return found->pw_dir;
+}
+
+}  // namespace
+
+std::string homeDirectory() {
+    if (auto home = absoluteFromEnvironment("HOME"))
+        return *home;
+    // A user whom the system does not know has no home: an empty place is better than somebody else's.
+    return homeFromPasswd().value_or("/nonexistent");
+}
+
+std::string temporaryDirectory() {
+    auto temp = absoluteFromEnvironment("TMPDIR");
+    // "/" is nobody's temporary folder, and what lies in a temporary folder is called safe to delete.
+    if (!temp || temp->find_first_not_of('/') == std::string::npos)
+        return "/tmp";
+    return *temp;
+}
+
+std::optional<std::string> cacheDirectory() {
+    return std::nullopt;
+}
+
+std::string trashDirectory(const std::string& home) {
+    if (auto data = absoluteFromEnvironment("XDG_DATA_HOME"))
+        return *data + "/Trash";
+    return home + "/.local/share/Trash";
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ulvak::platform {
+
+/// Bytes.
+struct VolumeCapacity {
+    std::int64_t total = 0;
+    /// What this user can still write.
+    std::int64_t available = 0;
+};
+
+/// The capacity of the volume that holds `path`; absent when the system does not say.
+[[nodiscard]] std::optional<VolumeCapacity> volumeCapacity(const std::string& path);
+
+/// The absolute paths at which volumes are mounted, in the system's order, read without touching the
+/// volumes themselves: a server that does not answer cannot hold the caller. Empty when unknown.
+[[nodiscard]] std::vector<std::string> mountPoints();
+
+}  // namespace ulvak::platform
