@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "core/verdict.h"
+#include "platform/file_time.h"
+
+namespace ulvak {
+
+/// A line about an entry next to or inside a finding.
+struct ChildSummary {
+    std::string name;  ///< last path component, bytes as on disk
+    std::int64_t size = 0;
+    bool isDirectory = false;
+
+    friend bool operator==(const ChildSummary&, const ChildSummary&) = default;
+};
+
+/// What cleaning a finding does. The order of the cases is fixed.
+struct CleanAction {
+    /// Every item goes to the Trash, or is removed for good when the user asks for that.
+    struct Trash {
+        friend bool operator==(const Trash&, const Trash&) = default;
+    };
+    /// A simulator device is deleted through the developer tools, never through the file system.
+    struct DeleteSimulator {
+        std::string udid;
+        friend bool operator==(const DeleteSimulator&, const DeleteSimulator&) = default;
+    };
+    /// It cannot be cleaned; the Turkish reason stands in place of the buttons.
+    struct None {
+        std::string reason;
+        friend bool operator==(const None&, const None&) = default;
+    };
+
+    std::variant<Trash, DeleteSimulator, None> value;
+
+    friend bool operator==(const CleanAction&, const CleanAction&) = default;
+};
+
+/// One reportable item of a scan: a folder or file, or a group of like ones merged into one entry.
+/// A plain value; two findings with the same id are the same item, whatever their other fields.
+struct Finding {
+    std::string id;                 ///< the item's path; unique within one result list
+    std::vector<std::string> urls;  ///< full paths: one for a single item, more for a merged group
+    std::int64_t size = 0;          ///< bytes on disk of all `urls` together
+    SafetyLevel level = SafetyLevel::unknown;
+    std::string title;
+    std::string explanation;
+    VerdictSource source = VerdictSource::rule;
+    std::optional<std::int64_t> confidence;  ///< 0 to 100; only with a model's verdict
+    CleanAction action;
+    std::vector<std::string> quitApps;  ///< applications that must not run while this is cleaned
+    std::optional<FileTime> modified;   ///< latest date found in the item's tree
+    std::int64_t fileCount = 0;
+    std::vector<ChildSummary> children;     ///< at most 12 direct children, largest first
+    std::optional<std::string> parentPath;  ///< absent at a scan root
+    std::vector<ChildSummary> siblings;     ///< at most 10 other entries of that folder, largest first
+    bool isPersonal = false;                ///< lies among the user's personal files
+    Verdict original;                       ///< what the analysis said first; later verdicts leave it alone
+    std::optional<std::string> groupKey;    ///< what like findings were merged under
+};
+
+/// The five fields of a finding that form its current verdict.
+[[nodiscard]] Verdict currentVerdict(const Finding& finding);
+void setCurrentVerdict(Finding& finding, Verdict verdict);
+
+/// The user sets the level by hand: title and explanation stay, a model's confidence goes.
+void relabel(Finding& finding, SafetyLevel level);
+
+/// Back to what the analysis said first.
+void resetVerdict(Finding& finding);
+
+/// Ends the title, and the title that a reset brings back, with the number of members: " (3 öğe)".
+void appendMemberCount(Finding& finding);
+
+/// What the sidebar has selected.
+struct SidebarItem {
+    struct Overview {
+        friend bool operator==(const Overview&, const Overview&) = default;
+    };
+
+    std::variant<Overview, SafetyLevel> value;
+
+    friend bool operator==(const SidebarItem&, const SidebarItem&) = default;
+};
+
+}  // namespace ulvak
+
+template <>
+struct std::hash<ulvak::ChildSummary> {
+    std::size_t operator()(const ulvak::ChildSummary& summary) const noexcept;
+};
+template <>
+struct std::hash<ulvak::CleanAction> {
+    std::size_t operator()(const ulvak::CleanAction& action) const noexcept;
+};
+template <>
+struct std::hash<ulvak::SidebarItem> {
+    std::size_t operator()(const ulvak::SidebarItem& item) const noexcept;
+};

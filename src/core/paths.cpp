@@ -1,0 +1,107 @@
+#include "core/paths.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/user_folders.h"
+
+namespace ulvak {
+namespace {
+
+constexpr std::string_view privatePrefix = "/private";
+
+/// One "/" between components and none at the end: a home folder given as "/home//ayse/" is "/home/ayse".
+std::string tidied(std::string_view path) {
+    std::string result;
+    for (const char c : path) {
+        if (c != '/' || !result.ends_with('/'))
+            result += c;
+    }
+    if (result.size() > 1 && result.ends_with('/'))
+        result.pop_back();
+    return result;
+}
+
+std::string_view parentOf(std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
+}
+
+}  // namespace
+
+UserFolders UserFolders::ofCurrentUser() {
+    UserFolders folders;
+    folders.home = tidied(platform::homeDirectory());
+    folders.temp = tidied(platform::temporaryDirectory());
+    if (const auto cache = platform::cacheDirectory())
+        folders.cache = tidied(*cache);
+    else
+        folders.cache = Paths::join(parentOf(folders.temp), "C");
+    folders.trash = tidied(platform::trashDirectory(folders.home));
+    return folders;
+}
+
+namespace Paths {
+
+const UserFolders& folders() {
+    static const UserFolders known = UserFolders::ofCurrentUser();
+    return known;
+}
+
+std::string expand(std::string_view text, const UserFolders& folders) {
+    const std::array<std::pair<std::string_view, const std::string*>, 3> tokens = {
+        {{"~", &folders.home}, {"$T", &folders.temp}, {"$C", &folders.cache}}};
+    for (const auto& [token, folder] : tokens) {
+        if (text == token)
+            return *folder;
+        if (text.starts_with(token) && text.substr(token.size()).starts_with('/'))
+            return Paths::join(*folder, text.substr(token.size() + 1));
+    }
+    return std::string(text);
+}
+
+std::string display(std::string_view path, const UserFolders& folders) {
+    path = withoutPrivate(path);
+    // Text prefixes on purpose, unlike the home folder's: what lies beside the temporary folder under a
+    // name that begins like it is shown as belonging to it.
+    if (path.starts_with(folders.temp))
+        return std::string("Geçici klasör").append(path.substr(folders.temp.size()));
+    if (path.starts_with(folders.cache))
+        return std::string("Sistem önbelleği").append(path.substr(folders.cache.size()));
+    if (path == folders.home)
+        return "~";
+    if (path.starts_with(folders.home) && path.substr(folders.home.size()).starts_with('/'))
+        return std::string("~").append(path.substr(folders.home.size()));
+    return std::string(path);
+}
+
+std::string_view withoutPrivate(std::string_view path) {
+    return path.starts_with("/private/var/folders/") ? path.substr(privatePrefix.size()) : path;
+}
+
+std::string join(std::string_view folder, std::string_view name) {
+    std::string path(folder);
+    if (!path.ends_with('/'))
+        path += '/';
+    path += name;
+    return path;
+}
+
+std::string_view lastComponent(std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos || path == "/" ? path : path.substr(slash + 1);
+}
+
+std::string_view extension(std::string_view name) {
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string_view::npos || dot == 0 ? std::string_view() : name.substr(dot + 1);
+}
+
+bool isWithin(std::string_view path, std::string_view folder) {
+    if (!path.starts_with(folder))
+        return false;
+    return path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/';
+}
+
+}  // namespace Paths
+}  // namespace ulvak

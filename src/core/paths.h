@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ulvak {
+
+/// The four well-known folders of a user: absolute paths, bytes, without a trailing "/" (unless one is "/").
+struct UserFolders {
+    std::string home;
+    std::string temp;
+    std::string cache;
+    std::string trash;
+
+    /// Asks the operating system.
+    [[nodiscard]] static UserFolders ofCurrentUser();
+};
+
+/// Paths as the rule book writes them and as people read them. The folders are asked for once, on first
+/// use from any thread, and kept for the life of the process. The overloads that take the folders are pure.
+namespace Paths {
+
+[[nodiscard]] const UserFolders& folders();
+
+[[nodiscard]] inline const std::string& home() {
+    return folders().home;
+}
+[[nodiscard]] inline const std::string& temp() {
+    return folders().temp;
+}
+[[nodiscard]] inline const std::string& cache() {
+    return folders().cache;
+}
+[[nodiscard]] inline const std::string& trash() {
+    return folders().trash;
+}
+
+/// A leading "~", "$T" or "$C" (home, temporary, cache folder), alone or before a "/", is replaced;
+/// anything else comes back unchanged.
+[[nodiscard]] std::string expand(std::string_view text, const UserFolders& folders = Paths::folders());
+
+/// The short form of a full path for the user: "~/Library", "Geçici klasör/x", "Sistem önbelleği/x". The
+/// bytes of the path are kept; make them `printable` before they are shown.
+[[nodiscard]] std::string display(std::string_view path, const UserFolders& folders = Paths::folders());
+
+/// Without the "/private" before "/var/folders/": the form in which the temporary and the cache folder
+/// are known on systems where "/var" is a link.
+[[nodiscard]] std::string_view withoutPrivate(std::string_view path);
+
+/// `folder` and `name` with exactly one "/" between them.
+[[nodiscard]] std::string join(std::string_view folder, std::string_view name);
+
+/// What follows the last "/"; "/" for the root.
+[[nodiscard]] std::string_view lastComponent(std::string_view path);
+
+/// What follows the last dot of a name, as written; empty for ".name" and "name.".
+[[nodiscard]] std::string_view extension(std::string_view name);
+
+/// Whether `path` is `folder` or lies below it, compared as text, component by component.
+[[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
+
+}  // namespace Paths
+}  // namespace ulvak

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace ulvak {
+
+/// How safe it is to delete something. The order of declaration is the order of `allSafetyLevels`; lists
+/// that people see are sorted by `order` instead, in which `unknown` stands before `keep`.
+enum class SafetyLevel : std::uint8_t { safe, regenerable, caution, keep, unknown };
+
+inline constexpr std::array allSafetyLevels = {SafetyLevel::safe, SafetyLevel::regenerable,
+                                               SafetyLevel::caution, SafetyLevel::keep, SafetyLevel::unknown};
+
+/// All that a level shows of itself. The texts are Turkish, UTF-8 in NFC.
+struct SafetyLevelInfo {
+    SafetyLevel level = SafetyLevel::unknown;
+    std::string_view rawValue;  ///< in JSON and on the command line
+    int order = 0;              ///< display rank
+    std::string_view title;     ///< on badges, buttons, sidebar rows and cards
+    std::string_view symbol;    ///< name of a symbol image
+    std::string_view color;     ///< one of the platform's standard named colours
+    std::string_view summary;   ///< one sentence under the title
+};
+
+[[nodiscard]] const SafetyLevelInfo& info(SafetyLevel level);
+
+/// The level of exactly this raw value, letter case included.
+[[nodiscard]] std::optional<SafetyLevel> safetyLevel(std::string_view rawValue);
+
+/// Sorts for display: safe, regenerable, caution, unknown, keep. Stable.
+void sortForDisplay(std::span<SafetyLevel> levels);
+
+/// `allSafetyLevels` as people see them.
+[[nodiscard]] std::array<SafetyLevel, allSafetyLevels.size()> displayedSafetyLevels();
+
+}  // namespace ulvak

@@ -1,0 +1,89 @@
+#include "core/text.h"
+
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+
+namespace ulvak {
+namespace {
+
+constexpr UChar32 replacement = 0xFFFD;
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool isHarmful(UChar32 c) {
+    const bool isControl = c < 0x20 || (c >= 0x7F && c <= 0x9F);
+    const bool breaksLine = c == 0x2028 || c == 0x2029;
+    const bool turnsDirection = (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    return isControl || breaksLine || turnsDirection;
+}
+
+/// Each maximal piece that is not UTF-8 becomes one U+FFFD.
+icu::UnicodeString decoded(std::string_view text) {
+    return icu::UnicodeString::fromUTF8(
+        icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+std::string encoded(const icu::UnicodeString& text) {
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+}  // namespace
+
+std::string lowerCased(std::string_view text) {
+    if (isAscii(text)) {
+        std::string result(text);
+        std::ranges::transform(result, result.begin(), [](char c) {
+            return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+        });
+        return result;
+    }
+    return encoded(decoded(text).toLower(icu::Locale::getRoot()));
+}
+
+std::string wellFormed(std::string_view text) {
+    return encoded(decoded(text));
+}
+
+std::string printable(std::string_view text) {
+    icu::UnicodeString shown;
+    const icu::UnicodeString read = decoded(text);
+    for (std::int32_t i = 0; i < read.length(); i = read.moveIndex32(i, 1)) {
+        const UChar32 c = read.char32At(i);
+        shown.append(isHarmful(c) ? replacement : c);
+    }
+    return encoded(shown);
+}
+
+std::string paddedOrCut(std::string_view text, std::size_t count) {
+    const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    std::size_t characters = 0;
+    std::size_t end = 0;
+    while (end < text.size() && (characters < count || isContinuation(text[end]))) {
+        if (!isContinuation(text[end]))
+            ++characters;
+        ++end;
+    }
+    std::string result(text.substr(0, end));
+    result.append(count - characters, ' ');
+    return result;
+}
+
+std::string replacedAll(std::string_view text, std::string_view what, std::string_view with) {
+    std::string result;
+    for (;;) {
+        const std::size_t found = text.find(what);
+        result += text.substr(0, found);
+        if (found == std::string_view::npos)
+            return result;
+        result += with;
+        text.remove_prefix(found + what.size());
+    }
+}
+
+}  // namespace ulvak

@@ -1,0 +1,109 @@
+#include "core/verdict.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "core/hash.h"
+
+namespace ulvak {
+namespace {
+
+constexpr std::array<VerdictSourceInfo, allVerdictSources.size()> infos = {{
+    {VerdictSource::rule, "rule", "Kural", "book.closed"},
+    {VerdictSource::ai, "ai", "Apple Intelligence", "apple.intelligence"},
+    {VerdictSource::heuristic, "heuristic", "Tahmin", "wand.and.stars"},
+    {VerdictSource::user, "user", "Senin etiketin", "person.fill"},
+}};
+
+std::expected<std::string, DataCorrupted> requiredText(const nlohmann::ordered_json& json, const char* key) {
+    const auto found = json.find(key);
+    if (found == json.end() || !found->is_string())
+        return std::unexpected(DataCorrupted{std::string(key) + " is missing or not a string"});
+    return found->get<std::string>();
+}
+
+std::expected<std::optional<std::int64_t>, DataCorrupted> optionalInteger(const nlohmann::ordered_json& json,
+                                                                          const char* key) {
+    const auto found = json.find(key);
+    if (found == json.end() || found->is_null())
+        return std::nullopt;
+    const bool fits = found->is_number_integer() && (!found->is_number_unsigned() ||
+                                                     found->get<std::uint64_t>() <= std::uint64_t{INT64_MAX});
+    if (!fits)
+        return std::unexpected(DataCorrupted{std::string(key) + " is not an integer"});
+    return found->get<std::int64_t>();
+}
+
+}  // namespace
+
+const VerdictSourceInfo& info(VerdictSource source) {
+    return infos[static_cast<std::size_t>(source)];
+}
+
+std::optional<VerdictSource> verdictSource(std::string_view rawValue) {
+    const auto found = std::ranges::find(infos, rawValue, &VerdictSourceInfo::rawValue);
+    return found == infos.end() ? std::nullopt : std::optional(found->source);
+}
+
+std::string badgeText(const Verdict& verdict) {
+    std::string text(info(verdict.source).label);
+    if (verdict.confidence)
+        text += " %" + std::to_string(*verdict.confidence);
+    return text;
+}
+
+nlohmann::ordered_json toJson(const Verdict& verdict) {
+    nlohmann::ordered_json json = {
+        {"level", info(verdict.level).rawValue},
+        {"title", verdict.title},
+        {"explanation", verdict.explanation},
+        {"source", info(verdict.source).rawValue},
+    };
+    if (verdict.confidence)
+        json["confidence"] = *verdict.confidence;
+    return json;
+}
+
+std::expected<Verdict, DataCorrupted> verdictFromJson(const nlohmann::ordered_json& json) {
+    if (!json.is_object())
+        return std::unexpected(DataCorrupted{"a verdict is not an object"});
+    auto levelText = requiredText(json, "level");
+    if (!levelText)
+        return std::unexpected(levelText.error());
+    auto title = requiredText(json, "title");
+    if (!title)
+        return std::unexpected(title.error());
+    auto explanation = requiredText(json, "explanation");
+    if (!explanation)
+        return std::unexpected(explanation.error());
+    auto sourceText = requiredText(json, "source");
+    if (!sourceText)
+        return std::unexpected(sourceText.error());
+    auto confidence = optionalInteger(json, "confidence");
+    if (!confidence)
+        return std::unexpected(confidence.error());
+
+    const auto level = safetyLevel(*levelText);
+    const auto source = verdictSource(*sourceText);
+    if (!level || !source)
+        return std::unexpected(DataCorrupted{"unknown level or source"});
+    return Verdict{.level = *level,
+                   .title = std::move(*title),
+                   .explanation = std::move(*explanation),
+                   .source = *source,
+                   .confidence = *confidence};
+}
+
+}  // namespace ulvak
+
+std::size_t std::hash<ulvak::Verdict>::operator()(const ulvak::Verdict& verdict) const noexcept {
+    std::size_t seed = 0;
+    ulvak::hashCombine(seed, ulvak::info(verdict.level).rawValue);
+    ulvak::hashCombine(seed, verdict.title);
+    ulvak::hashCombine(seed, verdict.explanation);
+    ulvak::hashCombine(seed, ulvak::info(verdict.source).rawValue);
+    ulvak::hashCombine(seed, verdict.confidence.has_value());
+    if (verdict.confidence)
+        ulvak::hashCombine(seed, *verdict.confidence);
+    return seed;
+}

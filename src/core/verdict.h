@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "core/safety_level.h"
+
+namespace ulvak {
+
+/// Who gave a verdict.
+enum class VerdictSource : std::uint8_t {
+    rule,       ///< the built-in rule book
+    ai,         ///< the language model on this machine
+    heuristic,  ///< a guess from the folder's name
+    user,       ///< set by hand
+};
+
+inline constexpr std::array allVerdictSources = {VerdictSource::rule, VerdictSource::ai,
+                                                 VerdictSource::heuristic, VerdictSource::user};
+
+/// All that a source shows of itself.
+struct VerdictSourceInfo {
+    VerdictSource source = VerdictSource::rule;
+    std::string_view rawValue;  ///< in JSON
+    std::string_view label;     ///< Turkish
+    std::string_view symbol;    ///< name of a symbol image
+};
+
+[[nodiscard]] const VerdictSourceInfo& info(VerdictSource source);
+
+/// The source of exactly this raw value, letter case included.
+[[nodiscard]] std::optional<VerdictSource> verdictSource(std::string_view rawValue);
+
+/// A judgement of one folder or file.
+struct Verdict {
+    SafetyLevel level = SafetyLevel::unknown;
+    std::string title;        ///< what the item is, in a few words
+    std::string explanation;  ///< what it contains and what happens if it is deleted
+    VerdictSource source = VerdictSource::rule;
+    std::optional<std::int64_t> confidence;  ///< 0 to 100; only a model gives one
+
+    friend bool operator==(const Verdict&, const Verdict&) = default;
+};
+
+/// The text of the source badge: the label, and where there is a confidence " %85", as Turkish has it.
+[[nodiscard]] std::string badgeText(const Verdict& verdict);
+
+/// The one way in which decoding fails: a key is missing, of the wrong type, or holds an unknown raw value.
+struct DataCorrupted {
+    std::string what;  ///< for developers, English
+};
+
+/// An object with the keys level, title, explanation, source and, only when there is one, confidence, in
+/// that order.
+[[nodiscard]] nlohmann::ordered_json toJson(const Verdict& verdict);
+
+/// Other keys are ignored; a confidence that is null is absent.
+[[nodiscard]] std::expected<Verdict, DataCorrupted> verdictFromJson(const nlohmann::ordered_json& json);
+
+}  // namespace ulvak
+
+template <>
+struct std::hash<ulvak::Verdict> {
+    std::size_t operator()(const ulvak::Verdict& verdict) const noexcept;
+};
