@@ -1,0 +1,402 @@
+#include "classify/analyzer.h"
+
+#include <algorithm>
+#include <optional>
+#include <ranges>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "classify/heuristics.h"
+#include "classify/rule_matcher.h"
+#include "core/format.h"
+#include "core/text.h"
+
+namespace ulvak {
+namespace {
+
+constexpr int initialDepth = 2;
+constexpr int personalDepth = 6;
+constexpr int otherDepth = 2;
+constexpr std::int64_t probeMinimum = 100'000'000;
+constexpr std::int64_t drillMinimum = 2'000'000'000;
+constexpr std::int64_t drillShareFloor = 4'000'000'000;
+constexpr std::int64_t drillShare = 4;
+constexpr std::size_t mostChildren = 12;
+constexpr std::size_t mostSiblings = 10;
+
+/// A node where the walk stands. Lives on the walk's stack, as does the place above it.
+struct Place {
+    const DirNode* node = nullptr;
+    std::string path;
+    const Place* parent = nullptr;
+
+    [[nodiscard]] std::string_view name() const { return Paths::lastComponent(path); }
+    [[nodiscard]] bool canBeEntered() const { return node->isDirectory && !node->isPackage; }
+    [[nodiscard]] Place child(const DirNode& below) const {
+        return {.node = &below, .path = Paths::join(path, below.url), .parent = this};
+    }
+};
+
+/// What the walk carries down.
+struct State {
+    ScanContext context = ScanContext::normal;
+    int depth = initialDepth;  ///< how many further levels of unknown folders may be drilled into
+    bool drilled = false;      ///< reached by drilling into an unknown folder, not through a rule
+};
+
+ChildSummary summary(const DirNode& node) {
+    return {.name = node.url, .size = node.size, .isDirectory = node.isDirectory};
+}
+
+std::vector<ChildSummary> summaries(const DirNode& node) {
+    std::vector<ChildSummary> result;
+    std::ranges::transform(node.children | std::views::take(mostChildren), std::back_inserter(result),
+                           summary);
+    return result;
+}
+
+std::vector<ChildSummary> siblings(const Place& place) {
+    std::vector<ChildSummary> result;
+    if (place.parent == nullptr)
+        return result;
+    const auto isOther = [&](const DirNode& node) { return &node != place.node; };
+    std::ranges::transform(
+        place.parent->node->children | std::views::filter(isOther) | std::views::take(mostSiblings),
+        std::back_inserter(result), summary);
+    return result;
+}
+
+/// "Uygulama-gkzqxwvutsrqponm" is the build data of Uygulama: what follows the last "-" is a hash.
+std::string projectName(std::string_view folder) {
+    std::vector<std::string_view> pieces;
+    for (const auto piece : folder | std::views::split('-')) {
+        if (!std::ranges::empty(piece))
+            pieces.emplace_back(piece.begin(), piece.end());
+    }
+    std::string name;
+    for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
+        if (i > 0)
+            name += '-';
+        name += pieces[i];
+    }
+    return name.empty() ? std::string(folder) : name;
+}
+
+std::string resolvedName(Rule::Resolver resolver, std::string_view component) {
+    switch (resolver) {
+        case Rule::Resolver::derivedData:
+            return projectName(component);
+        case Rule::Resolver::avd:
+            return replacedAll(replacedAll(component, ".avd", ""), "_", " ");
+        case Rule::Resolver::app:
+            return replacedAll(component, ".app", "");
+        case Rule::Resolver::none:
+        case Rule::Resolver::deviceSupport:
+        case Rule::Resolver::simulator:
+            break;
+    }
+    return std::string(component);
+}
+
+/// What a finding says, before it is tied to a place.
+struct Judgement {
+    Verdict verdict;
+    CleanAction action;
+};
+
+Judgement simulatorJudgement(const SimulatorInfo& simulator) {
+    Judgement judgement{.verdict = {.title = simulator.name + " · " + simulator.runtime},
+                        .action = {CleanAction::DeleteSimulator{simulator.udid}}};
+    if (simulator.isAvailable) {
+        judgement.verdict.level = SafetyLevel::caution;
+        judgement.verdict.explanation =
+            "Bir iOS simülatörü. Silersen içine kurduğun uygulamalar ve verileri gider; Xcode'dan aynısını "
+            "birkaç saniyede yeniden oluşturabilirsin." +
+            (simulator.lastBooted ? " Son açılış: " + Format::relative(simulator.lastBooted) + "."
+                                  : std::string(" Hiç açılmamış görünüyor."));
+    } else {
+        judgement.verdict.level = SafetyLevel::safe;
+        judgement.verdict.explanation =
+            "Bu simülatörün iOS sürümü artık yüklü değil, yani açılamıyor. Silmek tamamen güvenli.";
+    }
+    return judgement;
+}
+
+Judgement systemJudgement(const Place& place) {
+    return {.verdict = {.level = SafetyLevel::keep,
+                        .title = std::string(place.name()),
+                        .explanation = "Sistemin kullandığı bir klasör. Ulvak buna dokunmaz."},
+            .action = {CleanAction::None{"Sistem dosyalarını Ulvak silmez."}}};
+}
+
+Judgement personalJudgement(const Place& place) {
+    return {.verdict = {.level = SafetyLevel::keep,
+                        .title = std::string(place.name()),
+                        .explanation =
+                            place.node->isDirectory
+                                ? "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; "
+                                  "Finder'da açıp neyin gereksiz olduğuna karar ver."
+                                : "Kişisel bir dosya. Artık gerekmiyorsa silebilirsin."},
+            .action = {}};
+}
+
+Judgement guessedJudgement(const Place& place, const Heuristics::Guess& guess) {
+    return {.verdict = {.level = guess.level,
+                        .title = replacedAll(guess.title, "{name}", place.name()),
+                        .explanation = "Klasör adına göre tahmin: " + guess.explanation +
+                                       " Emin olmak için Apple Intelligence ile analiz et.",
+                        .source = VerdictSource::heuristic},
+            .action = {}};
+}
+
+Judgement unknownJudgement(const Place& place) {
+    return {.verdict = {.level = SafetyLevel::unknown,
+                        .title = std::string(place.name()),
+                        .explanation =
+                            "Bu klasörün ne olduğunu kurallarım bilmiyor. Apple Intelligence ile analiz "
+                            "edebilir ya da kendin etiketleyebilirsin."},
+            .action = {}};
+}
+
+Finding findingAt(const Place& place, Judgement judgement) {
+    Finding finding;
+    finding.id = place.path;
+    finding.urls = {place.path};
+    finding.size = place.node->size;
+    finding.action = std::move(judgement.action);
+    finding.modified = place.node->modified;
+    finding.fileCount = place.node->fileCount;
+    finding.children = summaries(*place.node);
+    if (place.parent != nullptr)
+        finding.parentPath = place.parent->path;
+    finding.siblings = siblings(place);
+    finding.original = judgement.verdict;
+    setCurrentVerdict(finding, std::move(judgement.verdict));
+    return finding;
+}
+
+/// One analysis: a depth-first walk that appends to `findings_`.
+class Analysis {
+public:
+    Analysis(const Analyzer& analyzer, std::vector<std::string> innerRoots, const UserFolders& folders)
+        : analyzer_(analyzer), innerRoots_(std::move(innerRoots)), matcher_(analyzer.rules, folders) {}
+
+    void visit(const Place& place, State state) {
+        const Rule* rule = match(place, state.context);
+        if (place.node->isDirectory && holdsAnotherRoot(place)) {
+            visitChildren(place, intoContainer(rule, state.context));
+        } else if (rule == nullptr) {
+            visitUnmatched(place, state);
+        } else if (std::holds_alternative<Rule::Unit>(rule->kind)) {
+            if (place.node->size >= analyzer_.unitMinimum)
+                findings_.push_back(ruleFinding(place, *rule));
+        } else if (place.canBeEntered()) {
+            visitChildren(place, intoContainer(rule, state.context));
+        } else {
+            const State inside = intoContainer(rule, state.context);
+            reportDefault(place, {.context = inside.context, .depth = state.depth});
+        }
+    }
+
+    [[nodiscard]] std::vector<Finding> takeFindings() { return std::move(findings_); }
+
+private:
+    [[nodiscard]] const Rule* match(const Place& place, ScanContext context) const {
+        return matcher_.match(place.path, place.node->isDirectory, context);
+    }
+
+    [[nodiscard]] bool holdsAnotherRoot(const Place& place) const {
+        return std::ranges::any_of(innerRoots_, [&](const std::string& root) {
+            return root.size() > place.path.size() && Paths::isWithin(root, place.path);
+        });
+    }
+
+    [[nodiscard]] static State intoContainer(const Rule* rule, ScanContext context) {
+        if (rule != nullptr) {
+            const auto* container = std::get_if<Rule::Container>(&rule->kind);
+            if (container != nullptr && container->context != ScanContext::normal)
+                context = container->context;
+        }
+        return {.context = context, .depth = context == ScanContext::personal ? personalDepth : otherDepth};
+    }
+
+    void visitChildren(const Place& place, State state) {
+        for (const DirNode& child : place.node->children)
+            visit(place.child(child), state);
+    }
+
+    void visitUnmatched(const Place& place, State state) {
+        if (state.context == ScanContext::normal) {
+            if (const auto guess = Heuristics::guess(place.name())) {
+                visitGuessed(place, state, *guess);
+                return;
+            }
+        }
+        const bool mayDrill = place.canBeEntered() && !place.node->children.empty() && state.depth >= 1;
+        if (mayDrill && (containsMatch(place, state.context, state.depth) || shouldDrill(*place.node)))
+            visitChildren(place, {.context = state.context, .depth = state.depth - 1, .drilled = true});
+        else
+            reportDefault(place, state);
+    }
+
+    void visitGuessed(const Place& place, State state, const Heuristics::Guess& guess) {
+        std::vector<const DirNode*> bigFolders;
+        for (const DirNode& child : place.node->children) {
+            if (child.isDirectory && child.size >= analyzer_.defaultMinimum)
+                bigFolders.push_back(&child);
+        }
+        if (!guess.splitChildren || bigFolders.size() < 2) {
+            reportDefault(place, state);
+            return;
+        }
+        for (const DirNode* child : bigFolders)
+            findings_.push_back(defaultFinding(place.child(*child), state, guess));
+    }
+
+    /// Whether there is a known place worth reporting below this one.
+    [[nodiscard]] bool containsMatch(const Place& place, ScanContext context, int depth) const {
+        if (depth < 1)
+            return false;
+        return std::ranges::any_of(place.node->children, [&](const DirNode& node) {
+            if (node.size < probeMinimum)
+                return false;
+            const Place child = place.child(node);
+            return match(child, context) != nullptr ||
+                   (child.canBeEntered() && containsMatch(child, context, depth - 1));
+        });
+    }
+
+    /// Whether one sub-folder holds so much of an unknown folder that it deserves a line of its own.
+    [[nodiscard]] static bool shouldDrill(const DirNode& node) {
+        if (node.size < drillMinimum)
+            return false;
+        const auto largest = std::ranges::find_if(node.children, &DirNode::isDirectory);
+        return largest != node.children.end() &&
+               largest->size >= std::max(node.size, drillShareFloor) / drillShare;
+    }
+
+    void reportDefault(const Place& place, State state) {
+        if (place.node->size >= analyzer_.defaultMinimum)
+            findings_.push_back(defaultFinding(place, state, std::nullopt));
+    }
+
+    [[nodiscard]] Finding ruleFinding(const Place& place, const Rule& rule) const {
+        Finding finding = findingAt(place, ruleJudgement(place, rule));
+        finding.quitApps = rule.quitApps;
+        if (rule.group)
+            finding.groupKey =
+                (place.parent != nullptr ? place.parent->path : std::string()) + "|" + *rule.group;
+        return finding;
+    }
+
+    [[nodiscard]] Judgement ruleJudgement(const Place& place, const Rule& rule) const {
+        const std::string_view parentName =
+            place.parent != nullptr ? place.parent->name() : std::string_view();
+        Judgement judgement{
+            .verdict = {.level = rule.level,
+                        .title = replacedAll(
+                            replacedAll(rule.title, "{name}", resolvedName(rule.resolver, place.name())),
+                            "{parent}", parentName),
+                        .explanation = rule.explanation},
+            .action = {}};
+        if (!rule.actionable)
+            judgement.action.value =
+                CleanAction::None{"Ulvak bunu senin yerine silmez. Açıklamadaki yöntemi kullan."};
+        if (rule.resolver != Rule::Resolver::simulator)
+            return judgement;
+
+        const auto simulator = analyzer_.simulators.find(place.name());
+        if (simulator != analyzer_.simulators.end())
+            return simulatorJudgement(simulator->second);
+        judgement.verdict.level = SafetyLevel::safe;
+        judgement.verdict.title = "Sahipsiz simülatör verisi";
+        judgement.verdict.explanation = "Xcode'un artık tanımadığı bir simülatör klasörü. Silmek güvenli.";
+        return judgement;
+    }
+
+    [[nodiscard]] static Judgement defaultJudgement(const Place& place, ScanContext context,
+                                                    const std::optional<Heuristics::Guess>& inherited) {
+        switch (context) {
+            case ScanContext::system:
+                return systemJudgement(place);
+            case ScanContext::personal:
+                return personalJudgement(place);
+            case ScanContext::normal:
+                break;
+        }
+        auto guess = Heuristics::guess(place.name());
+        if (!guess)
+            guess = inherited;
+        return guess ? guessedJudgement(place, *guess) : unknownJudgement(place);
+    }
+
+    [[nodiscard]] static Finding defaultFinding(const Place& place, State state,
+                                                const std::optional<Heuristics::Guess>& inherited) {
+        const bool isPersonal = state.context == ScanContext::personal;
+        Judgement judgement = defaultJudgement(place, state.context, inherited);
+        if (place.parent != nullptr && state.drilled && !isPersonal)
+            judgement.verdict.title = std::string(place.parent->name()) + " › " + judgement.verdict.title;
+        Finding finding = findingAt(place, std::move(judgement));
+        finding.isPersonal = isPersonal;
+        return finding;
+    }
+
+    const Analyzer& analyzer_;
+    std::vector<std::string> innerRoots_;
+    RuleMatcher matcher_;
+    std::vector<Finding> findings_;
+};
+
+ChildSummary memberSummary(const Finding& member) {
+    return {.name = std::string(Paths::lastComponent(member.urls.front())),
+            .size = member.size,
+            .isDirectory = false};
+}
+
+void fold(Finding& group, Finding member) {
+    group.children.push_back(memberSummary(member));
+    group.size += member.size;
+    group.fileCount += member.fileCount;
+    group.modified = std::max(group.modified, member.modified);  // absent is earlier than any date
+    std::ranges::move(member.urls, std::back_inserter(group.urls));
+}
+
+}  // namespace
+
+std::vector<Finding> mergeGroups(std::vector<Finding> findings) {
+    std::vector<Finding> merged;
+    std::unordered_map<std::string, std::size_t> positions;
+    for (Finding& finding : findings) {
+        if (!finding.groupKey) {
+            merged.push_back(std::move(finding));
+            continue;
+        }
+        const auto [position, isFirst] = positions.try_emplace(*finding.groupKey, merged.size());
+        if (isFirst) {
+            finding.children = {memberSummary(finding)};
+            merged.push_back(std::move(finding));
+        } else {
+            fold(merged[position->second], std::move(finding));
+        }
+    }
+    for (Finding& finding : merged) {
+        if (finding.urls.size() < 2)
+            continue;
+        std::ranges::stable_sort(finding.children, std::ranges::greater(), &ChildSummary::size);
+        appendMemberCount(finding);
+    }
+    return merged;
+}
+
+std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, std::vector<std::string> innerRoots,
+                                   const UserFolders& folders) const {
+    Analysis analysis(*this, std::move(innerRoots), folders);
+    for (const DirNode& root : roots)
+        analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});
+    std::vector<Finding> findings = mergeGroups(analysis.takeFindings());
+    std::ranges::stable_sort(findings, std::ranges::greater(), &Finding::size);
+    return findings;
+}
+
+}  // namespace ulvak

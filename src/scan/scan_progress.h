@@ -1,0 +1,42 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+namespace ulvak {
+
+/// Live counters of one scan, written by its walks and read by whoever started it, from any thread.
+/// Nothing ever resets them: a new scan takes a new object.
+class ScanProgress {
+public:
+    void addFiles(std::int64_t count) { files_.fetch_add(count, std::memory_order_relaxed); }
+    void addBytes(std::int64_t count) { bytes_.fetch_add(count, std::memory_order_relaxed); }
+    void addDenied(std::int64_t count) { denied_.fetch_add(count, std::memory_order_relaxed); }
+    void setCurrent(std::string path) {
+        const std::scoped_lock lock(currentMutex_);
+        current_ = std::move(path);
+    }
+
+    /// Files counted so far.
+    [[nodiscard]] std::int64_t files() const { return files_.load(std::memory_order_relaxed); }
+    /// Allocated bytes counted so far.
+    [[nodiscard]] std::int64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
+    /// Folders that could not be listed.
+    [[nodiscard]] std::int64_t denied() const { return denied_.load(std::memory_order_relaxed); }
+    /// The folder that was entered last, one of the top three levels; bytes of a path.
+    [[nodiscard]] std::string current() const {
+        const std::scoped_lock lock(currentMutex_);
+        return current_;
+    }
+
+private:
+    std::atomic<std::int64_t> files_ = 0;
+    std::atomic<std::int64_t> bytes_ = 0;
+    std::atomic<std::int64_t> denied_ = 0;
+    mutable std::mutex currentMutex_;
+    std::string current_;  ///< guarded by `currentMutex_`
+};
+
+}  // namespace ulvak
