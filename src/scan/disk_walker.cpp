@@ -1,0 +1,91 @@
+#include "scan/disk_walker.h"
+
+#include <algorithm>
+#include <array>
+#include <thread>
+#include <utility>
+
+#include "core/paths.h"
+#include "core/text.h"
+#include "platform/files.h"
+#include "platform/volume.h"
+#include "scan/tree_walk.h"
+
+namespace ulvak {
+namespace {
+
+constexpr std::array<std::string_view, 24> packageExtensions = {
+    "app",          "bundle",    "framework",   "photoslibrary", "musiclibrary", "tvlibrary",
+    "xcarchive",    "xcodeproj", "xcworkspace", "plugin",        "kext",         "appex",
+    "sparsebundle", "fcpbundle", "logicx",      "band",          "trace",        "imovielibrary",
+    "photolibrary", "aplibrary", "lrlibrary",   "vmwarevm",      "pvm",          "utm"};
+
+/// `path` relative to the folder that holds it somewhere above, or nothing when that does not hold it.
+std::optional<std::string_view> relativeTo(std::string_view folder, std::string_view path) {
+    if (path.size() <= folder.size() || !Paths::isWithin(path, folder))
+        return std::nullopt;
+    path.remove_prefix(folder.size());
+    if (path.starts_with('/'))
+        path.remove_prefix(1);
+    return path;
+}
+
+SkipTree skipsBelow(const std::string& root, const std::set<std::string, std::less<>>& excluded,
+                    std::span<const std::string> mountPoints) {
+    SkipTree skips;
+    for (const std::string& path : excluded) {
+        if (path == root)
+            skips.addExcluded({});
+        else if (const auto relative = relativeTo(root, path))
+            skips.addExcluded(*relative);
+    }
+    // The system knows mount points by their real paths.
+    const std::string real = platform::resolvedPath(root).value_or(root);
+    for (const std::string& path : mountPoints) {
+        if (const auto relative = relativeTo(real, path))
+            skips.addVolume(*relative);
+    }
+    return skips;
+}
+
+DirNode fileNode(const std::string& path, const platform::FileInfo& info) {
+    return {.url = path, .size = info.allocatedSize, .fileCount = 1, .modified = info.modified};
+}
+
+}  // namespace
+
+bool DiskWalker::isPackageName(std::string_view name) {
+    const std::string_view extension = Paths::extension(name);
+    return !extension.empty() &&
+           std::ranges::find(packageExtensions, lowerCased(extension)) != packageExtensions.end();
+}
+
+std::optional<DirNode> DiskWalker::node(const std::string& path, std::stop_token stop) const {
+    return std::move(nodes(std::span(&path, 1), std::move(stop)).front());
+}
+
+std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::string> paths,
+                                                      std::stop_token stop) const {
+    std::vector<std::optional<DirNode>> result(paths.size());
+    std::vector<TreeWalk::Root> roots;
+    std::vector<std::size_t> positions;
+    const std::vector<std::string> mountPoints = platform::mountPoints();
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        const auto info = platform::fileInfo(paths[i]);
+        if (info && info->isDirectory) {
+            roots.push_back({.path = paths[i], .skips = skipsBelow(paths[i], excluded, mountPoints)});
+            positions.push_back(i);
+        } else if (info) {
+            result[i] = fileNode(paths[i], *info);
+        }
+    }
+    const unsigned workers = std::max(1U, std::thread::hardware_concurrency());
+    TreeWalk walk(std::move(roots), {.keepThreshold = keepThreshold, .workers = workers}, progress,
+                  std::move(stop));
+    std::vector<DirNode> nodes = walk.run();
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        result[positions[i]] = std::move(nodes[i]);
+    return result;
+}
+
+}  // namespace ulvak

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scan/dir_node.h"
+#include "scan/scan_progress.h"
+
+namespace ulvak {
+
+/// Measures trees. Never writes, never follows a link below the root, never leaves the volume, opens
+/// nothing but folders. Holds one name and one date for each folder that waits to be entered, and the
+/// nodes that are big enough to keep; nothing for each file.
+/// Threads: blocks the caller, which works along with as many threads as there are further cores.
+struct DiskWalker {
+    ScanProgress& progress;
+    /// Full paths of folders that are never entered, as text.
+    std::set<std::string, std::less<>> excluded;
+    /// Bytes; smaller children are counted but not kept.
+    std::int64_t keepThreshold = 50'000'000;
+
+    /// The tree at `path` (absolute; a link there is followed), or nothing when nothing is there. A folder
+    /// that cannot be listed is empty and counted in `progress.denied`. Stopping ends the walk soon, with
+    /// what it has.
+    [[nodiscard]] std::optional<DirNode> node(const std::string& path, std::stop_token stop = {}) const;
+
+    /// The same for several trees at once, none inside another unless excluded there; results in the order
+    /// of `paths`.
+    [[nodiscard]] std::vector<std::optional<DirNode>> nodes(std::span<const std::string> paths,
+                                                            std::stop_token stop = {}) const;
+
+    /// Whether a folder of this name is a document or bundle that people see as one item.
+    [[nodiscard]] static bool isPackageName(std::string_view name);
+};
+
+}  // namespace ulvak

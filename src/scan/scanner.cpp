@@ -1,0 +1,95 @@
+#include "scan/scanner.h"
+
+#include <algorithm>
+#include <future>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "classify/analyzer.h"
+#include "classify/rule_book.h"
+#include "platform/files.h"
+#include "scan/disk_walker.h"
+#include "scan/simulators.h"
+
+namespace ulvak {
+namespace {
+
+constexpr std::int64_t keepThreshold = 50'000'000;
+constexpr std::int64_t defaultMinimum = 300'000'000;
+
+/// A root with where it really is: a home or temporary folder may be a link, or be reached through one.
+struct Located {
+    std::string path;
+    std::string real;
+};
+
+/// The roots that exist, each place once: of two names for one folder, the first in order stands.
+std::vector<Located> locatedRoots() {
+    std::vector<Located> located;
+    for (const std::string& path : Scanner::roots()) {
+        auto real = platform::resolvedPath(path);
+        const auto isSame = [&](const Located& other) { return other.real == *real; };
+        if (real && std::ranges::none_of(located, isSame))
+            located.push_back({.path = path, .real = std::move(*real)});
+    }
+    return located;
+}
+
+/// Where, inside the tree of one root, another begins. Each is walked once, as itself.
+std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
+    std::vector<std::string> inner;
+    for (const Located& outer : roots) {
+        for (const Located& root : roots) {
+            if (root.real != outer.real && Paths::isWithin(root.real, outer.real))
+                inner.push_back(
+                    Paths::join(outer.path, root.real.substr(outer.real == "/" ? 1 : outer.real.size() + 1)));
+        }
+    }
+    return inner;
+}
+
+}  // namespace
+
+std::vector<Finding> Scanner::run(std::stop_token stop) const {
+    auto simulators = std::async(std::launch::async, [stop] { return Simulators::load(stop); });
+    const std::vector<Located> located = locatedRoots();
+    const std::vector<std::string> inner = innerRoots(located);
+
+    DiskWalker walker{.progress = progress, .excluded = excluded(), .keepThreshold = keepThreshold};
+    walker.excluded.insert(inner.begin(), inner.end());
+    std::vector<std::string> paths;
+    for (const Located& root : located)
+        paths.push_back(root.path);
+    std::vector<DirNode> trees;
+    for (std::optional<DirNode>& node : walker.nodes(paths, stop)) {
+        if (node)
+            trees.push_back(std::move(*node));
+    }
+
+    SimulatorMap installed = simulators.get();
+    if (stop.stop_requested())
+        return {};
+    const Analyzer analyzer{.rules = RuleBook::all(),
+                            .simulators = std::move(installed),
+                            .unitMinimum = keepThreshold,
+                            .defaultMinimum = defaultMinimum};
+    return analyzer.run(trees, inner);
+}
+
+std::vector<std::string> Scanner::roots(const UserFolders& folders) {
+    return {folders.home, folders.temp,      folders.cache,   "/Applications",
+            "/Library",   "/private/var/vm", "/opt/homebrew", "/Users/Shared"};
+}
+
+std::set<std::string, std::less<>> Scanner::excluded(const UserFolders& folders) {
+    return {
+        Paths::join(folders.home, "Library/CloudStorage"),
+        Paths::join(folders.home, "Library/Mobile Documents"),
+        Paths::join(folders.home, "Library/Metadata/CoreSpotlight"),
+        "/Library/Developer/CoreSimulator/Volumes",
+        "/Library/Developer/CoreSimulator/Cryptex",
+    };
+}
+
+}  // namespace ulvak

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <set>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "core/finding.h"
+#include "core/paths.h"
+#include "scan/scan_progress.h"
+
+namespace ulvak {
+
+/// One complete scan: walks all roots, asks for the simulators meanwhile, and has the trees analysed.
+/// Never fails and never writes; what is missing or unreadable is left out.
+/// Threads: blocks the caller; `progress` may be read from others.
+struct Scanner {
+    ScanProgress& progress;
+
+    /// The findings, largest first; none when stopped.
+    [[nodiscard]] std::vector<Finding> run(std::stop_token stop = {}) const;
+
+    /// The places that a scan begins at, in order.
+    [[nodiscard]] static std::vector<std::string> roots(const UserFolders& folders = Paths::folders());
+    /// Full paths of folders that are never entered: what lies there is elsewhere, or the system's.
+    [[nodiscard]] static std::set<std::string, std::less<>> excluded(
+        const UserFolders& folders = Paths::folders());
+};
+
+}  // namespace ulvak

@@ -1,0 +1,479 @@
+#include "scan/tree_walk.h"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <iterator>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "core/paths.h"
+#include "scan/disk_walker.h"
+
+namespace ulvak {
+namespace {
+
+/// The path of what is entered is published on the top three levels only: it changes at a human pace.
+constexpr int deepestPublished = 2;
+/// Handles that a worker holds for the folder it lists and on its way to it.
+constexpr std::size_t handlesPerWorker = 3;
+/// Left to the rest of the program.
+constexpr std::size_t handlesForOthers = 12;
+/// Buffers that a huge folder has grown beyond this are not kept for the next one.
+constexpr std::size_t mostKeptBytes = 64 * 1024;
+
+/// Absent dates count as the distant past.
+constexpr FileTime distantPast = FileTime::min();
+
+std::optional<FileTime> knownDate(FileTime date) {
+    return date == distantPast ? std::nullopt : std::optional(date);
+}
+
+template <typename T>
+void clearAndTrim(T& buffer) {
+    buffer.clear();
+    if (buffer.capacity() * sizeof(typename T::value_type) > mostKeptBytes)
+        buffer.shrink_to_fit();
+}
+
+void raise(std::atomic<FileTime::rep>& newest, FileTime::rep date) {
+    FileTime::rep known = newest.load(std::memory_order_relaxed);
+    while (known < date && !newest.compare_exchange_weak(known, date, std::memory_order_relaxed)) {
+    }
+}
+
+/// A sub-folder that waits to be entered.
+struct SubFolder {
+    std::size_t nameOffset = 0;
+    FileTime modified = distantPast;
+};
+
+}  // namespace
+
+struct TreeWalk::Totals {
+    std::int64_t size = 0;
+    std::int64_t fileCount = 0;
+    FileTime newest = distantPast;
+};
+
+/// What listing one folder yields. Each worker has one and uses it again.
+struct TreeWalk::Listing {
+    Totals files;
+    std::vector<DirNode> keptFiles;     ///< in listing order
+    std::vector<SubFolder> subFolders;  ///< in listing order
+    std::string names;                  ///< of the sub-folders, each with its zero byte
+
+    void clear() {
+        files = {};
+        keptFiles.clear();
+        clearAndTrim(subFolders);
+        clearAndTrim(names);
+    }
+};
+
+/// A listed folder whose sub-folders are being walked, by one worker or several.
+struct TreeWalk::Frame {
+    Frame* parent = nullptr;  ///< null for `top_`
+    std::size_t index = 0;    ///< its position among the parent's sub-folders
+    int depth = -1;           ///< 0 for a root
+    const SkipTree* skips = nullptr;
+    platform::Directory directory;  ///< open until the last sub-folder has been, if handles allow
+
+    std::vector<SubFolder> subFolders;
+    std::string names;
+    std::vector<DirNode> keptFiles;
+
+    std::atomic<std::size_t> nextSubFolder = 0;
+    std::atomic<std::size_t> unopened = 0;
+    /// Sub-folders not yet folded in, and workers that have this frame on their stacks.
+    std::atomic<std::size_t> unfinished = 0;
+
+    std::atomic<std::int64_t> size = 0;
+    std::atomic<std::int64_t> fileCount = 0;
+    std::atomic<FileTime::rep> newest = 0;
+    struct KeptFolder {
+        std::size_t index = 0;
+        DirNode node;
+    };
+    std::mutex keptMutex;
+    std::vector<KeptFolder> keptFolders;  ///< guarded by `keptMutex`
+
+    [[nodiscard]] const char* subFolderName(std::size_t i) const {
+        return names.data() + subFolders[i].nameOffset;
+    }
+    [[nodiscard]] const char* name() const { return parent->subFolderName(index); }
+    [[nodiscard]] bool isTop() const { return parent == nullptr; }
+    [[nodiscard]] bool isRoot() const { return depth == 0; }
+    [[nodiscard]] bool hasMore() const {
+        return nextSubFolder.load(std::memory_order_relaxed) < subFolders.size();
+    }
+    [[nodiscard]] Totals totals() const {
+        return {.size = size.load(std::memory_order_relaxed),
+                .fileCount = fileCount.load(std::memory_order_relaxed),
+                .newest = FileTime(FileTime::duration(newest.load(std::memory_order_relaxed)))};
+    }
+    void fold(const Totals& below) {
+        size.fetch_add(below.size, std::memory_order_relaxed);
+        fileCount.fetch_add(below.fileCount, std::memory_order_relaxed);
+        raise(newest, below.newest.time_since_epoch().count());
+    }
+
+    /// The path from the root folder (exclusive) to a sub-folder of this one.
+    [[nodiscard]] std::string pathBelowRoot(std::size_t subFolder) const;
+    /// The whole path of a sub-folder of this one.
+    [[nodiscard]] std::string path(std::size_t subFolder) const;
+    [[nodiscard]] const Frame& rootFrame() const;
+    /// The kept children of the whole folder, largest first, equal sizes in listing order with folders first.
+    [[nodiscard]] std::vector<DirNode> takeChildren();
+    void reset();
+};
+
+std::string TreeWalk::Frame::pathBelowRoot(std::size_t subFolder) const {
+    std::vector<const char*> components{subFolderName(subFolder)};
+    for (const Frame* frame = this; !frame->isTop() && !frame->isRoot(); frame = frame->parent)
+        components.push_back(frame->name());
+    std::string path;
+    for (auto component = components.rbegin(); component != components.rend(); ++component) {
+        if (!path.empty())
+            path += '/';
+        path += *component;
+    }
+    return path;
+}
+
+std::string TreeWalk::Frame::path(std::size_t subFolder) const {
+    return isTop() ? subFolderName(subFolder) : Paths::join(rootFrame().name(), pathBelowRoot(subFolder));
+}
+
+const TreeWalk::Frame& TreeWalk::Frame::rootFrame() const {
+    const Frame* frame = this;
+    while (!frame->isRoot())
+        frame = frame->parent;
+    return *frame;
+}
+
+std::vector<DirNode> TreeWalk::Frame::takeChildren() {
+    std::vector<DirNode> children;
+    const std::scoped_lock lock(keptMutex);
+    children.reserve(keptFolders.size() + keptFiles.size());
+    std::ranges::sort(keptFolders, {}, &KeptFolder::index);
+    for (KeptFolder& kept : keptFolders)
+        children.push_back(std::move(kept.node));
+    std::ranges::move(keptFiles, std::back_inserter(children));
+    keptFolders.clear();
+    keptFiles.clear();
+    return children;
+}
+
+void TreeWalk::Frame::reset() {
+    directory.close();
+    clearAndTrim(subFolders);
+    clearAndTrim(names);
+    nextSubFolder = 0;
+}
+
+/// A thread of the walk. `stack` is changed by its own thread only, under the mutex; others read it so.
+struct TreeWalk::Worker {
+    std::mutex mutex;
+    std::vector<Frame*> stack;  ///< guarded by `mutex`; outermost first
+    platform::EntryReader reader;
+    Listing listing;
+    std::vector<std::unique_ptr<Frame>> unused;  ///< finished frames, for their buffers
+};
+
+TreeWalk::TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop)
+    : roots_(std::move(roots)),
+      options_(options),
+      progress_(progress),
+      stop_(std::move(stop)),
+      workers_(options.workers),
+      top_(std::make_unique<Frame>()) {
+    for (const Root& root : roots_) {
+        top_->subFolders.push_back({.nameOffset = top_->names.size()});
+        top_->names.append(root.path).push_back('\0');
+    }
+    top_->unopened = roots_.size();
+    top_->unfinished = roots_.size();
+    const std::size_t reserved = workers_.size() * handlesPerWorker + roots_.size() + handlesForOthers;
+    spareHandles_ = static_cast<std::int64_t>(platform::spareHandles()) - static_cast<std::int64_t>(reserved);
+}
+
+TreeWalk::~TreeWalk() = default;
+
+std::vector<DirNode> TreeWalk::run() {
+    if (roots_.empty())
+        return {};
+    push(workers_.front(), *top_);
+    {
+        std::vector<std::jthread> threads;
+        for (auto worker = std::next(workers_.begin()); worker != workers_.end(); ++worker) {
+            try {
+                threads.emplace_back([this, &own = *worker] { work(own); });
+            } catch (const std::system_error&) {
+                break;  // Dropped by design: with fewer threads the walk only takes longer.
+            }
+        }
+        work(workers_.front());
+    }
+    std::vector<DirNode> nodes;
+    std::ranges::sort(top_->keptFolders, {}, &Frame::KeptFolder::index);
+    for (Frame::KeptFolder& kept : top_->keptFolders)
+        nodes.push_back(std::move(kept.node));
+    return nodes;
+}
+
+void TreeWalk::work(Worker& worker) {
+    while (Frame* frame = nextFrame(worker)) {
+        const std::size_t index = frame->nextSubFolder.fetch_add(1, std::memory_order_relaxed);
+        if (index < frame->subFolders.size()) {
+            enter(worker, *frame, index);
+        } else {
+            {
+                const std::scoped_lock lock(worker.mutex);
+                worker.stack.pop_back();
+            }
+            release(worker, frame);
+        }
+    }
+}
+
+/// The frame to take the next sub-folder from; null when the whole walk is finished.
+TreeWalk::Frame* TreeWalk::nextFrame(Worker& worker) {
+    if (!worker.stack.empty())
+        return worker.stack.back();
+    Frame* frame = joinAnother(worker);
+    if (frame == nullptr)
+        frame = waitForFrame(worker);
+    if (frame != nullptr) {
+        const std::scoped_lock lock(worker.mutex);
+        worker.stack.push_back(frame);
+    }
+    return frame;
+}
+
+/// A frame of another worker that still has sub-folders, with this worker counted in `unfinished`. The
+/// outermost one: its sub-folders are likely the largest.
+TreeWalk::Frame* TreeWalk::joinAnother(const Worker& worker) {
+    for (Worker& other : workers_) {
+        if (&other == &worker)
+            continue;
+        const std::scoped_lock lock(other.mutex);
+        const auto found = std::ranges::find_if(other.stack, &Frame::hasMore);
+        if (found != other.stack.end()) {
+            (*found)->unfinished.fetch_add(1, std::memory_order_relaxed);
+            return *found;
+        }
+    }
+    return nullptr;
+}
+
+TreeWalk::Frame* TreeWalk::waitForFrame(Worker& worker) {
+    while (!finished_.load(std::memory_order_acquire)) {
+        // Whoever makes work after `seen` was read finds this worker among the idle and wakes it; what was
+        // made before is found by looking once more.
+        const unsigned seen = wakeUps_.load();
+        idle_.fetch_add(1);
+        Frame* frame = joinAnother(worker);
+        if (frame == nullptr && !finished_.load())
+            wakeUps_.wait(seen);
+        idle_.fetch_sub(1);
+        if (frame != nullptr)
+            return frame;
+    }
+    return nullptr;
+}
+
+void TreeWalk::push(Worker& worker, Frame& frame) {
+    frame.unfinished.fetch_add(1, std::memory_order_relaxed);
+    {
+        const std::scoped_lock lock(worker.mutex);
+        worker.stack.push_back(&frame);
+    }
+    // This worker takes the first sub-folder itself.
+    if (frame.subFolders.size() > 1)
+        wakeIdle();
+}
+
+void TreeWalk::wakeIdle() {
+    // Written, not just read: a worker that is counted idle only after this sees the new frame itself.
+    if (idle_.fetch_add(0) == 0)
+        return;
+    wakeUps_.fetch_add(1);
+    wakeUps_.notify_one();
+}
+
+/// Walks one sub-folder as far as its own listing.
+void TreeWalk::enter(Worker& worker, Frame& parent, std::size_t index) {
+    Totals totals{.newest = parent.subFolders[index].modified};
+    const SkipTree* skips = skipsOf(parent, index);
+    const bool isExcluded = skips != nullptr && skips->isExcluded();
+    platform::Directory directory;
+    if (!stop_.stop_requested() && !isExcluded) {
+        if (parent.depth + 1 <= deepestPublished)
+            progress_.setCurrent(parent.path(index));
+        directory = open(parent, index);
+    }
+    closeWhenAllOpened(parent);
+
+    if (!directory.isOpen() || !list(worker, directory, skips)) {
+        complete(parent, index, totals, {});
+        release(worker, &parent);
+        return;
+    }
+    Listing& listing = worker.listing;
+    progress_.addFiles(listing.files.fileCount);
+    progress_.addBytes(listing.files.size);
+    totals.size = listing.files.size;
+    totals.fileCount = listing.files.fileCount;
+    totals.newest = std::max(totals.newest, listing.files.newest);
+    if (listing.subFolders.empty()) {
+        complete(parent, index, totals, std::move(listing.keptFiles));
+        release(worker, &parent);
+        return;
+    }
+    Frame& frame = makeFrame(worker, parent, index, totals);
+    frame.skips = skips;
+    keepOpen(frame, std::move(directory));
+    push(worker, frame);
+}
+
+const SkipTree* TreeWalk::skipsOf(const Frame& parent, std::size_t index) const {
+    if (parent.isTop())
+        return roots_[index].skips.isEmpty() ? nullptr : &roots_[index].skips;
+    return parent.skips == nullptr ? nullptr : parent.skips->below(parent.subFolderName(index));
+}
+
+/// Not open when the folder cannot be: it counts as denied, unless it has become another volume's since it
+/// was listed.
+platform::Directory TreeWalk::open(Frame& parent, std::size_t index) {
+    const auto attempt = [&] {
+        if (parent.isTop())
+            return platform::Directory::open(parent.subFolderName(index));
+        if (parent.directory.isOpen())
+            return parent.directory.openBelow(parent.subFolderName(index));
+        return parent.rootFrame().directory.openBelow(parent.pathBelowRoot(index).c_str());
+    };
+    constexpr int mostTries = 200;
+    auto directory = attempt();
+    for (int tries = 1; !directory && platform::isOutOfHandles(directory.error()) && tries < mostTries;
+         ++tries) {
+        // Handles are budgeted, so it is others who hold them; a folder must not be called denied for that.
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        directory = attempt();
+    }
+    if (directory)
+        return std::move(*directory);
+    if (directory.error() != std::errc::cross_device_link)
+        progress_.addDenied(1);
+    return {};
+}
+
+/// Fills the worker's listing; false, and counted as denied, when the folder cannot be listed to its end.
+bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const SkipTree* skips) const {
+    Listing& listing = worker.listing;
+    listing.clear();
+    worker.reader.start(directory, skips == nullptr ? nullptr : &skips->volumes());
+    while (const platform::DirectoryEntry* entry = worker.reader.next()) {
+        if (entry->kind == platform::EntryKind::directory) {
+            listing.subFolders.push_back(
+                {.nameOffset = listing.names.size(), .modified = entry->modified.value_or(distantPast)});
+            listing.names.append(entry->name).push_back('\0');
+        } else if (entry->kind == platform::EntryKind::file) {
+            listing.files.size += entry->allocatedSize;
+            ++listing.files.fileCount;
+            listing.files.newest = std::max(listing.files.newest, entry->modified.value_or(distantPast));
+            if (entry->allocatedSize >= options_.keepThreshold)
+                listing.keptFiles.push_back({.url = std::string(entry->name),
+                                             .size = entry->allocatedSize,
+                                             .fileCount = 1,
+                                             .modified = entry->modified});
+        }
+    }
+    if (!worker.reader.error())
+        return true;
+    progress_.addDenied(1);
+    return false;
+}
+
+TreeWalk::Frame& TreeWalk::makeFrame(Worker& worker, Frame& parent, std::size_t index, const Totals& totals) {
+    std::unique_ptr<Frame> frame;
+    if (worker.unused.empty()) {
+        frame = std::make_unique<Frame>();
+    } else {
+        frame = std::move(worker.unused.back());
+        worker.unused.pop_back();
+    }
+    frame->parent = &parent;
+    frame->index = index;
+    frame->depth = parent.depth + 1;
+    std::swap(frame->subFolders, worker.listing.subFolders);
+    std::swap(frame->names, worker.listing.names);
+    std::swap(frame->keptFiles, worker.listing.keptFiles);
+    frame->unopened.store(frame->subFolders.size(), std::memory_order_relaxed);
+    frame->unfinished.store(frame->subFolders.size(), std::memory_order_relaxed);
+    frame->size.store(totals.size, std::memory_order_relaxed);
+    frame->fileCount.store(totals.fileCount, std::memory_order_relaxed);
+    frame->newest.store(totals.newest.time_since_epoch().count(), std::memory_order_relaxed);
+    return *frame.release();  // taken back in `release`
+}
+
+/// Beyond the budget a frame goes without its handle, and its sub-folders are opened from the root, whose
+/// handle is always kept.
+void TreeWalk::keepOpen(Frame& frame, platform::Directory directory) {
+    if (frame.isRoot()) {
+        frame.directory = std::move(directory);
+    } else if (spareHandles_.fetch_sub(1, std::memory_order_relaxed) > 0) {
+        frame.directory = std::move(directory);
+    } else {
+        spareHandles_.fetch_add(1, std::memory_order_relaxed);
+    }
+}
+
+void TreeWalk::closeWhenAllOpened(Frame& frame) {
+    if (frame.unopened.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        return;
+    if (frame.directory.isOpen() && !frame.isRoot()) {
+        frame.directory.close();
+        spareHandles_.fetch_add(1, std::memory_order_relaxed);
+    }
+}
+
+/// Folds a walked folder into the one that holds it.
+void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
+                        std::vector<DirNode> children) {
+    parent.fold(totals);
+    if (!parent.isTop() && totals.size < options_.keepThreshold)
+        return;
+    const char* name = parent.subFolderName(index);
+    DirNode node{.url = name,
+                 .isDirectory = true,
+                 .isPackage = DiskWalker::isPackageName(Paths::lastComponent(name)),
+                 .size = totals.size,
+                 .fileCount = totals.fileCount,
+                 .modified = knownDate(totals.newest)};
+    std::ranges::stable_sort(children, std::ranges::greater(), &DirNode::size);
+    node.children = DirNodes(std::move(children));
+    const std::scoped_lock lock(parent.keptMutex);
+    parent.keptFolders.push_back({.index = index, .node = std::move(node)});
+}
+
+/// Drops one from `unfinished`; with the last, the folder is complete, and so may be those above it.
+void TreeWalk::release(Worker& worker, Frame* frame) {
+    while (frame->unfinished.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        if (frame->isTop()) {
+            finished_.store(true);
+            wakeUps_.fetch_add(1);
+            wakeUps_.notify_all();
+            return;
+        }
+        Frame* parent = frame->parent;
+        complete(*parent, frame->index, frame->totals(), frame->takeChildren());
+        frame->reset();
+        worker.unused.emplace_back(frame);
+        frame = parent;
+    }
+}
+
+}  // namespace ulvak

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/directory.h"
+#include "scan/dir_node.h"
+#include "scan/scan_progress.h"
+#include "scan/skip_tree.h"
+
+namespace ulvak {
+
+/// One walk of several trees by all cores: used once.
+///
+/// A folder that has sub-folders becomes a frame, which lives until all of them are walked and folded into
+/// it. Each worker has a stack of frames and takes one sub-folder after the other from the topmost: depth
+/// first, so that little is pending at any time. A worker with nothing to do joins the outermost frame of
+/// another that still has sub-folders to give. Nothing is queued for a single sub-folder, and a folder
+/// without sub-folders never becomes a frame.
+class TreeWalk {
+public:
+    struct Root {
+        std::string path;  ///< absolute; a folder
+        SkipTree skips;
+    };
+    struct Options {
+        std::int64_t keepThreshold = 0;  ///< bytes
+        unsigned workers = 0;            ///< at least 1
+    };
+
+    TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop);
+    ~TreeWalk();
+    TreeWalk(const TreeWalk&) = delete;
+    TreeWalk& operator=(const TreeWalk&) = delete;
+
+    /// Walks and returns a node for each root, in order. The caller is one of the workers.
+    [[nodiscard]] std::vector<DirNode> run();
+
+private:
+    struct Frame;
+    struct Listing;
+    struct Worker;
+    struct Totals;
+
+    void work(Worker& worker);
+    Frame* nextFrame(Worker& worker);
+    Frame* joinAnother(const Worker& worker);
+    Frame* waitForFrame(Worker& worker);
+    void push(Worker& worker, Frame& frame);
+    void wakeIdle();
+
+    void enter(Worker& worker, Frame& parent, std::size_t index);
+    [[nodiscard]] const SkipTree* skipsOf(const Frame& parent, std::size_t index) const;
+    [[nodiscard]] platform::Directory open(Frame& parent, std::size_t index);
+    bool list(Worker& worker, const platform::Directory& directory, const SkipTree* skips) const;
+    Frame& makeFrame(Worker& worker, Frame& parent, std::size_t index, const Totals& totals);
+    void keepOpen(Frame& frame, platform::Directory directory);
+    void closeWhenAllOpened(Frame& frame);
+
+    void complete(Frame& parent, std::size_t index, const Totals& totals, std::vector<DirNode> children);
+    void release(Worker& worker, Frame* frame);
+
+    std::vector<Root> roots_;
+    Options options_;
+    ScanProgress& progress_;
+    std::stop_token stop_;
+
+    std::deque<Worker> workers_;
+    std::unique_ptr<Frame> top_;  ///< not a folder: its sub-folders are the roots
+
+    std::atomic<std::int64_t> spareHandles_ = 0;
+    std::atomic<bool> finished_ = false;
+    std::atomic<unsigned> idle_ = 0;
+    std::atomic<unsigned> wakeUps_ = 0;  ///< changes whenever there may be work for the idle
+};
+
+}  // namespace ulvak
