@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string_view>
+
+namespace ulvak {
+
+/// To be called first: a reader that goes away must not end the program, and a standard stream that the
+/// caller has closed must not be taken by a folder or pipe that the program opens.
+void prepareStandardStreams();
+
+/// Writes to standard output or standard error. What cannot be written, to a full disk or a closed pipe,
+/// is dropped by design: there is nobody left to tell.
+void print(std::string_view text);
+void printError(std::string_view text);
+
+}  // namespace ulvak
