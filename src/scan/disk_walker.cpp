@@ -20,6 +20,10 @@ constexpr std::array<std::string_view, 24> packageExtensions = {
     "sparsebundle", "fcpbundle", "logicx",      "band",          "trace",        "imovielibrary",
     "photolibrary", "aplibrary", "lrlibrary",   "vmwarevm",      "pvm",          "utm"};
 
+/// On a disk that has to be asked, what waits for it is worth more than a core each: eight workers walk a
+/// cold tree a quarter faster than two on two cores, and a warm one no slower.
+constexpr unsigned leastWorkers = 8;
+
 /// `path` relative to the folder that holds it somewhere above, or nothing when that does not hold it.
 std::optional<std::string_view> relativeTo(std::string_view folder, std::string_view path) {
     if (path.size() <= folder.size() || !Paths::isWithin(path, folder))
@@ -30,13 +34,16 @@ std::optional<std::string_view> relativeTo(std::string_view folder, std::string_
     return path;
 }
 
-SkipTree skipsBelow(const std::string& root, const std::set<std::string, std::less<>>& excluded,
-                    std::span<const std::string> mountPoints) {
+SkipTree skipsBelow(const std::string& root, const DiskWalker& walker, std::span<const std::string> mountPoints) {
     SkipTree skips;
-    for (const std::string& path : excluded) {
+    for (const std::string& path : walker.excluded) {
         if (path == root)
             skips.addExcluded({});
         else if (const auto relative = relativeTo(root, path))
+            skips.addExcluded(*relative);
+    }
+    for (const std::string& path : walker.innerRoots) {
+        if (const auto relative = relativeTo(root, path))
             skips.addExcluded(*relative);
     }
     // The system knows mount points by their real paths.
@@ -73,13 +80,13 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const auto info = platform::fileInfo(paths[i]);
         if (info && info->isDirectory) {
-            roots.push_back({.path = paths[i], .skips = skipsBelow(paths[i], excluded, mountPoints)});
+            roots.push_back({.path = paths[i], .skips = skipsBelow(paths[i], *this, mountPoints)});
             positions.push_back(i);
         } else if (info) {
             result[i] = fileNode(paths[i], *info);
         }
     }
-    const unsigned workers = std::max(1U, std::thread::hardware_concurrency());
+    const unsigned workers = std::max(leastWorkers, std::thread::hardware_concurrency());
     TreeWalk walk(std::move(roots), {.keepThreshold = keepThreshold, .workers = workers}, progress,
                   std::move(stop));
     std::vector<DirNode> nodes = walk.run();

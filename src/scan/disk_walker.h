@@ -17,11 +17,14 @@ namespace ulvak {
 /// Measures trees. Never writes, never follows a link below the root, never leaves the volume, opens
 /// nothing but folders. Holds one name and one date for each folder that waits to be entered, and the
 /// nodes that are big enough to keep; nothing for each file.
-/// Threads: blocks the caller, which works along with as many threads as there are further cores.
+/// Threads: blocks the caller, which is one of the workers.
 struct DiskWalker {
     ScanProgress& progress;
     /// Full paths of folders that are never entered, as text.
     std::set<std::string, std::less<>> excluded;
+    /// Full paths inside one tree at which another one of the same call begins: left to that one, so that
+    /// no file is counted twice.
+    std::vector<std::string> innerRoots;
     /// Bytes; smaller children are counted but not kept.
     std::int64_t keepThreshold = 50'000'000;
 
@@ -30,8 +33,7 @@ struct DiskWalker {
     /// what it has.
     [[nodiscard]] std::optional<DirNode> node(const std::string& path, std::stop_token stop = {}) const;
 
-    /// The same for several trees at once, none inside another unless excluded there; results in the order
-    /// of `paths`.
+    /// The same for several trees at once; results in the order of `paths`.
     [[nodiscard]] std::vector<std::optional<DirNode>> nodes(std::span<const std::string> paths,
                                                             std::stop_token stop = {}) const;
 

@@ -56,8 +56,8 @@ std::vector<Finding> Scanner::run(std::stop_token stop) const {
     const std::vector<Located> located = locatedRoots();
     const std::vector<std::string> inner = innerRoots(located);
 
-    DiskWalker walker{.progress = progress, .excluded = excluded(), .keepThreshold = keepThreshold};
-    walker.excluded.insert(inner.begin(), inner.end());
+    const DiskWalker walker{
+        .progress = progress, .excluded = excluded(), .innerRoots = inner, .keepThreshold = keepThreshold};
     std::vector<std::string> paths;
     for (const Located& root : located)
         paths.push_back(root.path);

@@ -11,6 +11,7 @@ namespace ulvak {
 
 /// The places below one root that a walk stays out of, as a tree of names: a folder that has no part in it,
 /// as nearly all, costs one look at a null pointer.
+/// Move-only.
 class SkipTree {
 public:
     /// `relativePath` is not empty: names joined with "/".

@@ -1,0 +1,47 @@
+#include "app/command_line.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace ulvak {
+namespace {
+
+CommandLine parse(const std::vector<const char*>& arguments) {
+    return CommandLine::parse(arguments);
+}
+
+TEST(CommandLine, NothingAsksForNothing) {
+    const CommandLine line = parse({});
+    EXPECT_FALSE(line.dump || line.ai || line.help || line.version);
+    EXPECT_TRUE(line.unknown.empty());
+}
+
+TEST(CommandLine, ArgumentsCountWhereverTheyStand) {
+    const CommandLine line = parse({"--else", "--ai", "x", "--dump"});
+    EXPECT_TRUE(line.dump);
+    EXPECT_TRUE(line.ai);
+    EXPECT_THAT(line.unknown, testing::ElementsAre("--else", "x"));
+}
+
+TEST(CommandLine, ArgumentsAreExact) {
+    const CommandLine line = parse({"--Dump", "-dump", "--dump=1", "--dump ", "--AI", "--Help", ""});
+    EXPECT_FALSE(line.dump || line.ai || line.help || line.version);
+    EXPECT_EQ(line.unknown.size(), 7U);
+}
+
+TEST(CommandLine, KnowsHelpAndVersion) {
+    EXPECT_TRUE(parse({"--help"}).help);
+    EXPECT_TRUE(parse({"-h"}).help);
+    EXPECT_TRUE(parse({"--version"}).version);
+}
+
+TEST(CommandLine, HelpNamesEveryOption) {
+    for (const char* option : {"--dump", "--ai", "--help", "-h", "--version"})
+        EXPECT_TRUE(helpText().contains(option)) << option;
+    EXPECT_TRUE(helpText().ends_with('\n'));
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,90 @@
+#include "app/dump.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace ulvak {
+namespace {
+
+using namespace std::chrono_literals;
+
+const UserFolders folders{.home = "/home/ayşe", .temp = "/tmp/t", .cache = "/tmp/C", .trash = ""};
+
+Finding finding(SafetyLevel level, std::int64_t size, std::string title, const std::string& path,
+                VerdictSource source = VerdictSource::rule) {
+    return {.id = path,
+            .urls = {path},
+            .size = size,
+            .level = level,
+            .title = std::move(title),
+            .source = source};
+}
+
+std::string listing(const std::vector<Finding>& findings) {
+    return Diagnostics::listing({}, findings, folders);
+}
+
+/// What follows the summary and its empty line.
+std::string sections(const std::vector<Finding>& findings) {
+    const std::string text = listing(findings);
+    return text.substr(text.find("\n\n") + 2);
+}
+
+TEST(Dump, SummaryIsFollowedByAnEmptyLine) {
+    EXPECT_EQ(
+        Diagnostics::listing({.files = 812345, .bytes = 231'400'000'000, .denied = 12, .elapsed = 48'999ms},
+                             {}, folders),
+        "Tarandı: 812345 dosya, 231,4 GB, erişilemeyen: 12, 48 sn\n\n");
+}
+
+TEST(Dump, LessThanASecondIsZeroSeconds) {
+    EXPECT_EQ(Diagnostics::listing({.elapsed = 900ms}, {}, folders),
+              "Tarandı: 0 dosya, Sıfır KB, erişilemeyen: 0, 0 sn\n\n");
+}
+
+TEST(Dump, LevelsStandInDisplayOrderAndEmptyOnesAreLeftOut) {
+    EXPECT_EQ(
+        sections({finding(SafetyLevel::keep, 5'000'000'000, "Belgeler", "/home/ayşe/Documents"),
+                  finding(SafetyLevel::unknown, 4'000'000'000, "şey", "/opt/şey", VerdictSource::heuristic),
+                  finding(SafetyLevel::safe, 3'000'000'000, "Geçici", "/tmp/t/x"),
+                  finding(SafetyLevel::safe, 123'456'789, "Önbellek", "/tmp/C/y", VerdictSource::user)}),
+        "== Güvenle silinebilir: 3,12 GB (2)\n"
+        "  3 GB       [Kural] Geçici  —  Geçici klasör/x\n"
+        "  123,5 MB   [Senin etiketin] Önbellek  —  Sistem önbelleği/y\n"
+        "== Bilinmiyor: 4 GB (1)\n"
+        "  4 GB       [Tahmin] şey  —  /opt/şey\n"
+        "== Dokunma: 5 GB (1)\n"
+        "  5 GB       [Kural] Belgeler  —  ~/Documents\n");
+}
+
+TEST(Dump, ThirtyFindingsOfALevelPrintTwentyFiveLinesUnderTheTotalOfAll) {
+    std::vector<Finding> findings;
+    for (int i = 0; i < 30; ++i)
+        findings.push_back(finding(SafetyLevel::caution, 1'000'000'000, "n" + std::to_string(i), "/n"));
+    const std::string text = sections(findings);
+    EXPECT_TRUE(text.starts_with("== Dikkat: 30 GB (30)\n"));
+    EXPECT_EQ(std::ranges::count(text, '\n'), 26);
+    EXPECT_TRUE(text.contains("] n24 "));
+    EXPECT_FALSE(text.contains("] n25 "));
+}
+
+TEST(Dump, PathIsThatOfTheFirstMember) {
+    Finding group = finding(SafetyLevel::safe, 1'000'000, "Kayıtlar (2 öğe)", "/tmp/t/a");
+    group.urls = {"/tmp/t/a", "/tmp/t/b"};
+    EXPECT_TRUE(sections({group}).ends_with("] Kayıtlar (2 öğe)  —  Geçici klasör/a\n"));
+}
+
+TEST(Dump, HostileNamesStayOnOneLineOfValidText) {
+    EXPECT_EQ(
+        sections({finding(SafetyLevel::safe, 1'000'000, "a\n== b\x1b[2J\xff",
+                          "/x/a\n== b\x1b[2J\xff\u0085\u202e")}),
+        "== Güvenle silinebilir: 1 MB (1)\n"
+        "  1 MB       [Kural] a\uFFFD== b\uFFFD[2J\uFFFD  —  /x/a\uFFFD== b\uFFFD[2J\uFFFD\uFFFD\uFFFD\n");
+}
+
+}  // namespace
+}  // namespace ulvak

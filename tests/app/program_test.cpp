@@ -1,0 +1,173 @@
+// The program itself, as a user starts it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/text.h"
+#include "scan/shell.h"
+#include "support/environment.h"
+#include "support/temp_tree.h"
+
+namespace ulvak {
+namespace {
+
+using test::file;
+using test::folder;
+using test::ScopedEnvironment;
+using test::TempTree;
+
+/// Runs a shell line in which "ulvak" is the program.
+Shell::Result shell(const std::string& line) {
+    const std::vector<std::string> arguments = {"-c", "ulvak() { '" ULVAK_PROGRAM "' \"$@\"; }\n" + line};
+    auto result = Shell::run("/bin/sh", arguments);
+    EXPECT_TRUE(result.has_value());
+    return result.value_or(Shell::Result{.status = -1});
+}
+
+/// A home with one finding of each level, and the environment that makes it this user's.
+class Program : public testing::Test {
+protected:
+    TempTree tree{
+        {folder("ev",
+                {folder("Library", {folder("Logs", {file("x", 60'000'000)})}),
+                 folder(".npm", {file("x", 70'000'000)}), folder(".rustup", {file("x", 80'000'000)}),
+                 folder(".gizemli", {file("x", 310'000'000)}), folder("Belgeler", {file("x", 320'000'000)})}),
+         folder("gecici", {folder("T")})}};
+    ScopedEnvironment environment{{"HOME", tree.path("ev")}, {"TMPDIR", tree.path("gecici/T")}};
+};
+
+TEST_F(Program, DumpListsEveryLevel) {
+    const Shell::Result result = shell("ulvak --dump");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.error, "");
+    EXPECT_THAT(result.output, testing::MatchesRegex(
+                                   "Tarandı: 5 dosya, 840(,1)? MB, erişilemeyen: 0, [0-9]+ sn\n\n(.|\n)*"));
+    const std::string listing = result.output.substr(result.output.find("\n\n") + 2);
+    EXPECT_EQ(listing,
+              "== Güvenle silinebilir: 60 MB (1)\n"
+              "  60 MB      [Kural] Uygulama kayıtları (log)  —  ~/Library/Logs\n"
+              "== Yeniden oluşur: 70 MB (1)\n"
+              "  70 MB      [Kural] npm önbelleği  —  ~/.npm\n"
+              "== Dikkat: 80 MB (1)\n"
+              "  80 MB      [Kural] Rust araç zincirleri  —  ~/.rustup\n"
+              "== Bilinmiyor: 310 MB (1)\n"
+              "  310 MB     [Kural] .gizemli  —  ~/.gizemli\n"
+              "== Dokunma: 320 MB (1)\n"
+              "  320 MB     [Kural] x  —  ~/Belgeler/x\n");
+}
+
+TEST_F(Program, OutputDoesNotDependOnTheLocale) {
+    const std::string plain = shell("LC_ALL=C ulvak --dump | sed 1d").output;
+    EXPECT_FALSE(plain.empty());
+    for (const char* locale : {"tr_TR.UTF-8", "C.UTF-8", "nonsense", ""})
+        EXPECT_EQ(
+            shell(std::string("LANG='") + locale + "' LC_ALL='" + locale + "' ulvak --dump | sed 1d").output,
+            plain)
+            << locale;
+}
+
+TEST_F(Program, HomeMayEndInASlash) {
+    const std::string plain = shell("ulvak --dump | sed 1d").output;
+    EXPECT_EQ(shell("HOME=$HOME// ulvak --dump | sed 1d").output, plain);
+}
+
+TEST_F(Program, ScanWithoutAHomeStillEndsWell) {
+    for (const char* home : {"/nonexistent", "", "relative/path"}) {
+        const Shell::Result result = shell(std::string("HOME='") + home + "' ulvak --dump");
+        EXPECT_EQ(result.status, 0) << home;
+        EXPECT_TRUE(result.output.starts_with("Tarandı: ")) << home;
+    }
+}
+
+TEST_F(Program, ReaderThatGoesAwayIsNoError) {
+    EXPECT_EQ(shell("{ ulvak --dump; echo $? >&2; } | head -c 1").error, "0\n");
+    EXPECT_EQ(shell("ulvak --dump >&-").status, 0);
+    EXPECT_EQ(shell("ulvak --dump <&- >&- 2>&-").status, 0);
+    EXPECT_EQ(shell("ulvak --dump > /dev/full").status, 0);
+}
+
+TEST_F(Program, AskedForTheModelEndsWithItsStatus) {
+    const Shell::Result result = shell("ULVAK_MODEL_OFF=1 ulvak --dump --ai");
+    EXPECT_EQ(result.status, 0);
+    const std::size_t status = result.output.find("\n\nAI: ");
+    ASSERT_NE(status, std::string::npos);
+    EXPECT_THAT(result.output.substr(status + 2),
+                testing::MatchesRegex("AI: unavailable\\(\"[^\"\n]+\"\\)\n"));
+}
+
+TEST_F(Program, ModelIsOnlyAskedWithADump) {
+    const Shell::Result result = shell("ulvak --ai");
+    EXPECT_EQ(result.output, "");
+    EXPECT_NE(result.status, 0);
+}
+
+TEST_F(Program, HelpAndVersionGoToStandardOutput) {
+    const Shell::Result help = shell("ulvak --help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.output.starts_with("Kullanım: ulvak "));
+    EXPECT_EQ(help.error, "");
+    const Shell::Result version = shell("ulvak --version");
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, testing::MatchesRegex("ulvak [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST_F(Program, UnknownOptionIsSaidAndLeadsToHelp) {
+    const Shell::Result result = shell("ulvak --temizle");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(result.error.contains("--temizle"));
+    EXPECT_TRUE(result.error.contains("--help"));
+    const Shell::Result dump = shell("ulvak --dump --temizle");
+    EXPECT_EQ(dump.status, 0);
+    EXPECT_TRUE(dump.output.starts_with("Tarandı: "));
+}
+
+TEST_F(Program, HostileNamesStayOneLineEach) {
+    tree.add("ev", {folder(".a\n  1 GB [Kural] sahte  —  ~", {file("x", 330'000'000)}),
+                    folder(".b\x1b]0;x\x07\xff\xfe", {file("x", 340'000'000)}),
+                    folder(".-rf *", {file("x", 350'000'000)})});
+    const Shell::Result result = shell("ulvak --dump");
+    EXPECT_EQ(printable(replacedAll(result.output, "\n", "|")), replacedAll(result.output, "\n", "|"))
+        << "nothing in it needs to be made harmless";
+    EXPECT_TRUE(result.output.contains("[Kural] .a\uFFFD  1 GB [Kural] sahte  —  ~  —  ~/.a\uFFFD"));
+    EXPECT_TRUE(result.output.contains("[Kural] .b\uFFFD]0;x\uFFFD\uFFFD\uFFFD  —  "));
+    EXPECT_EQ(std::ranges::count(result.output, '\n'), 2 + 5 + 5 + 3);
+}
+
+/// Everything that a scan must leave as it was, by path.
+std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) {
+    std::map<std::string, std::vector<std::int64_t>> result;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
+        struct stat info{};
+        EXPECT_EQ(::lstat(entry.path().c_str(), &info), 0);
+        result[entry.path()] = {info.st_size,         info.st_blocks,
+                                info.st_mode,         info.st_mtim.tv_sec,
+                                info.st_mtim.tv_nsec, info.st_ctim.tv_sec,
+                                info.st_ctim.tv_nsec, static_cast<std::int64_t>(info.st_ino)};
+    }
+    return result;
+}
+
+TEST_F(Program, DumpChangesNothing) {
+    tree.add("ev", {folder(".local",
+                           {folder("share", {folder("Ulvak", {test::textFile("verdicts.json", "{}")})})})});
+    const auto before = state(tree.path());
+    EXPECT_EQ(shell("cd \"$HOME\" && ulvak --dump --ai").status, 0);
+    EXPECT_EQ(state(tree.path()), before);
+}
+
+TEST_F(Program, WindowIsNotPretended) {
+    const Shell::Result result = shell("ulvak");
+    EXPECT_NE(result.status, 0);
+    EXPECT_TRUE(result.error.contains("--dump"));
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,439 @@
+#include "scan/disk_walker.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/paths.h"
+#include "platform/files.h"
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+namespace ulvak {
+namespace {
+
+using namespace std::chrono_literals;
+using test::asUnprivileged;
+using test::fifo;
+using test::file;
+using test::folder;
+using test::hardLink;
+using test::inChild;
+using test::link;
+using test::socket;
+using test::sparseFile;
+using test::TempTree;
+using test::textFile;
+using test::TreeEntry;
+
+const FileTime old = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
+const FileTime recent = std::chrono::sys_days(std::chrono::year(2020) / 6 / 1);
+
+/// A walk with the counters that it reported to.
+struct Walk {
+    ScanProgress progress;
+    DiskWalker walker{.progress = progress, .keepThreshold = 0};
+
+    [[nodiscard]] DirNode root(const std::string& path, std::stop_token stop = {}) const {
+        auto node = walker.node(path, std::move(stop));
+        EXPECT_TRUE(node.has_value());
+        return node ? std::move(*node) : DirNode();
+    }
+};
+
+std::vector<std::string> names(const DirNode& node) {
+    std::vector<std::string> result;
+    std::ranges::transform(node.children, std::back_inserter(result), &DirNode::url);
+    return result;
+}
+
+const DirNode& child(const DirNode& node, std::string_view name) {
+    static const DirNode none;
+    const auto found = std::ranges::find(node.children, name, &DirNode::url);
+    EXPECT_NE(found, node.children.end()) << name;
+    return found == node.children.end() ? none : *found;
+}
+
+TEST(DiskWalker, KeepsAFileOfExactlyTheThresholdAndOnlyCountsASmallerOne) {
+    const TempTree tree({file("big", 50'000'000), file("one-block-less", 49'000'000)});
+    Walk walk;
+    walk.walker.keepThreshold = tree.allocated("big");
+    const DirNode root = walk.root(tree.path());
+    EXPECT_THAT(names(root), testing::ElementsAre("big"));
+    EXPECT_EQ(root.size, tree.allocated("big") + tree.allocated("one-block-less"));
+    EXPECT_EQ(root.fileCount, 2);
+
+    Walk stricter;
+    stricter.walker.keepThreshold = tree.allocated("big") + 1;
+    EXPECT_TRUE(stricter.root(tree.path()).children.empty());
+}
+
+TEST(DiskWalker, FolderWithOnlyALinkToAHugeFolderIsEmpty) {
+    const TempTree tree(
+        {folder("huge", {file("data", 10'000'000)}), folder("links", {link("to", "../huge")})});
+    const DirNode root = Walk().root(tree.path());
+    EXPECT_EQ(child(root, "links").size, 0);
+    EXPECT_EQ(child(root, "links").fileCount, 0);
+    EXPECT_EQ(root.fileCount, 1);
+}
+
+TEST(DiskWalker, LinkLoopsEnd) {
+    const TempTree tree(
+        {folder("a", {link("up", ".."), link("self", "self"), folder("b", {link("a", "../../a")})})});
+    Walk walk;
+    EXPECT_EQ(walk.root(tree.path()).fileCount, 0);
+    EXPECT_EQ(walk.progress.denied(), 0);
+}
+
+TEST(DiskWalker, ExcludedFolderIsEmptyAndNotDenied) {
+    const TempTree tree({folder("in", {file("x", 8192)}), folder("out", {folder("deep", {file("y", 8192)})}),
+                         folder("outside", {file("z", 8192)})});
+    Walk walk;
+    walk.walker.excluded = {tree.path("out")};
+    const DirNode root = walk.root(tree.path());
+    EXPECT_EQ(child(root, "out").size, 0);
+    EXPECT_EQ(child(root, "out").fileCount, 0);
+    EXPECT_TRUE(child(root, "out").children.empty());
+    EXPECT_EQ(root.fileCount, 2) << "a name that only begins like the excluded one is walked";
+    EXPECT_EQ(walk.progress.denied(), 0);
+}
+
+TEST(DiskWalker, ExcludedPlaceIsTheExactPathOnly) {
+    const TempTree tree({folder("a", {folder("out", {file("x", 8192)})}), folder("out", {file("y", 8192)})});
+    Walk walk;
+    walk.walker.excluded = {tree.path("a/out")};
+    const DirNode root = walk.root(tree.path());
+    EXPECT_EQ(child(child(root, "a"), "out").fileCount, 0);
+    EXPECT_EQ(child(root, "out").fileCount, 1);
+}
+
+TEST(DiskWalker, ExcludedRootIsEmpty) {
+    const TempTree tree({file("x", 8192)});
+    Walk walk;
+    walk.walker.excluded = {tree.path()};
+    const DirNode root = walk.root(tree.path());
+    EXPECT_EQ(root.fileCount, 0);
+    EXPECT_EQ(walk.progress.files(), 0);
+    EXPECT_EQ(walk.progress.denied(), 0);
+}
+
+TEST(DiskWalker, CountsAnUnreadableFolderOnceHoweverDeep) {
+    TempTree tree(
+        {folder("a", {folder("b", {folder("c", {folder("locked", {file("x", 8192)}).withMode(0)})})}),
+         folder("b", {file("y", 4096)})},
+        TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        Walk walk;
+        const DirNode root = walk.root(tree.path());
+        EXPECT_EQ(walk.progress.denied(), 1);
+        EXPECT_EQ(root.fileCount, 1);
+        EXPECT_EQ(child(child(child(child(root, "a"), "b"), "c"), "locked").size, 0);
+    });
+}
+
+TEST(DiskWalker, UnreadableRootIsAnEmptyNode) {
+    TempTree tree({folder("root", {file("x", 8192)}).withMode(0)}, TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        Walk walk;
+        const DirNode root = walk.root(tree.path("root"));
+        EXPECT_EQ(walk.progress.denied(), 1);
+        EXPECT_EQ(root.size, 0);
+        EXPECT_TRUE(root.isDirectory);
+    });
+}
+
+TEST(DiskWalker, FolderThatTellsOnlyNamesIsEmptyButNotDenied) {
+    TempTree tree({folder("names-only", {file("x", 8192), folder("y")}).withMode(0444)},
+                  TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        Walk walk;
+        const DirNode root = walk.root(tree.path());
+        EXPECT_EQ(root.fileCount, 0);
+        EXPECT_EQ(walk.progress.denied(), 0);
+    });
+}
+
+TEST(DiskWalker, FolderNewerThanItsFilesKeepsItsOwnDate) {
+    const TempTree tree({folder("f", {file("x", 4096).modifiedAt(old)}).modifiedAt(recent)});
+    const DirNode root = Walk().root(tree.path());
+    EXPECT_EQ(child(root, "f").modified, recent);
+    EXPECT_EQ(root.modified, recent);
+}
+
+TEST(DiskWalker, FolderTakesTheLatestDateBelowIt) {
+    const TempTree tree(
+        {folder("f", {folder("g", {file("x", 4096).modifiedAt(recent)}).modifiedAt(old)}).modifiedAt(old)});
+    EXPECT_EQ(child(Walk().root(tree.path()), "f").modified, recent);
+}
+
+TEST(DiskWalker, DateOfARootComesFromItsContentsOnly) {
+    const TempTree empty;
+    EXPECT_EQ(Walk().root(empty.path()).modified, std::nullopt);
+    const TempTree tree({file("x", 0).modifiedAt(old)});
+    EXPECT_EQ(Walk().root(tree.path()).modified, old);
+}
+
+TEST(DiskWalker, SmallFilesCountForTheDate) {
+    const TempTree tree({file("small", 0).modifiedAt(recent)});
+    Walk walk;
+    walk.walker.keepThreshold = 50'000'000;
+    EXPECT_EQ(walk.root(tree.path()).modified, recent);
+}
+
+TEST(DiskWalker, PackageIsMarkedAndStillWalked) {
+    const TempTree tree({folder("Düzenleyici.app", {folder("Contents", {file("x", 20'000)})}),
+                         folder("BÜYÜK.APP", {file("y", 30'000)}), folder("plain", {file("z", 4096)}),
+                         folder(".app"), file("file.app", 4096)});
+    const DirNode root = Walk().root(tree.path());
+    EXPECT_TRUE(child(root, "Düzenleyici.app").isPackage);
+    EXPECT_EQ(child(root, "Düzenleyici.app").size, tree.allocated("Düzenleyici.app/Contents/x"));
+    EXPECT_TRUE(child(root, "BÜYÜK.APP").isPackage);
+    EXPECT_FALSE(child(root, "plain").isPackage);
+    EXPECT_FALSE(child(root, ".app").isPackage) << "a hidden name, not an extension";
+    EXPECT_FALSE(child(root, "file.app").isPackage) << "only folders are packages";
+}
+
+TEST(DiskWalker, KnowsEveryPackageExtension) {
+    for (const std::string_view extension :
+         {"app",          "bundle",    "framework",   "photoslibrary", "musiclibrary", "tvlibrary",
+          "xcarchive",    "xcodeproj", "xcworkspace", "plugin",        "kext",         "appex",
+          "sparsebundle", "fcpbundle", "logicx",      "band",          "trace",        "imovielibrary",
+          "photolibrary", "aplibrary", "lrlibrary",   "vmwarevm",      "pvm",          "utm"})
+        EXPECT_TRUE(DiskWalker::isPackageName("x." + std::string(extension))) << extension;
+    for (const std::string_view name : {"app", "x.ap", "x.apps", "x.app.", "x.", "", ".", "x.app/"})
+        EXPECT_FALSE(DiskWalker::isPackageName(name)) << name;
+}
+
+TEST(DiskWalker, ChildrenAreLargestFirstAndEqualOnesInListingOrder) {
+    std::vector<TreeEntry> entries;
+    for (int i = 0; i < 20; ++i) {
+        entries.push_back(file("file" + std::to_string(i), 8192));
+        entries.push_back(folder("folder" + std::to_string(i), {file("x", 8192)}));
+    }
+    entries.push_back(file("largest", 40'960));
+    const TempTree tree(std::move(entries));
+    std::vector<std::string> expected{"largest"};
+    for (const bool folders : {true, false}) {
+        for (const std::string& name : platform::listNames(tree.path())) {
+            if (name != "largest" && name.starts_with("folder") == folders)
+                expected.push_back(name);
+        }
+    }
+    EXPECT_EQ(names(Walk().root(tree.path())), expected) << "folders before files, each in listing order";
+}
+
+TEST(DiskWalker, MissingPathHasNoNode) {
+    const TempTree tree({link("dangling", "nowhere")});
+    const Walk walk;
+    EXPECT_FALSE(walk.walker.node(tree.path("missing")).has_value());
+    EXPECT_FALSE(walk.walker.node(tree.path("dangling")).has_value());
+}
+
+TEST(DiskWalker, FileAsARootTouchesNoCounter) {
+    const TempTree tree({file("x.app", 10'000).modifiedAt(old)});
+    Walk walk;
+    const DirNode root = walk.root(tree.path("x.app"));
+    EXPECT_FALSE(root.isDirectory);
+    EXPECT_FALSE(root.isPackage);
+    EXPECT_EQ(root.url, tree.path("x.app"));
+    EXPECT_EQ(root.size, tree.allocated("x.app"));
+    EXPECT_EQ(root.fileCount, 1);
+    EXPECT_EQ(root.modified, old);
+    EXPECT_EQ(walk.progress.files(), 0);
+    EXPECT_EQ(walk.progress.bytes(), 0);
+}
+
+TEST(DiskWalker, LinkAsARootIsFollowed) {
+    const TempTree tree({folder("real", {file("x", 8192)}), link("home", "real")});
+    const DirNode root = Walk().root(tree.path("home"));
+    EXPECT_EQ(root.url, tree.path("home"));
+    EXPECT_EQ(root.fileCount, 1);
+}
+
+TEST(DiskWalker, WhatIsNoPlainFileIsCountedAndNeverOpened) {
+    // Opening a FIFO without a writer would wait forever.
+    const TempTree tree({fifo("fifo"), socket("socket"), file("plain", 4096)});
+    Walk walk;
+    EXPECT_EQ(walk.root(tree.path()).fileCount, 3);
+    EXPECT_EQ(walk.progress.denied(), 0);
+}
+
+TEST(DiskWalker, SparseFileCountsWhatItHolds) {
+    const TempTree tree({sparseFile("sparse", 10'000'000'000)});
+    EXPECT_EQ(Walk().root(tree.path()).size, tree.allocated("sparse"));
+    EXPECT_LT(tree.allocated("sparse"), 1'000'000);
+}
+
+TEST(DiskWalker, EveryNameOfAHardLinkIsAFile) {
+    const TempTree tree({file("x", 8192), hardLink("y", "x")});
+    const DirNode root = Walk().root(tree.path());
+    EXPECT_EQ(root.fileCount, 2);
+    EXPECT_EQ(root.size, 2 * tree.allocated("x"));
+}
+
+TEST(DiskWalker, NamesOfEveryByteAreWalked) {
+    std::vector<TreeEntry> entries;
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '/')
+            entries.push_back(folder(std::string("x") + static_cast<char>(byte), {file("y", 4096)}));
+    }
+    const TempTree tree(std::move(entries));
+    Walk walk;
+    const DirNode root = walk.root(tree.path());
+    EXPECT_EQ(root.children.size(), 254U);
+    EXPECT_EQ(root.fileCount, 254);
+    EXPECT_EQ(walk.progress.denied(), 0);
+}
+
+TEST(DiskWalker, FiveThousandNestedFoldersFitTheStackAndThePath) {
+    TempTree tree;
+    tree.addChain("iç içe klasör", 5000, {file("bottom", 100'000)});
+    Walk walk;
+    const DirNode root = walk.root(tree.path());
+    EXPECT_EQ(root.fileCount, 1);
+    EXPECT_EQ(walk.progress.denied(), 0);
+    int depth = 0;
+    const DirNode* node = &root;
+    while (!node->children.empty()) {
+        ASSERT_EQ(node->size, root.size);
+        node = &node->children.front();
+        ++depth;
+    }
+    EXPECT_EQ(depth, 5001);
+    EXPECT_EQ(node->url, "bottom");
+}
+
+/// At each of many levels, sub-folders that have to be entered after the deep one has been.
+void addLadder(TempTree& tree, int levels) {
+    std::string path;
+    for (int level = 0; level < levels; ++level) {
+        tree.add(path, {folder("a", {folder("x", {file("f", 4096)})}), folder("m"),
+                        folder("z", {folder("y", {file("f", 4096)})})});
+        path += path.empty() ? "m" : "/m";
+    }
+}
+
+TEST(DiskWalker, MoreFoldersThanHandlesAreAllCounted) {
+    TempTree tree;
+    constexpr int levels = 300;
+    addLadder(tree, levels);
+    inChild([&] {
+        const rlimit limit{.rlim_cur = 64, .rlim_max = 64};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+        Walk walk;
+        EXPECT_EQ(walk.root(tree.path()).fileCount, 2 * levels);
+        EXPECT_EQ(walk.progress.denied(), 0);
+    });
+}
+
+TEST(DiskWalker, AllHandlesComeBack) {
+    TempTree tree;
+    addLadder(tree, 50);
+    const auto openHandles = [] { return platform::listNames("/proc/self/fd").size(); };
+    const std::size_t before = openHandles();
+    (void)Walk().root(tree.path());
+    EXPECT_EQ(openHandles(), before);
+}
+
+TEST(DiskWalker, OtherVolumesBelowARootAreSkipped) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("own", {file("x", 8192)}), folder("yabancı disk\\ 1"),
+                         folder("a", {folder("deep")}), folder("again")});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(tree.path("yabancı disk\\ 1")));
+        ASSERT_TRUE(test::mountMemory(tree.path("a/deep")));
+        ASSERT_TRUE(test::mountAgain(tree.path("own"), tree.path("again")));
+        std::filesystem::copy_file(tree.path("own/x"), tree.path("a/deep/x"));
+        std::filesystem::copy_file(tree.path("own/x"), tree.path("yabancı disk\\ 1/x"));
+        Walk walk;
+        const DirNode root = walk.root(tree.path());
+        EXPECT_EQ(root.fileCount, 1);
+        EXPECT_THAT(names(root), testing::UnorderedElementsAre("own", "a"));
+        EXPECT_EQ(walk.progress.denied(), 0);
+        EXPECT_EQ(Walk().root(tree.path("a/deep")).fileCount, 1) << "a root may be a mount point";
+    });
+}
+
+TEST(DiskWalker, StoppedWalkIsEmpty) {
+    const TempTree tree({folder("f", {file("x", 8192)})});
+    std::stop_source source;
+    source.request_stop();
+    Walk walk;
+    const DirNode root = walk.root(tree.path(), source.get_token());
+    EXPECT_TRUE(root.isDirectory);
+    EXPECT_EQ(root.size, 0);
+    EXPECT_EQ(root.modified, std::nullopt);
+    EXPECT_EQ(walk.progress.files(), 0);
+    EXPECT_EQ(walk.progress.denied(), 0);
+}
+
+TEST(DiskWalker, PublishesTotalsAndTheTopThreeLevels) {
+    const TempTree tree({folder("a", {folder("b", {folder("c", {folder("d", {file("x", 8192)})})})})});
+    Walk walk;
+    const DirNode root = walk.root(tree.path());
+    EXPECT_EQ(walk.progress.current(), tree.path("a/b"));
+    EXPECT_EQ(walk.progress.files(), root.fileCount);
+    EXPECT_EQ(walk.progress.bytes(), root.size);
+}
+
+TEST(DiskWalker, SeveralRootsComeBackInOrder) {
+    const TempTree tree({folder("a", {file("x", 4096)}), folder("b"), file("c", 8192)});
+    const Walk walk;
+    const std::vector<std::string> paths = {tree.path("b"), tree.path("missing"), tree.path("c"),
+                                            tree.path("a")};
+    const auto nodes = walk.walker.nodes(paths);
+    ASSERT_EQ(nodes.size(), 4U);
+    EXPECT_EQ(nodes[0]->url, tree.path("b"));
+    EXPECT_FALSE(nodes[1].has_value());
+    EXPECT_FALSE(nodes[2]->isDirectory);
+    EXPECT_EQ(nodes[3]->fileCount, 1);
+}
+
+TEST(DiskWalker, SurvivesATreeThatChangesMeanwhile) {
+    TempTree tree;
+    for (int i = 0; i < 30; ++i)
+        tree.add({folder("f" + std::to_string(i), {folder("g", {file("x", 4096), file("y", 4096)})})});
+    tree.add({folder("canary", {file("x", 4096)})});
+    std::atomic<bool> ended = false;
+    std::jthread meddler([&] {
+        namespace fs = std::filesystem;
+        std::error_code ignored;
+        for (int i = 0; !ended; i = (i + 1) % 30) {
+            const fs::path place = tree.path("f" + std::to_string(i));
+            fs::rename(place / "g", place / "h", ignored);
+            fs::create_directory_symlink(tree.path("canary"), place / "g", ignored);
+            fs::remove(place / "h/x", ignored);
+            fs::create_directory(place / "h/x", ignored);
+            fs::remove(place / "h/x", ignored);
+            fs::copy_file(place / "h/y", place / "h/x", ignored);
+            fs::remove(place / "g", ignored);
+            fs::rename(place / "h", place / "g", ignored);
+        }
+    });
+    for (int round = 0; round < 200; ++round) {
+        const DirNode root = Walk().root(tree.path());
+        EXPECT_GE(root.fileCount, 1);
+        EXPECT_LE(root.fileCount, 61) << "nothing is reached through a link";
+    }
+    ended = true;
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,177 @@
+#include "scan/scanner.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/environment.h"
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+namespace ulvak {
+namespace {
+
+using test::file;
+using test::folder;
+using test::inChild;
+using test::link;
+using test::ScopedEnvironment;
+using test::TempTree;
+
+struct Scan {
+    ScanProgress progress;
+    std::vector<Finding> findings;
+
+    explicit Scan(std::stop_token stop = {}) { findings = Scanner{progress}.run(std::move(stop)); }
+
+    [[nodiscard]] std::set<std::string> ids() const {
+        std::set<std::string> result;
+        for (const Finding& finding : findings)
+            EXPECT_TRUE(result.insert(finding.id).second) << finding.id << " is listed twice";
+        return result;
+    }
+    [[nodiscard]] const Finding& at(const std::string& id) const {
+        static const Finding none;
+        const auto found = std::ranges::find(findings, id, &Finding::id);
+        EXPECT_NE(found, findings.end()) << id;
+        return found == findings.end() ? none : *found;
+    }
+};
+
+/// Runs `body` in a process of its own with these folders: they are asked for once a process.
+void scanning(const std::string& home, const std::string& temp, const test::Body& body) {
+    inChild([&] {
+        const ScopedEnvironment environment({{"HOME", home}, {"TMPDIR", temp}});
+        body();
+    });
+}
+
+TEST(Scanner, RootsAndExclusionsAreFixed) {
+    const UserFolders folders{.home = "/home/ayşe", .temp = "/tmp", .cache = "/C", .trash = ""};
+    EXPECT_THAT(Scanner::roots(folders),
+                testing::ElementsAre("/home/ayşe", "/tmp", "/C", "/Applications", "/Library",
+                                     "/private/var/vm", "/opt/homebrew", "/Users/Shared"));
+    EXPECT_THAT(Scanner::excluded(folders),
+                testing::UnorderedElementsAre(
+                    "/home/ayşe/Library/CloudStorage", "/home/ayşe/Library/Mobile Documents",
+                    "/home/ayşe/Library/Metadata/CoreSpotlight", "/Library/Developer/CoreSimulator/Volumes",
+                    "/Library/Developer/CoreSimulator/Cryptex"));
+}
+
+TEST(Scanner, MissingRootsContributeNothing) {
+    const TempTree tree({folder("h", {folder(".npm", {file("x", 60'000'000)})})});
+    scanning(tree.path("h"), tree.path("missing/T"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/.npm")));
+        EXPECT_EQ(scan.progress.files(), 1);
+    });
+    scanning(tree.path("nobody"), tree.path("missing/T"), [] { EXPECT_TRUE(Scan().findings.empty()); });
+}
+
+TEST(Scanner, StoppedScanIsEmpty) {
+    const TempTree tree({folder("h", {folder(".npm", {file("x", 60'000'000)})}), folder("T")});
+    scanning(tree.path("h"), tree.path("T"), [] {
+        std::stop_source source;
+        source.request_stop();
+        EXPECT_TRUE(Scan(source.get_token()).findings.empty());
+    });
+}
+
+TEST(Scanner, CacheLiesBesideTheTemporaryFolder) {
+    const TempTree tree(
+        {folder("h"), folder("u", {folder("T", {file("x", 60'000'000)}),
+                                   folder("C", {folder("com.example.app", {file("y", 70'000'000)})})})});
+    scanning(tree.path("h"), tree.path("u/T/"), [&] {
+        const Scan scan;
+        EXPECT_EQ(scan.at(tree.path("u/T/x")).title, "Geçici dosya: x");
+        EXPECT_EQ(scan.at(tree.path("u/C/com.example.app")).title, "Sistem önbelleği: com.example.app");
+        EXPECT_EQ(scan.at(tree.path("u/C/com.example.app")).level, SafetyLevel::regenerable);
+    });
+}
+
+TEST(Scanner, TemporaryFolderBelowHomeIsCountedOnce) {
+    const TempTree tree({folder(
+        "h", {folder("tmp", {file("x", 60'000'000)}), folder(".npm", {file("y", 60'000'000)}),
+              folder("Documents", {file("z", 400'000'000)}), folder("C", {file("work", 400'000'000)})})});
+    scanning(tree.path("h"), tree.path("h/tmp"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(),
+                    testing::UnorderedElementsAre(tree.path("h/tmp/x"), tree.path("h/.npm"),
+                                                  tree.path("h/Documents/z"), tree.path("h/C/work")));
+        EXPECT_EQ(scan.at(tree.path("h/tmp/x")).level, SafetyLevel::safe);
+        EXPECT_EQ(scan.at(tree.path("h/C/work")).level, SafetyLevel::keep)
+            << "a guessed cache does not make it one";
+        EXPECT_EQ(scan.progress.files(), 4);
+    });
+}
+
+TEST(Scanner, HomeBelowTheTemporaryFolderIsCountedOnceAndNoTemporaryFile) {
+    const TempTree tree(
+        {folder("T", {folder("users", {folder("h", {folder("Documents", {file("x", 400'000'000)}),
+                                                    folder(".npm", {file("y", 60'000'000)})}),
+                                       file("old", 400'000'000)}),
+                      file("loose", 60'000'000)})});
+    scanning(tree.path("T/users/h"), tree.path("T"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::UnorderedElementsAre(tree.path("T/users/h/Documents/x"),
+                                                              tree.path("T/users/h/.npm"),
+                                                              tree.path("T/users/old"), tree.path("T/loose")))
+            << "what holds the home folder is never one finding";
+        EXPECT_EQ(scan.at(tree.path("T/users/h/Documents/x")).level, SafetyLevel::keep);
+        EXPECT_EQ(scan.progress.files(), 4);
+    });
+}
+
+TEST(Scanner, HomeThatIsTheTemporaryFolderIsHome) {
+    const TempTree tree({folder("h", {folder("Documents", {file("x", 400'000'000)})})});
+    scanning(tree.path("h"), tree.path("h"), [&] {
+        const Scan scan;
+        EXPECT_EQ(scan.at(tree.path("h/Documents/x")).level, SafetyLevel::keep);
+        EXPECT_EQ(scan.progress.files(), 1);
+    });
+}
+
+TEST(Scanner, OneFolderUnderTwoNamesIsCountedOnce) {
+    const TempTree tree({folder("h", {folder("Documents", {file("x", 400'000'000)})}), link("T", "h")});
+    scanning(tree.path("h"), tree.path("T"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Documents/x")));
+        EXPECT_EQ(scan.progress.files(), 1);
+    });
+}
+
+TEST(Scanner, HomeThatALinkLeadsIntoTheTemporaryFolderIsStillItself) {
+    const TempTree tree(
+        {folder("T", {folder("h", {folder("Documents", {file("x", 400'000'000)})})}), link("home", "T/h")});
+    scanning(tree.path("home"), tree.path("T"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("home/Documents/x")));
+        EXPECT_EQ(scan.progress.files(), 1);
+    });
+}
+
+TEST(Scanner, HomeThatIsAFileIsOneFinding) {
+    const TempTree tree({file("h", 400'000'000), folder("T")});
+    scanning(tree.path("h"), tree.path("T"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h")));
+    });
+}
+
+TEST(Scanner, ExcludedPlacesAreNotEntered) {
+    const TempTree tree(
+        {folder("h", {folder("Library", {folder("CloudStorage", {file("x", 400'000'000)}),
+                                         folder("Mobile Documents", {file("y", 400'000'000)})})}),
+         folder("T")});
+    scanning(tree.path("h"), tree.path("T"), [] {
+        const Scan scan;
+        EXPECT_TRUE(scan.findings.empty());
+        EXPECT_EQ(scan.progress.files(), 0);
+    });
+}
+
+}  // namespace
+}  // namespace ulvak
