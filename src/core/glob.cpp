@@ -51,7 +51,7 @@ private:
     }
 
     /// Where the pattern goes on if what stands at `at` (no "*") matches `c`.
-    [[nodiscard]] std::optional<std::size_t> afterOneCharacter(std::size_t at, char c) const {
+    [[nodiscard]] std::optional<std::size_t> afterOneCharacter(std::size_t at, char c) {
         if (at == pattern_.size())
             return std::nullopt;
         char wanted = pattern_[at];
@@ -74,7 +74,9 @@ private:
     }
 
     /// The position of the "]" that closes the "[" at `open`. A "]" in first place is a member.
-    [[nodiscard]] std::optional<std::size_t> bracketEnd(std::size_t open) const {
+    [[nodiscard]] std::optional<std::size_t> bracketEnd(std::size_t open) {
+        if (open >= neverClosed_)
+            return std::nullopt;
         const std::size_t first = open + (isNegated(open) ? 2 : 1);
         for (std::size_t i = first; i < pattern_.size(); ++i) {
             if (pattern_[i] == '\\')
@@ -82,6 +84,7 @@ private:
             else if (pattern_[i] == ']' && i != first)
                 return i;
         }
+        neverClosed_ = open;
         return std::nullopt;
     }
 
@@ -110,6 +113,8 @@ private:
     std::string_view pattern_;
     std::string_view text_;
     GlobOptions options_;
+    /// A "[" here or further on is known to have no "]": looked for once, not for every character.
+    std::size_t neverClosed_ = std::string_view::npos;
 };
 
 }  // namespace

@@ -52,7 +52,9 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
 }  // namespace
 
 std::vector<Finding> Scanner::run(std::stop_token stop) const {
-    auto simulators = std::async(std::launch::async, [stop] { return Simulators::load(stop); });
+    // Where no thread can be had, the question is asked when the answer is needed.
+    auto simulators =
+        std::async(std::launch::async | std::launch::deferred, [stop] { return Simulators::load(stop); });
     const std::vector<Located> located = locatedRoots();
     const std::vector<std::string> inner = innerRoots(located);
 
