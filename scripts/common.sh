@@ -1,0 +1,39 @@
+# shellcheck shell=bash
+# What the scripts share. Sourced; sets `root`, the folder of the sources.
+
+root=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.." && pwd)
+
+cores() {
+    getconf _NPROCESSORS_ONLN
+}
+
+# configure PRESET: only when there is nothing to build from; ninja repeats it whenever it has to.
+# TMPDIR is left to the program that is run afterwards: it may name a folder made for a demonstration.
+configure() {
+    if [[ ! -f "$root/build/$1/build.ninja" ]]; then
+        (cd "$root" && env -u TMPDIR cmake --preset "$1")
+    fi
+}
+
+# build PRESET [TARGET...]: says nothing when nothing is to be done.
+build() {
+    local preset=$1 targets=()
+    shift
+    if (($# > 0)); then
+        targets=(--target "$@")
+    fi
+    configure "$preset"
+    env -u TMPDIR cmake --build "$root/build/$preset" --parallel "$(cores)" ${targets[@]+"${targets[@]}"} |
+        sed -u '/^ninja: no work to do\.$/d'
+}
+
+# source_files PATTERN...: tracked files and new ones that are not ignored, each ending in a zero byte.
+source_files() {
+    local file
+    git -C "$root" ls-files -z --cached --others --exclude-standard -- "$@" |
+        while IFS= read -r -d '' file; do
+            if [[ -f "$root/$file" ]]; then
+                printf '%s\0' "$file"
+            fi
+        done
+}
