@@ -1,0 +1,215 @@
+#include "core/paths.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/environment.h"
+
+namespace ulvak {
+namespace {
+
+using test::ScopedEnvironment;
+
+const UserFolders ayse{.home = "/home/ayse",
+                       .temp = "/var/folders/ab/cd/T",
+                       .cache = "/var/folders/ab/cd/C",
+                       .trash = "/home/ayse/.local/share/Trash"};
+
+/// What the folders are in an environment.
+UserFolders foldersIn(const char* home, const char* temp, std::optional<std::string> data = std::nullopt) {
+    const ScopedEnvironment environment(
+        {{"HOME", home}, {"TMPDIR", temp}, {"XDG_DATA_HOME", std::move(data)}});
+    return UserFolders::ofCurrentUser();
+}
+
+TEST(UserFolders, HaveNoSlashAtTheEndAndNoneTwice) {
+    for (const char* home : {"/home/ayse", "/home/ayse/", "/home/ayse///", "//home//ayse", "///home/ayse//"})
+        EXPECT_EQ(foldersIn(home, "/tmp").home, "/home/ayse") << home;
+    for (const char* temp : {"/var/tmp", "/var/tmp/", "//var//tmp//"})
+        EXPECT_EQ(foldersIn("/home/ayse", temp).temp, "/var/tmp") << temp;
+    EXPECT_EQ(foldersIn("/home/ayse//", "/tmp").trash, "/home/ayse/.local/share/Trash");
+    EXPECT_EQ(foldersIn("/home/ayse", "/tmp", "/data//").trash, "/data/Trash");
+}
+
+TEST(UserFolders, TheRootFolderIsASlash) {
+    for (const char* home : {"/", "//", "///"}) {
+        const UserFolders folders = foldersIn(home, "/tmp");
+        EXPECT_EQ(folders.home, "/") << home;
+        EXPECT_EQ(folders.trash, "/.local/share/Trash") << home;
+    }
+}
+
+TEST(UserFolders, KeepBytesThatAreNoText) {
+    EXPECT_EQ(foldersIn("/home/\xff\n", "/\xfe").home, "/home/\xff\n");
+}
+
+TEST(UserFolders, CacheLiesBesideTheTemporaryFolderWhereTheSystemHasNone) {
+    EXPECT_EQ(foldersIn("/home/ayse", "/var/folders/ab/cd/T").cache, "/var/folders/ab/cd/C");
+    EXPECT_EQ(foldersIn("/home/ayse", "/var/folders/ab/cd/T/").cache, "/var/folders/ab/cd/C");
+    EXPECT_EQ(foldersIn("/home/ayse", "/tmp").cache, "/C");
+    EXPECT_EQ(foldersIn("/home/ayse", "/home/ayse/tmp").cache, "/home/ayse/C");
+}
+
+TEST(Paths, FoldersAreAskedForOnce) {
+    const UserFolders before = Paths::folders();
+    const ScopedEnvironment environment({{"HOME", "/elsewhere"}, {"TMPDIR", "/elsewhere"}});
+    EXPECT_EQ(Paths::home(), before.home);
+    EXPECT_EQ(Paths::temp(), before.temp);
+    EXPECT_EQ(Paths::cache(), before.cache);
+    EXPECT_EQ(Paths::trash(), before.trash);
+    EXPECT_NE(UserFolders::ofCurrentUser().home, before.home);
+}
+
+TEST(Paths, FoldersMayBeAskedForFromSeveralThreads) {
+    std::vector<const UserFolders*> seen(8);
+    {
+        std::vector<std::jthread> threads;
+        for (auto& answer : seen)
+            threads.emplace_back([&answer] { answer = &Paths::folders(); });
+    }
+    EXPECT_THAT(seen, testing::Each(&Paths::folders()));
+}
+
+TEST(Expand, TildeAloneIsTheHomeFolder) {
+    EXPECT_EQ(Paths::expand("~", ayse), "/home/ayse");
+}
+
+TEST(Expand, TildeAndASlashIsTheHomeFolderAndASlash) {
+    EXPECT_EQ(Paths::expand("~/", ayse), "/home/ayse/");
+}
+
+TEST(Expand, TokenAloneIsItsFolderWithoutASlash) {
+    EXPECT_EQ(Paths::expand("$T", ayse), "/var/folders/ab/cd/T");
+    EXPECT_EQ(Paths::expand("$C", ayse), "/var/folders/ab/cd/C");
+}
+
+TEST(Expand, TokenBeforeASlashIsReplaced) {
+    EXPECT_EQ(Paths::expand("~/Library/Caches/*", ayse), "/home/ayse/Library/Caches/*");
+    EXPECT_EQ(Paths::expand("$T/x", ayse), "/var/folders/ab/cd/T/x");
+    EXPECT_EQ(Paths::expand("$C/x", ayse), "/var/folders/ab/cd/C/x");
+    EXPECT_EQ(Paths::expand("~//x", ayse), "/home/ayse//x");
+    EXPECT_EQ(Paths::expand("$T/$C/~", ayse), "/var/folders/ab/cd/T/$C/~") << "only at the beginning";
+}
+
+TEST(Expand, AnythingElseComesBackUnchanged) {
+    for (const std::string text : {"/usr", "", "/", "$X/a", "$X", "$Tx", "$Cx/y", "a/~/b", "~ayse", "~ayse/x",
+                                   "/~", " ~", "$", "$t/x", "T/x", "\xff", "~\n/x"})
+        EXPECT_EQ(Paths::expand(text, ayse), text);
+}
+
+TEST(Expand, AHomeFolderThatIsTheRootGivesNoDoubledSlash) {
+    const UserFolders folders{.home = "/", .temp = "/tmp", .cache = "/C"};
+    EXPECT_EQ(Paths::expand("~", folders), "/");
+    EXPECT_EQ(Paths::expand("~/Library", folders), "/Library");
+}
+
+TEST(Expand, UsesTheUsersFoldersUnlessToldOtherwise) {
+    EXPECT_EQ(Paths::expand("~/x"), Paths::home() + "/x");
+}
+
+TEST(Display, TemporaryFolderUnderPrivateIsRecognised) {
+    EXPECT_EQ(Paths::display("/private/var/folders/ab/cd/T/x", ayse), "Geçici klasör/x");
+    EXPECT_EQ(Paths::display("/private/var/folders/ab/cd/C/x", ayse), "Sistem önbelleği/x");
+}
+
+TEST(Display, PrivateGoesOnlyBeforeVarFolders) {
+    EXPECT_EQ(Paths::display("/private/var/folders/zz/x", ayse), "/var/folders/zz/x");
+    for (const std::string path : {"/private/var/folders", "/private/var/vm", "/private/tmp", "/private",
+                                   "/x/private/var/folders/ab/cd/T", "/Private/var/folders/ab/cd/T"})
+        EXPECT_EQ(Paths::display(path, ayse), path);
+}
+
+TEST(Display, TheTemporaryFolderItselfIsNamed) {
+    EXPECT_EQ(Paths::display("/var/folders/ab/cd/T", ayse), "Geçici klasör");
+    EXPECT_EQ(Paths::display("/var/folders/ab/cd/C", ayse), "Sistem önbelleği");
+}
+
+TEST(Display, WhatBeginsLikeTheTemporaryOrCacheFolderIsShownAsPartOfIt) {
+    EXPECT_EQ(Paths::display("/var/folders/ab/cd/Temporary/x", ayse), "Geçici klasöremporary/x");
+    EXPECT_EQ(Paths::display("/var/folders/ab/cd/Cx", ayse), "Sistem önbelleğix");
+}
+
+TEST(Display, TheHomeFolderIsATilde) {
+    EXPECT_EQ(Paths::display("/home/ayse", ayse), "~");
+    EXPECT_EQ(Paths::display("/home/ayse/", ayse), "~/");
+    EXPECT_EQ(Paths::display("/home/ayse/Library", ayse), "~/Library");
+}
+
+TEST(Display, AFolderWhoseNameBeginsLikeTheHomeFoldersIsShownAsItIs) {
+    for (const std::string path :
+         {"/home/aysegul", "/home/ayse2/x", "/home/ayse ", "/home/ays", "/home", "/HOME/AYSE"})
+        EXPECT_EQ(Paths::display(path, ayse), path);
+}
+
+TEST(Display, TemporaryAndCacheFolderComeBeforeTheHomeFolder) {
+    const UserFolders nested{.home = "/h", .temp = "/h/tmp", .cache = "/h/C"};
+    EXPECT_EQ(Paths::display("/h/tmp/x", nested), "Geçici klasör/x");
+    EXPECT_EQ(Paths::display("/h/C/x", nested), "Sistem önbelleği/x");
+    EXPECT_EQ(Paths::display("/h/x", nested), "~/x");
+    const UserFolders inCache{.home = "/h", .temp = "/c/T", .cache = "/c"};
+    EXPECT_EQ(Paths::display("/c/T/x", inCache), "Geçici klasör/x") << "the temporary folder is asked first";
+}
+
+TEST(Display, AHomeFolderThatIsTheRootHidesNothing) {
+    const UserFolders folders{.home = "/", .temp = "/tmp", .cache = "/C"};
+    EXPECT_EQ(Paths::display("/", folders), "~");
+    EXPECT_EQ(Paths::display("/usr", folders), "/usr");
+}
+
+TEST(Display, KeepsTheBytesOfAPath) {
+    EXPECT_EQ(Paths::display("/home/ayse/\xff\n", ayse), "~/\xff\n");
+    EXPECT_EQ(Paths::display("", ayse), "");
+}
+
+TEST(Join, PutsOneSlashBetween) {
+    EXPECT_EQ(Paths::join("/a", "b"), "/a/b");
+    EXPECT_EQ(Paths::join("/a/", "b"), "/a/b");
+    EXPECT_EQ(Paths::join("/", "b"), "/b");
+    EXPECT_EQ(Paths::join("/a", ""), "/a/");
+}
+
+TEST(LastComponent, IsWhatFollowsTheLastSlash) {
+    EXPECT_EQ(Paths::lastComponent("/a/b"), "b");
+    EXPECT_EQ(Paths::lastComponent("/a"), "a");
+    EXPECT_EQ(Paths::lastComponent("a"), "a");
+    EXPECT_EQ(Paths::lastComponent("/"), "/");
+    EXPECT_EQ(Paths::lastComponent(""), "");
+    EXPECT_EQ(Paths::lastComponent("/a/."), ".");
+}
+
+TEST(Extension, IsWhatFollowsTheLastDot) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"a.txt", "txt"}, {"a.tar.gz", "gz"}, {"a", ""},    {".gitignore", ""},
+        {"a.", ""},       {".a.b", "b"},      {"..", ""},   {"", ""},
+        {"A.TXT", "TXT"}, {"a. b", " b"},     {"a.İ", "İ"},
+    };
+    for (const auto& [name, expected] : cases)
+        EXPECT_EQ(Paths::extension(name), expected) << name;
+}
+
+TEST(IsWithin, ComparesComponentByComponent) {
+    EXPECT_TRUE(Paths::isWithin("/a", "/a"));
+    EXPECT_TRUE(Paths::isWithin("/a/b", "/a"));
+    EXPECT_TRUE(Paths::isWithin("/a/b", "/a/"));
+    EXPECT_TRUE(Paths::isWithin("/a", "/"));
+    EXPECT_TRUE(Paths::isWithin("/", "/"));
+    EXPECT_FALSE(Paths::isWithin("/ab", "/a"));
+    EXPECT_FALSE(Paths::isWithin("/a", "/a/b"));
+    EXPECT_FALSE(Paths::isWithin("/A/b", "/a"));
+    EXPECT_FALSE(Paths::isWithin("/", "/a"));
+}
+
+TEST(WithoutPrivate, CutsExactlyThePrefix) {
+    EXPECT_EQ(Paths::withoutPrivate("/private/var/folders/x"), "/var/folders/x");
+    EXPECT_EQ(Paths::withoutPrivate("/private/var/folders/"), "/var/folders/");
+    EXPECT_EQ(Paths::withoutPrivate("/private/var/folders"), "/private/var/folders");
+    EXPECT_EQ(Paths::withoutPrivate("/var/folders/x"), "/var/folders/x");
+}
+
+}  // namespace
+}  // namespace ulvak

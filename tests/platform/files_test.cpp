@@ -1,0 +1,109 @@
+#include "platform/files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+namespace ulvak::platform {
+namespace {
+
+using namespace std::chrono_literals;
+using test::fifo;
+using test::file;
+using test::folder;
+using test::link;
+using test::sparseFile;
+using test::TempTree;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+TEST(FileInfo, TellsFoldersFromFiles) {
+    const TempTree tree({folder("a"), file("b"), fifo("c"), test::socket("d")});
+    for (const auto& [name, isDirectory] : {std::pair("a", true), {"b", false}, {"c", false}, {"d", false}}) {
+        const auto info = fileInfo(tree.path(name));
+        ASSERT_TRUE(info) << name;
+        EXPECT_EQ(info->isDirectory, isDirectory) << name;
+    }
+}
+
+TEST(FileInfo, CountsBytesOnDiskAndNotTheLength) {
+    const TempTree tree({file("full", 3'000'000), sparseFile("hole", 1'000'000'000'000)});
+    EXPECT_EQ(fileInfo(tree.path("full"))->allocatedSize, tree.allocated("full"));
+    EXPECT_GE(fileInfo(tree.path("full"))->allocatedSize, 3'000'000);
+    EXPECT_LT(fileInfo(tree.path("hole"))->allocatedSize, 1'000'000);
+}
+
+TEST(FileInfo, HasTheDateOfTheLastChangeToTheMicrosecond) {
+    const FileTime date =
+        std::chrono::sys_days{std::chrono::year{1969} / 7 / 20} + 20h + 17min + 40s + 123'456us;
+    const TempTree tree({file("moon").modifiedAt(date)});
+    EXPECT_EQ(fileInfo(tree.path("moon"))->modified, date);
+}
+
+TEST(FileInfo, FollowsLinks) {
+    const TempTree tree({folder("a", {file("b", 4096)}), link("to-folder", "a"), link("to-file", "a/b")});
+    EXPECT_TRUE(fileInfo(tree.path("to-folder"))->isDirectory);
+    EXPECT_EQ(fileInfo(tree.path("to-file"))->allocatedSize, tree.allocated("a/b"));
+}
+
+TEST(FileInfo, IsAbsentWhereNothingIs) {
+    const TempTree tree({file("file"), link("nowhere", "absent"), link("loop", "loop")});
+    for (const std::string name : {"absent", "file/below", "nowhere", "loop"})
+        EXPECT_FALSE(fileInfo(tree.path(name))) << name;
+    EXPECT_FALSE(fileInfo(""));
+    EXPECT_FALSE(fileInfo("/" + std::string(100'000, 'x')));
+}
+
+TEST(FileInfo, IsAbsentWhereThisUserMayNotLook) {
+    const TempTree tree({folder("locked", {file("inside")}).withMode(0)});
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    test::asUnprivileged([&] {
+        EXPECT_FALSE(fileInfo(tree.path("locked/inside")));
+        EXPECT_TRUE(fileInfo(tree.path("locked")));
+    });
+}
+
+TEST(ListNames, GivesEveryNameInBytes) {
+    const TempTree tree(
+        {file(".hidden"), file("görünür"), folder("..."), link("link", "absent"), file("\xff\n\x1b[31m")});
+    EXPECT_THAT(listNames(tree.path()),
+                UnorderedElementsAre(".hidden", "görünür", "...", "link", "\xff\n\x1b[31m"));
+}
+
+TEST(ListNames, IsEmptyForWhatCannotBeListed) {
+    const TempTree tree({file("file"), folder("empty")});
+    EXPECT_THAT(listNames(tree.path("empty")), IsEmpty());
+    EXPECT_THAT(listNames(tree.path("file")), IsEmpty());
+    EXPECT_THAT(listNames(tree.path("absent")), IsEmpty());
+    EXPECT_THAT(listNames(""), IsEmpty());
+}
+
+TEST(ListNames, IsEmptyForAFolderThisUserMayNotList) {
+    const TempTree tree({folder("locked", {file("inside")}).withMode(0111)});
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    test::asUnprivileged([&] { EXPECT_THAT(listNames(tree.path("locked")), IsEmpty()); });
+}
+
+TEST(ResolvedPath, HasNoLinksDotsOrDoubledSlashes) {
+    const TempTree tree({folder("a", {folder("b")}), link("l", "a")});
+    EXPECT_EQ(resolvedPath(tree.path("l/b")), tree.path("a/b"));
+    EXPECT_EQ(resolvedPath(tree.path("a/./b/..//b/")), tree.path("a/b"));
+    EXPECT_EQ(resolvedPath("/"), "/");
+    EXPECT_EQ(resolvedPath("//"), "/");
+}
+
+TEST(ResolvedPath, IsAbsentWhereNothingIs) {
+    const TempTree tree({file("file"), link("nowhere", "absent"), link("loop", "loop")});
+    for (const std::string name : {"absent", "file/", "nowhere", "loop"})
+        EXPECT_EQ(resolvedPath(tree.path(name)), std::nullopt) << name;
+    EXPECT_EQ(resolvedPath(""), std::nullopt);
+}
+
+}  // namespace
+}  // namespace ulvak::platform

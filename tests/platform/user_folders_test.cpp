@@ -1,0 +1,93 @@
+#include "platform/user_folders.h"
+
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <optional>
+#include <string>
+
+#include "support/environment.h"
+#include "support/isolation.h"
+
+namespace ulvak::platform {
+namespace {
+
+using test::ScopedEnvironment;
+
+const std::optional<std::string> unset;
+
+std::string homeInPasswd() {
+    const passwd* entry = ::getpwuid(::getuid());
+    return entry == nullptr ? "/nonexistent" : entry->pw_dir;
+}
+
+TEST(UserFolders, HomeIsWhereTheEnvironmentSays) {
+    for (const std::string home : {"/home/ayse", "/", "/home//ayse", "/home/ayse//", "/ev/çağrı", "/\xff"}) {
+        const ScopedEnvironment environment({{"HOME", home}});
+        EXPECT_EQ(homeDirectory(), home) << "as the system spells it";
+    }
+}
+
+TEST(UserFolders, HomeThatIsUnsetEmptyOrRelativeIsTheOneInThePasswdEntry) {
+    for (const auto& home : {unset, std::optional<std::string>(""), std::optional<std::string>("."),
+                             std::optional<std::string>("home/ayse"), std::optional<std::string>("~")}) {
+        const ScopedEnvironment environment({{"HOME", home}});
+        EXPECT_EQ(homeDirectory(), homeInPasswd()) << home.value_or("(unset)");
+    }
+}
+
+TEST(UserFolders, AUserWhomTheSystemDoesNotKnowHasNobodyElsesHome) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root becomes another user";
+    test::inChild([] {
+        const ScopedEnvironment environment({{"HOME", unset}});
+        constexpr uid_t nobodyAtAll = 1'234'567'890;
+        ASSERT_EQ(::setresuid(nobodyAtAll, nobodyAtAll, nobodyAtAll), 0);
+        EXPECT_EQ(homeDirectory(), "/nonexistent");
+    });
+}
+
+TEST(UserFolders, TemporaryFolderIsWhereTheEnvironmentSays) {
+    for (const std::string temp : {"/var/tmp", "/var/folders/ab/cd/T/", "/home/ayse/tmp", "/geçici"}) {
+        const ScopedEnvironment environment({{"TMPDIR", temp}});
+        EXPECT_EQ(temporaryDirectory(), temp);
+    }
+}
+
+TEST(UserFolders, TemporaryFolderThatIsUnsetEmptyOrRelativeIsTheSystems) {
+    for (const auto& temp : {unset, std::optional<std::string>(""), std::optional<std::string>("tmp"),
+                             std::optional<std::string>("./tmp"), std::optional<std::string>("..")}) {
+        const ScopedEnvironment environment({{"TMPDIR", temp}});
+        EXPECT_EQ(temporaryDirectory(), "/tmp") << temp.value_or("(unset)");
+    }
+}
+
+TEST(UserFolders, TheWholeDiskIsNeverTheTemporaryFolder) {
+    for (const std::string temp :
+         {"/", "//", "///", "/.", "/./", "//.//", "/..", "/tmp/..", "/tmp/../", "/a/../.."}) {
+        const ScopedEnvironment environment({{"TMPDIR", temp}});
+        EXPECT_EQ(temporaryDirectory(), "/tmp") << temp;
+    }
+}
+
+TEST(UserFolders, ThereIsNoCacheFolderApartFromTheTemporaryOne) {
+    const ScopedEnvironment environment({{"XDG_CACHE_HOME", "/home/ayse/.cache"}});
+    EXPECT_EQ(cacheDirectory(), std::nullopt);
+}
+
+TEST(UserFolders, TrashLiesWithTheUsersData) {
+    const ScopedEnvironment environment({{"XDG_DATA_HOME", "/data"}});
+    EXPECT_EQ(trashDirectory("/home/ayse"), "/data/Trash");
+}
+
+TEST(UserFolders, TrashLiesInTheHomeFolderUnlessTheEnvironmentNamesAnAbsolutePlace) {
+    for (const auto& data : {unset, std::optional<std::string>(""), std::optional<std::string>("data"),
+                             std::optional<std::string>("~/data")}) {
+        const ScopedEnvironment environment({{"XDG_DATA_HOME", data}});
+        EXPECT_EQ(trashDirectory("/home/ayse"), "/home/ayse/.local/share/Trash") << data.value_or("(unset)");
+    }
+}
+
+}  // namespace
+}  // namespace ulvak::platform

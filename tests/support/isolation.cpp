@@ -1,0 +1,158 @@
+#include "support/isolation.h"
+
+#include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fstream>
+
+namespace ulvak::test {
+namespace {
+
+std::string systemError(const std::string& what) {
+    return what + ": " + std::strerror(errno);
+}
+
+/// Prepares a child; what went wrong, or nothing.
+using Preparation = std::function<std::optional<std::string>()>;
+
+int failedParts() {
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    int failed = 0;
+    for (int i = 0; test != nullptr && i < test->result()->total_part_count(); ++i)
+        failed += test->result()->GetTestPartResult(i).failed() ? 1 : 0;
+    return failed;
+}
+
+int runAsChild(const Preparation& prepare, const Body& body) {
+    if (const auto reason = prepare()) {
+        std::fprintf(stderr, "%s\n", reason->c_str());
+        return 2;
+    }
+    const int before = failedParts();
+    try {
+        body();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "an exception: %s\n", error.what());
+        return 3;
+    }
+    return failedParts() == before ? 0 : 1;
+}
+
+/// What went wrong, or nothing.
+std::optional<std::string> forked(const Preparation& prepare, const Body& body) {
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child < 0)
+        return systemError("fork");
+    if (child == 0) {
+        const int status = runAsChild(prepare, body);
+        std::fflush(nullptr);
+        ::_exit(status);  // no destructors: they would remove what belongs to the parent
+    }
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (WIFSIGNALED(status))
+        return "the child died of signal " + std::to_string(WTERMSIG(status));
+    if (WEXITSTATUS(status) != 0)
+        return "it failed in the child, as said above (" + std::to_string(WEXITSTATUS(status)) + ")";
+    return std::nullopt;
+}
+
+bool passed(const std::optional<std::string>& failure, const std::source_location& where) {
+    if (failure)
+        ADD_FAILURE_AT(where.file_name(), static_cast<int>(where.line())) << *failure;
+    return !failure;
+}
+
+std::optional<std::string> nothingToPrepare() {
+    return std::nullopt;
+}
+
+std::optional<std::string> becomeUnprivileged() {
+    if (::geteuid() != 0)
+        return std::nullopt;
+    if (::setgroups(0, nullptr) != 0 || ::setresgid(unprivilegedId, unprivilegedId, unprivilegedId) != 0 ||
+        ::setresuid(unprivilegedId, unprivilegedId, unprivilegedId) != 0)
+        return systemError("cannot drop the rights of root");
+    return std::nullopt;
+}
+
+/// A user without rights may mount in a namespace of users of his own, in which he stays who he is.
+std::optional<std::string> separateUsers() {
+    const std::string user = std::to_string(::geteuid());
+    const std::string group = std::to_string(::getegid());
+    if (::unshare(CLONE_NEWUSER) != 0)
+        return systemError("no user namespace of its own");
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << user << " " << user << " 1";
+    std::ofstream("/proc/self/gid_map") << group << " " << group << " 1";
+    return std::nullopt;
+}
+
+std::optional<std::string> separateMounts() {
+    if (::geteuid() != 0) {
+        if (auto reason = separateUsers())
+            return reason;
+    }
+    if (::unshare(CLONE_NEWNS) != 0)
+        return systemError("no mount namespace of its own");
+    if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        return systemError("cannot make the mounts private");
+    return std::nullopt;
+}
+
+}  // namespace
+
+bool inChild(const Body& body, std::source_location where) {
+    return passed(forked(nothingToPrepare, body), where);
+}
+
+bool asUnprivileged(const Body& body, std::source_location where) {
+    return passed(forked(becomeUnprivileged, body), where);
+}
+
+bool withPrivateMounts(const Body& body, std::source_location where) {
+    return passed(forked(separateMounts, body), where);
+}
+
+std::optional<std::string> whyNotUnprivileged(const std::string& path) {
+    const auto failure = forked(becomeUnprivileged, [&] {
+        if (::access(path.c_str(), R_OK | X_OK) != 0)
+            ::_exit(1);
+    });
+    if (failure)
+        return "an unprivileged user cannot be had, or does not reach " + path;
+    return std::nullopt;
+}
+
+std::optional<std::string> whyNoPrivateMounts() {
+    const auto failure = forked(separateMounts, [] {
+        if (!mountMemory("/tmp"))
+            ::_exit(1);
+    });
+    if (failure)
+        return "this user cannot mount anything";
+    return std::nullopt;
+}
+
+testing::AssertionResult mountMemory(const std::string& path, const std::string& options) {
+    if (::mount("memory", path.c_str(), "tmpfs", 0, options.c_str()) != 0)
+        return testing::AssertionFailure() << systemError("mount at " + path);
+    return testing::AssertionSuccess();
+}
+
+testing::AssertionResult mountAgain(const std::string& source, const std::string& path) {
+    if (::mount(source.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0)
+        return testing::AssertionFailure() << systemError("mount at " + path);
+    return testing::AssertionSuccess();
+}
+
+}  // namespace ulvak::test
