@@ -1,6 +1,7 @@
 #include "core/text.h"
 
 #include <unicode/locid.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -17,8 +18,7 @@ bool isAscii(std::string_view text) {
 bool isHarmful(UChar32 c) {
     const bool isControl = c < 0x20 || (c >= 0x7F && c <= 0x9F);
     const bool breaksLine = c == 0x2028 || c == 0x2029;
-    const bool turnsDirection = (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
-    return isControl || breaksLine || turnsDirection;
+    return isControl || breaksLine || u_hasBinaryProperty(c, UCHAR_BIDI_CONTROL) != 0;
 }
 
 /// Each maximal piece that is not UTF-8 becomes one U+FFFD.
