@@ -184,7 +184,7 @@ public:
 
     void visit(const Place& place, State state) {
         const Rule* rule = match(place, state.context);
-        if (place.node->isDirectory && holdsAnotherRoot(place)) {
+        if (place.node->isDirectory && holdsAnotherRoot(place) && !isLeftAlone(rule)) {
             visitChildren(place, intoContainer(rule, state.context));
         } else if (rule == nullptr) {
             visitUnmatched(place, state);
@@ -210,6 +210,11 @@ private:
         return std::ranges::any_of(innerRoots_, [&](const std::string& root) {
             return root.size() > place.path.size() && Paths::isWithin(root, place.path);
         });
+    }
+
+    /// What the program never cleans may be reported as a whole: nothing inside it is taken along.
+    [[nodiscard]] static bool isLeftAlone(const Rule* rule) {
+        return rule != nullptr && std::holds_alternative<Rule::Unit>(rule->kind) && !rule->actionable;
     }
 
     [[nodiscard]] static State intoContainer(const Rule* rule, ScanContext context) {

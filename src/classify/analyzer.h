@@ -23,7 +23,8 @@ struct Analyzer {
 
     /// The findings, largest first, equal sizes in the order in which they were found: root by root,
     /// depth first. `innerRoots` are paths inside one tree at which another scan root begins; what holds
-    /// one is looked into and never reported as a whole, or cleaning it would take the other root along.
+    /// one is looked into and not reported as a whole, unless the program never cleans it anyway: cleaning
+    /// would take the other root along.
     [[nodiscard]] std::vector<Finding> run(std::span<const DirNode> roots,
                                            std::vector<std::string> innerRoots = {},
                                            const UserFolders& folders = Paths::folders()) const;

@@ -2,10 +2,8 @@
 
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "core/safety_level.h"

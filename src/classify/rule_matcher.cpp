@@ -32,7 +32,8 @@ std::string_view parentOf(std::string_view path) {
 
 }  // namespace
 
-RuleMatcher::RuleMatcher(std::span<const Rule> rules, UserFolders folders) : folders_(std::move(folders)) {
+RuleMatcher::RuleMatcher(std::span<const Rule> rules, UserFolders folders)
+    : folders_(std::move(folders)), hasOwnCache_(Paths::hasOwnCache(folders_)) {
     prepared_.reserve(rules.size());
     for (const Rule& rule : rules) {
         if (const auto* path = std::get_if<Rule::Path>(&rule.match))
@@ -76,12 +77,11 @@ std::string_view RuleMatcher::folder(Area area) const {
 
 /// The innermost of the user's folders that holds `path`; only its rules apply. Otherwise a home folder
 /// below the temporary one would be a temporary file, and safe to delete. Where two are the same folder it
-/// is the home folder. A cache folder inside the home folder is not believed: its place there is derived
-/// from the temporary folder's, and "~/C" may well be somebody's work.
+/// is the home folder.
 RuleMatcher::Area RuleMatcher::areaOf(std::string_view path) const {
     Area innermost = Area::none;
     for (const Area area : {Area::home, Area::temp, Area::cache}) {
-        if (area == Area::cache && isWithinFolded(folders_.cache, folders_.home))
+        if (area == Area::cache && !hasOwnCache_)
             continue;
         const bool isDeeper = innermost == Area::none || folder(area).size() > folder(innermost).size();
         if (isDeeper && isWithinFolded(path, folder(area)))
@@ -131,7 +131,7 @@ bool RuleMatcher::hasSibling(const Rule::Name& name, std::string_view path) {
     const std::string parent(parentOf(path));
     return std::ranges::any_of(name.siblings, [&](const std::string& sibling) {
         if (!sibling.contains('*'))
-            return platform::fileInfo(Paths::join(parent, sibling)).has_value();
+            return platform::existsIn(parent, sibling);
         const auto names = platform::listNames(parent);
         return std::ranges::any_of(names,
                                    [&](const std::string& entry) { return globMatches(sibling, entry); });

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "classify/rule.h"
@@ -48,6 +49,7 @@ private:
     [[nodiscard]] static bool hasSibling(const Rule::Name& name, std::string_view path);
 
     UserFolders folders_;
+    bool hasOwnCache_ = false;
     std::vector<Prepared> prepared_;
 };
 

@@ -1,8 +1,10 @@
 #include "core/paths.h"
 
 #include <array>
+#include <ranges>
 #include <utility>
 
+#include "platform/files.h"
 #include "platform/user_folders.h"
 
 namespace ulvak {
@@ -10,16 +12,18 @@ namespace {
 
 constexpr std::string_view privatePrefix = "/private";
 
-/// One "/" between components and none at the end: a home folder given as "/home//ayse/" is "/home/ayse".
-std::string tidied(std::string_view path) {
+/// A folder as it is known from then on: "/home//ayse/./" is "/home/ayse". Only the disk can tell what ".."
+/// after a link means.
+std::string tidied(const std::string& path) {
+    if ((path + "/").contains("/../"))
+        return platform::resolvedPath(path).value_or(path);
     std::string result;
-    for (const char c : path) {
-        if (c != '/' || !result.ends_with('/'))
-            result += c;
+    for (const auto piece : path | std::views::split('/')) {
+        const std::string_view name(piece.begin(), piece.end());
+        if (!name.empty() && name != ".")
+            result.append("/").append(name);
     }
-    if (result.size() > 1 && result.ends_with('/'))
-        result.pop_back();
-    return result;
+    return result.empty() ? "/" : result;
 }
 
 std::string_view parentOf(std::string_view path) {
@@ -58,6 +62,15 @@ std::string expand(std::string_view text, const UserFolders& folders) {
             return Paths::join(*folder, text.substr(token.size() + 1));
     }
     return std::string(text);
+}
+
+bool hasOwnCache(const UserFolders& folders) {
+    // The folder itself may be missing or be a link; where it stands decides as well as where it leads.
+    const auto real = [](const std::string& path) { return platform::resolvedPath(path).value_or(path); };
+    const std::string home = real(folders.home);
+    const std::string parent = real(std::string(parentOf(folders.cache)));
+    return !isWithin(folders.cache, folders.home) && !isWithin(real(folders.cache), home) &&
+           !isWithin(parent, home);
 }
 
 std::string display(std::string_view path, const UserFolders& folders) {

@@ -17,7 +17,7 @@ struct UserFolders {
 };
 
 /// Paths as the rule book writes them and as people read them. The folders are asked for once, on first
-/// use from any thread, and kept for the life of the process. The overloads that take the folders are pure.
+/// use from any thread, and kept for the life of the process. What takes the folders as an argument is pure.
 namespace Paths {
 
 [[nodiscard]] const UserFolders& folders();
@@ -38,6 +38,11 @@ namespace Paths {
 /// A leading "~", "$T" or "$C" (home, temporary, cache folder), alone or before a "/", is replaced;
 /// anything else comes back unchanged.
 [[nodiscard]] std::string expand(std::string_view text, const UserFolders& folders = Paths::folders());
+
+/// Whether `cache` is a folder of its own. Where its place is derived from the temporary folder's it may come
+/// to lie in the home folder, or be a link there, and "~/C" may well be somebody's work: then there is no
+/// cache folder to speak of. Looks at the disk.
+[[nodiscard]] bool hasOwnCache(const UserFolders& folders = Paths::folders());
 
 /// The short form of a full path for the user: "~/Library", "Geçici klasör/x", "Sistem önbelleği/x". The
 /// bytes of the path are kept; make them `printable` before they are shown.

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "core/hash.h"
+#include "core/text.h"
 
 namespace ulvak {
 namespace {
@@ -55,8 +56,8 @@ std::string badgeText(const Verdict& verdict) {
 nlohmann::ordered_json toJson(const Verdict& verdict) {
     nlohmann::ordered_json json = {
         {"level", info(verdict.level).rawValue},
-        {"title", verdict.title},
-        {"explanation", verdict.explanation},
+        {"title", wellFormed(verdict.title)},
+        {"explanation", wellFormed(verdict.explanation)},
         {"source", info(verdict.source).rawValue},
     };
     if (verdict.confidence)

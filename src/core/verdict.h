@@ -58,7 +58,7 @@ struct DataCorrupted {
 };
 
 /// An object with the keys level, title, explanation, source and, only when there is one, confidence, in
-/// that order.
+/// that order. Bytes of a name that are not UTF-8 come out as U+FFFD.
 [[nodiscard]] nlohmann::ordered_json toJson(const Verdict& verdict);
 
 /// Other keys are ignored; a confidence that is null is absent.

@@ -70,8 +70,8 @@ public:
     EntryReader(const EntryReader&) = delete;
     EntryReader& operator=(const EntryReader&) = delete;
 
-    /// Starts over with `directory`, freshly opened, which must outlive the listing. What is named in
-    /// `untouched` (null for none) is passed over without asking the system about it.
+    /// Starts over with `directory`, freshly opened, which must outlive the listing. A folder that is named
+    /// in `untouched` (null for none) is passed over without asking the system about it.
     void start(const Directory& directory, const NameSet* untouched = nullptr);
 
     /// The next entry, or nothing at the end of the listing and after an error. An entry that vanished

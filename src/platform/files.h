@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/file_time.h"
@@ -15,11 +16,17 @@ struct FileInfo {
     /// Bytes held on disk (not the length); 0 when the system does not say.
     std::int64_t allocatedSize = 0;
     std::optional<FileTime> modified;
+    /// Two names with the same volume and number are one file or folder.
+    std::pair<std::uint64_t, std::uint64_t> volumeAndNumber;
 };
 
 /// What is at `path`; a symbolic link is followed. Absent when nothing is there, when a link leads
 /// nowhere, or when this user may not look.
 [[nodiscard]] std::optional<FileInfo> fileInfo(const std::string& path);
+
+/// Whether there is something named `name` in `folder`. A link there counts when what it leads to does, and
+/// that lies on the same volume: a server that is gone must not be waited for.
+[[nodiscard]] bool existsIn(const std::string& folder, const std::string& name);
 
 /// The names in a folder, in the system's order, hidden ones included. Empty when it cannot be listed.
 [[nodiscard]] std::vector<std::string> listNames(const std::string& path);

@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <utility>
+
+#include "scan/checked_add.h"
 
 namespace ulvak {
 
@@ -11,9 +14,9 @@ namespace ulvak {
 /// Nothing ever resets them: a new scan takes a new object.
 class ScanProgress {
 public:
-    void addFiles(std::int64_t count) { files_.fetch_add(count, std::memory_order_relaxed); }
-    void addBytes(std::int64_t count) { bytes_.fetch_add(count, std::memory_order_relaxed); }
-    void addDenied(std::int64_t count) { denied_.fetch_add(count, std::memory_order_relaxed); }
+    void addFiles(std::int64_t count) { addChecked(files_, count); }
+    void addBytes(std::int64_t count) { addChecked(bytes_, count); }
+    void addDenied(std::int64_t count) { addChecked(denied_, count); }
     void setCurrent(std::string path) {
         const std::scoped_lock lock(currentMutex_);
         current_ = std::move(path);

@@ -22,6 +22,7 @@ constexpr std::int64_t defaultMinimum = 300'000'000;
 struct Located {
     std::string path;
     std::string real;
+    platform::FileInfo info;
 };
 
 /// The roots that exist, each place once: of two names for one folder, the first in order stands.
@@ -29,11 +30,24 @@ std::vector<Located> locatedRoots() {
     std::vector<Located> located;
     for (const std::string& path : Scanner::roots()) {
         auto real = platform::resolvedPath(path);
-        const auto isSame = [&](const Located& other) { return other.real == *real; };
-        if (real && std::ranges::none_of(located, isSame))
-            located.push_back({.path = path, .real = std::move(*real)});
+        const auto info = platform::fileInfo(path);
+        if (!real || !info || (path == Paths::cache() && !Paths::hasOwnCache()))
+            continue;
+        const auto isSame = [&](const Located& other) {
+            return other.real == *real || other.info.volumeAndNumber == info->volumeAndNumber;
+        };
+        if (std::ranges::none_of(located, isSame))
+            located.push_back({.path = path, .real = std::move(*real), .info = *info});
     }
-    return located;
+    // A file inside another root is one of its files.
+    std::vector<Located> kept;
+    std::ranges::copy_if(located, std::back_inserter(kept), [&](const Located& root) {
+        const auto holdsIt = [&](const Located& other) {
+            return other.real != root.real && Paths::isWithin(root.real, other.real);
+        };
+        return root.info.isDirectory || std::ranges::none_of(located, holdsIt);
+    });
+    return kept;
 }
 
 /// Where, inside the tree of one root, another begins. Each is walked once, as itself.

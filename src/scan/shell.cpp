@@ -1,27 +1,21 @@
 #include "scan/shell.h"
 
-#include <fcntl.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): POSIX signal sets
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <mutex>
 #include <utility>
 #include <vector>
 
 #include "core/text.h"
+#include "platform/pipe.h"
 
 extern char** environ;
 
 namespace ulvak::Shell {
 namespace {
-
-std::error_code systemError(int code) {
-    return {code, std::generic_category()};
-}
 
 class Handle {
 public:
@@ -51,17 +45,15 @@ struct Pipe {
 };
 
 std::expected<Pipe, std::error_code> makePipe() {
-    std::array<int, 2> ends{};
-    if (::pipe(ends.data()) != 0)
-        return std::unexpected(systemError(errno));
-    for (const int end : ends)
-        ::fcntl(end, F_SETFD, FD_CLOEXEC);
-    return Pipe{.read = Handle(ends[0]), .write = Handle(ends[1])};
+    const auto ends = platform::makePipe();
+    if (!ends)
+        return std::unexpected(ends.error());
+    return Pipe{.read = Handle(ends->read), .write = Handle(ends->write)};
 }
 
 std::string readToEnd(const Handle& handle) {
     std::string bytes;
-    std::array<char, 65536> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
+    std::vector<char> buffer(65536);  // not on the stack, which may be small
     for (;;) {
         const ssize_t count = ::read(handle.get(), buffer.data(), buffer.size());
         if (count > 0)
@@ -71,7 +63,8 @@ std::string readToEnd(const Handle& handle) {
     }
 }
 
-/// What the new process gets: the two pipes, and the usual reactions to signals, whatever ours are.
+/// What the new process gets: the two pipes, the usual reactions to signals, whatever ours are, and a group
+/// of its own, so that a stop ends its children too.
 class SpawnSetup {
 public:
     SpawnSetup(const Pipe& output, const Pipe& error) {
@@ -83,7 +76,8 @@ public:
         ::sigemptyset(&usual);
         ::sigaddset(&usual, SIGPIPE);
         ::posix_spawnattr_setsigdefault(&attributes_, &usual);
-        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF);
+        ::posix_spawnattr_setpgroup(&attributes_, 0);
+        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
     }
     ~SpawnSetup() {
         ::posix_spawn_file_actions_destroy(&actions_);
@@ -100,9 +94,19 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
-std::int32_t waitFor(pid_t process) {
+/// Waits for the end, but leaves the process to `reap`: until then its number is nobody else's.
+void waitForEnd(pid_t process) {
+    siginfo_t info{};
+    while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) {
+    }
+}
+
+std::int32_t reap(pid_t process) {
+    constexpr std::int32_t unknownStatus = -1;
     int status = 0;
-    while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    while (::waitpid(process, &status, 0) < 0) {
+        if (errno != EINTR)
+            return unknownStatus;
     }
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
@@ -118,35 +122,27 @@ std::expected<Result, std::error_code> run(const std::string& path, std::span<co
         argv.push_back(word.data());
     argv.push_back(nullptr);
 
+    auto output = makePipe();
+    auto error = makePipe();
+    if (!output || !error)
+        return std::unexpected(output ? error.error() : output.error());
     pid_t process = 0;
-    Pipe output;
-    Pipe error;
-    {
-        // A process started between the making of a pipe and its marking would hold the pipe open.
-        static std::mutex startMutex;
-        const std::scoped_lock lock(startMutex);
-        auto outputPipe = makePipe();
-        auto errorPipe = makePipe();
-        if (!outputPipe || !errorPipe)
-            return std::unexpected(outputPipe ? errorPipe.error() : outputPipe.error());
-        output = std::move(*outputPipe);
-        error = std::move(*errorPipe);
-        const SpawnSetup setup(output, error);
-        const int failure =
-            ::posix_spawn(&process, path.c_str(), setup.actions(), setup.attributes(), argv.data(), environ);
-        if (failure != 0)
-            return std::unexpected(systemError(failure));
-    }
-    output.write.close();
-    error.write.close();
+    const SpawnSetup setup(*output, *error);
+    const int failure =
+        ::posix_spawn(&process, path.c_str(), setup.actions(), setup.attributes(), argv.data(), environ);
+    if (failure != 0)
+        return std::unexpected(std::error_code(failure, std::generic_category()));
+    output->write.close();
+    error->write.close();
 
     Result result;
     {
-        const std::stop_callback killer(stop, [process] { ::kill(process, SIGKILL); });
-        result.output = readToEnd(output.read);
-        result.error = wellFormed(readToEnd(error.read));
+        const std::stop_callback killer(stop, [process] { ::kill(-process, SIGKILL); });
+        result.output = readToEnd(output->read);
+        result.error = wellFormed(readToEnd(error->read));
+        waitForEnd(process);
     }
-    result.status = waitFor(process);
+    result.status = reap(process);
     return result;
 }
 

@@ -11,7 +11,7 @@
 namespace ulvak::Shell {
 
 struct Result {
-    /// The program's exit status; the number of the signal if one ended it.
+    /// The program's exit status; the number of the signal if one ended it; -1 if nobody can tell.
     std::int32_t status = 0;
     std::string output;  ///< the bytes of its standard output
     std::string error;   ///< its standard error as UTF-8, repaired where it was none
@@ -19,7 +19,7 @@ struct Result {
 
 /// Runs the executable at the absolute `path` with these arguments: no shell, no path search, this
 /// process's environment and standard input. Blocks until it has exited. Fails only when it cannot be
-/// started. A stop request kills it.
+/// started. A stop request kills it with the processes that it has started.
 ///
 /// Standard output is read to its end before standard error: a program that writes more to standard error
 /// than a pipe holds while it still has output to write would wait forever, so this is for programs that

@@ -60,6 +60,30 @@ std::optional<SimulatorInfo> device(const Json& object, std::string_view runtime
     return info;
 }
 
+/// Whether brackets, those inside strings left out, stay within the levels that a list of devices needs. The
+/// parser would take memory for each level.
+bool isNestedTooDeep(std::string_view json) {
+    int depth = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const char c = json[i];
+        if (inString) {
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > deepestNesting)
+                return true;
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return false;
+}
+
 bool isArrayOfObjects(const Json& value) {
     return value.is_array() && std::ranges::all_of(value, &Json::is_object);
 }
@@ -68,12 +92,15 @@ bool isArrayOfObjects(const Json& value) {
 
 SimulatorMap load(std::stop_token stop) {
     static const std::array<std::string, 4> arguments = {"simctl", "list", "devices", "-j"};
-    // The exit status is not looked at: what was printed is either a list or not.
+    // Tried everywhere: where there are no such tools, the program cannot be started. The exit status is not
+    // looked at: what was printed is either a list or not.
     const auto result = Shell::run("/usr/bin/xcrun", arguments, std::move(stop));
     return result ? parse(result->output) : SimulatorMap();
 }
 
 SimulatorMap parse(std::string_view json) {
+    if (json.size() > longestList || isNestedTooDeep(json))
+        return {};
     const Json document = Json::parse(json, nullptr, /*allow_exceptions=*/false);
     if (!document.is_object())
         return {};

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <stop_token>
+#include <string>
 #include <string_view>
 
 #include "platform/file_time.h"
@@ -13,7 +16,10 @@ namespace ulvak::Simulators {
 /// such tools.
 [[nodiscard]] SimulatorMap load(std::stop_token stop = {});
 
-/// Reads the tools' JSON. Empty unless it is an object whose "devices" is an object of arrays of objects.
+/// Reads the tools' JSON. Empty unless it is an object whose "devices" is an object of arrays of objects, and
+/// for what no such tool prints: more than `longestList` bytes, or nested more than `deepestNesting` levels.
+inline constexpr std::size_t longestList = 64 * 1024 * 1024;
+inline constexpr int deepestNesting = 64;
 [[nodiscard]] SimulatorMap parse(std::string_view json);
 
 /// "com.apple.CoreSimulator.SimRuntime.iOS-17-2" is "iOS 17.2". A name without a version keeps the blank

@@ -14,7 +14,7 @@ namespace ulvak {
 /// Move-only.
 class SkipTree {
 public:
-    /// `relativePath` is not empty: names joined with "/".
+    /// `relativePath` is names joined with "/"; empty for the root itself, but a volume has a name.
     void addExcluded(std::string_view relativePath) { nodeAt(relativePath).isExcluded_ = true; }
     void addVolume(std::string_view relativePath);
 

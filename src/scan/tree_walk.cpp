@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/paths.h"
+#include "scan/checked_add.h"
 #include "scan/disk_walker.h"
 
 namespace ulvak {
@@ -20,7 +21,7 @@ constexpr int deepestPublished = 2;
 /// Handles that a worker holds for the folder it lists and on its way to it.
 constexpr std::size_t handlesPerWorker = 3;
 /// Left to the rest of the program.
-constexpr std::size_t handlesForOthers = 12;
+constexpr std::size_t handlesForOthers = 8;
 /// Buffers that a huge folder has grown beyond this are not kept for the next one.
 constexpr std::size_t mostKeptBytes = 64 * 1024;
 
@@ -29,6 +30,11 @@ constexpr FileTime distantPast = FileTime::min();
 
 std::optional<FileTime> knownDate(FileTime date) {
     return date == distantPast ? std::nullopt : std::optional(date);
+}
+
+/// At most a quarter of the handles goes to the workers: folders that stay open save more than they do.
+std::size_t affordableWorkers(std::size_t wanted, std::size_t spareHandles) {
+    return std::min(wanted, std::max<std::size_t>(1, spareHandles / (4 * handlesPerWorker)));
 }
 
 template <typename T>
@@ -92,7 +98,7 @@ struct TreeWalk::Frame {
 
     std::atomic<std::int64_t> size = 0;
     std::atomic<std::int64_t> fileCount = 0;
-    std::atomic<FileTime::rep> newest = 0;
+    std::atomic<FileTime::rep> newest = distantPast.time_since_epoch().count();
     struct KeptFolder {
         std::size_t index = 0;
         DirNode node;
@@ -115,8 +121,8 @@ struct TreeWalk::Frame {
                 .newest = FileTime(FileTime::duration(newest.load(std::memory_order_relaxed)))};
     }
     void fold(const Totals& below) {
-        size.fetch_add(below.size, std::memory_order_relaxed);
-        fileCount.fetch_add(below.fileCount, std::memory_order_relaxed);
+        addChecked(size, below.size);
+        addChecked(fileCount, below.fileCount);
         raise(newest, below.newest.time_since_epoch().count());
     }
 
@@ -188,7 +194,7 @@ TreeWalk::TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progr
       options_(options),
       progress_(progress),
       stop_(std::move(stop)),
-      workers_(options.workers),
+      workers_(affordableWorkers(options.workers, platform::spareHandles())),
       top_(std::make_unique<Frame>()) {
     for (const Root& root : roots_) {
         top_->subFolders.push_back({.nameOffset = top_->names.size()});
@@ -208,6 +214,7 @@ std::vector<DirNode> TreeWalk::run() {
     push(workers_.front(), *top_);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(workers_.size());
         for (auto worker = std::next(workers_.begin()); worker != workers_.end(); ++worker) {
             try {
                 threads.emplace_back([this, &own = *worker] { work(own); });
@@ -224,7 +231,7 @@ std::vector<DirNode> TreeWalk::run() {
     return nodes;
 }
 
-void TreeWalk::work(Worker& worker) {
+void TreeWalk::work(Worker& worker) noexcept {
     while (Frame* frame = nextFrame(worker)) {
         const std::size_t index = frame->nextSubFolder.fetch_add(1, std::memory_order_relaxed);
         if (index < frame->subFolders.size()) {
@@ -279,8 +286,12 @@ TreeWalk::Frame* TreeWalk::waitForFrame(Worker& worker) {
         if (frame == nullptr && !finished_.load())
             wakeUps_.wait(seen);
         idle_.fetch_sub(1);
-        if (frame != nullptr)
-            return frame;
+        if (frame == nullptr)
+            continue;
+        // One worker is woken for a frame; while there is more in it than for two, it wakes the next.
+        if (frame->hasMore())
+            wakeIdle();
+        return frame;
     }
     return nullptr;
 }
@@ -359,6 +370,8 @@ platform::Directory TreeWalk::open(Frame& parent, std::size_t index) {
     auto directory = attempt();
     for (int tries = 1; !directory && platform::isOutOfHandles(directory.error()) && tries < mostTries;
          ++tries) {
+        if (stop_.stop_requested())
+            return {};
         // Handles are budgeted, so it is others who hold them; a folder must not be called denied for that.
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
         directory = attempt();
@@ -381,7 +394,7 @@ bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const 
                 {.nameOffset = listing.names.size(), .modified = entry->modified.value_or(distantPast)});
             listing.names.append(entry->name).push_back('\0');
         } else if (entry->kind == platform::EntryKind::file) {
-            listing.files.size += entry->allocatedSize;
+            addChecked(listing.files.size, entry->allocatedSize);
             ++listing.files.fileCount;
             listing.files.newest = std::max(listing.files.newest, entry->modified.value_or(distantPast));
             if (entry->allocatedSize >= options_.keepThreshold)

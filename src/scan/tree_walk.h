@@ -32,7 +32,7 @@ public:
     };
     struct Options {
         std::int64_t keepThreshold = 0;  ///< bytes
-        unsigned workers = 0;            ///< at least 1
+        unsigned workers = 0;            ///< at least 1; fewer work where handles are scarce
     };
 
     TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop);
@@ -49,7 +49,7 @@ private:
     struct Worker;
     struct Totals;
 
-    void work(Worker& worker);
+    void work(Worker& worker) noexcept;
     Frame* nextFrame(Worker& worker);
     Frame* joinAnother(const Worker& worker);
     Frame* waitForFrame(Worker& worker);

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 const FileTime early = std::chrono::sys_days{std::chrono::year{2001} / 1 / 1};
 const FileTime late = early + 24h;
 
-Finding finding(std::string id, std::int64_t size, std::optional<std::string> group = std::nullopt) {
+Finding finding(const std::string& id, std::int64_t size, std::optional<std::string> group = std::nullopt) {
     Finding result;
     result.id = id;
     result.urls = {id};

@@ -112,7 +112,7 @@ TEST(Finding, CopiesShareNothing) {
     Finding finding = analysed();
     Finding copy = finding;
     copy.urls.push_back("/b");
-    copy.children.push_back({.name = "x"});
+    copy.children.emplace_back().name = "x";
     relabel(copy, SafetyLevel::keep);
     EXPECT_EQ(finding.urls.size(), 1U);
     EXPECT_TRUE(finding.children.empty());

@@ -440,13 +440,14 @@ TEST(EntryReader, IsUsedAgainForTheNextFolder) {
     EXPECT_EQ(reader.next(), nullptr) << "the end stays the end";
 }
 
-TEST(EntryReader, PassesOverNamesThatAreToBeLeftUntouched) {
+TEST(EntryReader, PassesOverFoldersThatAreToBeLeftUntouched) {
     const TempTree tree({file("a"), folder("server"), link("l", "a"), file("b")});
     const Directory directory = opened(tree.path());
-    const NameSet untouched = {"server", "l", "absent"};
+    const NameSet untouched = {"server", "b", "absent"};
     EntryReader reader;
     reader.start(directory, &untouched);
-    EXPECT_THAT(names(rest(reader)), ElementsAre("a", "b"));
+    EXPECT_THAT(names(rest(reader)), ElementsAre("a", "b", "l"))
+        << "a file on which one is mounted is a file";
 
     const Directory again = opened(tree.path());
     reader.start(again);
@@ -539,8 +540,9 @@ TEST(Handles, SpareOnesCanAllBeOpened) {
         for (std::size_t i = 0; i < spare; ++i)
             held.push_back(opened(tree.path()));
         EXPECT_LE(spareHandles(), 2U);
-        held.resize(spare / 2);
-        EXPECT_NEAR(static_cast<double>(spareHandles()), static_cast<double>(spare - spare / 2), 1);
+        const std::size_t before = spareHandles();
+        held.resize(spare - 20);
+        EXPECT_EQ(spareHandles(), before + 20);
     });
 }
 

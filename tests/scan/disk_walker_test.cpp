@@ -371,6 +371,23 @@ TEST(DiskWalker, OtherVolumesBelowARootAreSkipped) {
     });
 }
 
+TEST(DiskWalker, FolderAtACoveredMountPointIsAFolderLikeOthers) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree(
+        {folder("home", {folder("disk")}), folder("cr", {folder("a", {file("x", 8192)}), folder("a\rb")})});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(tree.path("home/disk")));
+        ASSERT_TRUE(test::mountMemory(tree.path("home")));
+        std::filesystem::create_directory(tree.path("home/disk"));
+        std::filesystem::copy_file(tree.path("cr/a/x"), tree.path("home/disk/x"));
+        EXPECT_EQ(Walk().root(tree.path("home")).fileCount, 1);
+        ASSERT_TRUE(test::mountMemory(tree.path("cr/a\rb")));
+        EXPECT_EQ(Walk().root(tree.path("cr")).fileCount, 1)
+            << "a name is not cut at what merely looks blank";
+    });
+}
+
 TEST(DiskWalker, StoppedWalkIsEmpty) {
     const TempTree tree({folder("f", {file("x", 8192)})});
     std::stop_source source;

@@ -5,6 +5,8 @@
 
 #include <set>
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "support/environment.h"
@@ -158,6 +160,71 @@ TEST(Scanner, HomeThatIsAFileIsOneFinding) {
     scanning(tree.path("h"), tree.path("T"), [&] {
         const Scan scan;
         EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h")));
+    });
+}
+
+TEST(Scanner, RootThatIsAFileInsideAnotherIsOneOfItsFiles) {
+    const TempTree tree({folder("T", {file("h", 400'000'000)})});
+    scanning(tree.path("T/h"), tree.path("T"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("T/h")));
+        EXPECT_EQ(scan.progress.files(), 1);
+    });
+}
+
+TEST(Scanner, GuessedCacheAmongPersonalFilesStaysPersonal) {
+    const TempTree tree(
+        {folder("h", {folder("Documents",
+                             {folder("x", {folder("tmp"),
+                                           folder("C", {folder("logs", {file("y", 120'000'000)})})})})}),
+         link("via", "h")});
+    for (const char* home : {"h", "via"}) {
+        scanning(tree.path(home), tree.path("h/Documents/x/tmp"), [&] {
+            const Scan scan;
+            EXPECT_TRUE(scan.findings.empty()) << "nothing personal of that size is listed";
+            EXPECT_EQ(scan.progress.files(), 1);
+        });
+    }
+}
+
+TEST(Scanner, GuessedCacheIsNotBelievedThroughALinkEither) {
+    const TempTree tree(
+        {folder("r", {folder("tmp"), folder("C", {folder("work", {file("thesis", 400'000'000)})})}),
+         link("h", "r")});
+    for (const auto& [home, temp] :
+         {std::pair("h", "r/tmp"), std::pair("r", "h/tmp"), std::pair("h", "h/tmp")}) {
+        scanning(tree.path(home), tree.path(temp), [&] {
+            const Scan scan;
+            ASSERT_EQ(scan.findings.size(), 1U);
+            EXPECT_EQ(scan.findings.front().level, SafetyLevel::keep);
+        });
+    }
+}
+
+TEST(Scanner, PlaceThatIsToBeKeptIsKeptWholeAroundAnotherRoot) {
+    const TempTree tree({folder(
+        "h",
+        {folder("Library",
+                {folder("Messages", {folder("Att", {folder("tmp"), folder("logs", {file("x", 60'000'000)})}),
+                                     file("db", 400'000'000)})})})});
+    scanning(tree.path("h"), tree.path("h/Library/Messages/Att/tmp"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Library/Messages")));
+        EXPECT_EQ(scan.findings.front().level, SafetyLevel::keep);
+        EXPECT_TRUE(std::holds_alternative<CleanAction::None>(scan.findings.front().action.value));
+    });
+}
+
+TEST(Scanner, FolderMountedAtTwoRootsIsCountedOnce) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("h", {folder("Documents", {file("x", 400'000'000)})}), folder("T")});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountAgain(tree.path("h"), tree.path("T")));
+        const ScopedEnvironment environment({{"HOME", tree.path("h")}, {"TMPDIR", tree.path("T")}});
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Documents/x")));
+        EXPECT_EQ(scan.progress.files(), 1);
     });
 }
 

@@ -69,6 +69,14 @@ TEST(Shell, StopKillsTheProgram) {
     EXPECT_EQ(sh("exec sleep 1000", source.get_token()).status, SIGKILL);
 }
 
+TEST(Shell, StopKillsWhatTheProgramHasStartedAndWhatHasClosedItsOutputs) {
+    for (const char* script : {"sleep 1000 & wait", "exec >&- 2>&-; sleep 1000"}) {
+        std::stop_source source;
+        const std::jthread stopper([&] { source.request_stop(); });
+        EXPECT_EQ(sh(script, source.get_token()).status, SIGKILL) << script;
+    }
+}
+
 TEST(Shell, ManyAtOnceDoNotHoldEachOthersPipes) {
     std::vector<std::jthread> threads;
     for (int i = 0; i < 8; ++i) {

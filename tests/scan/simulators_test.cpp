@@ -94,6 +94,16 @@ TEST(Simulators, AnythingElseIsNoList) {
         EXPECT_TRUE(Simulators::parse(text).empty()) << text.substr(0, 60);
 }
 
+TEST(Simulators, NestingThatNoListHasIsRefusedBeforeItCosts) {
+    const std::string deep = R"({"devices":)" + std::string(20'000'000, '[');
+    EXPECT_TRUE(Simulators::parse(deep).empty());
+    EXPECT_EQ(Simulators::parse(listOf(R"({"udid":"A","name":"[[[[{{{{\"[[[["})")).at("A").name,
+              R"([[[[{{{{"[[[[)")
+        << "brackets in strings do not nest";
+    EXPECT_TRUE(
+        Simulators::parse(listOf(R"({"udid":"A"})") + std::string(Simulators::longestList, ' ')).empty());
+}
+
 TEST(Simulators, HugeListIsReadInFull) {
     std::string devices;
     std::string runtimes;

@@ -263,11 +263,11 @@ TreeEntry socket(std::string name) {
     return {.kind = TreeEntry::Kind::socket, .name = std::move(name)};
 }
 
-TempTree::TempTree(std::vector<TreeEntry> entries, Owner owner) : path_(newFolder()), owner_(owner) {
+TempTree::TempTree(const std::vector<TreeEntry>& entries, Owner owner) : path_(newFolder()), owner_(owner) {
     handle_ = checked(::open(path_.c_str(), folderFlags), "open " + path_);
     if (owner == Owner::unprivileged && ::geteuid() == 0)
         checked(::fchown(handle_, unprivilegedId, unprivilegedId), "chown " + path_);
-    add(std::move(entries));
+    add(entries);
 }
 
 TempTree::~TempTree() {
@@ -284,14 +284,14 @@ std::string TempTree::path(std::string_view relative) const {
     return path_ + "/" + std::string(relative);
 }
 
-void TempTree::add(std::string_view below, std::vector<TreeEntry> entries) {
+void TempTree::add(std::string_view below, const std::vector<TreeEntry>& entries) {
     const Handle tree = opened(path_);
     const std::string where(below.empty() ? "." : below);
     const Handle folder(checked(::openat(tree.get(), where.c_str(), folderFlags), "open " + where));
     Maker(tree.get(), owner_).make(folder.get(), entries);
 }
 
-std::string TempTree::addChain(const std::string& name, int levels, std::vector<TreeEntry> bottom) {
+std::string TempTree::addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom) {
     std::string relative;
     const Handle tree = opened(path_);
     auto parent = std::make_unique<Handle>(checked(::openat(tree.get(), ".", folderFlags), "open " + path_));

@@ -54,7 +54,7 @@ public:
     /// To whom everything in the tree belongs. Whoever is not root is unprivileged.
     enum class Owner : std::uint8_t { thisUser, unprivileged };
 
-    explicit TempTree(std::vector<TreeEntry> entries = {}, Owner owner = Owner::thisUser);
+    explicit TempTree(const std::vector<TreeEntry>& entries = {}, Owner owner = Owner::thisUser);
     ~TempTree();
     TempTree(const TempTree&) = delete;
     TempTree& operator=(const TempTree&) = delete;
@@ -64,12 +64,12 @@ public:
     [[nodiscard]] std::string path(std::string_view relative) const;
 
     /// More entries, in the tree's folder or in one below it.
-    void add(std::vector<TreeEntry> entries) { add("", std::move(entries)); }
-    void add(std::string_view below, std::vector<TreeEntry> entries);
+    void add(const std::vector<TreeEntry>& entries) { add("", entries); }
+    void add(std::string_view below, const std::vector<TreeEntry>& entries);
 
     /// `levels` folders of one name, each in the one before, and `bottom` in the last. Returns the path of
     /// the last, relative to the tree; it may be too long for any call.
-    std::string addChain(const std::string& name, int levels, std::vector<TreeEntry> bottom = {});
+    std::string addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom = {});
 
     /// Bytes that one entry holds on disk; a link itself, not where it leads.
     [[nodiscard]] std::int64_t allocated(std::string_view relative) const;

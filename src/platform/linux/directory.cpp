@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "platform/linux/file_stamp.h"
+#include "platform/linux/open_for_listing.h"
 
 namespace ulvak::platform {
 namespace {
@@ -57,18 +58,27 @@ std::size_t stepLength(std::string_view path) {
     return slash == std::string_view::npos ? path.size() : slash;
 }
 
-int openStep(int parent, const char* path, int flags) {
-    return hasOpenat2() ? openWithin(parent, path, flags) : ::openat(parent, path, flags | O_NOFOLLOW);
+/// The mount that an open folder belongs to; -1 when the kernel does not say.
+int mountOf(int handle) {
+    file_handle none{};  // no room for the handle itself, which nobody wants: the mount is told all the same
+    int mount = -1;
+    const int result = ::name_to_handle_at(handle, "", &none, &mount, AT_EMPTY_PATH);
+    return result == 0 || errno == EOVERFLOW ? mount : -1;
 }
 
-constexpr int listFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+/// As `openWithin` for a single name, where there is no `openat2`.
+int openName(int parent, const char* name, int flags) {
+    const int handle = ::openat(parent, name, flags | O_NOFOLLOW);
+    if (handle >= 0 && mountOf(handle) != mountOf(parent)) {
+        ::close(handle);
+        errno = EXDEV;
+        return -1;
+    }
+    return handle;
+}
 
-/// O_NOATIME keeps a scan from renewing the access dates that tell when a folder was last used. Only the
-/// owner may ask for it; others open without.
-template <typename Open>
-int openForListing(Open open) {
-    const int handle = open(listFlags | O_NOATIME);
-    return handle < 0 && errno == EPERM ? open(listFlags) : handle;
+int openStep(int parent, const char* path, int flags) {
+    return hasOpenat2() ? openWithin(parent, path, flags) : openName(parent, path, flags);
 }
 
 EntryKind kindOf(const struct statx& info) {
@@ -154,8 +164,9 @@ const DirectoryEntry* EntryReader::next() {
         if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
             continue;
 
-        entry_.name = name;
-        if (untouched_ != nullptr && untouched_->contains(entry_.name))
+        entry_ = {.name = name};
+        const bool mayBeFolder = type == DT_DIR || type == DT_UNKNOWN;
+        if (mayBeFolder && untouched_ != nullptr && untouched_->contains(entry_.name))
             continue;
         if (type == DT_LNK) {
             entry_.kind = EntryKind::link;
@@ -166,8 +177,8 @@ const DirectoryEntry* EntryReader::next() {
                     STATX_TYPE | STATX_BLOCKS | STATX_MTIME, &info) != 0)
             continue;
         entry_.kind = kindOf(info);
-        entry_.allocatedSize = entry_.kind == EntryKind::file ? allocatedBytes(info) : 0;
-        entry_.modified.reset();
+        if (entry_.kind == EntryKind::file)
+            entry_.allocatedSize = allocatedBytes(info);
         if ((info.stx_mask & STATX_MTIME) != 0)
             entry_.modified = fileTime(info.stx_mtime);
         return &entry_;

@@ -3,9 +3,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
 #include <vector>
+
+#include "platform/files.h"
 
 namespace ulvak::platform {
 namespace {
@@ -19,11 +23,18 @@ std::optional<std::string> absoluteFromEnvironment(const char* name) {
     return value;
 }
 
+bool leadsToRoot(const std::string& path) {
+    return resolvedPath(path).value_or(std::filesystem::path(path).lexically_normal()) == "/";
+}
+
 std::optional<std::string> homeFromPasswd() {
     std::vector<char> buffer(16384);
     passwd entry{};
     passwd* found = nullptr;
-    if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr)
+    int failure = 0;
+    while ((failure = getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found)) == ERANGE)
+        buffer.resize(buffer.size() * 2);
+    if (failure != 0 || found == nullptr)
         return std::nullopt;
     if (found->pw_dir == nullptr || found->pw_dir[0] != '/')
         return std::nullopt;
@@ -41,8 +52,9 @@ std::string homeDirectory() {
 
 std::string temporaryDirectory() {
     auto temp = absoluteFromEnvironment("TMPDIR");
-    // "/" is nobody's temporary folder, and what lies in a temporary folder is called safe to delete.
-    if (!temp || temp->find_first_not_of('/') == std::string::npos)
+    // "/" is nobody's temporary folder, however it is spelled, and what lies in a temporary folder is called
+    // safe to delete.
+    if (!temp || leadsToRoot(*temp))
         return "/tmp";
     return *temp;
 }

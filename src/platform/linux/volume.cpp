@@ -2,10 +2,13 @@
 
 #include <sys/statvfs.h>
 
+#include <array>
+#include <charconv>
 #include <fstream>
 #include <limits>
-#include <sstream>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace ulvak::platform {
 namespace {
@@ -27,6 +30,67 @@ std::string unescaped(std::string_view text) {
     return result;
 }
 
+struct Mount {
+    int id = 0;
+    int parentId = 0;
+    std::string path;
+};
+
+/// The kernel's table: "36 35 98:0 /root /mount/point options…". Only blanks separate.
+std::vector<Mount> mountTable() {
+    std::vector<Mount> mounts;
+    std::ifstream table("/proc/self/mountinfo", std::ios::binary);
+    std::string line;
+    while (std::getline(table, line)) {
+        std::array<std::string_view, 5> fields;
+        std::string_view rest = line;
+        for (std::string_view& field : fields) {
+            const std::size_t blank = rest.find(' ');
+            field = rest.substr(0, blank);
+            rest.remove_prefix(blank == std::string_view::npos ? rest.size() : blank + 1);
+        }
+        Mount mount{.path = unescaped(fields[4])};
+        std::from_chars(fields[0].data(), fields[0].data() + fields[0].size(), mount.id);
+        std::from_chars(fields[1].data(), fields[1].data() + fields[1].size(), mount.parentId);
+        if (mount.path.starts_with('/'))
+            mounts.push_back(std::move(mount));
+    }
+    return mounts;
+}
+
+using MountsByPath = std::unordered_map<std::string, std::vector<const Mount*>>;
+using MountsById = std::unordered_map<int, const Mount*>;
+
+/// Whether `mount` is `upper`, or is mounted on it, directly or through others.
+bool isMountedOn(const Mount& mount, const Mount& upper, const MountsById& byId) {
+    const Mount* at = &mount;
+    for (std::size_t steps = 0; steps <= byId.size(); ++steps) {
+        if (at->id == upper.id)
+            return true;
+        const auto parent = byId.find(at->parentId);
+        if (parent == byId.end() || parent->second == at)
+            return false;
+        at = parent->second;
+    }
+    return false;
+}
+
+/// A mount that a later one, at its place or above, has covered: its path may now be a folder like others.
+bool isCovered(const Mount& mount, const MountsByPath& byPath, const MountsById& byId) {
+    for (std::size_t end = mount.path.size(); end > 0; end = mount.path.rfind('/', end - 1)) {
+        if (end == std::string::npos)
+            break;
+        const auto there = byPath.find(mount.path.substr(0, end));
+        if (there == byPath.end())
+            continue;
+        for (const Mount* other : there->second) {
+            if (!isMountedOn(mount, *other, byId))
+                return true;
+        }
+    }
+    return false;
+}
+
 std::int64_t bytes(std::uint64_t blocks, std::uint64_t blockSize) {
     std::int64_t product = 0;
     if (__builtin_mul_overflow(blocks, blockSize, &product))
@@ -46,17 +110,17 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
 }
 
 std::vector<std::string> mountPoints() {
+    std::vector<Mount> mounts = mountTable();
+    std::unordered_map<std::string, std::vector<const Mount*>> byPath;
+    std::unordered_map<int, const Mount*> byId;
+    for (const Mount& mount : mounts) {
+        byPath[mount.path].push_back(&mount);
+        byId[mount.id] = &mount;
+    }
     std::vector<std::string> points;
-    std::ifstream table("/proc/self/mountinfo", std::ios::binary);
-    std::string line;
-    while (std::getline(table, line)) {
-        // "36 35 98:0 /root /mount/point options…": the fifth field.
-        std::istringstream fields(line);
-        std::string field;
-        for (int i = 0; i < 5; ++i)
-            fields >> field;
-        if (fields && field.starts_with('/'))
-            points.push_back(unescaped(field));
+    for (const Mount& mount : mounts) {
+        if (!isCovered(mount, byPath, byId))
+            points.push_back(mount.path);
     }
     return points;
 }

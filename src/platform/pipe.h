@@ -1,0 +1,17 @@
+#pragma once
+
+#include <expected>
+#include <system_error>
+
+namespace ulvak::platform {
+
+/// Both ends of a pipe, owned by whoever asked for it.
+struct PipeEnds {
+    int read = -1;
+    int write = -1;
+};
+
+/// A pipe that no program started meanwhile, by whatever part of this process, inherits.
+[[nodiscard]] std::expected<PipeEnds, std::error_code> makePipe();
+
+}  // namespace ulvak::platform
