@@ -4,7 +4,7 @@
 function(ulvak_common target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wno-missing-field-initializers $<$<BOOL:${ULVAK_STRICT}>:-Werror>)
+    -Woverloaded-virtual -Wno-missing-field-initializers $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> $<$<BOOL:${ULVAK_STRICT}>:-Werror>)
   if(ULVAK_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=${ULVAK_SANITIZE} -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=${ULVAK_SANITIZE})

@@ -1,0 +1,150 @@
+#include "ai/ai_verdict.h"
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "ai/fact_text.h"
+
+namespace ulvak {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct AILevelRow {
+    AILevel level;
+    std::string_view rawValue;
+    SafetyLevel safetyLevel;
+};
+
+constexpr std::array<AILevelRow, allAILevels.size()> levels = {{
+    {AILevel::safe, "safe", SafetyLevel::safe},
+    {AILevel::regenerable, "regenerable", SafetyLevel::regenerable},
+    {AILevel::caution, "caution", SafetyLevel::caution},
+    {AILevel::keep, "keep", SafetyLevel::keep},
+}};
+
+const AILevelRow& row(AILevel level) {
+    return levels[static_cast<std::size_t>(level)];
+}
+
+std::string builtSchema() {
+    Json names = Json::array();
+    for (const AILevelRow& level : levels)
+        names.push_back(level.rawValue);
+    // clang-format off
+    const Json properties = {
+        {"level",      {{"description", "How safe it is to delete this folder"}, {"type", "string"}, {"enum", names}}},
+        {"title",      {{"description", "A short name for what this folder is, at most 6 words"}, {"type", "string"}}},
+        {"reason",     {{"description", "1 to 3 sentences: what it contains and what happens if it is deleted"}, {"type", "string"}}},
+        {"confidence", {{"description", "How confident you are, from 0 to 100"}, {"type", "integer"}, {"minimum", 0}, {"maximum", 100}}},
+    };
+    // clang-format on
+    const Json schema = {
+        {"type", "object"},
+        {"properties", properties},
+        {"required", {"level", "title", "reason", "confidence"}},
+        {"additionalProperties", false},
+    };
+    return schema.dump();
+}
+
+std::unexpected<UnusableAnswer> unusable(std::string_view why) {
+    return std::unexpected(UnusableAnswer{"Modelin yanıtı kullanılamıyor: " + std::string(why) +
+                                          ". Tekrar dene ya da başka bir model seç."});
+}
+
+/// The parsed answer; discarded when it is no JSON or nests deeper than any answer needs to. Writing such a
+/// value out again would recurse as deep.
+Json parsed(std::string_view text) {
+    constexpr int mostDepth = 16;
+    bool tooDeep = false;
+    const auto watch = [&](int depth, Json::parse_event_t, Json&) {
+        tooDeep = tooDeep || depth > mostDepth;
+        return !tooDeep;
+    };
+    Json json = Json::parse(text, watch, false);
+    return tooDeep ? Json(Json::value_t::discarded) : json;
+}
+
+/// Whole numbers only, also when written as 85.0.
+std::optional<std::int64_t> integer(const Json& value) {
+    if (value.is_number_unsigned()) {
+        const auto number = value.get<std::uint64_t>();
+        return number <= std::uint64_t{INT64_MAX} ? std::optional(static_cast<std::int64_t>(number))
+                                                  : std::nullopt;
+    }
+    if (value.is_number_integer())
+        return value.get<std::int64_t>();
+    if (!value.is_number_float())
+        return std::nullopt;
+    const auto number = value.get<double>();
+    constexpr double limit = 9007199254740992.0;  // 2^53: every whole number up to here is exact
+    if (!std::isfinite(number) || std::abs(number) > limit || std::trunc(number) != number)
+        return std::nullopt;
+    return static_cast<std::int64_t>(number);
+}
+
+std::string rawText(const Json& value) {
+    constexpr std::size_t longest = 100;
+    return FactText::answer(value.dump(-1, ' ', false, Json::error_handler_t::replace), longest);
+}
+
+std::expected<std::string, UnusableAnswer> text(const Json& json, const char* key, std::size_t longest) {
+    const auto found = json.find(key);
+    if (found == json.end() || !found->is_string())
+        return unusable(std::string("\"") + key + "\" alanı yok ya da metin değil");
+    return FactText::answer(found->get_ref<const std::string&>(), longest);
+}
+
+}  // namespace
+
+std::string_view rawValue(AILevel level) {
+    return row(level).rawValue;
+}
+
+std::optional<AILevel> aiLevel(std::string_view rawValue) {
+    const auto found = std::ranges::find(levels, rawValue, &AILevelRow::rawValue);
+    return found == levels.end() ? std::nullopt : std::optional(found->level);
+}
+
+SafetyLevel safetyLevel(AILevel level) {
+    return row(level).safetyLevel;
+}
+
+const std::string& AIVerdict::schema() {
+    static const std::string built = builtSchema();
+    return built;
+}
+
+std::expected<AIVerdict, UnusableAnswer> aiVerdictFromJson(std::string_view json) {
+    const Json answer = parsed(json);
+    if (answer.is_discarded())
+        return unusable("JSON değil ya da yarım kalmış");
+    if (!answer.is_object())
+        return unusable("JSON nesnesi değil");
+
+    const auto levelText = answer.find("level");
+    if (levelText == answer.end())
+        return unusable("\"level\" alanı yok");
+    const auto level =
+        levelText->is_string() ? aiLevel(levelText->get_ref<const std::string&>()) : std::optional<AILevel>();
+    if (!level)
+        return std::unexpected(
+            UnusableAnswer{"Unexpected value \"" + rawText(*levelText) + "\" for AILevel"});
+
+    auto title = text(answer, "title", AIVerdict::longestTitle);
+    if (!title)
+        return std::unexpected(std::move(title.error()));
+    auto reason = text(answer, "reason", AIVerdict::longestReason);
+    if (!reason)
+        return std::unexpected(std::move(reason.error()));
+    const auto number = answer.find("confidence");
+    const auto confidence = number != answer.end() ? integer(*number) : std::nullopt;
+    if (!confidence)
+        return unusable("\"confidence\" alanı yok ya da tam sayı değil");
+    return AIVerdict{
+        .level = *level, .title = std::move(*title), .reason = std::move(*reason), .confidence = *confidence};
+}
+
+}  // namespace ulvak

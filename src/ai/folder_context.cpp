@@ -1,0 +1,338 @@
+#include "ai/folder_context.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <unordered_map>
+#include <vector>
+
+#include "ai/fact_text.h"
+#include "core/text.h"
+#include "platform/folder_facts.h"
+
+namespace ulvak::FolderContext {
+namespace {
+
+constexpr std::size_t sampleLimit = 4'000;
+constexpr std::size_t mostTypes = 8;
+constexpr std::size_t mostSiblings = 8;
+constexpr std::size_t mostItems = 15;
+constexpr std::size_t mostChildren = 10;
+constexpr std::size_t mostExcerpts = 2;
+constexpr std::size_t excerptBytes = 300;
+constexpr std::size_t excerptCharacters = 200;
+/// Bytes; a file must be smaller to be looked into.
+constexpr std::int64_t excerptLimit = 200'000;
+/// Characters; shorter names are too common to tell anything.
+constexpr std::size_t tellingLength = 3;
+
+constexpr std::array<std::string_view, 7> backupWords = {"yedek", "backup", "copy", "kopya",
+                                                         "bak",   "old",    "eski"};
+
+constexpr std::array<std::string_view, 4> ownedFolders = {"/Library/Application Support/",
+                                                          "/Library/Containers/",
+                                                          "/Library/Group Containers/", "/Library/Caches/"};
+
+/// Never taken as an owner.
+constexpr std::array<std::string_view, 13> genericNames = {"local", "share", "config", "bin",    "cache",
+                                                           "data",  "user",  "apple",  "google", "microsoft",
+                                                           "com",   "app",   "macos"};
+
+constexpr std::array<std::string_view, 8> sourceFolders = {"projects", "Developer", "code",  "src",
+                                                           "dev",      "GitHub",    "repos", "Desktop"};
+
+/// Names that a folder with source code holds.
+constexpr std::array<std::string_view, 8> sourceMarkers = {".git",        "package.json",  "Package.swift",
+                                                           "project.yml", "Cargo.toml",    "go.mod",
+                                                           "Makefile",    "CMakeLists.txt"};
+
+constexpr std::array<std::string_view, 12> textExtensions = {"json", "txt", "md",   "toml",  "yaml", "yml",
+                                                             "ini",  "cfg", "conf", "plist", "log",  "reg"};
+
+bool isOneOf(std::span<const std::string_view> names, std::string_view name) {
+    return std::ranges::find(names, name) != names.end();
+}
+
+std::string joined(std::span<const std::string> parts, std::string_view separator) {
+    std::string text;
+    for (const std::string& part : parts) {
+        if (&part != parts.data())
+            text += separator;
+        text += part;
+    }
+    return text;
+}
+
+/// The first piece between "/" that is not empty.
+std::string_view firstPiece(std::string_view rest) {
+    const std::size_t begin = std::min(rest.find_first_not_of('/'), rest.size());
+    rest.remove_prefix(begin);
+    return rest.substr(0, rest.find('/'));
+}
+
+/// `path` as it is in text, home folder abbreviated.
+std::string displayed(std::string_view path, const UserFolders& folders) {
+    return FactText::path(Paths::display(path, folders));
+}
+
+std::string sizeLine(const Finding& finding, const Surroundings& around) {
+    return "Size: " + Format::bytes(finding.size) + ", " + std::to_string(finding.fileCount) +
+           " files, last modified " + Format::relativeEnglish(finding.modified, around.now) + ".";
+}
+
+std::string fileTypes(const std::string& url, std::size_t limit, const std::stop_token& stop) {
+    struct Type {
+        std::string key;
+        std::size_t position = 0;  ///< among the types as they were met
+        std::int64_t count = 0;
+        std::int64_t bytes = 0;
+    };
+    std::vector<Type> types;
+    std::unordered_map<std::string, std::size_t> positions;
+    platform::FileSample sample(url, stop);
+    for (std::size_t seen = 0; seen < limit; ++seen) {
+        const auto file = sample.next();
+        if (!file)
+            break;
+        const std::string_view extension = Paths::extension(file->name);
+        std::string key =
+            extension.empty() ? "(no extension)" : std::string(".").append(lowerCased(extension));
+        const auto [position, isNew] = positions.try_emplace(key, types.size());
+        if (isNew)
+            types.push_back({.key = std::move(key), .position = types.size()});
+        Type& type = types[position->second];
+        ++type.count;
+        if (__builtin_add_overflow(type.bytes, file->allocatedSize, &type.bytes))
+            type.bytes = INT64_MAX;
+    }
+
+    std::ranges::sort(types, [](const Type& a, const Type& b) {
+        return a.bytes != b.bytes ? a.bytes > b.bytes : a.position < b.position;
+    });
+    std::vector<std::string> parts;
+    for (const Type& type : types) {
+        if (parts.size() == mostTypes)
+            break;
+        parts.push_back(FactText::name(type.key) + " ×" + std::to_string(type.count) + " (" +
+                        Format::bytes(type.bytes) + ")");
+    }
+    return joined(parts, ", ");
+}
+
+std::optional<std::string> backupHint(const Finding& finding) {
+    const std::string name = lowerCased(Paths::lastComponent(finding.urls.front()));
+    // Inside of other words too: a hint too many costs less than a backup taken for rubbish.
+    if (std::ranges::none_of(backupWords, [&](std::string_view word) { return name.contains(word); }))
+        return std::nullopt;
+    for (const ChildSummary& sibling : finding.siblings) {
+        const std::string other = lowerCased(sibling.name);
+        if (FactText::characterCount(other) < tellingLength || other == name || !name.starts_with(other))
+            continue;
+        return "Hint: this looks like a backup copy of the sibling folder \"" + FactText::name(sibling.name) +
+               "\" (" + Format::bytes(sibling.size) +
+               "), which still exists. Deleting the backup keeps the original but loses the backup.";
+    }
+    return "Hint: the folder name suggests it is a backup or old copy.";
+}
+
+std::string parentLine(std::string_view parent, std::span<const ChildSummary> all,
+                       const UserFolders& folders) {
+    std::string line = "Parent folder: " + displayed(parent, folders);
+    std::vector<std::string> siblings;
+    for (const ChildSummary& sibling : all.first(std::min(all.size(), mostSiblings)))
+        siblings.push_back(FactText::name(sibling.name) + " (" + Format::bytes(sibling.size) + ")");
+    if (!siblings.empty())
+        line += ". Siblings: " + joined(siblings, ", ");
+    return line;
+}
+
+void addContents(std::vector<std::string>& lines, const Finding& finding) {
+    if (finding.children.empty()) {
+        platform::FolderListing listing(finding.urls.front());
+        std::vector<std::string> names;
+        while (names.size() < mostItems) {
+            const auto name = listing.next();
+            if (!name)
+                break;
+            names.push_back(FactText::name(*name));
+        }
+        if (!names.empty())
+            lines.push_back("Items inside: " + joined(names, ", "));
+        return;
+    }
+    lines.emplace_back("Largest items inside:");
+    for (const ChildSummary& child :
+         std::span(finding.children).first(std::min(finding.children.size(), mostChildren)))
+        lines.push_back("- " + FactText::name(child.name) + (child.isDirectory ? "/ " : " ") +
+                        Format::bytes(child.size));
+}
+
+/// Lower case and without blanks: how names of applications and folders are compared.
+std::string matchKey(std::string_view name) {
+    return replacedAll(lowerCased(name), " ", "");
+}
+
+bool isSameApp(std::string_view ownerKey, std::string_view appKey) {
+    if (FactText::characterCount(ownerKey) < tellingLength)
+        return false;
+    return appKey.starts_with(ownerKey) ||
+           (ownerKey.starts_with(appKey) && FactText::characterCount(appKey) > tellingLength);
+}
+
+std::string_view withoutExtension(std::string_view name) {
+    const std::string_view extension = Paths::extension(name);
+    return extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1);
+}
+
+/// The first name in a folder that passes, bounded.
+template <typename Predicate>
+std::optional<std::string> firstName(const std::string& folder, std::size_t most, Predicate passes) {
+    platform::FolderListing listing(folder);
+    for (std::size_t seen = 0; seen < most; ++seen) {
+        const auto name = listing.next();
+        if (!name)
+            break;
+        if (passes(*name))
+            return std::string(*name);
+    }
+    return std::nullopt;
+}
+
+std::string installedHint(std::string_view owner, const Surroundings& around) {
+    const std::string ownerKey = matchKey(owner);
+    const auto app = firstName(around.applications, around.mostNames, [&](std::string_view entry) {
+        return isSameApp(ownerKey, matchKey(withoutExtension(entry)));
+    });
+    if (app)
+        return "Hint: the app \"" + FactText::name(*app) +
+               "\" is installed, so this folder most likely belongs to it.";
+    return "Hint: no app named \"" + FactText::name(owner) +
+           "\" is installed in /Applications (it may be a command line tool or a removed app).";
+}
+
+std::optional<std::string> sourceFolder(std::string_view owner, const Surroundings& around) {
+    const std::string wanted = lowerCased(owner);
+    for (const std::string_view folder : sourceFolders) {
+        const std::string place = Paths::join(around.folders.home, folder);
+        const auto entry = firstName(place, around.mostNames,
+                                     [&](std::string_view name) { return lowerCased(name) == wanted; });
+        if (!entry)
+            continue;
+        const auto marker =
+            firstName(Paths::join(place, *entry), around.mostNames, [](std::string_view name) {
+                return isOneOf(sourceMarkers, name) || name.ends_with(".xcodeproj");
+            });
+        if (marker)
+            return Paths::join(Paths::join("~", folder), *entry);
+    }
+    return std::nullopt;
+}
+
+void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
+                   std::span<const std::string> runningApps, const Surroundings& around) {
+    const auto owner = ownerName(url, around.folders);
+    if (!owner)
+        return;
+    lines.push_back(installedHint(*owner, around));
+    const std::string ownerKey = matchKey(*owner);
+    if (std::ranges::any_of(runningApps,
+                            [&](const std::string& app) { return isSameApp(ownerKey, matchKey(app)); }))
+        lines.push_back("Hint: \"" + FactText::name(*owner) + "\" is currently running.");
+    if (const auto source = sourceFolder(*owner, around))
+        lines.push_back(
+            "Hint: the user has a source code repository with the same name at " + FactText::path(*source) +
+            ". The user is probably developing this app, so benchmark, trace, build and test folders "
+            "here are likely their own generated data.");
+}
+
+void addExcerpts(std::vector<std::string>& lines, const std::string& url, const Surroundings& around) {
+    std::vector<std::string> excerpts;
+    platform::FolderListing listing(url);
+    std::size_t candidates = 0;
+    for (std::size_t seen = 0; seen < around.mostNames && candidates < around.mostCandidates; ++seen) {
+        const auto listed = listing.next();
+        if (!listed || excerpts.size() == mostExcerpts)
+            break;
+        if (!isOneOf(textExtensions, lowerCased(Paths::extension(*listed))))
+            continue;
+        ++candidates;
+        const std::string name(*listed);
+        const auto length = listing.length(name);
+        if (!length || *length < 1 || *length >= excerptLimit)
+            continue;
+        const std::string text = FactText::excerpt(listing.beginning(name, excerptBytes), excerptCharacters);
+        if (!text.empty())
+            excerpts.push_back("- " + FactText::name(name) + ": " + text);
+    }
+    if (excerpts.empty())
+        return;
+    lines.emplace_back("Small text files inside:");
+    std::ranges::move(excerpts, std::back_inserter(lines));
+}
+
+}  // namespace
+
+std::string build(const Finding& finding, std::string_view userNote, std::span<const std::string> runningApps,
+                  Extent extent, const Surroundings& around) {
+    if (finding.urls.empty()) {
+        std::fputs("ulvak: a finding without a url\n", stderr);
+        std::abort();
+    }
+    const std::string& url = finding.urls.front();
+    std::vector<std::string> lines;
+    lines.push_back("Path: " + displayed(url, around.folders));
+    lines.push_back(sizeLine(finding, around));
+    // Before the folder is listed.
+    if (const auto accessed = platform::lastAccess(url))
+        lines.push_back("Last opened/read: " + Format::relativeEnglish(accessed, around.now) + ".");
+
+    if (extent == Extent::full) {
+        if (auto hint = backupHint(finding))
+            lines.push_back(std::move(*hint));
+        if (finding.parentPath)
+            lines.push_back(parentLine(*finding.parentPath, finding.siblings, around.folders));
+        addContents(lines, finding);
+    }
+    if (const std::string types = fileTypes(url, sampleLimit, around.stop); !types.empty())
+        lines.push_back("File types (sampled): " + types);
+    if (extent == Extent::full) {
+        addOwnerHints(lines, url, runningApps, around);
+        addExcerpts(lines, url, around);
+        if (const std::string_view note = FactText::trimmed(userNote); !note.empty())
+            lines.push_back("The user says about this folder: \"" + std::string(note) + "\"");
+    }
+    return joined(lines, "\n");
+}
+
+std::optional<std::string> ownerName(std::string_view path, const UserFolders& folders) {
+    const std::string_view home = folders.home == "/" ? std::string_view() : std::string_view(folders.home);
+    if (!path.starts_with(home))
+        return std::nullopt;
+    const std::string_view belowHome = path.substr(home.size());
+
+    std::string_view piece;
+    const auto owned = std::ranges::find_if(
+        ownedFolders, [&](std::string_view folder) { return belowHome.starts_with(folder); });
+    if (owned != ownedFolders.end())
+        piece = firstPiece(belowHome.substr(owned->size()));
+    if (piece.empty() && belowHome.starts_with("/."))
+        piece = firstPiece(belowHome.substr(2));
+    if (piece.empty())
+        return std::nullopt;
+
+    // A reverse-domain identifier, com.example.Editor, is the application's after its last dot.
+    std::vector<std::string_view> parts;
+    for (std::string_view rest = piece; !rest.empty();) {
+        const std::size_t dot = std::min(rest.find('.'), rest.size());
+        if (dot > 0)
+            parts.push_back(rest.substr(0, dot));
+        rest.remove_prefix(std::min(dot + 1, rest.size()));
+    }
+    const std::string_view owner = parts.size() >= 3 ? parts.back() : piece;
+    if (isOneOf(genericNames, lowerCased(owner)))
+        return std::nullopt;
+    return std::string(owner);
+}
+
+}  // namespace ulvak::FolderContext

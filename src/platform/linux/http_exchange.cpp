@@ -1,0 +1,242 @@
+#include "platform/linux/http_exchange.h"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstring>
+#include <ctime>
+#include <memory>
+
+#include "platform/linux/curl_library.h"
+
+namespace ulvak::platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Bytes of all header lines together.
+constexpr std::size_t longestHeaders = 64U * 1024;
+
+/// Keeps a peer that closes too early from ending the program by a signal: TLS libraries write without
+/// saying that they want none.
+class PipeSignalBlocked {
+public:
+    PipeSignalBlocked() {
+        sigemptyset(&pipeOnly_);
+        sigaddset(&pipeOnly_, SIGPIPE);
+        sigset_t pending;
+        sigpending(&pending);
+        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+        pthread_sigmask(SIG_BLOCK, &pipeOnly_, &before_);
+    }
+    ~PipeSignalBlocked() {
+        const timespec noTime{};
+        if (!wasPending_)
+            while (sigtimedwait(&pipeOnly_, nullptr, &noTime) > 0) {
+            }
+        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    PipeSignalBlocked(const PipeSignalBlocked&) = delete;
+    PipeSignalBlocked& operator=(const PipeSignalBlocked&) = delete;
+
+private:
+    sigset_t pipeOnly_{};
+    sigset_t before_{};
+    bool wasPending_ = false;
+};
+
+/// What libcurl's callbacks fill.
+struct Received {
+    std::string body;
+    std::size_t headerBytes = 0;
+    bool isTooLong = false;
+};
+
+std::size_t takeBody(char* data, std::size_t, std::size_t count, void* target) {
+    auto& received = *static_cast<Received*>(target);
+    if (count > longestReply - received.body.size()) {
+        received.isTooLong = true;
+        return 0;
+    }
+    received.body.append(data, count);
+    return count;
+}
+
+/// Headers are not looked at, but libcurl keeps them, and a server can send them without end.
+std::size_t takeHeader(char*, std::size_t, std::size_t count, void* target) {
+    auto& received = *static_cast<Received*>(target);
+    received.headerBytes += count;
+    received.isTooLong = received.isTooLong || received.headerBytes > longestHeaders;
+    return received.isTooLong ? 0 : count;
+}
+
+/// The last gate, passed by every connection: whatever the address was before, this is what is connected to.
+curl_socket_t openSocket(void*, curlsocktype purpose, curl_sockaddr* address) {
+    if (purpose != CURLSOCKTYPE_IPCXN || !isLocal(address->addr))
+        return CURL_SOCKET_BAD;
+    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
+/// One request of libcurl's with everything that belongs to it.
+class Exchange {
+public:
+    Exchange(const CurlLibrary& curl, const ModelAddress& address, const HttpRequest& request)
+        : curl_(curl),
+          deadline_(Clock::now() + request.deadline),
+          easy_(curl.easyInit()),
+          multi_(curl.multiInit()) {
+        isReady_ = easy_ != nullptr && multi_ != nullptr;
+        if (!isReady_)
+            return;
+        setAddress(address, request.path);
+        setLimits(request);
+        setContents(request);
+    }
+
+    ~Exchange() {
+        if (isAdded_)
+            curl_.multiRemoveHandle(multi_, easy_);
+        if (easy_ != nullptr)
+            curl_.easyCleanup(easy_);
+        if (multi_ != nullptr)
+            curl_.multiCleanup(multi_);
+        curl_.slistFreeAll(headers_);
+        curl_.slistFreeAll(addresses_);
+    }
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    std::expected<HttpReply, HttpError> run(const std::stop_token& stop) {
+        if (!isReady_ || curl_.multiAddHandle(multi_, easy_) != CURLM_OK)
+            return failed(HttpError::Kind::other, "libcurl cannot be set up");
+        isAdded_ = true;
+        const std::stop_callback wake(stop, [this] { curl_.multiWakeup(multi_); });
+        for (;;) {
+            int running = 0;
+            if (curl_.multiPerform(multi_, &running) != CURLM_OK)
+                return failed(HttpError::Kind::other, "libcurl failed");
+            if (running == 0)
+                return result();
+            if (stop.stop_requested())
+                return failed(HttpError::Kind::stopped, "stopped");
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
+            if (left.count() <= 0)
+                return failed(HttpError::Kind::late, "deadline passed");
+            constexpr std::chrono::milliseconds longestWait{60'000};
+            const int wait = static_cast<int>(std::min(left, longestWait).count());
+            if (curl_.multiPoll(multi_, nullptr, 0, wait, nullptr) != CURLM_OK)
+                return failed(HttpError::Kind::other, "libcurl failed");
+        }
+    }
+
+private:
+    static std::unexpected<HttpError> failed(HttpError::Kind kind, const char* text) {
+        return std::unexpected(HttpError{.kind = kind, .text = text});
+    }
+
+    /// An option that libcurl does not take leaves no request to make.
+    template <typename Value>
+    void set(CURLoption option, Value value) {
+        isReady_ = isReady_ && curl_.easySetopt(easy_, option, value) == CURLE_OK;
+    }
+    void set(CURLoption option, const std::string& value) { set(option, value.c_str()); }
+
+    void setAddress(const ModelAddress& address, const std::string& path) {
+        set(CURLOPT_URL, address.origin + address.root + path);
+        set(CURLOPT_PROTOCOLS_STR, "http,https");
+        set(CURLOPT_FOLLOWLOCATION, 0L);
+        set(CURLOPT_PROXY, "");
+        set(CURLOPT_NOPROXY, "*");
+        set(CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
+        set(CURLOPT_OPENSOCKETFUNCTION, &openSocket);
+        if (!address.socketPath.empty()) {
+            set(CURLOPT_UNIX_SOCKET_PATH, address.socketPath);
+        } else if (!address.hostName.empty()) {
+            const std::string pinned =
+                address.hostName + ":" + std::to_string(address.port) + ":127.0.0.1,[::1]";
+            addresses_ = curl_.slistAppend(addresses_, pinned.c_str());
+            isReady_ = isReady_ && addresses_ != nullptr;
+            set(CURLOPT_RESOLVE, addresses_);
+        }
+    }
+
+    void setLimits(const HttpRequest& request) {
+        set(CURLOPT_NOSIGNAL, 1L);
+        set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(request.connectDeadline.count()));
+        set(CURLOPT_TIMEOUT_MS, static_cast<long>(request.deadline.count()));
+        set(CURLOPT_WRITEFUNCTION, &takeBody);
+        set(CURLOPT_WRITEDATA, &received_);
+        set(CURLOPT_HEADERFUNCTION, &takeHeader);
+        set(CURLOPT_HEADERDATA, &received_);
+    }
+
+    void setContents(const HttpRequest& request) {
+        const auto add = [&](const char* header) {
+            curl_slist* longer = curl_.slistAppend(headers_, header);
+            isReady_ = isReady_ && longer != nullptr;
+            headers_ = longer != nullptr ? longer : headers_;
+        };
+        add("Accept: application/json");
+        if (request.json) {
+            add("Content-Type: application/json");
+            add("Expect:");
+            set(CURLOPT_POST, 1L);
+            set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.json->size()));
+            set(CURLOPT_COPYPOSTFIELDS, *request.json);
+        }
+        set(CURLOPT_HTTPHEADER, headers_);
+    }
+
+    std::expected<HttpReply, HttpError> result() {
+        int waiting = 0;
+        const CURLMsg* message = curl_.multiInfoRead(multi_, &waiting);
+        const CURLcode code = message != nullptr ? message->data.result : CURLE_FAILED_INIT;
+        if (code != CURLE_OK)
+            return failed(kindOf(code), curl_.easyStrerror(code));
+        HttpReply reply{.body = std::move(received_.body)};
+        curl_.easyGetinfo(easy_, CURLINFO_RESPONSE_CODE, &reply.status);
+        return reply;
+    }
+
+    [[nodiscard]] HttpError::Kind kindOf(CURLcode code) const {
+        if (received_.isTooLong)
+            return HttpError::Kind::tooLong;
+        switch (code) {
+            case CURLE_COULDNT_CONNECT:
+                return HttpError::Kind::unreachable;
+            case CURLE_OPERATION_TIMEDOUT:
+                return HttpError::Kind::late;
+            case CURLE_PARTIAL_FILE:
+            case CURLE_GOT_NOTHING:
+            case CURLE_SEND_ERROR:
+            case CURLE_RECV_ERROR:
+                return HttpError::Kind::brokenOff;
+            default:
+                return HttpError::Kind::other;
+        }
+    }
+
+    const PipeSignalBlocked noPipeSignal_;
+    const CurlLibrary& curl_;
+    Clock::time_point deadline_;
+    Received received_;
+    CURL* easy_ = nullptr;
+    CURLM* multi_ = nullptr;
+    curl_slist* headers_ = nullptr;
+    curl_slist* addresses_ = nullptr;
+    bool isReady_ = false;
+    bool isAdded_ = false;
+};
+
+}  // namespace
+
+std::expected<HttpReply, HttpError> exchange(const ModelAddress& address, const HttpRequest& request,
+                                             const std::stop_token& stop) {
+    const CurlLibrary* curl = CurlLibrary::instance();
+    if (curl == nullptr)
+        return std::unexpected(HttpError{.text = "libcurl is not installed"});
+    return Exchange(*curl, address, request).run(stop);
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+#include "platform/linux/model_address.h"
+
+namespace ulvak::platform {
+
+struct HttpRequest {
+    std::string path;  ///< below the server's root: "/v1/models"
+    /// Sent with POST; without one the request is a GET.
+    std::optional<std::string> json;
+    std::chrono::milliseconds connectDeadline{1'000};
+    std::chrono::milliseconds deadline{5'000};  ///< for all of it
+};
+
+struct HttpReply {
+    long status = 0;
+    std::string body;
+};
+
+struct HttpError {
+    enum class Kind : std::uint8_t {
+        unreachable,  ///< nobody listens there
+        late,         ///< no complete reply before the deadline
+        brokenOff,    ///< closed before the reply was complete
+        tooLong,      ///< more than `longestReply` bytes
+        stopped,      ///< at the caller's wish
+        other,        ///< not HTTP, no trust, no libcurl
+    };
+    Kind kind = Kind::other;
+    std::string text;  ///< libcurl's words, English
+};
+
+/// Bytes of a reply's body; no answer of a model comes near.
+inline constexpr std::size_t longestReply = 512U * 1024;
+
+/// One request to a server on this machine, on a connection of its own. Follows no redirection, uses no proxy
+/// whatever the environment says, speaks HTTP only, looks no name up, and refuses at the socket any
+/// connection that would leave the machine.
+/// Threads: any, several at once. Blocks, at most until the deadline; a stop ends it at once.
+[[nodiscard]] std::expected<HttpReply, HttpError> exchange(const ModelAddress& address,
+                                                           const HttpRequest& request,
+                                                           const std::stop_token& stop = {});
+
+}  // namespace ulvak::platform

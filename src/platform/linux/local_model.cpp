@@ -1,0 +1,223 @@
+#include "platform/linux/local_model.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <expected>
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/curl_library.h"
+#include "platform/linux/http_exchange.h"
+#include "platform/linux/model_address.h"
+#include "platform/linux/model_reply.h"
+
+namespace ulvak::platform {
+namespace {
+
+using Reason = ModelAbsenceReason;
+
+/// A server and the model to ask there.
+struct Place {
+    ModelAddress address;
+    std::string model;
+    bool isListed = false;  ///< by the server, under this name
+};
+
+ModelAbsence absent(Reason reason, std::string_view detail) {
+    return {.reason = reason, .detail = clipped(detail, ModelError::longestText)};
+}
+
+/// What a request that brought no reply means to the user.
+std::string describe(const HttpError& error, const ModelAddress& address,
+                     std::chrono::milliseconds deadline) {
+    const std::string place = "Model sunucusu (" + address.display() + ")";
+    switch (error.kind) {
+        case HttpError::Kind::unreachable:
+            return place + " çalışmıyor. Sunucuyu başlat ya da adresini ULVAK_MODEL_URL ile ver.";
+        case HttpError::Kind::late:
+            return place + " " + std::to_string(std::chrono::ceil<std::chrono::seconds>(deadline).count()) +
+                   " saniye içinde yanıt vermedi. Daha küçük bir model dene ya da sunucuyu yeniden başlat.";
+        case HttpError::Kind::brokenOff:
+            return place + " bağlantıyı yanıt bitmeden kesti. Sunucuyu yeniden başlatıp tekrar dene.";
+        case HttpError::Kind::tooLong:
+            return place + " sınırsız uzunlukta bir yanıt gönderdi. Başka bir model dene.";
+        case HttpError::Kind::stopped:
+            return "İstek durduruldu.";
+        case HttpError::Kind::other:
+            break;
+    }
+    return place + " ile konuşulamadı: " + error.text + ". Adresin doğru olduğundan emin ol.";
+}
+
+std::string cloudRefusal(std::string_view model) {
+    return "Bir bulut modeli klasör bilgilerini bu bilgisayardan çıkarır (" + clipped(model, 200) +
+           "). ULVAK_MODEL ile bu bilgisayarda çalışan bir model seç.";
+}
+
+/// The first model that runs here, or why there is none.
+std::expected<std::string, ModelAbsence> chosenModel(const ModelList& list, const ModelAddress& address) {
+    for (const std::string& name : list.names) {
+        if (!isCloudModel(name))
+            return name;
+    }
+    if (!list.names.empty())
+        return std::unexpected(absent(Reason::other, cloudRefusal(list.names.front())));
+    return std::unexpected(absent(Reason::other, "Model sunucusunda (" + address.display() +
+                                                     ") hiç model yok. Önce bir model indir ve yükle."));
+}
+
+/// What a server that was asked turned out to be.
+struct Missing {
+    ModelAbsence absence;
+    bool isModelServer = false;  ///< and not something else, or nothing
+};
+
+/// Some servers list their model while it is still being loaded, and say here that it is not there yet.
+bool isStillLoading(const ModelAddress& address, std::chrono::milliseconds deadline,
+                    const std::stop_token& stop) {
+    const auto reply =
+        exchange(address, {.path = "/health", .connectDeadline = deadline, .deadline = deadline}, stop);
+    return reply && isLoading(reply->status, reply->body);
+}
+
+std::unexpected<Missing> loading(const ModelAddress& address) {
+    return std::unexpected(
+        Missing{.absence = absent(Reason::notReady, "Model sunucusu (" + address.display() +
+                                                        ") modelini henüz yüklüyor. Biraz sonra "
+                                                        "tekrar dene."),
+                .isModelServer = true});
+}
+
+std::unexpected<Missing> notAModelServer(const ModelAddress& address, long status) {
+    return std::unexpected(Missing{
+        absent(Reason::other,
+               address.display() + " adresinde yanıt veren program (HTTP " + std::to_string(status) +
+                   ") modellerini listelemiyor. Model sunucusunun adresini ULVAK_MODEL_URL ile ver.")});
+}
+
+/// Asks one server what it has, and whether it is ready. Where the user has named both server and model, the
+/// server need not list any.
+std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool mayListNothing,
+                                           std::chrono::milliseconds deadline, const std::stop_token& stop) {
+    const auto reply =
+        exchange(address, {.path = "/v1/models", .connectDeadline = deadline, .deadline = deadline}, stop);
+    if (!reply)
+        return std::unexpected(Missing{absent(Reason::other, describe(reply.error(), address, deadline))});
+    ModelList list = readModelList(reply->status, reply->body);
+    const bool knowsNoLists = reply->status == 404 || reply->status == 405;
+    if (list.state == ModelList::State::notAList && !(mayListNothing && knowsNoLists))
+        return notAModelServer(address, reply->status);
+    if (list.state == ModelList::State::loading || isStillLoading(address, deadline, stop))
+        return loading(address);
+    return list;
+}
+
+std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalModelSettings& settings,
+                                      const std::stop_token& stop) {
+    const std::optional<std::string>& named = settings.model;
+    const auto list = modelsAt(address, settings.url && named,
+                               settings.url ? settings.namedDeadline : settings.probeDeadline, stop);
+    if (!list)
+        return std::unexpected(list.error());
+    if (named)
+        return Place{.address = address,
+                     .model = *named,
+                     .isListed = std::ranges::find(list->names, *named) != list->names.end()};
+    auto model = chosenModel(*list, address);
+    if (!model)
+        return std::unexpected(Missing{.absence = std::move(model.error()), .isModelServer = true});
+    return Place{.address = address, .model = std::move(*model), .isListed = true};
+}
+
+/// The first server on the usual ports that has the model; else the first that has any.
+std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings,
+                                              const std::stop_token& stop) {
+    std::optional<Place> second;
+    std::optional<ModelAbsence> nearest;
+    for (const std::uint16_t port : settings.ports) {
+        auto place = placeAt(loopbackAddress(port), settings, stop);
+        if (place && place->isListed)
+            return std::move(*place);
+        if (place && !second)
+            second = std::move(*place);
+        if (place || !place.error().isModelServer)
+            continue;
+        ModelAbsence& absence = place.error().absence;
+        if (!nearest || (absence.reason == Reason::notReady && nearest->reason != Reason::notReady))
+            nearest = std::move(absence);
+    }
+    if (second)
+        return std::move(*second);
+    if (nearest)
+        return std::unexpected(std::move(*nearest));
+    return std::unexpected(
+        absent(Reason::other,
+               "Bu bilgisayarda çalışan bir model sunucusu bulunamadı. llama-server, Ollama ya da "
+               "LM Studio gibi bir sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver."));
+}
+
+/// The server and the model to ask. Nothing is sent to a server that turns out not to be one.
+std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings,
+                                             const std::stop_token& stop) {
+    if (settings.isOff)
+        return std::unexpected(absent(
+            Reason::notEnabled, "Model ULVAK_MODEL_OFF ile kapatılmış. Açmak için bu değişkeni kaldır."));
+    if (CurlLibrary::instance() == nullptr)
+        return std::unexpected(
+            absent(Reason::other, "libcurl bu sistemde kurulu değil (Debian'da libcurl4)."));
+    if (settings.model && isCloudModel(*settings.model))
+        return std::unexpected(absent(Reason::deviceNotEligible, cloudRefusal(*settings.model)));
+    if (!settings.url)
+        return discovered(settings, stop);
+    auto address = modelAddress(*settings.url);
+    if (!address)
+        return std::unexpected(absent(Reason::deviceNotEligible, address.error().text));
+    auto place = placeAt(*address, settings, stop);
+    if (!place)
+        return std::unexpected(std::move(place.error().absence));
+    return std::move(*place);
+}
+
+/// A variable of the environment; unset when empty.
+std::optional<std::string> variable(const char* name) {
+    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
+    return value != nullptr && *value != '\0' ? std::optional<std::string>(value) : std::nullopt;
+}
+
+}  // namespace
+
+LocalModelSettings LocalModelSettings::fromEnvironment() {
+    return {.url = variable("ULVAK_MODEL_URL"),
+            .model = variable("ULVAK_MODEL"),
+            .isOff = variable("ULVAK_MODEL_OFF").value_or("0") != "0"};
+}
+
+std::optional<ModelAbsence> LocalModel::absence(std::stop_token stop) const {
+    auto place = findPlace(settings_, stop);
+    if (place)
+        return std::nullopt;
+    return std::move(place.error());
+}
+
+std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& request,
+                                                           std::stop_token stop) const {
+    const auto place = findPlace(settings_, stop);
+    if (!place)
+        return std::unexpected(ModelError{.text = place.error().detail});
+    const auto reply = exchange(place->address,
+                                {.path = "/v1/chat/completions",
+                                 .json = chatBody(request, place->model),
+                                 .connectDeadline = settings_.namedDeadline,
+                                 .deadline = settings_.answerDeadline},
+                                stop);
+    if (!reply)
+        return std::unexpected(
+            ModelError{.text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),
+                                       ModelError::longestText)});
+    auto answer = readAnswer(reply->status, reply->body, place->address.display());
+    if (!answer)
+        answer.error().text = clipped(answer.error().text, ModelError::longestText);
+    return answer;
+}
+
+}  // namespace ulvak::platform

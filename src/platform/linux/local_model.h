@@ -1,0 +1,43 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/language_model.h"
+
+namespace ulvak::platform {
+
+struct LocalModelSettings {
+    /// The server, when the user names one. As `modelAddress` takes it.
+    std::optional<std::string> url;
+    /// The model, when the user names one; else the first that the server lists and that runs here.
+    std::optional<std::string> model;
+    bool isOff = false;
+    /// Where servers listen by default; tried in this order when none is named.
+    std::vector<std::uint16_t> ports = {8080, 11434, 1234};
+    std::chrono::milliseconds probeDeadline{1'000};     ///< for each such port
+    std::chrono::milliseconds namedDeadline{5'000};     ///< for the server that the user names
+    std::chrono::milliseconds answerDeadline{180'000};  ///< until a model has answered
+
+    /// ULVAK_MODEL_URL, ULVAK_MODEL, and ULVAK_MODEL_OFF (anything but "0"); an empty one counts as unset.
+    [[nodiscard]] static LocalModelSettings fromEnvironment();
+};
+
+/// A language model behind a server on this machine. Looks for the server anew each time: one that is started
+/// later, or again elsewhere, is found.
+class LocalModel : public LanguageModel {
+public:
+    explicit LocalModel(LocalModelSettings settings) : settings_(std::move(settings)) {}
+
+    [[nodiscard]] std::optional<ModelAbsence> absence(std::stop_token stop = {}) const override;
+    [[nodiscard]] std::expected<std::string, ModelError> respond(const ModelRequest& request,
+                                                                 std::stop_token stop = {}) const override;
+
+private:
+    const LocalModelSettings settings_;
+};
+
+}  // namespace ulvak::platform

@@ -1,0 +1,266 @@
+#include "platform/linux/model_reply.h"
+
+#include <algorithm>
+#include <array>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+namespace ulvak::platform {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// Bytes of what a server says about itself.
+constexpr std::size_t longestServiceText = 600;
+constexpr std::size_t longestModelName = 300;
+constexpr long serviceUnavailable = 503;
+
+struct CodeRow {
+    std::string_view code;  ///< the beginning of a code or type, lower case, letters only
+    ModelError::Kind kind;
+};
+
+/// There is no common list of these; every row is in use somewhere or the plain name of the case.
+constexpr std::array<CodeRow, 12> codes = {{
+    {"contentfilter", ModelError::Kind::guardrailViolation},
+    {"contentpolicy", ModelError::Kind::guardrailViolation},
+    {"guardrail", ModelError::Kind::guardrailViolation},
+    {"moderation", ModelError::Kind::guardrailViolation},
+    {"safety", ModelError::Kind::guardrailViolation},
+    {"refusal", ModelError::Kind::refusal},
+    {"modelrefusal", ModelError::Kind::refusal},
+    {"refused", ModelError::Kind::refusal},
+    {"unsupportedlanguage", ModelError::Kind::unsupportedLanguage},
+    {"unsupportedlocale", ModelError::Kind::unsupportedLanguage},
+    {"languagenotsupported", ModelError::Kind::unsupportedLanguage},
+    {"localenotsupported", ModelError::Kind::unsupportedLanguage},
+}};
+
+/// Lower case.
+constexpr std::array<std::string_view, 4> languageMessages = {
+    "unsupported language or locale", "unsupported locale", "language is not supported",
+    "language not supported"};
+
+std::string lowerAscii(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+    });
+    return lower;
+}
+
+std::string lettersOf(std::string_view text) {
+    std::string letters = lowerAscii(text);
+    std::erase_if(letters, [](char c) { return c < 'a' || c > 'z'; });
+    return letters;
+}
+
+Json parsed(std::string_view body) {
+    return Json::parse(body, nullptr, false);
+}
+
+/// A member that is a text; empty when there is none.
+std::string text(const Json& object, const char* key) {
+    if (!object.is_object())
+        return {};
+    const auto found = object.find(key);
+    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+const Json* member(const Json& object, const char* key) {
+    if (!object.is_object())
+        return nullptr;
+    const auto found = object.find(key);
+    return found != object.end() && !found->is_null() ? &*found : nullptr;
+}
+
+/// What a server says went wrong.
+struct ServiceError {
+    std::string code;
+    std::string type;
+    std::string message;
+};
+
+/// Servers write {"error": {"message", "type", "code"}}, {"error": "…"}, {"message": "…"} or {"detail": "…"}.
+std::optional<ServiceError> serviceError(const Json& body) {
+    const Json* error = member(body, "error");
+    if (error != nullptr && error->is_object())
+        return ServiceError{
+            .code = text(*error, "code"), .type = text(*error, "type"), .message = text(*error, "message")};
+    if (error != nullptr && error->is_string())
+        return ServiceError{.message = error->get<std::string>()};
+    if (error != nullptr)
+        return ServiceError{};
+    return std::nullopt;
+}
+
+/// The words of a reply that is not a success, as good as they come.
+ServiceError wordsOf(const Json& json, std::string_view body) {
+    if (auto error = serviceError(json))
+        return std::move(*error);
+    for (const char* key : {"message", "detail"}) {
+        if (std::string found = text(json, key); !found.empty())
+            return {.message = std::move(found)};
+    }
+    const std::size_t first = body.find_first_not_of(" \t\r\n");
+    const bool isForPeople = json.is_discarded() && first != std::string_view::npos && body[first] != '<';
+    return {.message = isForPeople ? std::string(body.substr(0, longestServiceText)) : std::string()};
+}
+
+ModelError::Kind kindOf(const ServiceError& error) {
+    for (const std::string& name : {lettersOf(error.code), lettersOf(error.type)}) {
+        const auto row =
+            std::ranges::find_if(codes, [&](const CodeRow& r) { return name.starts_with(r.code); });
+        if (row != codes.end())
+            return row->kind;
+    }
+    const std::string message = lowerAscii(error.message);
+    const bool isLanguage = std::ranges::any_of(
+        languageMessages, [&](std::string_view words) { return message.contains(words); });
+    return isLanguage ? ModelError::Kind::unsupportedLanguage : ModelError::Kind::other;
+}
+
+bool speaksOfLoading(const ServiceError& error) {
+    return lowerAscii(error.message).contains("loading model");
+}
+
+ModelError other(std::string text) {
+    return {.text = std::move(text)};
+}
+
+ModelError failure(long status, const ServiceError& error, std::string_view server) {
+    const std::string place = "Model sunucusu (" + std::string(server) + ")";
+    const std::string words = clipped(error.message, longestServiceText);
+    if (status == serviceUnavailable || speaksOfLoading(error))
+        return other(place + " modeli henüz yüklüyor. Biraz sonra tekrar dene." +
+                     (words.empty() ? "" : " " + words));
+    if (status >= 300 && status < 400)
+        return other(place +
+                     " isteği başka bir adrese yönlendirdi; yönlendirmeler izlenmez. Sunucunun kendi "
+                     "adresini ULVAK_MODEL_URL ile ver.");
+    const std::string said = words.empty() ? "Sunucunun kendi çıktısına bak." : words;
+    return {.kind = kindOf(error),
+            .text = place + " isteği geri çevirdi (HTTP " + std::to_string(status) + "): " + said};
+}
+
+/// A reply that is a success and JSON.
+std::expected<std::string, ModelError> answerIn(const Json& body, std::string_view server) {
+    const std::string unexpected =
+        "Model sunucusunun (" + std::string(server) +
+        ") yanıtı beklenen biçimde değil. Sunucuyu güncelle ya da başka birini dene.";
+    const Json* choices = member(body, "choices");
+    if (choices == nullptr || !choices->is_array() || choices->empty())
+        return std::unexpected(other(unexpected));
+    const Json& choice = choices->front();
+    const std::string ending = text(choice, "finish_reason");
+    const Json* message = member(choice, "message");
+    const std::string refusal = message != nullptr ? text(*message, "refusal") : std::string();
+    if (ending == "content_filter")
+        return std::unexpected(
+            ModelError{.kind = ModelError::Kind::guardrailViolation,
+                       .text = "Modelin güvenlik filtresi yanıtı durdurdu (content_filter)."});
+    if (!refusal.empty())
+        return std::unexpected(
+            ModelError{.kind = ModelError::Kind::refusal,
+                       .text = "Model yanıt vermeyi reddetti: " + clipped(refusal, longestServiceText)});
+    if (ending == "length")
+        return std::unexpected(other(
+            "Modelin yanıtı yarım kaldı: bağlamı bu klasörün bilgilerine yetmedi. Sunucuyu daha büyük bir "
+            "bağlamla başlat ya da başka bir model seç."));
+    const Json* content = message != nullptr ? member(*message, "content") : nullptr;
+    if (content == nullptr || !content->is_string())
+        return std::unexpected(other(unexpected));
+    return content->get<std::string>();
+}
+
+}  // namespace
+
+ModelList readModelList(long status, std::string_view body) {
+    if (isLoading(status, body))
+        return {.state = ModelList::State::loading};
+    const Json json = parsed(body);
+    if (status != 200 || !json.is_object() || !json.contains("data"))
+        return {};
+    ModelList list{.state = ModelList::State::listed};
+    const Json& data = json["data"];
+    if (data.is_null())  // an empty list, as one of the servers writes it
+        return list;
+    if (!data.is_array())
+        return {};
+    for (const Json& entry : data) {
+        std::string name = text(entry, "id");
+        if (!name.empty() && name.size() <= longestModelName)
+            list.names.push_back(std::move(name));
+    }
+    return list;
+}
+
+bool isCloudModel(std::string_view name) {
+    const std::string lower = lowerAscii(name);
+    return lower.ends_with("-cloud") || lower.ends_with(":cloud");
+}
+
+bool isLoading(long status, std::string_view body) {
+    if (status == serviceUnavailable)
+        return true;
+    if (status >= 200 && status < 300)
+        return false;
+    const auto error = serviceError(parsed(body));
+    return error && speaksOfLoading(*error);
+}
+
+std::expected<std::string, ModelError> readAnswer(long status, std::string_view body,
+                                                  std::string_view server) {
+    const Json json = parsed(body);
+    const auto error = serviceError(json);
+    if (status != 200 || error)
+        return std::unexpected(failure(status, wordsOf(json, body), server));
+    if (json.is_discarded())
+        return std::unexpected(other("Model sunucusunun (" + std::string(server) +
+                                     ") yanıtı JSON değil ya da yarım kalmış. Tekrar dene; sürerse sunucuyu "
+                                     "yeniden başlat."));
+    return answerIn(json, server);
+}
+
+std::string chatBody(const ModelRequest& request, std::string_view model) {
+    const std::string system =
+        request.instructions +
+        "\n\nAnswer with one JSON object and nothing else. It must match this JSON schema:\n" +
+        request.answerSchema;
+    const Json body = {
+        {"model", model},
+        {"messages",
+         {{{"role", "system"}, {"content", system}}, {{"role", "user"}, {"content", request.prompt}}}},
+        {"temperature", request.temperature},
+        {"stream", false},
+        {"response_format",
+         {{"type", "json_schema"},
+          {"json_schema",
+           {{"name", request.answerName}, {"strict", true}, {"schema", parsed(request.answerSchema)}}}}},
+    };
+    return body.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string clipped(std::string_view text, std::size_t longest) {
+    std::string line;
+    for (const char c : text) {
+        if (line.size() > longest)
+            break;
+        const bool isSpace = c == ' ' || (c >= '\t' && c <= '\r');
+        if (!isSpace)
+            line += c;
+        else if (!line.empty() && !line.ends_with(' '))
+            line += ' ';
+    }
+    if (line.ends_with(' '))
+        line.pop_back();
+    if (line.size() <= longest)
+        return line;
+    std::size_t end = longest;
+    while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0U) == 0x80U)
+        --end;
+    line.resize(end);
+    return line + "…";
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/language_model.h"
+
+namespace ulvak::test {
+
+/// Answers in the order given, and remembers what it was asked.
+class FakeModel : public platform::LanguageModel {
+public:
+    using Answer = std::expected<std::string, platform::ModelError>;
+
+    explicit FakeModel(std::vector<Answer> answers) : answers_(std::move(answers)) {}
+    explicit FakeModel(platform::ModelAbsence absence) : absence_(std::move(absence)) {}
+
+    [[nodiscard]] std::optional<platform::ModelAbsence> absence(std::stop_token = {}) const override {
+        return absence_;
+    }
+
+    [[nodiscard]] Answer respond(const platform::ModelRequest& request, std::stop_token = {}) const override {
+        asked_.push_back(request);
+        if (asked_.size() > answers_.size())
+            return std::unexpected(platform::ModelError{.text = "asked too often"});
+        return answers_[asked_.size() - 1];
+    }
+
+    [[nodiscard]] const std::vector<platform::ModelRequest>& asked() const { return asked_; }
+
+private:
+    std::vector<Answer> answers_;
+    std::optional<platform::ModelAbsence> absence_;
+    mutable std::vector<platform::ModelRequest> asked_;
+};
+
+}  // namespace ulvak::test

@@ -1,0 +1,329 @@
+#include "platform/linux/local_model.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "ai/ai_classifier.h"
+#include "ai/ai_status.h"
+#include "ai/scripted_server.h"
+#include "support/environment.h"
+#include "support/temp_tree.h"
+
+namespace ulvak::platform {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace test;
+using Json = nlohmann::ordered_json;
+using Connection = ScriptedServer::Connection;
+using Request = ScriptedServer::Request;
+using Reason = ModelAbsenceReason;
+
+const ModelRequest anyRequest{
+    .instructions = "i", .prompt = "p", .answerName = "A", .answerSchema = R"({"type":"object"})"};
+
+/// A port at which nobody listens.
+std::uint16_t freePort() {
+    return SilentListener().port();
+}
+
+LocalModel named(const ScriptedServer& server) {
+    return LocalModel({.url = server.url()});
+}
+
+ScriptedServer::Script listing(std::vector<std::string> names) {
+    return [names = std::move(names)](const Connection& client, const Request& request) {
+        const bool isList = request.path == "/v1/models";
+        client.send(isList ? reply(200, modelList(names)) : reply(404, "not found"));
+    };
+}
+
+std::vector<std::string> pathsOf(const ScriptedServer& server) {
+    std::vector<std::string> paths;
+    for (const Request& request : server.requests())
+        paths.push_back(request.method + " " + request.path);
+    return paths;
+}
+
+Reason reasonOf(const LocalModel& model) {
+    const auto absence = model.absence();
+    EXPECT_TRUE(absence) << "available";
+    EXPECT_FALSE(absence && absence->detail.empty()) << "nothing for the user to act on";
+    return absence ? absence->reason : Reason::other;
+}
+
+// Availability
+
+TEST(LocalModel, IsAvailableWhereAServerListsAModel) {
+    const ScriptedServer server(listing({"a"}));
+    EXPECT_FALSE(named(server).absence());
+    EXPECT_FALSE(LocalModel({.ports = {server.port()}}).absence());
+    EXPECT_TRUE(AIStatus::current(named(server)).isAvailable());
+}
+
+TEST(LocalModel, NoServerIsAnyOtherReasonAndKnownAtOnce) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(reasonOf(LocalModel({.ports = {freePort(), freePort(), freePort()}})), Reason::other);
+    EXPECT_EQ(reasonOf(LocalModel({.url = "http://127.0.0.1:" + std::to_string(freePort())})), Reason::other);
+    EXPECT_EQ(reasonOf(LocalModel({.url = "unix:/nonexistent/model.sock"})), Reason::other);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+}
+
+TEST(LocalModel, ServerThatIsLoadingItsModelIsNotReady) {
+    const char* loading = R"({"error":{"code":503,"message":"Loading model","type":"unavailable_error"}})";
+    const ScriptedServer all(
+        [&](const Connection& client, const Request&) { client.send(reply(503, loading)); });
+    EXPECT_EQ(reasonOf(named(all)), Reason::notReady);
+    EXPECT_EQ(reasonOf(LocalModel({.ports = {freePort(), all.port()}})), Reason::notReady);
+    // Others list the model already.
+    const ScriptedServer healthOnly([&](const Connection& client, const Request& request) {
+        client.send(request.path == "/v1/models" ? reply(200, modelList({"a"})) : reply(503, loading));
+    });
+    EXPECT_EQ(reasonOf(named(healthOnly)), Reason::notReady);
+    EXPECT_EQ(AIStatus::current(named(healthOnly)).unavailable,
+              "Apple Intelligence modeli henüz hazır değil (indiriliyor olabilir). Biraz sonra tekrar dene.");
+}
+
+TEST(LocalModel, SwitchedOffIsNotEnabledAndAsksNobody) {
+    const ScriptedServer server(listing({"a"}));
+    const LocalModel model({.url = server.url(), .isOff = true, .ports = {server.port()}});
+    EXPECT_EQ(reasonOf(model), Reason::notEnabled);
+    const auto answer = model.respond(anyRequest);
+    ASSERT_FALSE(answer);
+    EXPECT_TRUE(answer.error().text.contains("ULVAK_MODEL_OFF"));
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST(LocalModel, RefusedAddressIsDeviceNotEligible) {
+    const LocalModel model({.url = "http://192.0.2.1:8080"});
+    EXPECT_EQ(reasonOf(model), Reason::deviceNotEligible);
+    const AIStatus status = AIStatus::current(model);
+    EXPECT_EQ(status.plainText(), "unavailable(\"Bu Mac Apple Intelligence'ı desteklemiyor.\")");
+    EXPECT_TRUE(status.hint.contains("ULVAK_MODEL_URL kabul edilmedi (http://192.0.2.1:8080)"));
+}
+
+TEST(LocalModel, ServerWithoutModelsIsAnyOtherReason) {
+    const ScriptedServer server(listing({}));
+    EXPECT_EQ(reasonOf(named(server)), Reason::other);
+    EXPECT_TRUE(named(server).absence()->detail.contains("hiç model yok"));
+}
+
+TEST(LocalModel, AnythingElseThatAnswersIsAnyOtherReason) {
+    for (const std::string& answer :
+         {reply(200, "<html></html>"), reply(404, "no"), std::string("SSH-2.0-x\r\n"), std::string(),
+          reply(302, "", "Location: /v1/models/\r\n")}) {
+        const ScriptedServer server([&](const Connection& client, const Request&) { client.send(answer); });
+        EXPECT_EQ(reasonOf(named(server)), Reason::other) << answer;
+        EXPECT_EQ(reasonOf(LocalModel({.ports = {server.port()}})), Reason::other) << answer;
+    }
+}
+
+TEST(LocalModel, ServerThatNeverAnswersIsGivenUp) {
+    const ScriptedServer server([](const Connection& client, const Request&) { client.waitForItsEnd(); });
+    EXPECT_EQ(reasonOf(LocalModel({.url = server.url(), .namedDeadline = 50ms})), Reason::other);
+    EXPECT_EQ(reasonOf(LocalModel({.ports = {server.port()}, .probeDeadline = 50ms})), Reason::other);
+}
+
+// Which server, which model
+
+TEST(LocalModel, FirstPortWithAModelIsAsked) {
+    const ScriptedServer notOne(
+        [](const Connection& client, const Request&) { client.send(reply(404, "no")); });
+    const ScriptedServer loading(
+        [](const Connection& client, const Request&) { client.send(reply(503, "{}")); });
+    const ScriptedServer first(modelServer(200, chatReply("one")));
+    const ScriptedServer second(modelServer(200, chatReply("two")));
+    const LocalModel model(
+        {.ports = {freePort(), notOne.port(), loading.port(), first.port(), second.port()}});
+    EXPECT_FALSE(model.absence());
+    EXPECT_EQ(model.respond(anyRequest).value_or("error"), "one");
+    EXPECT_TRUE(second.requests().empty());
+    for (const Request& request : notOne.requests())
+        EXPECT_EQ(request.body, "");  // nothing is told to who is not a model server
+}
+
+TEST(LocalModel, NamedModelIsAskedOfTheServerThatListsIt) {
+    const ScriptedServer first(modelServer(200, chatReply("one")));
+    const ScriptedServer second([](const Connection& client, const Request& request) {
+        client.send(reply(200, request.path == "/v1/models" ? modelList({"x", "wanted"}) : chatReply("two")));
+    });
+    EXPECT_EQ(LocalModel({.model = "wanted", .ports = {first.port(), second.port()}}).respond(anyRequest),
+              "two");
+    EXPECT_EQ(LocalModel({.model = "nobody's", .ports = {first.port(), second.port()}}).respond(anyRequest),
+              "one");
+    EXPECT_EQ(Json::parse(first.requests().back().body)["model"], "nobody's");
+}
+
+TEST(LocalModel, WithoutANameTheFirstListedModelIsAsked) {
+    const ScriptedServer server([](const Connection& client, const Request& request) {
+        client.send(reply(200, request.path == "/v1/models" ? modelList({"b", "a"}) : chatReply("x")));
+    });
+    EXPECT_TRUE(named(server).respond(anyRequest));
+    EXPECT_EQ(Json::parse(server.requests().back().body)["model"], "b");
+}
+
+TEST(LocalModel, ServerThatListsNothingIsAskedWhenBothAreNamed) {
+    const ScriptedServer server([](const Connection& client, const Request& request) {
+        client.send(request.method == "POST" ? reply(200, chatReply("x")) : reply(404, "{}"));
+    });
+    EXPECT_EQ(LocalModel({.url = server.url(), .model = "m"}).respond(anyRequest).value_or("error"), "x");
+    EXPECT_FALSE(LocalModel({.url = server.url()}).respond(anyRequest));
+    EXPECT_FALSE(LocalModel({.model = "m", .ports = {server.port()}}).respond(anyRequest));
+}
+
+TEST(LocalModel, CloudModelsAreNeverAsked) {
+    const ScriptedServer mixed([](const Connection& client, const Request& request) {
+        client.send(
+            reply(200, request.path == "/v1/models" ? modelList({"big:cloud", "small:3b"}) : chatReply("x")));
+    });
+    EXPECT_TRUE(named(mixed).respond(anyRequest));
+    EXPECT_EQ(Json::parse(mixed.requests().back().body)["model"], "small:3b");
+
+    const ScriptedServer onlyCloud(listing({"big:cloud"}));
+    EXPECT_EQ(reasonOf(named(onlyCloud)), Reason::other);
+    EXPECT_FALSE(named(onlyCloud).respond(anyRequest));
+    const LocalModel wanted({.url = onlyCloud.url(), .model = "big:cloud"});
+    EXPECT_EQ(reasonOf(wanted), Reason::deviceNotEligible);
+    EXPECT_FALSE(wanted.respond(anyRequest));
+    for (const Request& request : onlyCloud.requests())
+        EXPECT_EQ(request.method, "GET");
+}
+
+TEST(LocalModel, V1InTheAddressIsNotDoubled) {
+    const ScriptedServer server(modelServer(200, chatReply("x")));
+    for (const char* end : {"", "/", "/v1", "/v1/"})
+        EXPECT_TRUE(LocalModel({.url = server.url() + end}).respond(anyRequest)) << end;
+    for (const std::string& path : pathsOf(server))
+        EXPECT_TRUE(path == "GET /v1/models" || path == "GET /health" || path == "POST /v1/chat/completions")
+            << path;
+}
+
+TEST(LocalModel, SocketIsAsGoodAsAPort) {
+    const TempTree tree;
+    const ScriptedServer server(modelServer(200, chatReply("x")), tree.path("model.sock"));
+    const LocalModel model({.url = "unix:" + tree.path("model.sock")});
+    EXPECT_FALSE(model.absence());
+    EXPECT_EQ(model.respond(anyRequest).value_or("error"), "x");
+}
+
+TEST(LocalModel, ServerThatIsStartedLaterIsFound) {
+    const std::uint16_t nobody = freePort();
+    EXPECT_TRUE(LocalModel({.ports = {nobody}}).absence());
+    const ScriptedServer server(listing({"a"}));
+    const LocalModel model({.ports = {nobody, server.port()}});
+    EXPECT_FALSE(model.absence());
+}
+
+// One request
+
+TEST(LocalModel, AnswerIsTheContentOfTheMessage) {
+    const ScriptedServer server(modelServer(200, chatReply("{\"a\":\"ş\"}")));
+    EXPECT_EQ(named(server).respond(anyRequest).value_or("error"), "{\"a\":\"ş\"}");
+    const Request chat = server.requests().back();
+    EXPECT_EQ(chat.method, "POST");
+    EXPECT_TRUE(chat.headers.contains("Content-Type: application/json"));
+    EXPECT_FALSE(chat.headers.contains("Expect:"));
+    EXPECT_EQ(Json::parse(chat.body)["messages"][1]["content"], "p");
+}
+
+TEST(LocalModel, EachRequestIsASessionOfItsOwn) {
+    const ScriptedServer server(modelServer(200, chatReply("x")));
+    const LocalModel model = named(server);
+    EXPECT_TRUE(model.respond(anyRequest));
+    const std::string first = server.requests().back().body;
+    EXPECT_TRUE(model.respond(anyRequest));
+    EXPECT_EQ(server.requests().back().body, first);
+}
+
+TEST(LocalModel, LongFactsArriveWhole) {
+    const ScriptedServer server(modelServer(200, chatReply("x")));
+    ModelRequest request = anyRequest;
+    request.prompt = std::string(2'000'000, 'x');
+    EXPECT_TRUE(named(server).respond(request));
+    EXPECT_EQ(Json::parse(server.requests().back().body)["messages"][1]["content"], request.prompt);
+}
+
+TEST(LocalModel, VerdictComesThroughFromTheSocketToTheClassifier) {
+    const ScriptedServer server(modelServer(
+        200,
+        chatReply(R"({"level":"regenerable","title":"Önbellek","reason":"Yine oluşur.","confidence":91})")));
+    const auto verdict = AIClassifier::classify("full", "minimal", named(server));
+    ASSERT_TRUE(verdict) << verdict.error().description();
+    EXPECT_EQ(*verdict, (Verdict{.level = SafetyLevel::regenerable,
+                                 .title = "Önbellek",
+                                 .explanation = "Yine oluşur.",
+                                 .source = VerdictSource::ai,
+                                 .confidence = 91}));
+}
+
+TEST(LocalModel, SeveralRequestsMayRunAtOnce) {
+    const ScriptedServer server(modelServer(200, chatReply("x")));
+    const LocalModel model = named(server);
+    std::vector<std::jthread> threads;
+    std::atomic<int> answered = 0;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&] { answered += model.respond(anyRequest) ? 1 : 0; });
+    threads.clear();
+    EXPECT_EQ(answered, 8);
+}
+
+// Stopping
+
+TEST(LocalModel, StopEndsARequestThatIsNeverAnsweredAtOnce) {
+    std::stop_source stop;
+    const ScriptedServer server(modelServer([&](const Connection& client, const Request&) {
+        // Nothing will ever come back, and longer than any timer of the client's own it waits all the same.
+        EXPECT_FALSE(client.isGoneWithin(300ms));
+        stop.request_stop();
+        client.waitForItsEnd();
+    }));
+    const auto start = std::chrono::steady_clock::now();
+    const LocalModel model({.url = server.url(), .namedDeadline = 30s, .answerDeadline = 30s});
+    const auto answer = model.respond(anyRequest, stop.get_token());
+    ASSERT_FALSE(answer);
+    EXPECT_EQ(answer.error().text, "İstek durduruldu.");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+}
+
+TEST(LocalModel, StopEndsTheSearchForAServer) {
+    std::stop_source stop;
+    const ScriptedServer server([&](const Connection& client, const Request&) {
+        stop.request_stop();
+        client.waitForItsEnd();
+    });
+    const LocalModel model({.ports = {server.port(), server.port(), server.port()}, .probeDeadline = 10min});
+    EXPECT_TRUE(model.absence(stop.get_token()));
+    EXPECT_FALSE(model.respond(anyRequest, stop.get_token()));
+}
+
+// The environment
+
+TEST(LocalModelSettings, ComeFromTheEnvironment) {
+    const ScopedEnvironment environment(
+        {{"ULVAK_MODEL_URL", "http://127.0.0.1:9"}, {"ULVAK_MODEL", "m"}, {"ULVAK_MODEL_OFF", "1"}});
+    const LocalModelSettings settings = LocalModelSettings::fromEnvironment();
+    EXPECT_EQ(settings.url, "http://127.0.0.1:9");
+    EXPECT_EQ(settings.model, "m");
+    EXPECT_TRUE(settings.isOff);
+    EXPECT_EQ(settings.ports, (std::vector<std::uint16_t>{8080, 11434, 1234}));
+}
+
+TEST(LocalModelSettings, EmptyVariablesCountAsUnset) {
+    for (const char* off : {"", "0"}) {
+        const ScopedEnvironment environment(
+            {{"ULVAK_MODEL_URL", ""}, {"ULVAK_MODEL", ""}, {"ULVAK_MODEL_OFF", off}});
+        const LocalModelSettings settings = LocalModelSettings::fromEnvironment();
+        EXPECT_EQ(settings.url, std::nullopt);
+        EXPECT_EQ(settings.model, std::nullopt);
+        EXPECT_FALSE(settings.isOff);
+    }
+    const ScopedEnvironment environment({{"ULVAK_MODEL_OFF", "no"}});
+    EXPECT_TRUE(LocalModelSettings::fromEnvironment().isOff);
+}
+
+}  // namespace
+}  // namespace ulvak::platform

@@ -1,0 +1,103 @@
+#include "platform/linux/model_reply.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "ai/scripted_server.h"
+
+namespace ulvak::platform {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using State = ModelList::State;
+
+TEST(ModelReply, ListHoldsTheNamesInTheServersOrder) {
+    const ModelList list = readModelList(
+        200,
+        R"({"object":"list","data":[{"id":"b","object":"model"},{"id":"a"},{"id":7},{},"x",{"id":""}]})");
+    EXPECT_EQ(list.state, State::listed);
+    EXPECT_EQ(list.names, (std::vector<std::string>{"b", "a"}));
+}
+
+TEST(ModelReply, ServerWithoutModelsListsNone) {
+    for (const char* body : {R"({"data":[]})", R"({"object":"list","data":null})"}) {
+        EXPECT_EQ(readModelList(200, body).state, State::listed) << body;
+        EXPECT_TRUE(readModelList(200, body).names.empty()) << body;
+    }
+}
+
+TEST(ModelReply, WhateverElseAnswersIsNoList) {
+    for (const char* body : {"", "<html>", "{}", "[]", "null", R"({"data":{}})", R"({"data":"x"})"})
+        EXPECT_EQ(readModelList(200, body).state, State::notAList) << body;
+    for (const long status : {204L, 302L, 401L, 404L, 500L})
+        EXPECT_EQ(readModelList(status, R"({"data":[{"id":"a"}]})").state, State::notAList) << status;
+}
+
+TEST(ModelReply, LoadingIsToldByTheStatusOrTheMessage) {
+    const char* llama = R"({"error":{"code":503,"message":"Loading model","type":"unavailable_error"}})";
+    EXPECT_EQ(readModelList(503, llama).state, State::loading);
+    EXPECT_EQ(readModelList(503, "<html>").state, State::loading);
+    EXPECT_EQ(readModelList(500, R"({"error":"loading model, please wait"})").state, State::loading);
+    EXPECT_FALSE(isLoading(200, R"({"status":"ok"})"));
+    EXPECT_FALSE(isLoading(500, R"({"error":"no such model"})"));
+}
+
+TEST(ModelReply, CloudModelsAreKnownByTheirNames) {
+    for (const char* name : {"gpt-oss:120b-cloud", "glm-4.6:cloud", "X-CLOUD"})
+        EXPECT_TRUE(isCloudModel(name)) << name;
+    for (const char* name : {"cloud", "cloudy:7b", "llama3.2:3b", "a-cloud:7b"})
+        EXPECT_FALSE(isCloudModel(name)) << name;
+}
+
+TEST(ModelReply, RequestBeginsWithInstructionsAndPromptUnchanged) {
+    const ModelRequest request{.instructions = "Talimat \"x\".",
+                               .prompt = "Folder facts:\nPath: ~/ş",
+                               .answerName = "AIVerdict",
+                               .answerSchema = R"({"type":"object","properties":{"z":{},"a":{}}})",
+                               .temperature = 0.2};
+    const Json body = Json::parse(chatBody(request, "model-x"));
+    EXPECT_EQ(body["model"], "model-x");
+    EXPECT_EQ(body["temperature"], 0.2);
+    EXPECT_EQ(body["stream"], false);
+    EXPECT_FALSE(body.contains("max_tokens"));
+    EXPECT_FALSE(body.contains("top_p"));
+    ASSERT_EQ(body["messages"].size(), 2U);
+    EXPECT_EQ(body["messages"][0]["role"], "system");
+    const std::string system = body["messages"][0]["content"];
+    EXPECT_TRUE(system.starts_with("Talimat \"x\".\n\n"));
+    EXPECT_TRUE(system.ends_with(request.answerSchema));
+    EXPECT_EQ(body["messages"][1]["role"], "user");
+    EXPECT_EQ(body["messages"][1]["content"], request.prompt);
+    EXPECT_EQ(body["response_format"]["type"], "json_schema");
+    EXPECT_EQ(body["response_format"]["json_schema"]["name"], "AIVerdict");
+    EXPECT_EQ(body["response_format"]["json_schema"]["strict"], true);
+    EXPECT_EQ(body["response_format"]["json_schema"]["schema"].dump(), request.answerSchema);
+}
+
+TEST(ModelReply, RequestIsValidTextWhateverItHolds) {
+    const ModelRequest request{.prompt = "\xff\xfe", .answerSchema = "{}"};
+    EXPECT_EQ(Json::parse(chatBody(request, "m\xff"))["messages"][1]["content"], "\uFFFD\uFFFD");
+}
+
+TEST(ModelReply, ClippedTextIsWholeCharactersOnOneLine) {
+    EXPECT_EQ(clipped("  a\n\n b\t\r\nc ", 100), "a b c");
+    EXPECT_EQ(clipped("abc", 3), "abc");
+    EXPECT_EQ(clipped("abcd", 3), "abc…");
+    EXPECT_EQ(clipped("aşş", 4), "aş…");
+    EXPECT_EQ(clipped("", 4), "");
+    EXPECT_EQ(clipped(std::string(1'000'000, ' '), 4), "");
+    EXPECT_EQ(clipped("\x80\x80\x80\x80\x80\x80", 4), "…");
+}
+
+TEST(ModelReply, DeeplyNestedRepliesDoNotExhaustTheStack) {
+    const std::string open(100'000, '[');
+    for (const std::string& body : {open, open + std::string(100'000, ']'), "{\"choices\":" + open,
+                                    "{\"error\":" + open + std::string(100'000, ']') + "}"}) {
+        EXPECT_FALSE(readAnswer(200, body, "s"));
+        EXPECT_EQ(readModelList(200, body).state, State::notAList);
+    }
+}
+
+}  // namespace
+}  // namespace ulvak::platform
