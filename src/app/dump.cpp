@@ -4,6 +4,9 @@
 #include <ranges>
 #include <vector>
 
+#include "ai/ai_classifier.h"
+#include "ai/ai_status.h"
+#include "ai/folder_context.h"
 #include "app/standard_streams.h"
 #include "core/format.h"
 #include "core/text.h"
@@ -22,7 +25,7 @@ std::string summaryLine(const Summary& summary) {
 }
 
 std::string shownPlace(const Finding& finding, const UserFolders& folders) {
-    return printable(Paths::display(finding.urls.front(), folders));
+    return printable(Paths::display(finding.urls.at(0), folders));
 }
 
 std::string findingLine(const Finding& finding, const UserFolders& folders) {
@@ -48,6 +51,16 @@ std::string levelSection(SafetyLevel level, std::span<const Finding> findings, c
            std::to_string(count) + ")\n" + lines;
 }
 
+std::string answerText(const Finding& finding, const AIClassifier::Result& verdict,
+                       const UserFolders& folders) {
+    const std::string place = "\n• " + shownPlace(finding, folders);
+    if (!verdict)
+        return place + ": HATA " + printable(verdict.error().description()) + "\n";
+    return place + " (" + Format::bytes(finding.size) + ")\n  → " + std::string(info(verdict->level).title) +
+           " %" + std::to_string(verdict->confidence.value_or(0)) + ": " + printable(verdict->title) +
+           "\n    " + printable(verdict->explanation) + "\n";
+}
+
 }  // namespace
 
 std::string listing(const Summary& summary, std::span<const Finding> findings, const UserFolders& folders) {
@@ -55,6 +68,28 @@ std::string listing(const Summary& summary, std::span<const Finding> findings, c
     for (const SafetyLevel level : displayedSafetyLevels())
         text += levelSection(level, findings, folders);
     return text;
+}
+
+void askModel(std::span<const Finding> findings, const platform::LanguageModel& model,
+              const std::function<void(std::string_view)>& output, const UserFolders& folders) {
+    const AIStatus status = AIStatus::current(model);
+    output("\nAI: " + status.plainText() + "\n");
+    if (!status.isAvailable()) {
+        // The listing ends with the status; what can be done about it is not part of it.
+        if (!status.hint.empty())
+            printError(printable(status.hint) + "\n");
+        return;
+    }
+    for (const Finding& finding : findings) {
+        if (finding.level != SafetyLevel::unknown && finding.source != VerdictSource::heuristic)
+            continue;
+        const auto facts = [&](FolderContext::Extent extent) {
+            return FolderContext::build(finding, "", {}, extent, {.folders = folders});
+        };
+        const auto verdict = AIClassifier::classify(facts(FolderContext::Extent::full),
+                                                    facts(FolderContext::Extent::minimal), model);
+        output(answerText(finding, verdict, folders));
+    }
 }
 
 void run(bool asksModel) {
@@ -67,7 +102,7 @@ void run(bool asksModel) {
                           .elapsed = std::chrono::steady_clock::now() - start};
     print(listing(summary, findings));
     if (asksModel)
-        print("\nAI: unavailable(\"Apple Intelligence şu an kullanılamıyor.\")\n");
+        askModel(findings, platform::systemLanguageModel(), print);
 }
 
 }  // namespace ulvak::Diagnostics

@@ -2,11 +2,14 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "core/finding.h"
 #include "core/paths.h"
+#include "platform/language_model.h"
 
 /// The program without its window: one scan, printed. Reads no remembered verdicts, deletes nothing and
 /// writes nothing but standard output.
@@ -22,6 +25,13 @@ struct Summary {
 
 /// Scans and prints, with `asksModel` also the model's answers about what is uncertain. Blocks until done.
 void run(bool asksModel);
+
+/// Asks the model about every finding that is unknown or guessed, one after the other in the order given, and
+/// hands each piece of text to `output` as it comes: first the model's availability, then an answer or an
+/// error for each finding. Blocks for as long as the model thinks.
+void askModel(std::span<const Finding> findings, const platform::LanguageModel& model,
+              const std::function<void(std::string_view)>& output,
+              const UserFolders& folders = Paths::folders());
 
 /// The whole listing: the summary, an empty line, and each level's findings in the order given, at most 25
 /// a level. Valid UTF-8, one line a finding.

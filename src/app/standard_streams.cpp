@@ -1,6 +1,7 @@
 #include "app/standard_streams.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,9 +13,15 @@ namespace {
 void write(int handle, std::string_view text) {
     while (!text.empty()) {
         const ssize_t count = ::write(handle, text.data(), text.size());
-        if (count < 0 && errno != EINTR)
+        if (count > 0) {
+            text.remove_prefix(static_cast<std::size_t>(count));
+        } else if (count < 0 && errno == EAGAIN) {
+            // Whoever shares the pipe has made it non-blocking: wait until it takes more.
+            pollfd writable{.fd = handle, .events = POLLOUT, .revents = 0};
+            ::poll(&writable, 1, -1);
+        } else if (count == 0 || errno != EINTR) {
             return;
-        text.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+        }
     }
 }
 
@@ -22,6 +29,7 @@ void write(int handle, std::string_view text) {
 
 void prepareStandardStreams() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);  // ignored, it would take away how our own children ended
     int handle = 0;
     do {
         handle = ::open("/dev/null", O_RDWR);

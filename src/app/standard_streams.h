@@ -4,7 +4,8 @@
 
 namespace ulvak {
 
-/// To be called first: a reader that goes away must not end the program, and a standard stream that the
+/// To be called first: a reader that goes away must not end the program, how programs that it starts end must
+/// be known, and a standard stream that the
 /// caller has closed must not be taken by a folder or pipe that the program opens.
 void prepareStandardStreams();
 

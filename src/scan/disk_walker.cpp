@@ -34,7 +34,8 @@ std::optional<std::string_view> relativeTo(std::string_view folder, std::string_
     return path;
 }
 
-SkipTree skipsBelow(const std::string& root, const DiskWalker& walker, std::span<const std::string> mountPoints) {
+SkipTree skipsBelow(const std::string& root, const DiskWalker& walker,
+                    std::span<const std::string> mountPoints) {
     SkipTree skips;
     for (const std::string& path : walker.excluded) {
         if (path == root)

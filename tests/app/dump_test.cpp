@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <expected>
+#include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -84,6 +87,84 @@ TEST(Dump, HostileNamesStayOnOneLineOfValidText) {
                           "/x/a\n== b\x1b[2J\xff\u0085\u202e")}),
         "== Güvenle silinebilir: 1 MB (1)\n"
         "  1 MB       [Kural] a\uFFFD== b\uFFFD[2J\uFFFD  —  /x/a\uFFFD== b\uFFFD[2J\uFFFD\uFFFD\uFFFD\n");
+}
+
+/// Answers in the order given.
+class ScriptedModel : public platform::LanguageModel {
+public:
+    using Answer = std::expected<std::string, platform::ModelError>;
+
+    explicit ScriptedModel(std::vector<Answer> answers) : answers_(std::move(answers)) {}
+
+    [[nodiscard]] std::optional<platform::ModelAbsence> absence(std::stop_token) const override {
+        return absence_;
+    }
+    [[nodiscard]] Answer respond(const platform::ModelRequest& request, std::stop_token) const override {
+        prompts.push_back(request.prompt);
+        return answers_.at(prompts.size() - 1);
+    }
+
+    std::optional<platform::ModelAbsence> absence_;
+    mutable std::vector<std::string> prompts;
+
+private:
+    std::vector<Answer> answers_;
+};
+
+std::string answers(const std::vector<Finding>& findings, const ScriptedModel& model) {
+    std::string text;
+    Diagnostics::askModel(findings, model, [&](std::string_view piece) { text += piece; }, folders);
+    return text;
+}
+
+TEST(Dump, AsksTheModelAboutWhatIsUnknownOrGuessedInListOrder) {
+    const ScriptedModel model(
+        {R"({"level":"safe","title":"Eski kayıtlar","reason":"Silinebilir.","confidence":140})",
+         R"({"level":"keep","title":"Veri","reason":"Kalsın.","confidence":7})"});
+    EXPECT_EQ(
+        answers({finding(SafetyLevel::caution, 9, "kural", "/k"),
+                 finding(SafetyLevel::safe, 2'000'000, "kayıtlar", "/home/ayşe/x", VerdictSource::heuristic),
+                 finding(SafetyLevel::unknown, 3'000'000'000, "şey", "/y")},
+                model),
+        "\nAI: available\n"
+        "\n• ~/x (2 MB)\n"
+        "  → Güvenle silinebilir %100: Eski kayıtlar\n"
+        "    Silinebilir.\n"
+        "\n• /y (3 GB)\n"
+        "  → Dokunma %7: Veri\n"
+        "    Kalsın.\n");
+    ASSERT_EQ(model.prompts.size(), 2U);
+    EXPECT_TRUE(model.prompts[0].contains("Path: ~/x\n"));
+    EXPECT_FALSE(model.prompts[0].contains("The user says"));
+}
+
+TEST(Dump, FailedAnswerIsSaidAndTheNextFindingAsked) {
+    const ScriptedModel model({std::unexpected(platform::ModelError{.text = "kırık\nhat"}),
+                               R"({"level":"caution","title":"a","reason":"b","confidence":0})"});
+    const std::string text = answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x\n"),
+                                      finding(SafetyLevel::unknown, 1'000'000, "y", "/y")},
+                                     model);
+    EXPECT_TRUE(text.starts_with("\nAI: available\n\n• /x\uFFFD: HATA kırık\uFFFDhat\n\n• /y (1 MB)\n"))
+        << text;
+}
+
+TEST(Dump, FilterThatRefusesBothTextsIsTheClassifiersOwnError) {
+    const auto refusal = std::unexpected(platform::ModelError{.kind = platform::ModelError::Kind::refusal});
+    const ScriptedModel model({refusal, refusal});
+    EXPECT_EQ(answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
+              "\nAI: available\n\n• /x: HATA Apple Intelligence'ın güvenlik filtresi bu klasörü yorumlamayı "
+              "reddetti. "
+              "Kendin etiketleyebilirsin.\n");
+}
+
+TEST(Dump, AbsentModelEndsTheOutputWithItsStatus) {
+    ScriptedModel model({});
+    model.absence_ =
+        platform::ModelAbsence{.reason = platform::ModelAbsenceReason::notEnabled, .detail = "x"};
+    EXPECT_EQ(
+        answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
+        "\nAI: unavailable(\"Apple Intelligence kapalı. Sistem Ayarları > Apple Intelligence ve Siri'den "
+        "açabilirsin.\")\n");
 }
 
 }  // namespace

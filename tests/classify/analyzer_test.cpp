@@ -316,6 +316,12 @@ TEST(Analyzer, AUnitThatHoldsAnotherRootIsNoUnit) {
     EXPECT_THAT(ids(findings({root}, ayse, {home + "/.npm/tmp/T"})), ElementsAre(home + "/.npm/a"));
 }
 
+TEST(Analyzer, AUnitThatIsNeverCleanedIsReportedEvenIfItHoldsAnotherRoot) {
+    const Node root = homeWith({dir("Library", {dir("Mail", 9 * gigabyte, {dir("tmp", gigabyte)})})});
+    EXPECT_THAT(ids(findings({root}, ayse, {home + "/Library/Mail/tmp/T"})),
+                ElementsAre(home + "/Library/Mail"));
+}
+
 TEST(Analyzer, AHomeFolderBelowTheTemporaryOneIsNeverTakenAlong) {
     const UserFolders folders{.home = "/tmp/test/home", .temp = "/tmp", .cache = "/C"};
     const Node temporary =

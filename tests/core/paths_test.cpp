@@ -9,11 +9,15 @@
 #include <vector>
 
 #include "support/environment.h"
+#include "support/temp_tree.h"
 
 namespace ulvak {
 namespace {
 
+using test::folder;
+using test::link;
 using test::ScopedEnvironment;
+using test::TempTree;
 
 const UserFolders ayse{.home = "/home/ayse",
                        .temp = "/var/folders/ab/cd/T",
@@ -36,8 +40,46 @@ TEST(UserFolders, HaveNoSlashAtTheEndAndNoneTwice) {
     EXPECT_EQ(foldersIn("/home/ayse", "/tmp", "/data//").trash, "/data/Trash");
 }
 
+TEST(UserFolders, HaveNoDotsInThem) {
+    for (const char* home : {"/home/ayse/.", "/home/./ayse", "/./home/ayse/./"})
+        EXPECT_EQ(foldersIn(home, "/tmp").home, "/home/ayse") << home;
+    EXPECT_EQ(foldersIn("/home/.ayse/..b/c..", "/tmp").home, "/home/.ayse/..b/c..") << "those are names";
+}
+
+TEST(UserFolders, TwoDotsLeadWhereTheDiskSaysTheyDo) {
+    const TempTree tree({folder("a", {folder("b")}), folder("c"), link("l", "a/b")});
+    EXPECT_EQ(foldersIn(tree.path("c/../a").c_str(), "/tmp").home, tree.path("a"));
+    EXPECT_EQ(foldersIn(tree.path("l/..").c_str(), "/tmp").home, tree.path("a"))
+        << "not where the text would lead";
+    EXPECT_EQ(foldersIn("/home/ayse", tree.path("a/b/../..").c_str()).temp, tree.path());
+}
+
+TEST(HasOwnCache, ACacheFolderInsideTheHomeFolderIsNone) {
+    EXPECT_TRUE(Paths::hasOwnCache({.home = "/home/ayse", .temp = "/tmp", .cache = "/C"}));
+    EXPECT_TRUE(Paths::hasOwnCache({.home = "/home/ayse", .temp = "/home/T", .cache = "/home/C"}));
+    EXPECT_FALSE(
+        Paths::hasOwnCache({.home = "/home/ayse", .temp = "/home/ayse/tmp", .cache = "/home/ayse/C"}));
+    EXPECT_FALSE(Paths::hasOwnCache({.home = "/home/ayse", .temp = "/x", .cache = "/home/ayse"}));
+    EXPECT_FALSE(Paths::hasOwnCache({.home = "/", .temp = "/tmp", .cache = "/C"}));
+}
+
+TEST(HasOwnCache, LinksDoNotHideThatItLiesInTheHomeFolder) {
+    const TempTree tree({folder("home", {folder("work"), folder("tmp"), link("outwards", "../outside")}),
+                         folder("outside", {link("C", "../home/work"), folder("real")}),
+                         link("home-link", "home"), link("inside", "home/tmp")});
+    const auto has = [&](const char* home, const char* cache) {
+        return Paths::hasOwnCache({.home = tree.path(home), .temp = "/tmp", .cache = tree.path(cache)});
+    };
+    EXPECT_TRUE(has("home", "outside/real"));
+    EXPECT_FALSE(has("home", "outside/C")) << "a link to somebody's work";
+    EXPECT_FALSE(has("home", "inside/C")) << "missing, but its folder lies there";
+    EXPECT_FALSE(has("home-link", "home/C")) << "the home folder by another name";
+    EXPECT_FALSE(has("home", "home-link/C"));
+    EXPECT_FALSE(has("home", "home/outwards/real")) << "as it is written";
+}
+
 TEST(UserFolders, TheRootFolderIsASlash) {
-    for (const char* home : {"/", "//", "///"}) {
+    for (const char* home : {"/", "//", "///", "/.", "/./", "/.."}) {
         const UserFolders folders = foldersIn(home, "/tmp");
         EXPECT_EQ(folders.home, "/") << home;
         EXPECT_EQ(folders.trash, "/.local/share/Trash") << home;

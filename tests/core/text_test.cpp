@@ -37,6 +37,14 @@ TEST(LowerCased, WhatIsNotUtf8IsReplaced) {
     EXPECT_TRUE(lowerCased("\xed\xa0\x80 BACKUP").ends_with(" backup"));
 }
 
+TEST(WellFormed, ReplacesWhatIsNotUtf8AndNothingElse) {
+    for (const std::string text : {"", "çğış", "a\n\x1b\u202e", "e\u0301", "😀"})
+        EXPECT_EQ(wellFormed(text), text);
+    EXPECT_EQ(wellFormed("a\xff\n"), "a" + replaced + "\n");
+    EXPECT_EQ(wellFormed("\xc3"), replaced);
+    EXPECT_TRUE(isUtf8(wellFormed("\xed\xa0\x80\xf0\x9f")));
+}
+
 TEST(Printable, KeepsTextThatDoesNoHarm) {
     for (const std::string text :
          {"", "a b/c", "Çöp Kutusu", "e\u0301", "日本語", "👩‍👩‍👧", "·›…—", "\u00a0"})

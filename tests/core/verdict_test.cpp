@@ -82,6 +82,13 @@ TEST(Verdict, WritesItsKeysInOrder) {
         R"("source":"ai","confidence":85})");
 }
 
+TEST(Verdict, WritesNamesThatAreNotUtf8AsTextThatCanBeWritten) {
+    const auto json = toJson({.title = "\xff.npm", .explanation = "a\xc3"});
+    EXPECT_EQ(json.at("title"), "\uFFFD.npm");
+    EXPECT_EQ(json.at("explanation"), "a\uFFFD");
+    EXPECT_NO_THROW((void)json.dump());
+}
+
 TEST(Verdict, LeavesAnAbsentConfidenceOutAndComesBackEqual) {
     const ordered_json json = toJson(withoutConfidence());
     EXPECT_EQ(json.size(), 4U);

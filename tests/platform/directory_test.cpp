@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
@@ -385,7 +386,8 @@ TEST(EntryReader, ListingDoesNotRenewTheAccessDate) {
         EXPECT_EQ(::stat(tree.path(name).c_str(), &info), 0);
         return info.st_atim.tv_sec;
     };
-    EXPECT_EQ(listNames(tree.path("control")).size(), 1U);
+    for (const auto& entry : std::filesystem::directory_iterator(tree.path("control")))
+        EXPECT_EQ(entry.path().filename(), "a");
     if (accessed("control") == longAgo[0].tv_sec)
         GTEST_SKIP() << "this volume keeps no access dates";
 
@@ -394,6 +396,7 @@ TEST(EntryReader, ListingDoesNotRenewTheAccessDate) {
     const auto below = top.openBelow("below");
     ASSERT_TRUE(below);
     EXPECT_EQ(listing(*below).size(), 1U);
+    EXPECT_EQ(listNames(tree.path("listed")).size(), 2U);
     EXPECT_EQ(accessed("listed"), longAgo[0].tv_sec);
     EXPECT_EQ(accessed("listed/below"), longAgo[0].tv_sec);
 }

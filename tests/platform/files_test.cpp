@@ -68,6 +68,60 @@ TEST(FileInfo, IsAbsentWhereThisUserMayNotLook) {
     });
 }
 
+TEST(FileInfo, TellsWhetherTwoNamesAreOneEntry) {
+    const TempTree tree(
+        {file("a"), test::hardLink("b", "a"), link("c", "a"), file("d"), folder("e"), link("f", "e")});
+    const auto identity = [&](const char* name) { return fileInfo(tree.path(name))->volumeAndNumber; };
+    EXPECT_EQ(identity("a"), identity("b"));
+    EXPECT_EQ(identity("a"), identity("c"));
+    EXPECT_NE(identity("a"), identity("d"));
+    EXPECT_EQ(identity("e"), identity("f"));
+    EXPECT_NE(identity("e"), identity("a"));
+}
+
+TEST(ExistsIn, FindsEntriesOfEveryKind) {
+    const TempTree tree({file("file"), folder("folder"), fifo("fifo"), test::socket("socket"),
+                         link("good", "folder"), link("dangling", "absent"), link("loop", "loop"),
+                         file("\xff\n")});
+    for (const std::string name : {"file", "folder", "fifo", "socket", "good", "\xff\n"})
+        EXPECT_TRUE(existsIn(tree.path(), name)) << name;
+    for (const std::string name : {"absent", "dangling", "loop", "FILE", "file/", "file/x"})
+        EXPECT_FALSE(existsIn(tree.path(), name)) << name;
+    EXPECT_FALSE(existsIn(tree.path("absent"), "file"));
+    EXPECT_FALSE(existsIn(tree.path("file"), "file"));
+    EXPECT_TRUE(existsIn("/", "tmp"));
+}
+
+TEST(ExistsIn, FindsNothingWhereThisUserMayNotLook) {
+    const TempTree tree({folder("locked", {file("inside")}).withMode(0)});
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    test::asUnprivileged([&] { EXPECT_FALSE(existsIn(tree.path("locked"), "inside")); });
+}
+
+TEST(ExistsIn, DoesNotFollowALinkToAnotherVolume) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    TempTree tree(
+        {folder("server"), link("out", "server/room"), link("up", "server/../near"), folder("near")});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(tree.path("server")));
+        tree.add("server", {folder("room")});
+        EXPECT_FALSE(existsIn(tree.path(), "out"));
+        EXPECT_FALSE(existsIn(tree.path(), "up")) << "nor through another volume";
+        EXPECT_TRUE(existsIn(tree.path(), "server")) << "what is mounted there is there";
+        EXPECT_TRUE(existsIn(tree.path("server"), "room"));
+    });
+}
+
+TEST(ExistsIn, LeavesNoHandleOpen) {
+    const TempTree tree({file("file"), link("good", "file"), link("dangling", "absent")});
+    const std::size_t before = listNames("/proc/self/fd").size();
+    for (const char* name : {"file", "good", "dangling", "absent"})
+        (void)existsIn(tree.path(), name);
+    EXPECT_EQ(listNames("/proc/self/fd").size(), before);
+}
+
 TEST(ListNames, GivesEveryNameInBytes) {
     const TempTree tree(
         {file(".hidden"), file("görünür"), folder("..."), link("link", "absent"), file("\xff\n\x1b[31m")});

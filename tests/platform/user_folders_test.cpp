@@ -9,6 +9,7 @@
 
 #include "support/environment.h"
 #include "support/isolation.h"
+#include "support/temp_tree.h"
 
 namespace ulvak::platform {
 namespace {
@@ -69,6 +70,17 @@ TEST(UserFolders, TheWholeDiskIsNeverTheTemporaryFolder) {
         const ScopedEnvironment environment({{"TMPDIR", temp}});
         EXPECT_EQ(temporaryDirectory(), "/tmp") << temp;
     }
+}
+
+TEST(UserFolders, ALinkToTheWholeDiskIsNotTheTemporaryFolder) {
+    const test::TempTree tree(
+        {test::link("root", "/"), test::link("again", "root"), test::folder("a"), test::link("inside", "a")});
+    for (const char* name : {"root", "again", "root/.", "root/usr/.."}) {
+        const ScopedEnvironment environment({{"TMPDIR", tree.path(name)}});
+        EXPECT_EQ(temporaryDirectory(), "/tmp") << name;
+    }
+    const ScopedEnvironment environment({{"TMPDIR", tree.path("inside")}});
+    EXPECT_EQ(temporaryDirectory(), tree.path("inside"));
 }
 
 TEST(UserFolders, ThereIsNoCacheFolderApartFromTheTemporaryOne) {

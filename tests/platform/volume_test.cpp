@@ -87,6 +87,38 @@ TEST(Volume, MountPointsAreReadWhateverTheirNames) {
     });
 }
 
+TEST(Volume, AMountThatIsCoveredByAnotherIsNone) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    TempTree tree({folder("a", {folder("b"), folder("c")}), folder("d"), folder("ab")});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(tree.path("a/b")));
+        ASSERT_TRUE(test::mountMemory(tree.path("ab")));
+        EXPECT_THAT(mountPoints(), Contains(tree.path("a/b")));
+
+        ASSERT_TRUE(test::mountMemory(tree.path("a")));
+        tree.add("a", {folder("b"), folder("c")});
+        ASSERT_TRUE(test::mountMemory(tree.path("a/c")));
+        EXPECT_THAT(mountPoints(), Contains(tree.path("a")));
+        EXPECT_THAT(mountPoints(), testing::Not(Contains(tree.path("a/b")))) << "a folder like others now";
+        EXPECT_THAT(mountPoints(), Contains(tree.path("a/c")));
+        EXPECT_THAT(mountPoints(), Contains(tree.path("ab"))) << "beside it";
+        EXPECT_THAT(mountPoints(), Contains("/"));
+    });
+}
+
+TEST(Volume, APlaceMountedTwiceIsOneMountPoint) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("a")});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(tree.path("a")));
+        ASSERT_TRUE(test::mountMemory(tree.path("a")));
+        const auto points = mountPoints();
+        EXPECT_EQ(std::ranges::count(points, tree.path("a")), 1);
+    });
+}
+
 TEST(Volume, AFolderShownASecondTimeIsAMountPointToo) {
     if (const auto reason = test::whyNoPrivateMounts())
         GTEST_SKIP() << *reason;
