@@ -10,6 +10,7 @@
 #include "classify/heuristics.h"
 #include "classify/rule_matcher.h"
 #include "core/format.h"
+#include "core/largest_first.h"
 #include "core/text.h"
 
 namespace ulvak {
@@ -388,7 +389,7 @@ std::vector<Finding> mergeGroups(std::vector<Finding> findings) {
     for (Finding& finding : merged) {
         if (finding.urls.size() < 2)
             continue;
-        std::ranges::stable_sort(finding.children, std::ranges::greater(), &ChildSummary::size);
+        sortLargestFirst(finding.children);
         appendMemberCount(finding);
     }
     return merged;
@@ -400,7 +401,7 @@ std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, std::vector<s
     for (const DirNode& root : roots)
         analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});
     std::vector<Finding> findings = mergeGroups(analysis.takeFindings());
-    std::ranges::stable_sort(findings, std::ranges::greater(), &Finding::size);
+    sortLargestFirst(findings);
     return findings;
 }
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <iterator>
 #include <mutex>
 #include <system_error>
 #include <thread>
 #include <utility>
 
+#include "core/largest_first.h"
 #include "core/paths.h"
 #include "scan/checked_add.h"
 #include "scan/disk_walker.h"
@@ -466,7 +466,7 @@ void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
                  .size = totals.size,
                  .fileCount = totals.fileCount,
                  .modified = knownDate(totals.newest)};
-    std::ranges::stable_sort(children, std::ranges::greater(), &DirNode::size);
+    sortLargestFirst(children);
     node.children = DirNodes(std::move(children));
     const std::scoped_lock lock(parent.keptMutex);
     parent.keptFolders.push_back({.index = index, .node = std::move(node)});
