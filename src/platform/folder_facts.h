@@ -18,9 +18,6 @@ namespace ulvak::platform {
 /// When the item was last read or listed; a link is followed. Absent when the system does not say.
 [[nodiscard]] std::optional<FileTime> lastAccess(const std::string& path);
 
-/// Whether a folder of this name is a document or bundle that people see as one item.
-[[nodiscard]] bool isPackageName(std::string_view name);
-
 /// One folder, listed name by name in the system's order for as long as the caller wants: whoever stops
 /// early has paid for the beginning only. Without "." and "..". For one thread at a time.
 class FolderListing {

@@ -36,9 +36,6 @@ struct DiskWalker {
     /// The same for several trees at once; results in the order of `paths`.
     [[nodiscard]] std::vector<std::optional<DirNode>> nodes(std::span<const std::string> paths,
                                                             std::stop_token stop = {}) const;
-
-    /// Whether a folder of this name is a document or bundle that people see as one item.
-    [[nodiscard]] static bool isPackageName(std::string_view name);
 };
 
 }  // namespace ulvak

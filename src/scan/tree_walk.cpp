@@ -10,8 +10,8 @@
 
 #include "core/largest_first.h"
 #include "core/paths.h"
+#include "platform/package_name.h"
 #include "scan/checked_add.h"
-#include "scan/disk_walker.h"
 
 namespace ulvak {
 namespace {
@@ -462,7 +462,7 @@ void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
     const char* name = parent.subFolderName(index);
     DirNode node{.url = name,
                  .isDirectory = true,
-                 .isPackage = DiskWalker::isPackageName(Paths::lastComponent(name)),
+                 .isPackage = platform::isPackageName(Paths::lastComponent(name)),
                  .size = totals.size,
                  .fileCount = totals.fileCount,
                  .modified = knownDate(totals.newest)};

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ai/open_watch.h"
+#include "platform/package_name.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 

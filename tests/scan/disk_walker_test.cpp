@@ -16,6 +16,7 @@
 
 #include "core/paths.h"
 #include "platform/files.h"
+#include "platform/package_name.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
@@ -215,9 +216,9 @@ TEST(DiskWalker, KnowsEveryPackageExtension) {
           "xcarchive",    "xcodeproj", "xcworkspace", "plugin",        "kext",         "appex",
           "sparsebundle", "fcpbundle", "logicx",      "band",          "trace",        "imovielibrary",
           "photolibrary", "aplibrary", "lrlibrary",   "vmwarevm",      "pvm",          "utm"})
-        EXPECT_TRUE(DiskWalker::isPackageName("x." + std::string(extension))) << extension;
+        EXPECT_TRUE(platform::isPackageName("x." + std::string(extension))) << extension;
     for (const std::string_view name : {"app", "x.ap", "x.apps", "x.app.", "x.", "", ".", "x.app/"})
-        EXPECT_FALSE(DiskWalker::isPackageName(name)) << name;
+        EXPECT_FALSE(platform::isPackageName(name)) << name;
 }
 
 TEST(DiskWalker, ChildrenAreLargestFirstAndEqualOnesInListingOrder) {

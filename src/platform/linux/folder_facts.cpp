@@ -13,16 +13,10 @@
 #include <vector>
 
 #include "platform/linux/file_stamp.h"
+#include "platform/package_name.h"
 
 namespace ulvak::platform {
 namespace {
-
-/// Lower case.
-constexpr std::array<std::string_view, 24> packageExtensions = {
-    "app",          "aplibrary",     "appex",    "band",      "bundle",       "fcpbundle",
-    "framework",    "imovielibrary", "kext",     "logicx",    "lrlibrary",    "musiclibrary",
-    "photolibrary", "photoslibrary", "plugin",   "pvm",       "sparsebundle", "trace",
-    "tvlibrary",    "utm",           "vmwarevm", "xcarchive", "xcodeproj",    "xcworkspace"};
 
 constexpr int readFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
@@ -77,17 +71,6 @@ std::optional<FileTime> lastAccess(const std::string& path) {
         (info.stx_mask & STATX_ATIME) == 0)
         return std::nullopt;
     return fileTime(info.stx_atime);
-}
-
-bool isPackageName(std::string_view name) {
-    const std::size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return false;
-    std::string extension(name.substr(dot + 1));
-    std::ranges::transform(extension, extension.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
-    return std::ranges::find(packageExtensions, extension) != packageExtensions.end();
 }
 
 struct FolderListing::Handle {
