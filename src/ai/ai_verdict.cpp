@@ -9,7 +9,10 @@
 namespace ulvak {
 namespace {
 
-using Json = nlohmann::ordered_json;
+/// Keeps keys in a tree: a hostile answer with many of them costs no more than its length.
+using Json = nlohmann::json;
+/// Keeps the order of keys, for the schema.
+using OrderedJson = nlohmann::ordered_json;
 
 struct AILevelRow {
     AILevel level;
@@ -29,18 +32,18 @@ const AILevelRow& row(AILevel level) {
 }
 
 std::string builtSchema() {
-    Json names = Json::array();
+    OrderedJson names = OrderedJson::array();
     for (const AILevelRow& level : levels)
         names.push_back(level.rawValue);
     // clang-format off
-    const Json properties = {
+    const OrderedJson properties = {
         {"level",      {{"description", "How safe it is to delete this folder"}, {"type", "string"}, {"enum", names}}},
         {"title",      {{"description", "A short name for what this folder is, at most 6 words"}, {"type", "string"}}},
         {"reason",     {{"description", "1 to 3 sentences: what it contains and what happens if it is deleted"}, {"type", "string"}}},
         {"confidence", {{"description", "How confident you are, from 0 to 100"}, {"type", "integer"}, {"minimum", 0}, {"maximum", 100}}},
     };
     // clang-format on
-    const Json schema = {
+    const OrderedJson schema = {
         {"type", "object"},
         {"properties", properties},
         {"required", {"level", "title", "reason", "confidence"}},

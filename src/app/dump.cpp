@@ -83,11 +83,11 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
     for (const Finding& finding : findings) {
         if (finding.level != SafetyLevel::unknown && finding.source != VerdictSource::heuristic)
             continue;
-        const auto facts = [&](FolderContext::Extent extent) {
-            return FolderContext::build(finding, "", {}, extent, {.folders = folders});
-        };
-        const auto verdict = AIClassifier::classify(facts(FolderContext::Extent::full),
-                                                    facts(FolderContext::Extent::minimal), model);
+        const FolderContext::Surroundings around{.folders = folders};
+        const std::string full = FolderContext::build(finding, "", {}, FolderContext::Extent::full, around);
+        const std::string minimal =
+            FolderContext::build(finding, "", {}, FolderContext::Extent::minimal, around);
+        const auto verdict = AIClassifier::classify(full, minimal, model);
         output(answerText(finding, verdict, folders));
     }
 }

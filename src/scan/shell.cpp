@@ -12,7 +12,7 @@
 #include "core/text.h"
 #include "platform/pipe.h"
 
-extern char** environ;
+extern char** environ;  // NOLINT(readability-redundant-declaration): glibc declares it, others do not
 
 namespace ulvak::Shell {
 namespace {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <iterator>
 #include <mutex>
+#include <ranges>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -141,10 +142,10 @@ std::string TreeWalk::Frame::pathBelowRoot(std::size_t subFolder) const {
     for (const Frame* frame = this; !frame->isTop() && !frame->isRoot(); frame = frame->parent)
         components.push_back(frame->name());
     std::string path;
-    for (auto component = components.rbegin(); component != components.rend(); ++component) {
+    for (const char* component : components | std::views::reverse) {
         if (!path.empty())
             path += '/';
-        path += *component;
+        path += component;
     }
     return path;
 }
@@ -455,7 +456,7 @@ void TreeWalk::closeWhenAllOpened(Frame& frame) {
 
 /// Folds a walked folder into the one that holds it.
 void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
-                        std::vector<DirNode> children) {
+                        std::vector<DirNode> children) const {
     parent.fold(totals);
     if (!parent.isTop() && totals.size < options_.keepThreshold)
         return;

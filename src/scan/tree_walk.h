@@ -64,7 +64,8 @@ private:
     void keepOpen(Frame& frame, platform::Directory directory);
     void closeWhenAllOpened(Frame& frame);
 
-    void complete(Frame& parent, std::size_t index, const Totals& totals, std::vector<DirNode> children);
+    void complete(Frame& parent, std::size_t index, const Totals& totals,
+                  std::vector<DirNode> children) const;
     void release(Worker& worker, Frame* frame);
 
     std::vector<Root> roots_;

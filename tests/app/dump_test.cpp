@@ -97,14 +97,14 @@ public:
     explicit ScriptedModel(std::vector<Answer> answers) : answers_(std::move(answers)) {}
 
     [[nodiscard]] std::optional<platform::ModelAbsence> absence(std::stop_token) const override {
-        return absence_;
+        return absent;
     }
     [[nodiscard]] Answer respond(const platform::ModelRequest& request, std::stop_token) const override {
         prompts.push_back(request.prompt);
         return answers_.at(prompts.size() - 1);
     }
 
-    std::optional<platform::ModelAbsence> absence_;
+    std::optional<platform::ModelAbsence> absent;
     mutable std::vector<std::string> prompts;
 
 private:
@@ -159,8 +159,7 @@ TEST(Dump, FilterThatRefusesBothTextsIsTheClassifiersOwnError) {
 
 TEST(Dump, AbsentModelEndsTheOutputWithItsStatus) {
     ScriptedModel model({});
-    model.absence_ =
-        platform::ModelAbsence{.reason = platform::ModelAbsenceReason::notEnabled, .detail = "x"};
+    model.absent = platform::ModelAbsence{.reason = platform::ModelAbsenceReason::notEnabled, .detail = "x"};
     EXPECT_EQ(
         answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
         "\nAI: unavailable(\"Apple Intelligence kapalı. Sistem Ayarları > Apple Intelligence ve Siri'den "

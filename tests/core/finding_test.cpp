@@ -111,7 +111,7 @@ TEST(Finding, StandsForOneOfALevelNobodyKnowsUntilItIsFilled) {
 TEST(Finding, CopiesShareNothing) {
     Finding finding = analysed();
     Finding copy = finding;
-    copy.urls.push_back("/b");
+    copy.urls.emplace_back("/b");
     copy.children.emplace_back().name = "x";
     relabel(copy, SafetyLevel::keep);
     EXPECT_EQ(finding.urls.size(), 1U);

@@ -34,7 +34,6 @@ using test::link;
 using test::socket;
 using test::sparseFile;
 using test::TempTree;
-using test::textFile;
 using test::TreeEntry;
 
 const FileTime old = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
@@ -228,7 +227,7 @@ TEST(DiskWalker, ChildrenAreLargestFirstAndEqualOnesInListingOrder) {
         entries.push_back(folder("folder" + std::to_string(i), {file("x", 8192)}));
     }
     entries.push_back(file("largest", 40'960));
-    const TempTree tree(std::move(entries));
+    const TempTree tree(entries);
     std::vector<std::string> expected{"largest"};
     for (const bool folders : {true, false}) {
         for (const std::string& name : platform::listNames(tree.path())) {
@@ -294,7 +293,7 @@ TEST(DiskWalker, NamesOfEveryByteAreWalked) {
         if (byte != '/')
             entries.push_back(folder(std::string("x") + static_cast<char>(byte), {file("y", 4096)}));
     }
-    const TempTree tree(std::move(entries));
+    const TempTree tree(entries);
     Walk walk;
     const DirNode root = walk.root(tree.path());
     EXPECT_EQ(root.children.size(), 254U);

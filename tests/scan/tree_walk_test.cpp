@@ -132,7 +132,7 @@ TEST(TreeWalk, WorkersShareOneFolderThatHoldsEverything) {
     for (int i = 0; i < 3000; ++i)
         many.push_back(test::folder("p" + std::to_string(i),
                                     {test::file("x", 0), test::folder("y", {test::file("z", 0)})}));
-    tree.add({test::folder("a", {test::folder("b", {test::folder("c", std::move(many))})})});
+    tree.add({test::folder("a", {test::folder("b", {test::folder("c", many)})})});
     for (int round = 0; round < 20; ++round) {
         ScanProgress progress;
         TreeWalk walk(rootAt(tree.path()), {.keepThreshold = 1, .workers = 4}, progress, {});
@@ -146,7 +146,7 @@ TEST(TreeWalk, StoppingEndsAWalkUnderWay) {
     std::vector<TreeEntry> many;
     for (int i = 0; i < 2000; ++i)
         many.push_back(test::folder("p" + std::to_string(i), {test::file("x", 0)}));
-    tree.add(std::move(many));
+    tree.add(many);
     for (int round = 0; round < 20; ++round) {
         ScanProgress progress;
         std::stop_source source;

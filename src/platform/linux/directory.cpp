@@ -117,8 +117,8 @@ std::expected<Directory, std::error_code> Directory::openBelow(const char* relat
         const int parent = passed.isOpen() ? passed.handle_ : handle_;
         const std::size_t length = stepLength(rest);
         if (length == rest.size()) {
-            const int handle =
-                openForListing([&](int flags) { return openStep(parent, rest.data(), flags); });
+            const char* last = relativePath + (std::string_view(relativePath).size() - rest.size());
+            const int handle = openForListing([&](int flags) { return openStep(parent, last, flags); });
             if (handle < 0)
                 return std::unexpected(lastError());
             return Directory(handle);

@@ -8,7 +8,10 @@
 namespace ulvak::platform {
 namespace {
 
-using Json = nlohmann::ordered_json;
+/// Keeps keys in a tree: a hostile reply with many of them costs no more than its length.
+using Json = nlohmann::json;
+/// Keeps the order of keys, for what is sent.
+using OrderedJson = nlohmann::ordered_json;
 
 /// Bytes of what a server says about itself.
 constexpr std::size_t longestServiceText = 600;
@@ -227,7 +230,7 @@ std::string chatBody(const ModelRequest& request, std::string_view model) {
         request.instructions +
         "\n\nAnswer with one JSON object and nothing else. It must match this JSON schema:\n" +
         request.answerSchema;
-    const Json body = {
+    const OrderedJson body = {
         {"model", model},
         {"messages",
          {{{"role", "system"}, {"content", system}}, {{"role", "user"}, {"content", request.prompt}}}},
@@ -236,7 +239,9 @@ std::string chatBody(const ModelRequest& request, std::string_view model) {
         {"response_format",
          {{"type", "json_schema"},
           {"json_schema",
-           {{"name", request.answerName}, {"strict", true}, {"schema", parsed(request.answerSchema)}}}}},
+           {{"name", request.answerName},
+            {"strict", true},
+            {"schema", OrderedJson::parse(request.answerSchema)}}}}},
     };
     return body.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -256,11 +261,12 @@ std::string clipped(std::string_view text, std::size_t longest) {
         line.pop_back();
     if (line.size() <= longest)
         return line;
-    std::size_t end = longest;
+    constexpr std::string_view cutMark = "…";
+    std::size_t end = longest - std::min(longest, cutMark.size());
     while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0U) == 0x80U)
         --end;
     line.resize(end);
-    return line + "…";
+    return line.append(cutMark);
 }
 
 }  // namespace ulvak::platform
