@@ -83,8 +83,10 @@ TEST(ModelReply, RequestIsValidTextWhateverItHolds) {
 TEST(ModelReply, ClippedTextIsWholeCharactersOnOneLine) {
     EXPECT_EQ(clipped("  a\n\n b\t\r\nc ", 100), "a b c");
     EXPECT_EQ(clipped("abc", 3), "abc");
-    EXPECT_EQ(clipped("abcd", 3), "abc…");
-    EXPECT_EQ(clipped("aşş", 4), "aş…");
+    EXPECT_EQ(clipped("abcd", 3), "…");
+    EXPECT_EQ(clipped("abcdef", 5), "ab…");
+    EXPECT_EQ(clipped("aşş", 5), "aşş");
+    EXPECT_EQ(clipped("aşşş", 6), "aş…");
     EXPECT_EQ(clipped("", 4), "");
     EXPECT_EQ(clipped(std::string(1'000'000, ' '), 4), "");
     EXPECT_EQ(clipped("\x80\x80\x80\x80\x80\x80", 4), "…");
