@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "core/hash.h"
+#include "core/json_integer.h"
 #include "core/text.h"
 
 namespace ulvak {
@@ -28,11 +29,10 @@ std::expected<std::optional<std::int64_t>, DataCorrupted> optionalInteger(const 
     const auto found = json.find(key);
     if (found == json.end() || found->is_null())
         return std::nullopt;
-    const bool fits = found->is_number_integer() && (!found->is_number_unsigned() ||
-                                                     found->get<std::uint64_t>() <= std::uint64_t{INT64_MAX});
-    if (!fits)
+    const auto integer = jsonInteger(*found);
+    if (!integer)
         return std::unexpected(DataCorrupted{std::string(key) + " is not an integer"});
-    return found->get<std::int64_t>();
+    return integer;
 }
 
 }  // namespace

@@ -16,6 +16,9 @@ namespace ulvak::platform {
 /// The per-user cache folder, where the system has one apart from the temporary folder.
 [[nodiscard]] std::optional<std::string> cacheDirectory();
 
+/// Where programs keep data of this user that is no document, given the home folder. There always is one.
+[[nodiscard]] std::string applicationSupportDirectory(const std::string& home);
+
 /// Where this user's trashed files lie, given the home folder.
 [[nodiscard]] std::string trashDirectory(const std::string& home);
 

@@ -88,6 +88,22 @@ TEST(UserFolders, ThereIsNoCacheFolderApartFromTheTemporaryOne) {
     EXPECT_EQ(cacheDirectory(), std::nullopt);
 }
 
+TEST(UserFolders, ApplicationsKeepTheirDataWhereTheEnvironmentSays) {
+    for (const std::string data : {"/data", "/data/", "/veri/çağrı", "/\xff"}) {
+        const ScopedEnvironment environment({{"XDG_DATA_HOME", data}});
+        EXPECT_EQ(applicationSupportDirectory("/home/ayse"), data) << "as the system spells it";
+    }
+}
+
+TEST(UserFolders, ApplicationsKeepTheirDataInTheHomeFolderUnlessTheEnvironmentNamesAnAbsolutePlace) {
+    for (const auto& data : {unset, std::optional<std::string>(""), std::optional<std::string>("data"),
+                             std::optional<std::string>("./data"), std::optional<std::string>("~/data")}) {
+        const ScopedEnvironment environment({{"XDG_DATA_HOME", data}});
+        EXPECT_EQ(applicationSupportDirectory("/home/ayse"), "/home/ayse/.local/share")
+            << data.value_or("(unset)");
+    }
+}
+
 TEST(UserFolders, TrashLiesWithTheUsersData) {
     const ScopedEnvironment environment({{"XDG_DATA_HOME", "/data"}});
     EXPECT_EQ(trashDirectory("/home/ayse"), "/data/Trash");

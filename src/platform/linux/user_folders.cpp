@@ -63,10 +63,12 @@ std::optional<std::string> cacheDirectory() {
     return std::nullopt;
 }
 
+std::string applicationSupportDirectory(const std::string& home) {
+    return absoluteFromEnvironment("XDG_DATA_HOME").value_or(home + "/.local/share");
+}
+
 std::string trashDirectory(const std::string& home) {
-    if (auto data = absoluteFromEnvironment("XDG_DATA_HOME"))
-        return *data + "/Trash";
-    return home + "/.local/share/Trash";
+    return applicationSupportDirectory(home) + "/Trash";
 }
 
 }  // namespace ulvak::platform

@@ -1,0 +1,259 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/pipe.h"
+#include "store/verdict_store.h"
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+// What becomes of the file when a program dies, when two write at once, and when the disk does not take it.
+
+namespace ulvak {
+namespace {
+
+using test::folder;
+using test::TempTree;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+const Verdict label{.level = SafetyLevel::keep,
+                    .title = "Videolarım",
+                    .explanation = std::string(300, 'x'),
+                    .source = VerdictSource::user};
+
+std::string contents(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void saveOne(VerdictStore& store, const std::string& id, std::int64_t size) {
+    store.save(label, Finding{.id = id, .size = size});
+}
+
+/// A child that runs `body`, which may report numbers to this process.
+class Child {
+public:
+    using Report = std::function<void(std::int32_t)>;
+
+    explicit Child(const std::function<void(const Report&)>& body) {
+        const auto pipe = platform::makePipe();
+        if (!pipe)
+            return;
+        read_ = pipe->read;
+        process_ = ::fork();
+        if (process_ == 0) {
+            body([&](std::int32_t number) {
+                if (::write(pipe->write, &number, sizeof number) != sizeof number)
+                    ::_exit(1);
+            });
+            ::_exit(0);
+        }
+        ::close(pipe->write);
+    }
+    ~Child() {
+        kill();
+        ::close(read_);
+    }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    /// The next number that it reports, in its time; -1 when it is no more.
+    [[nodiscard]] std::int32_t next() const {
+        std::int32_t number = -1;
+        return ::read(read_, &number, sizeof number) == sizeof number ? number : -1;
+    }
+
+    void kill() {
+        if (process_ <= 0)
+            return;
+        ::kill(process_, SIGKILL);
+        (void)wait();
+    }
+
+    /// Whether it came to its end by itself.
+    [[nodiscard]] bool wait() {
+        int status = 0;
+        const bool ended = ::waitpid(process_, &status, 0) == process_;
+        process_ = -1;
+        return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    }
+
+private:
+    pid_t process_ = -1;
+    int read_ = -1;
+};
+
+/// Kills `child` somewhere in its work: after some reports, and then some time, less than two saves take.
+/// Returns the last number that it reported, which may be one from after that moment.
+std::int32_t killSomewhere(Child& child, std::minstd_rand& random) {
+    const auto mostReports = std::uniform_int_distribution<int>(1, 30)(random);
+    std::int32_t last = -1;
+    auto started = std::chrono::steady_clock::now();
+    auto lastSave = std::chrono::steady_clock::duration::zero();
+    for (int i = 0; i < mostReports; ++i) {
+        const std::int32_t number = child.next();
+        if (number < 0)
+            break;
+        last = number;
+        const auto now = std::chrono::steady_clock::now();
+        lastSave = now - std::exchange(started, now);
+    }
+    const double share = std::uniform_real_distribution<double>(0, 1.5)(random);
+    while (std::chrono::steady_clock::now() - started < lastSave * share) {
+    }
+    child.kill();
+    for (std::int32_t number = child.next(); number >= 0; number = child.next())
+        last = number;
+    return last;
+}
+
+TEST(VerdictStoreDurability, HoldsEverySaveThatHadReturnedWhenTheProgramWasKilled) {
+    constexpr std::int32_t saves = 1000;
+    constexpr std::int32_t ids = 40;
+    const TempTree tree;
+    const std::string path = tree.path("Ulvak/verdicts.json");
+    const auto idOf = [](std::int32_t number) { return "/" + std::to_string(number % ids); };
+    std::minstd_rand random(20'251'128);  // NOLINT(bugprone-random-generator-seed): the same walk every time
+    std::int32_t done = -1;
+    int kills = 0;
+    int leftovers = 0;
+    while (done + 1 < saves) {
+        Child child([&](const Child::Report& report) {
+            VerdictStore store(path);
+            for (std::int32_t number = done + 1; number < saves; ++number) {
+                saveOne(store, idOf(number), number);
+                report(number);
+            }
+        });
+        done = std::max(done, killSomewhere(child, random));
+        ++kills;
+        leftovers += platform::listNames(tree.path("Ulvak")).size() > 1 ? 1 : 0;
+
+        const VerdictStore store(path);
+        ASSERT_THAT(store.entries(), SizeIs(testing::Ge(static_cast<std::size_t>(std::min(done + 1, ids)))));
+        for (std::int32_t number = std::max(0, done - ids + 1); number <= done; ++number) {
+            const std::int64_t held = store.entries().at(idOf(number)).size;
+            // The save that was under way may have come through, too.
+            ASSERT_TRUE(held == number || (held == number + ids && held == done + 1))
+                << number << " " << held;
+        }
+        ASSERT_THAT(platform::listNames(tree.path("Ulvak")), SizeIs(testing::Le(2U)))
+            << "litter does not pile up";
+    }
+    RecordProperty("kills", kills);
+    RecordProperty("leftovers", leftovers);
+    VerdictStore store(path);
+    store.remove("/absent");
+    EXPECT_THAT(platform::listNames(tree.path("Ulvak")), ElementsAre("verdicts.json"));
+}
+
+TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFile) {
+    constexpr int saves = 150;
+    const TempTree tree;
+    const std::string path = tree.path("Ulvak/verdicts.json");
+    {
+        VerdictStore(path).remove("/absent");
+    }
+    const auto writer = [&](const std::string& prefix, int entries) {
+        return [&path, prefix, entries](const Child::Report& report) {
+            VerdictStore store(path);
+            report(0);
+            for (int i = 0; i < saves; ++i)
+                saveOne(store, prefix + std::to_string(i % entries), i);
+            report(1);
+        };
+    };
+    Child one(writer("/one/", 150));
+    Child other(writer("/other/", 3));
+    ASSERT_EQ(one.next(), 0);
+    ASSERT_EQ(other.next(), 0);
+    std::int32_t oneEnded = -1;
+    std::thread waiting([&] { oneEnded = one.next(); });
+    int reads = 0;
+    for (bool isOver = false; !isOver; ++reads) {
+        isOver = reads >= 300;
+        const auto entries = decodeEntries(contents(path));
+        if (!entries)
+            ADD_FAILURE() << "torn after " << reads << " reads: " << entries.error().what;
+    }
+    waiting.join();
+    EXPECT_EQ(oneEnded, 1);
+    EXPECT_EQ(other.next(), 1);
+    EXPECT_TRUE(one.wait());
+    EXPECT_TRUE(other.wait());
+    const VerdictStore store(path);
+    EXPECT_FALSE(store.entries().empty());
+    EXPECT_THAT(platform::listNames(tree.path("Ulvak")), ElementsAre("verdicts.json"));
+}
+
+TEST(VerdictStoreDurability, AFullDiskLeavesTheOldFileAndNoLitter) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("disk")});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(tree.path("disk"), "size=256k"));
+        const std::string path = tree.path("disk/Ulvak/verdicts.json");
+        VerdictStore store(path);
+        for (int i = 0; i < 100; ++i)
+            saveOne(store, "/" + std::to_string(i), i);
+        const VerdictEntries before = VerdictStore(path).entries();
+        ASSERT_THAT(before, SizeIs(100));
+        {
+            std::ofstream filler(tree.path("disk/filler"), std::ios::binary);
+            while (filler << std::string(4096, 'x') << std::flush) {
+            }
+        }
+        saveOne(store, "/one-more", 1);
+        EXPECT_THAT(store.entries(), SizeIs(101)) << "remembered until the program ends";
+        EXPECT_EQ(VerdictStore(path).entries(), before);
+        EXPECT_THAT(platform::listNames(tree.path("disk/Ulvak")), ElementsAre("verdicts.json"));
+        ASSERT_EQ(::unlink(tree.path("disk/filler").c_str()), 0);
+        store.remove("/absent");
+        EXPECT_EQ(VerdictStore(path).entries(), store.entries()) << "as soon as there is room again";
+    });
+}
+
+TEST(VerdictStoreDurability, AReadOnlyFolderLeavesTheOldFile) {
+    TempTree tree({folder("Ulvak")}, TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    const std::string path = tree.path("Ulvak/verdicts.json");
+    test::asUnprivileged([&] {
+        VerdictStore store(path);
+        saveOne(store, "/a", 1);
+        ASSERT_EQ(::chmod(tree.path("Ulvak").c_str(), 0500), 0);
+        saveOne(store, "/b", 2);
+        EXPECT_THAT(store.entries(), SizeIs(2)) << "remembered until the program ends";
+        EXPECT_THAT(VerdictStore(path).entries(), ElementsAre(testing::Key("/a")));
+        EXPECT_THAT(platform::listNames(tree.path("Ulvak")), ElementsAre("verdicts.json"));
+        ASSERT_EQ(::chmod(tree.path("Ulvak").c_str(), 0700), 0);
+        store.remove("/a");
+        EXPECT_THAT(VerdictStore(path).entries(), ElementsAre(testing::Key("/b")));
+    });
+}
+
+TEST(VerdictStoreDurability, AFileThatMayNotBeReadIsAnEmptyStore) {
+    TempTree tree({folder("Ulvak", {test::textFile("verdicts.json", "{}").withMode(0)})},
+                  TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    test::asUnprivileged(
+        [&] { EXPECT_TRUE(VerdictStore(tree.path("Ulvak/verdicts.json")).entries().empty()); });
+}
+
+}  // namespace
+}  // namespace ulvak
