@@ -20,8 +20,9 @@ template <typename Json>
     if (!value.is_number_float())
         return std::nullopt;
     const auto number = value.template get<double>();
-    constexpr double limit = 9223372036854775808.0;  // 2^63, the first that does not fit
-    if (!(number >= -limit && number < limit) || std::trunc(number) != number)
+    // 2^63, the first that does not fit. Below zero it would, but as a double it may stand for less.
+    constexpr double limit = 9223372036854775808.0;
+    if (!(std::abs(number) < limit) || std::trunc(number) != number)
         return std::nullopt;
     return static_cast<std::int64_t>(number);
 }

@@ -124,6 +124,22 @@ TEST(Verdict, ANullOrMissingConfidenceIsAbsent) {
     EXPECT_EQ(verdictFromJson(json)->confidence, std::nullopt);
 }
 
+TEST(Verdict, AConfidenceIsAnIntegerHoweverItIsWritten) {
+    for (const char* number : {"85", "85.0", "8.5e1"}) {
+        ordered_json json = valid();
+        json["confidence"] = ordered_json::parse(number);
+        const auto verdict = verdictFromJson(json);
+        ASSERT_TRUE(verdict) << number;
+        EXPECT_EQ(verdict->confidence, 85) << number;
+    }
+    for (const char* number :
+         {"9223372036854775808", "9223372036854775808.0", "-9223372036854775809", "1e300", "-1e300", "0.5"}) {
+        ordered_json json = valid();
+        json["confidence"] = ordered_json::parse(number);
+        EXPECT_FALSE(verdictFromJson(json)) << number;
+    }
+}
+
 TEST(Verdict, ReadsKeysInAnyOrderAndIgnoresOthers) {
     const auto verdict = verdictFromJson(ordered_json::parse(
         R"({"note":[1],"source":"user","explanation":"e","level":"keep","order":null,"title":"t","Level":"safe"})"));
