@@ -65,7 +65,7 @@ mode_t modeOf(const std::string& path) {
 
 class VerdictStoreTest : public testing::Test {
 protected:
-    [[nodiscard]] std::string path() const { return tree_.path("Ulvak/verdicts.json"); }
+    [[nodiscard]] std::string path() const { return tree.path("Ulvak/verdicts.json"); }
 
     /// What a later run makes of a finding for which `verdict` was stored at `storedSize`.
     [[nodiscard]] Verdict afterwards(const Verdict& verdict, std::int64_t storedSize, Finding now) const {
@@ -74,28 +74,28 @@ protected:
         return currentVerdict(now);
     }
 
-    TempTree tree_;
+    TempTree tree;
 };
 
 TEST_F(VerdictStoreTest, IsEmptyWithoutAFileAndMakesNoneByReading) {
     const VerdictStore store(path());
     EXPECT_THAT(store.entries(), IsEmpty());
     EXPECT_EQ(store.path(), path());
-    EXPECT_THAT(platform::listNames(tree_.path("Ulvak")), IsEmpty()) << "the folder is there";
+    EXPECT_THAT(platform::listNames(tree.path("Ulvak")), IsEmpty()) << "the folder is there";
 }
 
 TEST_F(VerdictStoreTest, MakesItsFolderWithThoseAboveForThisUserAlone) {
-    const VerdictStore store(tree_.path("x/y/Ulvak/verdicts.json"));
+    const VerdictStore store(tree.path("x/y/Ulvak/verdicts.json"));
     for (const char* made : {"x", "x/y", "x/y/Ulvak"})
-        EXPECT_EQ(modeOf(tree_.path(made)), 0700U) << made;
+        EXPECT_EQ(modeOf(tree.path(made)), 0700U) << made;
 }
 
 TEST_F(VerdictStoreTest, AFolderThatCannotBeMadeIsNoError) {
-    tree_.add({textFile("Ulvak", "a file in its place")});
+    tree.add({textFile("Ulvak", "a file in its place")});
     VerdictStore store(path());
     store.save(userVerdict, findingOf(1));
     EXPECT_THAT(store.entries(), SizeIs(1)) << "remembered until the program ends";
-    EXPECT_EQ(contents(tree_.path("Ulvak")), "a file in its place");
+    EXPECT_EQ(contents(tree.path("Ulvak")), "a file in its place");
 }
 
 TEST_F(VerdictStoreTest, SavesTheVerdictWithTheFindingsSizeAndTheTime) {
@@ -139,23 +139,23 @@ TEST_F(VerdictStoreTest, TheNextRunKnowsWhatThisOneSaved) {
 TEST_F(VerdictStoreTest, RemovingAnIdWithoutAnEntryStillRewritesTheFile) {
     VerdictStore store(path());
     store.save(userVerdict, findingOf(1));
-    tree_.add("Ulvak", {textFile("gone", "")});
-    ASSERT_EQ(::rename(tree_.path("Ulvak/gone").c_str(), path().c_str()), 0);
+    tree.add("Ulvak", {textFile("gone", "")});
+    ASSERT_EQ(::rename(tree.path("Ulvak/gone").c_str(), path().c_str()), 0);
     store.remove("/absent");
     EXPECT_EQ(VerdictStore(path()).entries(), store.entries());
     EXPECT_THAT(store.entries(), SizeIs(1));
 }
 
 TEST_F(VerdictStoreTest, KeepsEntriesForPathsThatNoLongerExist) {
-    VerdictStore(path()).save(userVerdict, findingOf(1, guess, tree_.path("never-there")));
+    VerdictStore(path()).save(userVerdict, findingOf(1, guess, tree.path("never-there")));
     VerdictStore(path()).save(userVerdict, findingOf(1, guess, "/another"));
-    EXPECT_TRUE(VerdictStore(path()).entries().contains(tree_.path("never-there")));
+    EXPECT_TRUE(VerdictStore(path()).entries().contains(tree.path("never-there")));
 }
 
 TEST_F(VerdictStoreTest, AMalformedFileIsAnEmptyStoreAndTheNextSaveAFreshFile) {
     for (const std::string text : {"", "{", "[]", "null", "garbage \xff", R"({"/b":{"size":1}})"}) {
-        tree_.add({folder("Ulvak" + std::to_string(text.size()), {textFile("verdicts.json", text)})});
-        const std::string file = tree_.path("Ulvak" + std::to_string(text.size()) + "/verdicts.json");
+        tree.add({folder("Ulvak" + std::to_string(text.size()), {textFile("verdicts.json", text)})});
+        const std::string file = tree.path("Ulvak" + std::to_string(text.size()) + "/verdicts.json");
         VerdictStore store(file);
         EXPECT_THAT(store.entries(), IsEmpty()) << text;
         EXPECT_EQ(contents(file), text) << "reading changes nothing";
@@ -166,11 +166,11 @@ TEST_F(VerdictStoreTest, AMalformedFileIsAnEmptyStoreAndTheNextSaveAFreshFile) {
 }
 
 TEST_F(VerdictStoreTest, WhatIsNoFileIsAnEmptyStoreAndNothingIsWaitedFor) {
-    tree_.add({folder("Ulvak", {test::fifo("verdicts.json")}), folder("b", {folder("verdicts.json")}),
+    tree.add({folder("Ulvak", {test::fifo("verdicts.json")}), folder("b", {folder("verdicts.json")}),
                folder("c", {test::link("verdicts.json", "/dev/zero")}),
                folder("d", {test::sparseFile("verdicts.json", 300'000'000)})});
     for (const char* name : {"Ulvak", "b", "c", "d"})
-        EXPECT_THAT(VerdictStore(tree_.path(std::string(name) + "/verdicts.json")).entries(), IsEmpty())
+        EXPECT_THAT(VerdictStore(tree.path(std::string(name) + "/verdicts.json")).entries(), IsEmpty())
             << name;
 }
 
@@ -235,7 +235,7 @@ TEST_F(VerdictStoreTest, AFindingWithoutAnEntryStaysAsItWas) {
     EXPECT_EQ(afterwards(userVerdict, 100, findingOf(100, guess, "/a/")), guess)
         << "ids are compared by bytes";
     Finding finding = findingOf(100);
-    VerdictStore(tree_.path("none/verdicts.json")).apply(finding);
+    VerdictStore(tree.path("none/verdicts.json")).apply(finding);
     EXPECT_EQ(currentVerdict(finding), guess);
 }
 
@@ -291,15 +291,15 @@ TEST_F(VerdictStoreTest, TheFileIsForThisUserAloneAndNothingElseIsLeftBesideIt) 
     VerdictStore store(path());
     store.save(userVerdict, findingOf(1));
     EXPECT_EQ(modeOf(path()), 0600U);
-    EXPECT_THAT(platform::listNames(tree_.path("Ulvak")), ElementsAre("verdicts.json"));
+    EXPECT_THAT(platform::listNames(tree.path("Ulvak")), ElementsAre("verdicts.json"));
 }
 
 TEST_F(VerdictStoreTest, WritesThroughALinkToWhereItLeads) {
-    tree_.add({folder("sync", {textFile("mine.json", "{}")}), folder("Ulvak")});
-    tree_.add("Ulvak", {test::link("verdicts.json", "../sync/mine.json")});
+    tree.add({folder("sync", {textFile("mine.json", "{}")}), folder("Ulvak")});
+    tree.add("Ulvak", {test::link("verdicts.json", "../sync/mine.json")});
     VerdictStore store(path());
     store.save(userVerdict, findingOf(1));
-    EXPECT_EQ(VerdictStore(tree_.path("sync/mine.json")).entries(), store.entries());
+    EXPECT_EQ(VerdictStore(tree.path("sync/mine.json")).entries(), store.entries());
     EXPECT_EQ(VerdictStore(path()).entries(), store.entries());
 }
 

@@ -241,9 +241,10 @@ std::expected<std::string, std::error_code> readFile(const std::string& path, st
         return std::unexpected(lastError());
     if (!S_ISREG(info.st_mode))
         return std::unexpected(std::make_error_code(std::errc::not_supported));
+    if (static_cast<std::uintmax_t>(info.st_size) > most)
+        return std::unexpected(std::make_error_code(std::errc::file_too_large));
     std::string bytes;
-    if (static_cast<std::uintmax_t>(info.st_size) <= most)
-        bytes.reserve(static_cast<std::size_t>(info.st_size));
+    bytes.reserve(static_cast<std::size_t>(info.st_size));
     std::array<char, std::size_t{64} * 1024> buffer;
     for (;;) {
         const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
@@ -252,7 +253,7 @@ std::expected<std::string, std::error_code> readFile(const std::string& path, st
         if (count < 0 && errno != EINTR)
             return std::unexpected(lastError());
         const auto length = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-        if (length > most - bytes.size())
+        if (length > most - bytes.size())  // it has grown meanwhile
             return std::unexpected(std::make_error_code(std::errc::file_too_large));
         bytes.append(buffer.data(), length);
     }
