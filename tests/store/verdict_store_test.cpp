@@ -167,8 +167,8 @@ TEST_F(VerdictStoreTest, AMalformedFileIsAnEmptyStoreAndTheNextSaveAFreshFile) {
 
 TEST_F(VerdictStoreTest, WhatIsNoFileIsAnEmptyStoreAndNothingIsWaitedFor) {
     tree.add({folder("Ulvak", {test::fifo("verdicts.json")}), folder("b", {folder("verdicts.json")}),
-               folder("c", {test::link("verdicts.json", "/dev/zero")}),
-               folder("d", {test::sparseFile("verdicts.json", 300'000'000)})});
+              folder("c", {test::link("verdicts.json", "/dev/zero")}),
+              folder("d", {test::sparseFile("verdicts.json", 300'000'000)})});
     for (const char* name : {"Ulvak", "b", "c", "d"})
         EXPECT_THAT(VerdictStore(tree.path(std::string(name) + "/verdicts.json")).entries(), IsEmpty())
             << name;
