@@ -236,9 +236,9 @@ TEST(VerdictFile, TheLastOfMembersWithOneNameCounts) {
     const std::string one =
         file(R"(1,"verdict":)" + verdictWith(R"("level":"keep")"), R"("x","size":[],"size":7)");
     const auto entries =
-        decoded(one.substr(0, one.size() - 1) + "," + file(goodVerdict, "8").substr(1, 0) +
-                R"("/b":{"verdict":)" + std::string(goodVerdict) + R"(,"size":1,"date":1},)" +
-                R"("/b":{"verdict":)" + std::string(goodVerdict) + R"(,"size":2,"date":2}})");
+        decoded(one.substr(0, one.size() - 1) + "," + R"("/b":{"verdict":)" + std::string(goodVerdict) +
+                R"(,"size":1,"date":1},)" + R"("/b":{"verdict":)" + std::string(goodVerdict) +
+                R"(,"size":2,"date":2}})");
     ASSERT_THAT(entries, UnorderedElementsAre(Key("/a"), Key("/b")));
     EXPECT_EQ(entries.at("/a").verdict.level, SafetyLevel::keep);
     EXPECT_EQ(entries.at("/a").size, 7);
