@@ -20,9 +20,26 @@ namespace {
 constexpr std::string_view socketPrefix = "unix:";
 constexpr std::string_view versionPath = "/v1";
 
+/// `text` without what may be a user's name and password: all between the scheme and the last "@". It need
+/// not be an address, so that its parts cannot be told apart any better.
+std::string withoutCredentials(std::string_view text) {
+    const std::size_t at = text.rfind('@');
+    if (at == std::string_view::npos)
+        return std::string(text);
+    const std::size_t mark = text.find("://");
+    const bool hasScheme = mark < at && std::ranges::all_of(
+                                            text.substr(0, mark),
+                                            [](char c) {
+                                                return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                                                       (c >= '0' && c <= '9') || c == '+';
+                                            });
+    return std::string(text.substr(0, hasScheme ? mark + 3 : 0)).append("…").append(text.substr(at));
+}
+
 std::unexpected<RefusedAddress> refused(std::string_view text, std::string_view why) {
     constexpr std::size_t longest = 200;  // bytes of the user's own text
-    std::string shown(text.substr(0, longest));
+    // Cut last: a cut could part a password from the "@" that tells it.
+    const std::string shown = withoutCredentials(text).substr(0, longest);
     return std::unexpected(RefusedAddress{"ULVAK_MODEL_URL kabul edilmedi (" + shown +
                                           "): " + std::string(why) +
                                           ". Yalnızca bu bilgisayardaki bir sunucu olabilir: "

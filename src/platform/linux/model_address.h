@@ -24,7 +24,7 @@ struct ModelAddress {
     friend bool operator==(const ModelAddress&, const ModelAddress&) = default;
 };
 
-/// Why an address is not accepted, in Turkish.
+/// Why an address is not accepted, in Turkish. Repeats it without a user name and password.
 struct RefusedAddress {
     std::string text;
 };
