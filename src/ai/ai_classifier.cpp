@@ -94,7 +94,8 @@ Result classifyFacts(std::string_view facts, const platform::LanguageModel& mode
     const auto [kind, family] = std::pair(turkish.error().kind, turkish.error().family);
     if (kind == ModelError::Kind::guardrailViolation || kind == ModelError::Kind::refusal)
         return std::unexpected(Error{Failure::guardrail});
-    if (kind != ModelError::Kind::unsupportedLanguage || family != ModelError::Family::model)
+    if (kind != ModelError::Kind::unsupportedLanguage || family != ModelError::Family::model ||
+        stop.stop_requested())
         return std::unexpected(Error{std::move(turkish.error())});
 
     // Whatever goes wrong from here on is the platform's error, a refusal included: the model does not work
@@ -108,7 +109,7 @@ Result classifyFacts(std::string_view facts, const platform::LanguageModel& mode
 Result classify(std::string_view full, std::string_view minimal, const platform::LanguageModel& model,
                 std::stop_token stop) {
     Result result = classifyFacts(full, model, stop);
-    if (result || !result.error().isGuardrail())
+    if (result || !result.error().isGuardrail() || stop.stop_requested())
         return result;
     return classifyFacts(minimal, model, std::move(stop));
 }

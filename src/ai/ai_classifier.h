@@ -12,7 +12,7 @@
 
 /// Asks the language model of this machine what a folder is and how safe it is to delete. Stateless.
 /// Threads: any, several at once; blocks the caller for as long as the model thinks. A stop ends a request
-/// at once, with an error.
+/// at once, with an error, and nothing is asked again after one.
 namespace ulvak::AIClassifier {
 
 /// The classifier's own error.

@@ -161,6 +161,15 @@ TEST(AIClassifier, UnsupportedLanguageOfTheMinimalTextIsAskedAgainInEnglish) {
     EXPECT_EQ(model.asked()[2], AIClassifier::request("minimal facts", Language::english));
 }
 
+TEST(AIClassifier, NothingIsAskedAgainAfterAStop) {
+    for (const Kind kind : {Kind::refusal, Kind::guardrailViolation, Kind::unsupportedLanguage}) {
+        std::stop_source stop;
+        const FakeModel model({error(kind), answer()}, [&] { stop.request_stop(); });
+        EXPECT_FALSE(AIClassifier::classify("full facts", "minimal facts", model, stop.get_token()));
+        EXPECT_EQ(model.asked().size(), 1U);
+    }
+}
+
 TEST(AIClassifier, AnyOtherErrorIsPassedOnUnchangedAndNotAskedAgain) {
     const FakeModel model({error(Kind::other, Family::session, "bozuk")});
     EXPECT_EQ(platformError(classify(model)), (ModelError{.family = Family::session, .text = "bozuk"}));

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <expected>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,7 +17,9 @@ class FakeModel : public platform::LanguageModel {
 public:
     using Answer = std::expected<std::string, platform::ModelError>;
 
-    explicit FakeModel(std::vector<Answer> answers) : answers_(std::move(answers)) {}
+    /// `onAsked` is called while each answer is awaited.
+    explicit FakeModel(std::vector<Answer> answers, std::function<void()> onAsked = {})
+        : answers_(std::move(answers)), onAsked_(std::move(onAsked)) {}
     explicit FakeModel(platform::ModelAbsence absence) : absence_(std::move(absence)) {}
 
     [[nodiscard]] std::optional<platform::ModelAbsence> absence(std::stop_token = {}) const override {
@@ -25,6 +28,8 @@ public:
 
     [[nodiscard]] Answer respond(const platform::ModelRequest& request, std::stop_token = {}) const override {
         asked_.push_back(request);
+        if (onAsked_)
+            onAsked_();
         if (asked_.size() > answers_.size())
             return std::unexpected(platform::ModelError{.text = "asked too often"});
         return answers_[asked_.size() - 1];
@@ -34,6 +39,7 @@ public:
 
 private:
     std::vector<Answer> answers_;
+    std::function<void()> onAsked_;
     std::optional<platform::ModelAbsence> absence_;
     mutable std::vector<platform::ModelRequest> asked_;
 };
