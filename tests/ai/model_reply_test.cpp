@@ -37,17 +37,41 @@ TEST(ModelReply, WhateverElseAnswersIsNoList) {
 TEST(ModelReply, LoadingIsToldByTheStatusOrTheMessage) {
     const char* llama = R"({"error":{"code":503,"message":"Loading model","type":"unavailable_error"}})";
     EXPECT_EQ(readModelList(503, llama).state, State::loading);
-    EXPECT_EQ(readModelList(503, "<html>").state, State::loading);
-    EXPECT_EQ(readModelList(500, R"({"error":"loading model, please wait"})").state, State::loading);
+    EXPECT_EQ(readModelList(500, R"({"error":"Loading model, please wait"})").state, State::loading);
+    EXPECT_TRUE(isLoading(503, R"({"error":"later"})"));
+    EXPECT_TRUE(isLoading(500, R"({"error":{"type":"Unavailable_Error","message":"wait"}})"));
     EXPECT_FALSE(isLoading(200, R"({"status":"ok"})"));
     EXPECT_FALSE(isLoading(500, R"({"error":"no such model"})"));
+    EXPECT_FALSE(isLoading(500, R"({"error":"error loading model x"})"));
+    EXPECT_FALSE(isLoading(500, R"({"error":{"type":"unavailable","message":"failed loading model"}})"));
+}
+
+TEST(ModelReply, UnavailableWithoutAnErrorInJsonIsNotLoading) {
+    for (const char* body : {"", "<html>", "Service Unavailable", "{}", "[]", "503", R"({"error":null})",
+                             R"([{"error":"loading model"}])", R"({"status":"loading model"})"}) {
+        EXPECT_FALSE(isLoading(503, body)) << body;
+        EXPECT_EQ(readModelList(503, body).state, State::notAList) << body;
+    }
 }
 
 TEST(ModelReply, CloudModelsAreKnownByTheirNames) {
-    for (const char* name : {"gpt-oss:120b-cloud", "glm-4.6:cloud", "X-CLOUD"})
+    for (const char* name : {"gpt-oss:120b-cloud", "glm-4.6:cloud", "X-CLOUD", "x:Cloud", "x:cloud \t",
+                             "x:cloud@sha256:0123", "x-cloud @a@b"})
         EXPECT_TRUE(isCloudModel(name)) << name;
-    for (const char* name : {"cloud", "cloudy:7b", "llama3.2:3b", "a-cloud:7b"})
+    for (const char* name : {"cloud", "cloudy:7b", "llama3.2:3b", "a-cloud:7b", "a@b:cloud", "@", "", " "})
         EXPECT_FALSE(isCloudModel(name)) << name;
+}
+
+TEST(ModelReply, ModelsThatRunElsewhereAreShownWithTheirPlace) {
+    for (const char* body : {R"({"remote_host":"https://example.com:443"})", R"({"remote_model":"m:120b"})",
+                             R"({"license":"","remote_model":"m","remote_host":""})"})
+        EXPECT_TRUE(isShownElsewhere(200, body)) << body;
+    for (const char* body :
+         {R"({"modelfile":"FROM x"})", R"({"remote_host":"","remote_model":null})", R"({"remote_host":true})",
+          R"({"details":{"remote_host":"x"}})", R"(["remote_host"])", "not found", ""})
+        EXPECT_FALSE(isShownElsewhere(200, body)) << body;
+    EXPECT_FALSE(isShownElsewhere(404, R"({"remote_host":"x"})"));
+    EXPECT_EQ(Json::parse(showBody("a\"\n\xff")), Json({{"model", "a\"\n\uFFFD"}}));
 }
 
 TEST(ModelReply, RequestBeginsWithInstructionsAndPromptUnchanged) {
@@ -90,6 +114,29 @@ TEST(ModelReply, ClippedTextIsWholeCharactersOnOneLine) {
     EXPECT_EQ(clipped("", 4), "");
     EXPECT_EQ(clipped(std::string(1'000'000, ' '), 4), "");
     EXPECT_EQ(clipped("\x80\x80\x80\x80\x80\x80", 4), "…");
+}
+
+/// As many keys as fit into a reply of the longest kind, each once.
+std::string keys(const std::string& value) {
+    std::string all;
+    for (int i = 0; i < 60'000 && all.size() < 500'000; ++i)
+        all += (i == 0 ? "\"" : ",\"") + std::to_string(i) + "\":" + value;
+    return all;
+}
+
+TEST(ModelReply, RepliesWithManyKeysAreReadToTheirEnd) {
+    // Kept in the order of a list, and looked up one by one, they would take minutes.
+    const std::string many = keys("0");
+    const std::string message = R"({"content":"x",)" + many + "}";
+    EXPECT_EQ(readAnswer(200, R"({"choices":[{"message":)" + message + "}]}", "s").value_or("error"), "x");
+    EXPECT_EQ(
+        readAnswer(200, "{" + many + R"(,"choices":[{"message":{"content":"x"}}]})", "s").value_or("error"),
+        "x");
+    EXPECT_EQ(readAnswer(500, "{" + many + R"(,"error":"words"})", "s").error().text,
+              "Model sunucusu (s) isteği geri çevirdi (HTTP 500): words");
+    EXPECT_EQ(readModelList(200, "{" + many + R"(,"data":[{"id":"a"}]})").names,
+              std::vector<std::string>{"a"});
+    EXPECT_TRUE(isShownElsewhere(200, "{" + many + R"(,"remote_host":"x"})"));
 }
 
 TEST(ModelReply, DeeplyNestedRepliesDoNotExhaustTheStack) {

@@ -123,8 +123,10 @@ ModelError::Kind kindOf(const ServiceError& error) {
     return isLanguage ? ModelError::Kind::unsupportedLanguage : ModelError::Kind::other;
 }
 
+/// "error loading model" is the opposite of it: that one will not be there later either.
 bool speaksOfLoading(const ServiceError& error) {
-    return lowerAscii(error.message).contains("loading model");
+    return lowerAscii(error.message).starts_with("loading model") ||
+           lowerAscii(error.type) == "unavailable_error";
 }
 
 ModelError other(std::string text) {
@@ -134,7 +136,9 @@ ModelError other(std::string text) {
 ModelError failure(long status, const ServiceError& error, std::string_view server) {
     const std::string place = "Model sunucusu (" + std::string(server) + ")";
     const std::string words = clipped(error.message, longestServiceText);
-    if (status == serviceUnavailable || speaksOfLoading(error))
+    const ModelError::Kind kind = kindOf(error);
+    const bool saysNothing = status == serviceUnavailable && words.empty();
+    if (kind == ModelError::Kind::other && (saysNothing || speaksOfLoading(error)))
         return other(place + " modeli henüz yüklüyor. Biraz sonra tekrar dene." +
                      (words.empty() ? "" : " " + words));
     if (status >= 300 && status < 400)
@@ -142,7 +146,7 @@ ModelError failure(long status, const ServiceError& error, std::string_view serv
                      " isteği başka bir adrese yönlendirdi; yönlendirmeler izlenmez. Sunucunun kendi "
                      "adresini ULVAK_MODEL_URL ile ver.");
     const std::string said = words.empty() ? "Sunucunun kendi çıktısına bak." : words;
-    return {.kind = kindOf(error),
+    return {.kind = kind,
             .text = place + " isteği geri çevirdi (HTTP " + std::to_string(status) + "): " + said};
 }
 
@@ -199,17 +203,28 @@ ModelList readModelList(long status, std::string_view body) {
 }
 
 bool isCloudModel(std::string_view name) {
-    const std::string lower = lowerAscii(name);
+    std::string lower = lowerAscii(name.substr(0, name.find('@')));
+    lower.resize(lower.find_last_not_of(" \t\n\v\f\r") + 1);
     return lower.ends_with("-cloud") || lower.ends_with(":cloud");
 }
 
+std::string showBody(std::string_view model) {
+    const Json body = {{"model", model}};
+    return body.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+bool isShownElsewhere(long status, std::string_view body) {
+    if (status != 200)
+        return false;
+    const Json json = parsed(body);
+    return !text(json, "remote_host").empty() || !text(json, "remote_model").empty();
+}
+
 bool isLoading(long status, std::string_view body) {
-    if (status == serviceUnavailable)
-        return true;
     if (status >= 200 && status < 300)
         return false;
     const auto error = serviceError(parsed(body));
-    return error && speaksOfLoading(*error);
+    return error && (status == serviceUnavailable || speaksOfLoading(*error));
 }
 
 std::expected<std::string, ModelError> readAnswer(long status, std::string_view body,

@@ -25,10 +25,18 @@ struct ModelList {
 /// The reply to GET /v1/models.
 [[nodiscard]] ModelList readModelList(long status, std::string_view body);
 
-/// Whether a model of this name runs elsewhere: servers on this machine pass on requests for those.
+/// Whether a model of this name runs elsewhere: servers on this machine pass on requests for those. What
+/// follows an "@", a digest mostly, does not belong to the name.
 [[nodiscard]] bool isCloudModel(std::string_view name);
 
-/// Whether a reply says that a model is being loaded: by its status, 503, or by an error that speaks of it.
+/// The body of POST /api/show.
+[[nodiscard]] std::string showBody(std::string_view model);
+
+/// Whether the reply to it says that the model runs elsewhere: a name can be anything, a copied model's too.
+[[nodiscard]] bool isShownElsewhere(long status, std::string_view body);
+
+/// Whether a reply says that a model is being loaded: by an error that speaks of it, or any with status 503.
+/// Without an error in JSON a 503 is that of something else, a proxy's for instance.
 [[nodiscard]] bool isLoading(long status, std::string_view body);
 
 /// The reply to POST /v1/chat/completions: the text that the model wrote, or what went wrong, told apart by
