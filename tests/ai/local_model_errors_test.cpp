@@ -7,6 +7,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/scripted_server.h"
+#include "platform/linux/http_exchange.h"
 #include "platform/linux/local_model.h"
 #include "platform/linux/model_reply.h"
 
@@ -56,6 +57,14 @@ const std::vector<Row> rows = {
     {"loading",                   503, errorBody(R"("message":"Loading model","code":503)"),           Kind::other,               "henüz yüklüyor"},
     {"loading without body",      503, "",                                                             Kind::other,               "henüz yüklüyor"},
     {"loading by its message",    500, R"({"error":"loading model"})",                                 Kind::other,               "henüz yüklüyor"},
+    {"loading by its type",       500, errorBody(R"("type":"unavailable_error","message":"wait")"),    Kind::other,               "henüz yüklüyor. Biraz sonra tekrar dene. wait"},
+    {"loading has failed",        500, errorBody(R"("message":"error loading model x")"),              Kind::other,               "(HTTP 500): error loading model x"},
+    {"loading has failed, 503",   503, errorBody(R"("message":"error loading model x")"),              Kind::other,               "(HTTP 503): error loading model x"},
+    {"too busy",                  503, errorBody(R"("message":"server busy, queue is full")"),         Kind::other,               "(HTTP 503): server busy"},
+    {"a proxy's page",            503, "<html>Backend down</html>",                                    Kind::other,               "henüz yüklüyor"},
+    {"filter, unavailable",       503, errorBody(R"("code":"content_filter","message":"f")"),          Kind::guardrailViolation,  "(HTTP 503): f"},
+    {"language, unavailable",     503, errorBody(R"("code":"unsupported_language")"),                  Kind::unsupportedLanguage, "HTTP 503"},
+    {"filter that seems to load", 500, errorBody(R"("code":"content_filter","message":"loading model")"), Kind::guardrailViolation, "HTTP 500"},
     {"no such model",             404, errorBody(R"("message":"model \"x\" not found, try pulling it")"), Kind::other,            "model \"x\" not found, try pulling it"},
     {"error as text",             500, R"({"error":"out of memory"})",                                 Kind::other,               "(HTTP 500): out of memory"},
     {"error as message",          500, R"({"message":"out of memory"})",                               Kind::other,               "out of memory"},
@@ -231,6 +240,53 @@ TEST(LocalModelErrors, ServerThatIsGoneSaysSo) {
     const auto answer = LocalModel({.url = url}).respond({});
     ASSERT_FALSE(answer);
     EXPECT_TRUE(answer.error().text.contains("(" + url + ") çalışmıyor")) << answer.error().text;
+}
+
+TEST(LocalModelErrors, ServerThatTakesNoConnectionsCannotBeReached) {
+    const FullListener full;
+    const auto error =
+        exchange(loopbackAddress(full.port()), {.path = "/x", .connectDeadline = 50ms, .deadline = 180s});
+    ASSERT_FALSE(error);
+    EXPECT_EQ(error.error().kind, HttpError::Kind::unconnected);
+    const auto deadline =
+        exchange(loopbackAddress(full.port()), {.path = "/x", .connectDeadline = 180s, .deadline = 50ms});
+    ASSERT_FALSE(deadline);
+    EXPECT_EQ(deadline.error().kind, HttpError::Kind::unconnected);
+
+    const std::string url = "http://127.0.0.1:" + std::to_string(full.port());
+    const auto answer = LocalModel({.url = url, .namedDeadline = 50ms}).respond({});
+    ASSERT_FALSE(answer);
+    EXPECT_TRUE(answer.error().text.contains("(" + url + ") ulaşılamıyor")) << answer.error().text;
+    EXPECT_FALSE(answer.error().text.contains("saniye")) << answer.error().text;
+}
+
+TEST(LocalModelErrors, ServerThatTakesConnectionsAndSaysNothingIsLate) {
+    const SilentListener silent;
+    const auto late =
+        exchange(loopbackAddress(silent.port()), {.path = "/x", .connectDeadline = 30s, .deadline = 50ms});
+    ASSERT_FALSE(late);
+    EXPECT_EQ(late.error().kind, HttpError::Kind::late);
+    // There is no connection yet while the other side has not agreed on one.
+    auto secure = modelAddress("https://127.0.0.1:" + std::to_string(silent.port()));
+    ASSERT_TRUE(secure);
+    const auto unconnected = exchange(*secure, {.path = "/x", .connectDeadline = 50ms, .deadline = 30s});
+    ASSERT_FALSE(unconnected);
+    EXPECT_EQ(unconnected.error().kind, HttpError::Kind::unconnected);
+}
+
+TEST(LocalModelErrors, NothingIsSentWithoutTimeOrAfterAStop) {
+    const SilentListener silent;
+    const auto noTime =
+        exchange(loopbackAddress(silent.port()), {.path = "/x", .connectDeadline = 0ms, .deadline = 0ms});
+    ASSERT_FALSE(noTime);
+    EXPECT_EQ(noTime.error().kind, HttpError::Kind::unconnected);
+    std::stop_source stop;
+    stop.request_stop();
+    const auto stopped =
+        exchange(loopbackAddress(silent.port()), {.path = "/x", .json = "facts"}, stop.get_token());
+    ASSERT_FALSE(stopped);
+    EXPECT_EQ(stopped.error().kind, HttpError::Kind::stopped);
+    EXPECT_FALSE(silent.wasContacted());
 }
 
 TEST(LocalModelErrors, WordsOfTheServerAreBoundedAndFitForATerminal) {

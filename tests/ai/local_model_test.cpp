@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <nlohmann/json.hpp>
@@ -88,6 +89,21 @@ TEST(LocalModel, ServerThatIsLoadingItsModelIsNotReady) {
               "Apple Intelligence modeli henüz hazır değil (indiriliyor olabilir). Biraz sonra tekrar dene.");
 }
 
+TEST(LocalModel, UnavailableServerThatSaysNothingOfLoadingIsAnyOtherReason) {
+    for (const char* body : {"<html>", "", "{}"}) {
+        for (const char* stage : {"/v1/models", "/health"}) {
+            const ScriptedServer server([&](const Connection& client, const Request& request) {
+                if (request.path == stage)
+                    client.send(reply(503, body));
+                else
+                    modelServer(200, chatReply("x"))(client, request);
+            });
+            EXPECT_EQ(reasonOf(named(server)), Reason::other) << stage << body;
+            EXPECT_TRUE(named(server).absence()->detail.contains("HTTP 503")) << stage << body;
+        }
+    }
+}
+
 TEST(LocalModel, SwitchedOffIsNotEnabledAndAsksNobody) {
     const ScriptedServer server(listing({"a"}));
     const LocalModel model({.url = server.url(), .isOff = true, .ports = {server.port()}});
@@ -133,8 +149,9 @@ TEST(LocalModel, ServerThatNeverAnswersIsGivenUp) {
 TEST(LocalModel, FirstPortWithAModelIsAsked) {
     const ScriptedServer notOne(
         [](const Connection& client, const Request&) { client.send(reply(404, "no")); });
-    const ScriptedServer loading(
-        [](const Connection& client, const Request&) { client.send(reply(503, "{}")); });
+    const ScriptedServer loading([](const Connection& client, const Request&) {
+        client.send(reply(503, R"({"error":"Loading model"})"));
+    });
     const ScriptedServer first(modelServer(200, chatReply("one")));
     const ScriptedServer second(modelServer(200, chatReply("two")));
     const LocalModel model(
@@ -198,7 +215,8 @@ TEST(LocalModel, V1InTheAddressIsNotDoubled) {
     for (const char* end : {"", "/", "/v1", "/v1/"})
         EXPECT_TRUE(LocalModel({.url = server.url() + end}).respond(anyRequest)) << end;
     for (const std::string& path : pathsOf(server))
-        EXPECT_TRUE(path == "GET /v1/models" || path == "GET /health" || path == "POST /v1/chat/completions")
+        EXPECT_TRUE(path == "GET /v1/models" || path == "GET /health" || path == "POST /api/show" ||
+                    path == "POST /v1/chat/completions")
             << path;
 }
 
@@ -216,6 +234,115 @@ TEST(LocalModel, ServerThatIsStartedLaterIsFound) {
     const ScriptedServer server(listing({"a"}));
     const LocalModel model({.ports = {nobody, server.port()}});
     EXPECT_FALSE(model.absence());
+}
+
+// Where models run
+
+/// A server that lists models and knows which of them run elsewhere; whatever it is asked, it answers.
+ScriptedServer::Script showing(std::vector<std::string> names, std::vector<std::string> elsewhere) {
+    return [names = std::move(names), elsewhere = std::move(elsewhere)](const Connection& client,
+                                                                        const Request& request) {
+        if (request.path == "/v1/models") {
+            client.send(reply(200, modelList(names)));
+        } else if (request.path == "/api/show") {
+            const std::string model = Json::parse(request.body)["model"];
+            const bool isElsewhere = std::ranges::find(elsewhere, model) != elsewhere.end();
+            client.send(reply(200, isElsewhere ? R"({"remote_model":"m","remote_host":"https://example.com"})"
+                                               : R"({"modelfile":"FROM x"})"));
+        } else {
+            client.send(request.path == "/health" ? reply(404, "") : reply(200, chatReply("x")));
+        }
+    };
+}
+
+int timesAsked(const ScriptedServer& server, std::string_view path) {
+    return static_cast<int>(std::ranges::count(server.requests(), path, &Request::path));
+}
+
+TEST(LocalModel, ModelOfAnOrdinaryNameThatRunsElsewhereIsNeverAsked) {
+    const ScriptedServer server(showing({"a", "copy"}, {"copy"}));
+    for (const LocalModel& model : {LocalModel({.url = server.url(), .model = "copy"}),
+                                    LocalModel({.model = "copy", .ports = {server.port()}})}) {
+        EXPECT_EQ(reasonOf(model), Reason::deviceNotEligible);
+        EXPECT_TRUE(model.absence()->detail.contains("bulut modeli")) << model.absence()->detail;
+        EXPECT_FALSE(model.respond(anyRequest));
+    }
+    EXPECT_EQ(timesAsked(server, "/v1/chat/completions"), 0);
+    EXPECT_FALSE(LocalModel({.url = server.url(), .model = "a"}).absence());
+}
+
+TEST(LocalModel, FirstListedModelThatRunsHereIsAsked) {
+    const ScriptedServer server(showing({"big", "x:cloud@1", "huge", "small", "tiny"}, {"big", "huge"}));
+    EXPECT_TRUE(named(server).respond(anyRequest));
+    EXPECT_EQ(Json::parse(server.requests().back().body)["model"], "small");
+    EXPECT_EQ(timesAsked(server, "/api/show"), 3);
+}
+
+TEST(LocalModel, WithoutAModelThatRunsHereTheNextPortIsTried) {
+    const std::vector<std::string> all = {"1", "2", "3", "4", "5", "6"};
+    const ScriptedServer elsewhere(showing(all, all));
+    const ScriptedServer here(showing({"a"}, {}));
+    EXPECT_EQ(reasonOf(named(elsewhere)), Reason::other);
+    EXPECT_EQ(timesAsked(elsewhere, "/api/show"), 4);
+    EXPECT_FALSE(named(elsewhere).respond(anyRequest));
+    EXPECT_TRUE(LocalModel({.ports = {elsewhere.port(), here.port()}}).respond(anyRequest));
+    EXPECT_EQ(timesAsked(elsewhere, "/v1/chat/completions"), 0);
+    EXPECT_EQ(timesAsked(here, "/v1/chat/completions"), 1);
+}
+
+TEST(LocalModel, ServerThatDoesNotKnowWhereModelsRunHasItsOwn) {
+    const std::vector<ScriptedServer::Script> shows = {
+        [](const Connection& client, const Request&) { client.send(reply(404, "no")); },
+        [](const Connection& client, const Request&) { client.send(reply(500, R"({"error":"x"})")); },
+        [](const Connection& client, const Request&) { client.send(reply(200, "<html>")); },
+        [](const Connection& client, const Request&) { client.send(reply(200, R"({"remote_host":""})")); },
+        [](const Connection& client, const Request&) {
+            client.send(reply(200, std::string(1'000'000, ' ')));
+        },
+        [](const Connection&, const Request&) {},
+        [](const Connection& client, const Request&) { client.waitForItsEnd(); },
+    };
+    for (std::size_t i = 0; i < shows.size(); ++i) {
+        const ScriptedServer server([&](const Connection& client, const Request& request) {
+            if (request.path == "/api/show")
+                shows[i](client, request);
+            else
+                modelServer(200, chatReply("x"))(client, request);
+        });
+        const LocalModel model({.url = server.url(), .showDeadline = 100ms});
+        EXPECT_EQ(model.respond(anyRequest).value_or("error"), "x") << i;
+    }
+}
+
+TEST(LocalModel, ServerThatPassesRequestsOnHasToAnswerForEachModel) {
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (request.path == "/api/show" && request.body.contains("second"))
+            client.waitForItsEnd();
+        else
+            showing({"first", "second"}, {"first"})(client, request);
+    });
+    const LocalModel model({.url = server.url(), .showDeadline = 300ms});
+    EXPECT_EQ(reasonOf(model), Reason::other);
+    EXPECT_EQ(timesAsked(server, "/api/show"), 2);
+}
+
+TEST(LocalModel, QuestionsToOneServerShareOneTime) {
+    std::chrono::steady_clock::duration waited{};
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (request.path == "/v1/models") {
+            EXPECT_FALSE(client.isGoneWithin(600ms));
+            client.send(reply(200, modelList({"a"})));
+        } else if (request.path == "/health") {
+            const auto start = std::chrono::steady_clock::now();
+            client.waitForItsEnd();
+            waited = std::chrono::steady_clock::now() - start;
+        } else {
+            client.send(reply(404, ""));
+        }
+    });
+    EXPECT_FALSE(LocalModel({.ports = {server.port()}, .probeDeadline = 1s}).absence());
+    EXPECT_EQ(timesAsked(server, "/health"), 1);
+    EXPECT_LT(waited, 900ms);
 }
 
 // One request
@@ -298,6 +425,37 @@ TEST(LocalModel, StopEndsTheSearchForAServer) {
     const LocalModel model({.ports = {server.port(), server.port(), server.port()}, .probeDeadline = 10min});
     EXPECT_TRUE(model.absence(stop.get_token()));
     EXPECT_FALSE(model.respond(anyRequest, stop.get_token()));
+}
+
+TEST(LocalModel, StopAtAnyStageIsSaidAndNobodyElseIsAsked) {
+    for (const char* stage : {"/v1/models", "/health", "/api/show"}) {
+        std::stop_source stop;
+        const ScriptedServer server([&](const Connection& client, const Request& request) {
+            if (request.path == stage)
+                stop.request_stop();
+            modelServer(200, chatReply("x"))(client, request);
+        });
+        const SilentListener next;
+        const LocalModel model({.ports = {server.port(), next.port()}});
+        const auto absence = model.absence(stop.get_token());
+        ASSERT_TRUE(absence) << stage;
+        EXPECT_EQ(absence->reason, Reason::other) << stage;
+        EXPECT_EQ(absence->detail, "İstek durduruldu.") << stage;
+        EXPECT_EQ(server.requests().back().path, stage);
+        EXPECT_FALSE(next.wasContacted()) << stage;
+    }
+}
+
+TEST(LocalModel, NobodyIsAskedAfterAStop) {
+    const SilentListener nobody;
+    std::stop_source stop;
+    stop.request_stop();
+    for (const LocalModel& model :
+         {LocalModel({.url = nobody.url()}), LocalModel({.ports = {nobody.port()}})}) {
+        EXPECT_EQ(model.absence(stop.get_token())->detail, "İstek durduruldu.");
+        EXPECT_EQ(model.respond(anyRequest, stop.get_token()).error().text, "İstek durduruldu.");
+    }
+    EXPECT_FALSE(nobody.wasContacted());
 }
 
 // The environment

@@ -180,6 +180,27 @@ bool SilentListener::wasContacted() const {
     return handle >= 0;
 }
 
+FullListener::FullListener() {
+    listening_ = listeningAt("127.0.0.1", port_);
+    checked(::listen(listening_, 0), "listen");
+    sockaddr_in place{};
+    socklen_t length = sizeof place;
+    checked(::getsockname(listening_, reinterpret_cast<sockaddr*>(&place), &length), "getsockname");
+    constexpr int more = 4;  // than the queue holds
+    for (int i = 0; i < more; ++i) {
+        const int handle =
+            checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket");
+        (void)::connect(handle, reinterpret_cast<const sockaddr*>(&place), length);
+        waiting_.push_back(handle);
+    }
+}
+
+FullListener::~FullListener() {
+    for (const int handle : waiting_)
+        ::close(handle);
+    ::close(listening_);
+}
+
 std::string reply(int status, std::string_view body, std::string_view moreHeaders) {
     return "HTTP/1.1 " + std::to_string(status) +
            " x\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) + "\r\n" +
@@ -208,6 +229,8 @@ ScriptedServer::Script modelServer(ScriptedServer::Script chat) {
             client.send(reply(200, modelList({"test-model"})));
         else if (request.path == "/health")
             client.send(reply(200, R"({"status":"ok"})"));
+        else if (request.path == "/api/show")
+            client.send(reply(404, "not found"));
         else
             chat(client, request);
     };

@@ -90,6 +90,22 @@ private:
     std::string url_;
 };
 
+/// A place at which nobody answers the door: somebody listens, but takes no more connections.
+class FullListener {
+public:
+    FullListener();
+    ~FullListener();
+    FullListener(const FullListener&) = delete;
+    FullListener& operator=(const FullListener&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const { return port_; }
+
+private:
+    int listening_ = -1;
+    std::uint16_t port_ = 0;
+    std::vector<int> waiting_;
+};
+
 /// A whole reply with its headers.
 [[nodiscard]] std::string reply(int status, std::string_view body, std::string_view moreHeaders = "");
 

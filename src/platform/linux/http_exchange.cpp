@@ -113,16 +113,17 @@ public:
         isAdded_ = true;
         const std::stop_callback wake(stop, [this] { curl_.multiWakeup(multi_); });
         for (;;) {
+            // Before the first step too: it connects, and may already send.
+            if (stop.stop_requested())
+                return failed(HttpError::Kind::stopped, "stopped");
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
+            if (left.count() <= 0)
+                return failed(lateKind(), "deadline passed");
             int running = 0;
             if (curl_.multiPerform(multi_, &running) != CURLM_OK)
                 return failed(HttpError::Kind::other, "libcurl failed");
             if (running == 0)
                 return result();
-            if (stop.stop_requested())
-                return failed(HttpError::Kind::stopped, "stopped");
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
-            if (left.count() <= 0)
-                return failed(HttpError::Kind::late, "deadline passed");
             constexpr std::chrono::milliseconds longestWait{60'000};
             const int wait = static_cast<int>(std::min(left, longestWait).count());
             if (curl_.multiPoll(multi_, nullptr, 0, wait, nullptr) != CURLM_OK)
@@ -143,6 +144,7 @@ private:
     void set(CURLoption option, const std::string& value) { set(option, value.c_str()); }
 
     void setAddress(const ModelAddress& address, const std::string& path) {
+        isSecure_ = address.origin.starts_with("https:");
         set(CURLOPT_URL, address.origin + address.root + path);
         set(CURLOPT_PROTOCOLS_STR, "http,https");
         set(CURLOPT_FOLLOWLOCATION, 0L);
@@ -163,8 +165,12 @@ private:
 
     void setLimits(const HttpRequest& request) {
         set(CURLOPT_NOSIGNAL, 1L);
-        set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(request.connectDeadline.count()));
-        set(CURLOPT_TIMEOUT_MS, static_cast<long>(request.deadline.count()));
+        // To libcurl zero means no limit at all.
+        const auto limit = [](std::chrono::milliseconds time) {
+            return static_cast<long>(std::clamp<std::int64_t>(time.count(), 1, INT32_MAX));
+        };
+        set(CURLOPT_CONNECTTIMEOUT_MS, limit(request.connectDeadline));
+        set(CURLOPT_TIMEOUT_MS, limit(request.deadline));
         set(CURLOPT_WRITEFUNCTION, &takeBody);
         set(CURLOPT_WRITEDATA, &received_);
         set(CURLOPT_HEADERFUNCTION, &takeHeader);
@@ -199,6 +205,14 @@ private:
         return reply;
     }
 
+    /// Which of the two it is that took too long. With TLS a connection is one once both sides agree on it.
+    [[nodiscard]] HttpError::Kind lateKind() const {
+        curl_off_t connected = 0;
+        curl_.easyGetinfo(easy_, isSecure_ ? CURLINFO_APPCONNECT_TIME_T : CURLINFO_CONNECT_TIME_T,
+                          &connected);
+        return connected > 0 ? HttpError::Kind::late : HttpError::Kind::unconnected;
+    }
+
     [[nodiscard]] HttpError::Kind kindOf(CURLcode code) const {
         if (received_.isTooLong)
             return HttpError::Kind::tooLong;
@@ -206,7 +220,7 @@ private:
             case CURLE_COULDNT_CONNECT:
                 return HttpError::Kind::unreachable;
             case CURLE_OPERATION_TIMEDOUT:
-                return HttpError::Kind::late;
+                return lateKind();
             case CURLE_PARTIAL_FILE:
             case CURLE_GOT_NOTHING:
             case CURLE_SEND_ERROR:
@@ -225,6 +239,7 @@ private:
     CURLM* multi_ = nullptr;
     curl_slist* headers_ = nullptr;
     curl_slist* addresses_ = nullptr;
+    bool isSecure_ = false;
     bool isReady_ = false;
     bool isAdded_ = false;
 };

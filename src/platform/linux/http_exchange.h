@@ -17,7 +17,7 @@ struct HttpRequest {
     /// Sent with POST; without one the request is a GET.
     std::optional<std::string> json;
     std::chrono::milliseconds connectDeadline{1'000};
-    std::chrono::milliseconds deadline{5'000};  ///< for all of it
+    std::chrono::milliseconds deadline{5'000};  ///< for all of it; nothing is sent when it has passed
 };
 
 struct HttpReply {
@@ -28,7 +28,8 @@ struct HttpReply {
 struct HttpError {
     enum class Kind : std::uint8_t {
         unreachable,  ///< nobody listens there
-        late,         ///< no complete reply before the deadline
+        unconnected,  ///< somebody does, but no connection came about in time; nothing was sent
+        late,         ///< connected, but no complete reply before the deadline
         brokenOff,    ///< closed before the reply was complete
         tooLong,      ///< more than `longestReply` bytes
         stopped,      ///< at the caller's wish
@@ -44,7 +45,8 @@ inline constexpr std::size_t longestReply = 512U * 1024;
 /// One request to a server on this machine, on a connection of its own. Follows no redirection, uses no proxy
 /// whatever the environment says, speaks HTTP only, looks no name up, and refuses at the socket any
 /// connection that would leave the machine.
-/// Threads: any, several at once. Blocks, at most until the deadline; a stop ends it at once.
+/// Threads: any, several at once. Blocks, at most until the deadline; a stop ends it at once, and nothing is
+/// sent after one.
 [[nodiscard]] std::expected<HttpReply, HttpError> exchange(const ModelAddress& address,
                                                            const HttpRequest& request,
                                                            const std::stop_token& stop = {});

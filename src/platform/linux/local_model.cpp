@@ -1,6 +1,7 @@
 #include "platform/linux/local_model.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <expected>
 #include <string_view>
@@ -15,6 +16,25 @@ namespace ulvak::platform {
 namespace {
 
 using Reason = ModelAbsenceReason;
+using std::chrono::milliseconds;
+
+constexpr std::string_view stoppedText = "İstek durduruldu.";
+/// Models of one server that are asked about, one after the other, until one runs here.
+constexpr int mostShown = 4;
+
+/// Time that several requests share.
+class SharedTime {
+public:
+    explicit SharedTime(milliseconds whole) : end_(std::chrono::steady_clock::now() + whole) {}
+
+    [[nodiscard]] milliseconds left() const {
+        const auto left = std::chrono::ceil<milliseconds>(end_ - std::chrono::steady_clock::now());
+        return std::max(left, milliseconds::zero());
+    }
+
+private:
+    std::chrono::steady_clock::time_point end_;
+};
 
 /// A server and the model to ask there.
 struct Place {
@@ -28,12 +48,15 @@ ModelAbsence absent(Reason reason, std::string_view detail) {
 }
 
 /// What a request that brought no reply means to the user.
-std::string describe(const HttpError& error, const ModelAddress& address,
-                     std::chrono::milliseconds deadline) {
+std::string describe(const HttpError& error, const ModelAddress& address, milliseconds deadline) {
     const std::string place = "Model sunucusu (" + address.display() + ")";
     switch (error.kind) {
         case HttpError::Kind::unreachable:
             return place + " çalışmıyor. Sunucuyu başlat ya da adresini ULVAK_MODEL_URL ile ver.";
+        case HttpError::Kind::unconnected:
+            return "Model sunucusuna (" + address.display() +
+                   ") ulaşılamıyor: bağlantı kurulamadı. Sunucuyu yeniden başlat ya da adresini "
+                   "ULVAK_MODEL_URL ile ver.";
         case HttpError::Kind::late:
             return place + " " + std::to_string(std::chrono::ceil<std::chrono::seconds>(deadline).count()) +
                    " saniye içinde yanıt vermedi. Daha küçük bir model dene ya da sunucuyu yeniden başlat.";
@@ -42,7 +65,7 @@ std::string describe(const HttpError& error, const ModelAddress& address,
         case HttpError::Kind::tooLong:
             return place + " sınırsız uzunlukta bir yanıt gönderdi. Başka bir model dene.";
         case HttpError::Kind::stopped:
-            return "İstek durduruldu.";
+            return std::string(stoppedText);
         case HttpError::Kind::other:
             break;
     }
@@ -54,38 +77,20 @@ std::string cloudRefusal(std::string_view model) {
            "). ULVAK_MODEL ile bu bilgisayarda çalışan bir model seç.";
 }
 
-/// The first model that runs here, or why there is none.
-std::expected<std::string, ModelAbsence> chosenModel(const ModelList& list, const ModelAddress& address) {
-    for (const std::string& name : list.names) {
-        if (!isCloudModel(name))
-            return name;
-    }
-    if (!list.names.empty())
-        return std::unexpected(absent(Reason::other, cloudRefusal(list.names.front())));
-    return std::unexpected(absent(Reason::other, "Model sunucusunda (" + address.display() +
-                                                     ") hiç model yok. Önce bir model indir ve yükle."));
-}
-
 /// What a server that was asked turned out to be.
 struct Missing {
     ModelAbsence absence;
     bool isModelServer = false;  ///< and not something else, or nothing
 };
 
-/// Some servers list their model while it is still being loaded, and say here that it is not there yet.
-bool isStillLoading(const ModelAddress& address, std::chrono::milliseconds deadline,
-                    const std::stop_token& stop) {
-    const auto reply =
-        exchange(address, {.path = "/health", .connectDeadline = deadline, .deadline = deadline}, stop);
-    return reply && isLoading(reply->status, reply->body);
+std::unexpected<Missing> without(const ModelAddress& address, Reason reason, std::string_view saying) {
+    return std::unexpected(Missing{
+        .absence = absent(reason, "Model sunucusu (" + address.display() + ") " + std::string(saying)),
+        .isModelServer = true});
 }
 
-std::unexpected<Missing> loading(const ModelAddress& address) {
-    return std::unexpected(
-        Missing{.absence = absent(Reason::notReady, "Model sunucusu (" + address.display() +
-                                                        ") modelini henüz yüklüyor. Biraz sonra "
-                                                        "tekrar dene."),
-                .isModelServer = true});
+std::unexpected<Missing> refusedCloud(Reason reason, std::string_view model) {
+    return std::unexpected(Missing{.absence = absent(reason, cloudRefusal(model)), .isModelServer = true});
 }
 
 std::unexpected<Missing> notAModelServer(const ModelAddress& address, long status) {
@@ -95,21 +100,88 @@ std::unexpected<Missing> notAModelServer(const ModelAddress& address, long statu
                    ") modellerini listelemiyor. Model sunucusunun adresini ULVAK_MODEL_URL ile ver.")});
 }
 
+/// One request in what is left of a time.
+std::expected<HttpReply, HttpError> ask(const ModelAddress& address, std::string path,
+                                        std::optional<std::string> json, const SharedTime& time,
+                                        const std::stop_token& stop) {
+    const milliseconds left = time.left();
+    return exchange(
+        address,
+        {.path = std::move(path), .json = std::move(json), .connectDeadline = left, .deadline = left}, stop);
+}
+
+std::unexpected<Missing> loading(const ModelAddress& address) {
+    return without(address, Reason::notReady, "modelini henüz yüklüyor. Biraz sonra tekrar dene.");
+}
+
 /// Asks one server what it has, and whether it is ready. Where the user has named both server and model, the
 /// server need not list any.
 std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool mayListNothing,
-                                           std::chrono::milliseconds deadline, const std::stop_token& stop) {
-    const auto reply =
-        exchange(address, {.path = "/v1/models", .connectDeadline = deadline, .deadline = deadline}, stop);
+                                           milliseconds deadline, const std::stop_token& stop) {
+    const SharedTime time(deadline);
+    const auto reply = ask(address, "/v1/models", std::nullopt, time, stop);
     if (!reply)
         return std::unexpected(Missing{absent(Reason::other, describe(reply.error(), address, deadline))});
     ModelList list = readModelList(reply->status, reply->body);
     const bool knowsNoLists = reply->status == 404 || reply->status == 405;
     if (list.state == ModelList::State::notAList && !(mayListNothing && knowsNoLists))
         return notAModelServer(address, reply->status);
-    if (list.state == ModelList::State::loading || isStillLoading(address, deadline, stop))
+    if (list.state == ModelList::State::loading)
         return loading(address);
+    // Some list their model while it is still being loaded, and say here that it is not there yet.
+    const auto health = ask(address, "/health", std::nullopt, time, stop);
+    if (!health)
+        return list;
+    if (isLoading(health->status, health->body))
+        return loading(address);
+    constexpr long serviceUnavailable = 503;
+    if (health->status == serviceUnavailable)
+        return without(address, Reason::other,
+                       "şu an hizmet veremediğini söylüyor (HTTP 503). Sunucuyu yeniden başlat.");
     return list;
+}
+
+/// Where the models of one server run, as far as it says.
+class Whereabouts {
+public:
+    Whereabouts(const ModelAddress& address, milliseconds deadline, const std::stop_token& stop)
+        : address_(address), stop_(stop), time_(deadline) {}
+
+    /// A server that does not know the question has models of its own only. Once it has said that one runs
+    /// elsewhere it has to answer for the others too.
+    [[nodiscard]] bool isElsewhere(const std::string& model) {
+        const auto reply = ask(address_, "/api/show", showBody(model), time_, stop_);
+        const bool isElsewhere = reply ? isShownElsewhere(reply->status, reply->body) : passesOn_;
+        passesOn_ = passesOn_ || isElsewhere;
+        return isElsewhere;
+    }
+
+private:
+    const ModelAddress& address_;
+    const std::stop_token& stop_;
+    const SharedTime time_;
+    bool passesOn_ = false;
+};
+
+/// The first model that runs here, or why there is none.
+std::expected<std::string, Missing> chosenModel(const ModelList& list, const ModelAddress& address,
+                                                milliseconds deadline, const std::stop_token& stop) {
+    if (list.names.empty())
+        return std::unexpected(
+            Missing{.absence = absent(Reason::other, "Model sunucusunda (" + address.display() +
+                                                         ") hiç model yok. Önce bir model indir ve yükle."),
+                    .isModelServer = true});
+    Whereabouts whereabouts(address, deadline, stop);
+    int shown = 0;
+    for (const std::string& name : list.names) {
+        if (isCloudModel(name))
+            continue;
+        if (++shown > mostShown)
+            break;
+        if (!whereabouts.isElsewhere(name))
+            return name;
+    }
+    return refusedCloud(Reason::other, list.names.front());
 }
 
 std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalModelSettings& settings,
@@ -119,14 +191,20 @@ std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalMo
                                settings.url ? settings.namedDeadline : settings.probeDeadline, stop);
     if (!list)
         return std::unexpected(list.error());
-    if (named)
-        return Place{.address = address,
-                     .model = *named,
-                     .isListed = std::ranges::find(list->names, *named) != list->names.end()};
-    auto model = chosenModel(*list, address);
-    if (!model)
-        return std::unexpected(Missing{.absence = std::move(model.error()), .isModelServer = true});
-    return Place{.address = address, .model = std::move(*model), .isListed = true};
+    Place place{.address = address};
+    if (named) {
+        if (Whereabouts(address, settings.showDeadline, stop).isElsewhere(*named))
+            return refusedCloud(Reason::deviceNotEligible, *named);
+        place.model = *named;
+        place.isListed = std::ranges::find(list->names, *named) != list->names.end();
+    } else {
+        auto model = chosenModel(*list, address, settings.showDeadline, stop);
+        if (!model)
+            return std::unexpected(std::move(model.error()));
+        place.model = std::move(*model);
+        place.isListed = true;
+    }
+    return place;
 }
 
 /// The first server on the usual ports that has the model; else the first that has any.
@@ -136,6 +214,8 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
     std::optional<ModelAbsence> nearest;
     for (const std::uint16_t port : settings.ports) {
         auto place = placeAt(loopbackAddress(port), settings, stop);
+        if (stop.stop_requested())
+            return std::unexpected(absent(Reason::other, stoppedText));
         if (place && place->isListed)
             return std::move(*place);
         if (place && !second)
@@ -156,7 +236,8 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
                "LM Studio gibi bir sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver."));
 }
 
-/// The server and the model to ask. Nothing is sent to a server that turns out not to be one.
+/// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
+/// absence of its own, whatever was found until then.
 std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings,
                                              const std::stop_token& stop) {
     if (settings.isOff)
@@ -165,6 +246,8 @@ std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings,
     if (CurlLibrary::instance() == nullptr)
         return std::unexpected(
             absent(Reason::other, "libcurl bu sistemde kurulu değil (Debian'da libcurl4)."));
+    if (stop.stop_requested())
+        return std::unexpected(absent(Reason::other, stoppedText));
     if (settings.model && isCloudModel(*settings.model))
         return std::unexpected(absent(Reason::deviceNotEligible, cloudRefusal(*settings.model)));
     if (!settings.url)
@@ -173,6 +256,8 @@ std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings,
     if (!address)
         return std::unexpected(absent(Reason::deviceNotEligible, address.error().text));
     auto place = placeAt(*address, settings, stop);
+    if (stop.stop_requested())
+        return std::unexpected(absent(Reason::other, stoppedText));
     if (!place)
         return std::unexpected(std::move(place.error().absence));
     return std::move(*place);
