@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <utility>
 
 #include "core/text.h"
 
@@ -33,21 +35,28 @@ std::string_view enough(std::string_view bytes, std::size_t count) {
     return bytes.substr(0, (count + 1) * longestCharacter);
 }
 
-/// Text that speaks in the voice of the note that a user can add loses what makes it look like one.
-std::string withoutVoice(std::string text) {
-    if (lowerCased(text).contains("the user says about this folder"))
-        std::ranges::replace_if(text, [](char c) { return c == ':' || c == '"'; }, '\'');
-    return text;
-}
+constexpr std::array<std::string_view, 6> quotationMarks = {"\"", "“", "”", "„", "‟", "＂"};
+constexpr std::array<std::string_view, 6> colons = {":", "：", "﹕", "︓", "ː", "∶"};
 
-/// Single ones instead: a name that ends a quotation could go on as somebody else.
-std::string withoutQuotationMarks(std::string text) {
-    constexpr std::array<std::string_view, 6> marks = {"\"", "“", "”", "„", "‟", "＂"};
+std::string withoutMarks(std::string text, std::span<const std::string_view> marks) {
     for (const std::string_view mark : marks) {
         if (text.contains(mark))
             text = replacedAll(text, mark, "'");
     }
     return text;
+}
+
+/// Single ones instead: a name that ends a quotation could go on as somebody else.
+std::string withoutQuotationMarks(std::string text) {
+    return withoutMarks(std::move(text), quotationMarks);
+}
+
+/// Text that speaks in the voice of the note that a user can add, be it together with what stands before it,
+/// loses what makes it look like one.
+std::string withoutVoice(std::string text, std::string_view before = {}) {
+    if (!plainLetters(std::string(before) + text).contains("theusersaysaboutthisfolder"))
+        return text;
+    return withoutMarks(withoutQuotationMarks(std::move(text)), colons);
 }
 
 std::string quoted(std::string_view bytes) {
@@ -110,10 +119,10 @@ std::string path(std::string_view bytes) {
         .append(view.substr(offsetOf(view, count - (half - 1))));
 }
 
-std::string excerpt(std::string_view bytes, std::size_t count) {
+std::string excerpt(std::string_view bytes, std::size_t count, std::string_view before) {
     std::string text(bytes);
     std::ranges::replace_if(text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    text = withoutVoice(printableWithTabs(trimmedOf(text, " \t")));
+    text = withoutVoice(printableWithTabs(trimmedOf(text, " \t")), before);
     text.resize(offsetOf(text, count));
     return text;
 }

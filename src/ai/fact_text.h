@@ -25,8 +25,9 @@ inline constexpr std::size_t longestPath = 1024;
 [[nodiscard]] std::string path(std::string_view bytes);
 
 /// What a small text file begins with: line feeds and carriage returns become blanks, blanks and tabs at both
-/// ends go, and the first `count` characters remain. Empty when nothing readable does.
-[[nodiscard]] std::string excerpt(std::string_view bytes, std::size_t count);
+/// ends go, and the first `count` characters remain. Empty when nothing readable does. `before` is what
+/// stands before it on its line: the two together must not sound like the user either.
+[[nodiscard]] std::string excerpt(std::string_view bytes, std::size_t count, std::string_view before = {});
 
 /// What a model wrote, on one line, at most `count` characters.
 [[nodiscard]] std::string answer(std::string_view text, std::size_t count);

@@ -261,9 +261,11 @@ void addExcerpts(std::vector<std::string>& lines, const std::string& url, const 
         const auto length = listing.length(name);
         if (!length || *length < 1 || *length >= excerptLimit)
             continue;
-        const std::string text = FactText::excerpt(listing.beginning(name, excerptBytes), excerptCharacters);
+        std::string line = "- " + FactText::name(name) + ": ";
+        const std::string text =
+            FactText::excerpt(listing.beginning(name, excerptBytes), excerptCharacters, line);
         if (!text.empty())
-            excerpts.push_back("- " + FactText::name(name) + ": " + text);
+            excerpts.push_back(line.append(text));
     }
     if (excerpts.empty())
         return;

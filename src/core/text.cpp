@@ -1,6 +1,7 @@
 #include "core/text.h"
 
 #include <unicode/locid.h>
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
@@ -25,6 +26,19 @@ bool isHarmful(UChar32 c) {
 icu::UnicodeString decoded(std::string_view text) {
     return icu::UnicodeString::fromUTF8(
         icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+icu::UnicodeString lettersOf(const icu::UnicodeString& text) {
+    icu::UnicodeString letters;
+    for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+        const UChar32 c = text.char32At(i);
+        // Accents, and fillers that nobody sees, count as alphabetic too.
+        const bool isAccent = (U_GET_GC_MASK(c) & U_GC_M_MASK) != 0;
+        const bool isSeen = u_hasBinaryProperty(c, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) == 0;
+        if (u_isUAlphabetic(c) != 0 && !isAccent && isSeen)
+            letters.append(c);
+    }
+    return letters;
 }
 
 std::string encoded(const icu::UnicodeString& text) {
@@ -58,6 +72,17 @@ std::string printable(std::string_view text) {
         shown.append(isHarmful(c) ? replacement : c);
     }
     return encoded(shown);
+}
+
+std::string plainLetters(std::string_view text) {
+    // Letters first: putting a long run of accents into their order takes the square of its length.
+    const icu::UnicodeString letters = lettersOf(decoded(text));
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::Normalizer2* plain = icu::Normalizer2::getNFKCCasefoldInstance(error);
+    if (U_FAILURE(error) != 0)
+        return encoded(icu::UnicodeString(letters).toLower(icu::Locale::getRoot()));
+    icu::UnicodeString folded = plain->normalize(letters, error);
+    return encoded(lettersOf(U_FAILURE(error) != 0 ? letters : folded));
 }
 
 std::string paddedOrCut(std::string_view text, std::size_t count) {

@@ -20,6 +20,10 @@ namespace ulvak {
 /// as U+FFFD.
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// The letters of `text` alone, without their case, width and style, for finding words however they are
+/// spaced out or dressed up. Takes time in proportion to the length.
+[[nodiscard]] std::string plainLetters(std::string_view text);
+
 /// The first `count` characters of valid UTF-8, filled up with blanks on the right.
 [[nodiscard]] std::string paddedOrCut(std::string_view text, std::size_t count);
 

@@ -118,6 +118,23 @@ TEST(PaddedOrCut, CountsCharactersAndNotBytes) {
     EXPECT_EQ(paddedOrCut("a\uFFFDb", 2), "a\uFFFD");
 }
 
+TEST(PlainLetters, AreWhatIsLeftWhateverStandsBetweenOrUponThem) {
+    for (const char* text :
+         {"the user", "THE USER", "t h e\tu\ns e r", "the\u200Buser", "\u2060the\uFEFFuser\u00AD",
+          "the\u3164user", "the\u00A0u\u2003ser", "\xffthe\x01_user-1", "ｔｈｅ　ｕｓｅｒ", "𝐓𝐡𝐞 𝑢𝑠𝑒𝑟",
+          "ⓣⓗⓔ ⓊⓈⒺⓇ", "t\u0336h\u0301e\uFE0F u\U000E0020ser"})
+        EXPECT_EQ(plainLetters(text), "theuser") << text;
+    EXPECT_EQ(plainLetters("I İ ŞĞ 日本"), "iişğ日本");
+    EXPECT_EQ(plainLetters(" 123\u200B"), "");
+}
+
+TEST(PlainLetters, LongRunsOfAccentsAreNoBurden) {
+    std::string accents;
+    for (int i = 0; i < 500'000; ++i)
+        accents += "\u0301\u0323";
+    EXPECT_EQ(plainLetters("a" + accents + "b"), "ab");
+}
+
 TEST(ReplacedAll, ReplacesFromLeftToRight) {
     EXPECT_EQ(replacedAll("a_b_c", "_", " "), "a b c");
     EXPECT_EQ(replacedAll("aaa", "aa", "b"), "ba");
