@@ -74,8 +74,13 @@ std::optional<bool> isLoopbackNumber(std::string host) {
     return std::nullopt;
 }
 
+/// Only of characters that mean nothing to libcurl when it is told the name's addresses: one that begins with
+/// "-" would not be pinned to them but make it forget another.
 bool isLocalName(std::string_view host) {
-    return host == "localhost" || host.ends_with(".localhost");
+    const bool isPlain = std::ranges::all_of(host, [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == '_';
+    });
+    return isPlain && !host.starts_with('-') && (host == "localhost" || host.ends_with(".localhost"));
 }
 
 std::string lowerAscii(std::string text) {
