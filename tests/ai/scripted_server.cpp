@@ -109,6 +109,10 @@ bool ScriptedServer::Connection::isGoneWithin(std::chrono::milliseconds time) co
            ::recv(handle_, &byte, 1, MSG_PEEK) <= 0;
 }
 
+void ScriptedServer::Connection::closeSending() const {
+    ::shutdown(handle_, SHUT_WR);
+}
+
 void ScriptedServer::Connection::breakOff() const {
     const linger atOnce{.l_onoff = 1, .l_linger = 0};
     ::setsockopt(handle_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);

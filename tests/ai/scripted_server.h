@@ -34,6 +34,8 @@ public:
         void waitForItsEnd() const;
         /// Whether the client leaves before that long has passed.
         [[nodiscard]] bool isGoneWithin(std::chrono::milliseconds time) const;
+        /// Nothing more will be sent; the other direction stays open.
+        void closeSending() const;
         /// The connection is broken off with an error rather than closed.
         void breakOff() const;
 
