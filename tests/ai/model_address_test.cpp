@@ -83,8 +83,7 @@ TEST(ModelAddress, EverythingElseIsRefusedWithAReasonAndNothingIsLookedUp) {
              "http://127.0.0.1.:8080",
              "http://127.0.0.1%00.example.com",
              "http://127.0.0.1%2eexample.com",
-             "http://loc\xc2\xad"
-             "alhost",
+             "http://loc\u00ADalhost",
              "http://127。0。0。1",
              "http://1\n27.0.0.1",
              "unix:@abstract",
