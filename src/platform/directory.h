@@ -49,11 +49,19 @@ public:
     /// the end: those fail, as a folder that has vanished does.
     [[nodiscard]] std::expected<Directory, std::error_code> openBelow(const char* relativePath) const;
 
+    /// The folder that holds this one at this moment; whoever moves folders about can make that any folder.
+    [[nodiscard]] std::expected<Directory, std::error_code> openParent() const;
+
+    /// Whether `path`, links followed, leads to this very folder now.
+    [[nodiscard]] bool isAt(const std::string& path) const;
+
     [[nodiscard]] bool isOpen() const { return handle_ >= 0; }
     void close();
 
+    /// The system's own handle, for the platform's calls; stays this object's.
+    [[nodiscard]] int handle() const { return handle_; }
+
 private:
-    friend class EntryReader;
     explicit Directory(int handle) : handle_(handle) {}
 
     int handle_ = -1;

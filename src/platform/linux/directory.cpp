@@ -132,11 +132,25 @@ std::expected<Directory, std::error_code> Directory::openBelow(const char* relat
     }
 }
 
+std::expected<Directory, std::error_code> Directory::openParent() const {
+    const int handle = openForListing([&](int flags) { return ::openat(handle_, "..", flags); });
+    if (handle < 0)
+        return std::unexpected(lastError());
+    return Directory(handle);
+}
+
+bool Directory::isAt(const std::string& path) const {
+    struct stat own{};
+    struct stat other{};
+    return ::fstat(handle_, &own) == 0 && ::stat(path.c_str(), &other) == 0 && own.st_dev == other.st_dev &&
+           own.st_ino == other.st_ino;
+}
+
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
 
 void EntryReader::start(const Directory& directory, const NameSet* untouched) {
-    handle_ = directory.handle_;
+    handle_ = directory.handle();
     untouched_ = untouched;
     position_ = end_ = 0;
     error_.clear();

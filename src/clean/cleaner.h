@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "clean/clean_error.h"
+#include "clean/guard_rails.h"
+#include "core/finding.h"
+#include "platform/directory.h"
+#include "scan/shell.h"
+
+namespace ulvak {
+
+/// How files leave the disk. The order of the cases is fixed.
+enum class CleanMode : std::uint8_t {
+    trash,      ///< moved to the user's Trash, from where they can be restored
+    permanent,  ///< removed at once
+};
+
+/// Everything in Ulvak that destroys: the one gate through which files leave the disk. Stateless; the guard
+/// rails are built once, on first use, from the user's folders and never change.
+///
+/// Threads: the operations block for as long as the disk takes; call them on a worker, one at a time.
+/// `runningApps` is the exception: it belongs to the thread of the user interface.
+namespace Cleaner {
+
+/// What does the work once it is decided.
+struct Services {
+    /// The entry of that name in an open folder, for good.
+    std::function<std::expected<void, platform::FileError>(const platform::Directory&, const std::string&)>
+        removeEntry;
+    /// The item at an absolute path.
+    std::function<std::expected<void, platform::FileError>(const std::string&)> moveToTrash;
+    std::function<std::expected<Shell::Result, std::error_code>(const std::string&,
+                                                                std::span<const std::string>)>
+        run;
+
+    /// The system's.
+    [[nodiscard]] static const Services& system();
+};
+
+/// Whether the item at an absolute path may be removed, by the text of the path alone.
+[[nodiscard]] bool isAllowed(std::string_view path);
+
+/// Those of the given names, in their order and spelling, that an application goes by which is running now;
+/// letter case makes no difference.
+[[nodiscard]] std::vector<std::string> runningApps(std::span<const std::string> among);
+/// The same, judged by the names of the running applications.
+[[nodiscard]] std::vector<std::string> runningApps(std::span<const std::string> among,
+                                                   std::span<const std::string> running);
+
+/// Does what the finding's action says and returns the bytes that this frees: its size as it was scanned.
+/// The caller has made sure that none of `quitApps` is running.
+///
+/// All items are judged before the first is touched. They are then removed in order up to the first that
+/// cannot be: what came before it is gone, what comes after it is untouched. An item that turns out to be,
+/// or to hold, a place that must stay, or that lies behind a link, is left alone whatever its path reads.
+[[nodiscard]] std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
+                                                              const Services& services = Services::system());
+
+/// Empties the user's Trash: directly, or where something stays behind, through the desktop.
+[[nodiscard]] std::expected<void, CleanFailure> emptyTrash(const Services& services = Services::system());
+
+}  // namespace Cleaner
+}  // namespace ulvak

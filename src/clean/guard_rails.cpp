@@ -1,0 +1,103 @@
+#include "clean/guard_rails.h"
+
+#include <algorithm>
+#include <ranges>
+#include <vector>
+
+namespace ulvak {
+
+std::string_view CleanPlace::folder() const {
+    const std::size_t slash = relative.rfind('/');
+    return std::string_view(relative).substr(0, slash == std::string::npos ? 0 : slash);
+}
+
+GuardRails::GuardRails(const UserFolders& folders)
+    : protected_{"/",
+                 "/System",
+                 "/Library",
+                 "/Applications",
+                 "/Users",
+                 "/usr",
+                 "/bin",
+                 "/sbin",
+                 "/opt",
+                 "/private",
+                 "/private/var",
+                 "/opt/homebrew",
+                 "/Users/Shared",
+                 folders.home,
+                 folders.home + "/Library",
+                 folders.home + "/Desktop",
+                 folders.home + "/Documents",
+                 folders.home + "/Downloads",
+                 folders.home + "/Pictures",
+                 folders.home + "/Movies",
+                 folders.home + "/Music",
+                 folders.home + "/Public",
+                 folders.home + "/Library/Application Support",
+                 folders.home + "/Library/Caches",
+                 folders.home + "/Library/Containers",
+                 folders.home + "/Library/Group Containers",
+                 folders.home + "/Library/Developer",
+                 folders.home + "/Library/Keychains",
+                 folders.home + "/Library/Preferences",
+                 folders.temp,
+                 folders.cache},
+      forbidden_{"/System/", "/private/var/db/", "/private/var/vm/", "/usr/",
+                 folders.home + "/Library/Keychains/"},
+      allowed_{folders.home + "/", folders.temp + "/", folders.cache + "/", "/Applications/",
+               "/Users/Shared/"} {}
+
+std::optional<std::string> GuardRails::standardized(std::string_view path) {
+    if (!path.starts_with('/') || path.find('\0') != std::string_view::npos)
+        return std::nullopt;
+    std::vector<std::string_view> names;
+    for (const auto piece : path | std::views::split('/')) {
+        const std::string_view name(piece.begin(), piece.end());
+        if (name == "..") {
+            if (!names.empty())
+                names.pop_back();
+        } else if (!name.empty() && name != ".") {
+            names.push_back(name);
+        }
+    }
+    std::string result;
+    for (const std::string_view name : names)
+        result.append("/").append(name);
+    return result.empty() ? "/" : result;
+}
+
+bool GuardRails::isAllowed(std::string_view path) const {
+    return place(path).has_value();
+}
+
+std::optional<CleanPlace> GuardRails::place(std::string_view path) const {
+    const auto standard = standardized(path);
+    if (!standard)
+        return std::nullopt;
+    const std::string_view item = Paths::withoutPrivate(*standard);
+    if (protected_.contains(item) || isForbidden(item))
+        return std::nullopt;
+    // Of folders that lie in one another the innermost: nothing above it is of any concern.
+    const std::string* innermost = nullptr;
+    for (const std::string& prefix : allowed_) {
+        if (item.starts_with(prefix) && (innermost == nullptr || prefix.size() > innermost->size()))
+            innermost = &prefix;
+    }
+    if (innermost == nullptr)
+        return std::nullopt;
+    return CleanPlace{.anchor = innermost->substr(0, innermost->size() - 1),
+                      .relative = std::string(item.substr(innermost->size()))};
+}
+
+bool GuardRails::isForbidden(std::string_view path) const {
+    return std::ranges::any_of(forbidden_,
+                               [&](const std::string& prefix) { return path.starts_with(prefix); });
+}
+
+bool GuardRails::holdsProtected(std::string_view path) const {
+    return std::ranges::any_of(protected_,
+                               [&](const std::string& kept) { return Paths::isWithin(kept, path); });
+}
+
+}  // namespace ulvak

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ulvak::platform {
+
+/// Folders that this system gives a meaning of their own, beside those that every system has. Absolute
+/// paths as the system spells them, whether or not anything is there.
+struct GuardedFolders {
+    std::vector<std::string> themselves;    ///< never removed, what lies in them may be
+    std::vector<std::string> withContents;  ///< keys and passwords: nothing in them is removed either
+};
+
+/// For the user with this home folder.
+[[nodiscard]] GuardedFolders guardedFolders(const std::string& home);
+
+}  // namespace ulvak::platform

@@ -1,0 +1,129 @@
+#include "platform/linux/application_match.h"
+
+#include <algorithm>
+#include <array>
+
+namespace ulvak::platform {
+namespace {
+
+constexpr std::string_view entrySuffix = ".desktop";
+
+/// Also with a version at the end: "python3.11".
+constexpr std::array<std::string_view, 28> launchers = {
+    "bash",   "bwrap",      "dash",     "dbus-launch", "dbus-run-session",
+    "dotnet", "electron",   "env",      "fish",        "flatpak",
+    "gjs",    "gtk-launch", "java",     "ksh",         "mono",
+    "node",   "nodejs",     "perl",     "pkexec",      "python",
+    "ruby",   "sh",         "snap",     "sudo",        "systemd-run",
+    "wine",   "zsh",        "xdg-open",
+};
+
+std::string_view lastPart(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+std::string_view folderOf(std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
+}
+
+bool liesIn(std::string_view path, std::string_view folder) {
+    return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
+}
+
+bool isAlphanumeric(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// The words from the program proper on: "env NAME=value program" starts the third.
+std::vector<std::string> withoutEnvironment(const std::vector<std::string>& words) {
+    auto first = words.begin();
+    if (first != words.end() && lastPart(*first) == "env")
+        first = std::find_if(first + 1, words.end(),
+                             [](const std::string& word) { return word.find('=') == std::string::npos; });
+    return {first, words.end()};
+}
+
+/// The folder that an application has to itself: "/opt/editor" for "/opt/editor/bin/editor". Empty for one
+/// whose program lies among those of others.
+std::string_view ownFolder(std::string_view program, const std::vector<std::string>& sharedFolders) {
+    const auto isShared = [&](std::string_view folder) {
+        return folder.empty() || std::ranges::find(sharedFolders, folder) != sharedFolders.end();
+    };
+    std::string_view folder = folderOf(program);
+    if (isShared(folder))
+        return {};
+    if (lastPart(folder) == "bin")
+        folder = folderOf(folder);
+    return isShared(folder) || folderOf(folder).empty() ? std::string_view() : folder;
+}
+
+/// systemd writes the dashes of a name as "\x2d", to tell them from its own.
+std::string withPlainDashes(std::string_view unit) {
+    constexpr std::string_view escaped = "\\x2d";
+    std::string plain;
+    while (!unit.empty()) {
+        const bool isDash = unit.starts_with(escaped);
+        plain += isDash ? '-' : unit.front();
+        unit.remove_prefix(isDash ? escaped.size() : 1);
+    }
+    return plain;
+}
+
+/// Desktops start an application in a control group that bears its id: "app-gnome-ID-4711.scope",
+/// "app-ID@1.service", "snap.ID.command.scope".
+bool unitNames(std::string_view unit, std::string_view id) {
+    if (id.ends_with(entrySuffix))
+        id.remove_suffix(entrySuffix.size());
+    if (id.empty() || !(unit.starts_with("app-") || unit.starts_with("snap.")))
+        return false;
+    const std::string plain = withPlainDashes(unit);
+    for (std::size_t at = plain.find(id); at != std::string::npos; at = plain.find(id, at + 1)) {
+        const std::size_t end = at + id.size();
+        if (at > 0 && !isAlphanumeric(plain[at - 1]) && end < plain.size() && !isAlphanumeric(plain[end]))
+            return true;
+    }
+    return false;
+}
+
+/// The file that a launcher was told to run: the first word after its own that is a path.
+std::string_view launched(const std::vector<std::string>& words) {
+    for (std::size_t index = 1; index < words.size(); ++index) {
+        if (words[index].starts_with('/'))
+            return words[index];
+    }
+    return {};
+}
+
+}  // namespace
+
+bool isLauncher(std::string_view programName) {
+    while (!programName.empty() && !(programName.back() >= 'a' && programName.back() <= 'z'))
+        programName.remove_suffix(1);
+    return std::ranges::find(launchers, programName) != launchers.end();
+}
+
+bool mayBelong(const ProcessFacts& process, const ApplicationEntry& entry,
+               const std::vector<std::string>& sharedFolders) {
+    if (unitNames(process.unit, entry.id))
+        return true;
+    const std::vector<std::string> words = withoutEnvironment(entry.words);
+    if (words.empty())
+        return false;
+    const std::string_view running =
+        isLauncher(lastPart(process.executable)) ? launched(process.words) : process.executable;
+    const std::string_view expected = isLauncher(lastPart(words.front())) ? launched(words) : words.front();
+    if (running.empty() || expected.empty())
+        return false;
+    // A wrapper goes by the name of what it starts, or lies beside it.
+    if (lastPart(running) == lastPart(expected))
+        return true;
+    if (entry.program.empty() || isLauncher(lastPart(entry.program)))
+        return false;
+    if (running == entry.program || lastPart(running) == lastPart(entry.program))
+        return true;
+    const std::string_view own = ownFolder(entry.program, sharedFolders);
+    return !own.empty() && (liesIn(running, own) || liesIn(process.executable, own));
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,23 @@
+#include "platform/guarded_folders.h"
+
+#include <glib.h>
+
+namespace ulvak::platform {
+
+GuardedFolders guardedFolders(const std::string& home) {
+    const std::string data = g_get_user_data_dir();
+    GuardedFolders folders{
+        .themselves = {home + "/.local", home + "/.local/share", home + "/.local/state", home + "/.config",
+                       data, g_get_user_state_dir(), g_get_user_config_dir()},
+        .withContents = {data + "/keyrings", home + "/.gnupg", home + "/.ssh", home + "/.pki",
+                         home + "/.password-store"},
+    };
+    // Documents, pictures and their like under the names that the user's language gives them.
+    for (int kind = 0; kind < G_USER_N_DIRECTORIES; ++kind) {
+        if (const char* folder = g_get_user_special_dir(static_cast<GUserDirectory>(kind)))
+            folders.themselves.emplace_back(folder);
+    }
+    return folders;
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,262 @@
+#include "platform/removal.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace ulvak::platform {
+namespace {
+
+constexpr std::size_t bufferSize = 64 * 1024;
+/// Folders held open at a time, one a level; those further up are found again through "..".
+constexpr std::size_t mostOpen = 64;
+constexpr std::size_t fewestOpen = 4;
+/// How often a folder is listed again because something has come into it, or because the file system
+/// skips entries when others are removed during a listing.
+constexpr int mostListings = 64;
+
+using Number = std::pair<std::uint64_t, std::uint64_t>;
+
+std::error_code systemError(int number) {
+    return {number, std::generic_category()};
+}
+
+std::optional<Number> numberOf(int handle) {
+    struct stat info{};
+    if (::fstat(handle, &info) != 0)
+        return std::nullopt;
+    return Number{info.st_dev, info.st_ino};
+}
+
+/// 0, or the number of the error.
+int unlink(const Directory& parent, const char* name, int flags) {
+    while (::unlinkat(parent.handle(), name, flags) != 0) {
+        if (errno != EINTR)
+            return errno;
+    }
+    return 0;
+}
+
+/// A folder that is being emptied.
+struct Level {
+    std::string name;
+    Directory folder;              ///< closed when too many are open
+    std::optional<Number> number;  ///< known when it is closed
+    /// Folders in it that were listed and not removed yet, the next one last. Forgotten when it is closed:
+    /// the listing then starts anew.
+    std::vector<std::string> pending;
+    int listings = 1;
+};
+
+class Removal {
+public:
+    explicit Removal(const Directory& parent)
+        : parent_(parent),
+          buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)),
+          mostOpen_(std::clamp(spareHandles() / 2, fewestOpen, mostOpen)) {}
+
+    std::expected<void, FileError> run(const std::string& name) {
+        int failure = unlink(parent_, name.c_str(), 0);
+        if (isFolder(failure, parent_, name))
+            failure = enter(parent_, name);
+        while (failure == 0 && !levels_.empty())
+            failure = step();
+        if (failure == 0)
+            return {};
+        return std::unexpected(FileError{.code = systemError(failure), .path = pathOf(failedName_)});
+    }
+
+private:
+    /// Whether unlinking failed because the entry is a folder. Some file systems say so with EPERM, which
+    /// means much else besides.
+    bool isFolder(int failure, const Directory& parent, const std::string& name) {
+        failedName_ = name;
+        if (failure != EPERM)
+            return failure == EISDIR;
+        struct stat info{};
+        return ::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+               S_ISDIR(info.st_mode);
+    }
+
+    /// Makes the folder `name` of `parent` the innermost level.
+    int enter(const Directory& parent, const std::string& name) {
+        auto folder = parent.openBelow(name.c_str());
+        if (!folder && isOutOfHandles(folder.error()) && closeOutermost())
+            folder = parent.openBelow(name.c_str());
+        if (!folder) {
+            failedName_ = name;
+            // What may not be listed may still be empty.
+            if (folder.error() == std::errc::permission_denied &&
+                unlink(parent, name.c_str(), AT_REMOVEDIR) == 0)
+                return 0;
+            // Another volume is mounted here: it is in use, as the kernel says of every mount point.
+            return folder.error() == std::errc::cross_device_link ? EBUSY : folder.error().value();
+        }
+        levels_.push_back({.name = name, .folder = std::move(*folder)});
+        if (levels_.size() - closed_ > mostOpen_)
+            closeOutermost();
+        return 0;
+    }
+
+    /// Closes the outermost folder that is open, never the innermost two: those are worked in.
+    bool closeOutermost() {
+        if (levels_.size() < closed_ + 3)
+            return false;
+        Level& level = levels_[closed_];
+        level.number = numberOf(level.folder.handle());
+        level.folder.close();
+        level.pending = {};
+        ++closed_;
+        return true;
+    }
+
+    /// One step on: a folder entered, a piece of a listing worked off, or a folder left.
+    int step() {
+        Level& level = levels_.back();
+        if (!level.pending.empty()) {
+            const std::string name = std::move(level.pending.back());
+            level.pending.pop_back();
+            return removeFolder(level.folder, name);
+        }
+        const auto count = ::syscall(SYS_getdents64, level.folder.handle(), buffer_.get(), bufferSize);
+        if (count > 0)
+            return removeListed(level, static_cast<std::size_t>(count));
+        // A folder that somebody else has removed cannot be listed, and need not be.
+        if (count < 0 && errno != ENOENT)
+            return failAt(levels_.size() - 1, errno);
+        return leave();
+    }
+
+    int removeFolder(const Directory& parent, const std::string& name) {
+        int failure = enter(parent, name);
+        // It was a folder when it was listed. Whatever took its place is in the item now, and goes with it.
+        if (failure == ENOTDIR || failure == ELOOP)
+            failure = unlink(parent, name.c_str(), 0);
+        // Removed or changed again: the next listing tells.
+        return failure == ENOENT || failure == EISDIR ? 0 : failure;
+    }
+
+    /// The entries of one piece of a listing: folders are kept for later, all else is removed.
+    int removeListed(Level& level, std::size_t end) {
+        for (std::size_t position = 0; position < end;) {
+            const std::byte* record = buffer_.get() + position;
+            unsigned short length = 0;
+            std::memcpy(&length, record + offsetof(dirent64, d_reclen), sizeof length);
+            position += length;
+            const char* name = reinterpret_cast<const char*>(record + offsetof(dirent64, d_name));
+            if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0)
+                continue;
+            if (std::to_integer<unsigned char>(record[offsetof(dirent64, d_type)]) == DT_DIR) {
+                level.pending.emplace_back(name);
+                continue;
+            }
+            const int failure = unlink(level.folder, name, 0);
+            if (failure == 0 || failure == ENOENT)
+                continue;
+            if (!isFolder(failure, level.folder, name))
+                return failure;
+            level.pending.emplace_back(name);
+        }
+        return 0;
+    }
+
+    /// The innermost folder is empty as far as its listing says: removes it and goes on in the one around it.
+    int leave() {
+        if (const int failure = reopenAround())
+            return failure;
+        Level& level = levels_.back();
+        const Directory& around = levels_.size() == 1 ? parent_ : levels_[levels_.size() - 2].folder;
+        const int failure = unlink(around, level.name.c_str(), AT_REMOVEDIR);
+        if ((failure == ENOTEMPTY || failure == EEXIST) && level.listings < mostListings) {
+            ++level.listings;
+            return ::lseek(level.folder.handle(), 0, SEEK_SET) < 0 ? failAt(levels_.size() - 1, errno) : 0;
+        }
+        // Gone already, or something else has taken its place, which the next listing finds.
+        if (failure != 0 && failure != ENOENT && failure != ENOTDIR)
+            return failAt(levels_.size() - 1, failure);
+        levels_.pop_back();
+        return 0;
+    }
+
+    /// Opens the folder around the innermost one again, if it was closed. ".." is no link, but leads
+    /// elsewhere when the folder was moved: then nothing more is touched.
+    int reopenAround() {
+        if (levels_.size() < 2 || levels_[levels_.size() - 2].folder.isOpen())
+            return 0;
+        Level& around = levels_[levels_.size() - 2];
+        auto folder = levels_.back().folder.openParent();
+        if (!folder)
+            return failAt(levels_.size() - 1, folder.error().value());
+        if (!around.number || numberOf(folder->handle()) != around.number)
+            return failAt(levels_.size() - 1, ESTALE);
+        around.folder = std::move(*folder);
+        --closed_;
+        return 0;
+    }
+
+    /// The failure concerns the folder of a level itself.
+    int failAt(std::size_t level, int failure) {
+        failedName_ = levels_[level].name;
+        levels_.resize(level);
+        return failure;
+    }
+
+    std::string pathOf(const std::string& name) const {
+        std::string path;
+        for (const Level& level : levels_)
+            path.append(level.name).append("/");
+        return path.append(name);
+    }
+
+    const Directory& parent_;
+    std::unique_ptr<std::byte[]> buffer_;
+    std::size_t mostOpen_;
+    std::vector<Level> levels_;  ///< from the item inwards; the first `closed_` of them are closed
+    std::size_t closed_ = 0;
+    std::string failedName_;  ///< of the entry in the innermost level that was tried last
+};
+
+}  // namespace
+
+std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name) {
+    return Removal(parent).run(name);
+}
+
+std::optional<std::pair<std::uint64_t, std::uint64_t>> entryNumber(const Directory& parent,
+                                                                   const std::string& name) {
+    struct stat info{};
+    if (::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+    return Number{info.st_dev, info.st_ino};
+}
+
+std::expected<std::vector<std::string>, std::error_code> entryNames(const Directory& folder) {
+    // A listing of its own: that of `folder` has a position which others may rely on.
+    const int handle = ::openat(folder.handle(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(handle < 0 ? nullptr : ::fdopendir(handle), &::closedir);
+    if (!stream)
+        return std::unexpected(systemError(errno));
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* entry = ::readdir(stream.get())) {  // NOLINT(concurrency-mt-unsafe): own stream
+        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
+            names.emplace_back(entry->d_name);
+    }
+    if (errno != 0)
+        return std::unexpected(systemError(errno));
+    std::ranges::sort(names);
+    return names;
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,57 @@
+#include "platform/trash.h"
+
+#include <gio/gio.h>
+
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+namespace ulvak::platform {
+namespace {
+
+/// The number that stands for an error of GIO, EIO where there is none: the service's words say the rest.
+int numberOf(const GError& error) {
+    if (error.domain != G_IO_ERROR)
+        return EIO;
+    switch (error.code) {
+        case G_IO_ERROR_NOT_FOUND:
+            return ENOENT;
+        case G_IO_ERROR_PERMISSION_DENIED:
+            return EACCES;
+        case G_IO_ERROR_NO_SPACE:
+            return ENOSPC;
+        case G_IO_ERROR_READ_ONLY:
+            return EROFS;
+        case G_IO_ERROR_BUSY:
+            return EBUSY;
+        case G_IO_ERROR_FILENAME_TOO_LONG:
+            return ENAMETOOLONG;
+        case G_IO_ERROR_NOT_SUPPORTED:
+            return ENOTSUP;
+        case G_IO_ERROR_TIMED_OUT:
+            return ETIMEDOUT;
+        default:
+            return EIO;
+    }
+}
+
+}  // namespace
+
+std::expected<void, FileError> moveToTrash(const std::string& path) {
+    // The local file system's own implementation: what else is installed to serve files is not even loaded.
+    const std::unique_ptr<GFile, void (*)(void*)> file(
+        g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()), &g_object_unref);
+    GError* failure = nullptr;
+    if (g_file_trash(file.get(), nullptr, &failure) != FALSE)
+        return {};
+    const std::unique_ptr<GError, void (*)(GError*)> error(failure, &g_error_free);
+    return std::unexpected(FileError{
+        .code = {numberOf(*error), std::generic_category()}, .path = path, .detail = error->message});
+}
+
+const Command& trashEmptyingCommand() {
+    static const Command command{.program = "/usr/bin/gio", .arguments = {"trash", "--empty"}};
+    return command;
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "platform/directory.h"
+#include "platform/file_error.h"
+
+/// Removing for good. Only `Cleaner` may ask for it: nothing here knows what must be kept.
+/// Threads: blocks the caller for as long as it takes; several at once are independent.
+namespace ulvak::platform {
+
+/// Removes the entry `name` of `parent`, and if it is a folder everything in it first, however deep.
+///
+/// Whatever happens to the tree meanwhile, only what lies in it is removed: everything is reached from a
+/// folder that is open already, links are removed and never followed, and a folder on which another volume
+/// is mounted is not entered. Stops at the first entry that cannot be removed, with the system's error and
+/// the path of that entry from `parent` on; what was removed before stays removed. Entries that others
+/// remove at the same time are no failure, apart from `name` itself when it is missing from the start.
+[[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name);
+
+/// Volume and number of the entry `name` of `parent`, a link's own; absent when nothing is there.
+[[nodiscard]] std::optional<std::pair<std::uint64_t, std::uint64_t>> entryNumber(const Directory& parent,
+                                                                                 const std::string& name);
+
+/// The names in an open folder, hidden ones included, sorted by their bytes.
+[[nodiscard]] std::expected<std::vector<std::string>, std::error_code> entryNames(const Directory& folder);
+
+}  // namespace ulvak::platform

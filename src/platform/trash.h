@@ -1,0 +1,26 @@
+#pragma once
+
+#include <expected>
+#include <string>
+#include <vector>
+
+#include "platform/file_error.h"
+
+/// The desktop's Trash. Threads: any but the one of the user interface; both block.
+namespace ulvak::platform {
+
+/// Moves the item at the absolute `path`, a link itself and not where it leads, to the Trash, from where
+/// every file manager restores it. Nothing is ever copied or removed for good instead: on a file system
+/// without a Trash it fails with the service's error, and the item stays where it is.
+[[nodiscard]] std::expected<void, FileError> moveToTrash(const std::string& path);
+
+/// A program with its arguments.
+struct Command {
+    std::string program;  ///< absolute path
+    std::vector<std::string> arguments;
+};
+
+/// How the desktop is asked to empty the Trash, for what cannot be removed directly.
+[[nodiscard]] const Command& trashEmptyingCommand();
+
+}  // namespace ulvak::platform

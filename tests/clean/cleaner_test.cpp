@@ -1,0 +1,370 @@
+#include "clean/cleaner.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/environment.h"
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A home, a temporary folder and what lies beside them.
+std::vector<TreeEntry> lifelike() {
+    return {
+        folder(
+            "home",
+            {folder("Documents", {textFile("old.zip", "x")}),
+             folder("proje", {folder("build", {textFile("a.o", "a"), folder("inner", {textFile("b", "b")})}),
+                              textFile("main.c", "c")}),
+             textFile("one", "1"), textFile("two", "2"), textFile("three", "3"),
+             folder("Library", {folder("Keychains", {textFile("login", "k")}),
+                                folder("Caches", {folder("app", {textFile("c", "c")})})})}),
+        folder("tmp", {folder("thing", {textFile("t", "t")})}),
+        folder("canaries", {textFile("canary", "alive")}),
+    };
+}
+
+/// Runs the body as a process whose user has these folders: the guard rails are built once in a process.
+bool inHome(const TempTree& tree, const Body& body,
+            std::source_location where = std::source_location::current()) {
+    return inChild(
+        [&] {
+            const ScopedEnvironment environment({{"HOME", tree.path("home")},
+                                                 {"TMPDIR", tree.path("tmp")},
+                                                 {"XDG_DATA_HOME", std::nullopt},
+                                                 {"XDG_CONFIG_HOME", std::nullopt},
+                                                 {"LANG", "C.UTF-8"}});
+            body();
+        },
+        where);
+}
+
+Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) {
+    Finding result;
+    result.id = urls.front();
+    result.urls = std::move(urls);
+    result.size = size;
+    return result;
+}
+
+bool exists(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+std::string text(const CleanFailure& failure) {
+    return errorDescription(failure);
+}
+
+TEST(Cleaner, RemovesAFolderForGoodAndReturnsItsScannedSize) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        const auto freed =
+            Cleaner::clean(finding({tree.path("home/proje/build")}, 12345), CleanMode::permanent);
+        ASSERT_TRUE(freed) << text(freed.error());
+        EXPECT_EQ(*freed, 12345);
+        EXPECT_FALSE(exists(tree.path("home/proje/build")));
+        EXPECT_TRUE(exists(tree.path("home/proje/main.c")));
+    });
+}
+
+TEST(Cleaner, MovesAFolderToTheTrash) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        const auto freed = Cleaner::clean(finding({tree.path("home/proje/build")}, 7), CleanMode::trash);
+        ASSERT_TRUE(freed) << text(freed.error());
+        EXPECT_EQ(*freed, 7);
+        EXPECT_FALSE(exists(tree.path("home/proje/build")));
+        EXPECT_TRUE(exists(tree.path("home/.local/share/Trash/files/build/inner/b")));
+        EXPECT_TRUE(exists(tree.path("home/.local/share/Trash/info/build.trashinfo")));
+    });
+}
+
+TEST(Cleaner, AFindingWhoseLastItemIsProtectedRemovesNothing) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
+            const auto freed = Cleaner::clean(
+                finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/Documents")}), mode);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(text(freed.error()), "~/Documents korumalı bir konum; Ulvak burayı silmez.");
+            EXPECT_TRUE(exists(tree.path("home/one")));
+            EXPECT_TRUE(exists(tree.path("home/two")));
+        }
+    });
+}
+
+TEST(Cleaner, ARefusalShowsThePathAsItWasGiven) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        const auto freed =
+            Cleaner::clean(finding({tree.path("home/proje/../Documents/")}), CleanMode::permanent);
+        ASSERT_FALSE(freed);
+        EXPECT_EQ(text(freed.error()), "~/proje/../Documents/ korumalı bir konum; Ulvak burayı silmez.");
+    });
+}
+
+TEST(Cleaner, StopsAtTheFirstItemThatFails) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        const auto freed =
+            Cleaner::clean(finding({tree.path("home/one"), tree.path("home/gone"), tree.path("home/two")}),
+                           CleanMode::permanent);
+        ASSERT_FALSE(freed);
+        const auto* error = std::get_if<platform::FileError>(&freed.error());
+        ASSERT_NE(error, nullptr);
+        EXPECT_EQ(error->code, std::errc::no_such_file_or_directory);
+        EXPECT_EQ(error->path, tree.path("home/gone"));
+        EXPECT_FALSE(exists(tree.path("home/one")));
+        EXPECT_TRUE(exists(tree.path("home/two")));
+    });
+}
+
+TEST(Cleaner, AFindingThatCannotBeCleanedFailsWithItsReason) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Finding kept = finding({tree.path("home/one")});
+        kept.action = {CleanAction::None{"Bunu simülatör yöneticisi siler."}};
+        const auto freed = Cleaner::clean(kept, CleanMode::permanent);
+        ASSERT_FALSE(freed);
+        EXPECT_EQ(std::get<CleanError>(freed.error()),
+                  CleanError{CleanError::Failed{"Bunu simülatör yöneticisi siler."}});
+        EXPECT_TRUE(exists(tree.path("home/one")));
+    });
+}
+
+TEST(Cleaner, DeletesASimulatorThroughTheDeveloperTools) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Finding simulator = finding({"/"}, 99);
+        simulator.action = {CleanAction::DeleteSimulator{"ABC-123"}};
+        Cleaner::Services services = Cleaner::Services::system();
+        std::vector<std::string> command;
+        Shell::Result result{.status = 0};
+        services.run = [&](const std::string& program, std::span<const std::string> arguments) {
+            command = {program};
+            command.insert(command.end(), arguments.begin(), arguments.end());
+            return result;
+        };
+        EXPECT_EQ(Cleaner::clean(simulator, CleanMode::trash, services), 99);
+        EXPECT_THAT(command, ElementsAre("/usr/bin/xcrun", "simctl", "delete", "ABC-123"));
+        result = {.status = 148, .output = "out", .error = "Invalid device\n"};
+        const auto freed = Cleaner::clean(simulator, CleanMode::permanent, services);
+        ASSERT_FALSE(freed);
+        EXPECT_EQ(text(freed.error()), "Simülatör silinemedi: Invalid device\n");
+    });
+}
+
+TEST(Cleaner, PassesOnThatAProgramCannotBeStarted) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Finding simulator = finding({"/"});
+        simulator.action = {CleanAction::DeleteSimulator{"ABC"}};
+        const auto freed = Cleaner::clean(simulator, CleanMode::trash);
+        ASSERT_FALSE(freed);
+        EXPECT_EQ(std::get<StartError>(freed.error()).code, std::errc::no_such_file_or_directory);
+        EXPECT_EQ(text(freed.error()), "“/usr/bin/xcrun” başlatılamadı: program bu bilgisayarda yok.");
+    });
+}
+
+TEST(Cleaner, RemovesALinkAndNotWhereItLeads) {
+    TempTree tree(lifelike());
+    tree.add("home", {link("way", tree.path("canaries"))});
+    inHome(tree, [&] {
+        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/way")}), CleanMode::permanent));
+        EXPECT_FALSE(exists(tree.path("home/way")));
+        EXPECT_TRUE(exists(tree.path("canaries/canary")));
+    });
+}
+
+TEST(Cleaner, FollowsNoLinkOnTheWayToAnItem) {
+    TempTree tree(lifelike());
+    tree.add("home", {link("way", tree.path("canaries"))});
+    inHome(tree, [&] {
+        for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
+            const auto freed = Cleaner::clean(finding({tree.path("home/way/canary")}), mode);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code,
+                      std::errc::too_many_symbolic_link_levels);
+            EXPECT_TRUE(exists(tree.path("canaries/canary")));
+        }
+    });
+}
+
+TEST(Cleaner, AFolderThatHoldsTheHomeFolderIsProtected) {
+    const TempTree tree({folder("tmp", {folder("a", {folder("home", {textFile("x", "x")})})})});
+    inChild([&] {
+        const ScopedEnvironment environment(
+            {{"HOME", tree.path("tmp/a/home")}, {"TMPDIR", tree.path("tmp")}});
+        const auto freed = Cleaner::clean(finding({tree.path("tmp/a")}), CleanMode::permanent);
+        ASSERT_FALSE(freed);
+        EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error()));
+        EXPECT_TRUE(exists(tree.path("tmp/a/home/x")));
+    });
+}
+
+TEST(Cleaner, AHomeFolderReachedThroughALinkIsProtectedUnderItsOtherNameToo) {
+    const TempTree tree({folder("tmp", {folder("u", {textFile("x", "x")})}), link("home", "tmp/u")});
+    inHome(tree, [&] {
+        const auto freed = Cleaner::clean(finding({tree.path("tmp/u")}), CleanMode::permanent);
+        ASSERT_FALSE(freed);
+        EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error()));
+        EXPECT_TRUE(exists(tree.path("tmp/u/x")));
+        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/x")}), CleanMode::permanent));
+        EXPECT_FALSE(exists(tree.path("tmp/u/x")));
+    });
+}
+
+TEST(Cleaner, FoldersNamedInTheUsersLanguageAndKeysAreProtected) {
+    TempTree tree(lifelike());
+    tree.add("home",
+             {folder("Belgeler", {textFile("tez", "t")}), folder(".ssh", {textFile("id", "k")}),
+              folder(".config", {textFile("user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Belgeler\"\n")})});
+    inHome(tree, [&] {
+        for (const char* kept : {"home/Belgeler", "home/.ssh", "home/.ssh/id", "home/.config"}) {
+            const auto freed = Cleaner::clean(finding({tree.path(kept)}), CleanMode::trash);
+            ASSERT_FALSE(freed) << kept;
+            EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error())) << kept;
+            EXPECT_TRUE(exists(tree.path(kept)));
+        }
+        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/Belgeler/tez")}), CleanMode::permanent));
+    });
+}
+
+TEST(Cleaner, WhatHoldsAnotherVolumeIsLeftAlone) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree(lifelike());
+    withPrivateMounts([&] {
+        const ScopedEnvironment environment({{"HOME", tree.path("home")}, {"TMPDIR", tree.path("tmp")}});
+        ASSERT_TRUE(mountMemory(tree.path("home/proje/build/inner")));
+        std::ofstream(tree.path("home/proje/build/inner/precious")) << "p";
+        for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
+            const auto freed = Cleaner::clean(finding({tree.path("home/proje")}), mode);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::device_or_resource_busy);
+            EXPECT_TRUE(exists(tree.path("home/proje/build/inner/precious")));
+            EXPECT_TRUE(exists(tree.path("home/proje/main.c")));
+        }
+    });
+}
+
+TEST(Cleaner, AFileSystemWithoutATrashKeepsTheItem) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree(lifelike());
+    withPrivateMounts([&] {
+        const ScopedEnvironment environment({{"HOME", tree.path("home")}, {"TMPDIR", tree.path("tmp")}});
+        ASSERT_TRUE(mountMemory(tree.path("tmp")));
+        std::ofstream(tree.path("tmp/file")) << "f";
+        const auto freed = Cleaner::clean(finding({tree.path("tmp/file")}), CleanMode::trash);
+        ASSERT_FALSE(freed);
+        const auto& error = std::get<platform::FileError>(freed.error());
+        EXPECT_EQ(error.code, std::errc::not_supported);
+        EXPECT_EQ(text(freed.error()),
+                  "“Geçici klasör/file” kaldırılamadı: bu diskte çöp kutusu yok. (" + error.detail + ")");
+        EXPECT_FALSE(error.detail.empty());
+        EXPECT_TRUE(exists(tree.path("tmp/file")));
+    });
+}
+
+TEST(Cleaner, EmptiesTheTrashDirectly) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/proje")}), CleanMode::trash));
+        Cleaner::Services services = Cleaner::Services::system();
+        services.run = [](const std::string&, std::span<const std::string>) {
+            ADD_FAILURE() << "no program is needed";
+            return Shell::Result{};
+        };
+        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_TRUE(std::filesystem::is_empty(tree.path("home/.local/share/Trash")));
+        EXPECT_TRUE(Cleaner::emptyTrash(services)) << "an empty Trash is emptied";
+        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash)) << "and usable again";
+    });
+}
+
+TEST(Cleaner, ATrashThatKeepsOnlyTheFileBrowsersOwnFileNeedsNoProgram) {
+    TempTree tree(lifelike());
+    tree.add("home", {folder(".local", {folder("share", {folder("Trash", {textFile(".DS_Store", "d")})})})});
+    inHome(tree, [&] {
+        Cleaner::Services services = Cleaner::Services::system();
+        int started = 0;
+        services.removeEntry = [](const platform::Directory&, const std::string& name) {
+            return std::expected<void, platform::FileError>(
+                std::unexpect, platform::FileError{.code = {EPERM, std::generic_category()}, .path = name});
+        };
+        services.run = [&](const std::string&, std::span<const std::string>) {
+            ++started;
+            return Shell::Result{};
+        };
+        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_EQ(started, 0);
+        std::ofstream(tree.path("home/.local/share/Trash/other")) << "o";
+        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_EQ(started, 1);
+    });
+}
+
+TEST(Cleaner, ATrashThatCannotBeListedIsLeftToTheDesktop) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Cleaner::Services services = Cleaner::Services::system();
+        std::vector<std::string> command;
+        services.run = [&](const std::string& program, std::span<const std::string> arguments) {
+            command = {program};
+            command.insert(command.end(), arguments.begin(), arguments.end());
+            return Shell::Result{.status = 1, .error = "no service"};
+        };
+        const auto emptied = Cleaner::emptyTrash(services);
+        ASSERT_FALSE(emptied);
+        EXPECT_EQ(text(emptied.error()), "Çöp kutusu boşaltılamadı: no service");
+        EXPECT_THAT(command, ElementsAre("/usr/bin/gio", "trash", "--empty"));
+    });
+}
+
+TEST(Cleaner, ATrashThatIsALinkIsNotEmptiedThroughIt) {
+    TempTree tree(lifelike());
+    tree.add("home", {folder(".local", {folder("share", {link("Trash", tree.path("canaries"))})})});
+    inHome(tree, [&] {
+        Cleaner::Services services = Cleaner::Services::system();
+        services.run = [](const std::string&, std::span<const std::string>) { return Shell::Result{}; };
+        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_TRUE(exists(tree.path("canaries/canary")));
+    });
+}
+
+TEST(Cleaner, NamesRunningApplicationsInTheFindingsSpelling) {
+    const std::vector<std::string> running = {"Xcode", "İstanbul", "Slack"};
+    EXPECT_THAT(Cleaner::runningApps(std::vector<std::string>{"xcode"}, running), ElementsAre("xcode"));
+    EXPECT_THAT(Cleaner::runningApps(std::vector<std::string>{"slack", "Pages", "XCODE", "slack"}, running),
+                ElementsAre("slack", "XCODE", "slack"));
+    EXPECT_THAT(Cleaner::runningApps(std::vector<std::string>{}, running), IsEmpty());
+    EXPECT_THAT(Cleaner::runningApps(std::vector<std::string>{}), IsEmpty());
+}
+
+TEST(CleanError, SaysWhatItMeansInTurkish) {
+    EXPECT_EQ(errorDescription(CleanError{CleanError::Protected{"~/Library"}}),
+              "~/Library korumalı bir konum; Ulvak burayı silmez.");
+    EXPECT_EQ(errorDescription(CleanError{CleanError::AppsRunning{{"Xcode", "Slack"}}}),
+              "Önce şunları kapat: Xcode, Slack");
+    EXPECT_EQ(errorDescription(CleanError{CleanError::Failed{"Olmadı."}}), "Olmadı.");
+}
+
+}  // namespace
+}  // namespace ulvak
