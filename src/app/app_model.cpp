@@ -1,0 +1,394 @@
+#include "app/app_model.h"
+
+#include <QThread>
+#include <QTimer>
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "core/paths.h"
+#include "scan/checked_add.h"
+
+namespace ulvak {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto pollInterval = 200ms;
+constexpr std::string_view diskAccessSettings =
+    "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
+
+using MutableFindings = std::vector<std::shared_ptr<Finding>>;
+
+/// Each finding in a place of its own, so that the list can be handed on without copying what is in it.
+MutableFindings shared(std::vector<Finding> findings) {
+    MutableFindings result;
+    result.reserve(findings.size());
+    for (Finding& finding : findings)
+        result.push_back(std::make_shared<Finding>(std::move(finding)));
+    return result;
+}
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string list;
+    for (const std::string& name : names)
+        list.append(list.empty() ? "" : ", ").append(name);
+    return list;
+}
+
+}  // namespace
+
+/// One scan from its start to its end, cancelled or not.
+struct AppModel::Scan {
+    ScanProgress progress;
+    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    bool isCancelled = false;
+};
+
+struct AppModel::Batch {
+    bool isCancelled = false;
+};
+
+AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* parent)
+    : QObject(parent),
+      services_(std::move(services)),
+      disk_(services_.diskInfo()),
+      aiStatus_{.unavailable = ""},
+      store_(std::move(verdictsPath)),
+      workers_(std::make_unique<Workers>(*this)) {
+    refreshStatus();
+}
+
+AppModel::~AppModel() {
+    isEnding_ = true;
+    stop_.request_stop();
+    workers_.reset();
+}
+
+bool AppModel::finish(std::chrono::milliseconds time) {
+    expectUiThread();
+    isEnding_ = true;
+    stop_.request_stop();
+    return workers_->waitForDone(time);
+}
+
+void AppModel::expectUiThread() const {
+    if (QThread::currentThread() != thread())
+        qFatal("AppModel belongs to the thread of the user interface");
+}
+
+Findings AppModel::findings(SafetyLevel level) const {
+    Findings result;
+    std::ranges::copy_if(findings_, std::back_inserter(result),
+                         [&](const FindingPointer& finding) { return finding->level == level; });
+    return result;
+}
+
+std::int64_t AppModel::total(SafetyLevel level) const {
+    std::int64_t sum = 0;
+    for (const FindingPointer& finding : findings_) {
+        if (finding->level == level)
+            addChecked(sum, finding->size);
+    }
+    return sum;
+}
+
+FindingPointer AppModel::finding(std::string_view id) const {
+    const auto found =
+        std::ranges::find_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; });
+    return found == findings_.end() ? nullptr : *found;
+}
+
+Findings::iterator AppModel::find(std::string_view id) {
+    return std::ranges::find_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; });
+}
+
+bool AppModel::isUncertain(const Finding& finding) {
+    return finding.level == SafetyLevel::unknown || finding.source == VerdictSource::heuristic;
+}
+
+std::int64_t AppModel::uncertainCount() const {
+    return std::ranges::count_if(findings_,
+                                 [](const FindingPointer& finding) { return isUncertain(*finding); });
+}
+
+void AppModel::showAlert(std::string title, std::string message) {
+    alert_ = AlertInfo{.id = QUuid::createUuid(), .title = std::move(title), .message = std::move(message)};
+    emit alertChanged();
+}
+
+void AppModel::dismissAlert() {
+    expectUiThread();
+    assign(alert_, std::nullopt, &AppModel::alertChanged);
+}
+
+QCoro::Task<> AppModel::refreshStatus() {
+    auto call = workers_->run([ask = services_.aiStatus, stop = stop_.get_token()] { return ask(stop); });
+    AIStatus status = co_await call;
+    if (!isEnding_)
+        assign(aiStatus_, std::move(status), &AppModel::aiStatusChanged);
+}
+
+void AppModel::scan() {
+    expectUiThread();
+    if (phase_ == Phase::scanning)
+        return;
+    if (scan_)
+        scan_->isCancelled = true;
+    assign(phase_, Phase::scanning, &AppModel::phaseChanged);
+    assign(scannedFiles_, 0, &AppModel::scannedFilesChanged);
+    assign(scannedBytes_, 0, &AppModel::scannedBytesChanged);
+    assign(deniedCount_, 0, &AppModel::deniedCountChanged);
+    assign(currentPath_, {}, &AppModel::currentPathChanged);
+    scan_ = std::make_shared<Scan>();
+    runScan(scan_);
+}
+
+void AppModel::copyCounters(const ScanProgress& progress) {
+    assign(scannedFiles_, progress.files(), &AppModel::scannedFilesChanged);
+    assign(scannedBytes_, progress.bytes(), &AppModel::scannedBytesChanged);
+    assign(deniedCount_, progress.denied(), &AppModel::deniedCountChanged);
+}
+
+QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
+    const auto poll = [this, scan] {
+        copyCounters(scan->progress);
+        assign(currentPath_, Paths::display(scan->progress.current()), &AppModel::currentPathChanged);
+    };
+    QTimer poller;
+    connect(&poller, &QTimer::timeout, this, poll);
+    poller.start(pollInterval);
+    poll();
+
+    // What the result is shown with is asked for on the worker too: a model's server may take its time.
+    struct Outcome {
+        MutableFindings findings;
+        AIStatus status;
+    };
+    auto walk =
+        workers_->run([scan, run = services_.scan, ask = services_.aiStatus, stop = stop_.get_token()] {
+            Outcome outcome{.findings = shared(run(scan->progress, stop))};
+            outcome.status = ask(stop);
+            return outcome;
+        });
+    Outcome outcome = co_await walk;
+    if (isEnding_)
+        co_return;
+    poller.stop();
+    if (scan->isCancelled)
+        co_return;
+
+    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - scan->start;
+    replaceFindings(std::move(outcome.findings));
+    copyCounters(scan->progress);
+    assign(scanDuration_, duration.count(), &AppModel::scanDurationChanged);
+    refreshDisk();
+    assign(aiStatus_, std::move(outcome.status), &AppModel::aiStatusChanged);
+    assign(phase_, Phase::done, &AppModel::phaseChanged);
+}
+
+void AppModel::replaceFindings(std::vector<std::shared_ptr<Finding>> result) {
+    Findings findings;
+    findings.reserve(result.size());
+    for (auto& finding : result) {
+        store_.apply(*finding);
+        findings.push_back(std::move(finding));
+    }
+    findings_.swap(findings);
+    emit findingsChanged();
+    // Thousands of records take their time to be freed.
+    workers_->post([old = std::make_shared<Findings>(std::move(findings))]() mutable { old.reset(); });
+}
+
+void AppModel::cancelScan() {
+    expectUiThread();
+    if (scan_)
+        scan_->isCancelled = true;
+    assign(phase_, findings_.empty() ? Phase::idle : Phase::done, &AppModel::phaseChanged);
+}
+
+template <typename Change>
+FindingPointer AppModel::change(FindingPointer& place, Change change) {
+    const auto changed = std::make_shared<Finding>(*place);
+    change(*changed);
+    place = changed;
+    emit findingsChanged();
+    return changed;
+}
+
+void AppModel::setLevel(SafetyLevel level, std::string_view id) {
+    expectUiThread();
+    const auto place = find(id);
+    if (place == findings_.end())
+        return;
+    const FindingPointer finding = change(*place, [&](Finding& changed) { relabel(changed, level); });
+    store_.save(currentVerdict(*finding), *finding);
+}
+
+void AppModel::resetVerdict(std::string_view id) {
+    expectUiThread();
+    const auto place = find(id);
+    if (place == findings_.end())
+        return;
+    const FindingPointer finding = change(*place, [](Finding& changed) { ulvak::resetVerdict(changed); });
+    store_.remove(finding->id);
+}
+
+QCoro::Task<> AppModel::analyze(std::string id, std::string note) {
+    expectUiThread();
+    co_await refreshStatus();
+    if (isEnding_ || !aiStatus_.isAvailable())
+        co_return;
+    const FindingPointer asked = finding(id);
+    if (!asked || analyzing_.contains(id))
+        co_return;
+    analyzing_.insert(id);
+    emit analyzingChanged();
+
+    auto request =
+        workers_->run([asked, note = std::move(note), services = services_, stop = stop_.get_token()] {
+            return services.classify(*asked, note, services.runningApplications(), stop);
+        });
+    const AIClassifier::Result answer = co_await request;
+    if (isEnding_)
+        co_return;
+    if (!answer) {
+        showAlert("Analiz başarısız", answer.error().description());
+    } else if (const auto place = find(id); place != findings_.end()) {
+        const FindingPointer judged =
+            change(*place, [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
+        store_.save(*answer, *judged);
+    }
+    analyzing_.erase(id);
+    emit analyzingChanged();
+}
+
+void AppModel::analyzeAllUncertain() {
+    expectUiThread();
+    std::vector<std::string> ids;
+    for (const FindingPointer& finding : findings_) {
+        if (isUncertain(*finding))
+            ids.push_back(finding->id);
+    }
+    if (ids.empty())
+        return;
+    if (batch_)
+        batch_->isCancelled = true;
+    assign(batchProgress_, BatchProgress{.total = std::ssize(ids)}, &AppModel::batchProgressChanged);
+    batch_ = std::make_shared<Batch>();
+    runBatch(batch_, std::move(ids));
+}
+
+QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids) {
+    BatchProgress progress{.total = std::ssize(ids)};
+    for (const std::string& id : ids) {
+        if (batch->isCancelled)
+            break;
+        co_await analyze(id, {});
+        if (isEnding_)
+            co_return;
+        ++progress.done;
+        // A batch that was given up has no say in what is shown: another may have begun.
+        if (!batch->isCancelled)
+            assign(batchProgress_, progress, &AppModel::batchProgressChanged);
+    }
+    if (!batch->isCancelled)
+        assign(batchProgress_, std::nullopt, &AppModel::batchProgressChanged);
+}
+
+void AppModel::cancelBatch() {
+    expectUiThread();
+    if (batch_)
+        batch_->isCancelled = true;
+    assign(batchProgress_, std::nullopt, &AppModel::batchProgressChanged);
+}
+
+QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
+    expectUiThread();
+    for (const std::string& id : ids) {
+        const FindingPointer found = finding(id);
+        if (!found || std::holds_alternative<CleanAction::None>(found->action.value))
+            continue;
+        const bool isFree = co_await applicationsAreClosed(found);
+        if (isEnding_)
+            co_return;
+        // Another click may have come first while the applications were looked at.
+        if (!isFree || !finding(id) || cleaning_.contains(id))
+            continue;
+        cleaning_.insert(id);
+        emit cleaningChanged();
+        co_await cleanOne(found, mode);
+        if (isEnding_)
+            co_return;
+        cleaning_.erase(id);
+        emit cleaningChanged();
+    }
+    refreshDisk();
+}
+
+QCoro::Task<bool> AppModel::applicationsAreClosed(FindingPointer finding) {
+    if (finding->quitApps.empty())
+        co_return true;
+    auto look = workers_->run(
+        [finding, runningApps = services_.runningApps] { return runningApps(finding->quitApps); });
+    const std::vector<std::string> running = co_await look;
+    if (!isEnding_ && !running.empty())
+        showAlert(finding->title + " temizlenemedi", "Önce şunları kapat: " + joined(running) +
+                                                         ". Açıkken dosyaları kullanmaya devam edebilirler.");
+    co_return running.empty();
+}
+
+QCoro::Task<> AppModel::cleanOne(FindingPointer finding, CleanMode mode) {
+    auto work = workers_->run([finding, mode, clean = services_.clean] { return clean(*finding, mode); });
+    const std::expected<std::int64_t, CleanFailure> freed = co_await work;
+    if (isEnding_)
+        co_return;
+    if (!freed) {
+        showAlert(finding->title + " temizlenemedi", errorDescription(freed.error()));
+        co_return;
+    }
+    removeFindings(finding->id);
+    const bool isInTrash =
+        mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding->action.value);
+    std::int64_t sum = isInTrash ? trashedBytes_ : freedBytes_;
+    addChecked(sum, *freed);
+    if (isInTrash)
+        assign(trashedBytes_, sum, &AppModel::trashedBytesChanged);
+    else
+        assign(freedBytes_, sum, &AppModel::freedBytesChanged);
+}
+
+void AppModel::removeFindings(std::string_view id) {
+    if (std::erase_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; }) > 0)
+        emit findingsChanged();
+}
+
+QCoro::Task<> AppModel::emptyTrash() {
+    expectUiThread();
+    auto work = workers_->run([empty = services_.emptyTrash] { return empty(); });
+    const std::expected<void, CleanFailure> emptied = co_await work;
+    if (isEnding_)
+        co_return;
+    if (emptied) {
+        std::int64_t sum = freedBytes_;
+        addChecked(sum, trashedBytes_);
+        assign(freedBytes_, sum, &AppModel::freedBytesChanged);
+        assign(trashedBytes_, 0, &AppModel::trashedBytesChanged);
+        removeFindings(Paths::trash());
+    } else {
+        showAlert("Çöp kutusu boşaltılamadı", errorDescription(emptied.error()));
+    }
+    refreshDisk();
+}
+
+void AppModel::reveal(const Finding& finding) {
+    expectUiThread();
+    workers_->post([reveal = services_.reveal, urls = finding.urls] { reveal(urls); });
+}
+
+void AppModel::openFullDiskAccessSettings() {
+    expectUiThread();
+    workers_->post([open = services_.openUrl] { open(diskAccessSettings); });
+}
+
+}  // namespace ulvak

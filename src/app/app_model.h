@@ -1,0 +1,201 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUuid>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <qcoro/qcorotask.h>
+
+#include "ai/ai_status.h"
+#include "app/app_services.h"
+#include "app/workers.h"
+#include "core/disk_info.h"
+#include "core/finding.h"
+#include "store/verdict_store.h"
+
+namespace ulvak {
+
+/// A finding as the application holds it: never changed, only replaced by another.
+using FindingPointer = std::shared_ptr<const Finding>;
+using Findings = std::vector<FindingPointer>;
+
+/// The state of the program with its window, and the one place where what the user does becomes work.
+///
+/// Threads: the UI thread only, reading included; an operation that is called from another ends the program.
+/// Long work runs on workers, and its results are applied on the UI thread. Every field has a signal, which
+/// is sent only when the field has changed.
+/// Failures: operations never fail; what goes wrong ends up in `alert`, which holds the last one.
+class AppModel : public QObject {
+    Q_OBJECT
+public:
+    /// `done` means that a result is there, `idle` that none is.
+    enum class Phase : std::uint8_t { idle, scanning, done };
+    Q_ENUM(Phase)
+
+    struct AlertInfo {
+        QUuid id;  ///< tells two alerts with the same texts apart
+        std::string title;
+        std::string message;
+
+        friend bool operator==(const AlertInfo&, const AlertInfo&) = default;
+    };
+
+    struct BatchProgress {
+        std::int64_t done = 0;
+        std::int64_t total = 0;
+
+        friend bool operator==(const BatchProgress&, const BatchProgress&) = default;
+    };
+
+    /// Reads the remembered verdicts at `verdictsPath`. Nothing is scanned yet.
+    explicit AppModel(AppServices services = AppServices::system(),
+                      std::string verdictsPath = VerdictStore::defaultPath(), QObject* parent = nullptr);
+    /// Stops what can be stopped and waits for the rest.
+    ~AppModel() override;
+
+    [[nodiscard]] Phase phase() const { return phase_; }
+    /// In the order in which the scan returned them, largest first.
+    [[nodiscard]] const Findings& findings() const { return findings_; }
+    [[nodiscard]] const std::optional<DiskInfo>& disk() const { return disk_; }
+    /// Not available, without a reason, until the first answer is there.
+    [[nodiscard]] const AIStatus& aiStatus() const { return aiStatus_; }
+    [[nodiscard]] std::int64_t scannedFiles() const { return scannedFiles_; }
+    [[nodiscard]] std::int64_t scannedBytes() const { return scannedBytes_; }
+    /// As shown to the user; the bytes of names on the disk.
+    [[nodiscard]] const std::string& currentPath() const { return currentPath_; }
+    [[nodiscard]] std::int64_t deniedCount() const { return deniedCount_; }
+    /// Seconds that the last completed scan took.
+    [[nodiscard]] std::optional<double> scanDuration() const { return scanDuration_; }
+    [[nodiscard]] const std::set<std::string>& analyzing() const { return analyzing_; }
+    [[nodiscard]] const std::optional<BatchProgress>& batchProgress() const { return batchProgress_; }
+    [[nodiscard]] const std::set<std::string>& cleaning() const { return cleaning_; }
+    /// Moved to the Trash since the program started, and not emptied yet.
+    [[nodiscard]] std::int64_t trashedBytes() const { return trashedBytes_; }
+    /// Really freed since the program started.
+    [[nodiscard]] std::int64_t freedBytes() const { return freedBytes_; }
+    [[nodiscard]] const std::optional<AlertInfo>& alert() const { return alert_; }
+    [[nodiscard]] const VerdictStore& store() const { return store_; }
+
+    /// Those of a level, in the order of `findings`.
+    [[nodiscard]] Findings findings(SafetyLevel level) const;
+    /// Bytes of those together.
+    [[nodiscard]] std::int64_t total(SafetyLevel level) const;
+    /// The first with exactly this id; null when there is none.
+    [[nodiscard]] FindingPointer finding(std::string_view id) const;
+    /// How many `analyzeAllUncertain` would ask about.
+    [[nodiscard]] std::int64_t uncertainCount() const;
+    /// Unknown, or guessed from a name.
+    [[nodiscard]] static bool isUncertain(const Finding& finding);
+
+    /// Starts a scan, unless one runs. The previous result stays until the new one replaces it.
+    void scan();
+    /// Gives up the running scan. Its walk goes on to its end, and the result is dropped.
+    void cancelScan();
+
+    void setLevel(SafetyLevel level, std::string_view id);
+    void resetVerdict(std::string_view id);
+
+    /// Asks the model about one finding. `note` is what the user knows about it, or empty.
+    QCoro::Task<> analyze(std::string id, std::string note);
+    /// Asks about every uncertain finding, one after the other.
+    void analyzeAllUncertain();
+    /// Ends that after the finding that is being asked about.
+    void cancelBatch();
+
+    /// Cleans one after the other. Asks nothing: whoever calls has asked the user.
+    QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
+    QCoro::Task<> emptyTrash();
+
+    void reveal(const Finding& finding);
+    void openFullDiskAccessSettings();
+    void dismissAlert();
+
+    /// Asks everything that runs to stop, and says whether it has within this time: for the end of the
+    /// program. Afterwards the object is only good for being destroyed.
+    [[nodiscard]] bool finish(std::chrono::milliseconds time);
+
+signals:
+    void phaseChanged();
+    /// After any change of the list or of a finding in it.
+    void findingsChanged();
+    void diskChanged();
+    void aiStatusChanged();
+    void scannedFilesChanged();
+    void scannedBytesChanged();
+    void currentPathChanged();
+    void deniedCountChanged();
+    void scanDurationChanged();
+    void analyzingChanged();
+    void batchProgressChanged();
+    void cleaningChanged();
+    void trashedBytesChanged();
+    void freedBytesChanged();
+    void alertChanged();
+
+private:
+    struct Scan;
+    struct Batch;
+
+    template <typename Value>
+    void assign(Value& field, std::type_identity_t<Value> value, void (AppModel::*changed)()) {
+        if (field == value)
+            return;
+        field = std::move(value);
+        (this->*changed)();
+    }
+
+    void expectUiThread() const;
+    void showAlert(std::string title, std::string message);
+    void copyCounters(const ScanProgress& progress);
+    void refreshDisk() { assign(disk_, services_.diskInfo(), &AppModel::diskChanged); }
+
+    QCoro::Task<> refreshStatus();
+    QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
+    QCoro::Task<> runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids);
+    /// Whether no application runs that uses the finding's files; shows an alert when one does.
+    QCoro::Task<bool> applicationsAreClosed(FindingPointer finding);
+    QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
+    void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
+    void removeFindings(std::string_view id);
+
+    /// Puts a changed copy in the place of a finding and returns it.
+    template <typename Change>
+    FindingPointer change(FindingPointer& place, Change change);
+    [[nodiscard]] Findings::iterator find(std::string_view id);
+
+    AppServices services_;
+    std::stop_source stop_;
+    bool isEnding_ = false;
+
+    Phase phase_ = Phase::idle;
+    Findings findings_;
+    std::optional<DiskInfo> disk_;
+    AIStatus aiStatus_;
+    std::int64_t scannedFiles_ = 0;
+    std::int64_t scannedBytes_ = 0;
+    std::string currentPath_;
+    std::int64_t deniedCount_ = 0;
+    std::optional<double> scanDuration_;
+    std::set<std::string> analyzing_;
+    std::optional<BatchProgress> batchProgress_;
+    std::set<std::string> cleaning_;
+    std::int64_t trashedBytes_ = 0;
+    std::int64_t freedBytes_ = 0;
+    std::optional<AlertInfo> alert_;
+    VerdictStore store_;
+    std::shared_ptr<Scan> scan_;
+    std::shared_ptr<Batch> batch_;
+    std::unique_ptr<Workers> workers_;
+};
+
+}  // namespace ulvak

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ai/ai_classifier.h"
+#include "ai/ai_status.h"
+#include "clean/cleaner.h"
+#include "core/disk_info.h"
+#include "core/finding.h"
+#include "scan/scan_progress.h"
+
+namespace ulvak {
+
+/// What the application does to the world outside its own state. Each is set. A stop is asked for when the
+/// program ends.
+struct AppServices {
+    using Names = std::vector<std::string>;
+
+    // On workers, several at once; they may block.
+    std::function<std::vector<Finding>(ScanProgress&, std::stop_token)> scan;
+    std::function<AIStatus(std::stop_token)> aiStatus;
+    /// The names of all running applications, in the system's order.
+    std::function<Names()> runningApplications;
+    /// Those of the given names that are running.
+    std::function<Names(std::span<const std::string>)> runningApps;
+    std::function<AIClassifier::Result(const Finding&, std::string_view note,
+                                       std::span<const std::string> running, std::stop_token)>
+        classify;
+    std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode)> clean;
+    std::function<std::expected<void, CleanFailure>()> emptyTrash;
+    /// Shows and selects all these items in the file browser.
+    std::function<void(std::span<const std::string> paths)> reveal;
+    std::function<void(std::string_view url)> openUrl;
+
+    // On the thread of the user interface; it returns at once.
+    std::function<std::optional<DiskInfo>()> diskInfo;
+
+    /// The system's.
+    [[nodiscard]] static AppServices system();
+};
+
+}  // namespace ulvak

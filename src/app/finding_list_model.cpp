@@ -1,0 +1,218 @@
+#include "app/finding_list_model.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "app/shown.h"
+#include "core/format.h"
+#include "core/paths.h"
+
+namespace ulvak {
+namespace {
+
+/// Which of these numbers, none of them twice and -1 for none, form a longest ascending sequence: rows that
+/// can stay where they are while all others are moved around them.
+std::vector<bool> longestAscending(const std::vector<int>& numbers) {
+    std::vector<std::size_t> lasts;  // for each length, where the sequence with the smallest end ends
+    std::vector<std::size_t> before(numbers.size());
+    for (std::size_t index = 0; index < numbers.size(); ++index) {
+        if (numbers[index] < 0)
+            continue;
+        const auto place = std::ranges::lower_bound(lasts, numbers[index], {},
+                                                    [&](std::size_t last) { return numbers[last]; });
+        if (place != lasts.begin())
+            before[index] = *std::prev(place);
+        if (place == lasts.end())
+            lasts.push_back(index);
+        else
+            *place = index;
+    }
+    std::vector<bool> chosen(numbers.size());
+    std::size_t index = lasts.empty() ? 0 : lasts.back();
+    for (std::size_t length = lasts.size(); length > 0; --length) {
+        chosen[index] = true;
+        index = before[index];
+    }
+    return chosen;
+}
+
+QString iconOf(const Finding& finding) {
+    if (std::holds_alternative<CleanAction::DeleteSimulator>(finding.action.value))
+        return QStringLiteral("iphone");
+    if (finding.urls.size() > 1)
+        return QStringLiteral("doc.on.doc");
+    const bool isApp = Paths::extension(Paths::lastComponent(finding.urls.front())) == "app";
+    return isApp ? QStringLiteral("app") : QStringLiteral("folder");
+}
+
+QString text(std::string_view view) {
+    return QString::fromUtf8(view.data(), static_cast<qsizetype>(view.size()));
+}
+
+}  // namespace
+
+FindingListModel::FindingListModel(AppModel& app, QObject* parent) : QAbstractListModel(parent), app_(app) {
+    connect(&app, &AppModel::findingsChanged, this, &FindingListModel::follow);
+    connect(&app, &AppModel::analyzingChanged, this, &FindingListModel::markBusy);
+    connect(&app, &AppModel::cleaningChanged, this, &FindingListModel::markBusy);
+}
+
+void FindingListModel::setLevel(std::optional<SafetyLevel> level) {
+    if (level == level_)
+        return;
+    // Another list altogether: a view starts at its top.
+    beginResetModel();
+    level_ = level;
+    rows_ = level ? app_.findings(*level) : Findings();
+    largest_ = rows_.empty() ? 0 : std::ranges::max(rows_, {}, &Finding::size)->size;
+    endResetModel();
+    emit countChanged();
+}
+
+FindingPointer FindingListModel::at(int row) const {
+    return row >= 0 && row < count() ? rows_[static_cast<std::size_t>(row)] : nullptr;
+}
+
+int FindingListModel::rowOf(std::string_view id) const {
+    const auto found =
+        std::ranges::find_if(rows_, [&](const FindingPointer& finding) { return finding->id == id; });
+    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+int FindingListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant FindingListModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const FindingPointer& pointer = rows_[static_cast<std::size_t>(index.row())];
+    const Finding& finding = *pointer;
+    switch (role) {
+        case idRole:
+            return QByteArray::fromStdString(finding.id);
+        case findingRole:
+            return QVariant::fromValue(pointer);
+        case Qt::DisplayRole:
+        case titleRole:
+            return shown(finding.title);
+        case Qt::ToolTipRole:
+        case locationRole:
+            return shown(Paths::display(finding.urls.front()));
+        case sizeRole:
+            return static_cast<qint64>(finding.size);
+        case sizeTextRole:
+            return QString::fromStdString(Format::bytes(finding.size));
+        case fractionRole:
+            return largest_ > 0 ? static_cast<double>(finding.size) / static_cast<double>(largest_) : 0.0;
+        case iconRole:
+            return iconOf(finding);
+        case levelRole:
+            return text(info(finding.level).rawValue);
+        case sourceRole:
+            return text(info(finding.source).rawValue);
+        case badgeRole:
+            return finding.source == VerdictSource::rule
+                       ? QString()
+                       : QString::fromStdString(badgeText(currentVerdict(finding)));
+        case isAnalyzingRole:
+            return analyzing_.contains(finding.id);
+        case isCleaningRole:
+            return cleaning_.contains(finding.id);
+        default:
+            return {};
+    }
+}
+
+QHash<int, QByteArray> FindingListModel::roleNames() const {
+    return {
+        {idRole, "findingId"},          {findingRole, "finding"}, {titleRole, "title"},
+        {locationRole, "location"},     {sizeRole, "size"},       {sizeTextRole, "sizeText"},
+        {fractionRole, "fraction"},     {iconRole, "icon"},       {levelRole, "level"},
+        {sourceRole, "source"},         {badgeRole, "badge"},     {isAnalyzingRole, "isAnalyzing"},
+        {isCleaningRole, "isCleaning"},
+    };
+}
+
+void FindingListModel::follow() {
+    if (!level_)
+        return;
+    const int before = count();
+    const Findings wanted = app_.findings(*level_);
+    std::unordered_map<std::string_view, int> places;
+    for (std::size_t index = 0; index < wanted.size(); ++index)
+        places.emplace(wanted[index]->id, static_cast<int>(index));
+    std::vector<int> targets;
+    for (const FindingPointer& row : rows_) {
+        const auto place = places.find(row->id);
+        targets.push_back(place == places.end() ? -1 : place->second);
+    }
+    removeAllBut(longestAscending(targets));
+    insertMissing(wanted);
+    replaceChanged(wanted);
+    if (count() != before)
+        emit countChanged();
+}
+
+void FindingListModel::removeAllBut(const std::vector<bool>& stays) {
+    // From the end, so that the rows in front keep their numbers.
+    for (int last = count() - 1; last >= 0; --last) {
+        if (stays[static_cast<std::size_t>(last)])
+            continue;
+        int first = last;
+        while (first > 0 && !stays[static_cast<std::size_t>(first - 1)])
+            --first;
+        beginRemoveRows({}, first, last);
+        rows_.erase(rows_.begin() + first, rows_.begin() + last + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+void FindingListModel::insertMissing(const Findings& wanted) {
+    for (std::size_t row = 0; row < wanted.size(); ++row) {
+        const auto isNext = [&](std::size_t index) {
+            return row < rows_.size() && rows_[row]->id == wanted[index]->id;
+        };
+        std::size_t end = row;
+        while (end < wanted.size() && !isNext(end))
+            ++end;
+        if (end == row)
+            continue;
+        const auto at = static_cast<std::ptrdiff_t>(row);
+        beginInsertRows({}, static_cast<int>(row), static_cast<int>(end) - 1);
+        rows_.insert(rows_.begin() + at, wanted.begin() + at,
+                     wanted.begin() + static_cast<std::ptrdiff_t>(end));
+        endInsertRows();
+        row = end;
+    }
+}
+
+void FindingListModel::replaceChanged(const Findings& wanted) {
+    const std::int64_t largest = wanted.empty() ? 0 : std::ranges::max(wanted, {}, &Finding::size)->size;
+    if (std::exchange(largest_, largest) != largest && !rows_.empty())
+        emit dataChanged(index(0), index(count() - 1), {fractionRole});
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+        if (rows_[row] == wanted[row])
+            continue;
+        rows_[row] = wanted[row];
+        const QModelIndex changed = index(static_cast<int>(row));
+        emit dataChanged(changed, changed);
+    }
+}
+
+void FindingListModel::markBusy() {
+    const auto before =
+        std::pair(std::exchange(analyzing_, app_.analyzing()), std::exchange(cleaning_, app_.cleaning()));
+    for (int row = 0; row < count(); ++row) {
+        const std::string& id = rows_[static_cast<std::size_t>(row)]->id;
+        const bool isSame = before.first.contains(id) == analyzing_.contains(id) &&
+                            before.second.contains(id) == cleaning_.contains(id);
+        if (!isSame)
+            emit dataChanged(index(row), index(row), {isAnalyzingRole, isCleaningRole});
+    }
+}
+
+}  // namespace ulvak

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QPointer>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "app/app_model.h"
+
+namespace ulvak {
+
+/// The findings of one level as rows for a view, in the order of the application's list. Follows the
+/// application row by row: a finding that goes takes its row along, one that changes keeps its row, and a new
+/// result is laid over the old one, so that a view keeps its place. Holds its own hold on each finding: a row
+/// can be read at any time, also while others are being removed.
+class FindingListModel : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+public:
+    enum Role : int {
+        idRole = Qt::UserRole + 1,  ///< QByteArray, the finding's own bytes
+        findingRole,                ///< FindingPointer
+        titleRole,
+        locationRole,
+        sizeRole,
+        sizeTextRole,
+        fractionRole,  ///< of the level's largest finding, 0 to 1
+        iconRole,
+        levelRole,
+        sourceRole,  ///< the raw value of a VerdictSource
+        badgeRole,   ///< the text of the source badge; empty for a rule's verdict
+        isAnalyzingRole,
+        isCleaningRole,
+    };
+    Q_ENUM(Role)
+
+    /// `app` outlives this object. Without a level there are no rows.
+    explicit FindingListModel(AppModel& app, QObject* parent = nullptr);
+
+    [[nodiscard]] std::optional<SafetyLevel> level() const { return level_; }
+    void setLevel(std::optional<SafetyLevel> level);
+
+    [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+    /// Null when there is no such row.
+    [[nodiscard]] FindingPointer at(int row) const;
+    /// -1 when there is none.
+    [[nodiscard]] int rowOf(std::string_view id) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+signals:
+    void countChanged();
+
+private:
+    void follow();
+    void removeAllBut(const std::vector<bool>& stays);
+    void insertMissing(const Findings& wanted);
+    void replaceChanged(const Findings& wanted);
+    void markBusy();
+
+    AppModel& app_;
+    std::optional<SafetyLevel> level_;
+    Findings rows_;
+    std::int64_t largest_ = 0;
+    std::set<std::string> analyzing_;
+    std::set<std::string> cleaning_;
+};
+
+}  // namespace ulvak
+
+Q_DECLARE_METATYPE(ulvak::FindingPointer)

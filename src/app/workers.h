@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QObject>
+#include <QThreadPool>
+#include <chrono>
+#include <coroutine>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+namespace ulvak {
+
+/// Threads for what must not hold the user interface. A coroutine awaits a function's result; it goes on
+/// where it was, on the thread of `home`:
+///
+///     auto call = workers.run([finding] { return measure(finding); });
+///     const auto size = co_await call;
+///
+/// Threads: everything here belongs to the thread of `home`; the functions run on others.
+class Workers {
+public:
+    /// Results come back as events of `home`, which outlives this object.
+    explicit Workers(QObject& home);
+    /// Waits for all functions and lets whoever awaits them go on: see to it that they end soon, and that
+    /// those who wake up then know what has become of their world.
+    ~Workers();
+    Workers(const Workers&) = delete;
+    Workers& operator=(const Workers&) = delete;
+
+    template <typename Function>
+    class Call {
+    public:
+        using Result = std::invoke_result_t<Function&>;
+
+        Call(Workers& workers, Function function) : workers_(workers), function_(std::move(function)) {}
+
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+        void await_suspend(std::coroutine_handle<> waiting) {
+            const auto function = std::make_shared<Function>(std::move(function_));
+            workers_.start([box = box_, function] { box->put((*function)()); }, waiting);
+        }
+        Result await_resume() { return box_->take(); }
+
+    private:
+        class Box {
+        public:
+            void put(Result result) {
+                const std::scoped_lock lock(mutex_);
+                result_.emplace(std::move(result));
+            }
+            Result take() {
+                const std::scoped_lock lock(mutex_);
+                return std::move(*result_);
+            }
+
+        private:
+            std::mutex mutex_;
+            std::optional<Result> result_;  ///< guarded by `mutex_`
+        };
+
+        Workers& workers_;
+        Function function_;
+        std::shared_ptr<Box> box_ = std::make_shared<Box>();
+    };
+
+    /// What `co_await` takes. The function begins when it is awaited.
+    template <typename Function>
+    [[nodiscard]] Call<Function> run(Function function) {
+        return Call<Function>(*this, std::move(function));
+    }
+
+    /// A function that nobody awaits.
+    void post(std::function<void()> function);
+
+    /// Whether all functions have ended, or do so in time.
+    [[nodiscard]] bool waitForDone(std::chrono::milliseconds time);
+
+private:
+    void start(std::function<void()> function, std::coroutine_handle<> waiting);
+
+    QObject& home_;
+    QThreadPool pool_;
+    int awaited_ = 0;  ///< calls whose coroutine has not gone on yet
+};
+
+}  // namespace ulvak

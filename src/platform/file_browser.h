@@ -1,0 +1,20 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+/// What the desktop opens for the user. Threads: any but the one of the user interface; the calls wait for
+/// the desktop, up to a few seconds. Failures are dropped by design: the user sees that nothing opened.
+namespace ulvak::platform {
+
+/// Has the file browser show and select all these items, absolute paths, at once. One that cannot select
+/// opens the folder of the first.
+void revealInFileBrowser(std::span<const std::string> paths);
+
+void openUrl(std::string_view url);
+
+/// Whether this system has a page of privacy settings on which the user can let this program see more.
+[[nodiscard]] bool hasPrivacySettings();
+
+}  // namespace ulvak::platform
