@@ -92,7 +92,7 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
     const Finding& finding = *pointer;
     switch (role) {
         case idRole:
-            return QByteArray::fromStdString(finding.id);
+            return tokenOf(finding.id);
         case findingRole:
             return QVariant::fromValue(pointer);
         case Qt::DisplayRole:

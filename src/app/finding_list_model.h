@@ -19,7 +19,7 @@ class FindingListModel : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 public:
     enum Role : int {
-        idRole = Qt::UserRole + 1,  ///< QByteArray, the finding's own bytes
+        idRole = Qt::UserRole + 1,  ///< the id as a token
         findingRole,                ///< FindingPointer
         titleRole,
         locationRole,

@@ -24,4 +24,13 @@ QString shownLines(std::string_view text) {
     return lines;
 }
 
+// A character for each byte.
+QString tokenOf(std::string_view id) {
+    return QString::fromLatin1(id.data(), static_cast<qsizetype>(id.size()));
+}
+
+std::string idOf(const QString& token) {
+    return token.toLatin1().toStdString();
+}
+
 }  // namespace ulvak

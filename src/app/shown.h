@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <string>
 #include <string_view>
 
 namespace ulvak {
@@ -10,5 +11,10 @@ namespace ulvak {
 
 /// The same for a text of several lines, without blank ones at its end.
 [[nodiscard]] QString shownLines(std::string_view text);
+
+/// A finding's id for a view, which hands it back unread. An id is bytes that need not be a text, and two that
+/// are shown alike stay two.
+[[nodiscard]] QString tokenOf(std::string_view id);
+[[nodiscard]] std::string idOf(const QString& token);
 
 }  // namespace ulvak

@@ -1,0 +1,32 @@
+import QtQuick
+
+/// Shows the application's alert for as long as there is one; a new one takes the place of the old.
+ConfirmDialog {
+    id: root
+
+    required property var app
+
+    objectName: "alert"
+    title: ""
+    message: ""
+    confirmText: ""
+    onlyDismisses: true
+
+    onClosed: if (app.alertId !== "") app.dismissAlert()
+    Component.onCompleted: follow()
+
+    function follow() {
+        if (app.alertId === "") {
+            close()
+            return
+        }
+        title = app.alertTitle
+        message = app.alertMessage
+        open()
+    }
+
+    Connections {
+        target: root.app
+        function onAlertChanged() { root.follow() }
+    }
+}

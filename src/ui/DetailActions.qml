@@ -1,0 +1,133 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+/// Everything that can be done with the finding. A dialog keeps the finding it asks about.
+ColumnLayout {
+    id: root
+
+    required property var app
+    readonly property var detail: app.detail
+
+    spacing: Theme.spaceM
+
+    /// Presses the prominent button, if there is one.
+    function pressMain() {
+        if (detail.action === "trash" && !detail.isCleaning)
+            trash.click()
+        else if (detail.action === "simulator" && !detail.isCleaning)
+            simulator.click()
+    }
+
+    PushButton {
+        id: simulator
+        objectName: "deleteSimulator"
+        visible: root.detail.action === "simulator"
+        enabled: !root.detail.isCleaning
+        busy: root.detail.isCleaning
+        text: "Simülatörü Sil"
+        prominent: true
+        tint: root.detail.level === "safe" ? Theme.green : Theme.orange
+        onClicked: root.app.removePermanently(root.detail.token)
+    }
+    Flow {
+        visible: root.detail.action === "trash"
+        spacing: Theme.spaceM
+        Layout.fillWidth: true
+
+        PushButton {
+            id: trash
+            objectName: "moveToTrash"
+            enabled: !root.detail.isCleaning
+            busy: root.detail.isCleaning
+            text: "Çöp Kutusuna Taşı"
+            symbol: "trash"
+            prominent: true
+            tint: Theme.levelColor(root.detail.level)
+            onClicked: root.detail.asksBeforeTrash ? confirmTrash.ask() : root.app.moveToTrash(root.detail.token)
+        }
+        PushButton {
+            objectName: "removePermanently"
+            visible: root.detail.offersPermanent
+            enabled: !root.detail.isCleaning
+            text: "Kalıcı Sil…"
+            destructive: true
+            onClicked: confirmPermanent.ask()
+        }
+    }
+    NoteLine {
+        objectName: "quitNote"
+        visible: root.detail.action === "trash" && root.detail.quitText !== ""
+        symbol: "info.circle"
+        text: root.detail.quitText
+        size: Theme.caption
+        Layout.fillWidth: true
+    }
+    NoteLine {
+        objectName: "reason"
+        visible: root.detail.action === "none"
+        symbol: "lock"
+        text: root.detail.reason
+        size: Theme.callout
+        Layout.fillWidth: true
+    }
+    Flow {
+        spacing: Theme.spaceM
+        Layout.fillWidth: true
+
+        PushButton {
+            objectName: "revealButton"
+            text: "Finder'da Göster"
+            symbol: "folder"
+            onClicked: root.app.reveal(root.detail.token)
+        }
+        PushButton {
+            id: relabel
+            objectName: "relabel"
+            text: "Etiketi Değiştir"
+            Accessible.role: Accessible.ButtonMenu
+            onClicked: levels.open()
+
+            LevelMenu {
+                id: levels
+                objectName: "detailLevels"
+                y: relabel.height + 4
+                app: root.app
+                token: root.detail.token
+                canReset: root.detail.canReset
+            }
+        }
+    }
+
+    ConfirmDialog {
+        id: confirmPermanent
+        property string asked: ""
+        function ask() {
+            asked = root.detail.token
+            title = root.detail.title + " kalıcı olarak silinsin mi?"
+            confirmText = "Kalıcı Olarak Sil (" + root.detail.sizeText + ")"
+            open()
+        }
+        objectName: "confirmPermanent"
+        title: ""
+        message: "Bu işlem geri alınamaz. Dosyalar çöp kutusuna gitmez."
+        confirmText: ""
+        destructive: true
+        onConfirmed: root.app.removePermanently(asked)
+    }
+    ConfirmDialog {
+        id: confirmTrash
+        property string asked: ""
+        function ask() {
+            asked = root.detail.token
+            title = root.detail.title + " çöp kutusuna taşınsın mı?"
+            message = "Bu öğe \"" + root.detail.levelTitle + "\" olarak etiketli. Emin misin?"
+            open()
+        }
+        objectName: "confirmTrash"
+        title: ""
+        message: ""
+        confirmText: "Çöp Kutusuna Taşı"
+        onConfirmed: root.app.moveToTrash(asked)
+    }
+}

@@ -1,0 +1,74 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// One finding: what it is, what deleting it costs, and everything that can be done with it.
+ScrollColumn {
+    id: root
+
+    required property var app
+    readonly property var detail: app.detail
+
+    function pressMain() {
+        actions.pressMain()
+    }
+
+    objectName: "detailView"
+    spacing: Math.round(18 * Theme.u)
+
+    ColumnLayout {
+        spacing: Theme.spaceS
+        Layout.fillWidth: true
+
+        Flow {
+            spacing: Theme.spaceM
+            Layout.fillWidth: true
+            LevelBadge {
+                app: root.app
+                level: root.detail.level
+            }
+            SourceBadge {
+                objectName: "detailBadge"
+                visible: root.detail.badge !== ""
+                app: root.app
+                source: root.detail.source
+                badge: root.detail.badge
+            }
+        }
+        SelectableText {
+            objectName: "detailTitle"
+            text: root.detail.title
+            font.pixelSize: Theme.title1
+            font.bold: true
+            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+            Layout.fillWidth: true
+        }
+        Text {
+            text: root.detail.sizeText
+            color: Theme.secondary
+            font.pixelSize: Theme.title2
+        }
+    }
+    SelectableText {
+        text: root.detail.explanation
+        Layout.fillWidth: true
+    }
+    DetailActions {
+        id: actions
+        app: root.app
+        Layout.fillWidth: true
+    }
+    ModelSection {
+        visible: root.detail.showsModel
+        app: root.app
+        Layout.fillWidth: true
+    }
+    DetailContents {
+        visible: root.detail.contents.length > 0
+        detail: root.detail
+        Layout.fillWidth: true
+    }
+    DetailMetadata {
+        detail: root.detail
+        Layout.fillWidth: true
+    }
+}

@@ -1,0 +1,107 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+/// The findings of one level.
+Item {
+    id: root
+
+    required property var app
+    /// Asked for by the Delete key: the prominent button of the detail column.
+    signal deleteRequested()
+
+    objectName: "findingList"
+
+    readonly property string face: app.phase === "scanning" ? "scanning" : app.findings.count === 0 ? "empty" : "list"
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        RowLayout {
+            spacing: Theme.spaceM
+            Layout.fillWidth: true
+            Layout.margins: Theme.spaceL
+            Layout.bottomMargin: Theme.spaceM
+
+            ColumnLayout {
+                spacing: Math.round(2 * Theme.u)
+                Layout.fillWidth: true
+                Text {
+                    objectName: "listTitle"
+                    text: root.app.listTitle
+                    color: Theme.text
+                    font.pixelSize: Theme.title2
+                    font.weight: Font.DemiBold
+                    elide: Text.ElideRight
+                    Layout.fillWidth: true
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
+                }
+                Text {
+                    objectName: "listSubtitle"
+                    visible: text !== ""
+                    text: root.app.listSubtitle
+                    color: Theme.secondary
+                    font.pixelSize: Theme.caption
+                }
+            }
+            PushButton {
+                objectName: "analyzeList"
+                visible: root.app.offersBatch
+                enabled: !root.app.isBatchRunning
+                text: "Analiz Et"
+                symbol: "apple.intelligence"
+                onClicked: root.app.analyzeAllUncertain()
+                ToolTipText {
+                    visible: parent.hovered
+                    text: "Bilinmeyen ve tahmin edilen klasörleri Apple Intelligence ile analiz et"
+                }
+            }
+        }
+        Loader {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            sourceComponent: root.face === "scanning" ? scanning : root.face === "empty" ? empty : list
+        }
+    }
+
+    Component {
+        id: scanning
+        Item {
+            objectName: "listScanning"
+            Row {
+                anchors.centerIn: parent
+                spacing: Theme.spaceM
+                Spinner {
+                    size: Theme.body * 1.3
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+                Text {
+                    text: "Taranıyor…"
+                    color: Theme.secondary
+                    font.pixelSize: Theme.body
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+            }
+        }
+    }
+    Component {
+        id: empty
+        EmptyState {
+            readonly property var about: root.app.levelInfo(root.app.sidebar)
+            objectName: "listEmpty"
+            symbol: about.symbol
+            tint: Theme.levelColor(root.app.sidebar)
+            title: root.app.phase === "idle" ? "Henüz tarama yapılmadı" : "Burada bir şey yok"
+            description: root.app.phase === "idle" ? "Başlamak için Tara'ya bas." : about.summary
+        }
+    }
+    Component {
+        id: list
+        FindingRows {
+            app: root.app
+            onDeleteRequested: root.deleteRequested()
+        }
+    }
+}

@@ -1,0 +1,134 @@
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// The rows of a list of findings, with the selection that mouse and keyboard make in it.
+ListView {
+    id: root
+
+    required property var app
+    readonly property var selection: app.selection
+    property string typed: ""
+
+    signal deleteRequested()
+
+    function rowsOnPage(): int {
+        const first = itemAtIndex(Math.max(0, indexAt(0, contentY + 1)))
+        return Math.max(1, Math.floor(height / (first?.height ?? height)) - 1)
+    }
+
+    function goTo(row: int, modifiers: int) {
+        selection.moveTo(row, modifiers)
+        positionViewAtIndex(selection.currentRow, ListView.Contain)
+    }
+
+    function openMenu() {
+        const row = selection.currentRow
+        const item = row < 0 ? null : itemAtIndex(row)
+        if (item)
+            menu.openFor(item.findingId, item, Qt.point(item.width / 3, item.height))
+    }
+
+    function type(letters: string) {
+        typed += letters
+        typing.restart()
+        const row = app.rowBeginning(typed, selection.currentRow + (typed.length > 1 ? 0 : 1))
+        if (row >= 0)
+            goTo(row, Qt.NoModifier)
+    }
+
+    objectName: "rows"
+    model: app.findings
+    clip: true
+    focus: true
+    activeFocusOnTab: true
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    leftMargin: Theme.spaceM
+    rightMargin: Theme.spaceM
+    bottomMargin: Theme.spaceM
+    spacing: 1
+    cacheBuffer: 0
+    reuseItems: true
+    currentIndex: -1
+
+    Accessible.role: Accessible.List
+    Accessible.name: app.listTitle
+
+    Keys.onPressed: event => {
+        const current = Math.max(0, root.selection.currentRow)
+        const none = root.selection.currentRow < 0
+        let used = true
+        switch (event.key) {
+        case Qt.Key_Down: root.goTo(none ? 0 : current + 1, event.modifiers); break
+        case Qt.Key_Up: root.goTo(none ? root.count - 1 : current - 1, event.modifiers); break
+        case Qt.Key_PageDown: root.goTo(current + root.rowsOnPage(), event.modifiers); break
+        case Qt.Key_PageUp: root.goTo(current - root.rowsOnPage(), event.modifiers); break
+        case Qt.Key_Home: root.goTo(0, event.modifiers); break
+        case Qt.Key_End: root.goTo(root.count - 1, event.modifiers); break
+        case Qt.Key_Escape: root.selection.clear(); break
+        case Qt.Key_Delete: root.deleteRequested(); break
+        case Qt.Key_Menu: root.openMenu(); break
+        case Qt.Key_F10: event.modifiers & Qt.ShiftModifier ? root.openMenu() : used = false; break
+        case Qt.Key_Space:
+            if (event.modifiers & Qt.ControlModifier)
+                root.selection.toggleCurrent()
+            else if (root.typed !== "")
+                root.type(" ")
+            else
+                root.goTo(current, Qt.NoModifier)
+            break
+        default:
+            if (event.matches(StandardKey.SelectAll))
+                root.selection.selectAll()
+            else if (event.text.trim() !== "" && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)))
+                root.type(event.text)
+            else
+                used = false
+        }
+        event.accepted = used
+    }
+
+    header: Text {
+        width: ListView.view ? ListView.view.width - 2 * Theme.spaceM : implicitWidth
+        text: root.app.listSummary
+        textFormat: Text.PlainText
+        color: Theme.secondary
+        font.pixelSize: Theme.callout
+        wrapMode: Text.Wrap
+        padding: Math.round(4 * Theme.u)
+        leftPadding: Theme.spaceM
+        bottomPadding: Theme.spaceM
+    }
+    delegate: FindingRow {
+        id: line
+
+        required property var model
+
+        app: root.app
+        width: ListView.view.width - 2 * Theme.spaceM
+        selected: root.selection.revision >= 0 && root.selection.contains(findingId)
+        focused: root.activeFocus && root.Window.active && root.selection.currentRow === index
+
+        onPressed: modifiers => {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            root.selection.press(index, modifiers)
+        }
+        onMenuRequested: where => {
+            root.forceActiveFocus(Qt.MouseFocusReason)
+            root.selection.pressForMenu(index)
+            menu.openFor(findingId, line, where)
+        }
+    }
+
+    ScrollBar.vertical: ScrollBar {}
+
+    Timer {
+        id: typing
+        interval: 900
+        onTriggered: root.typed = ""
+    }
+    RowMenu {
+        id: menu
+        app: root.app
+    }
+}

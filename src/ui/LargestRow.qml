@@ -1,0 +1,71 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+/// One of the largest findings; leads to the list of its level.
+AbstractButton {
+    id: root
+
+    required property string level
+    required property string symbol
+    required property string sizeText
+    property bool isLast: false
+
+    implicitHeight: Math.round(36 * Theme.u)
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text + ", " + sizeText
+    Accessible.onPressAction: root.click()
+
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    contentItem: RowLayout {
+        spacing: Theme.spaceM
+
+        Symbol {
+            name: root.symbol
+            color: Theme.levelColor(root.level)
+            size: Theme.body * 1.25
+        }
+        Text {
+            id: title
+            text: root.text
+            textFormat: Text.PlainText
+            color: Theme.text
+            font.pixelSize: Theme.body
+            elide: Text.ElideMiddle
+            Layout.fillWidth: true
+        }
+        Text {
+            text: root.sizeText
+            color: Theme.secondary
+            font.pixelSize: Theme.body
+        }
+    }
+    background: Item {
+        Rectangle {
+            anchors.fill: parent
+            anchors.leftMargin: -Theme.spaceS
+            anchors.rightMargin: -Theme.spaceS
+            radius: Theme.radiusS
+            color: root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
+            border.width: root.visualFocus ? 2 : 0
+            border.color: Theme.accent
+        }
+        Rectangle {
+            visible: !root.isLast
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: 1
+            color: Theme.line
+        }
+    }
+
+    ToolTipText {
+        visible: root.hovered && title.truncated
+        text: root.text
+    }
+}

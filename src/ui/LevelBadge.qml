@@ -1,0 +1,41 @@
+import QtQuick
+
+/// A level as a capsule: its symbol and title in its colour.
+Rectangle {
+    id: root
+
+    required property var app
+    required property string level
+    property bool compact: false
+    readonly property var about: app.levelInfo(level)
+    readonly property color tint: Theme.levelColor(level)
+
+    implicitWidth: row.implicitWidth + 2 * Math.round(7 * Theme.u)
+    implicitHeight: row.implicitHeight + 2 * Math.round(3 * Theme.u)
+    radius: height / 2
+    color: Theme.faint(tint, 0.14)
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: label.text
+
+    Row {
+        id: row
+        anchors.centerIn: parent
+        spacing: Math.round(4 * Theme.u)
+
+        Symbol {
+            name: root.about.symbol
+            color: root.tint
+            size: Theme.caption * 1.15
+            anchors.verticalCenter: parent.verticalCenter
+        }
+        Text {
+            id: label
+            text: root.compact ? root.about.shortTitle : root.about.title
+            textFormat: Text.PlainText
+            color: root.tint
+            font.pixelSize: Theme.caption
+            font.weight: Font.Medium
+        }
+    }
+}

@@ -1,0 +1,88 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+/// A level with what it holds; leads to its list.
+AbstractButton {
+    id: root
+
+    required property string level
+    required property string symbol
+    required property string title
+    required property string sizeText
+    required property string countText
+    readonly property color tint: Theme.levelColor(level)
+
+    text: title
+    padding: Math.round(14 * Theme.u)
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: title + ", " + sizeText
+    Accessible.description: countText
+    Accessible.onPressAction: root.click()
+
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    contentItem: ColumnLayout {
+        spacing: Theme.spaceS
+
+        RowLayout {
+            spacing: Theme.spaceS
+            Symbol {
+                name: root.symbol
+                color: root.tint
+                size: Theme.headline * 1.3
+            }
+            Text {
+                text: root.title
+                textFormat: Text.PlainText
+                color: Theme.text
+                font.pixelSize: Theme.headline
+                font.weight: Font.DemiBold
+                elide: Text.ElideRight
+                Layout.fillWidth: true
+            }
+            Symbol {
+                name: "chevron.right"
+                color: Theme.tertiary
+                size: Theme.caption
+            }
+        }
+        Text {
+            text: root.sizeText
+            textFormat: Text.PlainText
+            color: Theme.text
+            font.pixelSize: Theme.title2
+            font.bold: true
+        }
+        Text {
+            text: root.countText
+            textFormat: Text.PlainText
+            color: Theme.secondary
+            font.pixelSize: Theme.caption
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
+            elide: Text.ElideRight
+            lineHeight: 1.1
+            Layout.fillWidth: true
+            Layout.preferredHeight: Math.ceil(metrics.lineSpacing * 1.1) * 3 + 2
+            verticalAlignment: Text.AlignTop
+
+            FontMetrics {
+                id: metrics
+                font.pixelSize: Theme.caption
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusL
+        color: Theme.faint(root.tint, root.down ? 0.18 : root.hovered ? 0.13 : 0.08)
+        border.width: root.visualFocus ? 2 : 1
+        border.color: root.visualFocus ? Theme.accent : Theme.faint(root.tint, 0.25)
+        Behavior on color { ColorAnimation { duration: Theme.quick } }
+    }
+}

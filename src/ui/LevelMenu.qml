@@ -1,0 +1,41 @@
+import QtQuick
+import QtQml
+import QtQuick.Controls.Basic
+
+/// The levels that a finding can be given, and the way back to its first.
+MenuPanel {
+    id: root
+
+    required property var app
+    required property string token
+    property bool canReset: false
+
+    title: "Etiketi Değiştir"
+
+    Instantiator {
+        model: root.app.levelChoices
+        delegate: MenuLine {
+            required property var modelData
+            objectName: "level-" + modelData.level
+            text: modelData.title
+            onTriggered: root.app.setLevel(modelData.level, root.token)
+        }
+        onObjectAdded: (index, object) => root.insertItem(index, object)
+        onObjectRemoved: (index, object) => root.removeItem(object)
+    }
+    MenuSeparator {
+        visible: root.canReset
+        height: visible ? implicitHeight : 0
+        contentItem: Rectangle {
+            implicitHeight: 1
+            color: Theme.line
+        }
+    }
+    MenuLine {
+        objectName: "reset"
+        visible: root.canReset
+        height: visible ? implicitHeight : 0
+        text: "İlk etikete dön"
+        onTriggered: root.app.resetVerdict(root.token)
+    }
+}

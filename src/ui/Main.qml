@@ -1,0 +1,37 @@
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// The one window.
+ApplicationWindow {
+    id: root
+
+    /// The `WindowModel`.
+    required property var app
+    /// "light" or "dark"; empty follows the desktop.
+    property string appearance: ""
+
+    onAppearanceChanged: Theme.appearance = appearance
+
+    title: "Ulvak"
+    width: 1320
+    height: 840
+    minimumWidth: 1000
+    minimumHeight: 640
+    visible: true
+    color: Theme.window
+
+    Shortcut {
+        sequences: ["Ctrl+R"]
+        context: Qt.ApplicationShortcut
+        enabled: root.app.phase !== "scanning"
+        onActivated: root.app.scan()
+    }
+    Shortcut {
+        sequences: [StandardKey.Quit, StandardKey.Close]
+        onActivated: root.close()
+    }
+    ContentView {
+        anchors.fill: parent
+        app: root.app
+    }
+}

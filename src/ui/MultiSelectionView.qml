@@ -1,0 +1,90 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// Several findings: what they come to, and one button for all of them.
+ScrollColumn {
+    id: root
+
+    required property var app
+    readonly property var several: app.several
+
+    function pressMain() {
+        if (clean.enabled)
+            clean.click()
+    }
+
+    objectName: "multiSelection"
+    spacing: Theme.spaceL
+
+    Text {
+        objectName: "severalCount"
+        text: root.several.countText
+        color: Theme.text
+        font.pixelSize: Theme.title2
+        font.bold: true
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+    Text {
+        text: root.several.totalText
+        color: Theme.text
+        font.pixelSize: Math.round(30 * Theme.u)
+        font.weight: Font.DemiBold
+    }
+    ColumnLayout {
+        spacing: Theme.spaceS
+        Repeater {
+            model: root.several.levels
+            RowLayout {
+                id: line
+                required property var modelData
+                spacing: Theme.spaceM
+                LevelBadge {
+                    app: root.app
+                    level: line.modelData.level
+                }
+                Text {
+                    text: line.modelData.count
+                    color: Theme.text
+                    font.pixelSize: Theme.body
+                }
+            }
+        }
+    }
+    Text {
+        objectName: "skipped"
+        visible: text !== ""
+        text: root.several.skippedText
+        color: Theme.secondary
+        font.pixelSize: Theme.caption
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
+    }
+    PushButton {
+        id: clean
+        objectName: "cleanSeveral"
+        enabled: root.several.canClean
+        text: "Seçilenleri Temizle"
+        symbol: "trash"
+        prominent: true
+        onClicked: root.several.asksFirst ? confirm.ask() : root.app.cleanTokens(root.several.cleanableTokens)
+    }
+
+    ConfirmDialog {
+        id: confirm
+        /// What was shown is what is cleaned, whatever is selected by then.
+        property var asked: []
+        function ask() {
+            asked = root.several.cleanableTokens
+            message = root.several.warning
+            confirmText = root.several.cleanText
+            open()
+        }
+        objectName: "confirmSeveral"
+        title: "Seçilenler temizlensin mi?"
+        message: ""
+        confirmText: ""
+        destructive: true
+        onConfirmed: root.app.cleanTokens(asked)
+    }
+}

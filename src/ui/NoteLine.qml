@@ -1,0 +1,28 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// A line of small print with its symbol.
+RowLayout {
+    id: root
+
+    required property string symbol
+    required property string text
+    required property real size
+
+    spacing: Theme.spaceS
+
+    Symbol {
+        name: root.symbol
+        color: Theme.secondary
+        size: root.size * 1.25
+        Layout.alignment: Qt.AlignTop
+    }
+    Text {
+        text: root.text
+        textFormat: Text.PlainText
+        color: Theme.secondary
+        font.pixelSize: root.size
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
+    }
+}

@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// The content column for the summary: one face for each phase.
+ScrollColumn {
+    id: root
+
+    required property var app
+
+    objectName: "overview"
+
+    Loader {
+        sourceComponent: root.app.phase === "idle" ? welcome : root.app.phase === "scanning" ? scanning : results
+        onSourceComponentChanged: root.contentY = 0
+        Layout.fillWidth: true
+    }
+
+    Component {
+        id: welcome
+        WelcomeFace { app: root.app }
+    }
+    Component {
+        id: scanning
+        ScanningFace { app: root.app }
+    }
+    Component {
+        id: results
+        ResultsFace { app: root.app }
+    }
+}

@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+/// A button: plain, or prominent with a tinted ground.
+AbstractButton {
+    id: root
+
+    property string symbol: ""
+    property bool prominent: false
+    property bool destructive: false
+    property bool busy: false
+    property color tint: destructive ? Theme.red : Theme.accent
+    property real labelPadding: 0
+    readonly property color ink: prominent ? Theme.onTint : destructive ? Theme.red : Theme.text
+
+    implicitHeight: Math.max(Theme.controlHeight, content.implicitHeight + 2 * (5 * Theme.u + labelPadding))
+    implicitWidth: content.implicitWidth + 2 * (12 * Theme.u + labelPadding)
+    opacity: enabled ? 1 : 0.45
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: root.click()
+
+    Keys.onReturnPressed: if (!destructive) click()
+    Keys.onEnterPressed: if (!destructive) click()
+
+    contentItem: Item {
+        RowLayout {
+            id: content
+            anchors.centerIn: parent
+            width: Math.min(implicitWidth, parent.width)
+            spacing: Theme.spaceS
+
+            Spinner {
+                visible: root.busy
+                size: Theme.body
+                color: root.ink
+            }
+            Symbol {
+                visible: root.symbol !== "" && !root.busy
+                name: root.symbol
+                color: root.ink
+                size: Theme.body * 1.15
+            }
+            Text {
+                text: root.text
+                textFormat: Text.PlainText
+                color: root.ink
+                font.pixelSize: Theme.body
+                font.weight: root.prominent ? Font.DemiBold : Font.Medium
+                elide: Text.ElideRight
+                Layout.fillWidth: true
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusS + 1
+        color: root.prominent ? Theme.ground(root.tint) : Theme.raised
+        border.width: root.prominent ? 0 : 1
+        border.color: Theme.line
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: root.down ? (root.prominent ? Qt.rgba(0, 0, 0, 0.18) : Theme.press)
+                             : root.hovered && root.enabled ? (root.prominent ? Qt.rgba(1, 1, 1, 0.12) : Theme.hover) : "transparent"
+            Behavior on color { ColorAnimation { duration: Theme.quick } }
+        }
+        Rectangle {
+            visible: root.visualFocus
+            anchors.fill: parent
+            anchors.margins: -3
+            radius: parent.radius + 3
+            color: "transparent"
+            border.width: 2
+            border.color: Theme.faint(Theme.accent, 0.75)
+        }
+    }
+}

@@ -1,0 +1,174 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+
+/// The overview of a result.
+ColumnLayout {
+    id: root
+
+    required property var app
+
+    spacing: Math.round(20 * Theme.u)
+
+    ColumnLayout {
+        objectName: "disk"
+        visible: root.app.hasDisk
+        spacing: Math.round(8 * Theme.u)
+        Layout.fillWidth: true
+
+        Text {
+            objectName: "reclaimable"
+            text: root.app.reclaimableText
+            color: Theme.green
+            font.pixelSize: Theme.display
+            font.bold: true
+        }
+        Text {
+            text: "gönül rahatlığıyla boşaltılabilir (güvenli + yeniden oluşan)"
+            color: Theme.secondary
+            font.pixelSize: Theme.body
+            wrapMode: Text.Wrap
+            Layout.fillWidth: true
+        }
+        DiskBar {
+            segments: root.app.segments
+            usedText: root.app.usedText
+            freeText: root.app.freeText
+            isLow: root.app.isDiskLow
+            Layout.fillWidth: true
+        }
+    }
+    Banner {
+        objectName: "trashBanner"
+        visible: root.app.trashText !== ""
+        symbol: "trash"
+        tint: Theme.accent
+        text: root.app.trashText
+        Layout.fillWidth: true
+
+        PushButton {
+            objectName: "emptyTrash"
+            text: "Çöp Kutusunu Boşalt"
+            enabled: !root.app.isEmptyingTrash
+            busy: root.app.isEmptyingTrash
+            onClicked: root.app.emptyTrash()
+        }
+    }
+    Banner {
+        objectName: "freedBanner"
+        visible: root.app.freedText !== ""
+        symbol: "checkmark.circle.fill"
+        tint: Theme.green
+        text: root.app.freedText
+        Layout.fillWidth: true
+    }
+    Banner {
+        objectName: "deniedBanner"
+        visible: root.app.deniedText !== ""
+        symbol: "lock.fill"
+        tint: Theme.orange
+        text: root.app.deniedText
+        Layout.fillWidth: true
+
+        PushButton {
+            visible: root.app.hasPrivacySettings
+            text: "Ayarları Aç"
+            onClicked: root.app.openFullDiskAccessSettings()
+        }
+    }
+    Banner {
+        objectName: "uncertainBanner"
+        visible: root.app.uncertainText !== ""
+        symbol: "apple.intelligence"
+        tint: Theme.purple
+        text: root.app.uncertainText
+        Layout.fillWidth: true
+
+        ProgressLine {
+            objectName: "batchProgress"
+            visible: root.app.isBatchRunning
+            value: root.app.batchFraction
+            tint: Theme.purple
+            implicitWidth: Math.round(80 * Theme.u)
+            Accessible.name: "Analiz edilen"
+        }
+        PushButton {
+            objectName: "cancelBatch"
+            visible: root.app.isBatchRunning
+            text: "Durdur"
+            onClicked: root.app.cancelBatch()
+        }
+        PushButton {
+            objectName: "analyzeAll"
+            visible: !root.app.isBatchRunning && root.app.isModelAvailable
+            text: "Hepsini Analiz Et"
+            onClicked: root.app.analyzeAllUncertain()
+        }
+    }
+    ModelStatus {
+        app: root.app
+        Layout.fillWidth: true
+    }
+    GridLayout {
+        id: cards
+        readonly property real minimum: Math.round(180 * Theme.u)
+        columns: Math.max(1, Math.floor((width + columnSpacing) / (minimum + columnSpacing)))
+        columnSpacing: Math.round(12 * Theme.u)
+        rowSpacing: columnSpacing
+        Layout.fillWidth: true
+
+        Repeater {
+            model: root.app.levels
+
+            LevelCard {
+                required property var modelData
+                objectName: "card-" + level
+                level: modelData.level
+                symbol: modelData.symbol
+                title: modelData.title
+                sizeText: modelData.sizeText
+                countText: modelData.countText
+                onClicked: root.app.sidebar = level
+                Layout.fillWidth: true
+                Layout.preferredWidth: cards.minimum
+            }
+        }
+    }
+    ColumnLayout {
+        spacing: 0
+        Layout.fillWidth: true
+
+        Text {
+            text: "En büyükler"
+            color: Theme.text
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+            Layout.bottomMargin: Math.round(8 * Theme.u)
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        Repeater {
+            model: root.app.largest
+
+            LargestRow {
+                required property var modelData
+                required property int index
+                objectName: "largest-" + index
+                level: modelData.level
+                symbol: root.app.levelInfo(modelData.level).symbol
+                text: modelData.title
+                sizeText: modelData.sizeText
+                isLast: index === root.app.largest.length - 1
+                onClicked: root.app.sidebar = level
+                Layout.fillWidth: true
+            }
+        }
+    }
+    Text {
+        objectName: "scanLine"
+        visible: text !== ""
+        text: root.app.scanLine
+        color: Theme.secondary
+        font.pixelSize: Theme.caption
+    }
+}

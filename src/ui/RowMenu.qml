@@ -1,0 +1,55 @@
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// What can be done with one finding of a list. Bound to the finding it was opened for, whatever the rows do.
+MenuPanel {
+    id: root
+
+    required property var app
+    property string token: ""
+    property var about: ({})
+
+    objectName: "rowMenu"
+
+    function openFor(finding: string, item: Item, point: point) {
+        token = finding
+        about = app.menuInfo(finding)
+        if (about.canReset === undefined)
+            return
+        popup(item, point)
+    }
+
+    MenuLine {
+        objectName: "reveal"
+        text: "Finder'da Göster"
+        onTriggered: root.app.reveal(root.token)
+    }
+    MenuLine {
+        objectName: "analyze"
+        visible: root.app.isModelAvailable
+        height: visible ? implicitHeight : 0
+        text: "Apple Intelligence ile Analiz Et"
+        onTriggered: root.app.analyze(root.token, "")
+    }
+    LevelMenu {
+        objectName: "levelMenu"
+        app: root.app
+        token: root.token
+        canReset: root.about.canReset ?? false
+    }
+    MenuSeparator {
+        visible: root.about.canTrash ?? false
+        height: visible ? implicitHeight : 0
+        contentItem: Rectangle {
+            implicitHeight: 1
+            color: Theme.line
+        }
+    }
+    MenuLine {
+        objectName: "trash"
+        visible: root.about.canTrash ?? false
+        height: visible ? implicitHeight : 0
+        text: "Çöp Kutusuna Taşı"
+        onTriggered: root.app.moveToTrash(root.token)
+    }
+}

@@ -1,0 +1,113 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// What to look at: the summary, or one level. The disk's space at the bottom.
+FocusScope {
+    id: root
+
+    required property var app
+
+    readonly property var items: ["overview"].concat(app.levels.map(level => level.level))
+    readonly property int current: items.indexOf(app.sidebar)
+
+    Accessible.role: Accessible.List
+    Accessible.name: "Etiketler"
+
+    function choose(item: string) {
+        forceActiveFocus(Qt.MouseFocusReason)
+        app.sidebar = item
+    }
+
+    function step(by: int) {
+        app.sidebar = items[Math.max(0, Math.min(items.length - 1, current + by))]
+    }
+
+    activeFocusOnTab: true
+
+    Keys.onDownPressed: step(1)
+    Keys.onUpPressed: step(-1)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home)
+            root.app.sidebar = root.items[0]
+        else if (event.key === Qt.Key_End)
+            root.app.sidebar = root.items[root.items.length - 1]
+        else
+            return
+        event.accepted = true
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.side
+    }
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        ScrollColumn {
+            margin: Theme.spaceM
+            spacing: Math.round(2 * Theme.u)
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            SidebarRow {
+                objectName: "row-overview"
+                item: "overview"
+                symbol: "internaldrive"
+                title: "Özet"
+                selected: root.app.sidebar === "overview"
+                focused: selected && root.activeFocus && root.Window.active
+                onChosen: root.choose("overview")
+                Layout.fillWidth: true
+            }
+            Text {
+                text: "Etiketler"
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+                font.weight: Font.DemiBold
+                Layout.topMargin: Theme.spaceL
+                Layout.leftMargin: Theme.spaceM
+                Layout.bottomMargin: Math.round(4 * Theme.u)
+            }
+            Repeater {
+                model: root.app.levels
+
+                SidebarRow {
+                    required property var modelData
+                    objectName: "row-" + item
+                    item: modelData.level
+                    symbol: modelData.symbol
+                    tint: Theme.levelColor(item)
+                    title: modelData.title
+                    trailing: root.app.phase === "done" ? modelData.sizeText : ""
+                    selected: root.app.sidebar === item
+                    focused: selected && root.activeFocus && root.Window.active
+                    onChosen: root.choose(item)
+                    Layout.fillWidth: true
+                }
+            }
+        }
+        ColumnLayout {
+            objectName: "diskBlock"
+            visible: root.app.hasDisk
+            spacing: Math.round(6 * Theme.u)
+            Layout.fillWidth: true
+            Layout.margins: Math.round(12 * Theme.u)
+
+            ProgressLine {
+                objectName: "diskProgress"
+                value: root.app.usedFraction
+                tint: root.app.isDiskLow ? Theme.red : Theme.accent
+                Accessible.name: "Kullanılan alan"
+                Layout.fillWidth: true
+            }
+            Text {
+                text: root.app.diskText
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+                elide: Text.ElideRight
+                Layout.fillWidth: true
+            }
+        }
+    }
+}

@@ -1,0 +1,94 @@
+pragma Singleton
+import QtQuick
+
+// Everything that has a look of its own takes it from here.
+QtObject {
+    id: theme
+
+    /// "light", "dark", or empty to follow the desktop.
+    property string appearance: ""
+    /// Set where the user wants none: transitions then take no time.
+    property bool reducedMotion: false
+    readonly property bool dark: appearance === "" ? desktop.window.hslLightness < 0.5 : appearance === "dark"
+
+    // Type. All sizes follow the desktop's font.
+    readonly property real base: Math.max(Qt.application.font.pixelSize, Qt.application.font.pointSize * 96 / 72, 9)
+    readonly property real caption: Math.round(base * 0.88)
+    readonly property real callout: Math.round(base * 0.94)
+    readonly property real body: Math.round(base)
+    readonly property real headline: Math.round(base * 1.08)
+    readonly property real title2: Math.round(base * 1.35)
+    readonly property real title1: Math.round(base * 1.7)
+    readonly property real largeTitle: Math.round(base * 2.1)
+    readonly property real display: Math.round(base * 3.05)
+
+    // Space.
+    readonly property real u: Math.max(1, base / 13)
+    readonly property real spaceS: Math.round(6 * u)
+    readonly property real spaceM: Math.round(10 * u)
+    readonly property real spaceL: Math.round(16 * u)
+    readonly property real padding: Math.round(24 * u)
+    readonly property real radiusS: 6
+    readonly property real radiusM: 10
+    readonly property real radiusL: 12
+    readonly property real controlHeight: Math.round(30 * u)
+    readonly property int quick: reducedMotion ? 0 : 110
+    readonly property int calm: reducedMotion ? 0 : 180
+
+    // Surfaces.
+    readonly property color window: dark ? "#1b1c20" : "#ffffff"
+    readonly property color side: dark ? "#232429" : "#f0f1f4"
+    readonly property color detail: dark ? "#1f2025" : "#f8f8fa"
+    readonly property color raised: dark ? "#2a2c32" : "#ffffff"
+    readonly property color line: dark ? "#33353b" : "#e3e4e9"
+    readonly property color fill: dark ? Qt.rgba(1, 1, 1, 0.10) : Qt.rgba(0, 0, 0, 0.07)
+    readonly property color hover: dark ? Qt.rgba(1, 1, 1, 0.06) : Qt.rgba(0, 0, 0, 0.045)
+    readonly property color press: dark ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0, 0, 0, 0.09)
+    readonly property color shade: dark ? Qt.rgba(0, 0, 0, 0.55) : Qt.rgba(0.1, 0.11, 0.14, 0.32)
+
+    // Ink.
+    readonly property color text: dark ? "#f2f3f5" : "#1a1c20"
+    readonly property color secondary: dark ? "#abb0ba" : "#5b616b"
+    readonly property color tertiary: dark ? "#868c97" : "#767c87"
+    readonly property color onTint: "#ffffff"
+
+    // Named colours.
+    readonly property color accent: dark ? "#5c94ff" : "#2563d9"
+    readonly property color purple: dark ? "#b48af5" : "#7c43cc"
+    readonly property color green: dark ? "#45c772" : "#197f3c"
+    readonly property color teal: dark ? "#3dbccb" : "#0e7585"
+    readonly property color orange: dark ? "#f39c42" : "#b25900"
+    readonly property color red: dark ? "#ff6b64" : "#c92a25"
+    readonly property color gray: dark ? "#9aa1ac" : "#686e79"
+
+    readonly property SystemPalette desktop: SystemPalette {}
+
+    function named(name: string): color {
+        switch (name) {
+        case "green": return green
+        case "teal": return teal
+        case "orange": return orange
+        case "red": return red
+        default: return gray
+        }
+    }
+
+    function levelColor(level: string): color {
+        switch (level) {
+        case "safe": return green
+        case "regenerable": return teal
+        case "caution": return orange
+        case "keep": return red
+        default: return gray
+        }
+    }
+
+    function faint(tint: color, opacity: real): color {
+        return Qt.rgba(tint.r, tint.g, tint.b, opacity)
+    }
+
+    /// A filled button's ground: dark enough for white letters in either appearance.
+    function ground(tint: color): color {
+        return dark ? Qt.darker(tint, 1.55) : tint
+    }
+}

@@ -1,0 +1,24 @@
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// The whole of a text that is cut, or what a control does. Plain text, whatever a name holds.
+ToolTip {
+    id: root
+
+    delay: 600
+    padding: Theme.spaceS
+
+    contentItem: Text {
+        text: root.text
+        textFormat: Text.PlainText
+        wrapMode: Text.WrapAnywhere
+        color: Theme.text
+        font.pixelSize: Theme.caption
+        width: Math.min(implicitWidth, 480 * Theme.u)
+    }
+    background: Rectangle {
+        radius: Theme.radiusS
+        color: Theme.raised
+        border.color: Theme.line
+    }
+}

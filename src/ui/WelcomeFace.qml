@@ -1,0 +1,56 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// The overview before the first scan.
+ColumnLayout {
+    id: root
+
+    required property var app
+
+    spacing: Theme.spaceL
+
+    Symbol {
+        name: "sparkles.rectangle.stack"
+        color: Theme.accent
+        size: 44 * Theme.u
+    }
+    Text {
+        text: "Diskinde neler yer kaplıyor?"
+        color: Theme.text
+        font.pixelSize: Theme.largeTitle
+        font.bold: true
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+    Text {
+        text: "Ulvak; ev klasörünü, uygulama verilerini, geçici dosyaları ve geliştirici araçlarının bıraktıklarını tarar. Her şeyi silinirse ne olacağına göre etiketler. Tanımadığı klasörleri Apple Intelligence ile senin için yorumlar."
+        color: Theme.secondary
+        font.pixelSize: Theme.body
+        wrapMode: Text.Wrap
+        lineHeight: 1.25
+        Layout.fillWidth: true
+        Layout.maximumWidth: 560 * Theme.u
+    }
+    DiskBar {
+        visible: root.app.hasDisk
+        segments: root.app.segments
+        usedText: root.app.usedText
+        freeText: root.app.freeText
+        isLow: root.app.isDiskLow
+        Layout.fillWidth: true
+    }
+    PushButton {
+        objectName: "start"
+        text: "Taramayı Başlat"
+        symbol: "magnifyingglass"
+        prominent: true
+        labelPadding: Math.round(4 * Theme.u)
+        onClicked: root.app.scan()
+    }
+    ModelStatus {
+        app: root.app
+        Layout.fillWidth: true
+    }
+}

@@ -1,0 +1,159 @@
+#include "ui/detail_model.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "app/shown.h"
+#include "core/format.h"
+#include "core/paths.h"
+#include "ui/texts.h"
+
+namespace ulvak {
+namespace {
+
+constexpr std::size_t mostContents = 12;
+
+QVariantMap line(const QString& label, const QString& value) {
+    return {{QStringLiteral("label"), label}, {QStringLiteral("value"), value}};
+}
+
+}  // namespace
+
+DetailModel::DetailModel(AppModel& app, QObject* parent) : QObject(parent), app_(app) {
+    connect(&app, &AppModel::analyzingChanged, this, &DetailModel::busyChanged);
+    connect(&app, &AppModel::cleaningChanged, this, &DetailModel::busyChanged);
+}
+
+void DetailModel::setFinding(FindingPointer finding) {
+    if (finding == finding_)
+        return;
+    finding_ = std::move(finding);
+    emit changed();
+    emit busyChanged();
+}
+
+const Finding& DetailModel::shownFinding() const {
+    static const Finding nothing;
+    return finding_ ? *finding_ : nothing;
+}
+
+QString DetailModel::token() const {
+    return tokenOf(shownFinding().id);
+}
+
+QString DetailModel::title() const {
+    return shown(shownFinding().title);
+}
+
+QString DetailModel::level() const {
+    return Texts::fixed(info(shownFinding().level).rawValue);
+}
+
+QString DetailModel::levelTitle() const {
+    return Texts::fixed(info(shownFinding().level).title);
+}
+
+QString DetailModel::source() const {
+    return Texts::fixed(info(shownFinding().source).rawValue);
+}
+
+QString DetailModel::badge() const {
+    return Texts::badge(shownFinding());
+}
+
+QString DetailModel::sizeText() const {
+    return Texts::bytes(shownFinding().size);
+}
+
+QString DetailModel::explanation() const {
+    return shownLines(shownFinding().explanation);
+}
+
+QString DetailModel::action() const {
+    const auto& action = shownFinding().action.value;
+    if (std::holds_alternative<CleanAction::DeleteSimulator>(action))
+        return QStringLiteral("simulator");
+    return std::holds_alternative<CleanAction::Trash>(action) ? QStringLiteral("trash")
+                                                              : QStringLiteral("none");
+}
+
+QString DetailModel::reason() const {
+    const auto* none = std::get_if<CleanAction::None>(&shownFinding().action.value);
+    return none != nullptr ? shown(none->reason) : QString();
+}
+
+QString DetailModel::quitText() const {
+    std::string names;
+    for (const std::string& name : shownFinding().quitApps)
+        names.append(names.empty() ? "" : ", ").append(name);
+    return names.empty() ? QString() : shown("Silmeden önce kapat: " + names);
+}
+
+bool DetailModel::asksBeforeTrash() const {
+    const SafetyLevel level = shownFinding().level;
+    return level == SafetyLevel::keep || level == SafetyLevel::unknown;
+}
+
+bool DetailModel::offersPermanent() const {
+    const SafetyLevel level = shownFinding().level;
+    return level == SafetyLevel::safe || level == SafetyLevel::regenerable;
+}
+
+bool DetailModel::canReset(const Finding& finding) {
+    return finding.level != finding.original.level || finding.source != finding.original.source;
+}
+
+bool DetailModel::canReset() const {
+    return canReset(shownFinding());
+}
+
+bool DetailModel::showsModel() const {
+    const Finding& finding = shownFinding();
+    return finding.source != VerdictSource::rule || finding.level == SafetyLevel::unknown ||
+           finding.isPersonal;
+}
+
+bool DetailModel::isAnalyzing() const {
+    return app_.analyzing().contains(shownFinding().id);
+}
+
+bool DetailModel::isCleaning() const {
+    return app_.cleaning().contains(shownFinding().id);
+}
+
+QString DetailModel::contentsTitle() const {
+    return shownFinding().urls.size() > 1 ? QStringLiteral("Dosyalar") : QStringLiteral("İçindekiler");
+}
+
+QVariantList DetailModel::contents() const {
+    QVariantList lines;
+    const auto& children = shownFinding().children;
+    for (std::size_t index = 0; index < std::min(children.size(), mostContents); ++index) {
+        const ChildSummary& child = children[index];
+        lines.append(QVariantMap{
+            {QStringLiteral("symbol"), child.isDirectory ? QStringLiteral("folder") : QStringLiteral("doc")},
+            {QStringLiteral("name"), shown(child.name)},
+            {QStringLiteral("sizeText"), Texts::bytes(child.size)}});
+    }
+    return lines;
+}
+
+QString DetailModel::moreContents() const {
+    const std::size_t count = shownFinding().children.size();
+    return count > mostContents ? QStringLiteral("ve %1 öğe daha").arg(count - mostContents) : QString();
+}
+
+QVariantList DetailModel::metadata() const {
+    if (!finding_)
+        return {};
+    const Finding& finding = *finding_;
+    QVariantList lines = {line(QStringLiteral("Konum"), shown(Paths::display(finding.urls.front())))};
+    if (finding.modified)
+        lines.append(
+            line(QStringLiteral("Değişiklik"), QString::fromStdString(Format::relative(finding.modified))));
+    lines.append(line(QStringLiteral("Dosya sayısı"), Texts::number(finding.fileCount)));
+    return lines;
+}
+
+}  // namespace ulvak

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+
+#include "app/app_model.h"
+
+namespace ulvak {
+
+/// One finding as the detail column shows it: every text ready, every condition decided.
+class DetailModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString token READ token NOTIFY changed)
+    Q_PROPERTY(QString title READ title NOTIFY changed)
+    Q_PROPERTY(QString level READ level NOTIFY changed)
+    Q_PROPERTY(QString levelTitle READ levelTitle NOTIFY changed)
+    Q_PROPERTY(QString source READ source NOTIFY changed)
+    Q_PROPERTY(QString badge READ badge NOTIFY changed)
+    Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed)
+    Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
+    /// "trash", "simulator" or "none".
+    Q_PROPERTY(QString action READ action NOTIFY changed)
+    Q_PROPERTY(QString reason READ reason NOTIFY changed)
+    Q_PROPERTY(QString quitText READ quitText NOTIFY changed)
+    Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed)
+    Q_PROPERTY(bool offersPermanent READ offersPermanent NOTIFY changed)
+    Q_PROPERTY(bool canReset READ canReset NOTIFY changed)
+    Q_PROPERTY(bool showsModel READ showsModel NOTIFY changed)
+    Q_PROPERTY(bool isAnalyzing READ isAnalyzing NOTIFY busyChanged)
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged)
+    Q_PROPERTY(QString contentsTitle READ contentsTitle NOTIFY changed)
+    /// Of `symbol`, `name` and `sizeText`; at most twelve.
+    Q_PROPERTY(QVariantList contents READ contents NOTIFY changed)
+    Q_PROPERTY(QString moreContents READ moreContents NOTIFY changed)
+    /// Of `label` and `value`.
+    Q_PROPERTY(QVariantList metadata READ metadata NOTIFY changed)
+public:
+    /// `app` outlives this object.
+    explicit DetailModel(AppModel& app, QObject* parent = nullptr);
+
+    /// Null for none; nothing is to be read then.
+    void setFinding(FindingPointer finding);
+    [[nodiscard]] const FindingPointer& finding() const { return finding_; }
+
+    [[nodiscard]] QString token() const;
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString level() const;
+    [[nodiscard]] QString levelTitle() const;
+    [[nodiscard]] QString source() const;
+    [[nodiscard]] QString badge() const;
+    [[nodiscard]] QString sizeText() const;
+    [[nodiscard]] QString explanation() const;
+    [[nodiscard]] QString action() const;
+    [[nodiscard]] QString reason() const;
+    [[nodiscard]] QString quitText() const;
+    [[nodiscard]] bool asksBeforeTrash() const;
+    [[nodiscard]] bool offersPermanent() const;
+    [[nodiscard]] bool canReset() const;
+    [[nodiscard]] bool showsModel() const;
+    [[nodiscard]] bool isAnalyzing() const;
+    [[nodiscard]] bool isCleaning() const;
+    [[nodiscard]] QString contentsTitle() const;
+    [[nodiscard]] QVariantList contents() const;
+    [[nodiscard]] QString moreContents() const;
+    [[nodiscard]] QVariantList metadata() const;
+
+    /// The same condition for a finding's row menu.
+    [[nodiscard]] static bool canReset(const Finding& finding);
+
+signals:
+    void changed();
+    void busyChanged();
+
+private:
+    /// What is shown while there is nothing to show.
+    [[nodiscard]] const Finding& shownFinding() const;
+
+    AppModel& app_;
+    FindingPointer finding_;
+};
+
+}  // namespace ulvak

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "app/finding_list_model.h"
+
+namespace ulvak {
+
+/// What is selected in a list of findings, and where the keyboard is in it. Bound to ids, never to rows: when
+/// the list changes, what is selected stays selected, and what has gone is still in the set but in no row.
+class FindingSelection : public QObject {
+    Q_OBJECT
+    /// Grows with every change, so that a binding that names it is evaluated anew.
+    Q_PROPERTY(int revision READ revision NOTIFY changed)
+    /// The row with the focus; -1 when there is none.
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
+public:
+    using Ids = std::set<std::string>;
+
+    /// `rows` outlives this object.
+    explicit FindingSelection(const FindingListModel& rows, QObject* parent = nullptr);
+
+    [[nodiscard]] const Ids& ids() const { return ids_; }
+    [[nodiscard]] int revision() const { return revision_; }
+    [[nodiscard]] int currentRow() const;
+    void set(Ids ids);
+
+    [[nodiscard]] Q_INVOKABLE bool contains(const QString& token) const { return ids_.contains(idOf(token)); }
+    /// A press on a row. Ctrl takes it in or out, Shift extends from where the last press was.
+    Q_INVOKABLE void press(int row, int modifiers);
+    /// A press for a menu: on what is selected it leaves the selection alone.
+    Q_INVOKABLE void pressForMenu(int row);
+    /// An arrow, page, home or end key: to that row, or the nearest there is. Ctrl moves the focus alone.
+    Q_INVOKABLE void moveTo(int row, int modifiers);
+    /// The space key with Ctrl.
+    Q_INVOKABLE void toggleCurrent();
+    Q_INVOKABLE void selectAll();
+    Q_INVOKABLE void clear();
+
+signals:
+    void changed();
+
+private:
+    static std::string idOf(const QString& token);
+    [[nodiscard]] std::optional<std::string> idAt(int row) const;
+    void extendTo(int row, bool keepsOthers);
+    void notify();
+
+    const FindingListModel& rows_;
+    Ids ids_;
+    std::string anchor_;   ///< from where Shift extends
+    std::string current_;  ///< has the focus
+    int revision_ = 0;
+};
+
+}  // namespace ulvak

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QQuickImageProvider>
+
+namespace ulvak {
+
+/// The named symbols, drawn in one colour and sharp at any size: "image://symbols/NAME/RRGGBBAA".
+/// Threads: the scene's image loader calls it from its own.
+class SymbolImages : public QQuickImageProvider {
+public:
+    SymbolImages() : QQuickImageProvider(QQuickImageProvider::Image) {}
+
+    /// `requestedSize` in pixels of the screen. An unknown name yields an empty image.
+    QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
+};
+
+}  // namespace ulvak

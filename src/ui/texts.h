@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <string_view>
+
+#include "core/finding.h"
+
+/// Texts of the window that several of its parts show.
+namespace ulvak::Texts {
+
+/// One of our own texts.
+[[nodiscard]] QString fixed(std::string_view text);
+/// "9,1 GB".
+[[nodiscard]] QString bytes(std::int64_t count);
+/// "1.234.567".
+[[nodiscard]] QString number(std::int64_t value);
+/// Of the source badge; empty for a rule's verdict, which shows none.
+[[nodiscard]] QString badge(const Finding& finding);
+
+}  // namespace ulvak::Texts

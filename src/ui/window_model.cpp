@@ -1,0 +1,435 @@
+#include "ui/window_model.h"
+
+#include <QLocale>
+#include <QPointer>
+#include <algorithm>
+#include <utility>
+
+#include "app/shown.h"
+#include "platform/file_browser.h"
+#include "scan/checked_add.h"
+#include "ui/texts.h"
+
+namespace ulvak {
+namespace {
+
+/// Less free space than this is little.
+constexpr std::int64_t lowSpace = 20'000'000'000;
+constexpr std::size_t mostLargest = 8;
+constexpr std::string_view levelArgument = "--level=";
+
+std::int64_t usedBytes(const DiskInfo& disk) {
+    std::int64_t used = disk.total;
+    addChecked(used, -disk.available);
+    return used;
+}
+
+QVariantMap describe(const SafetyLevelInfo& level) {
+    return {{QStringLiteral("level"), Texts::fixed(level.rawValue)},
+            {QStringLiteral("title"), Texts::fixed(level.title)},
+            {QStringLiteral("shortTitle"),
+             level.level == SafetyLevel::safe ? QStringLiteral("Güvenli") : Texts::fixed(level.title)},
+            {QStringLiteral("symbol"), Texts::fixed(level.symbol)},
+            {QStringLiteral("color"), Texts::fixed(level.color)},
+            {QStringLiteral("summary"), Texts::fixed(level.summary)}};
+}
+
+std::optional<SafetyLevel> levelOf(const QString& rawValue) {
+    return safetyLevel(rawValue.toStdString());
+}
+
+}  // namespace
+
+WindowModel::WindowModel(AppModel& app, QObject* parent)
+    : QObject(parent), app_(app), findings_(app), selection_(findings_), detail_(app) {
+    forwardSignals();
+    connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
+    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::followDetail);
+    connect(&app_, &AppModel::phaseChanged, this, &WindowModel::selectFirst);
+}
+
+void WindowModel::forwardSignals() {
+    connect(&app_, &AppModel::phaseChanged, this, &WindowModel::phaseChanged);
+    connect(&app_, &AppModel::phaseChanged, this, &WindowModel::findingsChanged);
+    connect(&app_, &AppModel::diskChanged, this, &WindowModel::diskChanged);
+    connect(&app_, &AppModel::diskChanged, this, &WindowModel::segmentsChanged);
+    connect(&app_, &AppModel::aiStatusChanged, this, &WindowModel::modelChanged);
+    connect(&app_, &AppModel::aiStatusChanged, this, &WindowModel::listChanged);
+    connect(&app_, &AppModel::scannedFilesChanged, this, &WindowModel::scannedFilesChanged);
+    connect(&app_, &AppModel::scannedBytesChanged, this, &WindowModel::scannedBytesChanged);
+    connect(&app_, &AppModel::currentPathChanged, this, &WindowModel::currentPathChanged);
+    for (const auto changed :
+         {&AppModel::scanDurationChanged, &AppModel::scannedFilesChanged, &AppModel::scannedBytesChanged})
+        connect(&app_, changed, this, &WindowModel::scanLineChanged);
+    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::findingsChanged);
+    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::segmentsChanged);
+    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::listChanged);
+    connect(&app_, &AppModel::trashedBytesChanged, this, &WindowModel::totalsChanged);
+    connect(&app_, &AppModel::freedBytesChanged, this, &WindowModel::totalsChanged);
+    connect(&app_, &AppModel::deniedCountChanged, this, &WindowModel::deniedChanged);
+    connect(&app_, &AppModel::batchProgressChanged, this, &WindowModel::batchChanged);
+    connect(&app_, &AppModel::alertChanged, this, &WindowModel::alertChanged);
+    connect(this, &WindowModel::sidebarChanged, this, &WindowModel::listChanged);
+}
+
+void WindowModel::launch(const QStringList& arguments) {
+    const QString prefix = Texts::fixed(levelArgument);
+    const auto chosen =
+        std::ranges::find_if(arguments, [&](const QString& argument) { return argument.startsWith(prefix); });
+    if (chosen != arguments.end()) {
+        if (const QString level = chosen->mid(prefix.size()); levelOf(level))
+            setSidebar(level);
+    }
+    selectsFirst_ = arguments.contains(QStringLiteral("--select-first"));
+    if (arguments.contains(QStringLiteral("--autoscan")))
+        app_.scan();
+}
+
+void WindowModel::selectFirst() {
+    const auto level = selectedLevel();
+    if (!selectsFirst_ || !level || app_.phase() != AppModel::Phase::done)
+        return;
+    if (const Findings rows = app_.findings(*level); !rows.empty())
+        selection_.set({rows.front()->id});
+}
+
+QString WindowModel::phase() const {
+    switch (app_.phase()) {
+        case AppModel::Phase::idle:
+            return QStringLiteral("idle");
+        case AppModel::Phase::scanning:
+            return QStringLiteral("scanning");
+        case AppModel::Phase::done:
+            return QStringLiteral("done");
+    }
+    return {};
+}
+
+QString WindowModel::scanButtonText() const {
+    switch (app_.phase()) {
+        case AppModel::Phase::idle:
+            return QStringLiteral("Tara");
+        case AppModel::Phase::scanning:
+            return QStringLiteral("Durdur");
+        case AppModel::Phase::done:
+            return QStringLiteral("Yeniden Tara");
+    }
+    return {};
+}
+
+double WindowModel::usedFraction() const {
+    const auto& disk = app_.disk();
+    return disk && disk->total > 0 ? static_cast<double>(usedBytes(*disk)) / static_cast<double>(disk->total)
+                                   : 0.0;
+}
+
+bool WindowModel::isDiskLow() const {
+    return app_.disk() && app_.disk()->available < lowSpace;
+}
+
+QString WindowModel::diskText() const {
+    const auto& disk = app_.disk();
+    return disk ? Texts::bytes(disk->available) + QStringLiteral(" boş · ") + Texts::bytes(disk->total)
+                : QString();
+}
+
+QString WindowModel::usedText() const {
+    const auto& disk = app_.disk();
+    return disk ? Texts::bytes(usedBytes(*disk)) + QStringLiteral(" kullanılıyor") : QString();
+}
+
+QString WindowModel::freeText() const {
+    const auto& disk = app_.disk();
+    return disk ? Texts::bytes(disk->available) + QStringLiteral(" boş") : QString();
+}
+
+QVariantList WindowModel::segments() const {
+    const auto& disk = app_.disk();
+    if (!disk || disk->total <= 0)
+        return {};
+    QVariantList segments;
+    const auto add = [&](const QString& level, std::int64_t bytes) {
+        segments.append(QVariantMap{
+            {QStringLiteral("level"), level},
+            {QStringLiteral("fraction"),
+             static_cast<double>(std::max<std::int64_t>(bytes, 0)) / static_cast<double>(disk->total)}});
+    };
+    std::int64_t explained = 0;
+    for (const SafetyLevel level : displayedSafetyLevels()) {
+        const std::int64_t bytes = app_.total(level);
+        addChecked(explained, bytes);
+        add(Texts::fixed(info(level).rawValue), bytes);
+    }
+    std::int64_t other = usedBytes(*disk);
+    addChecked(other, -explained);
+    add({}, other);
+    return segments;
+}
+
+QString WindowModel::modelMessage() const {
+    return shown(app_.aiStatus().unavailable.value_or(""));
+}
+
+QString WindowModel::modelHint() const {
+    return isModelAvailable() ? QString() : shown(app_.aiStatus().hint);
+}
+
+QString WindowModel::scannedFilesText() const {
+    return Texts::number(app_.scannedFiles());
+}
+
+QString WindowModel::scannedBytesText() const {
+    return Texts::bytes(app_.scannedBytes());
+}
+
+QString WindowModel::currentPath() const {
+    return shown(app_.currentPath());
+}
+
+QString WindowModel::scanLine() const {
+    const auto duration = app_.scanDuration();
+    return duration ? scannedFilesText() + QStringLiteral(" dosya, ") + scannedBytesText() +
+                          QStringLiteral(" · ") + QString::number(static_cast<qint64>(*duration)) +
+                          QStringLiteral(" sn")
+                    : QString();
+}
+
+QVariantList WindowModel::levels() const {
+    QVariantList rows;
+    for (const SafetyLevel level : displayedSafetyLevels()) {
+        QVariantMap row = describe(info(level));
+        row.insert(QStringLiteral("sizeText"), Texts::bytes(app_.total(level)));
+        row.insert(QStringLiteral("countText"), QStringLiteral("%1 öğe · ").arg(app_.findings(level).size()) +
+                                                    Texts::fixed(info(level).summary));
+        rows.append(row);
+    }
+    return rows;
+}
+
+QVariantList WindowModel::levelChoices() const {
+    QVariantList choices;
+    for (const SafetyLevel level : allSafetyLevels)
+        choices.append(describe(info(level)));
+    return choices;
+}
+
+QString WindowModel::reclaimableText() const {
+    std::int64_t bytes = app_.total(SafetyLevel::safe);
+    addChecked(bytes, app_.total(SafetyLevel::regenerable));
+    return Texts::bytes(bytes);
+}
+
+QVariantList WindowModel::largest() const {
+    QVariantList rows;
+    const Findings& findings = app_.findings();
+    for (std::size_t index = 0; index < std::min(findings.size(), mostLargest); ++index) {
+        const Finding& finding = *findings[index];
+        rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(info(finding.level).rawValue)},
+                                {QStringLiteral("title"), shown(finding.title)},
+                                {QStringLiteral("sizeText"), Texts::bytes(finding.size)}});
+    }
+    return rows;
+}
+
+QString WindowModel::trashText() const {
+    return app_.trashedBytes() < 1 ? QString()
+                                   : QStringLiteral("Çöp kutusunda ") + Texts::bytes(app_.trashedBytes()) +
+                                         QStringLiteral(" bekliyor. Boşaltınca yer açılacak.");
+}
+
+QString WindowModel::freedText() const {
+    return app_.freedBytes() < 1 ? QString()
+                                 : QStringLiteral("Bu oturumda ") + Texts::bytes(app_.freedBytes()) +
+                                       QStringLiteral(" yer açtın.");
+}
+
+QString WindowModel::deniedText() const {
+    return app_.deniedCount() < 1 ? QString()
+                                  : QString::number(app_.deniedCount()) +
+                                        QStringLiteral(
+                                            " klasöre erişilemedi. Tam tablo için Ulvak'a Tam Disk Erişimi "
+                                            "ver ve yeniden tara.");
+}
+
+bool WindowModel::hasPrivacySettings() const {
+    return platform::hasPrivacySettings();
+}
+
+QString WindowModel::uncertainText() const {
+    const std::int64_t count = app_.uncertainCount();
+    return count < 1 ? QString()
+                     : QString::number(count) +
+                           QStringLiteral(
+                               " klasör bilinmiyor ya da adından tahmin edildi. Apple Intelligence "
+                               "içeriklerine bakıp yorumlayabilir.");
+}
+
+double WindowModel::batchFraction() const {
+    const auto& batch = app_.batchProgress();
+    return batch && batch->total > 0 ? static_cast<double>(batch->done) / static_cast<double>(batch->total)
+                                     : 0.0;
+}
+
+QString WindowModel::alertId() const {
+    return app_.alert() ? app_.alert()->id.toString() : QString();
+}
+
+QString WindowModel::alertTitle() const {
+    return app_.alert() ? shown(app_.alert()->title) : QString();
+}
+
+QString WindowModel::alertMessage() const {
+    return app_.alert() ? shownLines(app_.alert()->message) : QString();
+}
+
+std::optional<SafetyLevel> WindowModel::selectedLevel() const {
+    const auto* level = sidebar_ ? std::get_if<SafetyLevel>(&sidebar_->value) : nullptr;
+    return level != nullptr ? std::optional(*level) : std::nullopt;
+}
+
+QString WindowModel::sidebar() const {
+    const auto level = selectedLevel();
+    if (level)
+        return Texts::fixed(info(*level).rawValue);
+    return sidebar_ ? QStringLiteral("overview") : QString();
+}
+
+void WindowModel::setSidebar(const QString& item) {
+    std::optional<SidebarItem> chosen;
+    if (const auto level = levelOf(item))
+        chosen = SidebarItem{*level};
+    else if (item == QStringLiteral("overview"))
+        chosen = SidebarItem{SidebarItem::Overview{}};
+    if (chosen == sidebar_)
+        return;
+    sidebar_ = chosen;
+    selection_.set({});
+    findings_.setLevel(selectedLevel());
+    emit sidebarChanged();
+}
+
+bool WindowModel::isOverview() const {
+    return !selectedLevel();
+}
+
+QString WindowModel::listTitle() const {
+    const auto level = selectedLevel();
+    return level ? Texts::fixed(info(*level).title) : QString();
+}
+
+QString WindowModel::listSubtitle() const {
+    const auto level = selectedLevel();
+    if (!level || findings_.count() == 0)
+        return {};
+    return QStringLiteral("%1 öğe · ").arg(findings_.count()) + Texts::bytes(app_.total(*level));
+}
+
+QString WindowModel::listSummary() const {
+    const auto level = selectedLevel();
+    return level ? Texts::fixed(info(*level).summary) : QString();
+}
+
+bool WindowModel::offersBatch() const {
+    const auto level = selectedLevel();
+    if (!level || !isModelAvailable())
+        return false;
+    const Findings rows = app_.findings(*level);
+    return !rows.empty() &&
+           (*level == SafetyLevel::unknown ||
+            std::ranges::find(rows, VerdictSource::heuristic, &Finding::source) != rows.end());
+}
+
+void WindowModel::followDetail() {
+    Findings selected;
+    for (const FindingPointer& finding : app_.findings()) {
+        if (selection_.ids().contains(finding->id))
+            selected.push_back(finding);
+    }
+    detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);
+    QString kind = QStringLiteral("empty");
+    if (!selected.empty())
+        kind = selected.size() == 1 ? QStringLiteral("one") : QStringLiteral("several");
+    several_.setItems(selected.size() > 1 ? std::move(selected) : Findings());
+    if (std::exchange(detailKind_, kind) != kind)
+        emit detailKindChanged();
+}
+
+QVariantMap WindowModel::levelInfo(const QString& level) const {
+    return describe(info(levelOf(level).value_or(SafetyLevel::unknown)));
+}
+
+QVariantMap WindowModel::sourceInfo(const QString& source) const {
+    const auto& about = info(verdictSource(source.toStdString()).value_or(VerdictSource::rule));
+    return {{QStringLiteral("label"), Texts::fixed(about.label)},
+            {QStringLiteral("symbol"), Texts::fixed(about.symbol)}};
+}
+
+QVariantMap WindowModel::menuInfo(const QString& token) const {
+    const FindingPointer finding = app_.finding(idOf(token));
+    if (!finding)
+        return {};
+    return {{QStringLiteral("canTrash"), !std::holds_alternative<CleanAction::None>(finding->action.value)},
+            {QStringLiteral("canReset"), DetailModel::canReset(*finding)}};
+}
+
+int WindowModel::rowBeginning(const QString& letters, int row) const {
+    static const QLocale turkish(QLocale::Turkish, QLocale::Turkey);
+    const QString wanted = turkish.toLower(letters);
+    for (int step = 0; step < findings_.count(); ++step) {
+        const int candidate = (std::max(row, 0) + step) % findings_.count();
+        if (turkish.toLower(shown(findings_.at(candidate)->title)).startsWith(wanted))
+            return candidate;
+    }
+    return -1;
+}
+
+void WindowModel::setLevel(const QString& level, const QString& token) {
+    if (const auto chosen = levelOf(level))
+        app_.setLevel(*chosen, idOf(token));
+}
+
+void WindowModel::resetVerdict(const QString& token) {
+    app_.resetVerdict(idOf(token));
+}
+
+void WindowModel::analyze(const QString& token, const QString& note) {
+    app_.analyze(idOf(token), note.toStdString());
+}
+
+void WindowModel::moveToTrash(const QString& token) {
+    app_.clean({idOf(token)}, CleanMode::trash);
+}
+
+void WindowModel::removePermanently(const QString& token) {
+    app_.clean({idOf(token)}, CleanMode::permanent);
+}
+
+void WindowModel::cleanTokens(const QStringList& tokens) {
+    std::vector<std::string> ids;
+    for (const QString& token : tokens)
+        ids.push_back(idOf(token));
+    app_.clean(std::move(ids), CleanMode::trash);
+}
+
+void WindowModel::emptyTrash() {
+    if (!isEmptyingTrash_)
+        runEmptyTrash();
+}
+
+QCoro::Task<> WindowModel::runEmptyTrash() {
+    const QPointer<WindowModel> self(this);
+    isEmptyingTrash_ = true;
+    emit emptyingChanged();
+    co_await app_.emptyTrash();
+    if (!self)  // the window has closed meanwhile
+        co_return;
+    isEmptyingTrash_ = false;
+    emit emptyingChanged();
+}
+
+void WindowModel::reveal(const QString& token) {
+    if (const FindingPointer finding = app_.finding(idOf(token)))
+        app_.reveal(*finding);
+}
+
+}  // namespace ulvak

@@ -1,0 +1,201 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+#include <optional>
+
+#include "app/app_model.h"
+#include "app/finding_list_model.h"
+#include "core/finding.h"
+#include "ui/detail_model.h"
+#include "ui/finding_selection.h"
+#include "ui/multi_selection_model.h"
+
+namespace ulvak {
+
+/// What the window shows of the application, and the two things it remembers itself: what the sidebar and
+/// what the list have selected. Everything arrives formatted and decided; the views show it and send back
+/// what the user does. Findings go by tokens of their ids, never by rows.
+///
+/// Threads: the UI thread only.
+class WindowModel : public QObject {
+    Q_OBJECT
+    /// "idle", "scanning" or "done".
+    Q_PROPERTY(QString phase READ phase NOTIFY phaseChanged)
+    Q_PROPERTY(QString scanButtonText READ scanButtonText NOTIFY phaseChanged)
+
+    Q_PROPERTY(bool hasDisk READ hasDisk NOTIFY diskChanged)
+    Q_PROPERTY(double usedFraction READ usedFraction NOTIFY diskChanged)
+    Q_PROPERTY(bool isDiskLow READ isDiskLow NOTIFY diskChanged)
+    Q_PROPERTY(QString diskText READ diskText NOTIFY diskChanged)
+    Q_PROPERTY(QString usedText READ usedText NOTIFY diskChanged)
+    Q_PROPERTY(QString freeText READ freeText NOTIFY diskChanged)
+    /// Of `level`, empty for what no finding explains, and `fraction` of the whole disk.
+    Q_PROPERTY(QVariantList segments READ segments NOTIFY segmentsChanged)
+
+    Q_PROPERTY(bool isModelAvailable READ isModelAvailable NOTIFY modelChanged)
+    /// Why the model is not available; empty when it is, or when nobody knows yet.
+    Q_PROPERTY(QString modelMessage READ modelMessage NOTIFY modelChanged)
+    Q_PROPERTY(QString modelHint READ modelHint NOTIFY modelChanged)
+
+    Q_PROPERTY(QString scannedFilesText READ scannedFilesText NOTIFY scannedFilesChanged)
+    Q_PROPERTY(QString scannedBytesText READ scannedBytesText NOTIFY scannedBytesChanged)
+    Q_PROPERTY(QString currentPath READ currentPath NOTIFY currentPathChanged)
+    /// Empty when no scan has completed.
+    Q_PROPERTY(QString scanLine READ scanLine NOTIFY scanLineChanged)
+
+    /// In display order: `level`, `title`, `symbol`, `color`, `summary`, `sizeText`, `countText`.
+    Q_PROPERTY(QVariantList levels READ levels NOTIFY findingsChanged)
+    /// In the order of declaration, for menus: `level` and `title`.
+    Q_PROPERTY(QVariantList levelChoices READ levelChoices CONSTANT)
+    Q_PROPERTY(QString reclaimableText READ reclaimableText NOTIFY findingsChanged)
+    /// At most eight, largest first: `level`, `symbol`, `title`, `sizeText`.
+    Q_PROPERTY(QVariantList largest READ largest NOTIFY findingsChanged)
+
+    // Banners; an empty text is a banner that is not there.
+    Q_PROPERTY(QString trashText READ trashText NOTIFY totalsChanged)
+    Q_PROPERTY(QString freedText READ freedText NOTIFY totalsChanged)
+    Q_PROPERTY(QString deniedText READ deniedText NOTIFY deniedChanged)
+    Q_PROPERTY(bool hasPrivacySettings READ hasPrivacySettings CONSTANT)
+    Q_PROPERTY(QString uncertainText READ uncertainText NOTIFY findingsChanged)
+    Q_PROPERTY(bool isBatchRunning READ isBatchRunning NOTIFY batchChanged)
+    Q_PROPERTY(double batchFraction READ batchFraction NOTIFY batchChanged)
+    Q_PROPERTY(bool isEmptyingTrash READ isEmptyingTrash NOTIFY emptyingChanged)
+
+    /// The id of the alert that is to be shown; empty for none.
+    Q_PROPERTY(QString alertId READ alertId NOTIFY alertChanged)
+    Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY alertChanged)
+    Q_PROPERTY(QString alertMessage READ alertMessage NOTIFY alertChanged)
+
+    /// "overview", a level's raw value, or empty when nothing is selected.
+    Q_PROPERTY(QString sidebar READ sidebar WRITE setSidebar NOTIFY sidebarChanged)
+    Q_PROPERTY(bool isOverview READ isOverview NOTIFY sidebarChanged)
+
+    Q_PROPERTY(ulvak::FindingListModel* findings READ findings CONSTANT)
+    Q_PROPERTY(ulvak::FindingSelection* selection READ selection CONSTANT)
+    Q_PROPERTY(QString listTitle READ listTitle NOTIFY sidebarChanged)
+    Q_PROPERTY(QString listSubtitle READ listSubtitle NOTIFY listChanged)
+    Q_PROPERTY(QString listSummary READ listSummary NOTIFY sidebarChanged)
+    Q_PROPERTY(bool offersBatch READ offersBatch NOTIFY listChanged)
+
+    /// "empty", "one" or "several".
+    Q_PROPERTY(QString detailKind READ detailKind NOTIFY detailKindChanged)
+    Q_PROPERTY(ulvak::DetailModel* detail READ detail CONSTANT)
+    Q_PROPERTY(ulvak::MultiSelectionModel* several READ several CONSTANT)
+public:
+    /// `app` outlives this object.
+    explicit WindowModel(AppModel& app, QObject* parent = nullptr);
+
+    /// Obeys "--level=…", "--autoscan" and "--select-first". Once, when the window has appeared.
+    void launch(const QStringList& arguments);
+
+    [[nodiscard]] QString phase() const;
+    [[nodiscard]] QString scanButtonText() const;
+    [[nodiscard]] bool hasDisk() const { return app_.disk().has_value(); }
+    [[nodiscard]] double usedFraction() const;
+    [[nodiscard]] bool isDiskLow() const;
+    [[nodiscard]] QString diskText() const;
+    [[nodiscard]] QString usedText() const;
+    [[nodiscard]] QString freeText() const;
+    [[nodiscard]] QVariantList segments() const;
+    [[nodiscard]] bool isModelAvailable() const { return app_.aiStatus().isAvailable(); }
+    [[nodiscard]] QString modelMessage() const;
+    [[nodiscard]] QString modelHint() const;
+    [[nodiscard]] QString scannedFilesText() const;
+    [[nodiscard]] QString scannedBytesText() const;
+    [[nodiscard]] QString currentPath() const;
+    [[nodiscard]] QString scanLine() const;
+    [[nodiscard]] QVariantList levels() const;
+    [[nodiscard]] QVariantList levelChoices() const;
+    [[nodiscard]] QString reclaimableText() const;
+    [[nodiscard]] QVariantList largest() const;
+    [[nodiscard]] QString trashText() const;
+    [[nodiscard]] QString freedText() const;
+    [[nodiscard]] QString deniedText() const;
+    [[nodiscard]] bool hasPrivacySettings() const;
+    [[nodiscard]] QString uncertainText() const;
+    [[nodiscard]] bool isBatchRunning() const { return app_.batchProgress().has_value(); }
+    [[nodiscard]] double batchFraction() const;
+    [[nodiscard]] bool isEmptyingTrash() const { return isEmptyingTrash_; }
+    [[nodiscard]] QString alertId() const;
+    [[nodiscard]] QString alertTitle() const;
+    [[nodiscard]] QString alertMessage() const;
+    [[nodiscard]] QString sidebar() const;
+    void setSidebar(const QString& item);
+    [[nodiscard]] bool isOverview() const;
+    [[nodiscard]] FindingListModel* findings() { return &findings_; }
+    [[nodiscard]] FindingSelection* selection() { return &selection_; }
+    [[nodiscard]] QString listTitle() const;
+    [[nodiscard]] QString listSubtitle() const;
+    [[nodiscard]] QString listSummary() const;
+    [[nodiscard]] bool offersBatch() const;
+    [[nodiscard]] QString detailKind() const { return detailKind_; }
+    [[nodiscard]] DetailModel* detail() { return &detail_; }
+    [[nodiscard]] MultiSelectionModel* several() { return &several_; }
+
+    /// All that a level shows of itself: `title`, `symbol`, `color`, `summary`; a badge's `shortTitle`.
+    [[nodiscard]] Q_INVOKABLE QVariantMap levelInfo(const QString& level) const;
+    /// A source's `label` and `symbol`.
+    [[nodiscard]] Q_INVOKABLE QVariantMap sourceInfo(const QString& source) const;
+    /// What a row's menu offers: `canTrash` and `canReset`. Empty when the finding has gone.
+    [[nodiscard]] Q_INVOKABLE QVariantMap menuInfo(const QString& token) const;
+    /// The next row after `row` whose title begins with these letters; -1 when there is none.
+    [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
+
+    Q_INVOKABLE void scan() { app_.scan(); }
+    Q_INVOKABLE void cancelScan() { app_.cancelScan(); }
+    Q_INVOKABLE void setLevel(const QString& level, const QString& token);
+    Q_INVOKABLE void resetVerdict(const QString& token);
+    Q_INVOKABLE void analyze(const QString& token, const QString& note);
+    Q_INVOKABLE void analyzeAllUncertain() { app_.analyzeAllUncertain(); }
+    Q_INVOKABLE void cancelBatch() { app_.cancelBatch(); }
+    Q_INVOKABLE void moveToTrash(const QString& token);
+    Q_INVOKABLE void removePermanently(const QString& token);
+    /// To the Trash, one after the other.
+    Q_INVOKABLE void cleanTokens(const QStringList& tokens);
+    Q_INVOKABLE void emptyTrash();
+    Q_INVOKABLE void reveal(const QString& token);
+    Q_INVOKABLE void openFullDiskAccessSettings() { app_.openFullDiskAccessSettings(); }
+    Q_INVOKABLE void dismissAlert() { app_.dismissAlert(); }
+
+signals:
+    void phaseChanged();
+    void diskChanged();
+    void segmentsChanged();
+    void modelChanged();
+    void scannedFilesChanged();
+    void scannedBytesChanged();
+    void currentPathChanged();
+    void scanLineChanged();
+    void findingsChanged();
+    void totalsChanged();
+    void deniedChanged();
+    void batchChanged();
+    void emptyingChanged();
+    void alertChanged();
+    void sidebarChanged();
+    void listChanged();
+    void detailKindChanged();
+
+private:
+    void forwardSignals();
+    void followDetail();
+    void selectFirst();
+    [[nodiscard]] std::optional<SafetyLevel> selectedLevel() const;
+    QCoro::Task<> runEmptyTrash();
+
+    AppModel& app_;
+    std::optional<SidebarItem> sidebar_ = SidebarItem{SidebarItem::Overview{}};
+    FindingListModel findings_;
+    FindingSelection selection_;
+    DetailModel detail_;
+    MultiSelectionModel several_;
+    QString detailKind_ = QStringLiteral("empty");
+    bool selectsFirst_ = false;
+    bool isEmptyingTrash_ = false;
+};
+
+}  // namespace ulvak

@@ -1,0 +1,37 @@
+#include <QFont>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QQmlApplicationEngine>
+#include <QtPlugin>
+#include <chrono>
+#include <cstdlib>
+
+#include "app/app_model.h"
+#include "ui/symbol_images.h"
+#include "ui/window_model.h"
+
+Q_IMPORT_PLUGIN(UlvakPlugin)
+
+int main(int argc, char* argv[]) {
+    using namespace ulvak;
+    using namespace std::chrono_literals;
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("Ulvak"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("ulvak"));
+    QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
+
+    AppModel app;
+    WindowModel window(app);
+    QQmlApplicationEngine engine;
+    engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);  // the engine's from here on
+    engine.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&window)}});
+    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
+    if (engine.rootObjects().isEmpty())
+        return EXIT_FAILURE;
+    window.launch(QGuiApplication::arguments().mid(1));
+    const int status = QGuiApplication::exec();
+    // A walk over a dead disk or a server that says nothing must not keep a closed program alive.
+    if (!app.finish(800ms))
+        std::_Exit(status);
+    return status;
+}

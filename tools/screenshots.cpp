@@ -1,0 +1,152 @@
+#include <QDir>
+#include <QEventLoop>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTimer>
+#include <QtPlugin>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "app/app_model.h"
+#include "app/shown.h"
+#include "ui/symbol_images.h"
+#include "ui/window_model.h"
+
+Q_IMPORT_PLUGIN(UlvakPlugin)
+
+// Renders every face of the window over the home folder that HOME names, without a display:
+//
+//     ulvak_screenshots FOLDER light|dark
+//
+// The scan, the list, the disk are real; only the model's answers are written here, so that the pictures do not
+// depend on which model runs on this machine.
+
+namespace {
+
+using namespace ulvak;
+using namespace std::chrono_literals;
+
+/// Lets events pass until something holds. Gives up, and says so, after a minute.
+bool waitUntil(const std::function<bool()>& holds) {
+    const auto end = std::chrono::steady_clock::now() + 60s;
+    while (!holds() && std::chrono::steady_clock::now() < end)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    return holds();
+}
+
+void settle(std::chrono::milliseconds time = 450ms) {
+    QEventLoop loop;
+    QTimer::singleShot(time, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+class Pictures {
+public:
+    Pictures(QQuickWindow& window, QDir folder, QString appearance)
+        : window_(window), folder_(std::move(folder)), appearance_(std::move(appearance)) {}
+
+    void take(const QString& name) {
+        settle();
+        const QImage image = window_.grabWindow();
+        const QString scale = window_.effectiveDevicePixelRatio() > 1 ? QStringLiteral("@2x") : QString();
+        const QString file = folder_.filePath(name + u'-' + appearance_ + scale + QStringLiteral(".png"));
+        std::printf("%s %s\n", image.save(file) ? "wrote" : "could not write", qPrintable(file));
+    }
+
+    QObject* find(const char* name) const { return find(window_.contentItem()->window(), QString::fromLatin1(name)); }
+
+    void click(const char* name) const {
+        if (QObject* button = find(name))
+            QMetaObject::invokeMethod(button, "clicked");
+        else
+            std::printf("no %s\n", name);
+    }
+
+private:
+    static QObject* find(QObject* root, const QString& name) {
+        for (QObject* child : root->findChildren<QObject*>(name))
+            return child;
+        return nullptr;
+    }
+
+    QQuickWindow& window_;
+    QDir folder_;
+    QString appearance_;
+};
+
+AppServices staged() {
+    AppServices services = AppServices::system();
+    services.aiStatus = [](std::stop_token) { return AIStatus{}; };
+    services.runningApps = [](std::span<const std::string>) { return std::vector<std::string>(); };
+    services.diskInfo = [] { return DiskInfo{.total = 494'384'795'648, .available = 18'730'000'000}; };
+    return services;
+}
+
+void selectRows(WindowModel& window, int count) {
+    for (int row = 0; row < count; ++row)
+        window.selection()->press(row, row == 0 ? Qt::NoModifier : Qt::ControlModifier);
+}
+
+void lists(WindowModel& window, Pictures& pictures) {
+    for (const char* level : {"safe", "regenerable", "caution", "unknown", "keep"}) {
+        window.setSidebar(QString::fromLatin1(level));
+        selectRows(window, 1);
+        pictures.take(QStringLiteral("list-") + QString::fromLatin1(level));
+    }
+}
+
+void dialogs(WindowModel& window, Pictures& pictures) {
+    window.setSidebar(QStringLiteral("regenerable"));
+    selectRows(window, 4);
+    pictures.take(QStringLiteral("several"));
+    selectRows(window, 1);
+    settle();
+    pictures.click("removePermanently");
+    pictures.take(QStringLiteral("confirm-permanent"));
+    if (QObject* dialog = pictures.find("confirmPermanent"))
+        QMetaObject::invokeMethod(dialog, "close");
+    settle();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    QGuiApplication application(argc, argv);
+    if (argc < 3)
+        return 2;
+    QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
+    QFont font(QStringLiteral("Inter"));
+    font.setPixelSize(13);
+    QGuiApplication::setFont(font);
+    QDir().mkpath(QString::fromLocal8Bit(argv[1]));
+
+    AppModel app(staged(), (QDir::homePath() + QStringLiteral("/.local/share/Ulvak/verdicts.json")).toStdString());
+    WindowModel window(app);
+    QQmlApplicationEngine engine;
+    engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);
+    engine.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&window)},
+                                 {QStringLiteral("appearance"), QString::fromLocal8Bit(argv[2])}});
+    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
+    if (engine.rootObjects().isEmpty())
+        return 1;
+    auto* view = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    Pictures pictures(*view, QDir(QString::fromLocal8Bit(argv[1])), QString::fromLocal8Bit(argv[2]));
+
+    pictures.take(QStringLiteral("welcome"));
+    app.scan();
+    if (!waitUntil([&] { return app.phase() == AppModel::Phase::done; }))
+        return 1;
+    pictures.take(QStringLiteral("results"));
+    lists(window, pictures);
+    dialogs(window, pictures);
+    return 0;
+}
