@@ -1,15 +1,33 @@
 #include <span>
+#include <string>
 
 #include "app/command_line.h"
 #include "app/dump.h"
 #include "app/standard_streams.h"
 #include "core/text.h"
+#include "platform/program.h"
+
+namespace {
+
+using namespace ulvak;
+
+/// Goes on as the program with the window, which lies beside this one. Returns the exit status when that fails.
+int openWindow(std::span<const char* const> arguments) {
+    const std::string own = platform::ownProgram().value_or("");
+    const std::string window = own.substr(0, own.rfind('/') + 1) + "ulvak-window";
+    const std::error_code failure = platform::becomeProgram(window, arguments);
+    printError("ulvak: pencere açılamadı: " + printable(window) + ": " + failure.message() +
+               "\nPenceresiz taramak için: ulvak --dump\n");
+    return 1;
+}
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
-    using namespace ulvak;
     prepareStandardStreams();
-    const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
-    const CommandLine line = CommandLine::parse(arguments.empty() ? arguments : arguments.subspan(1));
+    const std::span<const char* const> all(argv, static_cast<std::size_t>(argc));
+    const std::span<const char* const> arguments = all.empty() ? all : all.subspan(1);
+    const CommandLine line = CommandLine::parse(arguments);
     if (line.help || line.version) {
         print(line.help ? helpText() : versionText());
         return 0;
@@ -20,8 +38,9 @@ int main(int argc, char* argv[]) {
         Diagnostics::run(line.ai);
         return 0;
     }
-    if (line.unknown.empty())
-        printError("ulvak: bu sürümde pencere yok; taramak için: ulvak --dump\n");
-    printError("Yardım için: ulvak --help\n");
-    return 2;
+    if (!line.unknown.empty()) {
+        printError("Yardım için: ulvak --help\n");
+        return 2;
+    }
+    return openWindow(arguments);
 }

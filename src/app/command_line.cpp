@@ -1,6 +1,13 @@
 #include "app/command_line.h"
 
 namespace ulvak {
+namespace {
+
+bool isForTheWindow(std::string_view argument) {
+    return argument == "--autoscan" || argument == "--select-first" || argument.starts_with("--level=");
+}
+
+}  // namespace
 
 CommandLine CommandLine::parse(std::span<const char* const> arguments) {
     CommandLine line;
@@ -13,7 +20,7 @@ CommandLine CommandLine::parse(std::span<const char* const> arguments) {
             line.help = true;
         else if (argument == "--version")
             line.version = true;
-        else
+        else if (!isForTheWindow(argument))
             line.unknown.emplace_back(argument);
     }
     return line;
@@ -24,15 +31,19 @@ std::string_view helpText() {
 
 Diskte yer kaplayan klasörleri bulur; her birinin ne olduğunu ve silinirse neyin
 kaybolacağını beş düzeyde söyler: Güvenle silinebilir, Yeniden oluşur, Dikkat,
-Bilinmiyor, Dokunma.
+Bilinmiyor, Dokunma. Seçeneksiz çalıştırılınca penceresini açar.
 
 Seçenekler:
-  --dump       pencere açmadan bir kez tara, bulguları yazdır ve çık;
-               hiçbir şeyi silmez ve değiştirmez
-  --ai         --dump ile: ne olduğu belli olmayan bulguları bu bilgisayardaki
-               dil modeline sor
-  -h, --help   bu yardımı göster
-  --version    sürümü göster
+  --dump           pencere açmadan bir kez tara, bulguları yazdır ve çık;
+                   hiçbir şeyi silmez ve değiştirmez
+  --ai             --dump ile: ne olduğu belli olmayan bulguları bu
+                   bilgisayardaki dil modeline sor
+  --autoscan       pencere açılınca taramayı başlat
+  --level=DÜZEY    pencereyi bir düzeyin listesiyle aç: safe, regenerable,
+                   caution, unknown ya da keep
+  --select-first   tarama bitince listenin ilk öğesini seç
+  -h, --help       bu yardımı göster
+  --version        sürümü göster
 
 Taranan yerler: ev klasörü, geçici klasör, sistem önbelleği, /Applications,
 /Library, /private/var/vm, /opt/homebrew, /Users/Shared.

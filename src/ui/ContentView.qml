@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import QtQuick.Templates as T
 
 /// The window's three columns under its toolbar.
 Item {
@@ -24,6 +25,7 @@ Item {
 
             handle: Item {
                 id: handle
+                readonly property bool isHeld: T.SplitHandle.pressed || T.SplitHandle.hovered
                 implicitWidth: 1
                 containmentMask: Item {
                     x: -4
@@ -32,7 +34,7 @@ Item {
                 }
                 Rectangle {
                     anchors.fill: parent
-                    color: handle.SplitHandle.pressed || handle.SplitHandle.hovered ? Theme.accent : Theme.line
+                    color: handle.isHeld ? Theme.accent : Theme.line
                 }
             }
 
