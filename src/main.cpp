@@ -11,7 +11,8 @@ namespace {
 
 using namespace ulvak;
 
-/// Goes on as the program with the window, which lies beside this one. Returns the exit status when that fails.
+/// Goes on as the program with the window, which lies beside this one. Returns the exit status when that
+/// fails.
 int openWindow(std::span<const char* const> arguments) {
     const std::string own = platform::ownProgram().value_or("");
     const std::string window = own.substr(0, own.rfind('/') + 1) + "ulvak-window";

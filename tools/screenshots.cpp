@@ -25,8 +25,8 @@ Q_IMPORT_PLUGIN(UlvakPlugin)
 //
 //     ulvak_screenshots FOLDER light|dark
 //
-// The scan, the list, the disk are real; only the model's answers are written here, so that the pictures do not
-// depend on which model runs on this machine.
+// The scan, the list, the disk are real; only the model's answers are written here, so that the pictures do
+// not depend on which model runs on this machine.
 
 namespace {
 
@@ -60,7 +60,9 @@ public:
         std::printf("%s %s\n", image.save(file) ? "wrote" : "could not write", qPrintable(file));
     }
 
-    QObject* find(const char* name) const { return find(window_.contentItem()->window(), QString::fromLatin1(name)); }
+    QObject* find(const char* name) const {
+        return find(window_.contentItem()->window(), QString::fromLatin1(name));
+    }
 
     void click(const char* name) const {
         if (QObject* button = find(name))
@@ -129,7 +131,8 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setFont(font);
     QDir().mkpath(QString::fromLocal8Bit(argv[1]));
 
-    AppModel app(staged(), (QDir::homePath() + QStringLiteral("/.local/share/Ulvak/verdicts.json")).toStdString());
+    AppModel app(staged(),
+                 (QDir::homePath() + QStringLiteral("/.local/share/Ulvak/verdicts.json")).toStdString());
     WindowModel window(app);
     QQmlApplicationEngine engine;
     engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "core/paths.h"
-#include "scan/checked_add.h"
+#include "core/checked_add.h"
 
 namespace ulvak {
 namespace {
@@ -54,8 +54,12 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       services_(std::move(services)),
       disk_(services_.diskInfo()),
       aiStatus_{.unavailable = ""},
-      store_(std::move(verdictsPath)),
-      workers_(std::make_unique<Workers>(*this)) {
+      workers_(std::make_unique<Workers>(*this)),
+      verdictsFile_(*workers_),
+      store_(std::move(verdictsPath), VerdictStore::systemTime,
+             [this](const std::string& path, std::string bytes) {
+                 verdictsFile_.write(path, std::move(bytes));
+             }) {
     refreshStatus();
 }
 

@@ -18,6 +18,7 @@
 
 #include "ai/ai_status.h"
 #include "app/app_services.h"
+#include "app/latest_file.h"
 #include "app/workers.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
@@ -192,10 +193,11 @@ private:
     std::int64_t trashedBytes_ = 0;
     std::int64_t freedBytes_ = 0;
     std::optional<AlertInfo> alert_;
+    std::unique_ptr<Workers> workers_;
+    LatestFile verdictsFile_;
     VerdictStore store_;
     std::shared_ptr<Scan> scan_;
     std::shared_ptr<Batch> batch_;
-    std::unique_ptr<Workers> workers_;
 };
 
 }  // namespace ulvak

@@ -12,8 +12,8 @@ namespace ulvak {
 /// The same for a text of several lines, without blank ones at its end.
 [[nodiscard]] QString shownLines(std::string_view text);
 
-/// A finding's id for a view, which hands it back unread. An id is bytes that need not be a text, and two that
-/// are shown alike stay two.
+/// A finding's id for a view, which hands it back unread. An id is bytes that need not be a text, and two
+/// that are shown alike stay two.
 [[nodiscard]] QString tokenOf(std::string_view id);
 [[nodiscard]] std::string idOf(const QString& token);
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "scan/checked_add.h"
+#include "core/checked_add.h"
 
 namespace ulvak {
 

@@ -12,7 +12,7 @@
 #include "core/largest_first.h"
 #include "core/paths.h"
 #include "platform/package_name.h"
-#include "scan/checked_add.h"
+#include "core/checked_add.h"
 
 namespace ulvak {
 namespace {

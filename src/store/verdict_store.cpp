@@ -41,7 +41,8 @@ std::string folderOf(const std::string& path) {
 
 }  // namespace
 
-VerdictStore::VerdictStore(std::string path, Clock now) : path_(std::move(path)), now_(std::move(now)) {
+VerdictStore::VerdictStore(std::string path, Clock now, Writer write)
+    : path_(std::move(path)), now_(std::move(now)), write_(std::move(write)) {
     // Dropped by design, here and below: no failure of the store reaches the user.
     (void)platform::makeFolders(folderOf(path_));
     if (const auto text = platform::readFile(path_, longestVerdictFile)) {
@@ -83,8 +84,12 @@ FileTime VerdictStore::systemTime() {
 }
 
 void VerdictStore::persist() const {
-    if (const auto text = encodeEntries(entries_))
-        (void)platform::replaceFile(path_, *text);
+    if (auto text = encodeEntries(entries_))
+        write_(path_, std::move(*text));
+}
+
+void VerdictStore::replaceNow(const std::string& path, std::string bytes) {
+    (void)platform::replaceFile(path, bytes);
 }
 
 void VerdictStore::notify() const {

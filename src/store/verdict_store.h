@@ -13,18 +13,22 @@ namespace ulvak {
 /// Remembers from run to run which verdict the user or the model gave to which finding. Nothing is ever
 /// forgotten but by `remove`; entries for what is no longer there stay.
 ///
-/// Threads: the UI thread only. `save` and `remove` write the whole file and block until the disk has
-/// answered; after that not even a power cut loses the entry. Two programs with one file: each writes what it
-/// knows, and the later one wins.
-/// Failures: silent by design. What cannot be read is empty, and the next `save` replaces it; what cannot be
-/// written is remembered until the program ends, and the file stays as it was.
+/// Threads: the UI thread only. `save` and `remove` write the whole file and, unless another writer is given,
+/// block until the disk has answered; after that not even a power cut loses the entry. Two programs with one
+/// file: each writes what it knows, and the later one wins. Failures: silent by design. What cannot be read
+/// is empty, and the next `save` replaces it; what cannot be written is remembered until the program ends,
+/// and the file stays as it was.
 class VerdictStore {
 public:
     using Entry = VerdictEntry;
     using Clock = std::function<FileTime()>;
+    /// Puts the bytes into the file at that path, whole or not at all.
+    using Writer = std::function<void(const std::string& path, std::string bytes)>;
+
+    [[nodiscard]] static FileTime systemTime();
 
     /// Makes the folder of the file at `path` and reads the file.
-    explicit VerdictStore(std::string path, Clock now = systemTime);
+    explicit VerdictStore(std::string path, Clock now = systemTime, Writer write = replaceNow);
     VerdictStore(const VerdictStore&) = delete;
     VerdictStore& operator=(const VerdictStore&) = delete;
 
@@ -48,12 +52,13 @@ public:
     void remove(std::string_view id);
 
 private:
-    static FileTime systemTime();
+    static void replaceNow(const std::string& path, std::string bytes);
     void persist() const;
     void notify() const;
 
     std::string path_;
     Clock now_;
+    Writer write_;
     std::function<void()> changed_;
     VerdictEntries entries_;
 };

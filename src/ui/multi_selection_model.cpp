@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "app/shown.h"
-#include "scan/checked_add.h"
+#include "core/checked_add.h"
 #include "ui/texts.h"
 
 namespace ulvak {

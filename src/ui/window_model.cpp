@@ -7,7 +7,7 @@
 
 #include "app/shown.h"
 #include "platform/file_browser.h"
-#include "scan/checked_add.h"
+#include "core/checked_add.h"
 #include "ui/texts.h"
 
 namespace ulvak {

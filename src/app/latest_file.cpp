@@ -1,0 +1,50 @@
+#include "app/latest_file.h"
+
+#include <mutex>
+#include <optional>
+#include <utility>
+
+#include "platform/durable_file.h"
+
+namespace ulvak {
+
+struct LatestFile::Queue {
+    struct Version {
+        std::string path;
+        std::string bytes;
+    };
+
+    std::mutex mutex;
+    std::optional<Version> next;  ///< guarded by `mutex`
+    bool isWriting = false;       ///< guarded by `mutex`
+
+    /// Writes until nothing is left to write.
+    void run() {
+        for (;;) {
+            Version version;
+            {
+                const std::scoped_lock lock(mutex);
+                if (!next) {
+                    isWriting = false;
+                    return;
+                }
+                version = std::move(*std::exchange(next, std::nullopt));
+            }
+            (void)platform::replaceFile(version.path, version.bytes);
+        }
+    }
+};
+
+LatestFile::LatestFile(Workers& workers) : workers_(workers), queue_(std::make_shared<Queue>()) {}
+
+void LatestFile::write(std::string path, std::string bytes) {
+    {
+        const std::scoped_lock lock(queue_->mutex);
+        queue_->next = Queue::Version{.path = std::move(path), .bytes = std::move(bytes)};
+        if (std::exchange(queue_->isWriting, true))
+            return;
+    }
+    workers_.post([queue = queue_] { queue->run(); });
+}
+
+}  // namespace ulvak
