@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "core/paths.h"
@@ -34,14 +36,74 @@ CleanFailure fileError(int number, std::string path) {
     return FileError{.code = {number, std::generic_category()}, .path = std::move(path)};
 }
 
-/// What the disk and the system know of places that must stay, beyond the text of a path: a home folder that
-/// is a link and so has two paths, folders with names of the user's language, volumes mounted inside.
+/// The folder that holds an item, reached from the anchor without following a link.
+std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
+    auto anchor = Directory::open(place.anchor);
+    if (!anchor)
+        return std::unexpected(FileError{.code = anchor.error(), .path = place.anchor});
+    const std::string way(place.folder());
+    if (way.empty())
+        return std::move(*anchor);
+    auto folder = anchor->openBelow(way.c_str());
+    if (!folder)
+        return std::unexpected(FileError{.code = folder.error(), .path = Paths::join(place.anchor, way)});
+    return std::move(*folder);
+}
+
+using Number = std::pair<std::uint64_t, std::uint64_t>;
+
+/// Folders that must stay, by every path that leads to them and by their numbers on the disk: a link, letter
+/// case that the file system does not tell apart, or a second mount can give any of them another path.
+class KeptFolders {
+public:
+    void add(const std::string& path) {
+        paths_.push_back(path);
+        const auto real = platform::resolvedPath(path);
+        if (!real)
+            return;
+        paths_.push_back(*real);
+        if (const auto info = platform::fileInfo(*real))
+            numbers_.insert(info->volumeAndNumber);
+    }
+
+    /// Whether one of them is the item at `path`, or lies in it.
+    [[nodiscard]] bool areWithin(std::string_view path) const {
+        return std::ranges::any_of(paths_,
+                                   [&](const std::string& kept) { return Paths::isWithin(kept, path); });
+    }
+
+    /// Whether the item at `path` is one of them, or lies in one.
+    [[nodiscard]] bool hold(std::string_view path) const {
+        return std::ranges::any_of(paths_,
+                                   [&](const std::string& kept) { return Paths::isWithin(path, kept); });
+    }
+
+    [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
+    [[nodiscard]] const std::set<Number>& numbers() const { return numbers_; }
+
+private:
+    std::vector<std::string> paths_;
+    std::set<Number> numbers_;
+};
+
+/// What the disk and the system know of places that must stay, beyond the text of a path.
 class Surroundings {
 public:
-    Surroundings()
-        : real_(realFolders()),
-          guarded_(platform::guardedFolders(Paths::home())),
-          mountPoints_(platform::mountPoints()) {}
+    Surroundings() : mountPoints_(platform::mountPoints()) {
+        const platform::GuardedFolders guarded = platform::guardedFolders(Paths::home());
+        for (const std::string& path : rails().protectedPaths())
+            kept_.add(path);
+        for (const std::string& path : guarded.themselves)
+            kept_.add(path);
+        for (const std::string& prefix : rails().forbiddenPrefixes())
+            closed_.add(prefix.substr(0, prefix.size() - 1));
+        for (const std::string& path : guarded.withContents)
+            closed_.add(path);
+        for (const KeptFolders* folders : {&kept_, &closed_}) {
+            for (const std::string& path : folders->paths())
+                addNumbers(path);
+        }
+    }
 
     /// Why an item that the guard rails let pass must stay all the same.
     [[nodiscard]] std::optional<CleanFailure> objection(const CleanPlace& place, std::string_view url) const {
@@ -49,7 +111,7 @@ public:
         // No link is followed below the anchor, so this is where the item really is.
         const std::string real =
             Paths::join(platform::resolvedPath(place.anchor).value_or(place.anchor), place.relative);
-        if (rails().holdsProtected(path) || real_.holdsProtected(real) || isGuarded(path))
+        if (isRefused(path) || isRefused(real) || isRefusedByNumber(place))
             return CleanError{CleanError::Protected{Paths::display(url)}};
         const auto isInside = [&](const std::string& point) { return Paths::isWithin(point, real); };
         const auto mounted = std::ranges::find_if(mountPoints_, isInside);
@@ -59,23 +121,37 @@ public:
     }
 
 private:
-    static UserFolders realFolders() {
-        UserFolders folders = Paths::folders();
-        for (std::string* folder : {&folders.home, &folders.temp, &folders.cache})
-            *folder = platform::resolvedPath(*folder).value_or(*folder);
-        return folders;
+    /// A folder that must stay keeps all those around it.
+    void addNumbers(const std::string& path) {
+        for (std::string_view around = path; !around.empty(); around = around.substr(0, around.rfind('/'))) {
+            if (const auto info = platform::fileInfo(std::string(around)))
+                untouchable_.insert(info->volumeAndNumber);
+        }
     }
 
-    [[nodiscard]] bool isGuarded(const std::string& path) const {
-        return std::ranges::any_of(guarded_.themselves,
-                                   [&](const std::string& kept) { return Paths::isWithin(kept, path); }) ||
-               std::ranges::any_of(guarded_.withContents, [&](const std::string& kept) {
-                   return Paths::isWithin(kept, path) || Paths::isWithin(path, kept);
-               });
+    [[nodiscard]] bool isRefused(std::string_view path) const {
+        return kept_.areWithin(path) || closed_.areWithin(path) || closed_.hold(path);
     }
 
-    GuardRails real_;
-    platform::GuardedFolders guarded_;
+    [[nodiscard]] bool isRefusedByNumber(const CleanPlace& place) const {
+        const auto folder = openFolder(place);
+        if (!folder)
+            return false;  // and so nothing can be removed there
+        const auto item = platform::entryNumber(*folder, std::string(place.name()));
+        if (item && untouchable_.contains(*item))
+            return true;
+        const std::string path = place.path();
+        for (std::size_t end = path.rfind('/'); end > 0; end = path.rfind('/', end - 1)) {
+            const auto info = platform::fileInfo(path.substr(0, end));
+            if (info && closed_.numbers().contains(info->volumeAndNumber))
+                return true;
+        }
+        return false;
+    }
+
+    KeptFolders kept_;    ///< what lies in them may go
+    KeptFolders closed_;  ///< nothing in them is removed either
+    std::set<Number> untouchable_;
     std::vector<std::string> mountPoints_;
 };
 
@@ -94,20 +170,6 @@ std::expected<std::vector<CleanPlace>, CleanFailure> judged(const std::vector<st
             return std::unexpected(std::move(*objection));
     }
     return places;
-}
-
-/// The folder that holds an item, reached from the anchor without following a link.
-std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
-    auto anchor = Directory::open(place.anchor);
-    if (!anchor)
-        return std::unexpected(FileError{.code = anchor.error(), .path = place.anchor});
-    const std::string way(place.folder());
-    if (way.empty())
-        return std::move(*anchor);
-    auto folder = anchor->openBelow(way.c_str());
-    if (!folder)
-        return std::unexpected(FileError{.code = folder.error(), .path = Paths::join(place.anchor, way)});
-    return std::move(*folder);
 }
 
 std::expected<void, CleanFailure> removeItem(const CleanPlace& place, const Services& services) {
@@ -166,37 +228,56 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
     return finding.size;
 }
 
-/// The Trash itself, unless it is a link, is another volume's, or holds what must stay.
-std::expected<Directory, CleanFailure> openTrash() {
+/// Where the Trash is; its name is empty for a Trash that is no folder in another.
+CleanPlace trashPlace() {
     const std::string_view trash = Paths::trash();
     const std::size_t slash = trash.rfind('/');
-    const CleanPlace place{.anchor = std::string(trash.substr(0, slash)),
-                           .relative = std::string(trash.substr(slash + 1))};
-    if (place.anchor.empty() || place.relative.empty() || rails().isForbidden(Paths::join(trash, "")))
-        return std::unexpected(CleanError{CleanError::Protected{Paths::display(trash)}});
-    if (auto objection = Surroundings().objection(place, trash))
-        return std::unexpected(std::move(*objection));
-    const auto parent = openFolder(place);
-    if (!parent)
-        return std::unexpected(parent.error());
-    auto folder = parent->openBelow(place.relative.c_str());
-    if (!folder)
-        return std::unexpected(FileError{.code = folder.error(), .path = place.path()});
-    return std::move(*folder);
+    return {.anchor = std::string(trash.substr(0, slash)), .relative = std::string(trash.substr(slash + 1))};
+}
+
+std::vector<std::string> namesIn(const std::expected<Directory, std::error_code>& folder) {
+    return folder ? platform::entryNames(*folder).value_or(std::vector<std::string>())
+                  : std::vector<std::string>();
+}
+
+/// Removes what is in the Trash now, one by one, so that an item that cannot be removed keeps no other. What
+/// is written about it goes after it: whatever stays behind can still be restored.
+void removeTrashedItems(const Directory& trash, const Services& services) {
+    const platform::TrashLayout& layout = platform::trashLayout();
+    const auto items = trash.openBelow(layout.items.c_str());
+    const auto notes = trash.openBelow(layout.notes.c_str());
+    const std::vector<std::string> itemNames = namesIn(items);
+    // Others write the note first and move the item after it, at once.
+    const std::vector<std::string> noteNames = namesIn(notes);
+    for (const std::string& name : itemNames) {
+        // Dropped by design: what stays behind is seen in the listing at the end.
+        (void)services.removeEntry(*items, name);
+    }
+    if (!items && items.error() != std::errc::no_such_file_or_directory)
+        return;
+    for (const std::string& note : noteNames) {
+        const bool isNote = note.ends_with(layout.noteSuffix);
+        const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
+        if (!isNote || !items || !platform::entryNumber(*items, name))
+            (void)services.removeEntry(*notes, note);  // as above
+    }
+    // They are not emptied again: what has come since then, nobody has decided about.
+    (void)(items && platform::removeEmptyFolder(trash, layout.items));
+    (void)(notes && platform::removeEmptyFolder(trash, layout.notes));
 }
 
 /// Whether the Trash is empty afterwards. The file browser's own ".DS_Store" may stay.
-bool emptiedDirectly(const Services& services) {
-    const auto trash = openTrash();
-    if (!trash)
+bool emptiedDirectly(const CleanPlace& place, const Services& services) {
+    const auto parent = Directory::open(place.anchor);
+    const auto trash = parent ? parent->openBelow(place.relative.c_str()) : std::unexpected(parent.error());
+    if (!trash || !platform::entryNames(*trash))
         return false;
-    const auto names = platform::entryNames(*trash);
-    if (!names)
-        return false;
-    // Sorted, what is in the Trash goes before what is written about it.
-    for (const std::string& name : *names) {
-        // Dropped by design: what stays behind is seen in the listing that follows.
-        (void)services.removeEntry(*trash, name);
+    const platform::TrashLayout& layout = platform::trashLayout();
+    if (!layout.items.empty())
+        removeTrashedItems(*trash, services);
+    for (const std::string& name : namesIn(trash)) {
+        if (name != layout.items && name != layout.notes)
+            (void)services.removeEntry(*trash, name);  // as above
     }
     const auto left = platform::entryNames(*trash);
     return left && std::ranges::all_of(*left, [](const std::string& name) { return name == ".DS_Store"; });
@@ -246,8 +327,14 @@ std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMod
 }
 
 std::expected<void, CleanFailure> emptyTrash(const Services& services) {
-    if (emptiedDirectly(services))
-        return {};
+    const CleanPlace trash = trashPlace();
+    if (!trash.anchor.empty() && !trash.relative.empty()) {
+        // What must stay would not be safe from the desktop either.
+        if (auto objection = Surroundings().objection(trash, Paths::trash()))
+            return std::unexpected(std::move(*objection));
+        if (emptiedDirectly(trash, services))
+            return {};
+    }
     const platform::Command& command = platform::trashEmptyingCommand();
     const auto result = services.run(command.program, command.arguments);
     if (!result)

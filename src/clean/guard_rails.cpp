@@ -95,9 +95,4 @@ bool GuardRails::isForbidden(std::string_view path) const {
                                [&](const std::string& prefix) { return path.starts_with(prefix); });
 }
 
-bool GuardRails::holdsProtected(std::string_view path) const {
-    return std::ranges::any_of(protected_,
-                               [&](const std::string& kept) { return Paths::isWithin(kept, path); });
-}
-
 }  // namespace ulvak

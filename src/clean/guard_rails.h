@@ -39,10 +39,6 @@ public:
     /// Whether nothing is removed there, whatever else allows it. `path` is standardized.
     [[nodiscard]] bool isForbidden(std::string_view path) const;
 
-    /// Whether a protected folder is the item at `path`, or lies in it and would go with it. `path` is
-    /// standardized.
-    [[nodiscard]] bool holdsProtected(std::string_view path) const;
-
     /// Never removed themselves; what lies in them is judged by the prefixes.
     [[nodiscard]] const std::set<std::string, std::less<>>& protectedPaths() const { return protected_; }
     /// Nothing below is removed. All prefixes end in "/".

@@ -24,7 +24,11 @@ namespace ulvak::platform {
 /// remove at the same time are no failure, apart from `name` itself when it is missing from the start.
 [[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name);
 
-/// Volume and number of the entry `name` of `parent`, a link's own; absent when nothing is there.
+/// Removes the folder `name` of `parent` if nothing is in it; whether it did.
+[[nodiscard]] bool removeEmptyFolder(const Directory& parent, const std::string& name);
+
+/// Volume and number of the entry `name` of `parent`, a link's own; absent when nothing is there. As
+/// `FileInfo` has them.
 [[nodiscard]] std::optional<std::pair<std::uint64_t, std::uint64_t>> entryNumber(const Directory& parent,
                                                                                  const std::string& name);
 

@@ -14,6 +14,15 @@ namespace ulvak::platform {
 /// without a Trash it fails with the service's error, and the item stays where it is.
 [[nodiscard]] std::expected<void, FileError> moveToTrash(const std::string& path);
 
+/// Two folders in the user's Trash. Both names are empty on a system where the items lie in the Trash itself.
+struct TrashLayout {
+    std::string items;       ///< here the items are
+    std::string notes;       ///< and here it says of each of them where it belongs
+    std::string noteSuffix;  ///< of a note's name, after the item's
+};
+
+[[nodiscard]] const TrashLayout& trashLayout();
+
 /// A program with its arguments.
 struct Command {
     std::string program;  ///< absolute path

@@ -103,14 +103,6 @@ TEST(GuardRails, OfNestedFoldersTheInnermostIsTheAnchor) {
     EXPECT_EQ(rails.place("/h/tmpa/b"), (CleanPlace{.anchor = "/h", .relative = "tmpa/b"}));
 }
 
-TEST(GuardRails, KnowsWhatWouldTakeAProtectedFolderAlong) {
-    const GuardRails rails({.home = "/tmp/a/home", .temp = "/tmp", .cache = "/C"});
-    EXPECT_TRUE(rails.holdsProtected("/tmp/a"));
-    EXPECT_TRUE(rails.holdsProtected("/tmp/a/home"));
-    EXPECT_FALSE(rails.holdsProtected("/tmp/a/home/x"));
-    EXPECT_FALSE(rails.holdsProtected("/tmp/a/ho"));
-}
-
 TEST(CleanPlace, TellsTheFolderFromTheName) {
     const CleanPlace deep{.anchor = "/h", .relative = "a/b/c"};
     EXPECT_EQ(deep.folder(), "a/b");

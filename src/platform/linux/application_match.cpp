@@ -35,15 +35,6 @@ bool isAlphanumeric(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// The words from the program proper on: "env NAME=value program" starts the third.
-std::vector<std::string> withoutEnvironment(const std::vector<std::string>& words) {
-    auto first = words.begin();
-    if (first != words.end() && lastPart(*first) == "env")
-        first = std::find_if(first + 1, words.end(),
-                             [](const std::string& word) { return word.find('=') == std::string::npos; });
-    return {first, words.end()};
-}
-
 /// The folder that an application has to itself: "/opt/editor" for "/opt/editor/bin/editor". Empty for one
 /// whose program lies among those of others.
 std::string_view ownFolder(std::string_view program, const std::vector<std::string>& sharedFolders) {
@@ -70,20 +61,29 @@ std::string withPlainDashes(std::string_view unit) {
     return plain;
 }
 
-/// Desktops start an application in a control group that bears its id: "app-gnome-ID-4711.scope",
-/// "app-ID@1.service", "snap.ID.command.scope".
-bool unitNames(std::string_view unit, std::string_view id) {
-    if (id.ends_with(entrySuffix))
-        id.remove_suffix(entrySuffix.size());
-    if (id.empty() || !(unit.starts_with("app-") || unit.starts_with("snap.")))
-        return false;
-    const std::string plain = withPlainDashes(unit);
-    for (std::size_t at = plain.find(id); at != std::string::npos; at = plain.find(id, at + 1)) {
+/// Whether `id` stands in `text` with neither letters nor digits right before and after it.
+bool namesAsWord(std::string_view text, std::string_view id) {
+    for (std::size_t at = text.find(id); at != std::string::npos; at = text.find(id, at + 1)) {
         const std::size_t end = at + id.size();
-        if (at > 0 && !isAlphanumeric(plain[at - 1]) && end < plain.size() && !isAlphanumeric(plain[end]))
+        if (at > 0 && !isAlphanumeric(text[at - 1]) && end < text.size() && !isAlphanumeric(text[end]))
             return true;
     }
     return false;
+}
+
+/// Desktops start an application in a control group that bears its id: "app-gnome-ID-4711.scope",
+/// "app-ID@1.service". Snaps are called "PACKAGE_COMMAND", and their groups "snap.PACKAGE.COMMAND.….scope".
+bool unitNames(std::string_view unit, std::string_view id) {
+    if (id.ends_with(entrySuffix))
+        id.remove_suffix(entrySuffix.size());
+    if (id.empty())
+        return false;
+    if (unit.starts_with("snap.")) {
+        std::string dotted(id);
+        std::ranges::replace(dotted, '_', '.');
+        return namesAsWord(unit, id) || namesAsWord(unit, dotted);
+    }
+    return unit.starts_with("app-") && namesAsWord(withPlainDashes(unit), id);
 }
 
 /// The file that a launcher was told to run: the first word after its own that is a path.
@@ -96,6 +96,20 @@ std::string_view launched(const std::vector<std::string>& words) {
 }
 
 }  // namespace
+
+std::vector<std::string> withoutEnvironment(const std::vector<std::string>& words) {
+    auto first = words.begin();
+    if (first != words.end() && lastPart(*first) == "env") {
+        // Options, of which two have a word to themselves, then variables.
+        for (++first; first != words.end(); ++first) {
+            if ((*first == "-u" || *first == "-C") && first + 1 != words.end())
+                ++first;
+            else if (!first->starts_with('-') && first->find('=') == std::string::npos)
+                break;
+        }
+    }
+    return {first, words.end()};
+}
 
 bool isLauncher(std::string_view programName) {
     while (!programName.empty() && !(programName.back() >= 'a' && programName.back() <= 'z'))

@@ -12,7 +12,8 @@ namespace ulvak::platform {
 struct ApplicationEntry {
     std::string id;                  ///< "org.gnome.gedit.desktop"
     std::vector<std::string> words;  ///< the command line, split
-    std::string program;             ///< the file that the first word names, links resolved; may be empty
+    std::string
+        program;  ///< the file that the first `withoutEnvironment` names, links resolved; may be empty
 };
 
 /// What the system says of a process.
@@ -21,6 +22,9 @@ struct ProcessFacts {
     std::vector<std::string> words;  ///< the first of its arguments, the program's own name included
     std::string unit;                ///< the innermost control group: "app-gnome-firefox-4711.scope"
 };
+
+/// The words of a command line from the program proper on: "env NAME=value program" starts the third.
+[[nodiscard]] std::vector<std::string> withoutEnvironment(const std::vector<std::string>& words);
 
 /// Whether a process may be one of an application. `sharedFolders` hold the programs of many: "/usr/bin".
 [[nodiscard]] bool mayBelong(const ProcessFacts& process, const ApplicationEntry& entry,

@@ -9,8 +9,8 @@ GuardedFolders guardedFolders(const std::string& home) {
     GuardedFolders folders{
         .themselves = {home + "/.local", home + "/.local/share", home + "/.local/state", home + "/.config",
                        data, g_get_user_state_dir(), g_get_user_config_dir()},
-        .withContents = {data + "/keyrings", home + "/.gnupg", home + "/.ssh", home + "/.pki",
-                         home + "/.password-store"},
+        .withContents = {data + "/keyrings", home + "/.local/share/keyrings", home + "/.gnupg",
+                         home + "/.ssh", home + "/.pki", home + "/.password-store"},
     };
     // Documents, pictures and their like under the names that the user's language gives them.
     for (int kind = 0; kind < G_USER_N_DIRECTORIES; ++kind) {

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,11 +33,16 @@ std::error_code systemError(int number) {
     return {number, std::generic_category()};
 }
 
+/// As `fileInfo` numbers volumes.
+Number numberOf(const struct stat& info) {
+    return {(std::uint64_t{gnu_dev_major(info.st_dev)} << 32U) | gnu_dev_minor(info.st_dev), info.st_ino};
+}
+
 std::optional<Number> numberOf(int handle) {
     struct stat info{};
     if (::fstat(handle, &info) != 0)
         return std::nullopt;
-    return Number{info.st_dev, info.st_ino};
+    return numberOf(info);
 }
 
 /// 0, or the number of the error.
@@ -182,6 +188,9 @@ private:
             ++level.listings;
             return ::lseek(level.folder.handle(), 0, SEEK_SET) < 0 ? failAt(levels_.size() - 1, errno) : 0;
         }
+        // Nobody lists what is around the item itself: whatever took its place is there to stay.
+        if (failure == ENOTDIR && levels_.size() == 1)
+            return failAt(0, ESTALE);
         // Gone already, or something else has taken its place, which the next listing finds.
         if (failure != 0 && failure != ENOENT && failure != ENOTDIR)
             return failAt(levels_.size() - 1, failure);
@@ -238,7 +247,11 @@ std::optional<std::pair<std::uint64_t, std::uint64_t>> entryNumber(const Directo
     struct stat info{};
     if (::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
-    return Number{info.st_dev, info.st_ino};
+    return numberOf(info);
+}
+
+bool removeEmptyFolder(const Directory& parent, const std::string& name) {
+    return unlink(parent, name.c_str(), AT_REMOVEDIR) == 0;
 }
 
 std::expected<std::vector<std::string>, std::error_code> entryNames(const Directory& folder) {

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -57,22 +56,33 @@ std::string executableOf(const std::string& process) {
     return path;
 }
 
+/// Whether a process is this user's. Its files in "/proc" are root's when it keeps its memory from others, as
+/// password managers do; its status tells all the same.
+bool isOwn(const std::string& process) {
+    const std::string status = beginning(process + "/status");
+    constexpr std::string_view label = "\nUid:\t";
+    const std::size_t at = status.find(label);
+    return at != std::string::npos &&
+           std::strtoul(status.c_str() + at + label.size(), nullptr, 10) == ::getuid();
+}
+
 /// The processes of this user, apart from this one.
 std::vector<ProcessFacts> ownProcesses() {
     std::vector<ProcessFacts> processes;
     const std::string self = std::to_string(::getpid());
     for (const std::string& name : listNames("/proc")) {
-        if (name == self || std::isdigit(static_cast<unsigned char>(name.front())) == 0)
-            continue;
         const std::string process = "/proc/" + name;
-        struct stat info{};
-        if (::stat(process.c_str(), &info) != 0 || info.st_uid != ::geteuid())
+        if (name == self || std::isdigit(static_cast<unsigned char>(name.front())) == 0 || !isOwn(process))
             continue;
         std::string group = beginning(process + "/cgroup");
         group.resize(std::min(group.find('\n'), group.size()));
-        processes.push_back({.executable = executableOf(process),
-                             .words = split(beginning(process + "/cmdline"), '\0'),
-                             .unit = group.substr(group.rfind('/') + 1)});
+        ProcessFacts facts{.executable = executableOf(process),
+                           .words = split(beginning(process + "/cmdline"), '\0'),
+                           .unit = group.substr(group.rfind('/') + 1)};
+        // One that keeps its memory from others hides its program too; what it was started as has to do.
+        if (facts.executable.empty() && !facts.words.empty())
+            facts.executable = facts.words.front();
+        processes.push_back(std::move(facts));
     }
     return processes;
 }
@@ -91,8 +101,9 @@ std::vector<std::string> commandWords(GAppInfo* application) {
 ApplicationEntry entryOf(GAppInfo* application) {
     const char* id = g_app_info_get_id(application);
     ApplicationEntry entry{.id = id != nullptr ? id : "", .words = commandWords(application)};
-    if (!entry.words.empty()) {
-        const CString found(g_find_program_in_path(entry.words.front().c_str()), &g_free);
+    const std::vector<std::string> words = withoutEnvironment(entry.words);
+    if (!words.empty()) {
+        const CString found(g_find_program_in_path(words.front().c_str()), &g_free);
         if (found)
             entry.program = resolvedPath(found.get()).value_or(found.get());
     }

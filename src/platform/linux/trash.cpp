@@ -49,6 +49,11 @@ std::expected<void, FileError> moveToTrash(const std::string& path) {
         .code = {numberOf(*error), std::generic_category()}, .path = path, .detail = error->message});
 }
 
+const TrashLayout& trashLayout() {
+    static const TrashLayout layout{.items = "files", .notes = "info", .noteSuffix = ".trashinfo"};
+    return layout;
+}
+
 const Command& trashEmptyingCommand() {
     static const Command command{.program = "/usr/bin/gio", .arguments = {"trash", "--empty"}};
     return command;
