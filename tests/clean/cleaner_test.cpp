@@ -2,16 +2,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "clean_support.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
@@ -22,54 +20,6 @@ namespace {
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A home, a temporary folder and what lies beside them.
-std::vector<TreeEntry> lifelike() {
-    return {
-        folder(
-            "home",
-            {folder("Documents", {textFile("old.zip", "x")}),
-             folder("proje", {folder("build", {textFile("a.o", "a"), folder("inner", {textFile("b", "b")})}),
-                              textFile("main.c", "c")}),
-             textFile("one", "1"), textFile("two", "2"), textFile("three", "3"),
-             folder("Library", {folder("Keychains", {textFile("login", "k")}),
-                                folder("Caches", {folder("app", {textFile("c", "c")})})})}),
-        folder("tmp", {folder("thing", {textFile("t", "t")})}),
-        folder("canaries", {textFile("canary", "alive")}),
-    };
-}
-
-/// Runs the body as a process whose user has these folders: the guard rails are built once in a process.
-bool inHome(const TempTree& tree, const Body& body,
-            std::source_location where = std::source_location::current()) {
-    return inChild(
-        [&] {
-            const ScopedEnvironment environment({{"HOME", tree.path("home")},
-                                                 {"TMPDIR", tree.path("tmp")},
-                                                 {"XDG_DATA_HOME", std::nullopt},
-                                                 {"XDG_CONFIG_HOME", std::nullopt},
-                                                 {"LANG", "C.UTF-8"}});
-            body();
-        },
-        where);
-}
-
-Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) {
-    Finding result;
-    result.id = urls.front();
-    result.urls = std::move(urls);
-    result.size = size;
-    return result;
-}
-
-bool exists(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0;
-}
-
-std::string text(const CleanFailure& failure) {
-    return errorDescription(failure);
-}
 
 TEST(Cleaner, RemovesAFolderForGoodAndReturnsItsScannedSize) {
     const TempTree tree(lifelike());

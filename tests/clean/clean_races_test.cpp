@@ -1,0 +1,210 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "clean_support.h"
+
+// Somebody swaps folders for links to a folder of canaries while they are cleaned. Whoever follows such a
+// link kills canaries: they bear the names of what is cleaned.
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+namespace fs = std::filesystem;
+
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int share = 5;  // a fifth of the rounds: each takes many times as long
+#else
+constexpr int share = 1;
+#endif
+
+/// Swaps two entries for one another, without pause while it is on.
+class Swapper {
+public:
+    Swapper() : thread_([this] { work(); }) {}
+    ~Swapper() {
+        quits_ = true;
+        start("", "");
+        thread_.join();
+    }
+    Swapper(const Swapper&) = delete;
+    Swapper& operator=(const Swapper&) = delete;
+
+    /// Returns when it is at work.
+    void start(std::string first, std::string second) {
+        first_ = std::move(first);
+        second_ = std::move(second);
+        isOn_ = true;
+        isOn_.notify_one();
+        isAtWork_.wait(false);
+    }
+
+    /// Returns when it rests.
+    void stop() {
+        isOn_ = false;
+        isAtWork_.wait(true);
+    }
+
+    [[nodiscard]] long swaps() const { return swaps_; }
+
+private:
+    void work() {
+        for (;;) {
+            isOn_.wait(false);
+            setAtWork(true);
+            if (quits_)
+                return;
+            while (isOn_) {
+                if (::syscall(SYS_renameat2, AT_FDCWD, first_.c_str(), AT_FDCWD, second_.c_str(),
+                              RENAME_EXCHANGE) == 0)
+                    ++swaps_;
+            }
+            setAtWork(false);
+        }
+    }
+
+    void setAtWork(bool isAtWork) {
+        isAtWork_ = isAtWork;
+        isAtWork_.notify_one();
+    }
+
+    std::string first_;   // handed over by `isOn_`
+    std::string second_;  // as above
+    std::atomic<bool> isOn_ = false;
+    std::atomic<bool> isAtWork_ = false;
+    std::atomic<bool> quits_ = false;
+    std::atomic<long> swaps_ = 0;
+    std::thread thread_;
+};
+
+/// What is swapped for a link to its likeness among the canaries, seen from the round's folder.
+constexpr std::array<std::string_view, 3> swapped = {"arena", "arena/item", "arena/item/sub"};
+
+const std::vector<TreeEntry>& arena() {
+    static const std::vector<TreeEntry> entries = {
+        folder("arena", {folder("item", {textFile("a", "alive"), textFile("b", "alive"),
+                                         folder("sub", {textFile("c", "alive"), textFile("d", "alive"),
+                                                        folder("inner", {textFile("e", "alive")})})})})};
+    return entries;
+}
+
+bool canariesLive(const std::string& folder) {
+    for (const char* canary : {"a", "b", "sub/c", "sub/d", "sub/inner/e"}) {
+        if (!exists(folder + "/" + canary))
+            return false;
+    }
+    return true;
+}
+
+/// The Trash takes paths, so that it may be led to a canary; then it is there, and goes back.
+void bringBackFromTrash(const TempTree& tree) {
+    const std::string home = tree.path("canaries/arena/item");
+    const std::string trash = tree.path("home/.local/share/Trash");
+    if (!exists(home)) {
+        for (const auto& entry : fs::directory_iterator(trash + "/files")) {
+            if (!entry.is_symlink() &&
+                exists(trash + "/info/" + entry.path().filename().string() + ".trashinfo")) {
+                fs::rename(entry.path(), home);
+                break;
+            }
+        }
+    }
+    fs::remove_all(trash);
+}
+
+struct Outcome {
+    int done = 0;
+    int failed = 0;
+};
+
+Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& swapper) {
+    Outcome outcome;
+    for (int round = 0; round < rounds; ++round) {
+        const std::string_view victim = swapped[static_cast<std::size_t>(round) % swapped.size()];
+        tree.add("home", {folder("round", arena())});
+        tree.add("home/round", {link("bait", tree.path("canaries/" + std::string(victim)))});
+        swapper.start(tree.path("home/round/" + std::string(victim)), tree.path("home/round/bait"));
+        const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode);
+        swapper.stop();
+        ++(freed ? outcome.done : outcome.failed);
+        if (mode == CleanMode::trash)
+            bringBackFromTrash(tree);
+        fs::remove_all(tree.path("home/round"));
+        if (!canariesLive(tree.path("canaries/arena/item"))) {
+            ADD_FAILURE() << "a canary died in round " << round << ", " << victim
+                          << " swapped: " << (freed ? "no failure" : text(freed.error()));
+            break;
+        }
+    }
+    return outcome;
+}
+
+void survive(CleanMode mode, int rounds) {
+    TempTree tree({folder("home"), folder("tmp"), folder("canaries", arena())});
+    inHome(tree, [&] {
+        Swapper swapper;
+        const Outcome outcome = cleanWhileSwapping(tree, mode, rounds, swapper);
+        // It was a race: there was swapping in every round, and it made a difference to some and not to all.
+        EXPECT_GT(swapper.swaps(), rounds);
+        EXPECT_GT(outcome.done, 0);
+        EXPECT_GT(outcome.failed, 0);
+    });
+}
+
+TEST(CleanRaces, RemovingForGoodIsNotLedAstrayByLinks) {
+    survive(CleanMode::permanent, 7500 / share);
+}
+
+TEST(CleanRaces, TheTrashLosesNothingToLinks) {
+    survive(CleanMode::trash, 2500 / share);
+}
+
+TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
+    constexpr int rounds = 100 / share;
+    TempTree tree({folder("home"), folder("tmp"), folder("canaries", {textFile("canary", "alive")})});
+    inHome(tree, [&] {
+        rlimit usual{};
+        ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+        // So few handles that folders higher up are closed and have to be found again.
+        const rlimit few{.rlim_cur = 40, .rlim_max = usual.rlim_max};
+        Swapper swapper;
+        int failed = 0;
+        for (int round = 0; round < rounds; ++round) {
+            // Moved away, the folder lies beside the canaries.
+            tree.add("home", {folder("round", {folder("item", {textFile("a", "a"), folder("sub")}),
+                                               textFile("beside", "alive"),
+                                               folder("aside", {textFile("beside", "alive")}),
+                                               link("bait", tree.path("canaries"))})});
+            std::string deep = tree.path("home/round/item/sub");
+            for (int level = 0; level < 40; ++level) {
+                deep += "/d";
+                ASSERT_EQ(::mkdir(deep.c_str(), 0755), 0);
+            }
+            ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+            swapper.start(tree.path("home/round/item/sub"), tree.path("home/round/bait"));
+            failed += Cleaner::clean(finding({tree.path("home/round/item")}), CleanMode::permanent) ? 0 : 1;
+            swapper.stop();
+            ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &usual), 0);
+            ASSERT_TRUE(exists(tree.path("home/round/beside"))) << round;
+            ASSERT_TRUE(exists(tree.path("home/round/aside/beside"))) << round;
+            ASSERT_TRUE(exists(tree.path("canaries/canary"))) << round;
+            fs::remove_all(tree.path("home/round"));
+        }
+        EXPECT_GT(swapper.swaps(), rounds);
+        EXPECT_GT(failed, 0);
+    });
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <source_location>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "clean/cleaner.h"
+#include "support/environment.h"
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+/// What the tests of cleaning have in common.
+namespace ulvak::test {
+
+/// A home, a temporary folder and what lies beside them.
+inline std::vector<TreeEntry> lifelike() {
+    return {
+        folder(
+            "home",
+            {folder("Documents", {textFile("old.zip", "x")}),
+             folder("proje", {folder("build", {textFile("a.o", "a"), folder("inner", {textFile("b", "b")})}),
+                              textFile("main.c", "c")}),
+             textFile("one", "1"), textFile("two", "2"), textFile("three", "3"),
+             folder("Library", {folder("Keychains", {textFile("login", "k")}),
+                                folder("Caches", {folder("app", {textFile("c", "c")})})})}),
+        folder("tmp", {folder("thing", {textFile("t", "t")})}),
+        folder("canaries", {textFile("canary", "alive")}),
+    };
+}
+
+/// The environment of a user with the folders "home" and "tmp" of a tree.
+class AtHome {
+public:
+    explicit AtHome(const TempTree& tree)
+        : environment_({{"HOME", tree.path("home")},
+                        {"TMPDIR", tree.path("tmp")},
+                        {"XDG_DATA_HOME", std::nullopt},
+                        {"XDG_CONFIG_HOME", std::nullopt},
+                        {"LANG", "C.UTF-8"}}) {}
+
+private:
+    ScopedEnvironment environment_;
+};
+
+/// Runs the body as a process whose user has these folders: the guard rails are built once in a process.
+inline bool inHome(const TempTree& tree, const Body& body,
+                   std::source_location where = std::source_location::current()) {
+    return inChild(
+        [&] {
+            const AtHome environment(tree);
+            body();
+        },
+        where);
+}
+
+inline Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) {
+    Finding result;
+    result.id = urls.front();
+    result.urls = std::move(urls);
+    result.size = size;
+    return result;
+}
+
+inline bool exists(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+inline std::string text(const CleanFailure& failure) {
+    return errorDescription(failure);
+}
+
+}  // namespace ulvak::test

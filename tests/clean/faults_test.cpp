@@ -1,0 +1,333 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "clean_support.h"
+
+// What the system refuses. Each finding has three items, of which the second cannot be cleaned: the first is
+// gone then, the third untouched, and the result is the system's error.
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+
+constexpr CleanMode bothModes[] = {CleanMode::permanent, CleanMode::trash};
+
+std::vector<TreeEntry> threeItems(TreeEntry second) {
+    return {folder("home", {folder("items", {folder("first", {textFile("a", "a")}), std::move(second),
+                                             folder("third", {textFile("c", "c")})})}),
+            folder("tmp")};
+}
+
+Finding three(const TempTree& tree, const std::string& second) {
+    return finding(
+        {tree.path("home/items/first"), tree.path("home/items/" + second), tree.path("home/items/third")});
+}
+
+/// Cleans the three and returns what failed.
+platform::FileError expectSecondToFail(const TempTree& tree, const std::string& second, CleanMode mode,
+                                       std::errc expected,
+                                       const Cleaner::Services& services = Cleaner::Services::system()) {
+    const auto freed = Cleaner::clean(three(tree, second), mode, services);
+    EXPECT_FALSE(freed);
+    if (freed)
+        return {};
+    const auto* error = std::get_if<platform::FileError>(&freed.error());
+    EXPECT_NE(error, nullptr) << text(freed.error());
+    if (error == nullptr)
+        return {};
+    EXPECT_EQ(error->code, expected) << error->code.message() << " at " << error->path;
+    EXPECT_FALSE(exists(tree.path("home/items/first")));
+    EXPECT_TRUE(exists(tree.path("home/items/third/c")));
+    return *error;
+}
+
+void forEachMode(const std::function<void(CleanMode)>& test) {
+    for (const CleanMode mode : bothModes) {
+        SCOPED_TRACE(mode == CleanMode::trash ? "trash" : "permanent");
+        test(mode);
+    }
+}
+
+TEST(Faults, AFolderInWhichNothingMayBeChanged) {
+    const TempTree tree(threeItems(folder("second", {folder("locked", {textFile("b", "b")}).withMode(0500)})),
+                        TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        const auto error =
+            expectSecondToFail(tree, "second", CleanMode::permanent, std::errc::permission_denied);
+        EXPECT_EQ(error.path, tree.path("home/items/second/locked/b"));
+        EXPECT_EQ(text(error), "“~/items/second/locked/b” kaldırılamadı: bunun için iznin yok.");
+        EXPECT_TRUE(exists(tree.path("home/items/second/locked/b")));
+    });
+}
+
+TEST(Faults, AnItemInAFolderInWhichNothingMayBeChanged) {
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(
+            threeItems(folder("second", {folder("locked", {textFile("b", "b")})}).withMode(0500)),
+            TempTree::Owner::unprivileged);
+        if (const auto reason = whyNotUnprivileged(tree.path()))
+            GTEST_SKIP() << *reason;
+        asUnprivileged([&] {
+            const AtHome environment(tree);
+            expectSecondToFail(tree, "second/locked", mode, std::errc::permission_denied);
+            EXPECT_TRUE(exists(tree.path("home/items/second/locked/b")));
+        });
+    });
+}
+
+TEST(Faults, AFolderThatMayNotBeListed) {
+    const TempTree tree(threeItems(folder("second", {folder("empty").withMode(0300),
+                                                     folder("full", {textFile("b", "b")}).withMode(0300)})),
+                        TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        const auto error =
+            expectSecondToFail(tree, "second", CleanMode::permanent, std::errc::permission_denied);
+        EXPECT_EQ(error.path, tree.path("home/items/second/full"));
+        EXPECT_TRUE(exists(tree.path("home/items/second/full/b")));
+        ASSERT_EQ(::chmod(tree.path("home/items/second/full").c_str(), 0700), 0);
+        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/items/second")}), CleanMode::permanent))
+            << "a folder that cannot be listed but is empty can be removed";
+    });
+}
+
+TEST(Faults, AnotherUsersFolderInside) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root gives files away";
+    const TempTree tree(threeItems(folder("second", {folder("theirs", {textFile("b", "b")})})),
+                        TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    ASSERT_EQ(::chown(tree.path("home/items/second/theirs").c_str(), 0, 0), 0);
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        expectSecondToFail(tree, "second", CleanMode::permanent, std::errc::permission_denied);
+        EXPECT_TRUE(exists(tree.path("home/items/second/theirs/b")));
+    });
+}
+
+TEST(Faults, AnotherUsersFileInAFolderOfOnesOwnGoes) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root gives files away";
+    const TempTree tree(threeItems(folder("second", {textFile("theirs", "b")})),
+                        TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    ASSERT_EQ(::chown(tree.path("home/items/second/theirs").c_str(), 0, 0), 0);
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        EXPECT_TRUE(Cleaner::clean(three(tree, "second"), CleanMode::permanent));
+    });
+}
+
+/// A file that nobody may change or remove while this lives.
+class ImmutableFile {
+public:
+    explicit ImmutableFile(const std::string& path) : handle_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        isInForce_ = set(FS_IMMUTABLE_FL);
+    }
+    ~ImmutableFile() {
+        if (isInForce_)
+            set(0);
+        ::close(handle_);
+    }
+    ImmutableFile(const ImmutableFile&) = delete;
+    ImmutableFile& operator=(const ImmutableFile&) = delete;
+
+    [[nodiscard]] bool isInForce() const { return isInForce_; }
+
+private:
+    bool set(int flag) const {
+        int flags = 0;
+        if (::ioctl(handle_, FS_IOC_GETFLAGS, &flags) != 0)
+            return false;
+        flags = (flags & ~FS_IMMUTABLE_FL) | flag;
+        return ::ioctl(handle_, FS_IOC_SETFLAGS, &flags) == 0;
+    }
+
+    int handle_;
+    bool isInForce_ = false;
+};
+
+TEST(Faults, AFileThatNobodyMayChange) {
+    const TempTree tree(threeItems(folder("second", {textFile("fixed", "b")})));
+    const ImmutableFile fixed(tree.path("home/items/second/fixed"));
+    if (!fixed.isInForce())
+        GTEST_SKIP() << "this user or file system knows no files that cannot be changed";
+    inHome(tree, [&] {
+        const auto error =
+            expectSecondToFail(tree, "second", CleanMode::permanent, std::errc::operation_not_permitted);
+        EXPECT_EQ(error.path, tree.path("home/items/second/fixed"));
+    });
+    TempTree other(threeItems(textFile("second", "b")));
+    const ImmutableFile item(other.path("home/items/second"));
+    ASSERT_TRUE(item.isInForce());
+    inHome(other, [&] {
+        EXPECT_FALSE(expectSecondToFail(other, "second", CleanMode::trash, std::errc::permission_denied)
+                         .detail.empty());
+        EXPECT_TRUE(exists(other.path("home/items/second")));
+    });
+}
+
+TEST(Faults, AMountPointIsBusyBeforeAnythingIsTouched) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(threeItems(folder("second")));
+        withPrivateMounts([&] {
+            const AtHome environment(tree);
+            ASSERT_TRUE(mountMemory(tree.path("home/items/second")));
+            std::ofstream(tree.path("home/items/second/precious")) << "p";
+            const auto freed = Cleaner::clean(three(tree, "second"), mode);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::device_or_resource_busy);
+            EXPECT_TRUE(exists(tree.path("home/items/first/a"))) << "all items are judged first";
+            EXPECT_TRUE(exists(tree.path("home/items/second/precious")));
+        });
+    });
+}
+
+TEST(Faults, AVolumeThatIsMountedDuringTheRemovalIsNotEntered) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree(threeItems(folder("second", {folder("disk")})));
+    withPrivateMounts([&] {
+        const AtHome environment(tree);
+        Cleaner::Services services = Cleaner::Services::system();
+        services.removeEntry = [&](const platform::Directory& parent, const std::string& name) {
+            if (name == "second") {
+                EXPECT_TRUE(mountMemory(tree.path("home/items/second/disk")));
+                std::ofstream(tree.path("home/items/second/disk/precious")) << "p";
+            }
+            return Cleaner::Services::system().removeEntry(parent, name);
+        };
+        const auto error = expectSecondToFail(tree, "second", CleanMode::permanent,
+                                              std::errc::device_or_resource_busy, services);
+        EXPECT_EQ(error.path, tree.path("home/items/second/disk"));
+        EXPECT_TRUE(exists(tree.path("home/items/second/disk/precious")));
+    });
+}
+
+TEST(Faults, AFullDiskKeepsTheItemFromTheTrash) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home"), folder("tmp")});
+    withPrivateMounts([&] {
+        const AtHome environment(tree);
+        // Room for the entries that follow, and for not one more.
+        ASSERT_TRUE(mountMemory(tree.path("home"), "nr_inodes=5"));
+        ASSERT_EQ(::mkdir(tree.path("home/items").c_str(), 0755), 0);
+        for (const char* name : {"first", "second", "third"})
+            std::ofstream(tree.path(std::string("home/items/") + name)) << name;
+        const auto freed = Cleaner::clean(three(tree, "second"), CleanMode::trash);
+        ASSERT_FALSE(freed);
+        const auto* error = std::get_if<platform::FileError>(&freed.error());
+        ASSERT_NE(error, nullptr);
+        EXPECT_FALSE(error->detail.empty());
+        for (const char* name : {"first", "second", "third"})
+            EXPECT_TRUE(exists(tree.path(std::string("home/items/") + name))) << name;
+    });
+}
+
+TEST(Faults, AFullDiskDoesNotKeepFromRemovingForGood) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home"), folder("tmp")});
+    withPrivateMounts([&] {
+        const AtHome environment(tree);
+        ASSERT_TRUE(mountMemory(tree.path("home"), "size=64k"));
+        ASSERT_EQ(::mkdir(tree.path("home/items").c_str(), 0755), 0);
+        std::ofstream(tree.path("home/items/full")) << std::string(200'000, 'x');
+        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/items")}), CleanMode::permanent));
+        EXPECT_FALSE(exists(tree.path("home/items")));
+    });
+}
+
+TEST(Faults, AReadOnlyDiskKeepsEverything) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(threeItems(folder("second")));
+        withPrivateMounts([&] {
+            const AtHome environment(tree);
+            ASSERT_TRUE(mountAgain(tree.path("home"), tree.path("home")));
+            ASSERT_EQ(::mount(nullptr, tree.path("home").c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY,
+                              nullptr),
+                      0);
+            const auto freed = Cleaner::clean(three(tree, "second"), mode);
+            ASSERT_FALSE(freed);
+            const auto& error = std::get<platform::FileError>(freed.error());
+            EXPECT_TRUE(error.code == std::errc::read_only_file_system || mode == CleanMode::trash)
+                << error.code.message();
+            EXPECT_TRUE(exists(tree.path("home/items/first/a")));
+        });
+    });
+}
+
+TEST(Faults, ADiskThatFailsIsPassedOn) {
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(threeItems(folder("second", {textFile("b", "b")})));
+        inHome(tree, [&] {
+            // A disk cannot be broken in a test.
+            Cleaner::Services services = Cleaner::Services::system();
+            const platform::FileError broken{
+                .code = {EIO, std::generic_category()}, .path = "second/b", .detail = "the disk's own words"};
+            services.removeEntry = [&](const platform::Directory& parent, const std::string& name) {
+                if (name == "second")
+                    return std::expected<void, platform::FileError>(std::unexpect, broken);
+                return Cleaner::Services::system().removeEntry(parent, name);
+            };
+            services.moveToTrash = [&](const std::string& path) {
+                if (path.ends_with("/second"))
+                    return std::expected<void, platform::FileError>(std::unexpect, broken);
+                return Cleaner::Services::system().moveToTrash(path);
+            };
+            const auto error = expectSecondToFail(tree, "second", mode, std::errc::io_error, services);
+            EXPECT_EQ(error.detail, broken.detail);
+            EXPECT_TRUE(text(error).ends_with("disk okunamadı ya da yazılamadı. (the disk's own words)"));
+        });
+    });
+}
+
+TEST(Faults, AnItemThatHasVanished) {
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(threeItems(folder("other")));
+        inHome(tree, [&] {
+            const auto error = expectSecondToFail(tree, "second", mode, std::errc::no_such_file_or_directory);
+            EXPECT_EQ(error.path, tree.path("home/items/second"));
+        });
+    });
+}
+
+TEST(Faults, AFolderOnTheWayThatHasVanishedOrIsNone) {
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(threeItems(textFile("other", "o")));
+        inHome(tree, [&] {
+            EXPECT_FALSE(Cleaner::clean(finding({tree.path("home/items/gone/item")}), mode));
+            const auto freed = Cleaner::clean(finding({tree.path("home/items/other/item")}), mode);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::not_a_directory);
+            EXPECT_TRUE(exists(tree.path("home/items/other")));
+        });
+    });
+}
+
+}  // namespace
+}  // namespace ulvak

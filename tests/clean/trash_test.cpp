@@ -1,0 +1,332 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "clean_support.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+namespace fs = std::filesystem;
+
+constexpr const char* trashFolder = "home/.local/share/Trash";
+
+std::string contents(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// What a file manager must put back of one entry.
+struct Likeness {
+    mode_t mode = 0;
+    FileTime modified;
+    std::string bytes;  ///< of a file, or where a link leads
+
+    friend bool operator==(const Likeness&, const Likeness&) = default;
+};
+
+/// Every entry of a tree by its path.
+std::map<std::string, Likeness> likeness(const fs::path& top) {
+    std::map<std::string, Likeness> entries;
+    const auto add = [&](const fs::path& path) {
+        struct stat info{};
+        if (::lstat(path.c_str(), &info) != 0)
+            return;
+        Likeness entry{.mode = info.st_mode};
+        entry.modified = FileTime(
+            std::chrono::microseconds(info.st_mtim.tv_sec * 1'000'000 + info.st_mtim.tv_nsec / 1000));
+        if (S_ISREG(info.st_mode))
+            entry.bytes = contents(path);
+        else if (S_ISLNK(info.st_mode))
+            entry.bytes = fs::read_symlink(path).string();
+        entries[path.lexically_relative(top).string()] = entry;
+    };
+    add(top);
+    if (fs::is_directory(fs::symlink_status(top))) {
+        for (const auto& entry : fs::recursive_directory_iterator(top))
+            add(entry.path());
+    }
+    return entries;
+}
+
+std::string percentDecoded(const std::string& text) {
+    std::string bytes;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '%') {
+            bytes += text[at];
+            continue;
+        }
+        bytes += static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16));
+        at += 2;
+    }
+    return bytes;
+}
+
+std::string valueOf(const std::string& key, const std::string& note) {
+    const std::size_t at = note.find("\n" + key + "=");
+    if (at == std::string::npos)
+        return "";
+    const std::size_t start = at + key.size() + 2;
+    return note.substr(start, note.find('\n', start) - start);
+}
+
+/// As a file manager restores: moves every item back to where its note says. How many there were.
+int restoreAll(const TempTree& tree) {
+    int restored = 0;
+    for (const auto& entry : fs::directory_iterator(tree.path(std::string(trashFolder) + "/info"))) {
+        const std::string note = contents(entry.path());
+        EXPECT_TRUE(note.starts_with("[Trash Info]\n")) << note;
+        EXPECT_EQ(valueOf("DeletionDate", note).size(), std::string("2024-01-01T00:00:00").size()) << note;
+        const std::string file = entry.path().filename().string();
+        const std::string name = file.substr(0, file.size() - std::string(".trashinfo").size());
+        fs::rename(tree.path(std::string(trashFolder) + "/files/" + name),
+                   percentDecoded(valueOf("Path", note)));
+        ++restored;
+    }
+    return restored;
+}
+
+FileTime date(std::int64_t seconds) {
+    return FileTime(std::chrono::seconds(seconds));
+}
+
+TEST(Trash, RestoresWhatWasTrashedByteForByte) {
+    TempTree tree(lifelike());
+    const std::vector<std::string> names = {
+        "düz", "line\nfeed", "not-\xff\xfe-utf8", "100%41 sure", "#hash?;&=",          " blanks ",
+        "-rf", "quo\"te'\\", ".hidden",           "a.trashinfo", std::string(200, 'n')};
+    std::vector<TreeEntry> entries;
+    std::vector<std::string> urls;
+    for (const std::string& name : names) {
+        std::string all;
+        for (int byte = 0; byte < 256; ++byte)
+            all += static_cast<char>(byte);
+        entries.push_back(
+            folder(name, {textFile(name, all).withMode(0640).modifiedAt(date(1'000'000'000)),
+                          link("way", "../" + name), fifo("pipe"), sparseFile("hole", 1'000'000),
+                          folder("empty").withMode(0700).modifiedAt(date(1'234'567'890))})
+                .modifiedAt(date(1'111'111'111)));
+        urls.push_back(tree.path("home/items/" + name));
+    }
+    entries.push_back(textFile("file", "f").withMode(0400).modifiedAt(date(5)));
+    entries.push_back(link("dangling", "nowhere"));
+    urls.push_back(tree.path("home/items/file"));
+    urls.push_back(tree.path("home/items/dangling"));
+    tree.add("home", {folder("items", entries)});
+    const auto before = likeness(tree.path("home/items"));
+    inHome(tree, [&] {
+        const auto freed = Cleaner::clean(finding(urls), CleanMode::trash);
+        ASSERT_TRUE(freed) << text(freed.error());
+        EXPECT_TRUE(fs::is_empty(tree.path("home/items")));
+        EXPECT_EQ(restoreAll(tree), static_cast<int>(urls.size()));
+        auto after = likeness(tree.path("home/items"));
+        after["."].modified = before.at(".").modified;  // things went from it and came back
+        EXPECT_EQ(after, before);
+    });
+}
+
+TEST(Trash, KeepsTwoItemsOfOneNameApart) {
+    TempTree tree(lifelike());
+    tree.add("home", {folder("x", {textFile("same", "1")}), folder("y", {textFile("same", "2")})});
+    inHome(tree, [&] {
+        ASSERT_TRUE(
+            Cleaner::clean(finding({tree.path("home/x/same"), tree.path("home/y/same")}), CleanMode::trash));
+        EXPECT_EQ(restoreAll(tree), 2);
+        EXPECT_EQ(contents(tree.path("home/x/same")), "1");
+        EXPECT_EQ(contents(tree.path("home/y/same")), "2");
+    });
+}
+
+TEST(Trash, TheTrashItselfCannotBeTrashed) {
+    TempTree tree(lifelike());
+    inHome(tree, [&] {
+        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash));
+        EXPECT_FALSE(Cleaner::clean(finding({tree.path(trashFolder)}), CleanMode::trash));
+        EXPECT_EQ(contents(tree.path(std::string(trashFolder) + "/files/one")), "1");
+    });
+}
+
+/// The system's services, with the desktop's emptying replaced by a count: it would empty every Trash of
+/// whoever runs the test.
+class CountingDesktop {
+public:
+    CountingDesktop() : services(Cleaner::Services::system()) {
+        services.run = [this](const std::string& program, std::span<const std::string>) {
+            EXPECT_EQ(program, "/usr/bin/gio");
+            ++asked;
+            return Shell::Result{};
+        };
+    }
+
+    Cleaner::Services services;
+    int asked = 0;
+};
+
+TEST(EmptyingTheTrash, AnItemThatCannotBeRemovedKeepsNoOther) {
+    TempTree tree(lifelike());
+    inHome(tree, [&] {
+        ASSERT_TRUE(
+            Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
+                           CleanMode::trash));
+        CountingDesktop desktop;
+        const auto remove = desktop.services.removeEntry;
+        desktop.services.removeEntry = [&](const platform::Directory& parent, const std::string& name) {
+            if (name != "three")
+                return remove(parent, name);
+            return std::expected<void, platform::FileError>(
+                std::unexpect, platform::FileError{.code = {EIO, std::generic_category()}, .path = name});
+        };
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_EQ(desktop.asked, 1);
+        EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/one")));
+        EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/info/one.trashinfo")));
+        EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/two")));
+        // It can still be restored.
+        EXPECT_EQ(restoreAll(tree), 1);
+        EXPECT_EQ(contents(tree.path("home/three")), "3");
+    });
+}
+
+TEST(EmptyingTheTrash, ALockedItemIsLeftToTheDesktop) {
+    TempTree tree(lifelike(), TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        ASSERT_TRUE(
+            Cleaner::clean(finding({tree.path("home/proje"), tree.path("home/two")}), CleanMode::trash));
+        const std::string locked = tree.path(std::string(trashFolder) + "/files/proje/build");
+        ASSERT_EQ(::chmod(locked.c_str(), 0500), 0);
+        CountingDesktop desktop;
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_EQ(desktop.asked, 1);
+        EXPECT_TRUE(exists(locked + "/a.o"));
+        EXPECT_TRUE(exists(tree.path(std::string(trashFolder) + "/info/proje.trashinfo")));
+        EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/two")));
+        ASSERT_EQ(::chmod(locked.c_str(), 0700), 0);
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_EQ(desktop.asked, 1) << "once it can be removed, nobody else is needed";
+        EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
+    });
+}
+
+TEST(EmptyingTheTrash, CopesWithAHalfWrittenTrash) {
+    TempTree tree(lifelike());
+    tree.add(
+        "home",
+        {folder(
+            ".local",
+            {folder("share",
+                    {folder("Trash", {folder("files", {textFile("without a note", "x"), textFile("both", "b"),
+                                                       folder("\xff\n", {textFile("\x01", "y")})}),
+                                      folder("info", {textFile("without an item.trashinfo", ""),
+                                                      textFile("both.trashinfo", "[Trash Info]\n"),
+                                                      textFile("no note.tmp", "")}),
+                                      folder("expunged", {folder("123", {textFile("z", "z")})}),
+                                      textFile("directorysizes", ""), textFile("loose", "l")})})})});
+    inHome(tree, [&] {
+        CountingDesktop desktop;
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_EQ(desktop.asked, 0);
+        EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
+    });
+}
+
+TEST(EmptyingTheTrash, ATrashOfOnlyOneHalfIsEmptiedToo) {
+    for (const char* half : {"files", "info"}) {
+        TempTree tree(lifelike());
+        tree.add(
+            "home",
+            {folder(".local", {folder("share", {folder("Trash", {folder(half, {textFile("a", "a")})})})})});
+        inHome(tree, [&] {
+            CountingDesktop desktop;
+            EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+            EXPECT_EQ(desktop.asked, 0) << half;
+            EXPECT_TRUE(fs::is_empty(tree.path(trashFolder))) << half;
+        });
+    }
+}
+
+TEST(EmptyingTheTrash, FollowsNoLinkInIt) {
+    TempTree tree(lifelike());
+    tree.add("home",
+             {folder(".local",
+                     {folder("share", {folder("Trash", {folder("files", {link("way", tree.path("canaries"))}),
+                                                        link("info", tree.path("canaries"))})})})});
+    inHome(tree, [&] {
+        CountingDesktop desktop;
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_EQ(desktop.asked, 1) << "what to do about the link is the desktop's business";
+        EXPECT_TRUE(exists(tree.path("canaries/canary")));
+        EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/way")));
+    });
+}
+
+TEST(EmptyingTheTrash, ATrashThatHoldsAVolumeIsRefused) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    TempTree tree(lifelike());
+    tree.add("home",
+             {folder(".local", {folder("share", {folder("Trash", {folder("files", {folder("disk")})})})})});
+    withPrivateMounts([&] {
+        const AtHome environment(tree);
+        const std::string disk = tree.path(std::string(trashFolder) + "/files/disk");
+        ASSERT_TRUE(mountMemory(disk));
+        std::ofstream(disk + "/precious") << "p";
+        CountingDesktop desktop;
+        const auto emptied = Cleaner::emptyTrash(desktop.services);
+        ASSERT_FALSE(emptied);
+        EXPECT_EQ(std::get<platform::FileError>(emptied.error()).code, std::errc::device_or_resource_busy);
+        EXPECT_EQ(desktop.asked, 0);
+        EXPECT_TRUE(exists(disk + "/precious"));
+    });
+}
+
+TEST(EmptyingTheTrash, WhatIsTrashedMeanwhileIsWholeOrGone) {
+    constexpr int items = 300;
+    TempTree tree(lifelike());
+    std::vector<TreeEntry> many;
+    for (int item = 0; item < items; ++item)
+        many.push_back(folder("item" + std::to_string(item), {textFile("x", "x")}));
+    tree.add("home", {folder("many", many)});
+    inHome(tree, [&] {
+        std::atomic<bool> trashing = true;
+        int trashed = 0;
+        std::thread other([&] {
+            for (int item = 0; item < items; ++item) {
+                // It may meet a Trash whose folders are just being removed: then the item stays where it is.
+                const std::string path = tree.path("home/many/item" + std::to_string(item));
+                if (Cleaner::clean(finding({path}), CleanMode::trash))
+                    ++trashed;
+                else
+                    EXPECT_TRUE(exists(path + "/x"));
+            }
+            trashing = false;
+        });
+        CountingDesktop desktop;
+        while (trashing)
+            EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        other.join();
+        EXPECT_GT(trashed, 0);
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
+    });
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,219 @@
+#include "platform/removal.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+namespace ulvak::platform {
+namespace {
+
+using namespace test;
+
+Directory opened(const TempTree& tree) {
+    auto folder = Directory::open(tree.path());
+    EXPECT_TRUE(folder);
+    return folder ? std::move(*folder) : Directory();
+}
+
+testing::AssertionResult removed(const TempTree& tree, const std::string& name) {
+    const auto result = removeEntry(opened(tree), name);
+    if (!result)
+        return testing::AssertionFailure() << result.error().code.message() << " at " << result.error().path;
+    if (entryNumber(opened(tree), name))
+        return testing::AssertionFailure() << name << " is still there";
+    return testing::AssertionSuccess();
+}
+
+bool exists(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+TEST(Removal, RemovesEntriesOfEveryKindAndWhatTheyLeadToStays) {
+    const TempTree tree(
+        {textFile("kept", "k"), folder("keptFolder", {textFile("x", "x")}),
+         folder("item", {fifo("fifo"), socket("socket"), link("toFile", "../kept"),
+                         link("toFolder", "../keptFolder"), link("dangling", "nowhere"), link("loop", "loop"),
+                         hardLink("second name", "kept"), sparseFile("hole", 1LL << 40U),
+                         file("dense", 1'000'000), folder("empty"), textFile("locked", "l").withMode(0)})});
+    EXPECT_TRUE(removed(tree, "item"));
+    EXPECT_TRUE(exists(tree.path("kept")));
+    EXPECT_TRUE(exists(tree.path("keptFolder/x")));
+}
+
+TEST(Removal, RemovesSingleEntriesOfEveryKind) {
+    const TempTree tree({textFile("target", "t"), textFile("file", "f"), fifo("fifo"), socket("socket"),
+                         link("link", "target"), folder("folder")});
+    for (const char* name : {"file", "fifo", "socket", "link", "folder"})
+        EXPECT_TRUE(removed(tree, name)) << name;
+    EXPECT_TRUE(exists(tree.path("target")));
+}
+
+TEST(Removal, NamesAreBytes) {
+    std::vector<TreeEntry> entries;
+    for (int byte = 1; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        if (c == '/')
+            continue;
+        if (c != '.')
+            entries.push_back(folder(std::string(1, c), {textFile(std::string(1, c), "x")}));
+        entries.push_back(textFile(std::string(255, c), "x"));
+    }
+    const TempTree tree({folder("item", entries)});
+    EXPECT_TRUE(removed(tree, "item"));
+}
+
+TEST(Removal, FiveThousandFoldersInOneAnother) {
+    TempTree tree;
+    tree.addChain("d", 5000, {textFile("bottom", "b"), folder("side")});
+    EXPECT_TRUE(removed(tree, "d"));
+}
+
+TEST(Removal, GetsAlongWithFewHandles) {
+    TempTree tree({folder("item")});
+    // Wide and deep: every closed folder has others left to go on with.
+    for (int chain = 0; chain < 30; ++chain) {
+        const std::string name = "item/" + std::to_string(chain);
+        tree.add("item", {folder(std::to_string(chain), {textFile("a", "a"), folder("b"), folder("z")})});
+        std::string path = tree.path(name);
+        for (int level = 0; level < 120; ++level) {
+            ASSERT_EQ(::mkdir((path + "/side").c_str(), 0755), 0);
+            path += "/d";
+            ASSERT_EQ(::mkdir(path.c_str(), 0755), 0);
+        }
+    }
+    tree.addChain("deep", 3000);
+    for (const rlim_t handles : {rlim_t{64}, rlim_t{16}}) {
+        SCOPED_TRACE(handles);
+        inChild([&] {
+            const rlimit few{.rlim_cur = handles, .rlim_max = handles};
+            ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+            EXPECT_TRUE(removed(tree, handles == 64 ? "item" : "deep"));
+        });
+    }
+}
+
+TEST(Removal, AFolderOfAHundredThousandEntries) {
+    const TempTree tree({folder("item")});
+    const int handle = ::open(tree.path("item").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_GE(handle, 0);
+    for (int number = 0; number < 100'000; ++number) {
+        const std::string name = std::to_string(number);
+        const bool isFolder = number % 10 == 0;
+        ASSERT_EQ(isFolder ? ::mkdirat(handle, name.c_str(), 0755) : ::symlinkat("x", handle, name.c_str()),
+                  0);
+    }
+    ::close(handle);
+    EXPECT_TRUE(removed(tree, "item"));
+}
+
+TEST(Removal, AFolderThatGainsFilesMeanwhileIsEmptiedOrSaysThatItIsNot) {
+    int gone = 0;
+    for (int round = 0; round < 10; ++round) {
+        const TempTree tree({folder("item", {folder("sub", {textFile("a", "a"), textFile("b", "b")})})});
+        const int handle = ::open(tree.path("item/sub").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        ASSERT_GE(handle, 0);
+        std::atomic<bool> isWriting = true;
+        std::thread writer([&] {
+            for (int number = 0; isWriting && number < 1'000'000; ++number) {
+                const int made =
+                    ::openat(handle, std::to_string(number).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+                if (made < 0)
+                    break;  // the folder is gone
+                ::close(made);
+            }
+        });
+        const auto result = removeEntry(opened(tree), "item");
+        isWriting = false;
+        writer.join();
+        ::close(handle);
+        gone += result ? 1 : 0;
+        EXPECT_EQ(exists(tree.path("item")), !result);
+        if (!result) {
+            EXPECT_EQ(result.error().code, std::errc::directory_not_empty) << result.error().path;
+            EXPECT_EQ(result.error().path, "item/sub");
+        }
+    }
+    EXPECT_GT(gone, 0);
+}
+
+TEST(Removal, TwoAtOnceInTheSameTreeDoNotFail) {
+    std::vector<TreeEntry> entries;
+    for (int number = 0; number < 200; ++number)
+        entries.push_back(
+            folder(std::to_string(number), {textFile("a", "a"), folder("b", {textFile("c", "c")})}));
+    const TempTree tree({folder("item", {folder("tree", entries)})});
+    const Directory item = std::move(*opened(tree).openBelow("item"));
+    std::array<std::expected<void, FileError>, 2> results;
+    std::thread other([&] { results[0] = removeEntry(item, "tree"); });
+    results[1] = removeEntry(item, "tree");
+    other.join();
+    EXPECT_FALSE(exists(tree.path("item/tree")));
+    for (const auto& result : results) {
+        // Who comes last may find the item gone from the start.
+        if (!result) {
+            EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory) << result.error().path;
+        }
+    }
+    EXPECT_TRUE(results[0] || results[1]);
+}
+
+TEST(Removal, SaysWhatIsNotThere) {
+    const TempTree tree;
+    const auto result = removeEntry(opened(tree), "gone");
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory);
+    EXPECT_EQ(result.error().path, "gone");
+}
+
+TEST(Removal, AnItemThatBecomesALinkIsNotEntered) {
+    // The link stands for one that took the folder's place after it was found to be a folder.
+    const TempTree tree({folder("canaries", {textFile("canary", "alive")}), link("item", "canaries")});
+    EXPECT_TRUE(removed(tree, "item"));
+    EXPECT_TRUE(exists(tree.path("canaries/canary")));
+    const auto folder = opened(tree).openBelow("canaries");
+    ASSERT_TRUE(folder);
+    EXPECT_FALSE(opened(tree).openBelow("item"));
+}
+
+TEST(Removal, AnotherMountOfTheSameDiskIsNotEntered) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree(
+        {folder("item", {folder("again"), textFile("a", "a")}), folder("data", {textFile("d", "d")})});
+    withPrivateMounts([&] {
+        ASSERT_TRUE(mountAgain(tree.path("data"), tree.path("item/again")));
+        const auto result = removeEntry(opened(tree), "item");
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().code, std::errc::device_or_resource_busy);
+        EXPECT_EQ(result.error().path, "item/again");
+        EXPECT_TRUE(exists(tree.path("data/d")));
+    });
+}
+
+TEST(Removal, RemovesAnEmptyFolderOnly) {
+    const TempTree tree({folder("empty"), folder("full", {textFile("a", "a")}), textFile("file", "f"),
+                         link("link", "empty")});
+    const Directory folder = opened(tree);
+    EXPECT_FALSE(removeEmptyFolder(folder, "full"));
+    EXPECT_FALSE(removeEmptyFolder(folder, "file"));
+    EXPECT_FALSE(removeEmptyFolder(folder, "link"));
+    EXPECT_FALSE(removeEmptyFolder(folder, "gone"));
+    EXPECT_TRUE(removeEmptyFolder(folder, "empty"));
+    EXPECT_EQ(entryNames(folder), (std::vector<std::string>{"file", "full", "link"}));
+}
+
+}  // namespace
+}  // namespace ulvak::platform
