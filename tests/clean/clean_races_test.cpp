@@ -88,8 +88,19 @@ private:
     std::thread thread_;
 };
 
-/// What is swapped for a link to its likeness among the canaries, seen from the round's folder.
-constexpr std::array<std::string_view, 3> swapped = {"arena", "arena/item", "arena/item/sub"};
+/// What is swapped, seen from the round's folder, and the link that leads from there to its likeness among
+/// the canaries. It goes up by "..": from the root on, it would leave the mount as well, which is refused
+/// anyway.
+struct Swap {
+    std::string_view victim;
+    std::string_view link;
+};
+
+constexpr std::array<Swap, 3> swapped = {{
+    {"arena", "../../canaries/arena"},
+    {"arena/item", "../../../canaries/arena/item"},
+    {"arena/item/sub", "../../../../canaries/arena/item/sub"},
+}};
 
 const std::vector<TreeEntry>& arena() {
     static const std::vector<TreeEntry> entries = {
@@ -107,11 +118,12 @@ bool canariesLive(const std::string& folder) {
     return true;
 }
 
-/// The Trash takes paths, so that it may be led to a canary; then it is there, and goes back.
-void bringBackFromTrash(const TempTree& tree) {
+/// The Trash takes paths, so that it may be led to a canary; then it is there, and goes back. Whether it was.
+bool bringBackFromTrash(const TempTree& tree) {
     const std::string home = tree.path("canaries/arena/item");
     const std::string trash = tree.path("home/.local/share/Trash");
-    if (!exists(home)) {
+    const bool isAstray = !exists(home);
+    if (isAstray) {
         for (const auto& entry : fs::directory_iterator(trash + "/files")) {
             if (!entry.is_symlink() &&
                 exists(trash + "/info/" + entry.path().filename().string() + ".trashinfo")) {
@@ -121,6 +133,7 @@ void bringBackFromTrash(const TempTree& tree) {
         }
     }
     fs::remove_all(trash);
+    return isAstray;
 }
 
 struct Outcome {
@@ -131,15 +144,15 @@ struct Outcome {
 Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& swapper) {
     Outcome outcome;
     for (int round = 0; round < rounds; ++round) {
-        const std::string_view victim = swapped[static_cast<std::size_t>(round) % swapped.size()];
+        const auto& [victim, target] = swapped[static_cast<std::size_t>(round) % swapped.size()];
         tree.add("home", {folder("round", arena())});
-        tree.add("home/round", {link("bait", tree.path("canaries/" + std::string(victim)))});
+        tree.add("home/round", {link("bait", std::string(target))});
         swapper.start(tree.path("home/round/" + std::string(victim)), tree.path("home/round/bait"));
         const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode);
         swapper.stop();
         ++(freed ? outcome.done : outcome.failed);
-        if (mode == CleanMode::trash)
-            bringBackFromTrash(tree);
+        if (mode == CleanMode::trash && bringBackFromTrash(tree))
+            EXPECT_FALSE(freed) << "another item than the finding's is in the Trash, and nobody was told";
         fs::remove_all(tree.path("home/round"));
         if (!canariesLive(tree.path("canaries/arena/item"))) {
             ADD_FAILURE() << "a canary died in round " << round << ", " << victim
@@ -185,7 +198,7 @@ TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
             tree.add("home", {folder("round", {folder("item", {textFile("a", "a"), folder("sub")}),
                                                textFile("beside", "alive"),
                                                folder("aside", {textFile("beside", "alive")}),
-                                               link("bait", tree.path("canaries"))})});
+                                               link("bait", "../../../canaries")})});
             std::string deep = tree.path("home/round/item/sub");
             for (int level = 0; level < 40; ++level) {
                 deep += "/d";
