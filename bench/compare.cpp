@@ -1,4 +1,4 @@
-// Measures whole processes over the same trees, in turn, and prints how the scan compares.
+// Measures whole processes over the same trees, in turn, and prints how the scan and the removal compare.
 //
 //     ulvak_compare --dir FOLDER [--files N] [--folders N] [--runs N] [--only NAME]... [--large]
 //
@@ -22,6 +22,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -37,6 +38,7 @@ namespace fs = std::filesystem;
 constexpr double mostOfDu = 0.55;
 constexpr double mostOfGdu = 0.45;
 constexpr double mostOfFloor = 1.10;
+constexpr double mostOfRm = 1.10;
 constexpr double mostMemory = 48;  // MiB
 constexpr double mostMemoryGrowth = 1.10;
 constexpr double mostEmptyHome = 60;  // ms
@@ -44,6 +46,7 @@ constexpr double mostOtherLoad = 5;   // percent
 constexpr std::size_t emptyHomeRuns = 21;
 constexpr std::size_t largeRuns = 3;
 constexpr std::size_t largeFactor = 5;
+constexpr std::size_t removalShare = 4;  // of the files and folders that are scanned, a fourth is removed
 
 struct Options {
     fs::path programs;  ///< the folder of the benchmark's own programs
@@ -66,6 +69,7 @@ struct Program {
     std::string name;
     std::vector<std::string> command;
     std::vector<std::string> environment;
+    std::function<void()> prepare;  ///< before each run, not measured; may be empty
 };
 
 /// The runs of one program, one a round.
@@ -107,6 +111,8 @@ pid_t spawn(const Program& program) {
 /// The peak memory that the system reports of a process begins with what this one holds at the spawn.
 /// That is a few MiB, below what any of the measured programs takes.
 Run measure(const Program& program) {
+    if (program.prepare)
+        program.prepare();
     const auto start = std::chrono::steady_clock::now();
     const pid_t child = spawn(program);
     int status = 0;
@@ -169,7 +175,10 @@ std::vector<Runs> measureInTurn(const std::vector<Program>& programs, std::size_
             results[index].push_back(measure(programs[index]));
         }
     }
-    if (const double percent = others.percent(results); percent > mostOtherLoad)
+    // What is prepared between the runs is no load on them.
+    const bool isTold =
+        std::ranges::none_of(programs, [](const Program& program) { return !!program.prepare; });
+    if (const double percent = others.percent(results); isTold && percent > mostOtherLoad)
         std::printf("\nnote: other programs took %.0f %% of the cores during the next figures\n", percent);
     return results;
 }
@@ -255,6 +264,15 @@ public:
         return tree;
     }
 
+    /// A tree to be removed, made anew and on the disk already: writing it is nobody's business afterwards.
+    void makeToRemove(const fs::path& tree, std::size_t files, std::size_t folders) const {
+        measure({.name = "ulvak_make_tree",
+                 .command = {(options_.programs / "ulvak_make_tree").string(), tree.string(), "--files",
+                             std::to_string(files), "--folders", std::to_string(folders)},
+                 .environment = {}});
+        ::sync();
+    }
+
     /// A folder with nothing in it.
     [[nodiscard]] fs::path empty(const std::string& name) const {
         fs::path folder = options_.dir / name;
@@ -316,6 +334,33 @@ public:
         std::printf("\nempty home, %zu runs\n", emptyHomeRuns);
         printTargetsHead();
         printTarget("wall", median(column(runs, &Run::wall)), mostEmptyHome, "ms");
+    }
+
+    /// For good, as a finding of one item; the tree is made anew for every run.
+    void removal() const {
+        const std::size_t files = options_.files / removalShare;
+        const std::size_t folders = options_.folders / removalShare;
+        const fs::path home = trees_.empty("removal");
+        const std::string tree = (home / "tree").string();
+        const auto prepare = [&] { trees_.makeToRemove(tree, files, folders); };
+        const std::vector<std::string> environment = {"HOME=" + home.string(), "TMPDIR=" + noTemp().string()};
+        const std::vector<Program> programs = {
+            {.name = "ulvak",
+             .command = {(options_.programs / "ulvak_remove").string(), tree},
+             .environment = environment,
+             .prepare = prepare},
+            {.name = "rm -rf",
+             .command = {findProgram("rm"), "-rf", tree},
+             .environment = environment,
+             .prepare = prepare}};
+        const std::vector<Runs> results = measureInTurn(programs, options_.runs);
+        std::printf("\nremoval: %zu files in %zu folders, %zu runs each\n", files, folders, options_.runs);
+        std::printf("  %-6s %11s %11s %11s %11s\n", "", "wall ms", "least ms", "cpu ms", "peak MiB");
+        for (std::size_t index = 0; index < programs.size(); ++index)
+            printRuns(programs[index].name, results[index]);
+        printTargetsHead();
+        printTarget("wall against rm -rf", wallRatio(results[0], results[1]), mostOfRm, "");
+        std::fflush(stdout);
     }
 
     void large() const {
@@ -392,9 +437,10 @@ std::size_t count(const std::string& name, const std::string& value) {
 }
 
 void addOnly(Options& options, const std::string& name) {
-    constexpr std::array<std::string_view, 5> known = {"spread", "deep", "many-roots", "empty-home", "large"};
+    constexpr std::array<std::string_view, 6> known = {"spread",     "deep",    "many-roots",
+                                                       "empty-home", "removal", "large"};
     if (std::ranges::find(known, name) == known.end())
-        failWith("--only takes spread, deep, many-roots, empty-home or large");
+        failWith("--only takes spread, deep, many-roots, empty-home, removal or large");
     options.only.push_back(name);
 }
 
@@ -433,7 +479,7 @@ Options parse(const std::vector<std::string>& arguments) {
     if (options.dir.empty())
         failWith("--dir is missing");
     if (options.only.empty())
-        options.only = {"spread", "deep", "many-roots", "empty-home"};
+        options.only = {"spread", "deep", "many-roots", "empty-home", "removal"};
     if (large)
         options.only.emplace_back("large");
     return options;
@@ -448,6 +494,8 @@ void runAll(const Options& options) {
             comparison.manyRoots();
         else if (name == "empty-home")
             comparison.emptyHome();
+        else if (name == "removal")
+            comparison.removal();
         else if (name == "large")
             comparison.large();
         else

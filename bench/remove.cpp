@@ -1,0 +1,22 @@
+// Removes one item for good, as the cleaning of a finding does, for `ulvak_compare`.
+//
+//     ulvak_remove ITEM
+//
+// ITEM lies in the home folder that the environment names.
+
+#include <cstdio>
+
+#include "clean/cleaner.h"
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("remove: name one item\n", stderr);
+        return 1;
+    }
+    ulvak::Finding finding;
+    finding.urls = {argv[1]};
+    const auto freed = ulvak::Cleaner::clean(finding, ulvak::CleanMode::permanent);
+    if (!freed)
+        std::fprintf(stderr, "remove: %s\n", ulvak::errorDescription(freed.error()).c_str());
+    return freed ? 0 : 1;
+}
