@@ -41,11 +41,7 @@ std::string tidy(const std::string& path) {
     }
     if (result.empty())
         return "/";
-    return result.rfind("/private/var/folders/", 0) == 0 ? result.substr(8) : result;
-}
-
-bool beginsWith(const std::string& text, const std::string& beginning) {
-    return text.compare(0, beginning.size(), beginning) == 0;
+    return result.starts_with("/private/var/folders/") ? result.substr(8) : result;
 }
 
 bool mustStay(const std::string& item, const UserFolders& user) {
@@ -64,17 +60,17 @@ bool mustStay(const std::string& item, const UserFolders& user) {
     if (item == user.temp || item == user.cache)
         return true;
     for (const char* closed : {"/System/", "/private/var/db/", "/private/var/vm/", "/usr/"}) {
-        if (beginsWith(item, closed))
+        if (item.starts_with(closed))
             return true;
     }
-    return beginsWith(item, user.home + "/Library/Keychains/");
+    return item.starts_with(user.home + "/Library/Keychains/");
 }
 
 bool mayGo(const std::string& item, const UserFolders& user) {
     return !item.empty() && !mustStay(item, user) &&
-           (beginsWith(item, user.home + "/") || beginsWith(item, user.temp + "/") ||
-            beginsWith(item, user.cache + "/") || beginsWith(item, "/Applications/") ||
-            beginsWith(item, "/Users/Shared/"));
+           (item.starts_with(user.home + "/") || item.starts_with(user.temp + "/") ||
+            item.starts_with(user.cache + "/") || item.starts_with("/Applications/") ||
+            item.starts_with("/Users/Shared/"));
 }
 
 void check(bool holds) {

@@ -151,8 +151,9 @@ Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& 
         const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode);
         swapper.stop();
         ++(freed ? outcome.done : outcome.failed);
-        if (mode == CleanMode::trash && bringBackFromTrash(tree))
+        if (mode == CleanMode::trash && bringBackFromTrash(tree)) {
             EXPECT_FALSE(freed) << "another item than the finding's is in the Trash, and nobody was told";
+        }
         fs::remove_all(tree.path("home/round"));
         if (!canariesLive(tree.path("canaries/arena/item"))) {
             ADD_FAILURE() << "a canary died in round " << round << ", " << victim

@@ -141,11 +141,11 @@ TEST(Faults, AnotherUsersFileInAFolderOfOnesOwnGoes) {
 class ImmutableFile {
 public:
     explicit ImmutableFile(const std::string& path) : handle_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-        isInForce_ = set(FS_IMMUTABLE_FL);
+        change(FS_IMMUTABLE_FL);
     }
     ~ImmutableFile() {
         if (isInForce_)
-            set(0);
+            change(0);
         ::close(handle_);
     }
     ImmutableFile(const ImmutableFile&) = delete;
@@ -154,12 +154,12 @@ public:
     [[nodiscard]] bool isInForce() const { return isInForce_; }
 
 private:
-    bool set(int flag) const {
+    void change(int flag) {
         int flags = 0;
         if (::ioctl(handle_, FS_IOC_GETFLAGS, &flags) != 0)
-            return false;
+            return;
         flags = (flags & ~FS_IMMUTABLE_FL) | flag;
-        return ::ioctl(handle_, FS_IOC_SETFLAGS, &flags) == 0;
+        isInForce_ = ::ioctl(handle_, FS_IOC_SETFLAGS, &flags) == 0 && flag != 0;
     }
 
     int handle_;
@@ -243,6 +243,26 @@ TEST(Faults, AFullDiskKeepsTheItemFromTheTrash) {
         EXPECT_FALSE(error->detail.empty());
         for (const char* name : {"first", "second", "third"})
             EXPECT_TRUE(exists(tree.path(std::string("home/items/") + name))) << name;
+    });
+}
+
+TEST(Faults, AnItemStaysWhenWhereItBelongsCannotBeWrittenDown) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home"), folder("tmp")});
+    withPrivateMounts([&] {
+        const AtHome environment(tree);
+        ASSERT_TRUE(mountMemory(tree.path("home"), "nr_inodes=8"));
+        for (const char* made :
+             {"home/.local", "home/.local/share", "home/.local/share/Trash", "home/.local/share/Trash/files",
+              "home/.local/share/Trash/info", "home/item"})
+            ASSERT_EQ(::mkdir(tree.path(made).c_str(), 0700), 0);
+        std::ofstream(tree.path("home/item/a")) << "a";
+        const auto freed = Cleaner::clean(finding({tree.path("home/item")}), CleanMode::trash);
+        ASSERT_FALSE(freed);
+        EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::no_space_on_device)
+            << text(freed.error());
+        EXPECT_TRUE(exists(tree.path("home/item/a")));
     });
 }
 

@@ -62,8 +62,8 @@ const std::array<UserFolders, 3> users = {{
     {.home = "/home/ali", .temp = "/home/ali/tmp", .cache = "/home/ali/C"},
 }};
 
-template <std::size_t count>
-std::vector<std::string> filledIn(const std::array<std::string_view, count>& table, const UserFolders& user) {
+template <std::size_t Count>
+std::vector<std::string> filledIn(const std::array<std::string_view, Count>& table, const UserFolders& user) {
     std::vector<std::string> rows;
     for (const std::string_view row : table) {
         std::string text(row);
@@ -116,7 +116,7 @@ public:
         }
         if (result.empty())
             return "/";
-        return result.rfind("/private/var/folders/", 0) == 0 ? result.substr(8) : result;
+        return result.starts_with("/private/var/folders/") ? result.substr(8) : result;
     }
 
     /// A protected place or one below a forbidden prefix, for a path that is tidy.
@@ -131,8 +131,8 @@ public:
 
 private:
     static bool beginsWithOneOf(const std::string& item, const std::vector<std::string>& prefixes) {
-        return std::ranges::any_of(
-            prefixes, [&](const std::string& prefix) { return item.compare(0, prefix.size(), prefix) == 0; });
+        return std::ranges::any_of(prefixes,
+                                   [&](const std::string& prefix) { return item.starts_with(prefix); });
     }
 
     std::vector<std::string> protected_;

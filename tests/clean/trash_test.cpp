@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,7 +20,6 @@ namespace ulvak {
 namespace {
 
 using namespace test;
-using testing::ElementsAre;
 namespace fs = std::filesystem;
 
 constexpr const char* trashFolder = "home/.local/share/Trash";

@@ -104,7 +104,7 @@ std::vector<std::string> withoutEnvironment(const std::vector<std::string>& word
         for (++first; first != words.end(); ++first) {
             if ((*first == "-u" || *first == "-C") && first + 1 != words.end())
                 ++first;
-            else if (!first->starts_with('-') && first->find('=') == std::string::npos)
+            else if (!(first->starts_with('-') || first->contains('=')))
                 break;
         }
     }
@@ -112,8 +112,8 @@ std::vector<std::string> withoutEnvironment(const std::vector<std::string>& word
 }
 
 bool isLauncher(std::string_view programName) {
-    while (!programName.empty() && !(programName.back() >= 'a' && programName.back() <= 'z'))
-        programName.remove_suffix(1);
+    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz";
+    programName = programName.substr(0, programName.find_last_of(letters) + 1);
     return std::ranges::find(launchers, programName) != launchers.end();
 }
 

@@ -221,7 +221,7 @@ private:
         return failure;
     }
 
-    std::string pathOf(const std::string& name) const {
+    [[nodiscard]] std::string pathOf(const std::string& name) const {
         std::string path;
         for (const Level& level : levels_)
             path.append(level.name).append("/");
