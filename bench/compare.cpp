@@ -264,13 +264,12 @@ public:
         return tree;
     }
 
-    /// A tree to be removed, made anew and on the disk already: writing it is nobody's business afterwards.
+    /// A tree to be removed, made anew.
     void makeToRemove(const fs::path& tree, std::size_t files, std::size_t folders) const {
         measure({.name = "ulvak_make_tree",
                  .command = {(options_.programs / "ulvak_make_tree").string(), tree.string(), "--files",
                              std::to_string(files), "--folders", std::to_string(folders)},
                  .environment = {}});
-        ::sync();
     }
 
     /// A folder with nothing in it.
