@@ -11,13 +11,15 @@ namespace {
 
 using namespace ulvak;
 
-/// Goes on as the program with the window, which lies beside this one. Returns the exit status when that
-/// fails.
+/// Goes on as the program with the window. It lies beside this one where both were built, and where they were
+/// installed among what nobody starts by hand. Returns the exit status when neither can be started.
 int openWindow(std::span<const char* const> arguments) {
     const std::string own = platform::ownProgram().value_or("");
-    const std::string window = own.substr(0, own.rfind('/') + 1) + "ulvak-window";
-    const std::error_code failure = platform::becomeProgram(window, arguments);
-    printError("ulvak: pencere açılamadı: " + printable(window) + ": " + failure.message() +
+    const std::string folder = own.substr(0, own.rfind('/') + 1);
+    const std::string beside = folder + "ulvak-window";
+    const std::error_code failure = platform::becomeProgram(beside, arguments);
+    (void)platform::becomeProgram(folder + "../libexec/ulvak/ulvak-window", arguments);
+    printError("ulvak: pencere açılamadı: " + printable(beside) + ": " + failure.message() +
                "\nPenceresiz taramak için: ulvak --dump\n");
     return 1;
 }
