@@ -522,10 +522,14 @@ TEST(Handles, RunningOutIsToldFromOtherErrors) {
             next = Directory::open(tree.path());
         }
         EXPECT_GT(held.size(), 10U);
-        EXPECT_TRUE(isOutOfHandles(next.error()));
-        EXPECT_TRUE(isOutOfHandles(held.front().openBelow("a/b").error()));
+        const std::error_code opening = next.error();
+        const std::error_code openingBelow = held.front().openBelow("a/b").error();
         held.pop_back();
-        EXPECT_TRUE(held.front().openBelow("a/b")) << "one is enough again";
+        const bool isOneEnough = held.front().openBelow("a/b").has_value();
+        held.clear();  // the sanitizers' own looks need some
+        EXPECT_TRUE(isOutOfHandles(opening));
+        EXPECT_TRUE(isOutOfHandles(openingBelow));
+        EXPECT_TRUE(isOneEnough);
     });
     EXPECT_FALSE(isOutOfHandles({}));
     EXPECT_FALSE(isOutOfHandles(Directory::open(tree.path("absent")).error()));
