@@ -6,8 +6,8 @@
 #include <iterator>
 #include <utility>
 
-#include "core/paths.h"
 #include "core/checked_add.h"
+#include "core/paths.h"
 
 namespace ulvak {
 namespace {
@@ -29,6 +29,10 @@ MutableFindings shared(std::vector<Finding> findings) {
     return result;
 }
 
+bool canBeCleaned(const Finding& finding) {
+    return !std::holds_alternative<CleanAction::None>(finding.action.value);
+}
+
 std::string joined(const std::vector<std::string>& names) {
     std::string list;
     for (const std::string& name : names)
@@ -40,8 +44,10 @@ std::string joined(const std::vector<std::string>& names) {
 
 /// One scan from its start to its end, cancelled or not.
 struct AppModel::Scan {
+    using Clock = std::chrono::steady_clock;  // the system's may be set meanwhile
+
     ScanProgress progress;
-    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    Clock::time_point start = Clock::now();
     bool isCancelled = false;
 };
 
@@ -82,6 +88,7 @@ void AppModel::expectUiThread() const {
 }
 
 Findings AppModel::findings(SafetyLevel level) const {
+    expectUiThread();
     Findings result;
     std::ranges::copy_if(findings_, std::back_inserter(result),
                          [&](const FindingPointer& finding) { return finding->level == level; });
@@ -89,6 +96,7 @@ Findings AppModel::findings(SafetyLevel level) const {
 }
 
 std::int64_t AppModel::total(SafetyLevel level) const {
+    expectUiThread();
     std::int64_t sum = 0;
     for (const FindingPointer& finding : findings_) {
         if (finding->level == level)
@@ -98,6 +106,7 @@ std::int64_t AppModel::total(SafetyLevel level) const {
 }
 
 FindingPointer AppModel::finding(std::string_view id) const {
+    expectUiThread();
     const auto found =
         std::ranges::find_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; });
     return found == findings_.end() ? nullptr : *found;
@@ -112,6 +121,7 @@ bool AppModel::isUncertain(const Finding& finding) {
 }
 
 std::int64_t AppModel::uncertainCount() const {
+    expectUiThread();
     return std::ranges::count_if(findings_,
                                  [](const FindingPointer& finding) { return isUncertain(*finding); });
 }
@@ -130,7 +140,15 @@ QCoro::Task<> AppModel::refreshStatus() {
     auto call = workers_->run([ask = services_.aiStatus, stop = stop_.get_token()] { return ask(stop); });
     AIStatus status = co_await call;
     if (!isEnding_)
-        assign(aiStatus_, std::move(status), &AppModel::aiStatusChanged);
+        setStatus(std::move(status));
+}
+
+void AppModel::setStatus(AIStatus status) {
+    // Two statuses are equal whatever the user can do about them; that is shown too.
+    if (aiStatus_ == status && aiStatus_.hint == status.hint)
+        return;
+    aiStatus_ = std::move(status);
+    emit aiStatusChanged();
 }
 
 void AppModel::scan() {
@@ -139,13 +157,15 @@ void AppModel::scan() {
         return;
     if (scan_)
         scan_->isCancelled = true;
+    // Before anybody hears of it: whoever does may cancel this scan at once, and must not hit the one before.
+    const auto scan = std::make_shared<Scan>();
+    scan_ = scan;
     assign(phase_, Phase::scanning, &AppModel::phaseChanged);
     assign(scannedFiles_, 0, &AppModel::scannedFilesChanged);
     assign(scannedBytes_, 0, &AppModel::scannedBytesChanged);
     assign(deniedCount_, 0, &AppModel::deniedCountChanged);
     assign(currentPath_, {}, &AppModel::currentPathChanged);
-    scan_ = std::make_shared<Scan>();
-    runScan(scan_);
+    runScan(scan);
 }
 
 void AppModel::copyCounters(const ScanProgress& progress) {
@@ -155,23 +175,29 @@ void AppModel::copyCounters(const ScanProgress& progress) {
 }
 
 QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
-    const auto poll = [this, scan] {
+    QTimer poller;
+    // A pause after each look, not a beat: after a turn that was held up, two looks must not follow each
+    // other closely.
+    poller.setSingleShot(true);
+    poller.setTimerType(Qt::PreciseTimer);
+    const auto poll = [this, scan, &poller] {
         copyCounters(scan->progress);
         assign(currentPath_, Paths::display(scan->progress.current()), &AppModel::currentPathChanged);
+        poller.start(pollInterval);
     };
-    QTimer poller;
     connect(&poller, &QTimer::timeout, this, poll);
-    poller.start(pollInterval);
     poll();
 
     // What the result is shown with is asked for on the worker too: a model's server may take its time.
     struct Outcome {
         MutableFindings findings;
+        std::chrono::duration<double> duration{};
         AIStatus status;
     };
     auto walk =
         workers_->run([scan, run = services_.scan, ask = services_.aiStatus, stop = stop_.get_token()] {
             Outcome outcome{.findings = shared(run(scan->progress, stop))};
+            outcome.duration = Scan::Clock::now() - scan->start;
             outcome.status = ask(stop);
             return outcome;
         });
@@ -182,12 +208,11 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     if (scan->isCancelled)
         co_return;
 
-    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - scan->start;
     replaceFindings(std::move(outcome.findings));
     copyCounters(scan->progress);
-    assign(scanDuration_, duration.count(), &AppModel::scanDurationChanged);
+    assign(scanDuration_, outcome.duration.count(), &AppModel::scanDurationChanged);
     refreshDisk();
-    assign(aiStatus_, std::move(outcome.status), &AppModel::aiStatusChanged);
+    setStatus(std::move(outcome.status));
     assign(phase_, Phase::done, &AppModel::phaseChanged);
 }
 
@@ -209,6 +234,18 @@ void AppModel::cancelScan() {
     if (scan_)
         scan_->isCancelled = true;
     assign(phase_, findings_.empty() ? Phase::idle : Phase::done, &AppModel::phaseChanged);
+}
+
+template <typename Function>
+auto AppModel::oneAtATime(Function function) {
+    return workers_->run([function = std::move(function), turn = removal_,
+                          stop = stop_.get_token()]() -> std::invoke_result_t<Function&> {
+        const std::scoped_lock lock(*turn);
+        // What has not begun when the program ends must not begin; nobody is told any more.
+        if (stop.stop_requested())
+            return std::unexpected(CleanError{});
+        return function();
+    });
 }
 
 template <typename Change>
@@ -278,9 +315,10 @@ void AppModel::analyzeAllUncertain() {
         return;
     if (batch_)
         batch_->isCancelled = true;
+    const auto batch = std::make_shared<Batch>();
+    batch_ = batch;
     assign(batchProgress_, BatchProgress{.total = std::ssize(ids)}, &AppModel::batchProgressChanged);
-    batch_ = std::make_shared<Batch>();
-    runBatch(batch_, std::move(ids));
+    runBatch(batch, std::move(ids));
 }
 
 QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids) {
@@ -310,14 +348,11 @@ void AppModel::cancelBatch() {
 QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
     expectUiThread();
     for (const std::string& id : ids) {
-        const FindingPointer found = finding(id);
-        if (!found || std::holds_alternative<CleanAction::None>(found->action.value))
-            continue;
-        const bool isFree = co_await applicationsAreClosed(found);
+        const FindingPointer found = co_await readyToClean(id);
         if (isEnding_)
             co_return;
         // Another click may have come first while the applications were looked at.
-        if (!isFree || !finding(id) || cleaning_.contains(id))
+        if (!found || cleaning_.contains(id))
             continue;
         cleaning_.insert(id);
         emit cleaningChanged();
@@ -330,20 +365,31 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
     refreshDisk();
 }
 
-QCoro::Task<bool> AppModel::applicationsAreClosed(FindingPointer finding) {
-    if (finding->quitApps.empty())
-        co_return true;
-    auto look = workers_->run(
-        [finding, runningApps = services_.runningApps] { return runningApps(finding->quitApps); });
-    const std::vector<std::string> running = co_await look;
-    if (!isEnding_ && !running.empty())
-        showAlert(finding->title + " temizlenemedi", "Önce şunları kapat: " + joined(running) +
+QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
+    FindingPointer found = finding(id);
+    while (found && canBeCleaned(*found) && !found->quitApps.empty()) {
+        auto look = workers_->run(
+            [found, runningApps = services_.runningApps] { return runningApps(found->quitApps); });
+        const std::vector<std::string> running = co_await look;
+        if (isEnding_)
+            co_return FindingPointer();
+        FindingPointer now = finding(id);
+        if (now && !running.empty()) {
+            showAlert(now->title + " temizlenemedi", "Önce şunları kapat: " + joined(running) +
                                                          ". Açıkken dosyaları kullanmaya devam edebilirler.");
-    co_return running.empty();
+            co_return FindingPointer();
+        }
+        // A scan that has ended meanwhile may name other applications.
+        const bool isAnswered = now && now->quitApps == found->quitApps;
+        found = std::move(now);
+        if (isAnswered)
+            break;
+    }
+    co_return found&& canBeCleaned(*found) ? found : nullptr;
 }
 
 QCoro::Task<> AppModel::cleanOne(FindingPointer finding, CleanMode mode) {
-    auto work = workers_->run([finding, mode, clean = services_.clean] { return clean(*finding, mode); });
+    auto work = oneAtATime([finding, mode, clean = services_.clean] { return clean(*finding, mode); });
     const std::expected<std::int64_t, CleanFailure> freed = co_await work;
     if (isEnding_)
         co_return;
@@ -369,7 +415,7 @@ void AppModel::removeFindings(std::string_view id) {
 
 QCoro::Task<> AppModel::emptyTrash() {
     expectUiThread();
-    auto work = workers_->run([empty = services_.emptyTrash] { return empty(); });
+    auto work = oneAtATime(services_.emptyTrash);
     const std::expected<void, CleanFailure> emptied = co_await work;
     if (isEnding_)
         co_return;

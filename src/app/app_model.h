@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <span>
@@ -36,6 +37,10 @@ using Findings = std::vector<FindingPointer>;
 /// Long work runs on workers, and its results are applied on the UI thread. Every field has a signal, which
 /// is sent only when the field has changed.
 /// Failures: operations never fail; what goes wrong ends up in `alert`, which holds the last one.
+///
+/// The window is never held: whether the model can be used and which applications run is asked on workers
+/// and awaited, and remembered verdicts are written by one, the last of them before this object is gone.
+/// Operations that await go on with what the list holds by then.
 class AppModel : public QObject {
     Q_OBJECT
 public:
@@ -61,7 +66,7 @@ public:
     /// Reads the remembered verdicts at `verdictsPath`. Nothing is scanned yet.
     explicit AppModel(AppServices services = AppServices::system(),
                       std::string verdictsPath = VerdictStore::defaultPath(), QObject* parent = nullptr);
-    /// Stops what can be stopped and waits for the rest.
+    /// Stops what can be stopped and waits for the rest. Nothing is applied any more; labels are written.
     ~AppModel() override;
 
     [[nodiscard]] Phase phase() const { return phase_; }
@@ -108,12 +113,14 @@ public:
 
     /// Asks the model about one finding. `note` is what the user knows about it, or empty.
     QCoro::Task<> analyze(std::string id, std::string note);
-    /// Asks about every uncertain finding, one after the other.
+    /// Asks about every uncertain finding, one after the other. Takes the place of a batch that runs; what
+    /// that one has still to say about its progress is not heard.
     void analyzeAllUncertain();
     /// Ends that after the finding that is being asked about.
     void cancelBatch();
 
-    /// Cleans one after the other. Asks nothing: whoever calls has asked the user.
+    /// Cleans one after the other; what is being cleaned already is passed over. Asks nothing: whoever calls
+    /// has asked the user.
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
     QCoro::Task<> emptyTrash();
 
@@ -158,17 +165,22 @@ private:
     void expectUiThread() const;
     void showAlert(std::string title, std::string message);
     void copyCounters(const ScanProgress& progress);
+    void setStatus(AIStatus status);
     void refreshDisk() { assign(disk_, services_.diskInfo(), &AppModel::diskChanged); }
 
     QCoro::Task<> refreshStatus();
     QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
     QCoro::Task<> runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids);
-    /// Whether no application runs that uses the finding's files; shows an alert when one does.
-    QCoro::Task<bool> applicationsAreClosed(FindingPointer finding);
+    /// The finding, if it can be cleaned and no application runs that uses its files; shows an alert when one
+    /// does.
+    QCoro::Task<FindingPointer> readyToClean(std::string id);
     QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
     void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
     void removeFindings(std::string_view id);
 
+    /// What removes, on a worker, as `Workers::run`: one waits for the other.
+    template <typename Function>
+    auto oneAtATime(Function function);
     /// Puts a changed copy in the place of a finding and returns it.
     template <typename Change>
     FindingPointer change(FindingPointer& place, Change change);
@@ -177,6 +189,7 @@ private:
     AppServices services_;
     std::stop_source stop_;
     bool isEnding_ = false;
+    std::shared_ptr<std::mutex> removal_ = std::make_shared<std::mutex>();  ///< held by whoever removes
 
     Phase phase_ = Phase::idle;
     Findings findings_;

@@ -53,7 +53,8 @@ QString text(std::string_view view) {
 
 }  // namespace
 
-FindingListModel::FindingListModel(AppModel& app, QObject* parent) : QAbstractListModel(parent), app_(app) {
+FindingListModel::FindingListModel(AppModel& app, QObject* parent)
+    : QAbstractListModel(parent), app_(app), analyzing_(app.analyzing()), cleaning_(app.cleaning()) {
     connect(&app, &AppModel::findingsChanged, this, &FindingListModel::follow);
     connect(&app, &AppModel::analyzingChanged, this, &FindingListModel::markBusy);
     connect(&app, &AppModel::cleaningChanged, this, &FindingListModel::markBusy);
@@ -194,12 +195,15 @@ void FindingListModel::replaceChanged(const Findings& wanted) {
     const std::int64_t largest = wanted.empty() ? 0 : std::ranges::max(wanted, {}, &Finding::size)->size;
     if (std::exchange(largest_, largest) != largest && !rows_.empty())
         emit dataChanged(index(0), index(count() - 1), {fractionRole});
+    // Run by run: after a scan every row holds another record.
     for (std::size_t row = 0; row < rows_.size(); ++row) {
-        if (rows_[row] == wanted[row])
-            continue;
-        rows_[row] = wanted[row];
-        const QModelIndex changed = index(static_cast<int>(row));
-        emit dataChanged(changed, changed);
+        const std::size_t first = row;
+        while (row < rows_.size() && rows_[row] != wanted[row]) {
+            rows_[row] = wanted[row];
+            ++row;
+        }
+        if (row > first)
+            emit dataChanged(index(static_cast<int>(first)), index(static_cast<int>(row) - 1));
     }
 }
 

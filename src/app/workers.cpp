@@ -5,9 +5,9 @@
 
 namespace ulvak {
 
-// A scan that was cancelled still walks, a new one walks beside it, a model is asked, items are cleaned:
-// none of them waits for another.
-constexpr int mostThreads = 16;
+// A scan that was cancelled still walks, a new one walks beside it, a model is asked about many findings,
+// items are cleaned, a label is written: none of them waits for another. As many as one can click together.
+constexpr int mostThreads = 1000;
 
 Workers::Workers(QObject& home) : home_(home) {
     pool_.setMaxThreadCount(mostThreads);

@@ -27,7 +27,7 @@ enum class CleanMode : std::uint8_t {
 /// rails are built once, on first use, from the user's folders and never change.
 ///
 /// Threads: the operations block for as long as the disk takes; call them on a worker, one at a time.
-/// `runningApps` is the exception: it belongs to the thread of the user interface.
+/// `runningApps` may be called at any time.
 namespace Cleaner {
 
 /// What does the work once it is decided.

@@ -8,7 +8,8 @@ namespace ulvak::platform {
 /// The names of this user's running applications as the desktop shows them, in the system's order; one that
 /// goes by two names, the user's language's and its own, is there with both. When it is not certain which
 /// application a process belongs to, all that it may be are named: better one window too many is closed
-/// than a live application's files removed. Call it on the thread of the user interface; it only reads.
+/// than a live application's files removed. It only reads.
+/// Threads: any; blocks while all processes are looked through.
 [[nodiscard]] std::vector<std::string> runningApplications();
 
 }  // namespace ulvak::platform
