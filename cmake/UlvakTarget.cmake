@@ -28,14 +28,23 @@ function(ulvak_library folder)
   ulvak_common(ulvak_${folder})
 endfunction()
 
-# ulvak_test(<folder> SOURCES <files>... LIBRARIES <targets>...): the binary <folder>_tests, one ctest
-# entry per test. Each test runs in a process of its own.
+# ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>...): the binary
+# <folder>_tests, or <name>_tests where a folder has several, and one ctest entry per test. Each test runs in
+# a process of its own. With OWN_MAIN one of the sources has the main function.
 function(ulvak_test folder)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
-  add_executable(${folder}_tests ${arg_SOURCES})
-  target_link_libraries(${folder}_tests PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock GTest::gtest_main)
-  ulvak_common(${folder}_tests)
-  gtest_discover_tests(${folder}_tests
+  cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_MAIN" "NAME" "SOURCES;LIBRARIES")
+  set(program ${folder}_tests)
+  if(arg_NAME)
+    set(program ${arg_NAME}_tests)
+  endif()
+  set(main GTest::gtest_main)
+  if(arg_OWN_MAIN)
+    set(main GTest::gtest)
+  endif()
+  add_executable(${program} ${arg_SOURCES})
+  target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock ${main})
+  ulvak_common(${program})
+  gtest_discover_tests(${program}
     TEST_PREFIX "${folder}/"
     PROPERTIES TIMEOUT 300
     DISCOVERY_TIMEOUT 60)

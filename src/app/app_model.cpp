@@ -174,6 +174,11 @@ void AppModel::copyCounters(const ScanProgress& progress) {
     assign(deniedCount_, progress.denied(), &AppModel::deniedCountChanged);
 }
 
+template <typename List>
+void AppModel::freeElsewhere(List list) {
+    workers_->post([list = std::make_shared<List>(std::move(list))]() mutable { list.reset(); });
+}
+
 QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     QTimer poller;
     // A pause after each look, not a beat: after a turn that was held up, two looks must not follow each
@@ -205,8 +210,10 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     if (isEnding_)
         co_return;
     poller.stop();
-    if (scan->isCancelled)
+    if (scan->isCancelled) {
+        freeElsewhere(std::move(outcome.findings));
         co_return;
+    }
 
     replaceFindings(std::move(outcome.findings));
     copyCounters(scan->progress);
@@ -225,8 +232,7 @@ void AppModel::replaceFindings(std::vector<std::shared_ptr<Finding>> result) {
     }
     findings_.swap(findings);
     emit findingsChanged();
-    // Thousands of records take their time to be freed.
-    workers_->post([old = std::make_shared<Findings>(std::move(findings))]() mutable { old.reset(); });
+    freeElsewhere(std::move(findings));
 }
 
 void AppModel::cancelScan() {

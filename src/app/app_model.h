@@ -176,6 +176,9 @@ private:
     QCoro::Task<FindingPointer> readyToClean(std::string id);
     QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
     void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
+    /// On a worker: thousands of records take their time.
+    template <typename List>
+    void freeElsewhere(List list);
     void removeFindings(std::string_view id);
 
     /// What removes, on a worker, as `Workers::run`: one waits for the other.

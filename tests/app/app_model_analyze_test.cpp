@@ -1,0 +1,292 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/app_world.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using Progress = AppModel::BatchProgress;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// What a staged model was asked.
+struct Question {
+    std::string id;
+    std::string note;
+    std::vector<std::string> running;
+};
+
+class AppModelAnalyze : public AppTest {
+protected:
+    AppModelAnalyze() {
+        services.classify = [questions = questions, gate = gate](
+                                const Finding& finding, std::string_view note,
+                                std::span<const std::string> running,
+                                const std::stop_token& stop) -> AIClassifier::Result {
+            questions->add(
+                {.id = finding.id, .note = std::string(note), .running = {running.begin(), running.end()}});
+            gate->pass(stop);
+            return answer();
+        };
+    }
+
+    std::vector<std::string> asked() const {
+        std::vector<std::string> result;
+        for (const Question& question : questions->values())
+            result.push_back(question.id);
+        return result;
+    }
+    void makeModelFail() {
+        services.classify = [questions = questions, gate = gate](
+                                const Finding& finding, std::string_view, std::span<const std::string>,
+                                const std::stop_token& stop) -> AIClassifier::Result {
+            questions->add({.id = finding.id});
+            gate->pass(stop);
+            return std::unexpected(AIClassifier::Error{platform::ModelError{.text = "hata: " + finding.id}});
+        };
+    }
+    /// Every state of the batch that is told.
+    void watchBatch() {
+        QObject::connect(&app(), &AppModel::batchProgressChanged, [this] {
+            const auto& progress = app().batchProgress();
+            batch.emplace_back(progress ? progress->done : -1, progress ? progress->total : -1);
+        });
+    }
+    bool batchIsOver() { return !app().batchProgress(); }
+
+    std::shared_ptr<Record<Question>> questions = std::make_shared<Record<Question>>();
+    std::shared_ptr<Gate> gate = std::make_shared<Gate>();
+    std::vector<std::pair<std::int64_t, std::int64_t>> batch;
+};
+
+TEST_F(AppModelAnalyze, TheModelsVerdictIsWrittenAndRemembered) {
+    services.runningApplications = [] { return AppServices::Names{"Takvim", "Posta"}; };
+    startWith({guessed("/a")});
+    gate->open();
+    analyze("/a", "bir not");
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
+    EXPECT_EQ(app().finding("/a")->original, guessed("/a").original);
+    EXPECT_THAT(app().analyzing(), IsEmpty());
+    EXPECT_EQ(app().alert(), std::nullopt);
+    EXPECT_TRUE(eventually([&] { return remembered().contains("/a"); }));
+    ASSERT_EQ(questions->size(), 1U);
+    EXPECT_EQ(questions->values()[0].note, "bir not");
+    EXPECT_THAT(questions->values()[0].running, ElementsAre("Takvim", "Posta"));
+}
+
+TEST_F(AppModelAnalyze, AFindingIsMarkedWhileTheModelThinks) {
+    startWith({guessed("/a")});
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return app().analyzing() == std::set<std::string>{"/a"}; }));
+    gate->open();
+    EXPECT_TRUE(eventually([&] { return app().analyzing().empty(); }));
+}
+
+TEST_F(AppModelAnalyze, AFailureLeavesTheFindingAndIsShown) {
+    makeModelFail();
+    startWith({guessed("/a")});
+    gate->open();
+    analyze("/a");
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), currentVerdict(guessed("/a")));
+    EXPECT_THAT(app().store().entries(), IsEmpty());
+    EXPECT_THAT(app().analyzing(), IsEmpty());
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->title, "Analiz başarısız");
+    EXPECT_EQ(app().alert()->message,
+              (AIClassifier::Error{platform::ModelError{.text = "hata: /a"}}.description()));
+}
+
+TEST_F(AppModelAnalyze, TwoAlertsWithOneTextAreTwo) {
+    makeModelFail();
+    startWith({guessed("/a")});
+    gate->open();
+    analyze("/a");
+    const AppModel::AlertInfo first = *app().alert();
+    analyze("/a");
+    EXPECT_EQ(app().alert()->message, first.message);
+    EXPECT_NE(app().alert()->id, first.id);
+    app().dismissAlert();
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelAnalyze, WithoutAModelNothingHappensAndNothingIsShown) {
+    services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "Kapalı."}; };
+    startWith({guessed("/a")});
+    gate->open();
+    signalled = std::make_shared<Record<std::string>>();
+    analyze("/a");
+    EXPECT_THAT(asked(), IsEmpty());
+    EXPECT_THAT(signalled->values(), IsEmpty());
+    EXPECT_EQ(app().aiStatus().unavailable, "Kapalı.");
+}
+
+TEST_F(AppModelAnalyze, TheModelIsLookedForAnewEachTime) {
+    const auto isThere = std::make_shared<std::atomic<bool>>(false);
+    services.aiStatus = [isThere](const std::stop_token&) {
+        return *isThere ? AIStatus{} : AIStatus{.unavailable = "Kapalı."};
+    };
+    startWith({guessed("/a")});
+    gate->open();
+    *isThere = true;
+    analyze("/a");
+    EXPECT_THAT(asked(), ElementsAre("/a"));
+    *isThere = false;
+    analyze("/a");
+    EXPECT_THAT(asked(), ElementsAre("/a"));
+    EXPECT_FALSE(app().aiStatus().isAvailable());
+}
+
+TEST_F(AppModelAnalyze, AnUnknownIdIsNotAskedAbout) {
+    startWith({guessed("/a")});
+    gate->open();
+    analyze("/b");
+    EXPECT_THAT(asked(), IsEmpty());
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelAnalyze, AFindingIsAskedAboutOnceAtATime) {
+    startWith({guessed("/a"), guessed("/b")});
+    const auto first = app().analyze("/a", "");
+    const auto together = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return together.isReady(); }));
+    analyze("/a");
+    EXPECT_THAT(asked(), ElementsAre("/a"));
+    const auto other = app().analyze("/b", "");
+    EXPECT_TRUE(eventually([&] { return questions->size() == 2; }));
+    gate->open();
+    EXPECT_TRUE(eventually([&] { return first.isReady() && other.isReady(); }));
+}
+
+TEST_F(AppModelAnalyze, AnAnswerAboutWhatWasCleanedMeanwhileIsDropped) {
+    startWith({guessed("/a"), guessed("/b")});
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    clean({"/a"});
+    signalled = std::make_shared<Record<std::string>>();
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_THAT(ids(), ElementsAre("/b"));
+    EXPECT_THAT(signalled->values(), ElementsAre("analyzing"));
+    EXPECT_THAT(app().store().entries(), IsEmpty());
+    EXPECT_THAT(app().analyzing(), IsEmpty());
+}
+
+TEST_F(AppModelAnalyze, AnAnswerIsLaidOverWhatAScanHasFoundMeanwhile) {
+    startWith({guessed("/a")});
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    Finding grown = guessed("/a");
+    grown.size = 12345;
+    scanFor({grown});
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_EQ(app().finding("/a")->size, 12345);
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
+    EXPECT_EQ(app().store().entries().find("/a")->second.size, 12345);
+}
+
+// What is uncertain, row by row.
+TEST_F(AppModelAnalyze, UnknownOrGuessedIsUncertain) {
+    Finding labelled = staged("/user", SafetyLevel::unknown);
+    labelled.source = VerdictSource::user;
+    Finding asked = staged("/ai", SafetyLevel::safe);
+    asked.source = VerdictSource::ai;
+    startWith({guessed("/guess", SafetyLevel::keep), labelled, asked, staged("/rule", SafetyLevel::keep),
+               staged("/unknown", SafetyLevel::unknown)});
+    EXPECT_EQ(app().uncertainCount(), 3);
+    EXPECT_TRUE(AppModel::isUncertain(*app().finding("/guess")));
+    EXPECT_TRUE(AppModel::isUncertain(*app().finding("/user")));
+    EXPECT_TRUE(AppModel::isUncertain(*app().finding("/unknown")));
+    EXPECT_FALSE(AppModel::isUncertain(*app().finding("/ai")));
+    EXPECT_FALSE(AppModel::isUncertain(*app().finding("/rule")));
+}
+
+TEST_F(AppModelAnalyze, ABatchGoesThroughTheUncertainOneByOne) {
+    startWith({guessed("/1"), staged("/known"), guessed("/2"), staged("/3", SafetyLevel::unknown),
+               guessed("/4"), guessed("/5")});
+    watchBatch();
+    std::size_t most = 0;
+    QObject::connect(&app(), &AppModel::analyzingChanged,
+                     [&] { most = std::max(most, app().analyzing().size()); });
+    app().analyzeAllUncertain();
+    EXPECT_EQ(app().batchProgress(), (Progress{.done = 0, .total = 5}));
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    EXPECT_EQ(questions->size(), 1U);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3", "/4", "/5"));
+    using Pair = std::pair<std::int64_t, std::int64_t>;
+    EXPECT_THAT(batch, ElementsAre(Pair(0, 5), Pair(1, 5), Pair(2, 5), Pair(3, 5), Pair(4, 5), Pair(5, 5),
+                                   Pair(-1, -1)));
+    EXPECT_EQ(most, 1U);
+    EXPECT_EQ(app().uncertainCount(), 0);
+    for (const Question& question : questions->values())
+        EXPECT_EQ(question.note, "");
+}
+
+TEST_F(AppModelAnalyze, ABatchOverNothingDoesNotBegin) {
+    startWith({staged("/a")});
+    signalled = std::make_shared<Record<std::string>>();
+    app().analyzeAllUncertain();
+    EXPECT_EQ(app().batchProgress(), std::nullopt);
+    EXPECT_THAT(signalled->values(), IsEmpty());
+}
+
+TEST_F(AppModelAnalyze, ABatchThatIsGivenUpFinishesWhatItAskedAndNoMore) {
+    startWith({guessed("/1"), guessed("/2"), guessed("/3")});
+    watchBatch();
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    app().cancelBatch();
+    EXPECT_EQ(app().batchProgress(), std::nullopt);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return app().analyzing().empty(); }));
+    EXPECT_EQ(currentVerdict(*app().finding("/1")), answer());
+    analyze("/gone");
+    EXPECT_THAT(asked(), ElementsAre("/1"));
+    EXPECT_EQ(batch.size(), 2U) << "0 of 3, and none";
+}
+
+TEST_F(AppModelAnalyze, ANewBatchTakesThePlaceOfTheOneThatRuns) {
+    startWith({guessed("/1"), guessed("/2")});
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    scanFor({guessed("/1"), guessed("/2"), guessed("/3")});
+    watchBatch();
+    app().analyzeAllUncertain();
+    EXPECT_EQ(app().batchProgress(), (Progress{.done = 0, .total = 3}));
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    EXPECT_EQ(batch.back(), (std::pair<std::int64_t, std::int64_t>(-1, -1)));
+    EXPECT_EQ(batch[batch.size() - 2], (std::pair<std::int64_t, std::int64_t>(3, 3)));
+    for (std::size_t i = 0; i + 1 < batch.size(); ++i)
+        EXPECT_EQ(batch[i].second, 3) << "the first batch was heard of again";
+}
+
+TEST_F(AppModelAnalyze, WhatIsRefusedCountsAsDone) {
+    services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "Kapalı."}; };
+    startWith({guessed("/1"), guessed("/2")});
+    watchBatch();
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    using Pair = std::pair<std::int64_t, std::int64_t>;
+    EXPECT_THAT(batch, ElementsAre(Pair(0, 2), Pair(1, 2), Pair(2, 2), Pair(-1, -1)));
+    EXPECT_THAT(asked(), IsEmpty());
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelAnalyze, AfterABatchOfFailuresTheLastIsShown) {
+    makeModelFail();
+    startWith({guessed("/1"), guessed("/2"), guessed("/3")});
+    gate->open();
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3"));
+    EXPECT_EQ(app().alert()->message,
+              (AIClassifier::Error{platform::ModelError{.text = "hata: /3"}}.description()));
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,325 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "app/app_world.h"
+#include "core/paths.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto most = std::numeric_limits<std::int64_t>::max();
+
+Finding simulator(const std::string& id, std::int64_t size) {
+    Finding finding = staged(id, SafetyLevel::safe, size);
+    finding.action = {CleanAction::DeleteSimulator{"udid"}};
+    return finding;
+}
+
+Finding usedBy(const std::string& id, std::vector<std::string> applications) {
+    Finding finding = staged(id);
+    finding.quitApps = std::move(applications);
+    return finding;
+}
+
+class AppModelClean : public AppTest {
+protected:
+    /// A Trash that has no room for anything with this id.
+    void makeTrashFullFor(const std::string& id) {
+        services.clean = [record = cleaned, id](const Finding& finding,
+                                                CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+            record->add(finding.id);
+            if (finding.id == id)
+                return std::unexpected(fullTrash(id));
+            return finding.size;
+        };
+    }
+    static CleanFailure fullTrash(const std::string& path) {
+        return platform::FileError{.code = {ENOSPC, std::generic_category()}, .path = path};
+    }
+    void letRun(const std::string& application) {
+        services.runningApps = [application](std::span<const std::string> among) {
+            AppServices::Names running;
+            for (const std::string& name : among) {
+                if (name == application)
+                    running.push_back(name);
+            }
+            return running;
+        };
+    }
+    /// Cleaning that waits at the gate.
+    void makeCleaningSlow() {
+        services.clean = [record = cleaned, gate = gate](
+                             const Finding& finding, CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+            record->add(finding.id);
+            gate->pass();
+            return finding.size;
+        };
+    }
+
+    std::shared_ptr<Gate> gate = std::make_shared<Gate>();
+};
+
+TEST_F(AppModelClean, WhatGoesToTheTrashIsNotFreedYet) {
+    startWith({staged("/a", SafetyLevel::safe, 70), staged("/b")});
+    clean({"/a"});
+    EXPECT_THAT(ids(), ElementsAre("/b"));
+    EXPECT_EQ(app().trashedBytes(), 70);
+    EXPECT_EQ(app().freedBytes(), 0);
+    EXPECT_EQ(app().alert(), std::nullopt);
+    EXPECT_THAT(app().cleaning(), IsEmpty());
+}
+
+TEST_F(AppModelClean, WhatIsRemovedForGoodIsFreed) {
+    startWith({staged("/a", SafetyLevel::safe, 70)});
+    clean({"/a"}, CleanMode::permanent);
+    EXPECT_THAT(ids(), IsEmpty());
+    EXPECT_EQ(app().trashedBytes(), 0);
+    EXPECT_EQ(app().freedBytes(), 70);
+}
+
+TEST_F(AppModelClean, ASimulatorIsFreedInBothModes) {
+    startWith({simulator("/a", 30), simulator("/b", 40)});
+    clean({"/a"}, CleanMode::trash);
+    EXPECT_EQ(app().freedBytes(), 30);
+    clean({"/b"}, CleanMode::permanent);
+    EXPECT_EQ(app().freedBytes(), 70);
+    EXPECT_EQ(app().trashedBytes(), 0);
+}
+
+TEST_F(AppModelClean, WhatCannotBeCleanedIsPassedOverInSilence) {
+    Finding kept = staged("/a");
+    kept.action = {CleanAction::None{"Sebep."}};
+    startWith({kept, staged("/b")});
+    clean({"/a", "/gone", "/b"});
+    EXPECT_THAT(cleaned->values(), ElementsAre("/b"));
+    EXPECT_THAT(ids(), ElementsAre("/a"));
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelClean, WhatARunningApplicationUsesStaysAndTheRestGoes) {
+    letRun("Tarayıcı");
+    startWith({usedBy("/1", {"Başka"}), usedBy("/2", {"Başka", "Tarayıcı"}), staged("/3")});
+    clean({"/1", "/2", "/3"});
+    EXPECT_THAT(cleaned->values(), ElementsAre("/1", "/3"));
+    EXPECT_THAT(ids(), ElementsAre("/2"));
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->title, "ad /2 temizlenemedi");
+    EXPECT_EQ(app().alert()->message,
+              "Önce şunları kapat: Tarayıcı. Açıkken dosyaları kullanmaya devam edebilirler.");
+}
+
+TEST_F(AppModelClean, AllRunningApplicationsAreNamedInTheirOrder) {
+    services.runningApps = [](std::span<const std::string> among) {
+        return AppServices::Names(among.begin(), among.end());
+    };
+    startWith({usedBy("/1", {"Tarayıcı", "Posta", "Takvim"})});
+    clean({"/1"});
+    EXPECT_EQ(app().alert()->message,
+              "Önce şunları kapat: Tarayıcı, Posta, Takvim. Açıkken dosyaları "
+              "kullanmaya devam edebilirler.");
+}
+
+TEST_F(AppModelClean, AFailureLeavesTheFindingAndNamesIt) {
+    makeTrashFullFor("/1");
+    startWith({staged("/1", SafetyLevel::safe, 5), staged("/2", SafetyLevel::safe, 7)});
+    clean({"/1", "/2"});
+    EXPECT_THAT(ids(), ElementsAre("/1"));
+    EXPECT_EQ(app().trashedBytes(), 7);
+    EXPECT_EQ(app().freedBytes(), 0);
+    EXPECT_THAT(app().cleaning(), IsEmpty());
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->title, "ad /1 temizlenemedi");
+    EXPECT_EQ(app().alert()->message, errorDescription(fullTrash("/1")));
+}
+
+TEST_F(AppModelClean, OfSeveralFailuresTheLastIsShown) {
+    letRun("Tarayıcı");
+    makeTrashFullFor("/1");
+    startWith({staged("/1"), usedBy("/2", {"Tarayıcı"}), staged("/3")});
+    clean({"/1", "/2", "/3"});
+    EXPECT_EQ(app().alert()->title, "ad /2 temizlenemedi");
+}
+
+TEST_F(AppModelClean, CleansOneAfterTheOtherInTheGivenOrder) {
+    startWith({staged("/1"), staged("/2"), staged("/3")});
+    std::vector<std::set<std::string>> states;
+    QObject::connect(&app(), &AppModel::cleaningChanged, [&] { states.push_back(app().cleaning()); });
+    clean({"/3", "/1", "/3"});
+    EXPECT_THAT(cleaned->values(), ElementsAre("/3", "/1"));
+    using Ids = std::set<std::string>;
+    EXPECT_THAT(states, ElementsAre(Ids{"/3"}, Ids{}, Ids{"/1"}, Ids{}));
+}
+
+TEST_F(AppModelClean, TheFindingGoesBeforeTheTotalGrowsAndTheMarkGoesLast) {
+    startWith({staged("/1")});
+    services.diskInfo = [] { return std::optional<DiskInfo>(); };
+    signalled = std::make_shared<Record<std::string>>();
+    clean({"/1"});
+    EXPECT_THAT(signalled->values(), ElementsAre("cleaning", "findings", "trashedBytes", "cleaning"));
+}
+
+TEST_F(AppModelClean, AllFindingsWithTheIdGo) {
+    startWith({staged("/1", SafetyLevel::safe, 1), staged("/2"), staged("/1", SafetyLevel::safe, 2)});
+    clean({"/1"});
+    EXPECT_THAT(ids(), ElementsAre("/2"));
+    EXPECT_EQ(app().trashedBytes(), 1);
+}
+
+TEST_F(AppModelClean, TheDiskIsLookedAtOnceAtTheEnd) {
+    const auto looks = std::make_shared<Record<int>>();
+    services.diskInfo = [looks] {
+        looks->add(0);
+        return std::optional(DiskInfo{.total = 1000, .available = static_cast<std::int64_t>(looks->size())});
+    };
+    startWith({staged("/1"), staged("/2")});
+    const std::size_t before = looks->size();
+    clean({"/1", "/2"});
+    EXPECT_EQ(looks->size(), before + 1);
+    EXPECT_EQ(app().disk()->available, static_cast<std::int64_t>(before + 1));
+    clean({});
+    EXPECT_EQ(looks->size(), before + 2);
+}
+
+TEST_F(AppModelClean, AFindingIsNotCleanedTwiceAtOnce) {
+    makeCleaningSlow();
+    startWith({usedBy("/1", {"Tarayıcı"})});
+    const auto first = app().clean({"/1"}, CleanMode::trash);
+    const auto together = app().clean({"/1"}, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return together.isReady() && gate->arrived() == 1; }));
+    EXPECT_EQ(app().cleaning(), std::set<std::string>{"/1"});
+    clean({"/1"});
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return first.isReady(); }));
+    EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
+    EXPECT_EQ(app().trashedBytes(), 100);
+}
+
+TEST_F(AppModelClean, TwoRemovalsTakeTurns) {
+    makeCleaningSlow();
+    const auto emptied = std::make_shared<Record<int>>();
+    services.emptyTrash = [emptied]() -> std::expected<void, CleanFailure> {
+        emptied->add(0);
+        return {};
+    };
+    startWith({staged("/1"), staged("/2")});
+    const auto first = app().clean({"/1"}, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    const auto second = app().clean({"/2"}, CleanMode::trash);
+    const auto third = app().emptyTrash();
+    analyze("/2");
+    EXPECT_EQ(gate->arrived(), 1);
+    EXPECT_EQ(emptied->size(), 0U);
+    gate->open();
+    EXPECT_TRUE(eventually([&] { return first.isReady() && second.isReady() && third.isReady(); }));
+    EXPECT_EQ(emptied->size(), 1U);
+    EXPECT_EQ(cleaned->size(), 2U);
+}
+
+TEST_F(AppModelClean, WhatAScanReplacedWhileApplicationsWereLookedAtIsCleanedAsItIsNow) {
+    services.runningApps = [gate = gate](std::span<const std::string> among) {
+        gate->pass();
+        return among[0] == "Yeni" ? AppServices::Names{"Yeni"} : AppServices::Names();
+    };
+    startWith({usedBy("/1", {"Eski"}), usedBy("/2", {"Eski"})});
+    const auto first = app().clean({"/1"}, CleanMode::trash);
+    const auto second = app().clean({"/2"}, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    Finding kept = usedBy("/2", {"Eski"});
+    kept.action = {CleanAction::None{"Sebep."}};
+    scanFor({usedBy("/1", {"Yeni"}), kept});
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return first.isReady() && second.isReady(); }));
+    EXPECT_THAT(cleaned->values(), IsEmpty());
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->message,
+              "Önce şunları kapat: Yeni. Açıkken dosyaları kullanmaya devam edebilirler.");
+}
+
+TEST_F(AppModelClean, WhatIsGoneWhenTheApplicationsAreKnownIsNotCleaned) {
+    services.runningApps = [gate = gate](std::span<const std::string> among) {
+        gate->pass();
+        return AppServices::Names(among.begin(), among.end());
+    };
+    startWith({usedBy("/1", {"Tarayıcı"})});
+    const auto task = app().clean({"/1"}, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    scanFor({});
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_THAT(cleaned->values(), IsEmpty());
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelClean, TheVerdictOfWhatIsCleanedStaysRemembered) {
+    startWith({staged("/1")});
+    app().setLevel(SafetyLevel::regenerable, "/1");
+    clean({"/1"});
+    EXPECT_TRUE(app().store().entries().contains("/1"));
+}
+
+TEST_F(AppModelClean, AnEmptiedTrashFreesWhatWasInItAndLeavesTheList) {
+    startWith({staged("/1", SafetyLevel::safe, 30), staged("/2", SafetyLevel::safe, 4), staged("/3"),
+               staged(Paths::trash())});
+    clean({"/1"}, CleanMode::trash);
+    clean({"/2"}, CleanMode::permanent);
+    services.diskInfo = [] { return std::optional<DiskInfo>(); };
+    emptyTrash();
+    EXPECT_EQ(app().freedBytes(), 34);
+    EXPECT_EQ(app().trashedBytes(), 0);
+    EXPECT_THAT(ids(), ElementsAre("/3"));
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelClean, ATrashThatCannotBeEmptiedLeavesTheTotals) {
+    const CleanFailure failure = CleanError{CleanError::Failed{"Olmadı."}};
+    services.emptyTrash = [failure]() -> std::expected<void, CleanFailure> {
+        return std::unexpected(failure);
+    };
+    const auto looks = std::make_shared<Record<int>>();
+    services.diskInfo = [looks] {
+        looks->add(0);
+        return std::optional<DiskInfo>();
+    };
+    startWith({staged("/1", SafetyLevel::safe, 30), staged(Paths::trash())});
+    clean({"/1"});
+    const std::size_t before = looks->size();
+    emptyTrash();
+    EXPECT_EQ(app().freedBytes(), 0);
+    EXPECT_EQ(app().trashedBytes(), 30);
+    EXPECT_THAT(ids(), ElementsAre(Paths::trash()));
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->title, "Çöp kutusu boşaltılamadı");
+    EXPECT_EQ(app().alert()->message, "Olmadı.");
+    EXPECT_EQ(looks->size(), before + 1);
+}
+
+TEST_F(AppModelClean, TotalsThatOverflowEndTheProgram) {
+    startWith({staged("/1", SafetyLevel::safe, most), staged("/2"), simulator("/3", 1)});
+    clean({"/1"}, CleanMode::trash);
+    EXPECT_EQ(app().trashedBytes(), most);
+    EXPECT_DEATH(clean({"/2"}, CleanMode::trash), "");
+    clean({"/3"}, CleanMode::trash);
+    EXPECT_DEATH(emptyTrash(), "");
+}
+
+TEST_F(AppModelClean, CleaningDoesNotWaitForAScan) {
+    startWith({staged("/1")});
+    const auto scanGate = std::make_shared<Gate>();
+    stage({.findings = {staged("/1")}, .gate = scanGate});
+    app().scan();
+    clean({"/1"});
+    EXPECT_THAT(ids(), IsEmpty());
+    EXPECT_EQ(app().phase(), AppModel::Phase::scanning);
+    scanGate->open();
+    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    EXPECT_THAT(ids(), ElementsAre("/1"));
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,228 @@
+// What happens to all that runs when the program ends: in its own time, and killed.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <thread>
+
+#include "app/app_world.h"
+#include "platform/files.h"
+#include "support/environment.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AppModelEnding : public AppTest {
+protected:
+    AppModelEnding() {
+        services.classify = [gate = gate](const Finding&, std::string_view, std::span<const std::string>,
+                                          const std::stop_token& stop) -> AIClassifier::Result {
+            gate->pass(stop);
+            return answer();
+        };
+    }
+
+    /// Makes removing wait at the gate, which no stop opens.
+    void makeCleaningSlow() {
+        services.clean = [gate = gate, record = cleaned](
+                             const Finding& finding, CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+            record->add(finding.id);
+            gate->pass();
+            return finding.size;
+        };
+    }
+    void scanSlowly(bool heedsStop = true) {
+        stage({.findings = {staged("/new")}, .gate = gate, .heedsStop = heedsStop});
+        app().scan();
+        ASSERT_TRUE(eventually([&] { return gate->arrived() > 0; }));
+    }
+    /// Ends the application; fails when that takes a second, or says anything.
+    void endQuickly() {
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const auto start = Clock::now();
+        end();
+        EXPECT_LT(Clock::now() - start, 1s);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    }
+
+    std::shared_ptr<Gate> gate = std::make_shared<Gate>();
+};
+
+TEST_F(AppModelEnding, AScanThatRunsIsStopped) {
+    start();
+    scanSlowly();
+    endQuickly();
+}
+
+TEST_F(AppModelEnding, AnAnalysisThatRunsIsStoppedAndItsAnswerDropped) {
+    startWith({guessed("/a")});
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    endQuickly();
+    EXPECT_TRUE(task.isReady());
+    EXPECT_THAT(remembered(), IsEmpty());
+}
+
+TEST_F(AppModelEnding, ABatchThatRunsIsStopped) {
+    startWith({guessed("/a"), guessed("/b")});
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    endQuickly();
+    EXPECT_EQ(gate->arrived(), 1);
+}
+
+TEST_F(AppModelEnding, AModelThatIsBeingLookedForIsNoLongerWaitedFor) {
+    services.aiStatus = [gate = gate](const std::stop_token& stop) {
+        gate->pass(stop);
+        return AIStatus{};
+    };
+    start();
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    endQuickly();
+    EXPECT_TRUE(task.isReady());
+}
+
+TEST_F(AppModelEnding, ARemovalThatRunsIsWaitedForAndTheNextDoesNotBegin) {
+    makeCleaningSlow();
+    startWith({staged("/1"), staged("/2"), staged("/3")});
+    const auto first = app().clean({"/1", "/2"}, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    const auto other = app().clean({"/3"}, CleanMode::trash);
+    EXPECT_FALSE(app().finish(1ms));
+    gate->open();
+    endQuickly();
+    EXPECT_TRUE(first.isReady() && other.isReady());
+    EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
+}
+
+TEST_F(AppModelEnding, AllAtOnceEndWithinASecondAndNoLabelIsLost) {
+    startWith({guessed("/a"), staged("/b")});
+    scanSlowly();
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    app().setLevel(SafetyLevel::keep, "/b");
+    app().setLevel(SafetyLevel::unknown, "/a");
+    endQuickly();
+    EXPECT_EQ(remembered().size(), 2U);
+}
+
+TEST_F(AppModelEnding, ALabelIsOnTheDiskEvenWhenAWalkHangsForGood) {
+    startWith({staged("/a")});
+    scanSlowly(false);
+    app().setLevel(SafetyLevel::keep, "/a");
+    const auto start = Clock::now();
+    EXPECT_FALSE(app().finish(800ms));
+    EXPECT_LT(Clock::now() - start, 1s);
+    EXPECT_TRUE(remembered().contains("/a"));
+    gate->open();
+    endQuickly();
+}
+
+TEST_F(AppModelEnding, AfterTheEndNothingIsAppliedAndNothingIsTold) {
+    startWith({guessed("/a")});
+    scanSlowly();
+    const auto task = app().analyze("/a", "");
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    signalled = std::make_shared<Record<std::string>>();
+    EXPECT_TRUE(app().finish(60s));
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_THAT(ids(), ElementsAre("/a"));
+    EXPECT_THAT(signalled->values(), IsEmpty());
+}
+
+/// A program that moves folders to the Trash, and does not live to see the end of it.
+class AppModelKilled : public AppModelEnding {
+protected:
+    static constexpr int items = 40;
+    static constexpr int filesInEach = 5;
+    enum class End { killed, finished };
+
+    static std::string name(int item) { return "klasör-" + std::to_string(item); }
+
+    AppModelKilled() {
+        std::vector<TreeEntry> entries;
+        for (int item = 0; item < items; ++item) {
+            std::vector<TreeEntry> files;
+            for (int i = 0; i < filesInEach; ++i)
+                files.push_back(textFile("dosya-" + std::to_string(i), "içerik"));
+            entries.push_back(folder(name(item), std::move(files)));
+        }
+        tree.add({folder("ev", std::move(entries)), folder("tmp")});
+    }
+
+    /// The program itself; it ends when it is done at the latest.
+    void program(End end) {
+        const ScopedEnvironment environment({{"HOME", tree.path("ev")},
+                                             {"TMPDIR", tree.path("tmp")},
+                                             {"XDG_DATA_HOME", std::nullopt},
+                                             {"XDG_CONFIG_HOME", std::nullopt}});
+        services.clean = AppServices::system().clean;
+        std::vector<Finding> findings;
+        std::vector<std::string> paths;
+        for (int item = 0; item < items; ++item) {
+            paths.push_back(tree.path("ev/" + name(item)));
+            findings.push_back(staged(paths.back()));
+        }
+        startWith(std::move(findings));
+        const auto task = app().clean(paths, CleanMode::trash);
+        (void)eventually([&] { return end == End::finished ? inTrash() > 3 : task.isReady(); });
+        (void)app().finish(0ms);
+        ::_exit(0);
+    }
+    std::string trashed() const { return tree.path("ev/.local/share/Trash/files"); }
+    int inTrash() const { return entriesIn(trashed()); }
+    static int entriesIn(const std::string& path) {
+        return static_cast<int>(platform::listNames(path).size());
+    }
+    void expectEveryItemWholeInOnePlace() {
+        for (int item = 0; item < items; ++item) {
+            const int here = entriesIn(tree.path("ev/" + name(item)));
+            const int there = entriesIn(trashed() + "/" + name(item));
+            EXPECT_EQ(here + there, filesInEach) << item;
+            EXPECT_TRUE(here == 0 || there == 0) << item << ": " << here << " here, " << there << " there";
+        }
+    }
+};
+
+TEST_F(AppModelKilled, AnItemIsEitherHereOrInTheTrash) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0)
+        program(End::killed);
+    // Not with the event loop, whose handles the child shares.
+    const auto deadline = Clock::now() + 60s;
+    while (inTrash() < 3 && Clock::now() < deadline)
+        std::this_thread::yield();
+    ::kill(child, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_GE(inTrash(), 3);
+    expectEveryItemWholeInOnePlace();
+}
+
+TEST_F(AppModelKilled, AProgramThatEndsMidwayLeavesEveryItemWhole) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0)
+        program(End::finished);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_GE(inTrash(), 3);
+    expectEveryItemWholeInOnePlace();
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,113 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/app_world.h"
+#include "platform/durable_file.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class AppModelLabel : public AppTest {
+protected:
+    /// One that the model has judged, over a guess.
+    static Finding judged(const std::string& id) {
+        Finding finding = guessed(id, SafetyLevel::unknown);
+        setCurrentVerdict(finding, answer());
+        return finding;
+    }
+};
+
+TEST_F(AppModelLabel, TheUsersLevelKeepsTheTextsAndDropsTheConfidence) {
+    startWith({judged("/a"), staged("/b")});
+    app().setLevel(SafetyLevel::keep, "/a");
+    const Finding& labelled = *app().finding("/a");
+    EXPECT_EQ(currentVerdict(labelled), (Verdict{.level = SafetyLevel::keep,
+                                                 .title = "modelin adı",
+                                                 .explanation = "modelin açıklaması",
+                                                 .source = VerdictSource::user}));
+    EXPECT_EQ(labelled.original, judged("/a").original);
+    ASSERT_TRUE(app().store().entries().contains("/a"));
+    EXPECT_EQ(app().store().entries().find("/a")->second.verdict, currentVerdict(labelled));
+    EXPECT_THAT(app().store().entries(), SizeIs(1));
+    EXPECT_EQ(currentVerdict(*app().finding("/b")), currentVerdict(staged("/b")));
+}
+
+TEST_F(AppModelLabel, TheLevelThatAFindingHasBecomesTheUsersToo) {
+    startWith({staged("/a", SafetyLevel::keep)});
+    app().setLevel(SafetyLevel::keep, "/a");
+    EXPECT_EQ(app().finding("/a")->source, VerdictSource::user);
+    EXPECT_TRUE(eventually([&] { return remembered().contains("/a"); }));
+}
+
+TEST_F(AppModelLabel, AnUnknownIdIsNotLabelledAndNothingIsWritten) {
+    startWith({staged("/a")});
+    signalled = std::make_shared<Record<std::string>>();
+    app().setLevel(SafetyLevel::keep, "/b");
+    app().resetVerdict("/b");
+    EXPECT_THAT(signalled->values(), IsEmpty());
+    EXPECT_THAT(app().store().entries(), IsEmpty());
+    // A label that is really given is written after whatever was to be written before it.
+    start();
+    EXPECT_THAT(remembered(), IsEmpty());
+    EXPECT_FALSE(platform::readFile(verdictsPath, 1000));
+}
+
+TEST_F(AppModelLabel, AResetRestoresAllThatTheAnalysisSaidAndForgetsTheLabel) {
+    startWith({judged("/a")});
+    app().setLevel(SafetyLevel::keep, "/a");
+    ASSERT_TRUE(eventually([&] { return remembered().contains("/a"); }));
+    app().resetVerdict("/a");
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), judged("/a").original);
+    EXPECT_THAT(app().store().entries(), IsEmpty());
+    EXPECT_TRUE(eventually([&] { return remembered().empty(); }));
+}
+
+TEST_F(AppModelLabel, OfTwoFindingsWithOneIdTheFirstIsLabelled) {
+    startWith({staged("/a", SafetyLevel::safe, 1), staged("/a", SafetyLevel::safe, 2)});
+    app().setLevel(SafetyLevel::keep, "/a");
+    EXPECT_EQ(app().findings()[0]->level, SafetyLevel::keep);
+    EXPECT_EQ(app().findings()[1]->level, SafetyLevel::safe);
+}
+
+TEST_F(AppModelLabel, LabelsAreGivenWhileAScanRuns) {
+    startWith({staged("/a")});
+    const auto gate = std::make_shared<Gate>();
+    stage({.findings = {staged("/a")}, .gate = gate});
+    app().scan();
+    app().setLevel(SafetyLevel::keep, "/a");
+    EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
+}
+
+TEST_F(AppModelLabel, LabelsAreThereAfterARestart) {
+    const std::string odd = "/utf-8-de\xf0il-\xff\n";
+    startWith({staged("/a"), staged(odd)});
+    app().setLevel(SafetyLevel::keep, "/a");
+    app().setLevel(SafetyLevel::unknown, odd);
+    startWith({staged("/a"), staged(odd)});
+    EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
+    EXPECT_EQ(app().finding(odd)->level, SafetyLevel::unknown);
+}
+
+TEST_F(AppModelLabel, AFileThatCannotBeReadLeavesNoLabelsAndRaisesNothing) {
+    tree.add({folder("veri", {textFile("verdicts.json", "{ bozuk")})});
+    EXPECT_THAT(startWith({staged("/a")}).store().entries(), IsEmpty());
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelLabel, AChangeIsAnotherRecordSoThatWhoeverHoldsOneKeepsIt) {
+    startWith({staged("/a")});
+    const FindingPointer before = app().finding("/a");
+    app().setLevel(SafetyLevel::keep, "/a");
+    EXPECT_EQ(before->level, SafetyLevel::safe);
+    EXPECT_NE(app().finding("/a"), before);
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,438 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTimer>
+#include <algorithm>
+#include <thread>
+
+#include "app/app_world.h"
+#include "core/paths.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using Phase = AppModel::Phase;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AppModelScan : public AppTest {
+protected:
+    /// Starts a scan and waits until its walk is under way.
+    std::shared_ptr<Gate> startSlowScan(StagedScan scan = {}) {
+        scan.gate = std::make_shared<Gate>();
+        const auto gate = scan.gate;
+        stage(std::move(scan));
+        app().scan();
+        EXPECT_TRUE(eventually([&] { return gate->arrived() > 0; }));
+        return gate;
+    }
+    bool walkHasEnded() { return app().phase() == Phase::done; }
+};
+
+TEST_F(AppModelScan, StartsEmptyWithoutScanning) {
+    const AppModel& app = start();
+    EXPECT_EQ(app.phase(), Phase::idle);
+    EXPECT_THAT(app.findings(), IsEmpty());
+    EXPECT_EQ(app.disk(), (DiskInfo{.total = 1000, .available = 400}));
+    EXPECT_EQ(app.scannedFiles(), 0);
+    EXPECT_EQ(app.scannedBytes(), 0);
+    EXPECT_EQ(app.currentPath(), "");
+    EXPECT_EQ(app.deniedCount(), 0);
+    EXPECT_EQ(app.scanDuration(), std::nullopt);
+    EXPECT_THAT(app.analyzing(), IsEmpty());
+    EXPECT_EQ(app.batchProgress(), std::nullopt);
+    EXPECT_THAT(app.cleaning(), IsEmpty());
+    EXPECT_EQ(app.trashedBytes(), 0);
+    EXPECT_EQ(app.freedBytes(), 0);
+    EXPECT_EQ(app.alert(), std::nullopt);
+    EXPECT_THAT(app.store().entries(), IsEmpty());
+}
+
+TEST_F(AppModelScan, TheModelCountsAsAbsentUntilItHasAnswered) {
+    const AppModel& app = start();
+    EXPECT_FALSE(app.aiStatus().isAvailable());
+    EXPECT_TRUE(eventually([&] { return app.aiStatus().isAvailable(); }));
+}
+
+TEST_F(AppModelScan, AHintThatChangesIsHeardOfWhenTheReasonStays) {
+    const auto hints = std::make_shared<Record<std::string>>();
+    services.aiStatus = [hints](const std::stop_token&) {
+        hints->add("");
+        return AIStatus{.unavailable = "yok", .hint = std::to_string(hints->size())};
+    };
+    const AppModel& app = startWith({});
+    EXPECT_TRUE(eventually([&] { return app.aiStatus().hint == "2"; }));
+}
+
+TEST_F(AppModelScan, ADiskThatCannotBeReadIsAbsent) {
+    services.diskInfo = [] { return std::optional<DiskInfo>(); };
+    EXPECT_EQ(startWith({staged("/a")}).disk(), std::nullopt);
+}
+
+TEST_F(AppModelScan, FromIdleToScanningToDone) {
+    start();
+    const auto gate = startSlowScan({.findings = {staged("/b"), staged("/a")}});
+    EXPECT_EQ(app().phase(), Phase::scanning);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_THAT(ids(), ElementsAre("/b", "/a"));
+}
+
+TEST_F(AppModelScan, TheResultIsSetInOrderAndThePhaseLast) {
+    start();
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); }));
+    services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "yok"}; };
+    const auto asked = std::make_shared<Record<int>>();
+    services.diskInfo = [asked] {
+        asked->add(0);
+        return std::optional(DiskInfo{.total = 1000, .available = static_cast<std::int64_t>(asked->size())});
+    };
+    services.aiStatus = [asked](const std::stop_token&) {
+        return AIStatus{.unavailable = "yok", .hint = std::to_string(asked->size())};
+    };
+    start();
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().unavailable == "yok"; }));
+    signalled = std::make_shared<Record<std::string>>();
+    // The model goes away while the scan runs.
+    const auto gate = startSlowScan({.findings = {staged("/a")}, .files = 3, .bytes = 5, .denied = 1});
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    std::vector<std::string> order = signalled->values();
+    order.erase(order.begin(), std::ranges::find(order, "findings"));
+    std::erase_if(order, [](const std::string& name) {
+        return name == "scannedFiles" || name == "scannedBytes" || name == "deniedCount" ||
+               name == "currentPath" || name == "aiStatus";
+    });
+    EXPECT_THAT(order, ElementsAre("findings", "scanDuration", "disk", "phase"));
+}
+
+TEST_F(AppModelScan, TheProgressIsLookedAtOnceBeforeTheFirstPause) {
+    start();
+    signalled = std::make_shared<Record<std::string>>();
+    const auto gate = startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = Paths::home() + "/x"});
+    ASSERT_TRUE(eventually([&] { return app().scannedFiles() == 12; }));
+    EXPECT_EQ(app().scannedBytes(), 34);
+    EXPECT_EQ(app().deniedCount(), 5);
+    EXPECT_EQ(app().currentPath(), "~/x");
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    // What does not change is not told again, though many looks were taken.
+    EXPECT_EQ(std::ranges::count(signalled->values(), "scannedFiles"), 1);
+    EXPECT_EQ(std::ranges::count(signalled->values(), "currentPath"), 1);
+}
+
+TEST_F(AppModelScan, ProgressIsToldAtMostFiveTimesASecond) {
+    const auto isOver = std::make_shared<std::atomic<bool>>(false);
+    services.scan = [isOver](ScanProgress& progress, const std::stop_token& stop) {
+        while (!*isOver && !stop.stop_requested()) {
+            progress.addFiles(1);
+            std::this_thread::yield();
+        }
+        return std::vector<Finding>();
+    };
+    start();
+    std::vector<std::chrono::steady_clock::time_point> times;
+    QObject::connect(&app(), &AppModel::scannedFilesChanged,
+                     [&] { times.push_back(std::chrono::steady_clock::now()); });
+    app().scan();
+    ASSERT_TRUE(eventually([&] { return times.size() >= 5; }));
+    *isOver = true;
+    for (std::size_t i = 1; i < 5; ++i)
+        EXPECT_GE(times[i] - times[i - 1], std::chrono::milliseconds(195));
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+}
+
+TEST_F(AppModelScan, ASecondScanIsIgnoredWhileOneRuns) {
+    start();
+    const auto gate = startSlowScan({.findings = {staged("/first")}, .files = 7});
+    ASSERT_TRUE(eventually([&] { return app().scannedFiles() == 7; }));
+    const auto second = std::make_shared<Gate>();
+    stage({.findings = {staged("/second")}, .gate = second});
+    const std::size_t signalsBefore = signalled->size();
+    app().scan();
+    EXPECT_EQ(signalled->size(), signalsBefore);
+    EXPECT_EQ(app().scannedFiles(), 7);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_THAT(ids(), ElementsAre("/first"));
+    EXPECT_EQ(second->arrived(), 0);
+}
+
+TEST_F(AppModelScan, AnotherScanResetsTheCountersAndLeavesTheRest) {
+    startWith({staged("/old", SafetyLevel::safe, 70)});
+    clean({"/old"});
+    ASSERT_EQ(app().trashedBytes(), 70);
+    const auto first = startSlowScan({.findings = {staged("/older")}, .files = 9, .bytes = 8, .denied = 7});
+    first->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    const auto duration = app().scanDuration();
+    services.diskInfo = [] { return std::optional<DiskInfo>(); };
+    // Nothing may come from the walk before this test has looked.
+    const auto gate = std::make_shared<Gate>();
+    stage({.findings = {staged("/new")}, .gate = gate});
+    app().scan();
+    EXPECT_EQ(app().phase(), Phase::scanning);
+    EXPECT_EQ(app().scannedFiles(), 0);
+    EXPECT_EQ(app().scannedBytes(), 0);
+    EXPECT_EQ(app().deniedCount(), 0);
+    EXPECT_EQ(app().currentPath(), "");
+    EXPECT_THAT(ids(), ElementsAre("/older"));
+    EXPECT_EQ(app().scanDuration(), duration);
+    EXPECT_TRUE(app().disk());
+    EXPECT_EQ(app().trashedBytes(), 70);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_THAT(ids(), ElementsAre("/new"));
+}
+
+TEST_F(AppModelScan, ACancelledFirstScanLeavesNothing) {
+    start();
+    const auto gate = startSlowScan({.findings = {staged("/a")}});
+    app().cancelScan();
+    EXPECT_EQ(app().phase(), Phase::idle);
+    gate->open();
+    // A scan that was begun later ends later.
+    const auto later = startSlowScan();
+    later->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_THAT(ids(), IsEmpty());
+}
+
+TEST_F(AppModelScan, ACancelledScanBringsThePreviousResultBack) {
+    startWith({staged("/kept")});
+    const auto duration = app().scanDuration();
+    ASSERT_TRUE(duration);
+    const auto ended = std::make_shared<Gate>();
+    services.aiStatus = [](const std::stop_token&) { return AIStatus{}; };
+    const auto gate = startSlowScan({.findings = {staged("/dropped")}, .files = 4});
+    app().cancelScan();
+    EXPECT_EQ(app().phase(), Phase::done);
+    EXPECT_THAT(ids(), ElementsAre("/kept"));
+    signalled = std::make_shared<Record<std::string>>();
+    gate->open();
+    // An operation that takes its turn on the workers twice comes back after the walk has.
+    analyze("/kept");
+    EXPECT_EQ(app().phase(), Phase::done);
+    EXPECT_THAT(ids(), ElementsAre("/kept"));
+    EXPECT_EQ(app().scanDuration(), duration);
+    EXPECT_FALSE(std::ranges::count(signalled->values(), "findings"));
+}
+
+TEST_F(AppModelScan, ACancelledWalkGoesOnAndIsStillCounted) {
+    const auto counted = std::make_shared<std::atomic<bool>>(false);
+    const auto gate = std::make_shared<Gate>();
+    const auto end = std::make_shared<Gate>();
+    services.scan = [counted, gate, end](ScanProgress& progress, const std::stop_token& stop) {
+        gate->pass(stop);
+        *counted = !stop.stop_requested();
+        progress.addFiles(31);
+        end->pass(stop);
+        return std::vector<Finding>{staged("/late")};
+    };
+    start();
+    app().scan();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() > 0; }));
+    app().cancelScan();
+    gate->open();
+    EXPECT_TRUE(eventually([&] { return app().scannedFiles() == 31; }));
+    EXPECT_TRUE(*counted) << "the walk was told to stop";
+    EXPECT_EQ(app().phase(), Phase::idle);
+    end->open();
+}
+
+TEST_F(AppModelScan, OfTwoWalksAtOnceOnlyTheNewerCounts) {
+    start();
+    const auto older = startSlowScan({.findings = {staged("/older")}});
+    app().cancelScan();
+    const auto newer = startSlowScan({.findings = {staged("/newer")}});
+    EXPECT_EQ(older->arrived(), 1);
+    newer->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_THAT(ids(), ElementsAre("/newer"));
+    older->open();
+    analyze("/newer");
+    EXPECT_THAT(ids(), ElementsAre("/newer"));
+}
+
+TEST_F(AppModelScan, BothCountersOfTwoWalksAreShownUntilTheOlderEnds) {
+    start();
+    const auto older = startSlowScan({.files = 100});
+    app().cancelScan();
+    const auto newer = startSlowScan({.files = 200});
+    std::set<std::int64_t> shown;
+    QObject::connect(&app(), &AppModel::scannedFilesChanged, [&] { shown.insert(app().scannedFiles()); });
+    EXPECT_TRUE(eventually([&] { return shown.contains(100) && shown.contains(200); }));
+    older->open();
+    newer->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_EQ(app().scannedFiles(), 200);
+}
+
+TEST_F(AppModelScan, CancellingWhenNothingRunsChangesNothing) {
+    start();
+    app().cancelScan();
+    EXPECT_EQ(app().phase(), Phase::idle);
+    scanFor({staged("/a")});
+    app().cancelScan();
+    EXPECT_EQ(app().phase(), Phase::done);
+    EXPECT_THAT(ids(), ElementsAre("/a"));
+}
+
+TEST_F(AppModelScan, WhoeverHearsOfAScanMayCancelItAtOnce) {
+    start();
+    QObject::connect(&app(), &AppModel::phaseChanged, &app(), [this] {
+        if (app().phase() == Phase::scanning)
+            app().cancelScan();
+    });
+    stage({.findings = {staged("/a")}});
+    app().scan();
+    EXPECT_EQ(app().phase(), Phase::idle);
+    runToEnd(app().clean({}, CleanMode::trash));
+    startSlowScan()->open();
+    EXPECT_EQ(app().phase(), Phase::idle);
+    EXPECT_THAT(ids(), IsEmpty());
+}
+
+TEST_F(AppModelScan, TheTimeAModelTakesToAnswerIsNotTheScans) {
+    const auto gate = std::make_shared<Gate>();
+    services.aiStatus = [gate](const std::stop_token& stop) {
+        gate->pass(stop);
+        return AIStatus{};
+    };
+    start();
+    stage({.findings = {staged("/a")}});
+    app().scan();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    const auto asked = std::chrono::steady_clock::now();
+    ASSERT_TRUE(eventually(
+        [&] { return std::chrono::steady_clock::now() - asked > std::chrono::milliseconds(300); }));
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_GE(*app().scanDuration(), 0.0);
+    EXPECT_LT(*app().scanDuration(), 0.3);
+}
+
+TEST_F(AppModelScan, RememberedVerdictsAreLaidOverTheResult) {
+    startWith({staged("/a"), staged("/b")});
+    app().setLevel(SafetyLevel::keep, "/b");
+    scanFor({staged("/a"), staged("/b")});
+    EXPECT_EQ(app().finding("/a")->level, SafetyLevel::safe);
+    EXPECT_EQ(app().finding("/b")->level, SafetyLevel::keep);
+    EXPECT_EQ(app().finding("/b")->source, VerdictSource::user);
+    EXPECT_EQ(app().finding("/b")->original.level, SafetyLevel::safe);
+}
+
+TEST_F(AppModelScan, FindingsOfALevelKeepTheOrderOfTheList) {
+    startWith({staged("/1", SafetyLevel::safe, 5), staged("/2", SafetyLevel::keep, 90),
+               staged("/3", SafetyLevel::safe, 7)});
+    const Findings safe = app().findings(SafetyLevel::safe);
+    ASSERT_EQ(safe.size(), 2U);
+    EXPECT_EQ(safe[0]->id, "/1");
+    EXPECT_EQ(safe[1]->id, "/3");
+    EXPECT_EQ(app().total(SafetyLevel::safe), 12);
+    EXPECT_EQ(app().total(SafetyLevel::keep), 90);
+}
+
+TEST_F(AppModelScan, ALevelWithoutFindingsTotalsNothing) {
+    EXPECT_EQ(start().total(SafetyLevel::safe), 0);
+    scanFor({staged("/1", SafetyLevel::keep)});
+    EXPECT_EQ(app().total(SafetyLevel::safe), 0);
+    EXPECT_THAT(app().findings(SafetyLevel::safe), IsEmpty());
+}
+
+TEST_F(AppModelScan, ASumThatOverflowsEndsTheProgram) {
+    startWith({staged("/1", SafetyLevel::safe, std::numeric_limits<std::int64_t>::max()), staged("/2")});
+    EXPECT_DEATH((void)app().total(SafetyLevel::safe), "");
+}
+
+TEST_F(AppModelScan, AFindingIsFoundByExactlyItsIdAndTheFirstCounts) {
+    startWith({staged("/a", SafetyLevel::safe, 1), staged("/a", SafetyLevel::keep, 2), staged("/B\xff")});
+    EXPECT_EQ(app().finding("/a")->size, 1);
+    EXPECT_EQ(app().finding("/B\xff")->id, "/B\xff");
+    EXPECT_EQ(app().finding("/b\xff"), nullptr);
+    EXPECT_EQ(app().finding("/"), nullptr);
+    EXPECT_EQ(app().finding(""), nullptr);
+}
+
+TEST_F(AppModelScan, RevealsAllItemsOfAFindingAtOnce) {
+    const auto revealed = std::make_shared<Record<std::vector<std::string>>>();
+    services.reveal = [revealed](std::span<const std::string> paths) {
+        revealed->add({paths.begin(), paths.end()});
+    };
+    start();
+    Finding group = staged("/a");
+    group.urls = {"/a", "/b", "/c\n"};
+    app().reveal(group);
+    ASSERT_TRUE(eventually([&] { return revealed->size() > 0; }));
+    EXPECT_THAT(revealed->values(), ElementsAre(ElementsAre("/a", "/b", "/c\n")));
+}
+
+TEST_F(AppModelScan, OpensThePageOfTheDiskAccessSettings) {
+    const auto opened = std::make_shared<Record<std::string>>();
+    services.openUrl = [opened](std::string_view url) { opened->add(std::string(url)); };
+    start().openFullDiskAccessSettings();
+    ASSERT_TRUE(eventually([&] { return opened->size() > 0; }));
+    EXPECT_THAT(opened->values(),
+                ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
+}
+
+// Every operation, by name, for a thread that is not the window's.
+class AppModelThreads : public AppTest, public testing::WithParamInterface<const char*> {
+protected:
+    void callFromAnotherThread(const std::string& name) {
+        std::thread([&] { call(name); }).join();
+    }
+
+private:
+    void call(const std::string& name) {
+        if (name == "scan")
+            app().scan();
+        else if (name == "cancelScan")
+            app().cancelScan();
+        else if (name == "setLevel")
+            app().setLevel(SafetyLevel::safe, "/a");
+        else if (name == "resetVerdict")
+            app().resetVerdict("/a");
+        else if (name == "analyze")
+            app().analyze("/a", "");
+        else if (name == "analyzeAllUncertain")
+            app().analyzeAllUncertain();
+        else if (name == "cancelBatch")
+            app().cancelBatch();
+        else if (name == "clean")
+            app().clean({"/a"}, CleanMode::trash);
+        else if (name == "emptyTrash")
+            app().emptyTrash();
+        else if (name == "reveal")
+            app().reveal({});
+        else if (name == "openFullDiskAccessSettings")
+            app().openFullDiskAccessSettings();
+        else if (name == "findings")
+            (void)app().findings(SafetyLevel::safe);
+        else if (name == "total")
+            (void)app().total(SafetyLevel::safe);
+        else if (name == "finding")
+            (void)app().finding("/a");
+        else if (name == "uncertainCount")
+            (void)app().uncertainCount();
+        else if (name == "dismissAlert")
+            app().dismissAlert();
+    }
+};
+
+TEST_P(AppModelThreads, ACallFromAnotherThreadEndsTheProgram) {
+    start();
+    EXPECT_DEATH(callFromAnotherThread(GetParam()), "belongs to the thread of the user interface");
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, AppModelThreads,
+                         testing::Values("scan", "cancelScan", "setLevel", "resetVerdict", "analyze",
+                                         "analyzeAllUncertain", "cancelBatch", "clean", "emptyTrash",
+                                         "reveal", "openFullDiskAccessSettings", "findings", "total",
+                                         "finding", "uncertainCount", "dismissAlert"),
+                         [](const auto& operation) { return std::string(operation.param); });
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,301 @@
+#include "app/finding_list_model.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QPersistentModelIndex>
+#include <QSignalSpy>
+#include <map>
+#include <random>
+
+#include "app/app_world.h"
+#include "app/shown.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FindingListModelTest : public AppTest {
+protected:
+    /// Rows of the safe ones, watched by the tester from now on.
+    FindingListModel& watch(std::optional<SafetyLevel> level = SafetyLevel::safe) {
+        model_ = std::make_unique<FindingListModel>(app());
+        tester_ = std::make_unique<QAbstractItemModelTester>(
+            model_.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        model_->setLevel(level);
+        return *model_;
+    }
+    FindingListModel& model() { return *model_; }
+    QVariant data(int row, int role) { return model_->data(model_->index(row), role); }
+    std::vector<std::string> rows() {
+        std::vector<std::string> result;
+        for (int row = 0; row < model_->count(); ++row)
+            result.push_back(model_->at(row)->id);
+        return result;
+    }
+    void TearDown() override {
+        tester_.reset();
+        model_.reset();
+    }
+
+private:
+    std::unique_ptr<FindingListModel> model_;
+    std::unique_ptr<QAbstractItemModelTester> tester_;
+};
+
+TEST_F(FindingListModelTest, WithoutALevelThereAreNoRows) {
+    startWith({staged("/a")});
+    watch(std::nullopt);
+    EXPECT_EQ(model().rowCount(), 0);
+    scanFor({staged("/b")});
+    EXPECT_EQ(model().rowCount(), 0);
+}
+
+TEST_F(FindingListModelTest, RowsAreTheFindingsOfTheLevelInOrder) {
+    startWith({staged("/3"), staged("/keep", SafetyLevel::keep), staged("/1")});
+    watch();
+    EXPECT_THAT(rows(), ElementsAre("/3", "/1"));
+    model().setLevel(SafetyLevel::keep);
+    EXPECT_THAT(rows(), ElementsAre("/keep"));
+    model().setLevel(std::nullopt);
+    EXPECT_THAT(rows(), IsEmpty());
+}
+
+TEST_F(FindingListModelTest, ARowThatGoesLeavesTheOthersInPlace) {
+    startWith({staged("/1"), staged("/2"), staged("/3")});
+    watch();
+    const QPersistentModelIndex last(model().index(2));
+    QSignalSpy removed(&model(), &QAbstractItemModel::rowsRemoved);
+    QSignalSpy counted(&model(), &FindingListModel::countChanged);
+    clean({"/2"});
+    EXPECT_THAT(rows(), ElementsAre("/1", "/3"));
+    EXPECT_EQ(removed.count(), 1);
+    EXPECT_EQ(counted.count(), 1);
+    EXPECT_EQ(last.row(), 1);
+}
+
+TEST_F(FindingListModelTest, ARelabelledFindingChangesLists) {
+    startWith({staged("/1"), staged("/2")});
+    watch();
+    app().setLevel(SafetyLevel::keep, "/1");
+    EXPECT_THAT(rows(), ElementsAre("/2"));
+    app().resetVerdict("/1");
+    EXPECT_THAT(rows(), ElementsAre("/1", "/2"));
+}
+
+TEST_F(FindingListModelTest, AChangedFindingKeepsItsRowAndOnlyThatRowIsTold) {
+    startWith({staged("/1"), staged("/2"), staged("/3")});
+    watch();
+    QSignalSpy changed(&model(), &QAbstractItemModel::dataChanged);
+    app().setLevel(SafetyLevel::safe, "/2");
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
+    EXPECT_EQ(changed[0][1].toModelIndex().row(), 1);
+    EXPECT_EQ(data(1, FindingListModel::sourceRole), "user");
+}
+
+TEST_F(FindingListModelTest, ANewResultIsToldInOneGo) {
+    startWith({staged("/1"), staged("/2"), staged("/3")});
+    watch();
+    QSignalSpy changed(&model(), &QAbstractItemModel::dataChanged);
+    QSignalSpy reset(&model(), &QAbstractItemModel::modelReset);
+    scanFor({staged("/1"), staged("/2"), staged("/3")});
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(reset.count(), 0);
+}
+
+TEST_F(FindingListModelTest, EveryRoleOfARow) {
+    Finding large = guessed("/home/x/Ad.app", SafetyLevel::safe);
+    large.size = 9'100'000'000;
+    startWith({large, staged("/b", SafetyLevel::safe, 4'550'000'000)});
+    watch();
+    using Model = FindingListModel;
+    EXPECT_EQ(idOf(data(0, Model::idRole).toString()), large.id);
+    EXPECT_EQ(data(0, Model::findingRole).value<FindingPointer>(), app().finding(large.id));
+    EXPECT_EQ(data(0, Model::titleRole), "ad /home/x/Ad.app");
+    EXPECT_EQ(data(0, Qt::DisplayRole), "ad /home/x/Ad.app");
+    EXPECT_EQ(data(0, Model::locationRole), "/home/x/Ad.app");
+    EXPECT_EQ(data(0, Qt::ToolTipRole), "/home/x/Ad.app");
+    EXPECT_EQ(data(0, Model::sizeRole), qint64(9'100'000'000));
+    EXPECT_EQ(data(0, Model::sizeTextRole), "9,1 GB");
+    EXPECT_EQ(data(0, Model::fractionRole), 1.0);
+    EXPECT_EQ(data(1, Model::fractionRole), 0.5);
+    EXPECT_EQ(data(0, Model::iconRole), "app");
+    EXPECT_EQ(data(1, Model::iconRole), "folder");
+    EXPECT_EQ(data(0, Model::levelRole), "safe");
+    EXPECT_EQ(data(0, Model::sourceRole), "heuristic");
+    EXPECT_EQ(data(0, Model::badgeRole).toString(), QString::fromStdString(badgeText(currentVerdict(large))));
+    EXPECT_EQ(data(1, Model::badgeRole), "");
+    EXPECT_EQ(data(0, Model::isAnalyzingRole), false);
+    EXPECT_EQ(data(0, Model::isCleaningRole), false);
+    EXPECT_FALSE(data(0, Qt::DecorationRole).isValid());
+    EXPECT_FALSE(data(7, Model::titleRole).isValid());
+    EXPECT_EQ(model().roleNames().size(), 13);
+}
+
+TEST_F(FindingListModelTest, IconsTellGroupsAndSimulators) {
+    Finding group = staged("/a");
+    group.urls = {"/a", "/b.app"};
+    Finding simulator = staged("/s");
+    simulator.action = {CleanAction::DeleteSimulator{"udid"}};
+    startWith({group, simulator});
+    watch();
+    EXPECT_EQ(data(0, FindingListModel::iconRole), "doc.on.doc");
+    EXPECT_EQ(data(1, FindingListModel::iconRole), "iphone");
+}
+
+TEST_F(FindingListModelTest, HostileNamesAreHarmlessAndStayThemselves) {
+    Finding hostile = staged("/a\n\x1b[31m\xff");
+    hostile.title = "<b>\u202Eters\n";
+    Finding twin = staged("/a\n\x1b[31m\xfe");
+    startWith({hostile, twin});
+    watch();
+    const QString location = data(0, FindingListModel::locationRole).toString();
+    EXPECT_EQ(location, data(1, FindingListModel::locationRole).toString());
+    for (const QString& text : {location, data(0, FindingListModel::titleRole).toString()}) {
+        for (const QChar character : text) {
+            EXPECT_NE(character.category(), QChar::Other_Control);
+            EXPECT_NE(character, QChar(0x202E));
+        }
+    }
+    EXPECT_EQ(idOf(data(0, FindingListModel::idRole).toString()), hostile.id);
+    EXPECT_EQ(idOf(data(1, FindingListModel::idRole).toString()), twin.id);
+    EXPECT_EQ(model().rowOf(twin.id), 1);
+}
+
+TEST_F(FindingListModelTest, AFindingWithoutSizeHasNoFraction) {
+    startWith({staged("/a", SafetyLevel::safe, 0)});
+    watch();
+    EXPECT_EQ(data(0, FindingListModel::fractionRole), 0.0);
+}
+
+TEST_F(FindingListModelTest, FractionsFollowTheLargest) {
+    startWith({staged("/1", SafetyLevel::safe, 400), staged("/2", SafetyLevel::safe, 100)});
+    watch();
+    EXPECT_EQ(data(1, FindingListModel::fractionRole), 0.25);
+    clean({"/1"});
+    EXPECT_EQ(data(0, FindingListModel::fractionRole), 1.0);
+}
+
+TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
+    const auto gate = std::make_shared<Gate>();
+    services.classify = [gate](const Finding&, std::string_view, std::span<const std::string>,
+                               const std::stop_token& stop) -> AIClassifier::Result {
+        gate->pass(stop);
+        return answer(SafetyLevel::safe);
+    };
+    services.clean = [gate](const Finding&, CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+        gate->pass();
+        return std::unexpected(CleanError{});
+    };
+    startWith({staged("/1"), staged("/2")});
+    watch();
+    const auto analysis = app().analyze("/1", "");
+    const auto cleaning = app().clean({"/2"}, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    EXPECT_EQ(data(0, FindingListModel::isAnalyzingRole), true);
+    EXPECT_EQ(data(0, FindingListModel::isCleaningRole), false);
+    EXPECT_EQ(data(1, FindingListModel::isCleaningRole), true);
+    FindingListModel later(app());
+    later.setLevel(SafetyLevel::safe);
+    EXPECT_EQ(later.data(later.index(0), FindingListModel::isAnalyzingRole), true);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return analysis.isReady() && cleaning.isReady(); }));
+    EXPECT_EQ(data(0, FindingListModel::isAnalyzingRole), false);
+    EXPECT_EQ(data(1, FindingListModel::isCleaningRole), false);
+}
+
+/// Random lists over few ids, so that most of a list is in the next one too, elsewhere.
+class FindingListModelProperty : public FindingListModelTest, public testing::WithParamInterface<unsigned> {
+protected:
+    std::size_t below(std::size_t bound) { return engine_() % bound; }
+    SafetyLevel anyLevel() { return below(3) > 0 ? SafetyLevel::safe : SafetyLevel::keep; }
+
+    std::vector<Finding> anyList() {
+        std::vector<Finding> list;
+        for (std::size_t id = 0; id < 30; ++id) {
+            if (below(4) > 0)
+                list.push_back(
+                    staged("/" + std::to_string(id), anyLevel(), static_cast<std::int64_t>(below(1000))));
+        }
+        std::ranges::shuffle(list, engine_);
+        return list;
+    }
+    /// The list as it is, somewhat disturbed.
+    std::vector<Finding> disturbed() {
+        std::vector<Finding> list;
+        for (const FindingPointer& finding : app().findings()) {
+            if (below(8) > 0)
+                list.push_back(*finding);
+        }
+        if (list.size() > 1)
+            std::swap(list[below(list.size())], list[below(list.size())]);
+        list.insert(list.begin() + static_cast<std::ptrdiff_t>(below(list.size() + 1)),
+                    staged("/n" + std::to_string(next_++)));
+        return list;
+    }
+    void changeSomething() {
+        const std::string id = "/" + std::to_string(below(30));
+        switch (below(6)) {
+            case 0:
+                return scanFor(anyList());
+            case 1:
+                return scanFor(disturbed());
+            case 2:
+                return clean({id});
+            case 3:
+                return app().resetVerdict(id);
+            case 4:
+                return model().setLevel(anyLevel());
+            default:
+                return app().setLevel(anyLevel(), id);
+        }
+    }
+
+    std::mt19937 engine_{GetParam()};
+    int next_ = 0;
+};
+
+TEST_P(FindingListModelProperty, RowsAlwaysEqualTheListAndThoseThatStayKeepTheirIndex) {
+    startWith(anyList());
+    watch();
+    for (int step = 0; step < 150; ++step) {
+        const auto levelBefore = model().level();
+        std::vector<std::pair<std::string, QPersistentModelIndex>> held;
+        for (int row = 0; row < model().count(); ++row)
+            held.emplace_back(model().at(row)->id, model().index(row));
+        changeSomething();
+
+        const Findings wanted = app().findings(*model().level());
+        ASSERT_EQ(static_cast<std::size_t>(model().count()), wanted.size());
+        for (int row = 0; row < model().count(); ++row)
+            ASSERT_EQ(model().at(row), wanted[static_cast<std::size_t>(row)]) << step;
+        if (model().level() != levelBefore)
+            continue;
+        std::vector<int> kept;
+        bool allStay = true;
+        for (const auto& [id, index] : held) {
+            const int row = model().rowOf(id);
+            // A row that moved may have been taken out and put in again; one that lives is where its finding
+            // is.
+            if (index.isValid()) {
+                ASSERT_EQ(index.row(), row) << step << " " << id;
+            }
+            if (row >= 0)
+                kept.push_back(row);
+            allStay = allStay && (row < 0 || index.isValid());
+        }
+        if (std::ranges::is_sorted(kept)) {
+            EXPECT_TRUE(allStay) << step << ": nothing moved, but a row that stays was lost";
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, FindingListModelProperty, testing::Range(1U, 9U));
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,60 @@
+#include "app/latest_file.h"
+
+#include <gtest/gtest.h>
+
+#include <QObject>
+#include <memory>
+
+#include "app/app_world.h"
+#include "platform/durable_file.h"
+#include "support/temp_tree.h"
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+
+struct LatestFileTest : testing::Test {
+    TempTree tree;
+    QObject home;
+    std::unique_ptr<Workers> workers = std::make_unique<Workers>(home);
+    LatestFile file{*workers};
+
+    std::string read(const std::string& name) const {
+        return platform::readFile(tree.path(name), 10'000'000).value_or("?");
+    }
+};
+
+TEST_F(LatestFileTest, IsWrittenAtTheLatestWhenTheWorkersAreDone) {
+    file.write(tree.path("f"), "bir");
+    workers.reset();
+    EXPECT_EQ(read("f"), "bir");
+}
+
+TEST_F(LatestFileTest, IsWrittenWithoutWaitingForAnEnd) {
+    file.write(tree.path("f"), "bir");
+    EXPECT_TRUE(eventually([&] { return read("f") == "bir"; }));
+    file.write(tree.path("f"), "iki");
+    EXPECT_TRUE(eventually([&] { return read("f") == "iki"; }));
+}
+
+TEST_F(LatestFileTest, TheLastOfManyVersionsIsTheOneThatStays) {
+    for (int round = 0; round < 20; ++round) {
+        for (int i = 0; i < 50; ++i)
+            file.write(tree.path("f"), std::string(2000, 'x') + std::to_string(i));
+        ASSERT_TRUE(workers->waitForDone(std::chrono::minutes(1)));
+        ASSERT_EQ(read("f"), std::string(2000, 'x') + "49");
+    }
+}
+
+TEST_F(LatestFileTest, WhatCannotBeWrittenIsDroppedAndTheNextIsTried) {
+    file.write(tree.path("none/f"), "bir");
+    ASSERT_TRUE(workers->waitForDone(std::chrono::minutes(1)));
+    tree.add({folder("none")});
+    file.write(tree.path("none/f"), "iki");
+    workers.reset();
+    EXPECT_EQ(read("none/f"), "iki");
+}
+
+}  // namespace
+}  // namespace ulvak
