@@ -57,7 +57,7 @@ void useIt(const TempTree& tree) {
     const std::string verdicts = VerdictStore::defaultPath();
     ASSERT_TRUE(verdicts.starts_with(tree.path())) << verdicts;
     const std::string npm = home + "/.npm";
-    const std::string gradle = home + "/.gradle/caches";
+    const std::string pip = home + "/.cache/pip";
     const std::string odd = home + "/.cache/utf-8-de\xf0il-\xff";
     std::size_t found = 0;
     {
@@ -81,15 +81,15 @@ void useIt(const TempTree& tree) {
     app->resetVerdict(npm);
 
     const FindingPointer first = cleanable(*app, npm);
-    const FindingPointer second = cleanable(*app, gradle);
+    const FindingPointer second = cleanable(*app, pip);
     ASSERT_TRUE(first && second);
     runToEnd(app->clean({npm}, CleanMode::trash));
     EXPECT_FALSE(app->alert()) << app->alert()->message;
     EXPECT_FALSE(exists(npm));
     EXPECT_TRUE(exists(Paths::trash() + "/files/.npm"));
     EXPECT_EQ(app->trashedBytes(), first->size);
-    runToEnd(app->clean({gradle}, CleanMode::permanent));
-    EXPECT_FALSE(exists(gradle));
+    runToEnd(app->clean({pip}, CleanMode::permanent));
+    EXPECT_FALSE(exists(pip));
     EXPECT_EQ(app->freedBytes(), second->size);
     EXPECT_EQ(app->findings().size(), found - 2);
 

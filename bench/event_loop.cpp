@@ -1,0 +1,300 @@
+// Measures how long the window would stand still: the longest turn of the event loop while a scan runs and
+// when its findings arrive.
+//
+//     ulvak_event_loop TREE [--runs N] [--findings N]
+//
+// TREE is a folder made by ulvak_make_tree. It is scanned as a home; in the place of its findings come N
+// made-up ones, in random order, to lists of all levels. Each run scans three times: into empty lists, over
+// the same findings, and over a list of which every other finding has gone and another has come.
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QThread>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/app_model.h"
+#include "app/finding_list_model.h"
+#include "platform/durable_file.h"
+
+namespace ulvak {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr double longestTurn = 16;  // ms
+constexpr std::size_t rememberedVerdicts = 1000;
+
+struct Options {
+    std::string tree;
+    std::size_t runs = 9;
+    std::size_t findings = 5'000;
+};
+
+[[noreturn]] void failWith(const std::string& what) {
+    std::fprintf(stderr, "event_loop: %s\n", what.c_str());
+    std::exit(1);
+}
+
+/// Times the turns of its event loop: from the first event that is delivered to where it waits for more.
+class TimedApplication : public QCoreApplication {
+public:
+    TimedApplication(int& argc, char** argv) : QCoreApplication(argc, argv) {
+        const auto* loop = QAbstractEventDispatcher::instance();
+        connect(loop, &QAbstractEventDispatcher::awake, this, [this] { begin(); });
+        connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, [this] { end(); });
+    }
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        if (QThread::currentThread() == thread())
+            begin();
+        return QCoreApplication::notify(receiver, event);
+    }
+
+    /// Milliseconds of the longest turn since the last call.
+    double takeLongest() {
+        end();
+        return std::exchange(longest_, 0);
+    }
+
+private:
+    void begin() {
+        if (!isInTurn_)
+            start_ = Clock::now();
+        isInTurn_ = true;
+    }
+    void end() {
+        if (!isInTurn_)
+            return;
+        isInTurn_ = false;
+        const std::chrono::duration<double, std::milli> turn = Clock::now() - start_;
+        longest_ = std::max(longest_, turn.count());
+    }
+
+    Clock::time_point start_;
+    bool isInTurn_ = false;
+    double longest_ = 0;
+};
+
+/// As full as a finding gets.
+Finding madeUp(std::size_t number, std::string_view folder) {
+    const std::string path =
+        std::string(folder) + "/Library/Application Support/Uygulama " + std::to_string(number) + "/Önbellek";
+    Finding finding;
+    finding.id = path;
+    finding.urls = {path};
+    finding.size = static_cast<std::int64_t>(number) * 1'000'003;
+    finding.original = {.level = allSafetyLevels[number % allSafetyLevels.size()],
+                        .title = "Uygulama önbelleği " + std::to_string(number),
+                        .explanation =
+                            "Uygulamanın yeniden oluşturabildiği dosyalar. Silinirse ilk açılış "
+                            "biraz daha uzun sürer, başka bir şey değişmez."};
+    resetVerdict(finding);
+    for (int i = 0; i < 12; ++i)
+        finding.children.push_back({.name = "içindeki öğe " + std::to_string(i), .size = 1000});
+    for (int i = 0; i < 10; ++i)
+        finding.siblings.push_back({.name = "yanındaki öğe " + std::to_string(i), .size = 1000});
+    finding.parentPath = folder;
+    return finding;
+}
+
+/// The numbers of the findings that a scan has, in a random order that is the same every time.
+std::vector<std::size_t> shuffled(std::vector<std::size_t> numbers, unsigned seed) {
+    std::mt19937 engine(seed);
+    for (std::size_t i = numbers.size(); i > 1; --i)
+        std::swap(numbers[i - 1], numbers[engine() % i]);
+    return numbers;
+}
+
+/// The application with a list for each level, as a window has it.
+class World {
+public:
+    World(const Options& options, const fs::path& folder)
+        : tree_(options.tree), app_(services(), (folder / "verdicts.json").string()) {
+        for (const SafetyLevel level : allSafetyLevels) {
+            lists_.push_back(std::make_unique<FindingListModel>(app_));
+            lists_.back()->setLevel(level);
+        }
+    }
+
+    /// Scans the tree and lets these findings arrive.
+    void scan(const std::vector<std::size_t>& numbers) {
+        {
+            const std::scoped_lock lock(next_->mutex);
+            next_->numbers = numbers;
+        }
+        QEventLoop loop;
+        const auto connection = QObject::connect(&app_, &AppModel::phaseChanged, &loop, [&] {
+            if (app_.phase() == AppModel::Phase::done)
+                loop.quit();
+        });
+        QMetaObject::invokeMethod(&app_, [this] { app_.scan(); }, Qt::QueuedConnection);
+        loop.exec();
+        QObject::disconnect(connection);
+        if (app_.findings().size() != numbers.size())
+            failWith("the findings have not arrived");
+    }
+    [[nodiscard]] std::int64_t scannedFiles() const { return app_.scannedFiles(); }
+    [[nodiscard]] double scanSeconds() const { return app_.scanDuration().value_or(0); }
+    /// A label, as the user gives one: all that is remembered is put into words again.
+    void label() {
+        QEventLoop loop;
+        QMetaObject::invokeMethod(
+            &app_,
+            [this, &loop] {
+                app_.setLevel(SafetyLevel::keep, app_.findings().back()->id);
+                loop.quit();
+            },
+            Qt::QueuedConnection);
+        loop.exec();
+    }
+
+private:
+    struct Next {
+        std::mutex mutex;
+        std::vector<std::size_t> numbers;  ///< guarded by `mutex`
+    };
+
+    AppServices services() {
+        AppServices services = AppServices::system();
+        services.scan = [next = next_, tree = tree_, walk = services.scan](ScanProgress& progress,
+                                                                           const std::stop_token& stop) {
+            (void)walk(progress, stop);
+            const std::scoped_lock lock(next->mutex);
+            std::vector<Finding> findings;
+            findings.reserve(next->numbers.size());
+            for (const std::size_t number : next->numbers)
+                findings.push_back(madeUp(number, tree));
+            return findings;
+        };
+        return services;
+    }
+
+    std::string tree_;
+    std::shared_ptr<Next> next_ = std::make_shared<Next>();
+    AppModel app_;
+    std::vector<std::unique_ptr<FindingListModel>> lists_;
+};
+
+struct Figures {
+    std::string_view name;
+    std::vector<double> turns;  ///< ms, the longest of each run
+};
+
+void rememberVerdicts(const Options& options, const fs::path& folder) {
+    VerdictStore store((folder / "verdicts.json").string(), VerdictStore::systemTime,
+                       [](const std::string&, std::string) {});
+    for (std::size_t number = 0; number < rememberedVerdicts; ++number) {
+        Finding finding = madeUp(number * 3, options.tree);
+        relabel(finding, SafetyLevel::regenerable);
+        store.save(currentVerdict(finding), finding);
+    }
+    const auto text = encodeEntries(store.entries());
+    if (!text || platform::replaceFile(store.path(), *text))
+        failWith("cannot write the verdicts");
+}
+
+std::vector<Figures> measure(TimedApplication& application, const Options& options, const fs::path& folder) {
+    std::vector<std::size_t> all(options.findings);
+    std::vector<std::size_t> changed(options.findings);
+    for (std::size_t i = 0; i < options.findings; ++i) {
+        all[i] = i;
+        changed[i] = i % 2 == 0 ? i : i + options.findings;
+    }
+    std::vector<Figures> figures = {{.name = "into empty lists"},
+                                    {.name = "the same findings again"},
+                                    {.name = "every other finding new"},
+                                    {.name = "all in another order"},
+                                    {.name = "a label"}};
+    for (std::size_t run = 0; run < options.runs; ++run) {
+        rememberVerdicts(options, folder);
+        World world(options, folder);
+        (void)application.takeLongest();
+        const std::array orders = {shuffled(all, 1), shuffled(all, 1), shuffled(changed, 1),
+                                   shuffled(changed, 2)};
+        for (std::size_t i = 0; i < orders.size(); ++i) {
+            world.scan(orders[i]);
+            figures[i].turns.push_back(application.takeLongest());
+        }
+        world.label();
+        figures.back().turns.push_back(application.takeLongest());
+        std::fprintf(stderr, "run %zu of %zu: %lld files in %.2f s\n", run + 1, options.runs,
+                     static_cast<long long>(world.scannedFiles()), world.scanSeconds());
+    }
+    return figures;
+}
+
+/// Whether every turn was short enough.
+bool report(std::vector<Figures> figures) {
+    bool isQuick = true;
+    std::printf("longest turn of the event loop, ms      median     max\n");
+    for (Figures& figure : figures) {
+        std::ranges::sort(figure.turns);
+        const double median = figure.turns[figure.turns.size() / 2];
+        std::printf("%-38s %7.1f %7.1f\n", std::string(figure.name).c_str(), median, figure.turns.back());
+        isQuick = isQuick && figure.turns.back() < longestTurn;
+    }
+    std::printf(isQuick ? "all under %.0f ms\n" : "NOT all under %.0f ms\n", longestTurn);
+    return isQuick;
+}
+
+std::size_t number(const std::vector<std::string>& arguments, std::size_t index) {
+    if (index >= arguments.size() || arguments[index].empty() ||
+        arguments[index].find_first_not_of("0123456789") != std::string::npos)
+        failWith(arguments[index - 1] + " needs a number");
+    return std::max<std::size_t>(std::strtoull(arguments[index].c_str(), nullptr, 10), 1);
+}
+
+Options parse(const std::vector<std::string>& arguments) {
+    Options options;
+    for (std::size_t i = 1; i < arguments.size(); ++i) {
+        if (arguments[i] == "--runs")
+            options.runs = number(arguments, ++i);
+        else if (arguments[i] == "--findings")
+            options.findings = number(arguments, ++i);
+        else
+            options.tree = fs::absolute(arguments[i]).lexically_normal().string();
+    }
+    if (!fs::is_directory(options.tree))
+        failWith("a tree is needed; ulvak_make_tree makes one");
+    return options;
+}
+
+int run(int argc, char** argv) {
+    const Options options = parse({argv, argv + argc});
+    std::string folder = (fs::temp_directory_path() / "ulvak-event-loop-XXXXXX").string();
+    if (::mkdtemp(folder.data()) == nullptr)
+        failWith("no temporary folder");
+    const std::string temp = folder + "/T";
+    fs::create_directory(temp);
+    // Qt's own dispatcher tells where a turn ends, that of GLib does not.
+    for (const auto& [name, value] :
+         {std::pair<const char*, std::string>("HOME", options.tree), {"TMPDIR", temp}, {"QT_NO_GLIB", "1"}})
+        ::setenv(name, value.c_str(), 1);  // NOLINT(concurrency-mt-unsafe): no thread has begun
+    TimedApplication application(argc, argv);
+    const bool isQuick = report(measure(application, options, folder));
+    fs::remove_all(folder);
+    return isQuick ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace ulvak
+
+int main(int argc, char* argv[]) {
+    return ulvak::run(argc, argv);
+}
