@@ -197,15 +197,15 @@ struct Figures {
 };
 
 void rememberVerdicts(const Options& options, const fs::path& folder) {
-    VerdictStore store((folder / "verdicts.json").string(), VerdictStore::systemTime,
-                       [](const std::string&, std::string) {});
+    const std::string path = (folder / "verdicts.json").string();
+    VerdictEntries entries;
     for (std::size_t number = 0; number < rememberedVerdicts; ++number) {
         Finding finding = madeUp(number * 3, options.tree);
         relabel(finding, SafetyLevel::regenerable);
-        store.save(currentVerdict(finding), finding);
+        entries.emplace(finding.id, VerdictEntry{.verdict = currentVerdict(finding), .size = finding.size});
     }
-    const auto text = encodeEntries(store.entries());
-    if (!text || platform::replaceFile(store.path(), *text))
+    const auto text = encodeEntries(entries);
+    if (!text || platform::replaceFile(path, *text))
         failWith("cannot write the verdicts");
 }
 

@@ -63,8 +63,8 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       workers_(std::make_unique<Workers>(*this)),
       verdictsFile_(*workers_),
       store_(std::move(verdictsPath), VerdictStore::systemTime,
-             [this](const std::string& path, std::string bytes) {
-                 verdictsFile_.write(path, std::move(bytes));
+             [this](const std::string& path, VerdictStore::Contents contents) {
+                 verdictsFile_.write(path, std::move(contents));
              }) {
     refreshStatus();
 }

@@ -11,7 +11,7 @@ namespace ulvak {
 struct LatestFile::Queue {
     struct Version {
         std::string path;
-        std::string bytes;
+        Contents contents;
     };
 
     std::mutex mutex;
@@ -30,17 +30,18 @@ struct LatestFile::Queue {
                 }
                 version = std::move(*std::exchange(next, std::nullopt));
             }
-            (void)platform::replaceFile(version.path, version.bytes);
+            if (const auto bytes = version.contents())
+                (void)platform::replaceFile(version.path, *bytes);
         }
     }
 };
 
 LatestFile::LatestFile(Workers& workers) : workers_(workers), queue_(std::make_shared<Queue>()) {}
 
-void LatestFile::write(std::string path, std::string bytes) {
+void LatestFile::write(std::string path, Contents contents) {
     {
         const std::scoped_lock lock(queue_->mutex);
-        queue_->next = Queue::Version{.path = std::move(path), .bytes = std::move(bytes)};
+        queue_->next = Queue::Version{.path = std::move(path), .contents = std::move(contents)};
         if (std::exchange(queue_->isWriting, true))
             return;
     }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/workers.h"
@@ -15,8 +17,11 @@ public:
     /// `workers` outlives this object.
     explicit LatestFile(Workers& workers);
 
+    /// Called on the worker, for a version that is written; absent when there is nothing to write.
+    using Contents = std::function<std::optional<std::string>()>;
+
     /// Durable, whole or not at all; failures are dropped by design.
-    void write(std::string path, std::string bytes);
+    void write(std::string path, Contents contents);
 
 private:
     struct Queue;

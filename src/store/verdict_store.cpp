@@ -84,12 +84,12 @@ FileTime VerdictStore::systemTime() {
 }
 
 void VerdictStore::persist() const {
-    if (auto text = encodeEntries(entries_))
-        write_(path_, std::move(*text));
+    write_(path_, [entries = entries_] { return encodeEntries(entries); });
 }
 
-void VerdictStore::replaceNow(const std::string& path, std::string bytes) {
-    (void)platform::replaceFile(path, bytes);
+void VerdictStore::replaceNow(const std::string& path, const Contents& contents) {
+    if (const auto bytes = contents())
+        (void)platform::replaceFile(path, *bytes);
 }
 
 void VerdictStore::notify() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,8 +23,11 @@ class VerdictStore {
 public:
     using Entry = VerdictEntry;
     using Clock = std::function<FileTime()>;
-    /// Puts the bytes into the file at that path, whole or not at all.
-    using Writer = std::function<void(const std::string& path, std::string bytes)>;
+    /// What the file is to hold; absent when it cannot be put into words. Can be called on any thread, also
+    /// when the store is gone: thousands of labels take their time.
+    using Contents = std::function<std::optional<std::string>()>;
+    /// Puts the contents into the file at that path, whole or not at all.
+    using Writer = std::function<void(const std::string& path, Contents contents)>;
 
     [[nodiscard]] static FileTime systemTime();
 
@@ -52,7 +56,7 @@ public:
     void remove(std::string_view id);
 
 private:
-    static void replaceNow(const std::string& path, std::string bytes);
+    static void replaceNow(const std::string& path, const Contents& contents);
     void persist() const;
     void notify() const;
 
