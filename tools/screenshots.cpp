@@ -1,13 +1,15 @@
 #include <QDir>
 #include <QEventLoop>
-#include <QFontDatabase>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
 #include <QtPlugin>
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <functional>
@@ -15,7 +17,6 @@
 #include <thread>
 
 #include "app/app_model.h"
-#include "app/shown.h"
 #include "ui/symbol_images.h"
 #include "ui/window_model.h"
 
@@ -23,10 +24,10 @@ Q_IMPORT_PLUGIN(UlvakPlugin)
 
 // Renders every face of the window over the home folder that HOME names, without a display:
 //
-//     ulvak_screenshots FOLDER light|dark
+//     ulvak_screenshots FOLDER light|dark [FONT-SIZE [WIDTHxHEIGHT]]
 //
-// The scan, the list, the disk are real; only the model's answers are written here, so that the pictures do
-// not depend on which model runs on this machine.
+// The scan, the list, the disk are real; only whether there is a model, which applications run and how large
+// the disk is are written here, so that the pictures do not depend on this machine.
 
 namespace {
 
@@ -60,15 +61,12 @@ public:
         std::printf("%s %s\n", image.save(file) ? "wrote" : "could not write", qPrintable(file));
     }
 
-    QObject* find(const char* name) const {
-        return find(window_.contentItem()->window(), QString::fromLatin1(name));
-    }
+    QObject* find(const char* name) const { return find(&window_, QString::fromLatin1(name)); }
 
-    void click(const char* name) const {
-        if (QObject* button = find(name))
-            QMetaObject::invokeMethod(button, "clicked");
-        else
-            std::printf("no %s\n", name);
+    void call(const char* name, const char* method) const {
+        QObject* object = find(name);
+        if (object == nullptr || !QMetaObject::invokeMethod(object, method))
+            std::printf("no %s.%s\n", name, method);
     }
 
 private:
@@ -83,8 +81,17 @@ private:
     QString appearance_;
 };
 
+/// A scan that is done is held back until the picture of it has been taken.
+std::atomic<bool> holdsScan = true;
+
 AppServices staged() {
     AppServices services = AppServices::system();
+    services.scan = [scan = services.scan](ScanProgress& progress, const std::stop_token& stop) {
+        auto findings = scan(progress, stop);
+        while (holdsScan && !stop.stop_requested())
+            std::this_thread::sleep_for(20ms);
+        return findings;
+    };
     services.aiStatus = [](std::stop_token) { return AIStatus{}; };
     services.runningApps = [](std::span<const std::string>) { return std::vector<std::string>(); };
     services.diskInfo = [] { return DiskInfo{.total = 494'384'795'648, .available = 18'730'000'000}; };
@@ -105,16 +112,41 @@ void lists(WindowModel& window, Pictures& pictures) {
 }
 
 void dialogs(WindowModel& window, Pictures& pictures) {
-    window.setSidebar(QStringLiteral("regenerable"));
+    window.setSidebar(QStringLiteral("caution"));
     selectRows(window, 4);
     pictures.take(QStringLiteral("several"));
+    pictures.call("cleanSeveral", "click");
+    pictures.take(QStringLiteral("confirm-several"));
+    pictures.call("confirmSeveral", "close");
+    window.setSidebar(QStringLiteral("safe"));
     selectRows(window, 1);
     settle();
-    pictures.click("removePermanently");
+    pictures.call("removePermanently", "click");
     pictures.take(QStringLiteral("confirm-permanent"));
-    if (QObject* dialog = pictures.find("confirmPermanent"))
-        QMetaObject::invokeMethod(dialog, "close");
+    pictures.call("confirmPermanent", "close");
+    window.setSidebar(QStringLiteral("keep"));
+    selectRows(window, 1);
     settle();
+    pictures.call("moveToTrash", "click");
+    pictures.take(QStringLiteral("confirm-trash"));
+    pictures.call("confirmTrash", "close");
+}
+
+void menus(QQuickWindow& view, WindowModel& window, Pictures& pictures) {
+    window.setSidebar(QStringLiteral("unknown"));
+    selectRows(window, 1);
+    settle();
+    if (auto* rows = qobject_cast<QQuickItem*>(pictures.find("rows"))) {
+        rows->forceActiveFocus(Qt::TabFocusReason);
+        QMetaObject::invokeMethod(rows, "openMenu");
+        settle();
+        for (const int key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right}) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            QCoreApplication::sendEvent(&view, &press);
+        }
+    }
+    pictures.take(QStringLiteral("menu"));
+    pictures.call("rowMenu", "close");
 }
 
 }  // namespace
@@ -127,7 +159,7 @@ int main(int argc, char* argv[]) {
         return 2;
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
     QFont font(QStringLiteral("Inter"));
-    font.setPixelSize(13);
+    font.setPixelSize(argc > 3 ? QByteArray(argv[3]).toInt() : 13);
     QGuiApplication::setFont(font);
     QDir().mkpath(QString::fromLocal8Bit(argv[1]));
 
@@ -144,12 +176,22 @@ int main(int argc, char* argv[]) {
     auto* view = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     Pictures pictures(*view, QDir(QString::fromLocal8Bit(argv[1])), QString::fromLocal8Bit(argv[2]));
 
+    if (argc > 4) {
+        const QList<QByteArray> size = QByteArray(argv[4]).split('x');
+        view->resize(size.value(0).toInt(), size.value(1).toInt());
+    }
+    view->requestActivate();
+
     pictures.take(QStringLiteral("welcome"));
     app.scan();
+    waitUntil([&] { return app.scannedFiles() > 0; });
+    pictures.take(QStringLiteral("scanning"));
+    holdsScan = false;
     if (!waitUntil([&] { return app.phase() == AppModel::Phase::done; }))
         return 1;
     pictures.take(QStringLiteral("results"));
     lists(window, pictures);
     dialogs(window, pictures);
+    menus(*view, window, pictures);
     return 0;
 }

@@ -12,7 +12,8 @@ ConfirmDialog {
     confirmText: ""
     onlyDismisses: true
 
-    onClosed: if (app.alertId !== "") app.dismissAlert()
+    // At the beginning of the way out: an alert that comes during it is another one, and is shown.
+    onAboutToHide: if (app.alertId !== "") app.dismissAlert()
     Component.onCompleted: follow()
 
     function follow() {

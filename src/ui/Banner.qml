@@ -17,13 +17,19 @@ Rectangle {
     Accessible.role: Accessible.Notification
     Accessible.name: text
 
-    RowLayout {
+    GridLayout {
         id: row
+
+        readonly property real textRoom: width - mark.width - place.implicitWidth - 2 * columnSpacing
+
         anchors.fill: parent
         anchors.margins: Math.round(12 * Theme.u)
-        spacing: Theme.spaceM
+        columns: textRoom < 150 * Theme.u ? 2 : 3
+        columnSpacing: Theme.spaceM
+        rowSpacing: Theme.spaceM
 
         Symbol {
+            id: mark
             name: root.symbol
             color: root.tint
             size: Theme.body * 1.4
@@ -36,9 +42,13 @@ Rectangle {
             wrapMode: Text.Wrap
             Layout.fillWidth: true
         }
+        // Below the text where there is too little room beside it.
         RowLayout {
             id: place
+            visible: visibleChildren.length > 0
             spacing: Theme.spaceM
+            Layout.column: row.columns - 1
+            Layout.row: 3 - row.columns
         }
     }
 }

@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 
 /// Asks before something is destroyed or moved away. Cancel is the default and has the focus; Return cancels
-/// too, unless the user has gone to the other button.
+/// from wherever the focus is. Only a click or the space key confirms.
 Popup {
     id: root
 
@@ -13,6 +13,7 @@ Popup {
     required property string confirmText
     property bool destructive: false
     property bool onlyDismisses: false
+    readonly property real mostHeight: (parent?.height ?? 640) - 2 * Theme.padding
 
     signal confirmed()
 
@@ -27,49 +28,69 @@ Popup {
     onOpened: cancel.forceActiveFocus(Qt.TabFocusReason)
 
     contentItem: ColumnLayout {
-        spacing: Theme.spaceM
+        spacing: Theme.spaceL
 
-        Accessible.role: Accessible.AlertMessage
+        Accessible.role: root.onlyDismisses ? Accessible.AlertMessage : Accessible.Dialog
         Accessible.name: root.title
         Accessible.description: root.message
 
-        Text {
-            objectName: "dialogTitle"
-            text: root.title
-            textFormat: Text.PlainText
-            color: Theme.text
-            font.pixelSize: Theme.headline
-            font.bold: true
-            wrapMode: Text.Wrap
-            maximumLineCount: 6
-            elide: Text.ElideRight
+        Keys.onReturnPressed: root.close()
+        Keys.onEnterPressed: root.close()
+
+        // However long the names are, the buttons stay in the window.
+        Flickable {
+            objectName: "dialogTexts"
+            contentHeight: texts.implicitHeight
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
             Layout.fillWidth: true
-        }
-        Text {
-            objectName: "dialogMessage"
-            text: root.message
-            textFormat: Text.PlainText
-            color: Theme.secondary
-            font.pixelSize: Theme.body
-            wrapMode: Text.Wrap
-            lineHeight: 1.15
-            maximumLineCount: 14
-            elide: Text.ElideRight
-            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.preferredHeight: texts.implicitHeight
+            Layout.maximumHeight: Math.max(40, root.mostHeight - buttons.implicitHeight - 2 * root.padding - Theme.spaceL)
+
+            ScrollBar.vertical: ThinScrollBar {}
+
+            ColumnLayout {
+                id: texts
+                width: parent.width
+                spacing: Theme.spaceM
+
+                Text {
+                    objectName: "dialogTitle"
+                    text: root.title
+                    textFormat: Text.PlainText
+                    color: Theme.text
+                    font.pixelSize: Theme.headline
+                    font.bold: true
+                    wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                    Layout.fillWidth: true
+                }
+                Text {
+                    objectName: "dialogMessage"
+                    text: root.message
+                    textFormat: Text.PlainText
+                    color: Theme.secondary
+                    font.pixelSize: Theme.body
+                    wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                    lineHeight: 1.15
+                    Layout.fillWidth: true
+                }
+            }
         }
         Flow {
+            id: buttons
             layoutDirection: Qt.RightToLeft
             spacing: Theme.spaceM
             Layout.fillWidth: true
-            Layout.topMargin: Theme.spaceM
 
             PushButton {
-                id: confirm
                 objectName: "confirm"
                 visible: !root.onlyDismisses
+                width: Math.min(implicitWidth, buttons.width)
                 text: root.confirmText
                 prominent: true
                 destructive: root.destructive
+                activatesOnReturn: false
                 onClicked: {
                     root.close()
                     root.confirmed()
@@ -78,6 +99,7 @@ Popup {
             PushButton {
                 id: cancel
                 objectName: "cancel"
+                width: Math.min(implicitWidth, buttons.width)
                 text: root.onlyDismisses ? "Tamam" : "Vazgeç"
                 onClicked: root.close()
             }

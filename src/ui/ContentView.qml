@@ -9,17 +9,32 @@ Item {
 
     required property var app
 
+    // In a narrow window the content keeps its least width, and the columns beside it give theirs.
+    function fit() {
+        const room = columns.width - content.SplitView.minimumWidth - 2
+        const narrow = (item, other) => {
+            const width = Math.max(item.SplitView.minimumWidth, room - other)
+            if (item.SplitView.preferredWidth > width)
+                item.SplitView.preferredWidth = width
+        }
+        narrow(detail, side.SplitView.preferredWidth)
+        narrow(side, detail.SplitView.preferredWidth)
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: 0
 
         TopBar {
+            id: bar
             app: root.app
             Layout.fillWidth: true
         }
         SplitView {
+            id: columns
             objectName: "columns"
             orientation: Qt.Horizontal
+            onWidthChanged: root.fit()
             Layout.fillWidth: true
             Layout.fillHeight: true
 
@@ -39,11 +54,15 @@ Item {
             }
 
             SidebarView {
+                id: side
                 app: root.app
+                focus: true
                 SplitView.minimumWidth: 210
-                SplitView.preferredWidth: 230 * Math.min(Theme.u, 1.4)
+                SplitView.preferredWidth: 230
             }
             FocusScope {
+                id: content
+                objectName: "content"
                 SplitView.minimumWidth: 420
                 SplitView.preferredWidth: 520
                 SplitView.fillWidth: true
@@ -63,10 +82,15 @@ Item {
                 app: root.app
                 SplitView.minimumWidth: 320
                 SplitView.preferredWidth: 380
+                onFocusLost: content.forceActiveFocus()
             }
         }
     }
 
+    Shortcut {
+        sequences: ["F10"]
+        onActivated: bar.openMenu()
+    }
     Component {
         id: overview
         OverviewView { app: root.app }

@@ -27,10 +27,13 @@ ColumnLayout {
         busy: root.detail.isCleaning
         text: "Simülatörü Sil"
         prominent: true
+        activatesOnReturn: false
         tint: root.detail.level === "safe" ? Theme.green : Theme.orange
+        Layout.maximumWidth: root.width
         onClicked: root.app.removePermanently(root.detail.token)
     }
     Flow {
+        id: cleaning
         visible: root.detail.action === "trash"
         spacing: Theme.spaceM
         Layout.fillWidth: true
@@ -38,6 +41,7 @@ ColumnLayout {
         PushButton {
             id: trash
             objectName: "moveToTrash"
+            width: Math.min(implicitWidth, cleaning.width)
             enabled: !root.detail.isCleaning
             busy: root.detail.isCleaning
             text: "Çöp Kutusuna Taşı"
@@ -48,6 +52,7 @@ ColumnLayout {
         }
         PushButton {
             objectName: "removePermanently"
+            width: Math.min(implicitWidth, cleaning.width)
             visible: root.detail.offersPermanent
             enabled: !root.detail.isCleaning
             text: "Kalıcı Sil…"
@@ -72,11 +77,13 @@ ColumnLayout {
         Layout.fillWidth: true
     }
     Flow {
+        id: others
         spacing: Theme.spaceM
         Layout.fillWidth: true
 
         PushButton {
             objectName: "revealButton"
+            width: Math.min(implicitWidth, others.width)
             text: "Finder'da Göster"
             symbol: "folder"
             onClicked: root.app.reveal(root.detail.token)
@@ -84,9 +91,10 @@ ColumnLayout {
         PushButton {
             id: relabel
             objectName: "relabel"
+            width: Math.min(implicitWidth, others.width)
             text: "Etiketi Değiştir"
             Accessible.role: Accessible.ButtonMenu
-            onClicked: levels.open()
+            onClicked: levels.openFromKeyboard(visualFocus)
 
             LevelMenu {
                 id: levels

@@ -1,11 +1,14 @@
 import QtQuick
 
 /// The detail column: nothing, one finding, or several.
-Item {
+FocusScope {
     id: root
 
     required property var app
     property bool isOverview: app.isOverview
+
+    /// What had the focus in here has gone.
+    signal focusLost()
 
     /// Presses the prominent button of what is shown.
     function pressMain() {
@@ -28,8 +31,11 @@ Item {
         anchors.fill: parent
         sourceComponent: root.app.detailKind === "one" ? one : root.app.detailKind === "several" ? several : empty
         onKeyChanged: {
+            const hadFocus = root.activeFocus
             active = false
             active = true
+            if (hadFocus)
+                root.focusLost()
         }
     }
 

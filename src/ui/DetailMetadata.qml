@@ -20,6 +20,7 @@ GridLayout {
             text: modelData.label
             color: Theme.secondary
             font.pixelSize: Theme.callout
+            Accessible.ignored: true
             Layout.row: index
             Layout.column: 0
             Layout.alignment: Qt.AlignTop
@@ -33,7 +34,7 @@ GridLayout {
             required property int index
             text: modelData.value
             font.pixelSize: Theme.callout
-            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+            Accessible.name: modelData.label + ": " + text
             Layout.row: index
             Layout.column: 1
             Layout.fillWidth: true

@@ -23,12 +23,14 @@ ScrollColumn {
             spacing: Theme.spaceM
             Layout.fillWidth: true
             LevelBadge {
+                id: levelBadge
                 app: root.app
                 level: root.detail.level
             }
             SourceBadge {
                 objectName: "detailBadge"
                 visible: root.detail.badge !== ""
+                height: levelBadge.height
                 app: root.app
                 source: root.detail.source
                 badge: root.detail.badge
@@ -39,16 +41,17 @@ ScrollColumn {
             text: root.detail.title
             font.pixelSize: Theme.title1
             font.bold: true
-            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
             Layout.fillWidth: true
         }
         Text {
+            objectName: "detailSize"
             text: root.detail.sizeText
             color: Theme.secondary
             font.pixelSize: Theme.title2
         }
     }
     SelectableText {
+        objectName: "explanation"
         text: root.detail.explanation
         Layout.fillWidth: true
     }

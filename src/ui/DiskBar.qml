@@ -10,6 +10,8 @@ ColumnLayout {
     required property string usedText
     required property string freeText
     required property bool isLow
+    /// What the bar lies on.
+    property color surface: Theme.window
 
     spacing: Theme.spaceS
 
@@ -20,9 +22,7 @@ ColumnLayout {
         id: bar
         Layout.fillWidth: true
         implicitHeight: Math.round(18 * Theme.u)
-        radius: Theme.radiusS
         color: Theme.fill
-        clip: true
 
         Row {
             id: row
@@ -30,45 +30,50 @@ ColumnLayout {
             spacing: 1
 
             Repeater {
-                model: root.segments
+                model: root.segments.length
 
                 Rectangle {
-                    required property var modelData
                     required property int index
-                    readonly property color tint: Theme.levelColor(modelData.level)
+                    readonly property var segment: root.segments[index] ?? ({ level: "", fraction: 0 })
+                    readonly property bool isOther: segment.level === ""
+                    readonly property color tint: isOther ? Theme.faint(Theme.secondary, 0.35) : Theme.levelColor(segment.level)
 
-                    objectName: "segment-" + modelData.level
-                    visible: modelData.fraction > 0
-                    width: Math.max(0, bar.width * modelData.fraction)
+                    objectName: "segment-" + (isOther ? "other" : segment.level)
+                    visible: segment.fraction > 0
+                    width: Math.max(0, bar.width * segment.fraction)
                     height: row.height
-                    color: modelData.level === "" ? Theme.faint(Theme.secondary, 0.35) : tint
-                    radius: x === 0 ? Theme.radiusS : 0
-
-                    Rectangle {
-                        visible: parent.modelData.level !== ""
-                        anchors.fill: parent
-                        radius: parent.radius
-                        gradient: Gradient {
-                            GradientStop { position: 0; color: Qt.rgba(1, 1, 1, 0.22) }
-                            GradientStop { position: 1; color: Qt.rgba(1, 1, 1, 0) }
-                        }
+                    gradient: Gradient {
+                        GradientStop { position: 0; color: isOther ? tint : Qt.lighter(tint, Theme.dark ? 1.1 : 1.3) }
+                        GradientStop { position: 1; color: tint }
                     }
                 }
             }
+        }
+        // Rounds the corners of whatever lies at the ends.
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -3
+            radius: Theme.radiusS + 3
+            color: "transparent"
+            border.width: 3
+            border.color: root.surface
         }
     }
     RowLayout {
         Layout.fillWidth: true
         Text {
+            objectName: "used"
             text: root.usedText
             textFormat: Text.PlainText
             color: Theme.secondary
             font.pixelSize: Theme.caption
-            elide: Text.ElideRight
+            wrapMode: Text.Wrap
             Layout.fillWidth: true
+            Layout.alignment: Qt.AlignTop
         }
         Text {
             objectName: "free"
+            Layout.alignment: Qt.AlignTop
             text: root.freeText
             textFormat: Text.PlainText
             color: root.isLow ? Theme.red : Theme.secondary

@@ -33,7 +33,7 @@ Item {
                     color: Theme.text
                     font.pixelSize: Theme.title2
                     font.weight: Font.DemiBold
-                    elide: Text.ElideRight
+                    wrapMode: Text.Wrap
                     Layout.fillWidth: true
                     Accessible.role: Accessible.Heading
                     Accessible.name: text
@@ -44,6 +44,8 @@ Item {
                     text: root.app.listSubtitle
                     color: Theme.secondary
                     font.pixelSize: Theme.caption
+                    wrapMode: Text.Wrap
+                    Layout.fillWidth: true
                 }
             }
             PushButton {
@@ -60,6 +62,7 @@ Item {
             }
         }
         Loader {
+            focus: true
             Layout.fillWidth: true
             Layout.fillHeight: true
             sourceComponent: root.face === "scanning" ? scanning : root.face === "empty" ? empty : list

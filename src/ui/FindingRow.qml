@@ -24,7 +24,8 @@ Item {
     signal pressed(int modifiers)
     signal menuRequested(point where)
 
-    implicitHeight: row.implicitHeight + 2 * Math.round(8 * Theme.u)
+    // Its own four, and four of the list around the highlight.
+    implicitHeight: row.implicitHeight + 2 * Math.round((4 + 4) * Theme.u)
     opacity: isCleaning ? 0.5 : 1
 
     Accessible.role: Accessible.ListItem
@@ -100,9 +101,8 @@ Item {
         }
         ColumnLayout {
             spacing: Math.round(5 * Theme.u)
-            Text {
+            Figures {
                 text: root.sizeText
-                color: Theme.text
                 font.pixelSize: Theme.body
                 Layout.alignment: Qt.AlignRight
             }

@@ -23,9 +23,13 @@ ListView {
 
     function openMenu() {
         const row = selection.currentRow
+        if (row >= 0) {
+            selection.pressForMenu(row)
+            positionViewAtIndex(row, ListView.Contain)
+        }
         const item = row < 0 ? null : itemAtIndex(row)
         if (item)
-            menu.openFor(item.findingId, item, Qt.point(item.width / 3, item.height))
+            menu.openFor(item.findingId, item, Qt.point(item.width / 3, item.height), true)
     }
 
     function type(letters: string) {
@@ -116,11 +120,11 @@ ListView {
         onMenuRequested: where => {
             root.forceActiveFocus(Qt.MouseFocusReason)
             root.selection.pressForMenu(index)
-            menu.openFor(findingId, line, where)
+            menu.openFor(findingId, line, where, false)
         }
     }
 
-    ScrollBar.vertical: ScrollBar {}
+    ScrollBar.vertical: ThinScrollBar {}
 
     Timer {
         id: typing

@@ -39,7 +39,7 @@ AbstractButton {
             elide: Text.ElideMiddle
             Layout.fillWidth: true
         }
-        Text {
+        Figures {
             text: root.sizeText
             color: Theme.secondary
             font.pixelSize: Theme.body

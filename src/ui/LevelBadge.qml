@@ -33,7 +33,7 @@ Rectangle {
             id: label
             text: root.compact ? root.about.shortTitle : root.about.title
             textFormat: Text.PlainText
-            color: root.tint
+            color: Theme.dark ? root.tint : Qt.darker(root.tint, 1.2)
             font.pixelSize: Theme.caption
             font.weight: Font.Medium
         }

@@ -7,10 +7,12 @@ AbstractButton {
     id: root
 
     required property string level
-    required property string symbol
-    required property string title
-    required property string sizeText
-    required property string countText
+    /// Of `symbol`, `title`, `sizeText` and `countText`.
+    required property var about
+    readonly property string symbol: about.symbol
+    readonly property string title: about.title
+    readonly property string sizeText: about.sizeText
+    readonly property string countText: about.countText
     readonly property color tint: Theme.levelColor(level)
 
     text: title
@@ -42,7 +44,7 @@ AbstractButton {
                 color: Theme.text
                 font.pixelSize: Theme.headline
                 font.weight: Font.DemiBold
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 Layout.fillWidth: true
             }
             Symbol {
@@ -51,10 +53,8 @@ AbstractButton {
                 size: Theme.caption
             }
         }
-        Text {
+        Figures {
             text: root.sizeText
-            textFormat: Text.PlainText
-            color: Theme.text
             font.pixelSize: Theme.title2
             font.bold: true
         }
@@ -68,6 +68,7 @@ AbstractButton {
             elide: Text.ElideRight
             lineHeight: 1.1
             Layout.fillWidth: true
+            Layout.fillHeight: true
             Layout.preferredHeight: Math.ceil(metrics.lineSpacing * 1.1) * 3 + 2
             verticalAlignment: Text.AlignTop
 

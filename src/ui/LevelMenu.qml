@@ -23,13 +23,8 @@ MenuPanel {
         onObjectAdded: (index, object) => root.insertItem(index, object)
         onObjectRemoved: (index, object) => root.removeItem(object)
     }
-    MenuSeparator {
+    MenuRule {
         visible: root.canReset
-        height: visible ? implicitHeight : 0
-        contentItem: Rectangle {
-            implicitHeight: 1
-            color: Theme.line
-        }
     }
     MenuLine {
         objectName: "reset"

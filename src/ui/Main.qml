@@ -10,15 +10,26 @@ ApplicationWindow {
     /// "light" or "dark"; empty follows the desktop.
     property string appearance: ""
 
-    onAppearanceChanged: Theme.appearance = appearance
+    property bool reducedMotion: false
 
-    title: "Ulvak"
+    title: app.isOverview ? "Ulvak" : app.listTitle
     width: 1320
     height: 840
     minimumWidth: 1000
     minimumHeight: 640
     visible: true
     color: Theme.window
+
+    Binding {
+        target: Theme
+        property: "appearance"
+        value: root.appearance
+    }
+    Binding {
+        target: Theme
+        property: "reducedMotion"
+        value: root.reducedMotion
+    }
 
     Shortcut {
         sequences: ["Ctrl+R"]

@@ -1,25 +1,40 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Layouts
 
 /// A line of a menu.
 MenuItem {
     id: root
 
-    property bool destructive: false
+    property string shortcut: ""
 
     implicitHeight: visible ? Math.round(28 * Theme.u) : 0
     leftPadding: Theme.spaceM
     rightPadding: Theme.spaceM + (subMenu ? Theme.spaceL : 0)
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     font.pixelSize: Theme.body
 
-    contentItem: Text {
-        text: root.text
-        textFormat: Text.PlainText
-        color: root.destructive ? Theme.red : Theme.text
+    Accessible.role: Accessible.MenuItem
+    Accessible.name: text
+
+    contentItem: RowLayout {
+        spacing: Theme.spaceL
         opacity: root.enabled ? 1 : 0.45
-        font: root.font
-        verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
+
+        Text {
+            text: root.text
+            textFormat: Text.PlainText
+            color: Theme.text
+            font: root.font
+            elide: Text.ElideRight
+            Layout.fillWidth: true
+        }
+        Text {
+            visible: text !== ""
+            text: root.shortcut
+            color: Theme.secondary
+            font: root.font
+        }
     }
     arrow: Symbol {
         visible: root.subMenu

@@ -12,6 +12,12 @@ Menu {
         return width
     }
 
+    /// With its first line chosen where the keyboard opens it.
+    function openFromKeyboard(byKeyboard: bool) {
+        open()
+        currentIndex = byKeyboard ? 0 : -1
+    }
+
     padding: Math.round(5 * Theme.u)
     implicitWidth: Math.max(200 * Theme.u, widest + 2 * padding)
     overlap: 2

@@ -56,17 +56,45 @@ Rectangle {
             id: note
             objectName: "note"
             visible: root.app.isModelAvailable
-            placeholderText: "Bildiğin bir şey var mı? Ör. \"bench benim test çıktılarım\""
-            placeholderTextColor: Theme.tertiary
             color: Theme.text
             font.pixelSize: Theme.body
             wrapMode: TextArea.Wrap
             textFormat: TextEdit.PlainText
             selectByMouse: true
-            KeyNavigation.priority: KeyNavigation.BeforeItem
-            KeyNavigation.tab: ask
+            selectionColor: Theme.faint(Theme.accent, 0.35)
+            selectedTextColor: Theme.text
+            padding: Theme.spaceS
+            implicitHeight: Math.max(contentHeight, hint.visible ? hint.implicitHeight : 0) + topPadding + bottomPadding
             Layout.fillWidth: true
+
             Accessible.name: "Not"
+            Accessible.description: hint.text
+
+            // A note has no tabs: the key leads on. Return begins a new line; with Ctrl it asks.
+            Keys.priority: Keys.BeforeItem
+            Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+            Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+            Keys.onReturnPressed: event => {
+                event.accepted = (event.modifiers & Qt.ControlModifier) !== 0
+                if (event.accepted && ask.enabled)
+                    ask.click()
+            }
+
+            // The toolkit's own would be cut at the end of the line.
+            Text {
+                id: hint
+                objectName: "noteHint"
+                visible: note.length === 0 && note.preeditText === ""
+                x: note.leftPadding
+                y: note.topPadding
+                width: note.width - note.leftPadding - note.rightPadding
+                text: "Bildiğin bir şey var mı? Ör. \"bench benim test çıktılarım\""
+                textFormat: Text.PlainText
+                color: Theme.tertiary
+                font: note.font
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
             background: Rectangle {
                 radius: Theme.radiusS
                 color: Theme.raised
@@ -81,6 +109,7 @@ Rectangle {
             enabled: !root.detail.isAnalyzing
             busy: root.detail.isAnalyzing
             text: root.detail.isAnalyzing ? "Düşünüyor…" : root.detail.source === "ai" ? "Yeniden Analiz Et" : "Analiz Et"
+            Layout.maximumWidth: column.width
             onClicked: root.app.analyze(root.detail.token, note.text)
         }
         Text {

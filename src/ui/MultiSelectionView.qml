@@ -22,10 +22,13 @@ ScrollColumn {
         color: Theme.text
         font.pixelSize: Theme.title2
         font.bold: true
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
     Text {
+        objectName: "severalTotal"
         text: root.several.totalText
         color: Theme.text
         font.pixelSize: Math.round(30 * Theme.u)
@@ -39,11 +42,13 @@ ScrollColumn {
                 id: line
                 required property var modelData
                 spacing: Theme.spaceM
+                objectName: "count-" + modelData.level
                 LevelBadge {
                     app: root.app
                     level: line.modelData.level
                 }
                 Text {
+                    objectName: "number"
                     text: line.modelData.count
                     color: Theme.text
                     font.pixelSize: Theme.body
@@ -67,6 +72,7 @@ ScrollColumn {
         text: "Seçilenleri Temizle"
         symbol: "trash"
         prominent: true
+        Layout.maximumWidth: parent.width
         onClicked: root.several.asksFirst ? confirm.ask() : root.app.cleanTokens(root.several.cleanableTokens)
     }
 

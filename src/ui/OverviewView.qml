@@ -10,6 +10,7 @@ ScrollColumn {
     objectName: "overview"
 
     Loader {
+        focus: true
         sourceComponent: root.app.phase === "idle" ? welcome : root.app.phase === "scanning" ? scanning : results
         onSourceComponentChanged: root.contentY = 0
         Layout.fillWidth: true

@@ -10,6 +10,8 @@ AbstractButton {
     property bool prominent: false
     property bool destructive: false
     property bool busy: false
+    /// Off for what destroys: Return is pressed too easily.
+    property bool activatesOnReturn: true
     property color tint: destructive ? Theme.red : Theme.accent
     property real labelPadding: 0
     readonly property color ink: prominent ? Theme.onTint : destructive ? Theme.red : Theme.text
@@ -24,8 +26,14 @@ AbstractButton {
     Accessible.name: text
     Accessible.onPressAction: root.click()
 
-    Keys.onReturnPressed: if (!destructive) click()
-    Keys.onEnterPressed: if (!destructive) click()
+    Keys.onReturnPressed: event => pressByReturn(event)
+    Keys.onEnterPressed: event => pressByReturn(event)
+
+    function pressByReturn(event: var) {
+        event.accepted = activatesOnReturn
+        if (activatesOnReturn && !event.isAutoRepeat)
+            click()
+    }
 
     contentItem: Item {
         RowLayout {
@@ -46,12 +54,13 @@ AbstractButton {
                 size: Theme.body * 1.15
             }
             Text {
+                visible: text !== ""
                 text: root.text
                 textFormat: Text.PlainText
                 color: root.ink
                 font.pixelSize: Theme.body
                 font.weight: root.prominent ? Font.DemiBold : Font.Medium
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 Layout.fillWidth: true
             }
         }

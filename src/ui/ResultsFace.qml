@@ -7,6 +7,9 @@ ColumnLayout {
     id: root
 
     required property var app
+    // By number, so that a control keeps the focus while what it shows changes.
+    readonly property var levels: app.levels
+    readonly property var largest: app.largest
 
     spacing: Math.round(20 * Theme.u)
 
@@ -71,6 +74,7 @@ ColumnLayout {
         Layout.fillWidth: true
 
         PushButton {
+            objectName: "openSettings"
             visible: root.app.hasPrivacySettings
             text: "Ayarları Aç"
             onClicked: root.app.openFullDiskAccessSettings()
@@ -118,18 +122,16 @@ ColumnLayout {
         Layout.fillWidth: true
 
         Repeater {
-            model: root.app.levels
+            model: root.levels.length
 
             LevelCard {
-                required property var modelData
+                required property int index
                 objectName: "card-" + level
-                level: modelData.level
-                symbol: modelData.symbol
-                title: modelData.title
-                sizeText: modelData.sizeText
-                countText: modelData.countText
+                level: about.level
+                about: root.levels[index]
                 onClicked: root.app.sidebar = level
                 Layout.fillWidth: true
+                Layout.fillHeight: true
                 Layout.preferredWidth: cards.minimum
             }
         }
@@ -148,17 +150,17 @@ ColumnLayout {
             Accessible.name: text
         }
         Repeater {
-            model: root.app.largest
+            model: root.largest.length
 
             LargestRow {
-                required property var modelData
                 required property int index
+                readonly property var about: root.largest[index] ?? ({ level: "unknown", title: "", sizeText: "" })
                 objectName: "largest-" + index
-                level: modelData.level
-                symbol: root.app.levelInfo(modelData.level).symbol
-                text: modelData.title
-                sizeText: modelData.sizeText
-                isLast: index === root.app.largest.length - 1
+                level: about.level
+                symbol: root.app.levelInfo(level).symbol
+                text: about.title
+                sizeText: about.sizeText
+                isLast: index === root.largest.length - 1
                 onClicked: root.app.sidebar = level
                 Layout.fillWidth: true
             }

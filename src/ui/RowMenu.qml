@@ -11,12 +11,13 @@ MenuPanel {
 
     objectName: "rowMenu"
 
-    function openFor(finding: string, item: Item, point: point) {
+    function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         token = finding
         about = app.menuInfo(finding)
         if (about.canReset === undefined)
             return
         popup(item, point)
+        currentIndex = byKeyboard ? 0 : -1
     }
 
     MenuLine {
@@ -37,13 +38,8 @@ MenuPanel {
         token: root.token
         canReset: root.about.canReset ?? false
     }
-    MenuSeparator {
+    MenuRule {
         visible: root.about.canTrash ?? false
-        height: visible ? implicitHeight : 0
-        contentItem: Rectangle {
-            implicitHeight: 1
-            color: Theme.line
-        }
     }
     MenuLine {
         objectName: "trash"

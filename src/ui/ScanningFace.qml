@@ -32,7 +32,7 @@ ColumnLayout {
             color: Theme.secondary
             font.pixelSize: Theme.body
         }
-        Text {
+        Figures {
             objectName: "scannedFiles"
             text: root.app.scannedFilesText
             color: Theme.text
@@ -43,7 +43,7 @@ ColumnLayout {
             color: Theme.secondary
             font.pixelSize: Theme.body
         }
-        Text {
+        Figures {
             objectName: "scannedBytes"
             text: root.app.scannedBytesText
             color: Theme.text
@@ -51,6 +51,7 @@ ColumnLayout {
         }
     }
     Text {
+        objectName: "currentPath"
         text: root.app.currentPath
         textFormat: Text.PlainText
         color: Theme.tertiary

@@ -19,12 +19,32 @@ Flickable {
     function reveal(item: Item) {
         const top = item.mapToItem(column, 0, 0).y + margin
         if (top < contentY)
-            contentY = Math.max(0, top - margin)
+            scrollTo(top - margin)
         else if (top + item.height > contentY + height)
-            contentY = Math.min(contentHeight - height, top + item.height + margin - height)
+            scrollTo(top + item.height + margin - height)
     }
 
-    ScrollBar.vertical: ScrollBar { policy: root.contentHeight > root.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff }
+    function scrollTo(y: real) {
+        contentY = Math.max(0, Math.min(y, contentHeight - height))
+    }
+
+    // What no control in the column has taken.
+    Keys.onPressed: event => {
+        const line = 3 * Theme.controlHeight
+        const page = 0.9 * height
+        switch (event.key) {
+        case Qt.Key_Down: scrollTo(contentY + line); break
+        case Qt.Key_Up: scrollTo(contentY - line); break
+        case Qt.Key_PageDown: scrollTo(contentY + page); break
+        case Qt.Key_PageUp: scrollTo(contentY - page); break
+        case Qt.Key_Home: scrollTo(0); break
+        case Qt.Key_End: scrollTo(contentHeight); break
+        default: return
+        }
+        event.accepted = true
+    }
+
+    ScrollBar.vertical: ThinScrollBar {}
 
     ColumnLayout {
         id: column

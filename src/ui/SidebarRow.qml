@@ -14,8 +14,10 @@ Item {
     property bool focused: false
 
     signal chosen()
+    /// A press with Ctrl on the row that is selected.
+    signal unchosen()
 
-    implicitHeight: Math.round(32 * Theme.u)
+    implicitHeight: Math.max(Math.round(32 * Theme.u), texts.implicitHeight + Theme.spaceS)
 
     Accessible.role: Accessible.ListItem
     Accessible.name: trailing === "" ? title : title + ", " + trailing
@@ -44,22 +46,41 @@ Item {
             color: root.tint
             size: Theme.body * 1.3
         }
-        Text {
-            text: root.title
-            textFormat: Text.PlainText
-            color: Theme.text
-            font.pixelSize: Theme.body
-            font.weight: root.selected ? Font.DemiBold : Font.Normal
-            elide: Text.ElideRight
+        // The size goes below a title that needs the room.
+        GridLayout {
+            id: texts
+            columns: label.implicitWidth + size.implicitWidth + columnSpacing > width ? 1 : 2
+            columnSpacing: Theme.spaceS
+            rowSpacing: 0
             Layout.fillWidth: true
-        }
-        Text {
-            visible: text !== ""
-            text: root.trailing
-            color: Theme.secondary
-            font.pixelSize: Theme.caption
+
+            Text {
+                id: label
+                text: root.title
+                textFormat: Text.PlainText
+                color: Theme.text
+                font.pixelSize: Theme.body
+                font.weight: root.selected ? Font.DemiBold : Font.Normal
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+            }
+            Figures {
+                id: size
+                objectName: "rowSize"
+                visible: text !== ""
+                text: root.trailing
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+            }
         }
     }
     HoverHandler { id: hover }
-    TapHandler { onTapped: root.chosen() }
+    TapHandler {
+        acceptedModifiers: Qt.NoModifier
+        onPressedChanged: if (pressed) root.chosen()
+    }
+    TapHandler {
+        acceptedModifiers: Qt.ControlModifier
+        onTapped: root.selected ? root.unchosen() : root.chosen()
+    }
 }

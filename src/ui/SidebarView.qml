@@ -7,7 +7,8 @@ FocusScope {
 
     required property var app
 
-    readonly property var items: ["overview"].concat(app.levels.map(level => level.level))
+    readonly property var levels: app.levels
+    readonly property var items: ["overview"].concat(levels.map(level => level.level))
     readonly property int current: items.indexOf(app.sidebar)
 
     Accessible.role: Accessible.List
@@ -56,8 +57,9 @@ FocusScope {
                 symbol: "internaldrive"
                 title: "Özet"
                 selected: root.app.sidebar === "overview"
-                focused: selected && root.activeFocus && root.Window.active
+                focused: (selected || root.current < 0) && root.activeFocus && root.Window.active
                 onChosen: root.choose("overview")
+                onUnchosen: root.choose("")
                 Layout.fillWidth: true
             }
             Text {
@@ -70,19 +72,21 @@ FocusScope {
                 Layout.bottomMargin: Math.round(4 * Theme.u)
             }
             Repeater {
-                model: root.app.levels
+                model: root.levels.length
 
                 SidebarRow {
-                    required property var modelData
+                    required property int index
+                    readonly property var about: root.levels[index]
                     objectName: "row-" + item
-                    item: modelData.level
-                    symbol: modelData.symbol
+                    item: about.level
+                    symbol: about.symbol
                     tint: Theme.levelColor(item)
-                    title: modelData.title
-                    trailing: root.app.phase === "done" ? modelData.sizeText : ""
+                    title: about.title
+                    trailing: root.app.phase === "done" ? about.sizeText : ""
                     selected: root.app.sidebar === item
                     focused: selected && root.activeFocus && root.Window.active
                     onChosen: root.choose(item)
+                    onUnchosen: root.choose("")
                     Layout.fillWidth: true
                 }
             }
@@ -102,10 +106,11 @@ FocusScope {
                 Layout.fillWidth: true
             }
             Text {
+                objectName: "diskText"
                 text: root.app.diskText
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 Layout.fillWidth: true
             }
         }

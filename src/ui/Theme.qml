@@ -49,7 +49,7 @@ QtObject {
     // Ink.
     readonly property color text: dark ? "#f2f3f5" : "#1a1c20"
     readonly property color secondary: dark ? "#abb0ba" : "#5b616b"
-    readonly property color tertiary: dark ? "#868c97" : "#767c87"
+    readonly property color tertiary: dark ? "#8f95a0" : "#6a707b"
     readonly property color onTint: "#ffffff"
 
     // Named colours.

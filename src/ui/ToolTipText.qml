@@ -7,14 +7,14 @@ ToolTip {
 
     delay: 600
     padding: Theme.spaceS
+    width: Math.min(implicitContentWidth + 2 * padding, 480 * Theme.u)
 
     contentItem: Text {
         text: root.text
         textFormat: Text.PlainText
-        wrapMode: Text.WrapAnywhere
+        wrapMode: Text.WrapAtWordBoundaryOrAnywhere
         color: Theme.text
         font.pixelSize: Theme.caption
-        width: Math.min(implicitWidth, 480 * Theme.u)
     }
     background: Rectangle {
         radius: Theme.radiusS

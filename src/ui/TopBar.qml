@@ -11,6 +11,10 @@ Rectangle {
     implicitHeight: Math.round(46 * Theme.u)
     color: Theme.side
 
+    function openMenu() {
+        menu.openFromKeyboard(true)
+    }
+
     Accessible.role: Accessible.ToolBar
     Accessible.name: "Araç çubuğu"
 
@@ -34,8 +38,42 @@ Rectangle {
             onClicked: root.app.phase === "scanning" ? root.app.cancelScan() : root.app.scan()
             ToolTipText {
                 visible: parent.hovered && root.app.phase !== "scanning"
-                text: "Tara (" + shortcut + ")"
-                readonly property string shortcut: "Ctrl+R"
+                text: "Tara (Ctrl+R)"
+            }
+        }
+        PushButton {
+            id: menuButton
+            objectName: "menuButton"
+            text: ""
+            symbol: "line.3.horizontal"
+            Accessible.name: "Menü"
+            Accessible.role: Accessible.ButtonMenu
+            onClicked: menu.openFromKeyboard(visualFocus)
+            ToolTipText {
+                visible: parent.hovered && !menu.visible
+                text: "Menü (F10)"
+            }
+
+            MenuPanel {
+                id: menu
+                objectName: "mainMenu"
+                x: menuButton.width - width
+                y: menuButton.height + 4
+
+                MenuLine {
+                    objectName: "menuScan"
+                    text: "Tara"
+                    shortcut: "Ctrl+R"
+                    enabled: root.app.phase !== "scanning"
+                    onTriggered: root.app.scan()
+                }
+                MenuRule {}
+                MenuLine {
+                    objectName: "menuQuit"
+                    text: "Kapat"
+                    shortcut: "Ctrl+Q"
+                    onTriggered: root.Window.window.close()
+                }
             }
         }
     }

@@ -46,7 +46,9 @@ ColumnLayout {
         text: "Taramayı Başlat"
         symbol: "magnifyingglass"
         prominent: true
-        labelPadding: Math.round(4 * Theme.u)
+        labelPadding: Math.round(8 * Theme.u)
+        focus: true
+        Layout.maximumWidth: root.width
         onClicked: root.app.scan()
     }
     ModelStatus {

@@ -32,7 +32,10 @@ std::optional<std::string> FindingSelection::idAt(int row) const {
 }
 
 int FindingSelection::currentRow() const {
-    return current_.empty() ? -1 : rows_.rowOf(current_);
+    if (current_.empty())
+        return -1;
+    const int row = rows_.rowOf(current_);
+    return row >= 0 ? row : std::min(place_, rows_.count() - 1);
 }
 
 void FindingSelection::set(Ids ids) {
@@ -111,6 +114,8 @@ void FindingSelection::clear() {
 }
 
 void FindingSelection::notify() {
+    if (const int row = current_.empty() ? -1 : rows_.rowOf(current_); row >= 0 || current_.empty())
+        place_ = row;
     ++revision_;
     emit changed();
 }

@@ -16,7 +16,7 @@ class FindingSelection : public QObject {
     Q_OBJECT
     /// Grows with every change, so that a binding that names it is evaluated anew.
     Q_PROPERTY(int revision READ revision NOTIFY changed)
-    /// The row with the focus; -1 when there is none.
+    /// The row with the focus, which passes on to the row that follows one that goes; -1 when there is none.
     Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
 public:
     using Ids = std::set<std::string>;
@@ -54,6 +54,7 @@ private:
     Ids ids_;
     std::string anchor_;   ///< from where Shift extends
     std::string current_;  ///< has the focus
+    int place_ = -1;       ///< its row, or where that was before it went
     int revision_ = 0;
 };
 

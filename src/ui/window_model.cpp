@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "app/shown.h"
-#include "platform/file_browser.h"
 #include "core/checked_add.h"
+#include "platform/file_browser.h"
 #include "ui/texts.h"
 
 namespace ulvak {
