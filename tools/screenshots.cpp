@@ -115,19 +115,19 @@ void dialogs(WindowModel& window, Pictures& pictures) {
     window.setSidebar(QStringLiteral("caution"));
     selectRows(window, 4);
     pictures.take(QStringLiteral("several"));
-    pictures.call("cleanSeveral", "click");
+    pictures.call("cleanSeveral", "activate");
     pictures.take(QStringLiteral("confirm-several"));
     pictures.call("confirmSeveral", "close");
     window.setSidebar(QStringLiteral("safe"));
     selectRows(window, 1);
     settle();
-    pictures.call("removePermanently", "click");
+    pictures.call("removePermanently", "activate");
     pictures.take(QStringLiteral("confirm-permanent"));
     pictures.call("confirmPermanent", "close");
     window.setSidebar(QStringLiteral("keep"));
     selectRows(window, 1);
     settle();
-    pictures.call("moveToTrash", "click");
+    pictures.call("moveToTrash", "activate");
     pictures.take(QStringLiteral("confirm-trash"));
     pictures.call("confirmTrash", "close");
 }

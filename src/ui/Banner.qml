@@ -24,7 +24,8 @@ Rectangle {
 
         anchors.fill: parent
         anchors.margins: Math.round(12 * Theme.u)
-        columns: textRoom < 150 * Theme.u ? 2 : 3
+        readonly property bool isTight: textRoom < 11 * Theme.body
+        columns: 3
         columnSpacing: Theme.spaceM
         rowSpacing: Theme.spaceM
 
@@ -40,6 +41,7 @@ Rectangle {
             color: Theme.text
             font.pixelSize: Theme.body
             wrapMode: Text.Wrap
+            Layout.columnSpan: row.isTight ? 2 : 1
             Layout.fillWidth: true
         }
         // Below the text where there is too little room beside it.
@@ -47,8 +49,10 @@ Rectangle {
             id: place
             visible: visibleChildren.length > 0
             spacing: Theme.spaceM
-            Layout.column: row.columns - 1
-            Layout.row: 3 - row.columns
+            Layout.column: row.isTight ? 0 : 2
+            Layout.row: row.isTight ? 1 : 0
+            Layout.columnSpan: row.isTight ? 3 : 1
+            Layout.maximumWidth: row.width
         }
     }
 }

@@ -58,7 +58,7 @@ Item {
                 app: root.app
                 focus: true
                 SplitView.minimumWidth: 210
-                SplitView.preferredWidth: 230
+                SplitView.preferredWidth: 230 * Math.max(1, Math.min(Theme.base / 13, 1.6))
             }
             FocusScope {
                 id: content

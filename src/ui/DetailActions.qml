@@ -14,9 +14,9 @@ ColumnLayout {
     /// Presses the prominent button, if there is one.
     function pressMain() {
         if (detail.action === "trash" && !detail.isCleaning)
-            trash.click()
+            trash.activate()
         else if (detail.action === "simulator" && !detail.isCleaning)
-            simulator.click()
+            simulator.activate()
     }
 
     PushButton {

@@ -18,8 +18,12 @@ Item {
         anchors.fill: parent
         spacing: 0
 
-        RowLayout {
-            spacing: Theme.spaceM
+        GridLayout {
+            id: heading
+
+            columns: title.implicitWidth + analyze.implicitWidth + columnSpacing > width && analyze.visible ? 1 : 2
+            columnSpacing: Theme.spaceM
+            rowSpacing: Theme.spaceM
             Layout.fillWidth: true
             Layout.margins: Theme.spaceL
             Layout.bottomMargin: Theme.spaceM
@@ -28,6 +32,7 @@ Item {
                 spacing: Math.round(2 * Theme.u)
                 Layout.fillWidth: true
                 Text {
+                    id: title
                     objectName: "listTitle"
                     text: root.app.listTitle
                     color: Theme.text
@@ -49,6 +54,7 @@ Item {
                 }
             }
             PushButton {
+                id: analyze
                 objectName: "analyzeList"
                 visible: root.app.offersBatch
                 enabled: !root.app.isBatchRunning

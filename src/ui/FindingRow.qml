@@ -61,8 +61,12 @@ Item {
             spacing: Math.round(3 * Theme.u)
             Layout.fillWidth: true
 
-            RowLayout {
-                spacing: Theme.spaceS
+            // Beside the title where there is room, else below it.
+            GridLayout {
+                columns: root.width < 28 * Theme.body ? 1 : 4
+                columnSpacing: Theme.spaceS
+                rowSpacing: Math.round(3 * Theme.u)
+
                 Text {
                     id: titleText
                     text: root.title
@@ -86,7 +90,10 @@ Item {
                     source: root.source
                     badge: root.badge
                 }
-                Item { Layout.fillWidth: true }
+                Item {
+                    visible: parent.columns > 1
+                    Layout.fillWidth: true
+                }
             }
             Text {
                 id: locationText

@@ -18,7 +18,10 @@ ListView {
 
     function goTo(row: int, modifiers: int) {
         selection.moveTo(row, modifiers)
-        positionViewAtIndex(selection.currentRow, ListView.Contain)
+        if (selection.currentRow === 0)
+            positionViewAtBeginning()  // with what stands above the rows
+        else
+            positionViewAtIndex(selection.currentRow, ListView.Contain)
     }
 
     function openMenu() {
@@ -102,6 +105,7 @@ ListView {
         padding: Math.round(4 * Theme.u)
         leftPadding: Theme.spaceM
         bottomPadding: Theme.spaceM
+        onHeightChanged: if (root.contentY <= 0) Qt.callLater(root.positionViewAtBeginning)
     }
     delegate: FindingRow {
         id: line

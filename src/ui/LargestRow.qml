@@ -15,12 +15,18 @@ AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
+    /// What a click does.
+    function activate() {
+        if (enabled)
+            clicked()
+    }
+
     Accessible.role: Accessible.Button
     Accessible.name: text + ", " + sizeText
-    Accessible.onPressAction: root.click()
+    Accessible.onPressAction: activate()
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: activate()
+    Keys.onEnterPressed: activate()
 
     contentItem: RowLayout {
         spacing: Theme.spaceM

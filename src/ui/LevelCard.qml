@@ -20,13 +20,19 @@ AbstractButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
 
+    /// What a click does.
+    function activate() {
+        if (enabled)
+            clicked()
+    }
+
     Accessible.role: Accessible.Button
     Accessible.name: title + ", " + sizeText
     Accessible.description: countText
-    Accessible.onPressAction: root.click()
+    Accessible.onPressAction: activate()
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: activate()
+    Keys.onEnterPressed: activate()
 
     contentItem: ColumnLayout {
         spacing: Theme.spaceS
@@ -59,6 +65,7 @@ AbstractButton {
             font.bold: true
         }
         Text {
+            id: count
             text: root.countText
             textFormat: Text.PlainText
             color: Theme.secondary
@@ -77,6 +84,11 @@ AbstractButton {
                 font.pixelSize: Theme.caption
             }
         }
+    }
+
+    ToolTipText {
+        visible: root.hovered && count.truncated
+        text: root.countText
     }
 
     background: Rectangle {

@@ -77,7 +77,7 @@ Rectangle {
             Keys.onReturnPressed: event => {
                 event.accepted = (event.modifiers & Qt.ControlModifier) !== 0
                 if (event.accepted && ask.enabled)
-                    ask.click()
+                    ask.activate()
             }
 
             // The toolkit's own would be cut at the end of the line.

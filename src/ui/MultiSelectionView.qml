@@ -10,7 +10,7 @@ ScrollColumn {
 
     function pressMain() {
         if (clean.enabled)
-            clean.click()
+            clean.activate()
     }
 
     objectName: "multiSelection"

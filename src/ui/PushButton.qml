@@ -17,29 +17,35 @@ AbstractButton {
     readonly property color ink: prominent ? Theme.onTint : destructive ? Theme.red : Theme.text
 
     implicitHeight: Math.max(Theme.controlHeight, content.implicitHeight + 2 * (5 * Theme.u + labelPadding))
-    implicitWidth: content.implicitWidth + 2 * (12 * Theme.u + labelPadding)
+    implicitWidth: content.implicitWidth + 2 * (12 * Theme.u + labelPadding) + 1
     opacity: enabled ? 1 : 0.45
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: root.click()
+    Accessible.onPressAction: activate()
 
     Keys.onReturnPressed: event => pressByReturn(event)
     Keys.onEnterPressed: event => pressByReturn(event)
 
+    /// What a click does.
+    function activate() {
+        if (enabled)
+            clicked()
+    }
+
     function pressByReturn(event: var) {
         event.accepted = activatesOnReturn
         if (activatesOnReturn && !event.isAutoRepeat)
-            click()
+            activate()
     }
 
     contentItem: Item {
         RowLayout {
             id: content
             anchors.centerIn: parent
-            width: Math.min(implicitWidth, parent.width)
+            width: Math.min(implicitWidth, parent.width - 2 * Math.round(10 * Theme.u))
             spacing: Theme.spaceS
 
             Spinner {

@@ -22,8 +22,8 @@ QtObject {
     readonly property real largeTitle: Math.round(base * 2.1)
     readonly property real display: Math.round(base * 3.05)
 
-    // Space.
-    readonly property real u: Math.max(1, base / 13)
+    // Space. Grows more slowly than the letters: with large ones the room is for them.
+    readonly property real u: Math.max(1, 1 + (base / 13 - 1) * 0.4)
     readonly property real spaceS: Math.round(6 * u)
     readonly property real spaceM: Math.round(10 * u)
     readonly property real spaceL: Math.round(16 * u)

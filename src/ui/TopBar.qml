@@ -8,7 +8,7 @@ Rectangle {
 
     required property var app
 
-    implicitHeight: Math.round(46 * Theme.u)
+    implicitHeight: Math.max(Math.round(46 * Theme.u), row.implicitHeight + Theme.spaceL)
     color: Theme.side
 
     function openMenu() {
@@ -19,6 +19,7 @@ Rectangle {
     Accessible.name: "Araç çubuğu"
 
     RowLayout {
+        id: row
         anchors.fill: parent
         anchors.leftMargin: Theme.spaceL
         anchors.rightMargin: Theme.spaceL
