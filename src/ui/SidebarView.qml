@@ -9,6 +9,7 @@ FocusScope {
 
     readonly property var levels: app.levels
     readonly property var items: ["overview"].concat(levels.map(level => level.level))
+    objectName: "sidebar"
     readonly property int current: items.indexOf(app.sidebar)
 
     Accessible.role: Accessible.List
@@ -46,6 +47,8 @@ FocusScope {
         spacing: 0
 
         ScrollColumn {
+            id: list
+            activeFocusOnTab: false
             margin: Theme.spaceM
             spacing: Math.round(2 * Theme.u)
             Layout.fillWidth: true
@@ -58,6 +61,7 @@ FocusScope {
                 title: "Özet"
                 selected: root.app.sidebar === "overview"
                 focused: (selected || root.current < 0) && root.activeFocus && root.Window.active
+                onSelectedChanged: if (selected) list.reveal(this)
                 onChosen: root.choose("overview")
                 onUnchosen: root.choose("")
                 Layout.fillWidth: true
@@ -85,6 +89,7 @@ FocusScope {
                     trailing: root.app.phase === "done" ? about.sizeText : ""
                     selected: root.app.sidebar === item
                     focused: selected && root.activeFocus && root.Window.active
+                    onSelectedChanged: if (selected) list.reveal(this)
                     onChosen: root.choose(item)
                     onUnchosen: root.choose("")
                     Layout.fillWidth: true

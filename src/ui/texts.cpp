@@ -19,6 +19,10 @@ QString number(std::int64_t value) {
     return turkish.toString(static_cast<qlonglong>(value));
 }
 
+QString wholeSeconds(double seconds) {
+    return QString::number(static_cast<qint64>(seconds));
+}
+
 QString badge(const Finding& finding) {
     return finding.source == VerdictSource::rule ? QString()
                                                  : QString::fromStdString(badgeText(currentVerdict(finding)));

@@ -15,6 +15,8 @@ namespace ulvak::Texts {
 [[nodiscard]] QString bytes(std::int64_t count);
 /// "1.234.567".
 [[nodiscard]] QString number(std::int64_t value);
+/// Of a duration; what is over is cut off.
+[[nodiscard]] QString wholeSeconds(double seconds);
 /// Of the source badge; empty for a rule's verdict, which shows none.
 [[nodiscard]] QString badge(const Finding& finding);
 

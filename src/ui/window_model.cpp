@@ -189,8 +189,7 @@ QString WindowModel::currentPath() const {
 QString WindowModel::scanLine() const {
     const auto duration = app_.scanDuration();
     return duration ? scannedFilesText() + QStringLiteral(" dosya, ") + scannedBytesText() +
-                          QStringLiteral(" · ") + QString::number(static_cast<qint64>(*duration)) +
-                          QStringLiteral(" sn")
+                          QStringLiteral(" · ") + Texts::wholeSeconds(*duration) + QStringLiteral(" sn")
                     : QString();
 }
 

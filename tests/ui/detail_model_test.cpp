@@ -1,0 +1,127 @@
+#include "ui/detail_model.h"
+
+#include <gtest/gtest.h>
+
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+using test::guessed;
+using test::simulator;
+using test::uncleanable;
+using test::waitUntil;
+
+class DetailModelTest : public test::ModelTest {
+protected:
+    DetailModelTest() { start(); }
+
+    DetailModel& show(Finding finding) {
+        model_->detail()->setFinding(std::make_shared<const Finding>(std::move(finding)));
+        return *model_->detail();
+    }
+};
+
+TEST_F(DetailModelTest, ASafeFindingCanGoBothWaysWithoutAQuestion) {
+    for (const SafetyLevel level : {SafetyLevel::safe, SafetyLevel::regenerable}) {
+        const DetailModel& detail = show(finding("/v/a", level));
+        EXPECT_EQ(detail.action(), QStringLiteral("trash"));
+        EXPECT_TRUE(detail.offersPermanent());
+        EXPECT_FALSE(detail.asksBeforeTrash());
+    }
+}
+
+TEST_F(DetailModelTest, ACautiousFindingGoesToTheTrashAtOnceAndNotForGood) {
+    const DetailModel& detail = show(finding("/v/a", SafetyLevel::caution));
+    EXPECT_FALSE(detail.offersPermanent());
+    EXPECT_FALSE(detail.asksBeforeTrash());
+}
+
+TEST_F(DetailModelTest, WhatIsToBeKeptOrUnknownIsAskedAbout) {
+    for (const SafetyLevel level : {SafetyLevel::keep, SafetyLevel::unknown}) {
+        const DetailModel& detail = show(finding("/v/a", level));
+        EXPECT_FALSE(detail.offersPermanent());
+        EXPECT_TRUE(detail.asksBeforeTrash());
+    }
+}
+
+TEST_F(DetailModelTest, OtherActions) {
+    EXPECT_EQ(show(simulator(finding("/v/a", SafetyLevel::safe))).action(), QStringLiteral("simulator"));
+    const DetailModel& detail = show(uncleanable(finding("/v/a", SafetyLevel::safe), "Sistemindir."));
+    EXPECT_EQ(detail.action(), QStringLiteral("none"));
+    EXPECT_EQ(detail.reason(), QStringLiteral("Sistemindir."));
+}
+
+TEST_F(DetailModelTest, NamesWhatIsToBeQuit) {
+    Finding shown = finding("/v/a", SafetyLevel::safe);
+    EXPECT_TRUE(show(shown).quitText().isEmpty());
+    shown.quitApps = {"Bir", "İki"};
+    EXPECT_EQ(show(shown).quitText(), QStringLiteral("Silmeden önce kapat: Bir, İki"));
+}
+
+TEST_F(DetailModelTest, ListsTwelveContentsAndCountsTheRest) {
+    Finding shown = finding("/v/a", SafetyLevel::safe);
+    const auto withChildren = [&](int count) -> DetailModel& {
+        shown.children.assign(static_cast<std::size_t>(count),
+                              ChildSummary{.name = "x", .size = 1000, .isDirectory = true});
+        return show(shown);
+    };
+    EXPECT_EQ(withChildren(0).contents().size(), 0);
+    EXPECT_EQ(withChildren(12).contents().size(), 12);
+    EXPECT_TRUE(withChildren(12).moreContents().isEmpty());
+    EXPECT_EQ(withChildren(13).contents().size(), 12);
+    EXPECT_EQ(withChildren(13).moreContents(), QStringLiteral("ve 1 öğe daha"));
+    EXPECT_EQ(withChildren(40).moreContents(), QStringLiteral("ve 28 öğe daha"));
+}
+
+TEST_F(DetailModelTest, AGroupHasFilesAndAnItemHasContents) {
+    Finding shown = finding("/v/a", SafetyLevel::safe);
+    EXPECT_EQ(show(shown).contentsTitle(), QStringLiteral("İçindekiler"));
+    shown.urls.emplace_back("/v/b");
+    EXPECT_EQ(show(shown).contentsTitle(), QStringLiteral("Dosyalar"));
+}
+
+TEST_F(DetailModelTest, TheModelIsForWhatNoRuleIsSureOf) {
+    EXPECT_FALSE(show(finding("/v/a", SafetyLevel::safe)).showsModel());
+    EXPECT_TRUE(show(guessed(finding("/v/a", SafetyLevel::safe))).showsModel());
+    EXPECT_TRUE(show(finding("/v/a", SafetyLevel::unknown)).showsModel());
+    Finding personal = finding("/v/a", SafetyLevel::keep);
+    personal.isPersonal = true;
+    EXPECT_TRUE(show(personal).showsModel());
+    Finding relabelled = finding("/v/a", SafetyLevel::safe);
+    relabel(relabelled, SafetyLevel::safe);
+    EXPECT_TRUE(show(relabelled).showsModel());
+    EXPECT_TRUE(show(relabelled).canReset());
+    resetVerdict(relabelled);
+    EXPECT_FALSE(show(relabelled).canReset());
+}
+
+TEST_F(DetailModelTest, MetadataLeavesOutADateThatNobodyKnows) {
+    Finding shown = finding("/v/a", SafetyLevel::safe);
+    shown.fileCount = 12'345;
+    const QVariantList lines = show(shown).metadata();
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines.at(0).toMap().value(QStringLiteral("value")).toString(), QStringLiteral("/v/a"));
+    EXPECT_EQ(lines.at(1).toMap().value(QStringLiteral("value")).toString(), QStringLiteral("12.345"));
+}
+
+TEST_F(DetailModelTest, BadgesCarryAConfidenceOnlyWhereThereIsOne) {
+    Finding shown = guessed(finding("/v/a", SafetyLevel::safe));
+    EXPECT_EQ(show(shown).badge(), QStringLiteral("Tahmin"));
+    shown.source = VerdictSource::ai;
+    shown.confidence = 85;
+    EXPECT_EQ(show(shown).badge(), QStringLiteral("Apple Intelligence %85"));
+    shown.source = VerdictSource::rule;
+    EXPECT_TRUE(show(shown).badge().isEmpty());
+}
+
+TEST_F(DetailModelTest, WithoutAFindingNothingIsRead) {
+    DetailModel& detail = *model_->detail();
+    detail.setFinding(nullptr);
+    EXPECT_TRUE(detail.metadata().isEmpty());
+    EXPECT_TRUE(detail.token().isEmpty());
+}
+
+}  // namespace
+}  // namespace ulvak

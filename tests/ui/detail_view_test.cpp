@@ -1,0 +1,269 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+using test::guessed;
+using test::simulator;
+using test::uncleanable;
+using test::waitUntil;
+using testing::ElementsAre;
+
+class DetailViewTest : public test::WindowTest {
+protected:
+    /// The list of the first one's level, with the first one selected and the keyboard in the list.
+    void show(std::vector<Finding> findings) {
+        const QString level = QString::fromUtf8(info(findings.front().level).rawValue.data());
+        const QString title = QString::fromStdString(findings.front().title);
+        stage_.result = std::move(findings);
+        openScanned(level);
+        focus(QStringLiteral("rows"));
+        key(Qt::Key_Home);
+        ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == title; }));
+    }
+    QString dialogText(const char* dialog, const char* name) {
+        QQuickItem* shown = inPopup(QString::fromLatin1(dialog), QString::fromLatin1(name));
+        return shown == nullptr ? QString() : shown->property("text").toString();
+    }
+    void waitForDialog(const char* dialog) {
+        ASSERT_TRUE(waitUntil([&] { return isOpen(QString::fromLatin1(dialog)); })) << dialog;
+    }
+    void waitForNoDialog(const char* dialog) {
+        ASSERT_TRUE(waitUntil([&] { return !isOpen(QString::fromLatin1(dialog)); })) << dialog;
+    }
+};
+
+TEST_F(DetailViewTest, WhatIsToBeKeptIsAskedAboutByItsLevel) {
+    show({finding("/v/a", SafetyLevel::keep)});
+    click(QStringLiteral("moveToTrash"));
+    waitForDialog("confirmTrash");
+    EXPECT_EQ(dialogText("confirmTrash", "dialogTitle"), QStringLiteral("a çöp kutusuna taşınsın mı?"));
+    EXPECT_EQ(dialogText("confirmTrash", "dialogMessage"),
+              QStringLiteral("Bu öğe \"Dokunma\" olarak etiketli. Emin misin?"));
+    EXPECT_EQ(dialogText("confirmTrash", "confirm"), QStringLiteral("Çöp Kutusuna Taşı"));
+    EXPECT_EQ(stage_.count("clean"), 0);
+    click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean trash /v/a") == 1; }));
+}
+
+TEST_F(DetailViewTest, ACautiousOneMovesAtOnceAndCannotBeDeletedForGood) {
+    show({finding("/v/a", SafetyLevel::caution)});
+    EXPECT_FALSE(shows(QStringLiteral("removePermanently")));
+    click(QStringLiteral("moveToTrash"));
+    EXPECT_FALSE(isOpen(QStringLiteral("confirmTrash")));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean trash /v/a") == 1; }));
+}
+
+TEST_F(DetailViewTest, ASafeOneCanBeDeletedForGoodAfterAQuestion) {
+    show({finding("/v/a", SafetyLevel::safe, 3'200'000'000)});
+    EXPECT_EQ(text(QStringLiteral("removePermanently")), QStringLiteral("Kalıcı Sil…"));
+    click(QStringLiteral("removePermanently"));
+    waitForDialog("confirmPermanent");
+    EXPECT_EQ(dialogText("confirmPermanent", "dialogTitle"), QStringLiteral("a kalıcı olarak silinsin mi?"));
+    EXPECT_EQ(dialogText("confirmPermanent", "dialogMessage"),
+              QStringLiteral("Bu işlem geri alınamaz. Dosyalar çöp kutusuna gitmez."));
+    EXPECT_EQ(dialogText("confirmPermanent", "confirm"), QStringLiteral("Kalıcı Olarak Sil (3,2 GB)"));
+    EXPECT_EQ(focused(), QStringLiteral("cancel"));
+    click(inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("confirm")));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean permanent /v/a") == 1; }));
+}
+
+TEST_F(DetailViewTest, EnterAndEscapeNeverDelete) {
+    show({finding("/v/a", SafetyLevel::safe)});
+    for (const Qt::Key cancel : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+        for (const bool fromConfirm : {false, true}) {
+            click(QStringLiteral("removePermanently"));
+            waitForDialog("confirmPermanent");
+            if (fromConfirm)
+                inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("confirm"))
+                    ->forceActiveFocus(Qt::TabFocusReason);
+            key(cancel);
+            waitForNoDialog("confirmPermanent");
+            EXPECT_EQ(stage_.count("clean"), 0) << cancel;
+        }
+    }
+    click(QStringLiteral("removePermanently"));
+    waitForDialog("confirmPermanent");
+    inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("confirm"))
+        ->forceActiveFocus(Qt::TabFocusReason);
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean permanent /v/a") == 1; }));
+}
+
+TEST_F(DetailViewTest, TheDialogActsOnTheFindingItWasOpenedFor) {
+    show({finding("/v/a", SafetyLevel::keep, 3), finding("/v/b", SafetyLevel::keep, 2),
+          finding("/v/c", SafetyLevel::keep, 1)});
+    key(Qt::Key_Down);
+    ASSERT_EQ(text(QStringLiteral("detailTitle")), QStringLiteral("b"));
+    click(QStringLiteral("moveToTrash"));
+    waitForDialog("confirmTrash");
+    // The rows around it change, and so does the finding itself.
+    app_->clean({"/v/a"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 2; }));
+    app_->setLevel(SafetyLevel::keep, "/v/b");
+    ASSERT_TRUE(isOpen(QStringLiteral("confirmTrash")));
+    click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
+}
+
+TEST_F(DetailViewTest, AnotherSelectionTakesTheDialogAwayWithoutAnAction) {
+    show({finding("/v/a", SafetyLevel::keep, 3), finding("/v/b", SafetyLevel::keep, 2)});
+    click(QStringLiteral("moveToTrash"));
+    waitForDialog("confirmTrash");
+    model_->selection()->set({"/v/b"});
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
+    EXPECT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmTrash")); }));
+    EXPECT_EQ(stage_.count("clean"), 0);
+}
+
+TEST_F(DetailViewTest, ASimulatorIsDeletedWithoutAQuestion) {
+    show({simulator(finding("/v/a", SafetyLevel::safe))});
+    EXPECT_FALSE(shows(QStringLiteral("moveToTrash")));
+    focus(QStringLiteral("deleteSimulator"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(stage_.count("clean"), 0) << "Return never deletes";
+    click(QStringLiteral("deleteSimulator"));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean permanent /v/a") == 1; }));
+}
+
+TEST_F(DetailViewTest, WhatCannotBeCleanedSaysWhyAndOffersTheRest) {
+    show({uncleanable(finding("/v/a", SafetyLevel::safe), "Sistem kendisi yönetir.")});
+    ASSERT_TRUE(shows(QStringLiteral("reason")));
+    EXPECT_EQ(text(QStringLiteral("reason")), QStringLiteral("Sistem kendisi yönetir."));
+    for (const char* button : {"moveToTrash", "removePermanently", "deleteSimulator"})
+        EXPECT_FALSE(shows(QString::fromLatin1(button))) << button;
+    click(QStringLiteral("revealButton"));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("reveal /v/a") == 1; }));
+    click(QStringLiteral("relabel"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("detailLevels")); }));
+    EXPECT_EQ(inPopup(QStringLiteral("detailLevels"), QStringLiteral("reset")), nullptr);
+    click(inPopup(QStringLiteral("detailLevels"), QStringLiteral("level-caution")));
+    EXPECT_TRUE(waitUntil([&] { return app_->finding("/v/a")->level == SafetyLevel::caution; }));
+}
+
+TEST_F(DetailViewTest, FortyChildrenAreTwelveAndALine) {
+    Finding full = finding("/v/a", SafetyLevel::safe);
+    for (int number = 0; number < 40; ++number)
+        full.children.push_back({.name = "çocuk " + std::to_string(number), .size = 1000 - number});
+    show({full});
+    EXPECT_TRUE(showsText(QStringLiteral("İçindekiler")));
+    EXPECT_TRUE(showsText(QStringLiteral("çocuk 11")));
+    EXPECT_FALSE(showsText(QStringLiteral("çocuk 12")));
+    EXPECT_EQ(text(QStringLiteral("moreContents")), QStringLiteral("ve 28 öğe daha"));
+}
+
+TEST_F(DetailViewTest, WithoutChildrenThereIsNoHeading) {
+    show({finding("/v/a", SafetyLevel::safe)});
+    EXPECT_FALSE(showsText(QStringLiteral("İçindekiler")));
+}
+
+TEST_F(DetailViewTest, TheModelSectionComesWithALabelByHand) {
+    show({finding("/v/a", SafetyLevel::safe)});
+    EXPECT_FALSE(shows(QStringLiteral("modelSection")));
+    app_->setLevel(SafetyLevel::safe, "/v/a");
+    EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("modelSection")); }));
+    EXPECT_FALSE(shows(QStringLiteral("modelWarning")));
+}
+
+TEST_F(DetailViewTest, WithoutAModelTheSectionHoldsOnlyTheReason) {
+    stage_.status = AIStatus{.unavailable = "Model yok."};
+    show({finding("/v/a", SafetyLevel::unknown)});
+    EXPECT_EQ(text(QStringLiteral("sectionText")), QStringLiteral("Model yok."));
+    for (const char* part : {"note", "analyze", "modelWarning"})
+        EXPECT_FALSE(shows(QString::fromLatin1(part))) << part;
+}
+
+TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
+    show({finding("/v/a", SafetyLevel::unknown)});
+    stage_.classifyDoor.shut();
+    focus(QStringLiteral("note"));
+    type(QStringLiteral("benim notum"));
+    EXPECT_FALSE(shows(QStringLiteral("noteHint")));
+    key(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("analyze"));
+    EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Analiz Et"));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify /v/a benim notum") == 1; }));
+    EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Düşünüyor…"));
+    EXPECT_FALSE(isEnabled(QStringLiteral("analyze")));
+    click(QStringLiteral("analyze"));
+    click(row(QStringLiteral("a")), Qt::RightButton);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
+    click(inPopup(QStringLiteral("rowMenu"), QStringLiteral("analyze")));
+    stage_.classifyDoor.open();
+    model_->setSidebar(QStringLiteral("safe"));
+    ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("Yorum")) != nullptr; }));
+    EXPECT_EQ(stage_.count("classify"), 1);
+    click(row(QStringLiteral("Yorum")));
+    EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Yeniden Analiz Et"));
+    EXPECT_TRUE(shows(QStringLiteral("modelWarning")));
+    EXPECT_EQ(text(QStringLiteral("note")), QString());
+}
+
+TEST_F(DetailViewTest, ANoteBelongsToOneFinding) {
+    show({finding("/v/a", SafetyLevel::unknown, 2), finding("/v/b", SafetyLevel::unknown, 1)});
+    focus(QStringLiteral("note"));
+    type(QStringLiteral("not"));
+    click(row(QStringLiteral("b")));
+    EXPECT_EQ(text(QStringLiteral("note")), QString());
+    EXPECT_TRUE(shows(QStringLiteral("noteHint")));
+}
+
+TEST_F(DetailViewTest, CleaningFromTheMenuLeavesNothingSelected) {
+    show({finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)});
+    click(row(QStringLiteral("a")), Qt::RightButton);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
+    click(inPopup(QStringLiteral("rowMenu"), QStringLiteral("trash")));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return showsText(QStringLiteral("Bir öğe seç")); }));
+}
+
+TEST_F(DetailViewTest, WhileItIsBeingCleanedItCannotBeCleanedAgain) {
+    show({finding("/v/a", SafetyLevel::safe)});
+    stage_.cleanDoor.shut();
+    click(QStringLiteral("moveToTrash"));
+    ASSERT_TRUE(waitUntil([&] { return !isEnabled(QStringLiteral("moveToTrash")); }));
+    EXPECT_FALSE(isEnabled(QStringLiteral("removePermanently")));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_Delete);
+    stage_.cleanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+    EXPECT_EQ(stage_.count("clean"), 1);
+}
+
+TEST_F(DetailViewTest, TheKeyboardReturnsToTheListWhenItsButtonGoes) {
+    show({finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)});
+    focus(QStringLiteral("moveToTrash"));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("rows"); })) << focused().toStdString();
+    key(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
+}
+
+TEST_F(DetailViewTest, DeleteInTheListPressesTheMainButton) {
+    show({finding("/v/a", SafetyLevel::keep, 2)});
+    key(Qt::Key_Delete);
+    waitForDialog("confirmTrash");
+    EXPECT_EQ(stage_.count("clean"), 0);
+    key(Qt::Key_Escape);
+    waitForNoDialog("confirmTrash");
+    EXPECT_EQ(focused(), QStringLiteral("rows"));
+}
+
+TEST_F(DetailViewTest, TextsCanBeSelected) {
+    show({finding("/v/a", SafetyLevel::safe)});
+    focus(QStringLiteral("explanation"));
+    key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(item(QStringLiteral("explanation"))->property("selectedText").toString(),
+              QStringLiteral("Açıklama."));
+    EXPECT_TRUE(item(QStringLiteral("explanation"))->property("readOnly").toBool());
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,313 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+using test::guessed;
+using test::simulator;
+using test::uncleanable;
+using test::waitUntil;
+using testing::ElementsAre;
+
+class FindingListTest : public test::WindowTest {
+protected:
+    static bool has(QQuickItem* row, const char* name) {
+        const auto* found = row->findChild<QQuickItem*>(QString::fromLatin1(name));
+        return found != nullptr && found->isVisible();
+    }
+    void openMenu(const QString& title) {
+        click(row(title), Qt::RightButton);
+        ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
+    }
+    QQuickItem* menuItem(const char* name) {
+        return inPopup(QStringLiteral("rowMenu"), QString::fromLatin1(name));
+    }
+    void closeMenu() {
+        key(Qt::Key_Escape);
+        ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("rowMenu")); }));
+    }
+    std::string selected() {
+        std::string names;
+        for (const std::string& id : model_->selection()->ids())
+            names += id.substr(3);
+        return names;
+    }
+    void openLetters() {
+        for (const char* name : {"a", "b", "c", "d", "e"})
+            stage_.result.push_back(finding(std::string("/v/") + name, SafetyLevel::safe, 2000 - name[0]));
+        openScanned(QStringLiteral("safe"));
+        focus(QStringLiteral("rows"));
+    }
+};
+
+TEST_F(FindingListTest, ARescanShowsOnlyThatItScans) {
+    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned(QStringLiteral("safe"));
+    ASSERT_NE(row(QStringLiteral("a")), nullptr);
+    stage_.scanDoor.shut();
+    key(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("listScanning")); }));
+    EXPECT_TRUE(showsText(QStringLiteral("Taranıyor…")));
+    EXPECT_FALSE(shows(QStringLiteral("rows")));
+    EXPECT_EQ(app_->findings().size(), 1U);
+    stage_.scanDoor.open();
+    EXPECT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
+}
+
+TEST_F(FindingListTest, AnEmptyListSaysWhy) {
+    open({QStringLiteral("--level=keep")});
+    EXPECT_TRUE(showsText(QStringLiteral("Henüz tarama yapılmadı")));
+    EXPECT_TRUE(showsText(QStringLiteral("Başlamak için Tara'ya bas.")));
+    scanAll();
+    ASSERT_TRUE(waitUntil([&] { return showsText(QStringLiteral("Burada bir şey yok")); }));
+    EXPECT_TRUE(showsText(QStringLiteral("Kişisel dosyaların ya da sistemin ihtiyaç duyduğu veriler.")));
+    EXPECT_FALSE(shows(QStringLiteral("listSubtitle")));
+}
+
+TEST_F(FindingListTest, TheToolbarAnalysesWhereThereIsAGuess) {
+    stage_.result = {finding("/v/c", SafetyLevel::caution), guessed(finding("/v/g", SafetyLevel::safe)),
+                     finding("/v/u", SafetyLevel::unknown)};
+    openScanned(QStringLiteral("caution"));
+    EXPECT_FALSE(shows(QStringLiteral("analyzeList")));
+    model_->setSidebar(QStringLiteral("unknown"));
+    EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
+    model_->setSidebar(QStringLiteral("safe"));
+    stage_.classifyDoor.shut();
+    click(QStringLiteral("analyzeList"));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify") == 1; }));
+    EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
+    EXPECT_FALSE(isEnabled(QStringLiteral("analyzeList")));
+    stage_.classifyDoor.open();
+    EXPECT_TRUE(waitUntil([&] { return stage_.count("classify") == 2; }));
+}
+
+TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
+    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned(QStringLiteral("safe"));
+    EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
+    openMenu(QStringLiteral("a"));
+    EXPECT_FALSE(model_->menuInfo(QStringLiteral("/v/a")).value(QStringLiteral("canReset")).toBool());
+    closeMenu();
+    app_->setLevel(SafetyLevel::safe, "/v/a");
+    ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowBadge"); }));
+    EXPECT_TRUE(showsText(QStringLiteral("Senin etiketin")));
+
+    openMenu(QStringLiteral("a"));
+    key(Qt::Key_Up);  // the last item
+    key(Qt::Key_Up);  // the submenu
+    key(Qt::Key_Right);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
+    ASSERT_NE(inPopup(QStringLiteral("levelMenu"), QStringLiteral("reset")), nullptr);
+    click(inPopup(QStringLiteral("levelMenu"), QStringLiteral("reset")));
+    ASSERT_TRUE(waitUntil([&] { return !has(row(QStringLiteral("a")), "rowBadge"); }));
+    EXPECT_EQ(app_->finding("/v/a")->source, VerdictSource::rule);
+    openMenu(QStringLiteral("a"));
+    EXPECT_FALSE(popup(QStringLiteral("rowMenu"))
+                     ->property("about")
+                     .toMap()
+                     .value(QStringLiteral("canReset"))
+                     .toBool());
+    closeMenu();
+}
+
+TEST_F(FindingListTest, TheSubmenuRelabels) {
+    stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
+    openScanned(QStringLiteral("safe"));
+    openMenu(QStringLiteral("b"));
+    key(Qt::Key_Up);
+    key(Qt::Key_Up);
+    key(Qt::Key_Right);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
+    double above = -1;
+    for (const char* level : {"safe", "regenerable", "caution", "keep", "unknown"}) {
+        const QQuickItem* line =
+            inPopup(QStringLiteral("levelMenu"), QStringLiteral("level-") + QString::fromLatin1(level));
+        ASSERT_NE(line, nullptr) << level;
+        EXPECT_GT(line->mapToScene({}).y(), above) << level;
+        above = line->mapToScene({}).y();
+    }
+    click(inPopup(QStringLiteral("levelMenu"), QStringLiteral("level-keep")));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_EQ(app_->finding("/v/b")->level, SafetyLevel::keep);
+    EXPECT_EQ(app_->finding("/v/b")->source, VerdictSource::user);
+}
+
+TEST_F(FindingListTest, TheMenuDoesWhatItSaysToItsRow) {
+    stage_.result = {finding("/v/a", SafetyLevel::keep, 2), finding("/v/b", SafetyLevel::keep, 1)};
+    openScanned(QStringLiteral("keep"));
+    openMenu(QStringLiteral("b"));
+    click(menuItem("reveal"));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("reveal /v/b") == 1; }));
+    openMenu(QStringLiteral("b"));
+    click(menuItem("analyze"));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify /v/b ") == 1; }));
+    model_->setSidebar(QStringLiteral("keep"));
+    ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
+    openMenu(QStringLiteral("a"));
+    click(menuItem("trash"));
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean trash /v/a") == 1; }));
+}
+
+TEST_F(FindingListTest, TheMenuActsOnItsFindingAlsoWhenRowsChangeUnderIt) {
+    stage_.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    openMenu(QStringLiteral("b"));
+    app_->clean({"/v/a"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    click(menuItem("trash"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
+}
+
+TEST_F(FindingListTest, WhatCannotBeCleanedHasNoItemForIt) {
+    stage_.result = {uncleanable(finding("/v/a", SafetyLevel::safe, 2)),
+                     finding("/v/b", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    openMenu(QStringLiteral("a"));
+    EXPECT_EQ(menuItem("trash"), nullptr);
+    EXPECT_NE(menuItem("reveal"), nullptr);
+    closeMenu();
+    openMenu(QStringLiteral("b"));
+    EXPECT_NE(menuItem("trash"), nullptr);
+    closeMenu();
+}
+
+TEST_F(FindingListTest, WithoutAModelTheMenuDoesNotOfferIt) {
+    stage_.status = AIStatus{.unavailable = "Yok."};
+    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned(QStringLiteral("safe"));
+    openMenu(QStringLiteral("a"));
+    EXPECT_EQ(menuItem("analyze"), nullptr);
+    closeMenu();
+}
+
+TEST_F(FindingListTest, IconsTellWhatKindOfItemItIs) {
+    Finding group = finding("/v/group", SafetyLevel::safe, 3);
+    group.urls.emplace_back("/v/other.app");
+    stage_.result = {simulator(finding("/v/sim.app", SafetyLevel::safe, 4)), group,
+                     finding("/v/Uygulama.app", SafetyLevel::safe, 2),
+                     finding("/v/dir", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    const auto icon = [&](const char* title) {
+        return row(QString::fromLatin1(title))->property("icon").toString();
+    };
+    EXPECT_EQ(icon("sim.app"), QStringLiteral("iphone"));
+    EXPECT_EQ(icon("group"), QStringLiteral("doc.on.doc"));
+    EXPECT_EQ(icon("Uygulama.app"), QStringLiteral("app"));
+    EXPECT_EQ(icon("dir"), QStringLiteral("folder"));
+}
+
+TEST_F(FindingListTest, ATinyRowStillHasABar) {
+    stage_.result = {finding("/v/huge", SafetyLevel::safe, 100'000'000'000),
+                     finding("/v/tiny", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    const auto bar = [&](const char* title) {
+        return row(QString::fromLatin1(title))->findChild<QQuickItem*>(QStringLiteral("filled"))->width();
+    };
+    EXPECT_EQ(bar("tiny"), 3);
+    EXPECT_EQ(bar("huge"), 72);
+}
+
+TEST_F(FindingListTest, WhatIsBeingAnalysedSpinsInsteadOfItsBadge) {
+    stage_.result = {guessed(finding("/v/a", SafetyLevel::safe))};
+    stage_.classifyDoor.shut();
+    openScanned(QStringLiteral("safe"));
+    EXPECT_TRUE(has(row(QStringLiteral("a")), "rowBadge"));
+    app_->analyze("/v/a", "");
+    ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowSpinner"); }));
+    EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
+    stage_.classifyDoor.open();
+    ASSERT_TRUE(waitUntil([&] {
+        return row(QStringLiteral("Yorum")) != nullptr && !has(row(QStringLiteral("Yorum")), "rowSpinner");
+    }));
+    EXPECT_TRUE(showsText(QStringLiteral("Apple Intelligence %85")));
+}
+
+TEST_F(FindingListTest, MouseSelectsWithShiftAndControl) {
+    openLetters();
+    click(row(QStringLiteral("b")));
+    EXPECT_EQ(selected(), "b");
+    click(row(QStringLiteral("d")), Qt::LeftButton, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "bcd");
+    click(row(QStringLiteral("c")), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(selected(), "bd");
+}
+
+TEST_F(FindingListTest, KeysSelect) {
+    openLetters();
+    key(Qt::Key_Down);
+    EXPECT_EQ(selected(), "a");
+    key(Qt::Key_Down);
+    key(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "bc");
+    key(Qt::Key_Down, Qt::ControlModifier);
+    key(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(selected(), "bcd");
+    key(Qt::Key_End);
+    EXPECT_EQ(selected(), "e");
+    key(Qt::Key_PageUp);
+    EXPECT_EQ(selected(), "a");
+    key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(selected(), "abcde");
+    key(Qt::Key_Escape);
+    EXPECT_EQ(selected(), "");
+}
+
+TEST_F(FindingListTest, TypingFindsARow) {
+    openLetters();
+    type(QStringLiteral("d"));
+    EXPECT_EQ(selected(), "d");
+}
+
+TEST_F(FindingListTest, TheMenuKeyOpensTheMenuAndArrowsChooseInIt) {
+    openLetters();
+    key(Qt::Key_Down);
+    key(Qt::Key_Menu);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return stage_.count("reveal /v/a") == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("rows"); })) << focused().toStdString();
+}
+
+TEST_F(FindingListTest, OnlyTheRowsInSightExist) {
+    for (int number = 0; number < 5000; ++number)
+        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::safe, 10'000 - number));
+    openScanned(QStringLiteral("safe"));
+    EXPECT_EQ(rowCount(), 5000);
+    const auto rows = [&] {
+        int count = 0;
+        for (const QQuickItem* child :
+             item(QStringLiteral("rows"))->property("contentItem").value<QQuickItem*>()->childItems())
+            count += child->property("findingId").isValid() ? 1 : 0;
+        return count;
+    };
+    EXPECT_LT(rows(), 40);
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_End);
+    ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("4999")) != nullptr; }));
+    EXPECT_LT(rows(), 60);
+    key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("5000 öğe seçili"));
+}
+
+TEST_F(FindingListTest, NamesArePlainText) {
+    Finding tricky = finding("/v/a", SafetyLevel::safe);
+    tricky.title = "<b>kalın</b> & <img src='x'>";
+    stage_.result = {tricky};
+    openScanned(QStringLiteral("safe"));
+    click(row(QString::fromStdString(tricky.title)));
+    EXPECT_EQ(text(QStringLiteral("detailTitle")), QString::fromStdString(tricky.title));
+    EXPECT_EQ(item(QStringLiteral("detailTitle"))->property("textFormat").toInt(), int(Qt::PlainText));
+    click(QStringLiteral("removePermanently"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
+    const QQuickItem* title = inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("dialogTitle"));
+    EXPECT_TRUE(title->property("text").toString().startsWith(QString::fromStdString(tricky.title)));
+    EXPECT_EQ(title->property("textFormat").toInt(), int(Qt::PlainText));
+}
+
+}  // namespace
+}  // namespace ulvak

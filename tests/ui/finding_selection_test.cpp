@@ -1,0 +1,151 @@
+#include "ui/finding_selection.h"
+
+#include <gtest/gtest.h>
+
+#include "app/shown.h"
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+
+/// Five safe findings, "/v/0" to "/v/4", largest first.
+class FindingSelectionTest : public test::ModelTest {
+protected:
+    FindingSelectionTest() {
+        for (int number = 0; number < 5; ++number)
+            stage_.result.push_back(
+                finding("/v/" + std::to_string(number), SafetyLevel::safe, 1000 - number));
+        start();
+        scanAll();
+        model_->setSidebar(QStringLiteral("safe"));
+    }
+
+    FindingSelection& selection() { return *model_->selection(); }
+    std::string selected() {
+        std::string numbers;
+        for (const std::string& id : selection().ids())
+            numbers += id.back();
+        return numbers;
+    }
+};
+
+TEST_F(FindingSelectionTest, APressSelectsOneRowAlone) {
+    selection().press(1, Qt::NoModifier);
+    selection().press(3, Qt::NoModifier);
+    EXPECT_EQ(selected(), "3");
+    EXPECT_EQ(selection().currentRow(), 3);
+}
+
+TEST_F(FindingSelectionTest, ControlTakesARowInAndOut) {
+    selection().press(1, Qt::NoModifier);
+    selection().press(3, Qt::ControlModifier);
+    EXPECT_EQ(selected(), "13");
+    selection().press(1, Qt::ControlModifier);
+    EXPECT_EQ(selected(), "3");
+}
+
+TEST_F(FindingSelectionTest, ShiftExtendsFromTheLastPressWithoutItInEitherDirection) {
+    selection().press(2, Qt::NoModifier);
+    selection().press(4, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "234");
+    selection().press(0, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "012");
+}
+
+TEST_F(FindingSelectionTest, ShiftAndControlTogetherKeepTheOthers) {
+    selection().press(0, Qt::NoModifier);
+    selection().press(2, Qt::ControlModifier);
+    selection().press(3, int(Qt::ShiftModifier | Qt::ControlModifier));
+    EXPECT_EQ(selected(), "023");
+}
+
+TEST_F(FindingSelectionTest, APressForAMenuLeavesASelectionAloneThatHoldsTheRow) {
+    selection().press(0, Qt::NoModifier);
+    selection().press(1, Qt::ControlModifier);
+    selection().pressForMenu(1);
+    EXPECT_EQ(selected(), "01");
+    selection().pressForMenu(4);
+    EXPECT_EQ(selected(), "4");
+}
+
+TEST_F(FindingSelectionTest, KeysStopAtTheEnds) {
+    selection().moveTo(-7, Qt::NoModifier);
+    EXPECT_EQ(selected(), "0");
+    selection().moveTo(99, Qt::NoModifier);
+    EXPECT_EQ(selected(), "4");
+}
+
+TEST_F(FindingSelectionTest, KeysWithShiftExtendAndWithControlMoveTheFocusAlone) {
+    selection().moveTo(1, Qt::NoModifier);
+    selection().moveTo(2, Qt::ShiftModifier);
+    selection().moveTo(3, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "123");
+    selection().moveTo(2, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "12");
+    selection().moveTo(4, Qt::ControlModifier);
+    EXPECT_EQ(selected(), "12");
+    EXPECT_EQ(selection().currentRow(), 4);
+    selection().toggleCurrent();
+    EXPECT_EQ(selected(), "124");
+    selection().toggleCurrent();
+    EXPECT_EQ(selected(), "12");
+}
+
+TEST_F(FindingSelectionTest, AllAndNone) {
+    selection().selectAll();
+    EXPECT_EQ(selected(), "01234");
+    selection().clear();
+    EXPECT_EQ(selected(), "");
+}
+
+TEST_F(FindingSelectionTest, StaysWithTheItemsWhenRowsGo) {
+    selection().press(3, Qt::NoModifier);
+    app_->clean({"/v/0"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model_->findings()->count() == 4; }));
+    EXPECT_EQ(selected(), "3");
+    EXPECT_EQ(selection().currentRow(), 2);
+}
+
+TEST_F(FindingSelectionTest, TheFocusPassesToTheRowAfterOneThatGoes) {
+    selection().press(2, Qt::NoModifier);
+    app_->clean({"/v/2"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model_->findings()->count() == 4; }));
+    EXPECT_EQ(selected(), "2");  // still in the set, and in no row
+    EXPECT_EQ(model_->detailKind(), QStringLiteral("empty"));
+    EXPECT_EQ(selection().currentRow(), 2);
+    EXPECT_EQ(model_->findings()->at(selection().currentRow())->id, "/v/3");
+}
+
+TEST_F(FindingSelectionTest, TheFocusPassesToTheNewLastRowWhenTheLastGoes) {
+    selection().press(4, Qt::NoModifier);
+    app_->clean({"/v/4"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model_->findings()->count() == 4; }));
+    EXPECT_EQ(selection().currentRow(), 3);
+}
+
+TEST_F(FindingSelectionTest, RowsThatAreNotThereAreIgnored) {
+    selection().press(5, Qt::NoModifier);
+    selection().press(-1, Qt::ShiftModifier);
+    selection().pressForMenu(17);
+    EXPECT_EQ(selected(), "");
+    EXPECT_EQ(selection().currentRow(), -1);
+}
+
+TEST_F(FindingSelectionTest, IdsNeedNotBeText) {
+    const QString token = tokenOf("/v/\xff");
+    EXPECT_FALSE(selection().contains(token));
+    selection().set({"/v/\xff"});
+    EXPECT_TRUE(selection().contains(token));
+}
+
+TEST_F(FindingSelectionTest, AnotherChoiceInTheSidebarEmptiesIt) {
+    selection().selectAll();
+    model_->setSidebar(QStringLiteral("keep"));
+    EXPECT_EQ(selected(), "");
+    EXPECT_EQ(selection().currentRow(), -1);
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,164 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ui/multi_selection_model.h"
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+using test::simulator;
+using test::uncleanable;
+using test::waitUntil;
+using testing::ElementsAre;
+
+class MultiSelectionTest : public test::WindowTest {
+protected:
+    /// All of one level's list, selected.
+    void selectAll(std::vector<Finding> findings) {
+        const QString level = QString::fromUtf8(info(findings.front().level).rawValue.data());
+        stage_.result = std::move(findings);
+        openScanned(level);
+        focus(QStringLiteral("rows"));
+        key(Qt::Key_A, Qt::ControlModifier);
+        ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
+    }
+    QQuickItem* dialogItem(const char* name) {
+        return inPopup(QStringLiteral("confirmSeveral"), QString::fromLatin1(name));
+    }
+    bool isAsking() { return isOpen(QStringLiteral("confirmSeveral")); }
+    /// Without a list, which only ever holds one level.
+    MultiSelectionModel& modelOf(const std::vector<Finding>& findings) {
+        Findings items;
+        for (const Finding& each : findings)
+            items.push_back(std::make_shared<const Finding>(each));
+        several_.setItems(std::move(items));
+        return several_;
+    }
+
+    MultiSelectionModel several_;
+};
+
+TEST_F(MultiSelectionTest, SafeOnesGoToTheTrashWithoutAQuestionInTheirOrder) {
+    selectAll({finding("/v/b", SafetyLevel::safe, 3'000'000'000),
+               finding("/v/a", SafetyLevel::safe, 2'000'000'000),
+               finding("/v/c", SafetyLevel::safe, 1'000'000'000)});
+    EXPECT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("3 öğe seçili"));
+    EXPECT_EQ(text(QStringLiteral("severalTotal")), QStringLiteral("6 GB"));
+    click(QStringLiteral("cleanSeveral"));
+    EXPECT_FALSE(isAsking());
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+    EXPECT_THAT(stage_.calls(),
+                ElementsAre("scan", "clean trash /v/b", "clean trash /v/a", "clean trash /v/c"));
+    EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailEmpty")); }));
+}
+
+TEST_F(MultiSelectionTest, CautiousOnesAreAskedAboutFirst) {
+    selectAll({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::caution)});
+    click(QStringLiteral("cleanSeveral"));
+    ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
+    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(dialogItem("dialogTitle")->property("text").toString(),
+              QStringLiteral("Seçilenler temizlensin mi?"));
+    EXPECT_EQ(
+        dialogItem("dialogMessage")->property("text").toString(),
+        QStringLiteral("2 öğe \"Dikkat\", \"Bilinmiyor\" ya da \"Dokunma\" olarak etiketli. Dosyalar çöp "
+                       "kutusuna taşınır, simülatörler silinir."));
+    EXPECT_EQ(dialogItem("confirm")->property("text").toString(), QStringLiteral("Temizle (2 GB)"));
+    click(dialogItem("confirm"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+    EXPECT_EQ(stage_.count("clean trash"), 2);
+}
+
+TEST_F(MultiSelectionTest, EnterAndEscapeCancel) {
+    selectAll({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::caution)});
+    for (const Qt::Key cancel : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+        click(QStringLiteral("cleanSeveral"));
+        ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
+        key(cancel);
+        ASSERT_TRUE(waitUntil([&] { return !isAsking(); })) << cancel;
+        EXPECT_EQ(stage_.count("clean"), 0) << cancel;
+    }
+}
+
+TEST_F(MultiSelectionTest, CleansWhatWasAskedAboutWhateverBecomesOfTheSelection) {
+    selectAll({finding("/v/a", SafetyLevel::caution, 3), finding("/v/b", SafetyLevel::caution, 2),
+               finding("/v/c", SafetyLevel::caution, 1)});
+    key(Qt::Key_Home);
+    key(Qt::Key_Down, Qt::ShiftModifier);
+    ASSERT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("2 öğe seçili"));
+    click(QStringLiteral("cleanSeveral"));
+    ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
+    model_->selection()->set({"/v/b", "/v/c"});
+    click(dialogItem("confirm"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
+}
+
+TEST_F(MultiSelectionTest, WhatCannotBeCleanedIsSkippedAndCounted) {
+    selectAll({uncleanable(finding("/v/a", SafetyLevel::safe)), finding("/v/b", SafetyLevel::safe)});
+    EXPECT_EQ(text(QStringLiteral("skipped")),
+              QStringLiteral("1 öğe Ulvak tarafından silinmiyor ve atlanacak."));
+    click(QStringLiteral("cleanSeveral"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/b"));
+    // One is left of the two, and is shown alone.
+    EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("a"); }));
+}
+
+TEST_F(MultiSelectionTest, WithNothingToCleanTheButtonIsDisabled) {
+    selectAll(
+        {uncleanable(finding("/v/a", SafetyLevel::safe)), uncleanable(finding("/v/b", SafetyLevel::safe))});
+    EXPECT_FALSE(isEnabled(QStringLiteral("cleanSeveral")));
+    key(Qt::Key_Delete);
+    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_FALSE(isAsking());
+}
+
+TEST_F(MultiSelectionTest, OneListHasOneLineOfLevels) {
+    selectAll({finding("/v/a", SafetyLevel::keep), finding("/v/b", SafetyLevel::keep)});
+    ASSERT_TRUE(shows(QStringLiteral("count-keep")));
+    for (const char* level : {"safe", "regenerable", "caution", "unknown"})
+        EXPECT_FALSE(shows(QStringLiteral("count-") + QString::fromLatin1(level))) << level;
+}
+
+TEST_F(MultiSelectionTest, DeleteInTheListAsksAsTheButtonDoes) {
+    selectAll({finding("/v/a", SafetyLevel::keep), finding("/v/b", SafetyLevel::keep)});
+    key(Qt::Key_Delete);
+    ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
+    EXPECT_EQ(stage_.count("clean"), 0);
+    key(Qt::Key_Delete);
+    EXPECT_EQ(stage_.count("clean"), 0);
+    key(Qt::Key_Tab);
+    key(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !isAsking(); }));
+    EXPECT_EQ(stage_.count("clean"), 0) << "Return is no confirmation, wherever the focus is";
+}
+
+TEST_F(MultiSelectionTest, OneCautiousAmongSafeOnesIsOneToBeAskedAbout) {
+    const MultiSelectionModel& several =
+        modelOf({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::safe)});
+    EXPECT_TRUE(several.asksFirst());
+    EXPECT_TRUE(several.warning().startsWith(QStringLiteral("1 öğe ")));
+    EXPECT_EQ(several.levels().size(), 2);
+}
+
+TEST_F(MultiSelectionTest, OnlyWhatIsCleanedCountsAsRisky) {
+    const MultiSelectionModel& several =
+        modelOf({uncleanable(finding("/v/a", SafetyLevel::keep)), finding("/v/b", SafetyLevel::safe)});
+    EXPECT_FALSE(several.asksFirst());
+    EXPECT_EQ(several.cleanText(), QStringLiteral("Temizle (1 GB)"));
+    EXPECT_EQ(several.totalText(), QStringLiteral("2 GB"));
+}
+
+TEST_F(MultiSelectionTest, SimulatorsAreCleanedWithTheOthers) {
+    const MultiSelectionModel& several =
+        modelOf({simulator(finding("/v/a", SafetyLevel::safe)), finding("/v/b", SafetyLevel::safe)});
+    EXPECT_TRUE(several.canClean());
+    EXPECT_TRUE(several.skippedText().isEmpty());
+    EXPECT_EQ(several.cleanableTokens().size(), 2);
+}
+
+}  // namespace
+}  // namespace ulvak

@@ -1,0 +1,196 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+using test::guessed;
+using test::waitUntil;
+
+class OverviewTest : public test::WindowTest {
+protected:
+    /// Once the rows have their places.
+    double width(const QString& name) {
+        const QQuickItem* found = item(name);
+        return found == nullptr ? 0 : found->width();
+    }
+};
+
+TEST_F(OverviewTest, WelcomesWithOneButtonThatScans) {
+    open();
+    EXPECT_TRUE(showsText(QStringLiteral("Diskinde neler yer kaplıyor?")));
+    EXPECT_FALSE(shows(QStringLiteral("segment-safe")));
+    EXPECT_TRUE(shows(QStringLiteral("segment-other")));
+    EXPECT_EQ(text(QStringLiteral("used")), QStringLiteral("400 GB kullanılıyor"));
+    EXPECT_EQ(text(QStringLiteral("free")), QStringLiteral("100 GB boş"));
+    focus(QStringLiteral("start"));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(waitUntil([&] { return stage_.count("scan") == 1; }));
+}
+
+TEST_F(OverviewTest, ShowsWhatTheScanHasCounted) {
+    stage_.files = 12'345;
+    stage_.bytes = 6'700'000'000;
+    stage_.scanDoor.shut();
+    open({QStringLiteral("--autoscan")});
+    EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("scannedFiles")) == QStringLiteral("12.345"); }));
+    EXPECT_EQ(text(QStringLiteral("scannedBytes")), QStringLiteral("6,7 GB"));
+    EXPECT_TRUE(waitUntil(
+        [&] { return text(QStringLiteral("currentPath")) == QStringLiteral("/home/biri/klasör"); }));
+    EXPECT_TRUE(showsText(QStringLiteral("Taranıyor…")));
+}
+
+TEST_F(OverviewTest, WithoutADiskThereIsNoFigureButEverythingElse) {
+    stage_.disk.reset();
+    stage_.denied = 2;
+    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned();
+    EXPECT_FALSE(shows(QStringLiteral("reclaimable")));
+    EXPECT_FALSE(shows(QStringLiteral("free")));
+    EXPECT_TRUE(shows(QStringLiteral("deniedBanner")));
+    EXPECT_TRUE(shows(QStringLiteral("card-safe")));
+    EXPECT_TRUE(shows(QStringLiteral("largest-0")));
+}
+
+TEST_F(OverviewTest, EmptyingTheTrashTurnsOneBannerIntoTheOther) {
+    stage_.result = {finding("/v/one", SafetyLevel::safe, 1)};
+    openScanned();
+    EXPECT_FALSE(shows(QStringLiteral("trashBanner")));
+    app_->clean({"/v/one"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
+    EXPECT_FALSE(shows(QStringLiteral("freedBanner")));
+    click(QStringLiteral("emptyTrash"));
+    ASSERT_TRUE(waitUntil([&] { return !shows(QStringLiteral("trashBanner")); }));
+    EXPECT_EQ(text(QStringLiteral("freedBanner")), QStringLiteral("Bu oturumda 1 bayt yer açtın."));
+    EXPECT_EQ(stage_.count("empty"), 1);
+}
+
+TEST_F(OverviewTest, WithoutAModelTheUncertainBannerOffersNothingAndTheReasonStandsBelow) {
+    stage_.status = AIStatus{.unavailable = "Bu bilgisayarda model yok."};
+    for (int number = 0; number < 5; ++number)
+        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::unknown));
+    openScanned();
+    ASSERT_TRUE(shows(QStringLiteral("uncertainBanner")));
+    EXPECT_TRUE(
+        text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("5 klasör bilinmiyor ya da")));
+    EXPECT_FALSE(shows(QStringLiteral("analyzeAll")));
+    EXPECT_FALSE(shows(QStringLiteral("cancelBatch")));
+    EXPECT_EQ(text(QStringLiteral("modelMessage")), QStringLiteral("Bu bilgisayarda model yok."));
+    EXPECT_GT(item(QStringLiteral("modelMessage"))->mapToScene({}).y(),
+              item(QStringLiteral("uncertainBanner"))->mapToScene({}).y());
+}
+
+TEST_F(OverviewTest, ABatchShowsItsProgressAndCanBeStopped) {
+    stage_.result = {finding("/v/a", SafetyLevel::unknown, 2),
+                     guessed(finding("/v/b", SafetyLevel::safe, 1))};
+    openScanned();
+    EXPECT_FALSE(shows(QStringLiteral("batchProgress")));
+    EXPECT_FALSE(shows(QStringLiteral("modelMessage")));
+    stage_.classifyDoor.shut();
+    click(QStringLiteral("analyzeAll"));
+    ASSERT_TRUE(
+        waitUntil([&] { return shows(QStringLiteral("batchProgress")) && stage_.count("classify") == 1; }));
+    EXPECT_FALSE(shows(QStringLiteral("analyzeAll")));
+    EXPECT_TRUE(text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("2 klasör")));
+    click(QStringLiteral("cancelBatch"));
+    EXPECT_FALSE(shows(QStringLiteral("batchProgress")));
+    stage_.classifyDoor.open();
+    EXPECT_TRUE(waitUntil(
+        [&] { return text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("1 klasör")); }));
+    EXPECT_EQ(stage_.count("classify"), 1);
+}
+
+TEST_F(OverviewTest, ListsTheLargestAtMostEight) {
+    for (int number = 0; number < 9; ++number)
+        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
+    openScanned();
+    EXPECT_TRUE(shows(QStringLiteral("largest-7")));
+    EXPECT_FALSE(shows(QStringLiteral("largest-8")));
+    focus(QStringLiteral("largest-7"));
+    key(Qt::Key_Space);
+    EXPECT_EQ(model_->sidebar(), QStringLiteral("caution"));
+}
+
+TEST_F(OverviewTest, ListsFewerWhenThereAreFewerAndItsHeadingWithNone) {
+    openScanned();
+    EXPECT_TRUE(showsText(QStringLiteral("En büyükler")));
+    EXPECT_FALSE(shows(QStringLiteral("largest-0")));
+    stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
+    scanAll();
+    EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-1")); }));
+    EXPECT_FALSE(shows(QStringLiteral("largest-2")));
+}
+
+TEST_F(OverviewTest, ACardLeadsToItsListAndTheKeyboardGoesAlong) {
+    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned();
+    click(QStringLiteral("card-safe"));
+    EXPECT_EQ(model_->sidebar(), QStringLiteral("safe"));
+    ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
+    EXPECT_EQ(focused(), QStringLiteral("rows"));
+}
+
+TEST_F(OverviewTest, ACardKeepsTheFocusWhileFindingsChange) {
+    stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
+    openScanned();
+    focus(QStringLiteral("card-caution"));
+    app_->setLevel(SafetyLevel::caution, "/v/a");
+    ASSERT_TRUE(waitUntil([&] {
+        return item(QStringLiteral("card-caution"))
+            ->property("countText")
+            .toString()
+            .startsWith(QStringLiteral("1 öğe"));
+    }));
+    EXPECT_EQ(focused(), QStringLiteral("card-caution"));
+}
+
+TEST_F(OverviewTest, FreeSpaceIsRedBelowTwentyGigabytes) {
+    const auto color = [&] { return item(QStringLiteral("free"))->property("color").value<QColor>(); };
+    stage_.disk = DiskInfo{.total = 100'000'000'000, .available = 20'000'000'000};
+    openScanned();
+    EXPECT_LT(color().red(), 150);
+    stage_.disk->available = 19'999'999'999;
+    scanAll();
+    EXPECT_GT(color().red(), 150);
+}
+
+TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
+    stage_.disk = DiskInfo{.total = 1000, .available = 300};
+    stage_.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
+    openScanned();
+    const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
+    EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, 0.01);
+    EXPECT_NEAR(width(QStringLiteral("segment-keep")), bar * 0.1, 0.01);
+    EXPECT_NEAR(width(QStringLiteral("segment-other")), bar * 0.4, 0.01);
+    EXPECT_FALSE(shows(QStringLiteral("segment-caution")));
+    EXPECT_NEAR(item(QStringLiteral("segment-keep"))->x(), bar * 0.2 + 1, 0.01);
+}
+
+TEST_F(OverviewTest, SegmentsBeyondWhatIsUsedLeaveNoOther) {
+    stage_.disk = DiskInfo{.total = 1000, .available = 900};
+    stage_.result = {finding("/v/a", SafetyLevel::safe, 200)};
+    openScanned();
+    EXPECT_TRUE(shows(QStringLiteral("segment-safe")));
+    EXPECT_FALSE(shows(QStringLiteral("segment-other")));
+}
+
+TEST_F(OverviewTest, KeysScrollWhatNoControlReaches) {
+    for (int number = 0; number < 8; ++number)
+        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
+    openScanned();
+    window_->resize(1000, 640);
+    focus(QStringLiteral("card-safe"));
+    auto* overview = item(QStringLiteral("overview"));
+    const auto bottom = [&] { return overview->property("contentHeight").toDouble() - overview->height(); };
+    ASSERT_TRUE(waitUntil([&] { return bottom() > 0; }));
+    key(Qt::Key_End);
+    EXPECT_DOUBLE_EQ(overview->property("contentY").toDouble(), bottom());
+    key(Qt::Key_Home);
+    EXPECT_DOUBLE_EQ(overview->property("contentY").toDouble(), 0);
+}
+
+}  // namespace
+}  // namespace ulvak

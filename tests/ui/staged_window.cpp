@@ -1,0 +1,186 @@
+#include "ui/staged_window.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+#include <chrono>
+
+#include "ui/symbol_images.h"
+
+namespace ulvak::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+QStringList* collected = nullptr;
+
+void collect(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (collected != nullptr && type != QtDebugMsg && type != QtInfoMsg &&
+        !text.contains(QStringLiteral("XDG_RUNTIME_DIR")))
+        collected->append(text);
+}
+
+QQuickItem* lastNamed(QQuickItem* root, const QString& name) {
+    if (!root->isVisible())
+        return nullptr;
+    const auto children = root->childItems();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        if (QQuickItem* found = lastNamed(*child, name))
+            return found;
+    }
+    return root->objectName() == name ? root : nullptr;
+}
+
+bool anyReads(QQuickItem* root, const QString& text) {
+    if (!root->isVisible())
+        return false;
+    if (root->property("text").toString() == text)
+        return true;
+    return std::ranges::any_of(root->childItems(), [&](QQuickItem* child) { return anyReads(child, text); });
+}
+
+}  // namespace
+
+bool waitUntil(const std::function<bool()>& holds) {
+    return QTest::qWaitFor(holds, 10'000);
+}
+
+void ModelTest::start() {
+    app_ = std::make_unique<AppModel>(stage_.services(), tree_.path("verdicts.json"));
+    model_ = std::make_unique<WindowModel>(*app_);
+    if (stage_.status.isAvailable()) {
+        ASSERT_TRUE(waitUntil([this] { return app_->aiStatus().isAvailable(); }));
+    } else {
+        ASSERT_TRUE(waitUntil([this] { return app_->aiStatus() == stage_.status; }));
+    }
+}
+
+void ModelTest::scanAll() {
+    app_->scan();
+    ASSERT_TRUE(waitUntil([this] { return app_->phase() == AppModel::Phase::done; }));
+}
+
+ModelTest::~ModelTest() {
+    for (Door* door : {&stage_.scanDoor, &stage_.classifyDoor, &stage_.cleanDoor})
+        door->open();
+}
+
+WindowTest::WindowTest() {
+    collected = &warnings_;
+    qInstallMessageHandler(collect);
+}
+
+WindowTest::~WindowTest() {
+    engine_.reset();
+    EXPECT_TRUE(warnings_.isEmpty()) << warnings_.join(u'\n').toStdString();
+    qInstallMessageHandler(nullptr);
+    collected = nullptr;
+}
+
+void WindowTest::open(const QStringList& arguments) {
+    start();
+    engine_ = std::make_unique<QQmlApplicationEngine>();
+    engine_->addImageProvider(QStringLiteral("symbols"), new SymbolImages);
+    engine_->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(model_.get())},
+                                   {QStringLiteral("appearance"), QStringLiteral("light")},
+                                   {QStringLiteral("reducedMotion"), true}});
+    engine_->load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
+    ASSERT_FALSE(engine_->rootObjects().isEmpty()) << warnings_.join(u'\n').toStdString();
+    window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().constFirst());
+    window_->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
+    model_->launch(arguments);
+}
+
+void WindowTest::openScanned(const QString& level) {
+    open();
+    scanAll();
+    if (!level.isEmpty())
+        model_->setSidebar(level);
+    ASSERT_TRUE(waitUntil([&] {
+        return shows(level.isEmpty() ? QStringLiteral("card-safe") : QStringLiteral("findingList"));
+    }));
+}
+
+QQuickItem* WindowTest::item(const QString& name) const {
+    return lastNamed(window_->contentItem(), name);
+}
+
+bool WindowTest::showsText(const QString& text) const {
+    return anyReads(window_->contentItem(), text);
+}
+
+QString WindowTest::text(const QString& name) const {
+    const QQuickItem* found = item(name);
+    return found != nullptr ? found->property("text").toString() : QStringLiteral("(no ") + name + u')';
+}
+
+bool WindowTest::isEnabled(const QString& name) const {
+    const QQuickItem* found = item(name);
+    return found != nullptr && found->isEnabled();
+}
+
+QObject* WindowTest::popup(const QString& name) const {
+    return window_->findChild<QObject*>(name);
+}
+
+bool WindowTest::isOpen(const QString& popupName) const {
+    const QObject* found = popup(popupName);
+    return found != nullptr && found->property("opened").toBool();
+}
+
+QQuickItem* WindowTest::inPopup(const QString& popupName, const QString& name) const {
+    const QObject* found = popup(popupName);
+    auto* content = found != nullptr ? found->property("contentItem").value<QQuickItem*>() : nullptr;
+    return content != nullptr ? lastNamed(content, name) : nullptr;
+}
+
+QQuickItem* WindowTest::row(const QString& title) const {
+    const QQuickItem* rows = item(QStringLiteral("rows"));
+    if (rows == nullptr)
+        return nullptr;
+    for (QQuickItem* child : rows->property("contentItem").value<QQuickItem*>()->childItems()) {
+        if (child->isVisible() && child->property("title").toString() == title)
+            return child;
+    }
+    return nullptr;
+}
+
+int WindowTest::rowCount() const {
+    const QQuickItem* rows = item(QStringLiteral("rows"));
+    return rows == nullptr ? 0 : rows->property("count").toInt();
+}
+
+void WindowTest::click(QQuickItem* item, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
+    ASSERT_NE(item, nullptr);
+    // Not before the layout has settled: a click goes to a place.
+    QCoreApplication::processEvents();
+    const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    QTest::mouseMove(window_, centre.toPoint());
+    QTest::mouseClick(window_, button, modifiers, centre.toPoint());
+}
+
+void WindowTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window_, key, modifiers);
+}
+
+void WindowTest::type(const QString& letters) {
+    for (const QChar letter : letters)
+        QTest::sendKeyEvent(QTest::Click, window_, Qt::Key_unknown, letter, Qt::NoModifier);
+}
+
+void WindowTest::focus(const QString& name) {
+    QQuickItem* found = item(name);
+    ASSERT_NE(found, nullptr) << name.toStdString();
+    found->forceActiveFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(found->hasActiveFocus()) << name.toStdString();
+}
+
+QString WindowTest::focused() const {
+    for (const QQuickItem* item = window_->activeFocusItem(); item != nullptr; item = item->parentItem()) {
+        if (!item->objectName().isEmpty())
+            return item->objectName();
+    }
+    return {};
+}
+
+}  // namespace ulvak::test

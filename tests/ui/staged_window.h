@@ -1,0 +1,76 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+#include "app/app_model.h"
+#include "support/temp_tree.h"
+#include "ui/staged_services.h"
+#include "ui/window_model.h"
+
+namespace ulvak::test {
+
+/// Lets events pass until something holds. False when it does not within ten seconds.
+bool waitUntil(const std::function<bool()>& holds);
+
+/// The application and what its window shows, without a window.
+class ModelTest : public testing::Test {
+protected:
+    /// Once everything is staged.
+    virtual void start();
+    void scanAll();
+    ~ModelTest() override;
+
+    TempTree tree_;
+    StagedServices stage_;
+    std::unique_ptr<AppModel> app_;
+    std::unique_ptr<WindowModel> model_;
+};
+
+/// The real window over staged services. Fails when anything on the way gave a warning.
+class WindowTest : public ModelTest {
+protected:
+    WindowTest();
+    ~WindowTest() override;
+
+    /// With the program's arguments.
+    void open(const QStringList& arguments = {});
+    /// With a result to look at, at a level's list when one is named.
+    void openScanned(const QString& level = {});
+
+    /// The visible item of that name; null when there is none. The last one wins: what lies on top.
+    [[nodiscard]] QQuickItem* item(const QString& name) const;
+    [[nodiscard]] bool shows(const QString& name) const { return item(name) != nullptr; }
+    /// A visible text anywhere in the window that reads exactly so.
+    [[nodiscard]] bool showsText(const QString& text) const;
+    [[nodiscard]] QString text(const QString& name) const;
+    [[nodiscard]] bool isEnabled(const QString& name) const;
+    [[nodiscard]] QObject* popup(const QString& name) const;
+    [[nodiscard]] bool isOpen(const QString& popupName) const;
+    [[nodiscard]] QQuickItem* inPopup(const QString& popupName, const QString& name) const;
+    /// The row of a list that shows this finding.
+    [[nodiscard]] QQuickItem* row(const QString& title) const;
+    [[nodiscard]] int rowCount() const;
+
+    void click(QQuickItem* item, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void click(const QString& name) { click(item(name)); }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void type(const QString& letters);
+    void focus(const QString& name);
+    /// The name of the item with the keyboard, or of the nearest around it that has one.
+    [[nodiscard]] QString focused() const;
+
+    QStringList warnings_;
+    std::unique_ptr<QQmlApplicationEngine> engine_;
+    QQuickWindow* window_ = nullptr;
+};
+
+}  // namespace ulvak::test

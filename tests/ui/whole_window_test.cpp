@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QProcess>
+#include <fstream>
+#include <iterator>
+
+#include "app/shown.h"
+#include "core/paths.h"
+#include "support/temp_tree.h"
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::TempTree;
+using test::waitUntil;
+
+bool exists(const std::string& path) {
+    struct stat about{};
+    return ::lstat(path.c_str(), &about) == 0;
+}
+
+/// With the program's own services, over a home that the test has made and its child process lives in.
+class WholeWindow : public test::WindowTest {
+protected:
+    void start() override {
+        app_ = std::make_unique<AppModel>();
+        model_ = std::make_unique<WindowModel>(*app_);
+    }
+};
+
+/// Run by the test below, in a process whose HOME is a temporary tree; refuses any other.
+TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
+    const std::string home = qgetenv("ULVAK_TEST_HOME").toStdString();
+    ASSERT_FALSE(home.empty());
+    ASSERT_EQ(Paths::folders().home, home);
+    open();
+    key(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return app_->phase() == AppModel::Phase::done; }));
+
+    // A cache is relabelled with the keyboard, and found again under its new label.
+    const std::string npm = home + "/.npm";
+    ASSERT_NE(app_->finding(npm), nullptr);
+    ASSERT_EQ(app_->finding(npm)->level, SafetyLevel::regenerable);
+    focus(QStringLiteral("sidebar"));
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    ASSERT_EQ(text(QStringLiteral("listTitle")), QStringLiteral("Yeniden oluşur"));
+    const QString title = shown(app_->finding(npm)->title);
+    ASSERT_TRUE(waitUntil([&] { return row(title) != nullptr; }));
+    click(row(title));
+    click(QStringLiteral("relabel"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("detailLevels")); }));
+    click(inPopup(QStringLiteral("detailLevels"), QStringLiteral("level-keep")));
+    ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; }));
+    click(QStringLiteral("row-keep"));
+    ASSERT_TRUE(waitUntil([&] { return row(title) != nullptr; }));
+
+    // It goes to the Trash after the question, and its row with it.
+    click(row(title));
+    click(QStringLiteral("moveToTrash"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmTrash")); }));
+    EXPECT_TRUE(exists(npm));
+    click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
+    ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; })) << app_->alert()->message;
+    EXPECT_TRUE(showsText(QStringLiteral("Bir öğe seç")));
+    EXPECT_FALSE(app_->alert().has_value());
+    model_.reset();
+    engine_.reset();
+    app_.reset();  // what is to be written has been
+}
+
+TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {
+    const TempTree tree({test::folder("home", {test::folder(".npm", {test::file("veri", 150'000'000)}),
+                                               test::folder("tmp"), test::folder("data")})});
+    const std::string home = tree.path("home");
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const auto set = [&](const char* name, const std::string& value) {
+        environment.insert(QString::fromLatin1(name), QString::fromStdString(value));
+    };
+    set("HOME", home);
+    set("ULVAK_TEST_HOME", home);
+    set("TMPDIR", home + "/tmp");
+    set("XDG_DATA_HOME", home + "/data");
+    set("XDG_RUNTIME_DIR", home + "/tmp");
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=WholeWindow.*"),
+                                                          QStringLiteral("--gtest_also_run_disabled_tests")});
+    ASSERT_TRUE(child.waitForFinished(100'000));
+    ASSERT_EQ(child.exitCode(), 0) << child.readAll().toStdString();
+
+    EXPECT_FALSE(exists(home + "/.npm"));
+    EXPECT_TRUE(exists(home + "/data/Trash/files/.npm/veri"));
+    EXPECT_TRUE(exists(home + "/data/Trash/info/.npm.trashinfo"));
+    std::ifstream file(home + "/data/Ulvak/verdicts.json");
+    const std::string verdicts(std::istreambuf_iterator<char>(file), {});
+    EXPECT_NE(verdicts.find(home + "/.npm"), std::string::npos) << verdicts;
+    EXPECT_NE(verdicts.find("\"user\""), std::string::npos) << verdicts;
+}
+
+}  // namespace
+}  // namespace ulvak
