@@ -191,11 +191,11 @@ TEST_F(AppModelClean, AFindingIsNotCleanedTwiceAtOnce) {
     startWith({usedBy("/1", {"Tarayıcı"})});
     const auto first = app().clean({"/1"}, CleanMode::trash);
     const auto together = app().clean({"/1"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return together.isReady() && gate->arrived() == 1; }));
+    ASSERT_TRUE(eventually([&] { return first.isReady() != together.isReady() && gate->arrived() == 1; }));
     EXPECT_EQ(app().cleaning(), std::set<std::string>{"/1"});
     clean({"/1"});
     gate->open();
-    ASSERT_TRUE(eventually([&] { return first.isReady(); }));
+    ASSERT_TRUE(eventually([&] { return first.isReady() && together.isReady(); }));
     EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
     EXPECT_EQ(app().trashedBytes(), 100);
 }

@@ -9,7 +9,7 @@ namespace ulvak::test {
 using namespace std::chrono_literals;
 
 testing::AssertionResult eventually(const std::function<bool()>& holds) {
-    const QDeadlineTimer deadline(60s);
+    const QDeadlineTimer deadline(20s);
     QTimer look;  // what the test waits for need not come as an event
     look.start(2ms);
     while (!holds()) {
