@@ -7,11 +7,12 @@
 // made-up ones, in random order, to lists of all levels. Each run scans three times: into empty lists, over
 // the same findings, and over a list of which every other finding has gone and another has come.
 
-#include <time.h>
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QThread>
+#include <QTimer>
+#include <ctime>
 
 #include <algorithm>
 #include <array>
@@ -161,7 +162,7 @@ public:
             if (app_.phase() == AppModel::Phase::done)
                 loop.quit();
         });
-        QMetaObject::invokeMethod(&app_, [this] { app_.scan(); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, &app_, [this] { app_.scan(); });
         loop.exec();
         QObject::disconnect(connection);
         if (app_.findings().size() != numbers.size())
@@ -172,13 +173,10 @@ public:
     /// A label, as the user gives one: all that is remembered is put into words again.
     void label() {
         QEventLoop loop;
-        QMetaObject::invokeMethod(
-            &app_,
-            [this, &loop] {
-                app_.setLevel(SafetyLevel::keep, app_.findings().back()->id);
-                loop.quit();
-            },
-            Qt::QueuedConnection);
+        QTimer::singleShot(0, &app_, [this, &loop] {
+            app_.setLevel(SafetyLevel::keep, app_.findings().back()->id);
+            loop.quit();
+        });
         loop.exec();
     }
 

@@ -60,7 +60,7 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       services_(std::move(services)),
       disk_(services_.diskInfo()),
       aiStatus_{.unavailable = ""},
-      workers_(std::make_unique<Workers>(*this)),
+      workers_(std::make_unique<Workers>()),
       verdictsFile_(*workers_),
       store_(std::move(verdictsPath), VerdictStore::systemTime,
              [this](const std::string& path, VerdictStore::Contents contents) {

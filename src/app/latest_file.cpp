@@ -18,20 +18,21 @@ struct LatestFile::Queue {
     std::optional<Version> next;  ///< guarded by `mutex`
     bool isWriting = false;       ///< guarded by `mutex`
 
+    /// None when there is nothing to write; whoever comes next begins anew.
+    std::optional<Version> take() {
+        const std::scoped_lock lock(mutex);
+        isWriting = next.has_value();
+        return std::exchange(next, std::nullopt);
+    }
+
     /// Writes until nothing is left to write.
     void run() {
         for (;;) {
-            Version version;
-            {
-                const std::scoped_lock lock(mutex);
-                if (!next) {
-                    isWriting = false;
-                    return;
-                }
-                version = std::move(*std::exchange(next, std::nullopt));
-            }
-            if (const auto bytes = version.contents())
-                (void)platform::replaceFile(version.path, *bytes);
+            const std::optional<Version> version = take();
+            if (!version)
+                return;
+            if (const auto bytes = version->contents())
+                (void)platform::replaceFile(version->path, *bytes);
         }
     }
 };

@@ -11,7 +11,7 @@ namespace ulvak {
 
 /// Writes a small file on a worker: a disk that is slow to answer does not hold the window. Of several
 /// versions that come while one is being written only the last is written, and it is the last on the disk.
-/// Threads: that of the workers' home. A version is written at the latest when the workers are done.
+/// Threads: that of the workers. A version is written at the latest when the workers are done.
 class LatestFile {
 public:
     /// `workers` outlives this object.

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QObject>
 
 namespace ulvak {
 
@@ -9,14 +10,45 @@ namespace ulvak {
 // items are cleaned, a label is written: none of them waits for another. As many as one can click together.
 constexpr int mostThreads = 1000;
 
-Workers::Workers(QObject& home) : home_(home) {
+namespace {
+
+/// That a coroutine can go on.
+class GoOn : public QEvent {
+public:
+    explicit GoOn(std::coroutine_handle<> waitingOne) : QEvent(ownType()), waiting(waitingOne) {}
+
+    static Type ownType() {
+        static const int number = registerEventType();
+        return static_cast<Type>(number);
+    }
+
+    std::coroutine_handle<> waiting;
+};
+
+}  // namespace
+
+class Workers::Home : public QObject {
+public:
+    bool event(QEvent* event) override {
+        const auto* goOn = dynamic_cast<const GoOn*>(event);
+        if (goOn == nullptr)
+            return QObject::event(event);
+        --awaited;
+        goOn->waiting.resume();
+        return true;
+    }
+
+    int awaited = 0;  ///< calls whose coroutine has not gone on yet
+};
+
+Workers::Workers() : home_(std::make_unique<Home>()) {
     pool_.setMaxThreadCount(mostThreads);
 }
 
 Workers::~Workers() {
-    while (awaited_ > 0) {
+    while (home_->awaited > 0) {
         pool_.waitForDone();
-        QCoreApplication::sendPostedEvents(&home_, QEvent::MetaCall);
+        QCoreApplication::sendPostedEvents(home_.get(), GoOn::ownType());
     }
     pool_.waitForDone();
 }
@@ -30,14 +62,10 @@ bool Workers::waitForDone(std::chrono::milliseconds time) {
 }
 
 void Workers::start(std::function<void()> function, std::coroutine_handle<> waiting) {
-    ++awaited_;
-    pool_.start([this, function = std::move(function), waiting] {
+    ++home_->awaited;
+    pool_.start([home = home_.get(), function = std::move(function), waiting] {
         function();
-        const auto goOn = [this, waiting] {
-            --awaited_;
-            waiting.resume();
-        };
-        QMetaObject::invokeMethod(&home_, goOn, Qt::QueuedConnection);
+        QCoreApplication::postEvent(home, new GoOn(waiting));
     });
 }
 

@@ -1,29 +1,27 @@
 #pragma once
 
-#include <QObject>
 #include <QThreadPool>
 #include <chrono>
 #include <coroutine>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <type_traits>
 #include <utility>
 
 namespace ulvak {
 
 /// Threads for what must not hold the user interface. A coroutine awaits a function's result; it goes on
-/// where it was, on the thread of `home`:
+/// where it was, on the thread that the workers belong to:
 ///
 ///     auto call = workers.run([finding] { return measure(finding); });
 ///     const auto size = co_await call;
 ///
-/// Threads: everything here belongs to the thread of `home`; the functions run on others.
+/// Threads: everything here belongs to the thread that makes it, which has an event loop; the functions run
+/// on others.
 class Workers {
 public:
-    /// Results come back as events of `home`, which outlives this object.
-    explicit Workers(QObject& home);
+    Workers();
     /// Waits for all functions and lets whoever awaits them go on: see to it that they end soon, and that
     /// those who wake up then know what has become of their world.
     ~Workers();
@@ -49,7 +47,7 @@ public:
         public:
             void put(Result result) {
                 const std::scoped_lock lock(mutex_);
-                result_.emplace(std::move(result));
+                result_ = std::make_unique<Result>(std::move(result));
             }
             Result take() {
                 const std::scoped_lock lock(mutex_);
@@ -58,7 +56,7 @@ public:
 
         private:
             std::mutex mutex_;
-            std::optional<Result> result_;  ///< guarded by `mutex_`
+            std::unique_ptr<Result> result_;  ///< guarded by `mutex_`
         };
 
         Workers& workers_;
@@ -81,9 +79,9 @@ public:
 private:
     void start(std::function<void()> function, std::coroutine_handle<> waiting);
 
-    QObject& home_;
+    class Home;
+    std::unique_ptr<Home> home_;  ///< to which results come back, as events
     QThreadPool pool_;
-    int awaited_ = 0;  ///< calls whose coroutine has not gone on yet
 };
 
 }  // namespace ulvak

@@ -32,7 +32,7 @@ protected:
         };
     }
 
-    std::vector<std::string> asked() const {
+    [[nodiscard]] std::vector<std::string> asked() const {
         std::vector<std::string> result;
         for (const Question& question : questions->values())
             result.push_back(question.id);

@@ -181,8 +181,8 @@ protected:
         (void)app().finish(0ms);
         ::_exit(0);
     }
-    std::string trashed() const { return tree.path("ev/.local/share/Trash/files"); }
-    int inTrash() const { return entriesIn(trashed()); }
+    [[nodiscard]] std::string trashed() const { return tree.path("ev/.local/share/Trash/files"); }
+    [[nodiscard]] int inTrash() const { return entriesIn(trashed()); }
     static int entriesIn(const std::string& path) {
         return static_cast<int>(platform::listNames(path).size());
     }

@@ -140,7 +140,7 @@ AppModel& AppTest::start() {
         {&AppModel::alertChanged, "alert"},
     };
     for (const auto& [signal, name] : all)
-        QObject::connect(app_.get(), signal, app_.get(), [this, name = name] { signalled->add(name); });
+        QObject::connect(app_.get(), signal, app_.get(), [this, text = name] { signalled->add(text); });
     return *app_;
 }
 

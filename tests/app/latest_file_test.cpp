@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QObject>
 #include <QThread>
 #include <atomic>
 #include <memory>
@@ -18,8 +17,7 @@ using namespace test;
 
 struct LatestFileTest : testing::Test {
     TempTree tree;
-    QObject home;
-    std::unique_ptr<Workers> workers = std::make_unique<Workers>(home);
+    std::unique_ptr<Workers> workers = std::make_unique<Workers>();
     LatestFile file{*workers};
 
     void write(const std::string& name, const std::string& text) {

@@ -17,8 +17,7 @@ using namespace test;
 using namespace std::chrono_literals;
 
 struct WorkersTest : testing::Test {
-    QObject home;
-    std::unique_ptr<Workers> workers = std::make_unique<Workers>(home);
+    std::unique_ptr<Workers> workers = std::make_unique<Workers>();
     std::shared_ptr<Gate> gate = std::make_shared<Gate>();
     std::vector<int> results;
 
