@@ -3,69 +3,154 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
+#include <condition_variable>
+#include <deque>
+#include <system_error>
+#include <thread>
+#include <vector>
 
 namespace ulvak {
 
 // A scan that was cancelled still walks, a new one walks beside it, a model is asked about many findings,
 // items are cleaned, a label is written: none of them waits for another. As many as one can click together.
-constexpr int mostThreads = 1000;
+constexpr std::size_t mostThreads = 1000;
 
-namespace {
-
-/// That a coroutine can go on.
-class GoOn : public QEvent {
-public:
-    explicit GoOn(std::coroutine_handle<> waitingOne) : QEvent(ownType()), waiting(waitingOne) {}
-
-    static Type ownType() {
-        static const int number = registerEventType();
-        return static_cast<Type>(number);
-    }
-
-    std::coroutine_handle<> waiting;
-};
-
-}  // namespace
-
+/// Where coroutines go on: an object of the thread that they belong to.
 class Workers::Home : public QObject {
 public:
+    /// Threads: any. One event for each coroutine.
+    void letGoOn(std::coroutine_handle<> waiting) {
+        const std::scoped_lock lock(mutex_);
+        ready_.push_back(waiting);
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
     bool event(QEvent* event) override {
-        const auto* goOn = dynamic_cast<const GoOn*>(event);
-        if (goOn == nullptr)
+        const std::coroutine_handle<> waiting = next();
+        if (!waiting)
             return QObject::event(event);
         --awaited;
-        goOn->waiting.resume();
+        waiting.resume();
         return true;
     }
 
     int awaited = 0;  ///< calls whose coroutine has not gone on yet
+
+private:
+    std::coroutine_handle<> next() {
+        const std::scoped_lock lock(mutex_);
+        if (ready_.empty())
+            return {};
+        const std::coroutine_handle<> first = ready_.front();
+        ready_.pop_front();
+        return first;
+    }
+
+    std::mutex mutex_;
+    std::deque<std::coroutine_handle<>> ready_;  ///< guarded by `mutex_`
 };
 
-Workers::Workers() : home_(std::make_unique<Home>()) {
-    pool_.setMaxThreadCount(mostThreads);
-}
+/// Threads that are made when all others are busy, and kept. The standard's, whose order among each other the
+/// thread sanitizer can see.
+class Workers::Pool {
+public:
+    Pool() = default;
+    /// Waits for all functions.
+    ~Pool() {
+        {
+            const std::scoped_lock lock(mutex_);
+            isOver_ = true;
+        }
+        changed_.notify_all();
+        for (std::thread& thread : threads_)
+            thread.join();
+    }
+    Pool(const Pool&) = delete;
+    Pool& operator=(const Pool&) = delete;
+
+    void start(std::function<void()> function) {
+        const std::scoped_lock lock(mutex_);
+        ++unfinished_;
+        functions_.push_back(std::move(function));
+        if (functions_.size() > idle_ && threads_.size() < mostThreads)
+            addThread();
+        changed_.notify_one();
+    }
+
+    /// Whether that was within this time.
+    bool waitForAll(std::chrono::milliseconds time) {
+        std::unique_lock lock(mutex_);
+        return finished_.wait_for(lock, time, [this] { return unfinished_ == 0; });
+    }
+    void waitForAll() {
+        std::unique_lock lock(mutex_);
+        finished_.wait(lock, [this] { return unfinished_ == 0; });
+    }
+
+private:
+    void addThread() {
+        try {
+            threads_.emplace_back([this] { work(); });
+        } catch (const std::system_error&) {
+            // The system has no more to give: the others take it in turn.
+            if (threads_.empty())
+                throw;
+        }
+    }
+
+    void work() {
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            ++idle_;
+            changed_.wait(lock, [this] { return isOver_ || !functions_.empty(); });
+            --idle_;
+            if (functions_.empty())
+                return;
+            std::function<void()> function = std::move(functions_.front());
+            functions_.pop_front();
+            lock.unlock();
+            function();
+            function = nullptr;  // what it holds goes before it counts as finished
+            lock.lock();
+            if (--unfinished_ == 0)
+                finished_.notify_all();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::condition_variable finished_;
+    // All guarded by `mutex_`, but for the threads, which only the owner's thread knows.
+    std::deque<std::function<void()>> functions_;
+    std::size_t idle_ = 0;
+    std::size_t unfinished_ = 0;
+    bool isOver_ = false;
+    std::vector<std::thread> threads_;
+};
+
+Workers::Workers() : home_(std::make_unique<Home>()), pool_(std::make_unique<Pool>()) {}
 
 Workers::~Workers() {
     while (home_->awaited > 0) {
-        pool_.waitForDone();
-        QCoreApplication::sendPostedEvents(home_.get(), GoOn::ownType());
+        pool_->waitForAll();
+        QCoreApplication::sendPostedEvents(home_.get(), QEvent::User);
     }
-    pool_.waitForDone();
+    pool_.reset();
 }
 
 void Workers::post(std::function<void()> function) {
-    pool_.start(std::move(function));
+    pool_->start(std::move(function));
 }
 
 bool Workers::waitForDone(std::chrono::milliseconds time) {
-    return pool_.waitForDone(static_cast<int>(time.count()));
+    return pool_->waitForAll(time);
 }
 
 void Workers::start(std::function<void()> function, std::coroutine_handle<> waiting) {
     ++home_->awaited;
-    pool_.start([home = home_.get(), function = std::move(function), waiting] {
+    pool_->start([home = home_.get(), function = std::move(function), waiting] {
         function();
-        QCoreApplication::postEvent(home, new GoOn(waiting));
+        home->letGoOn(waiting);
     });
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QThreadPool>
 #include <chrono>
 #include <coroutine>
 #include <functional>
@@ -81,7 +80,8 @@ private:
 
     class Home;
     std::unique_ptr<Home> home_;  ///< to which results come back, as events
-    QThreadPool pool_;
+    class Pool;
+    std::unique_ptr<Pool> pool_;
 };
 
 }  // namespace ulvak
