@@ -47,7 +47,6 @@ Rectangle {
         // Below the text where there is too little room beside it.
         RowLayout {
             id: place
-            visible: visibleChildren.length > 0
             spacing: Theme.spaceM
             Layout.column: row.isTight ? 0 : 2
             Layout.row: row.isTight ? 1 : 0

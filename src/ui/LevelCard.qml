@@ -34,54 +34,61 @@ AbstractButton {
     Keys.onReturnPressed: activate()
     Keys.onEnterPressed: activate()
 
-    contentItem: ColumnLayout {
-        spacing: Theme.spaceS
+    // At the top, however tall the row of cards is.
+    contentItem: Item {
+        implicitWidth: column.implicitWidth
+        implicitHeight: column.implicitHeight
 
-        RowLayout {
+        ColumnLayout {
+            id: column
+            width: parent.width
             spacing: Theme.spaceS
-            Symbol {
-                name: root.symbol
-                color: root.tint
-                size: Theme.headline * 1.3
+
+            RowLayout {
+                spacing: Theme.spaceS
+                Symbol {
+                    name: root.symbol
+                    color: root.tint
+                    size: Theme.headline * 1.3
+                }
+                Text {
+                    text: root.title
+                    textFormat: Text.PlainText
+                    color: Theme.text
+                    font.pixelSize: Theme.headline
+                    font.weight: Font.DemiBold
+                    wrapMode: Text.Wrap
+                    Layout.fillWidth: true
+                }
+                Symbol {
+                    name: "chevron.right"
+                    color: Theme.tertiary
+                    size: Theme.caption
+                }
+            }
+            Figures {
+                text: root.sizeText
+                font.pixelSize: Theme.title2
+                font.bold: true
             }
             Text {
-                text: root.title
+                id: count
+                text: root.countText
                 textFormat: Text.PlainText
-                color: Theme.text
-                font.pixelSize: Theme.headline
-                font.weight: Font.DemiBold
-                wrapMode: Text.Wrap
-                Layout.fillWidth: true
-            }
-            Symbol {
-                name: "chevron.right"
-                color: Theme.tertiary
-                size: Theme.caption
-            }
-        }
-        Figures {
-            text: root.sizeText
-            font.pixelSize: Theme.title2
-            font.bold: true
-        }
-        Text {
-            id: count
-            text: root.countText
-            textFormat: Text.PlainText
-            color: Theme.secondary
-            font.pixelSize: Theme.caption
-            wrapMode: Text.Wrap
-            maximumLineCount: 3
-            elide: Text.ElideRight
-            lineHeight: 1.1
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            Layout.preferredHeight: Math.ceil(metrics.lineSpacing * 1.1) * 3 + 2
-            verticalAlignment: Text.AlignTop
-
-            FontMetrics {
-                id: metrics
+                color: Theme.secondary
                 font.pixelSize: Theme.caption
+                wrapMode: Text.Wrap
+                maximumLineCount: 3
+                elide: Text.ElideRight
+                lineHeight: 1.1
+                Layout.fillWidth: true
+                Layout.preferredHeight: Math.ceil(metrics.lineSpacing * 1.1) * 3 + 2
+                verticalAlignment: Text.AlignTop
+
+                FontMetrics {
+                    id: metrics
+                    font.pixelSize: Theme.caption
+                }
             }
         }
     }

@@ -97,8 +97,8 @@ TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
     EXPECT_TRUE(showsText(QStringLiteral("Senin etiketin")));
 
     openMenu(QStringLiteral("a"));
-    key(Qt::Key_Up);  // the last item
-    key(Qt::Key_Up);  // the submenu
+    for (int line = 0; line < 3; ++line)
+        key(Qt::Key_Down);
     key(Qt::Key_Right);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
     ASSERT_NE(inPopup(QStringLiteral("levelMenu"), QStringLiteral("reset")), nullptr);
@@ -118,10 +118,11 @@ TEST_F(FindingListTest, TheSubmenuRelabels) {
     stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));
     openMenu(QStringLiteral("b"));
-    key(Qt::Key_Up);
-    key(Qt::Key_Up);
+    for (int line = 0; line < 3; ++line)
+        key(Qt::Key_Down);
     key(Qt::Key_Right);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
+    settle();
     double above = -1;
     for (const char* level : {"safe", "regenerable", "caution", "keep", "unknown"}) {
         const QQuickItem* line =

@@ -111,7 +111,7 @@ TEST_F(MainWindowTest, TheSidebarListsTheLevelsInOrderAndTheirSizesOnceKnown) {
     stage_.scanDoor.open();
     EXPECT_TRUE(
         waitUntil([&] { return rowSize(item(QStringLiteral("row-keep"))) == QStringLiteral("3 GB"); }));
-    EXPECT_EQ(rowSize(item(QStringLiteral("row-caution"))), QStringLiteral("0 bayt"));
+    EXPECT_EQ(rowSize(item(QStringLiteral("row-caution"))), QStringLiteral("Sıfır KB"));
 }
 
 TEST_F(MainWindowTest, TheDiskIsRedOnlyBelowTwentyGigabytes) {

@@ -183,6 +183,7 @@ TEST_F(OverviewTest, KeysScrollWhatNoControlReaches) {
     openScanned();
     window_->resize(1000, 640);
     focus(QStringLiteral("card-safe"));
+    settle();
     auto* overview = item(QStringLiteral("overview"));
     const auto bottom = [&] { return overview->property("contentHeight").toDouble() - overview->height(); };
     ASSERT_TRUE(waitUntil([&] { return bottom() > 0; }));

@@ -49,7 +49,10 @@ AppServices StagedServices::services() {
         scanDoor.pass();
         return result;
     };
-    services.aiStatus = [this](const std::stop_token&) { return status; };
+    services.aiStatus = [this](const std::stop_token&) {
+        ++statusRequests;
+        return status;
+    };
     services.runningApplications = [] { return std::vector<std::string>(); };
     services.runningApps = [this](std::span<const std::string>) { return running; };
     services.classify = [this](const Finding& finding, std::string_view text, std::span<const std::string>,
@@ -57,7 +60,7 @@ AppServices StagedServices::services() {
         note("classify " + finding.id + " " + std::string(text));
         classifyDoor.pass();
         if (!classifyFailure.empty())
-            return std::unexpected(AIClassifier::Error{platform::ModelError{.description = classifyFailure}});
+            return std::unexpected(AIClassifier::Error{platform::ModelError{.text = classifyFailure}});
         return answer;
     };
     services.clean = [this](const Finding& finding,

@@ -53,6 +53,8 @@ public:
     std::int64_t denied = 0;
     std::string current = "/home/biri/klasör";
 
+    std::atomic<int> statusRequests = 0;
+
     Door scanDoor;
     Door classifyDoor;
     Door cleanDoor;

@@ -2,14 +2,14 @@
 
 #include <QSignalSpy>
 #include <QtTest>
-#include <chrono>
+#include <algorithm>
+#include <tuple>
 
+#include "app/shown.h"
 #include "ui/symbol_images.h"
 
 namespace ulvak::test {
 namespace {
-
-using namespace std::chrono_literals;
 
 QStringList* collected = nullptr;
 
@@ -97,7 +97,10 @@ void WindowTest::openScanned(const QString& level) {
     if (!level.isEmpty())
         model_->setSidebar(level);
     ASSERT_TRUE(waitUntil([&] {
-        return shows(level.isEmpty() ? QStringLiteral("card-safe") : QStringLiteral("findingList"));
+        if (level.isEmpty())
+            return shows(QStringLiteral("card-safe"));
+        const FindingPointer first = model_->findings()->at(0);
+        return shows(QStringLiteral("findingList")) && (!first || row(shown(first->title)) != nullptr);
     }));
 }
 
@@ -152,11 +155,15 @@ int WindowTest::rowCount() const {
 
 void WindowTest::click(QQuickItem* item, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
     ASSERT_NE(item, nullptr);
-    // Not before the layout has settled: a click goes to a place.
-    QCoreApplication::processEvents();
+    settle();
     const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
     QTest::mouseMove(window_, centre.toPoint());
     QTest::mouseClick(window_, button, modifiers, centre.toPoint());
+}
+
+void WindowTest::settle() {
+    QCoreApplication::processEvents();
+    std::ignore = window_->grabWindow();
 }
 
 void WindowTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {

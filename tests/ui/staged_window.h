@@ -59,6 +59,8 @@ protected:
     [[nodiscard]] QQuickItem* row(const QString& title) const;
     [[nodiscard]] int rowCount() const;
 
+    /// Lets everything find its place: a click goes to a place, not to an item.
+    void settle();
     void click(QQuickItem* item, Qt::MouseButton button = Qt::LeftButton,
                Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(const QString& name) { click(item(name)); }

@@ -66,8 +66,8 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; })) << app_->alert()->message;
     EXPECT_TRUE(showsText(QStringLiteral("Bir öğe seç")));
     EXPECT_FALSE(app_->alert().has_value());
-    model_.reset();
     engine_.reset();
+    model_.reset();
     app_.reset();  // what is to be written has been
 }
 
@@ -84,7 +84,6 @@ TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {
     set("ULVAK_TEST_HOME", home);
     set("TMPDIR", home + "/tmp");
     set("XDG_DATA_HOME", home + "/data");
-    set("XDG_RUNTIME_DIR", home + "/tmp");
     child.setProcessEnvironment(environment);
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=WholeWindow.*"),
