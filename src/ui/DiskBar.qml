@@ -33,6 +33,7 @@ ColumnLayout {
                 model: root.segments.length
 
                 Rectangle {
+                    id: part
                     required property int index
                     readonly property var segment: root.segments[index] ?? ({ level: "", fraction: 0 })
                     readonly property bool isOther: segment.level === ""
@@ -43,8 +44,8 @@ ColumnLayout {
                     width: Math.max(0, bar.width * segment.fraction)
                     height: row.height
                     gradient: Gradient {
-                        GradientStop { position: 0; color: isOther ? tint : Qt.lighter(tint, Theme.dark ? 1.1 : 1.3) }
-                        GradientStop { position: 1; color: tint }
+                        GradientStop { position: 0; color: part.isOther ? part.tint : Qt.lighter(part.tint, Theme.dark ? 1.1 : 1.3) }
+                        GradientStop { position: 1; color: part.tint }
                     }
                 }
             }

@@ -25,6 +25,7 @@ Row {
         model: root.parts.length
 
         Text {
+            id: glyph
             required property int index
             readonly property string part: root.parts[index] ?? ""
 

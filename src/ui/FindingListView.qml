@@ -62,7 +62,7 @@ Item {
                 symbol: "apple.intelligence"
                 onClicked: root.app.analyzeAllUncertain()
                 ToolTipText {
-                    visible: parent.hovered
+                    visible: analyze.hovered
                     text: "Bilinmeyen ve tahmin edilen klasörleri Apple Intelligence ile analiz et"
                 }
             }

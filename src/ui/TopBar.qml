@@ -33,12 +33,13 @@ Rectangle {
             Layout.fillWidth: true
         }
         PushButton {
+            id: scanButton
             objectName: "scan"
             text: root.app.scanButtonText
             symbol: root.app.phase === "scanning" ? "stop.fill" : "arrow.clockwise"
             onClicked: root.app.phase === "scanning" ? root.app.cancelScan() : root.app.scan()
             ToolTipText {
-                visible: parent.hovered && root.app.phase !== "scanning"
+                visible: scanButton.hovered && root.app.phase !== "scanning"
                 text: "Tara (Ctrl+R)"
             }
         }
@@ -51,7 +52,7 @@ Rectangle {
             Accessible.role: Accessible.ButtonMenu
             onClicked: menu.openFromKeyboard(visualFocus)
             ToolTipText {
-                visible: parent.hovered && !menu.visible
+                visible: menuButton.hovered && !menu.visible
                 text: "Menü (F10)"
             }
 
