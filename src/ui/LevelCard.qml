@@ -50,6 +50,7 @@ AbstractButton {
                     name: root.symbol
                     color: root.tint
                     size: Theme.headline * 1.3
+                    Layout.alignment: Qt.AlignTop
                 }
                 Text {
                     text: root.title
@@ -59,11 +60,14 @@ AbstractButton {
                     font.weight: Font.DemiBold
                     wrapMode: Text.Wrap
                     Layout.fillWidth: true
+                    Layout.alignment: Qt.AlignTop
                 }
                 Symbol {
                     name: "chevron.right"
                     color: Theme.tertiary
                     size: Theme.caption
+                    Layout.alignment: Qt.AlignTop
+                    Layout.topMargin: Math.round(0.25 * Theme.headline)
                 }
             }
             Figures {
