@@ -124,7 +124,8 @@ double WindowModel::usedFraction() const {
 }
 
 bool WindowModel::isDiskLow() const {
-    return app_.disk() && app_.disk()->available < lowSpace;
+    const auto& disk = app_.disk();
+    return disk && disk->available < lowSpace;
 }
 
 QString WindowModel::diskText() const {
@@ -270,15 +271,18 @@ double WindowModel::batchFraction() const {
 }
 
 QString WindowModel::alertId() const {
-    return app_.alert() ? app_.alert()->id.toString() : QString();
+    const auto& alert = app_.alert();
+    return alert ? alert->id.toString() : QString();
 }
 
 QString WindowModel::alertTitle() const {
-    return app_.alert() ? shown(app_.alert()->title) : QString();
+    const auto& alert = app_.alert();
+    return alert ? shown(alert->title) : QString();
 }
 
 QString WindowModel::alertMessage() const {
-    return app_.alert() ? shownLines(app_.alert()->message) : QString();
+    const auto& alert = app_.alert();
+    return alert ? shownLines(alert->message) : QString();
 }
 
 std::optional<SafetyLevel> WindowModel::selectedLevel() const {
