@@ -212,7 +212,7 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
 /// Random lists over few ids, so that most of a list is in the next one too, elsewhere.
 class FindingListModelProperty : public FindingListModelTest, public testing::WithParamInterface<unsigned> {
 protected:
-    std::size_t below(std::size_t bound) { return engine_() % bound; }
+    std::size_t below(std::size_t bound) { return engine() % bound; }
     SafetyLevel anyLevel() { return below(3) > 0 ? SafetyLevel::safe : SafetyLevel::keep; }
 
     std::vector<Finding> anyList() {
@@ -222,7 +222,7 @@ protected:
                 list.push_back(
                     staged("/" + std::to_string(id), anyLevel(), static_cast<std::int64_t>(below(1000))));
         }
-        std::ranges::shuffle(list, engine_);
+        std::ranges::shuffle(list, engine);
         return list;
     }
     /// The list as it is, somewhat disturbed.
@@ -235,7 +235,7 @@ protected:
         if (list.size() > 1)
             std::swap(list[below(list.size())], list[below(list.size())]);
         list.insert(list.begin() + static_cast<std::ptrdiff_t>(below(list.size() + 1)),
-                    staged("/n" + std::to_string(next_++)));
+                    staged("/n" + std::to_string(next++)));
         return list;
     }
     void changeSomething() {
@@ -256,8 +256,8 @@ protected:
         }
     }
 
-    std::mt19937 engine_{GetParam()};
-    int next_ = 0;
+    std::mt19937 engine{GetParam()};
+    int next = 0;
 };
 
 TEST_P(FindingListModelProperty, RowsAlwaysEqualTheListAndThoseThatStayKeepTheirIndex) {

@@ -23,7 +23,7 @@ struct LatestFileTest : testing::Test {
     void write(const std::string& name, const std::string& text) {
         file.write(tree.path(name), [text] { return std::optional(text); });
     }
-    std::string read(const std::string& name) const {
+    [[nodiscard]] std::string read(const std::string& name) const {
         return platform::readFile(tree.path(name), 10'000'000).value_or("?");
     }
 };
