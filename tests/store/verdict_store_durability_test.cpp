@@ -170,10 +170,14 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFile) {
     {
         VerdictStore(path).remove("/absent");
     }
+    const auto start = platform::makePipe();
+    ASSERT_TRUE(start);
     const auto writer = [&](const std::string& prefix, int entries) {
-        return [&path, prefix, entries](const Child::Report& report) {
+        return [&path, &start, prefix, entries](const Child::Report& report) {
             VerdictStore store(path);
             report(0);
+            char sign = 0;  // neither may read what the other has written
+            EXPECT_EQ(::read(start->read, &sign, 1), 1);
             for (int i = 0; i < saves; ++i)
                 saveOne(store, prefix + std::to_string(i % entries), i);
             report(1);
@@ -183,6 +187,7 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFile) {
     Child other(writer("/other/", 3));
     ASSERT_EQ(one.next(), 0);
     ASSERT_EQ(other.next(), 0);
+    ASSERT_EQ(::write(start->write, "go", 2), 2);
     std::atomic<bool> isOver = false;
     std::thread waiting([&] {
         EXPECT_EQ(one.next(), 1);
@@ -204,6 +209,8 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFile) {
     const bool isOne = store.entries().begin()->first.starts_with("/one/");
     EXPECT_THAT(store.entries(), SizeIs(isOne ? 150 : 3));
     EXPECT_THAT(platform::listNames(tree.path("Ulvak")), ElementsAre("verdicts.json"));
+    ::close(start->read);
+    ::close(start->write);
 }
 
 TEST(VerdictStoreDurability, AFullDiskLeavesTheOldFileAndNoLitter) {
