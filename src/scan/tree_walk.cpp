@@ -9,10 +9,10 @@
 #include <thread>
 #include <utility>
 
+#include "core/checked_add.h"
 #include "core/largest_first.h"
 #include "core/paths.h"
 #include "platform/package_name.h"
-#include "core/checked_add.h"
 
 namespace ulvak {
 namespace {
