@@ -84,8 +84,8 @@ QByteArray pngOf(const QImage& picture) {
 
 class Pictures {
 public:
-    Pictures(QQuickWindow& window, QDir folder, QString appearance)
-        : window_(window), folder_(std::move(folder)), appearance_(std::move(appearance)) {}
+    Pictures(QQuickWindow& window, const QDir& folder, QString appearance)
+        : window_(window), folder_(folder), appearance_(std::move(appearance)) {}
 
     void take(const QString& name) {
         settle();
