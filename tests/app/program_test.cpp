@@ -152,10 +152,15 @@ std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) 
 TEST_F(Program, DumpChangesNothing) {
     tree.add("ev", {folder(".local",
                            {folder("share", {folder("Ulvak", {test::textFile("verdicts.json", "{}")})})})});
-    const auto before = state(tree.path());
-    // The thread sanitizer makes a file of its own at the start, in TMPDIR unless told otherwise.
-    EXPECT_EQ(shell("cd \"$HOME\" && TEST_TMPDIR=/tmp ulvak --dump --ai").status, 0);
-    EXPECT_EQ(state(tree.path()), before);
+    auto before = state(tree.path());
+    EXPECT_EQ(shell("cd \"$HOME\" && ulvak --dump --ai").status, 0);
+    auto after = state(tree.path());
+#ifdef __SANITIZE_THREAD__
+    // At the start it makes a file of its own in the folder for temporary files, and removes it again.
+    before.erase(tree.path("gecici/T"));
+    after.erase(tree.path("gecici/T"));
+#endif
+    EXPECT_EQ(after, before);
 }
 
 TEST_F(Program, WithoutTheWindowsProgramItSaysSo) {
