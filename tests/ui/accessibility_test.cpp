@@ -22,8 +22,8 @@ bool isControl(QAccessible::Role role) {
 class AccessibilityTest : public test::WindowTest {
 protected:
     void openDetail() {
-        stage_.result = {guessed(finding("/v/a", SafetyLevel::safe, 2)),
-                         finding("/v/b", SafetyLevel::safe, 1)};
+        stage.result = {guessed(finding("/v/a", SafetyLevel::safe, 2)),
+                        finding("/v/b", SafetyLevel::safe, 1)};
         openScanned(QStringLiteral("safe"));
         click(row(QStringLiteral("a")));
     }
@@ -41,7 +41,7 @@ protected:
     }
     int checkNames() {
         int controls = 0;
-        forEachControl(window_->contentItem(), [&](QQuickItem* item, QAccessibleInterface* told) {
+        forEachControl(window->contentItem(), [&](QQuickItem* item, QAccessibleInterface* told) {
             ++controls;
             EXPECT_FALSE(told->text(QAccessible::Name).isEmpty())
                 << item->objectName().toStdString() << " " << item->metaObject()->className();
@@ -106,13 +106,13 @@ TEST_F(AccessibilityTest, TheFocusCanBeSeen) {
                                   : QStringLiteral("sidebar");
         focus(other);
         QCoreApplication::processEvents();
-        const QImage before = window_->grabWindow();
+        const QImage before = window->grabWindow();
         QQuickItem* control = item(QString::fromLatin1(name));
         const QRect place =
             control->mapRectToScene(control->boundingRect()).toAlignedRect().adjusted(-5, -5, 5, 5);
         focus(QString::fromLatin1(name));
         QCoreApplication::processEvents();
-        EXPECT_NE(before.copy(place), window_->grabWindow().copy(place)) << name;
+        EXPECT_NE(before.copy(place), window->grabWindow().copy(place)) << name;
     }
 }
 

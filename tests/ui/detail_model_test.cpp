@@ -11,15 +11,14 @@ using test::finding;
 using test::guessed;
 using test::simulator;
 using test::uncleanable;
-using test::waitUntil;
 
 class DetailModelTest : public test::ModelTest {
 protected:
     DetailModelTest() { start(); }
 
     DetailModel& show(Finding finding) {
-        model_->detail()->setFinding(std::make_shared<const Finding>(std::move(finding)));
-        return *model_->detail();
+        model->detail()->setFinding(std::make_shared<const Finding>(std::move(finding)));
+        return *model->detail();
     }
 };
 
@@ -117,7 +116,7 @@ TEST_F(DetailModelTest, BadgesCarryAConfidenceOnlyWhereThereIsOne) {
 }
 
 TEST_F(DetailModelTest, WithoutAFindingNothingIsRead) {
-    DetailModel& detail = *model_->detail();
+    DetailModel& detail = *model->detail();
     detail.setFinding(nullptr);
     EXPECT_TRUE(detail.metadata().isEmpty());
     EXPECT_TRUE(detail.token().isEmpty());

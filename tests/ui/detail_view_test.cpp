@@ -7,7 +7,6 @@ namespace ulvak {
 namespace {
 
 using test::finding;
-using test::guessed;
 using test::simulator;
 using test::uncleanable;
 using test::waitUntil;
@@ -19,7 +18,7 @@ protected:
     void show(std::vector<Finding> findings) {
         const QString level = QString::fromUtf8(info(findings.front().level).rawValue.data());
         const QString title = QString::fromStdString(findings.front().title);
-        stage_.result = std::move(findings);
+        stage.result = std::move(findings);
         openScanned(level);
         focus(QStringLiteral("rows"));
         key(Qt::Key_Home);
@@ -45,9 +44,9 @@ TEST_F(DetailViewTest, WhatIsToBeKeptIsAskedAboutByItsLevel) {
     EXPECT_EQ(dialogText("confirmTrash", "dialogMessage"),
               QStringLiteral("Bu öğe \"Dokunma\" olarak etiketli. Emin misin?"));
     EXPECT_EQ(dialogText("confirmTrash", "confirm"), QStringLiteral("Çöp Kutusuna Taşı"));
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
     click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean trash /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean trash /v/a") == 1; }));
 }
 
 TEST_F(DetailViewTest, ACautiousOneMovesAtOnceAndCannotBeDeletedForGood) {
@@ -55,7 +54,7 @@ TEST_F(DetailViewTest, ACautiousOneMovesAtOnceAndCannotBeDeletedForGood) {
     EXPECT_FALSE(shows(QStringLiteral("removePermanently")));
     click(QStringLiteral("moveToTrash"));
     EXPECT_FALSE(isOpen(QStringLiteral("confirmTrash")));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean trash /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean trash /v/a") == 1; }));
 }
 
 TEST_F(DetailViewTest, ASafeOneCanBeDeletedForGoodAfterAQuestion) {
@@ -69,7 +68,7 @@ TEST_F(DetailViewTest, ASafeOneCanBeDeletedForGoodAfterAQuestion) {
     EXPECT_EQ(dialogText("confirmPermanent", "confirm"), QStringLiteral("Kalıcı Olarak Sil (3,2 GB)"));
     EXPECT_EQ(focused(), QStringLiteral("cancel"));
     click(inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("confirm")));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean permanent /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean permanent /v/a") == 1; }));
 }
 
 TEST_F(DetailViewTest, EnterAndEscapeNeverDelete) {
@@ -83,7 +82,7 @@ TEST_F(DetailViewTest, EnterAndEscapeNeverDelete) {
                     ->forceActiveFocus(Qt::TabFocusReason);
             key(cancel);
             waitForNoDialog("confirmPermanent");
-            EXPECT_EQ(stage_.count("clean"), 0) << cancel;
+            EXPECT_EQ(stage.count("clean"), 0) << cancel;
         }
     }
     click(QStringLiteral("removePermanently"));
@@ -91,7 +90,7 @@ TEST_F(DetailViewTest, EnterAndEscapeNeverDelete) {
     inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("confirm"))
         ->forceActiveFocus(Qt::TabFocusReason);
     key(Qt::Key_Space);
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean permanent /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean permanent /v/a") == 1; }));
 }
 
 TEST_F(DetailViewTest, TheDialogActsOnTheFindingItWasOpenedFor) {
@@ -102,23 +101,23 @@ TEST_F(DetailViewTest, TheDialogActsOnTheFindingItWasOpenedFor) {
     click(QStringLiteral("moveToTrash"));
     waitForDialog("confirmTrash");
     // The rows around it change, and so does the finding itself.
-    app_->clean({"/v/a"}, CleanMode::trash);
+    app->clean({"/v/a"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 2; }));
-    app_->setLevel(SafetyLevel::keep, "/v/b");
+    app->setLevel(SafetyLevel::keep, "/v/b");
     ASSERT_TRUE(isOpen(QStringLiteral("confirmTrash")));
     click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
-    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
 }
 
 TEST_F(DetailViewTest, AnotherSelectionTakesTheDialogAwayWithoutAnAction) {
     show({finding("/v/a", SafetyLevel::keep, 3), finding("/v/b", SafetyLevel::keep, 2)});
     click(QStringLiteral("moveToTrash"));
     waitForDialog("confirmTrash");
-    model_->selection()->set({"/v/b"});
+    model->selection()->set({"/v/b"});
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
     EXPECT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmTrash")); }));
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
 }
 
 TEST_F(DetailViewTest, ASimulatorIsDeletedWithoutAQuestion) {
@@ -126,9 +125,9 @@ TEST_F(DetailViewTest, ASimulatorIsDeletedWithoutAQuestion) {
     EXPECT_FALSE(shows(QStringLiteral("moveToTrash")));
     focus(QStringLiteral("deleteSimulator"));
     key(Qt::Key_Return);
-    EXPECT_EQ(stage_.count("clean"), 0) << "Return never deletes";
+    EXPECT_EQ(stage.count("clean"), 0) << "Return never deletes";
     click(QStringLiteral("deleteSimulator"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean permanent /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean permanent /v/a") == 1; }));
 }
 
 TEST_F(DetailViewTest, WhatCannotBeCleanedSaysWhyAndOffersTheRest) {
@@ -138,12 +137,12 @@ TEST_F(DetailViewTest, WhatCannotBeCleanedSaysWhyAndOffersTheRest) {
     for (const char* button : {"moveToTrash", "removePermanently", "deleteSimulator"})
         EXPECT_FALSE(shows(QString::fromLatin1(button))) << button;
     click(QStringLiteral("revealButton"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("reveal /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("reveal /v/a") == 1; }));
     click(QStringLiteral("relabel"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("detailLevels")); }));
     EXPECT_EQ(inPopup(QStringLiteral("detailLevels"), QStringLiteral("reset")), nullptr);
     click(inPopup(QStringLiteral("detailLevels"), QStringLiteral("level-caution")));
-    EXPECT_TRUE(waitUntil([&] { return app_->finding("/v/a")->level == SafetyLevel::caution; }));
+    EXPECT_TRUE(waitUntil([&] { return app->finding("/v/a")->level == SafetyLevel::caution; }));
 }
 
 TEST_F(DetailViewTest, FortyChildrenAreTwelveAndALine) {
@@ -165,13 +164,13 @@ TEST_F(DetailViewTest, WithoutChildrenThereIsNoHeading) {
 TEST_F(DetailViewTest, TheModelSectionComesWithALabelByHand) {
     show({finding("/v/a", SafetyLevel::safe)});
     EXPECT_FALSE(shows(QStringLiteral("modelSection")));
-    app_->setLevel(SafetyLevel::safe, "/v/a");
+    app->setLevel(SafetyLevel::safe, "/v/a");
     EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("modelSection")); }));
     EXPECT_FALSE(shows(QStringLiteral("modelWarning")));
 }
 
 TEST_F(DetailViewTest, WithoutAModelTheSectionHoldsOnlyTheReason) {
-    stage_.status = AIStatus{.unavailable = "Model yok."};
+    stage.status = AIStatus{.unavailable = "Model yok."};
     show({finding("/v/a", SafetyLevel::unknown)});
     EXPECT_EQ(text(QStringLiteral("sectionText")), QStringLiteral("Model yok."));
     for (const char* part : {"note", "analyze", "modelWarning"})
@@ -180,7 +179,7 @@ TEST_F(DetailViewTest, WithoutAModelTheSectionHoldsOnlyTheReason) {
 
 TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     show({finding("/v/a", SafetyLevel::unknown, 2), finding("/v/b", SafetyLevel::unknown, 1)});
-    stage_.classifyDoor.shut();
+    stage.classifyDoor.shut();
     focus(QStringLiteral("note"));
     type(QStringLiteral("benim notum"));
     EXPECT_FALSE(shows(QStringLiteral("noteHint")));
@@ -188,22 +187,22 @@ TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     EXPECT_EQ(focused(), QStringLiteral("analyze"));
     EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Analiz Et"));
     key(Qt::Key_Return);
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify /v/a benim notum") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/a benim notum") == 1; }));
     EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Düşünüyor…"));
     EXPECT_FALSE(isEnabled(QStringLiteral("analyze")));
     click(QStringLiteral("analyze"));
     click(row(QStringLiteral("a")), Qt::RightButton);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
-    const int requests = stage_.statusRequests;
+    const int requests = stage.statusRequests;
     click(inPopup(QStringLiteral("rowMenu"), QStringLiteral("analyze")));
-    ASSERT_TRUE(waitUntil([&] { return stage_.statusRequests > requests; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.statusRequests > requests; }));
     // One that may run, asked for after the one that may not, has got as far as it would have.
-    app_->analyze("/v/b", "");
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify /v/b") == 1; }));
-    stage_.classifyDoor.open();
-    model_->setSidebar(QStringLiteral("safe"));
+    app->analyze("/v/b", "");
+    ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/b") == 1; }));
+    stage.classifyDoor.open();
+    model->setSidebar(QStringLiteral("safe"));
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("Yorum")) != nullptr; }));
-    EXPECT_EQ(stage_.count("classify /v/a"), 1);
+    EXPECT_EQ(stage.count("classify /v/a"), 1);
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 2; }));
     click(row(QStringLiteral("Yorum")));
     EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Yeniden Analiz Et"));
@@ -231,15 +230,15 @@ TEST_F(DetailViewTest, CleaningFromTheMenuLeavesNothingSelected) {
 
 TEST_F(DetailViewTest, WhileItIsBeingCleanedItCannotBeCleanedAgain) {
     show({finding("/v/a", SafetyLevel::safe)});
-    stage_.cleanDoor.shut();
+    stage.cleanDoor.shut();
     click(QStringLiteral("moveToTrash"));
     ASSERT_TRUE(waitUntil([&] { return !isEnabled(QStringLiteral("moveToTrash")); }));
     EXPECT_FALSE(isEnabled(QStringLiteral("removePermanently")));
     focus(QStringLiteral("rows"));
     key(Qt::Key_Delete);
-    stage_.cleanDoor.open();
+    stage.cleanDoor.open();
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
-    EXPECT_EQ(stage_.count("clean"), 1);
+    EXPECT_EQ(stage.count("clean"), 1);
 }
 
 TEST_F(DetailViewTest, TheKeyboardReturnsToTheListWhenItsButtonGoes) {
@@ -256,7 +255,7 @@ TEST_F(DetailViewTest, DeleteInTheListPressesTheMainButton) {
     show({finding("/v/a", SafetyLevel::keep, 2)});
     key(Qt::Key_Delete);
     waitForDialog("confirmTrash");
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
     key(Qt::Key_Escape);
     waitForNoDialog("confirmTrash");
     EXPECT_EQ(focused(), QStringLiteral("rows"));

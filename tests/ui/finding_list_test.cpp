@@ -32,29 +32,29 @@ protected:
     }
     std::string selected() {
         std::string names;
-        for (const std::string& id : model_->selection()->ids())
+        for (const std::string& id : model->selection()->ids())
             names += id.substr(3);
         return names;
     }
     void openLetters() {
         for (const char* name : {"a", "b", "c", "d", "e"})
-            stage_.result.push_back(finding(std::string("/v/") + name, SafetyLevel::safe, 2000 - name[0]));
+            stage.result.push_back(finding(std::string("/v/") + name, SafetyLevel::safe, 2000 - name[0]));
         openScanned(QStringLiteral("safe"));
         focus(QStringLiteral("rows"));
     }
 };
 
 TEST_F(FindingListTest, ARescanShowsOnlyThatItScans) {
-    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));
     ASSERT_NE(row(QStringLiteral("a")), nullptr);
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     key(Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("listScanning")); }));
     EXPECT_TRUE(showsText(QStringLiteral("Taranıyor…")));
     EXPECT_FALSE(shows(QStringLiteral("rows")));
-    EXPECT_EQ(app_->findings().size(), 1U);
-    stage_.scanDoor.open();
+    EXPECT_EQ(app->findings().size(), 1U);
+    stage.scanDoor.open();
     EXPECT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
 }
 
@@ -69,30 +69,30 @@ TEST_F(FindingListTest, AnEmptyListSaysWhy) {
 }
 
 TEST_F(FindingListTest, TheToolbarAnalysesWhereThereIsAGuess) {
-    stage_.result = {finding("/v/c", SafetyLevel::caution), guessed(finding("/v/g", SafetyLevel::safe)),
-                     finding("/v/u", SafetyLevel::unknown)};
+    stage.result = {finding("/v/c", SafetyLevel::caution), guessed(finding("/v/g", SafetyLevel::safe)),
+                    finding("/v/u", SafetyLevel::unknown)};
     openScanned(QStringLiteral("caution"));
     EXPECT_FALSE(shows(QStringLiteral("analyzeList")));
-    model_->setSidebar(QStringLiteral("unknown"));
+    model->setSidebar(QStringLiteral("unknown"));
     EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
-    model_->setSidebar(QStringLiteral("safe"));
-    stage_.classifyDoor.shut();
+    model->setSidebar(QStringLiteral("safe"));
+    stage.classifyDoor.shut();
     click(QStringLiteral("analyzeList"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("classify") == 1; }));
     EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
     EXPECT_FALSE(isEnabled(QStringLiteral("analyzeList")));
-    stage_.classifyDoor.open();
-    EXPECT_TRUE(waitUntil([&] { return stage_.count("classify") == 2; }));
+    stage.classifyDoor.open();
+    EXPECT_TRUE(waitUntil([&] { return stage.count("classify") == 2; }));
 }
 
 TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
-    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));
     EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
     openMenu(QStringLiteral("a"));
-    EXPECT_FALSE(model_->menuInfo(QStringLiteral("/v/a")).value(QStringLiteral("canReset")).toBool());
+    EXPECT_FALSE(model->menuInfo(QStringLiteral("/v/a")).value(QStringLiteral("canReset")).toBool());
     closeMenu();
-    app_->setLevel(SafetyLevel::safe, "/v/a");
+    app->setLevel(SafetyLevel::safe, "/v/a");
     ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowBadge"); }));
     EXPECT_TRUE(showsText(QStringLiteral("Senin etiketin")));
 
@@ -104,7 +104,7 @@ TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
     ASSERT_NE(inPopup(QStringLiteral("levelMenu"), QStringLiteral("reset")), nullptr);
     click(inPopup(QStringLiteral("levelMenu"), QStringLiteral("reset")));
     ASSERT_TRUE(waitUntil([&] { return !has(row(QStringLiteral("a")), "rowBadge"); }));
-    EXPECT_EQ(app_->finding("/v/a")->source, VerdictSource::rule);
+    EXPECT_EQ(app->finding("/v/a")->source, VerdictSource::rule);
     openMenu(QStringLiteral("a"));
     EXPECT_FALSE(popup(QStringLiteral("rowMenu"))
                      ->property("about")
@@ -115,7 +115,7 @@ TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
 }
 
 TEST_F(FindingListTest, TheSubmenuRelabels) {
-    stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
+    stage.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));
     openMenu(QStringLiteral("b"));
     for (int line = 0; line < 3; ++line)
@@ -133,40 +133,40 @@ TEST_F(FindingListTest, TheSubmenuRelabels) {
     }
     click(inPopup(QStringLiteral("levelMenu"), QStringLiteral("level-keep")));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
-    EXPECT_EQ(app_->finding("/v/b")->level, SafetyLevel::keep);
-    EXPECT_EQ(app_->finding("/v/b")->source, VerdictSource::user);
+    EXPECT_EQ(app->finding("/v/b")->level, SafetyLevel::keep);
+    EXPECT_EQ(app->finding("/v/b")->source, VerdictSource::user);
 }
 
 TEST_F(FindingListTest, TheMenuDoesWhatItSaysToItsRow) {
-    stage_.result = {finding("/v/a", SafetyLevel::keep, 2), finding("/v/b", SafetyLevel::keep, 1)};
+    stage.result = {finding("/v/a", SafetyLevel::keep, 2), finding("/v/b", SafetyLevel::keep, 1)};
     openScanned(QStringLiteral("keep"));
     openMenu(QStringLiteral("b"));
     click(menuItem("reveal"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("reveal /v/b") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("reveal /v/b") == 1; }));
     openMenu(QStringLiteral("b"));
     click(menuItem("analyze"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("classify /v/b ") == 1; }));
-    model_->setSidebar(QStringLiteral("keep"));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/b ") == 1; }));
+    model->setSidebar(QStringLiteral("keep"));
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
     openMenu(QStringLiteral("a"));
     click(menuItem("trash"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("clean trash /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean trash /v/a") == 1; }));
 }
 
 TEST_F(FindingListTest, TheMenuActsOnItsFindingAlsoWhenRowsChangeUnderIt) {
-    stage_.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)};
+    stage.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)};
     openScanned(QStringLiteral("safe"));
     openMenu(QStringLiteral("b"));
-    app_->clean({"/v/a"}, CleanMode::trash);
+    app->clean({"/v/a"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
     click(menuItem("trash"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
-    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
 }
 
 TEST_F(FindingListTest, WhatCannotBeCleanedHasNoItemForIt) {
-    stage_.result = {uncleanable(finding("/v/a", SafetyLevel::safe, 2)),
-                     finding("/v/b", SafetyLevel::safe, 1)};
+    stage.result = {uncleanable(finding("/v/a", SafetyLevel::safe, 2)),
+                    finding("/v/b", SafetyLevel::safe, 1)};
     openScanned(QStringLiteral("safe"));
     openMenu(QStringLiteral("a"));
     EXPECT_EQ(menuItem("trash"), nullptr);
@@ -178,8 +178,8 @@ TEST_F(FindingListTest, WhatCannotBeCleanedHasNoItemForIt) {
 }
 
 TEST_F(FindingListTest, WithoutAModelTheMenuDoesNotOfferIt) {
-    stage_.status = AIStatus{.unavailable = "Yok."};
-    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    stage.status = AIStatus{.unavailable = "Yok."};
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));
     openMenu(QStringLiteral("a"));
     EXPECT_EQ(menuItem("analyze"), nullptr);
@@ -189,9 +189,9 @@ TEST_F(FindingListTest, WithoutAModelTheMenuDoesNotOfferIt) {
 TEST_F(FindingListTest, IconsTellWhatKindOfItemItIs) {
     Finding group = finding("/v/group", SafetyLevel::safe, 3);
     group.urls.emplace_back("/v/other.app");
-    stage_.result = {simulator(finding("/v/sim.app", SafetyLevel::safe, 4)), group,
-                     finding("/v/Uygulama.app", SafetyLevel::safe, 2),
-                     finding("/v/dir", SafetyLevel::safe, 1)};
+    stage.result = {simulator(finding("/v/sim.app", SafetyLevel::safe, 4)), group,
+                    finding("/v/Uygulama.app", SafetyLevel::safe, 2),
+                    finding("/v/dir", SafetyLevel::safe, 1)};
     openScanned(QStringLiteral("safe"));
     const auto icon = [&](const char* title) {
         return row(QString::fromLatin1(title))->property("icon").toString();
@@ -203,8 +203,8 @@ TEST_F(FindingListTest, IconsTellWhatKindOfItemItIs) {
 }
 
 TEST_F(FindingListTest, ATinyRowStillHasABar) {
-    stage_.result = {finding("/v/huge", SafetyLevel::safe, 100'000'000'000),
-                     finding("/v/tiny", SafetyLevel::safe, 1)};
+    stage.result = {finding("/v/huge", SafetyLevel::safe, 100'000'000'000),
+                    finding("/v/tiny", SafetyLevel::safe, 1)};
     openScanned(QStringLiteral("safe"));
     const auto bar = [&](const char* title) {
         return row(QString::fromLatin1(title))->findChild<QQuickItem*>(QStringLiteral("filled"))->width();
@@ -214,14 +214,14 @@ TEST_F(FindingListTest, ATinyRowStillHasABar) {
 }
 
 TEST_F(FindingListTest, WhatIsBeingAnalysedSpinsInsteadOfItsBadge) {
-    stage_.result = {guessed(finding("/v/a", SafetyLevel::safe))};
-    stage_.classifyDoor.shut();
+    stage.result = {guessed(finding("/v/a", SafetyLevel::safe))};
+    stage.classifyDoor.shut();
     openScanned(QStringLiteral("safe"));
     EXPECT_TRUE(has(row(QStringLiteral("a")), "rowBadge"));
-    app_->analyze("/v/a", "");
+    app->analyze("/v/a", "");
     ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowSpinner"); }));
     EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
-    stage_.classifyDoor.open();
+    stage.classifyDoor.open();
     ASSERT_TRUE(waitUntil([&] {
         return row(QStringLiteral("Yorum")) != nullptr && !has(row(QStringLiteral("Yorum")), "rowSpinner");
     }));
@@ -270,13 +270,13 @@ TEST_F(FindingListTest, TheMenuKeyOpensTheMenuAndArrowsChooseInIt) {
     key(Qt::Key_Menu);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
     key(Qt::Key_Return);
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("reveal /v/a") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("reveal /v/a") == 1; }));
     EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("rows"); })) << focused().toStdString();
 }
 
 TEST_F(FindingListTest, OnlyTheRowsInSightExist) {
     for (int number = 0; number < 5000; ++number)
-        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::safe, 10'000 - number));
+        stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::safe, 10'000 - number));
     openScanned(QStringLiteral("safe"));
     EXPECT_EQ(rowCount(), 5000);
     const auto rows = [&] {
@@ -298,7 +298,7 @@ TEST_F(FindingListTest, OnlyTheRowsInSightExist) {
 TEST_F(FindingListTest, NamesArePlainText) {
     Finding tricky = finding("/v/a", SafetyLevel::safe);
     tricky.title = "<b>kalın</b> & <img src='x'>";
-    stage_.result = {tricky};
+    stage.result = {tricky};
     openScanned(QStringLiteral("safe"));
     click(row(QString::fromStdString(tricky.title)));
     EXPECT_EQ(text(QStringLiteral("detailTitle")), QString::fromStdString(tricky.title));

@@ -15,14 +15,13 @@ class FindingSelectionTest : public test::ModelTest {
 protected:
     FindingSelectionTest() {
         for (int number = 0; number < 5; ++number)
-            stage_.result.push_back(
-                finding("/v/" + std::to_string(number), SafetyLevel::safe, 1000 - number));
+            stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::safe, 1000 - number));
         start();
         scanAll();
-        model_->setSidebar(QStringLiteral("safe"));
+        model->setSidebar(QStringLiteral("safe"));
     }
 
-    FindingSelection& selection() { return *model_->selection(); }
+    FindingSelection& selection() { return *model->selection(); }
     std::string selected() {
         std::string numbers;
         for (const std::string& id : selection().ids())
@@ -102,26 +101,26 @@ TEST_F(FindingSelectionTest, AllAndNone) {
 
 TEST_F(FindingSelectionTest, StaysWithTheItemsWhenRowsGo) {
     selection().press(3, Qt::NoModifier);
-    app_->clean({"/v/0"}, CleanMode::trash);
-    ASSERT_TRUE(test::waitUntil([&] { return model_->findings()->count() == 4; }));
+    app->clean({"/v/0"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
     EXPECT_EQ(selected(), "3");
     EXPECT_EQ(selection().currentRow(), 2);
 }
 
 TEST_F(FindingSelectionTest, TheFocusPassesToTheRowAfterOneThatGoes) {
     selection().press(2, Qt::NoModifier);
-    app_->clean({"/v/2"}, CleanMode::trash);
-    ASSERT_TRUE(test::waitUntil([&] { return model_->findings()->count() == 4; }));
+    app->clean({"/v/2"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
     EXPECT_EQ(selected(), "2");  // still in the set, and in no row
-    EXPECT_EQ(model_->detailKind(), QStringLiteral("empty"));
+    EXPECT_EQ(model->detailKind(), QStringLiteral("empty"));
     EXPECT_EQ(selection().currentRow(), 2);
-    EXPECT_EQ(model_->findings()->at(selection().currentRow())->id, "/v/3");
+    EXPECT_EQ(model->findings()->at(selection().currentRow())->id, "/v/3");
 }
 
 TEST_F(FindingSelectionTest, TheFocusPassesToTheNewLastRowWhenTheLastGoes) {
     selection().press(4, Qt::NoModifier);
-    app_->clean({"/v/4"}, CleanMode::trash);
-    ASSERT_TRUE(test::waitUntil([&] { return model_->findings()->count() == 4; }));
+    app->clean({"/v/4"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
     EXPECT_EQ(selection().currentRow(), 3);
 }
 
@@ -142,7 +141,7 @@ TEST_F(FindingSelectionTest, IdsNeedNotBeText) {
 
 TEST_F(FindingSelectionTest, AnotherChoiceInTheSidebarEmptiesIt) {
     selection().selectAll();
-    model_->setSidebar(QStringLiteral("keep"));
+    model->setSidebar(QStringLiteral("keep"));
     EXPECT_EQ(selected(), "");
     EXPECT_EQ(selection().currentRow(), -1);
 }

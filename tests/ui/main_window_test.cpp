@@ -12,8 +12,8 @@ using test::waitUntil;
 class MainWindowTest : public test::WindowTest {
 protected:
     MainWindowTest() {
-        stage_.result = {finding("/v/keep", SafetyLevel::keep, 3'000'000'000),
-                         finding("/v/safe", SafetyLevel::safe, 2'000'000'000)};
+        stage.result = {finding("/v/keep", SafetyLevel::keep, 3'000'000'000),
+                        finding("/v/safe", SafetyLevel::safe, 2'000'000'000)};
     }
     QColor diskTint() { return item(QStringLiteral("diskProgress"))->property("tint").value<QColor>(); }
     static QString rowSize(QQuickItem* row) {
@@ -24,54 +24,54 @@ protected:
 
 TEST_F(MainWindowTest, HasItsTitleAndSize) {
     open();
-    EXPECT_EQ(window_->title(), QStringLiteral("Ulvak"));
-    EXPECT_EQ(window_->size(), QSize(1320, 840));
-    EXPECT_EQ(window_->minimumSize(), QSize(1000, 640));
+    EXPECT_EQ(window->title(), QStringLiteral("Ulvak"));
+    EXPECT_EQ(window->size(), QSize(1320, 840));
+    EXPECT_EQ(window->minimumSize(), QSize(1000, 640));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Tara"));
-    model_->setSidebar(QStringLiteral("keep"));
-    EXPECT_EQ(window_->title(), QStringLiteral("Dokunma"));
+    model->setSidebar(QStringLiteral("keep"));
+    EXPECT_EQ(window->title(), QStringLiteral("Dokunma"));
 }
 
 TEST_F(MainWindowTest, OpensOnALevelAndScansAtOnce) {
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     open({QStringLiteral("--level=keep"), QStringLiteral("--autoscan")});
     EXPECT_EQ(text(QStringLiteral("listTitle")), QStringLiteral("Dokunma"));
     EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("listScanning")); }));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
-    stage_.scanDoor.open();
+    stage.scanDoor.open();
     EXPECT_TRUE(waitUntil([&] { return row(QStringLiteral("keep")) != nullptr; }));
 }
 
 TEST_F(MainWindowTest, WrongLevelsLeaveTheSummary) {
     open({QStringLiteral("--level=Keep")});
     EXPECT_TRUE(shows(QStringLiteral("start")));
-    model_->launch({QStringLiteral("--level=x"), QStringLiteral("--level=safe")});
+    model->launch({QStringLiteral("--level=x"), QStringLiteral("--level=safe")});
     EXPECT_TRUE(shows(QStringLiteral("start")));
 }
 
 TEST_F(MainWindowTest, ControlRScansUnlessAScanRuns) {
     open();
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     key(Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("scan") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("scan") == 1; }));
     key(Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
-    stage_.scanDoor.open();
+    stage.scanDoor.open();
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("scan")) == QStringLiteral("Yeniden Tara"); }));
-    EXPECT_EQ(stage_.count("scan"), 1);
+    EXPECT_EQ(stage.count("scan"), 1);
 }
 
 TEST_F(MainWindowTest, StoppingLeadsBackToWhatWasThere) {
     open();
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     click(QStringLiteral("scan"));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
     click(QStringLiteral("scan"));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Tara"));
-    stage_.scanDoor.open();
+    stage.scanDoor.open();
     scanAll();
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     click(QStringLiteral("scan"));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
     click(QStringLiteral("scan"));
@@ -85,13 +85,13 @@ TEST_F(MainWindowTest, TheMenuScansToo) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("mainMenu")); }));
     EXPECT_EQ(inPopup(QStringLiteral("mainMenu"), QStringLiteral("menuScan"))->property("text").toString(),
               QStringLiteral("Tara"));
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     key(Qt::Key_Return);
-    ASSERT_TRUE(waitUntil([&] { return stage_.count("scan") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("scan") == 1; }));
     click(QStringLiteral("menuButton"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("mainMenu")); }));
     EXPECT_FALSE(inPopup(QStringLiteral("mainMenu"), QStringLiteral("menuScan"))->isEnabled());
-    stage_.scanDoor.open();
+    stage.scanDoor.open();
 }
 
 TEST_F(MainWindowTest, TheSidebarListsTheLevelsInOrderAndTheirSizesOnceKnown) {
@@ -105,28 +105,28 @@ TEST_F(MainWindowTest, TheSidebarListsTheLevelsInOrderAndTheirSizesOnceKnown) {
         above = row->mapToScene({}).y();
     }
     EXPECT_EQ(rowSize(item(QStringLiteral("row-keep"))), QString());
-    stage_.scanDoor.shut();
+    stage.scanDoor.shut();
     click(QStringLiteral("scan"));
     EXPECT_EQ(rowSize(item(QStringLiteral("row-keep"))), QString());
-    stage_.scanDoor.open();
+    stage.scanDoor.open();
     EXPECT_TRUE(
         waitUntil([&] { return rowSize(item(QStringLiteral("row-keep"))) == QStringLiteral("3 GB"); }));
     EXPECT_EQ(rowSize(item(QStringLiteral("row-caution"))), QStringLiteral("Sıfır KB"));
 }
 
 TEST_F(MainWindowTest, TheDiskIsRedOnlyBelowTwentyGigabytes) {
-    stage_.disk = DiskInfo{.total = 100'000'000'000, .available = 20'000'000'000};
+    stage.disk = DiskInfo{.total = 100'000'000'000, .available = 20'000'000'000};
     open();
     const QColor accent = diskTint();
     EXPECT_EQ(text(QStringLiteral("diskText")), QStringLiteral("20 GB boş · 100 GB"));
-    stage_.disk->available -= 1;
+    stage.disk->available -= 1;
     scanAll();
     EXPECT_NE(diskTint(), accent);
     EXPECT_GT(diskTint().red(), 2 * diskTint().blue());
 }
 
 TEST_F(MainWindowTest, WithoutADiskThereIsNoBlock) {
-    stage_.disk.reset();
+    stage.disk.reset();
     open();
     EXPECT_FALSE(shows(QStringLiteral("diskBlock")));
     EXPECT_FALSE(shows(QStringLiteral("used")));
@@ -137,7 +137,7 @@ TEST_F(MainWindowTest, AnotherRowOfTheSidebarEmptiesTheSelection) {
     click(row(QStringLiteral("keep")));
     EXPECT_EQ(text(QStringLiteral("detailTitle")), QStringLiteral("keep"));
     click(QStringLiteral("row-safe"));
-    EXPECT_TRUE(model_->selection()->ids().empty());
+    EXPECT_TRUE(model->selection()->ids().empty());
     EXPECT_TRUE(waitUntil([&] { return showsText(QStringLiteral("Bir öğe seç")); }));
     click(QStringLiteral("row-overview"));
     EXPECT_TRUE(waitUntil([&] { return showsText(QStringLiteral("Bir etiket seç")); }));
@@ -146,7 +146,7 @@ TEST_F(MainWindowTest, AnotherRowOfTheSidebarEmptiesTheSelection) {
 TEST_F(MainWindowTest, ControlTakesTheSidebarsSelectionAway) {
     openScanned(QStringLiteral("keep"));
     click(item(QStringLiteral("row-keep")), Qt::LeftButton, Qt::ControlModifier);
-    EXPECT_EQ(model_->sidebar(), QString());
+    EXPECT_EQ(model->sidebar(), QString());
     EXPECT_TRUE(shows(QStringLiteral("overview")));
 }
 
@@ -154,41 +154,41 @@ TEST_F(MainWindowTest, ArrowsGoThroughTheSidebar) {
     open();
     EXPECT_TRUE(focused() == QStringLiteral("sidebar")) << focused().toStdString();
     key(Qt::Key_Down);
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("safe"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("safe"));
     key(Qt::Key_End);
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
     key(Qt::Key_Down);
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
     key(Qt::Key_Up);
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("unknown"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("unknown"));
     key(Qt::Key_Home);
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("overview"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
 }
 
 TEST_F(MainWindowTest, AnAlertIsModalUntilItIsDismissedAndANewerTakesItsPlace) {
-    stage_.running = {"Bir Uygulama"};
-    stage_.result.front().quitApps = {"Bir Uygulama"};
-    stage_.result.back().quitApps = {"Bir Uygulama"};
+    stage.running = {"Bir Uygulama"};
+    stage.result.front().quitApps = {"Bir Uygulama"};
+    stage.result.back().quitApps = {"Bir Uygulama"};
     openScanned(QStringLiteral("keep"));
     const auto title = [&] {
         QQuickItem* shown = inPopup(QStringLiteral("alert"), QStringLiteral("dialogTitle"));
         return shown == nullptr ? QString() : shown->property("text").toString();
     };
-    app_->clean({"/v/keep"}, CleanMode::trash);
+    app->clean({"/v/keep"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
     EXPECT_EQ(title(), QStringLiteral("keep temizlenemedi"));
     click(QStringLiteral("scan"));
-    EXPECT_EQ(stage_.count("scan"), 1) << "a modal alert lets nothing through";
-    app_->clean({"/v/safe"}, CleanMode::trash);
+    EXPECT_EQ(stage.count("scan"), 1) << "a modal alert lets nothing through";
+    app->clean({"/v/safe"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return title() == QStringLiteral("safe temizlenemedi"); }));
     EXPECT_TRUE(isOpen(QStringLiteral("alert")));
     click(inPopup(QStringLiteral("alert"), QStringLiteral("cancel")));
     ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("alert")); }));
-    EXPECT_FALSE(app_->alert().has_value());
-    app_->clean({"/v/safe"}, CleanMode::trash);
+    EXPECT_FALSE(app->alert().has_value());
+    app->clean({"/v/safe"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
     key(Qt::Key_Escape);
-    ASSERT_TRUE(waitUntil([&] { return !app_->alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return !app->alert().has_value(); }));
 }
 
 TEST_F(MainWindowTest, ColumnsKeepTheirLeastWidthsInTheSmallestWindow) {
@@ -199,7 +199,7 @@ TEST_F(MainWindowTest, ColumnsKeepTheirLeastWidthsInTheSmallestWindow) {
     };
     EXPECT_EQ(columns()[0], 230);
     EXPECT_EQ(columns()[2], 380);
-    window_->resize(1000, 640);
+    window->resize(1000, 640);
     ASSERT_TRUE(waitUntil([&] { return columns()[0] + columns()[1] + columns()[2] <= 1000; }));
     EXPECT_GE(columns()[0], 210);
     EXPECT_GE(columns()[1], 420);

@@ -18,7 +18,7 @@ protected:
     /// All of one level's list, selected.
     void selectAll(std::vector<Finding> findings) {
         const QString level = QString::fromUtf8(info(findings.front().level).rawValue.data());
-        stage_.result = std::move(findings);
+        stage.result = std::move(findings);
         openScanned(level);
         focus(QStringLiteral("rows"));
         key(Qt::Key_A, Qt::ControlModifier);
@@ -37,6 +37,7 @@ protected:
         return several_;
     }
 
+private:
     MultiSelectionModel several_;
 };
 
@@ -49,7 +50,7 @@ TEST_F(MultiSelectionTest, SafeOnesGoToTheTrashWithoutAQuestionInTheirOrder) {
     click(QStringLiteral("cleanSeveral"));
     EXPECT_FALSE(isAsking());
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
-    EXPECT_THAT(stage_.calls(),
+    EXPECT_THAT(stage.calls(),
                 ElementsAre("scan", "clean trash /v/b", "clean trash /v/a", "clean trash /v/c"));
     EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailEmpty")); }));
 }
@@ -58,7 +59,7 @@ TEST_F(MultiSelectionTest, CautiousOnesAreAskedAboutFirst) {
     selectAll({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::caution)});
     click(QStringLiteral("cleanSeveral"));
     ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
     EXPECT_EQ(dialogItem("dialogTitle")->property("text").toString(),
               QStringLiteral("Seçilenler temizlensin mi?"));
     EXPECT_EQ(
@@ -68,7 +69,7 @@ TEST_F(MultiSelectionTest, CautiousOnesAreAskedAboutFirst) {
     EXPECT_EQ(dialogItem("confirm")->property("text").toString(), QStringLiteral("Temizle (2 GB)"));
     click(dialogItem("confirm"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
-    EXPECT_EQ(stage_.count("clean trash"), 2);
+    EXPECT_EQ(stage.count("clean trash"), 2);
 }
 
 TEST_F(MultiSelectionTest, EnterAndEscapeCancel) {
@@ -78,7 +79,7 @@ TEST_F(MultiSelectionTest, EnterAndEscapeCancel) {
         ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
         key(cancel);
         ASSERT_TRUE(waitUntil([&] { return !isAsking(); })) << cancel;
-        EXPECT_EQ(stage_.count("clean"), 0) << cancel;
+        EXPECT_EQ(stage.count("clean"), 0) << cancel;
     }
 }
 
@@ -90,10 +91,10 @@ TEST_F(MultiSelectionTest, CleansWhatWasAskedAboutWhateverBecomesOfTheSelection)
     ASSERT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("2 öğe seçili"));
     click(QStringLiteral("cleanSeveral"));
     ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
-    model_->selection()->set({"/v/b", "/v/c"});
+    model->selection()->set({"/v/b", "/v/c"});
     click(dialogItem("confirm"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
-    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
 }
 
 TEST_F(MultiSelectionTest, WhatCannotBeCleanedIsSkippedAndCounted) {
@@ -102,7 +103,7 @@ TEST_F(MultiSelectionTest, WhatCannotBeCleanedIsSkippedAndCounted) {
               QStringLiteral("1 öğe Ulvak tarafından silinmiyor ve atlanacak."));
     click(QStringLiteral("cleanSeveral"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
-    EXPECT_THAT(stage_.calls(), ElementsAre("scan", "clean trash /v/b"));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/b"));
     // One is left of the two, and is shown alone.
     EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("a"); }));
 }
@@ -112,7 +113,7 @@ TEST_F(MultiSelectionTest, WithNothingToCleanTheButtonIsDisabled) {
         {uncleanable(finding("/v/a", SafetyLevel::safe)), uncleanable(finding("/v/b", SafetyLevel::safe))});
     EXPECT_FALSE(isEnabled(QStringLiteral("cleanSeveral")));
     key(Qt::Key_Delete);
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
     EXPECT_FALSE(isAsking());
 }
 
@@ -127,13 +128,13 @@ TEST_F(MultiSelectionTest, DeleteInTheListAsksAsTheButtonDoes) {
     selectAll({finding("/v/a", SafetyLevel::keep), finding("/v/b", SafetyLevel::keep)});
     key(Qt::Key_Delete);
     ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
     key(Qt::Key_Delete);
-    EXPECT_EQ(stage_.count("clean"), 0);
+    EXPECT_EQ(stage.count("clean"), 0);
     key(Qt::Key_Tab);
     key(Qt::Key_Return);
     ASSERT_TRUE(waitUntil([&] { return !isAsking(); }));
-    EXPECT_EQ(stage_.count("clean"), 0) << "Return is no confirmation, wherever the focus is";
+    EXPECT_EQ(stage.count("clean"), 0) << "Return is no confirmation, wherever the focus is";
 }
 
 TEST_F(MultiSelectionTest, OneCautiousAmongSafeOnesIsOneToBeAskedAbout) {

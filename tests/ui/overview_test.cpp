@@ -28,13 +28,13 @@ TEST_F(OverviewTest, WelcomesWithOneButtonThatScans) {
     EXPECT_EQ(text(QStringLiteral("free")), QStringLiteral("100 GB boş"));
     focus(QStringLiteral("start"));
     key(Qt::Key_Return);
-    EXPECT_TRUE(waitUntil([&] { return stage_.count("scan") == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return stage.count("scan") == 1; }));
 }
 
 TEST_F(OverviewTest, ShowsWhatTheScanHasCounted) {
-    stage_.files = 12'345;
-    stage_.bytes = 6'700'000'000;
-    stage_.scanDoor.shut();
+    stage.files = 12'345;
+    stage.bytes = 6'700'000'000;
+    stage.scanDoor.shut();
     open({QStringLiteral("--autoscan")});
     EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("scannedFiles")) == QStringLiteral("12.345"); }));
     EXPECT_EQ(text(QStringLiteral("scannedBytes")), QStringLiteral("6,7 GB"));
@@ -44,9 +44,9 @@ TEST_F(OverviewTest, ShowsWhatTheScanHasCounted) {
 }
 
 TEST_F(OverviewTest, WithoutADiskThereIsNoFigureButEverythingElse) {
-    stage_.disk.reset();
-    stage_.denied = 2;
-    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    stage.disk.reset();
+    stage.denied = 2;
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned();
     EXPECT_FALSE(shows(QStringLiteral("reclaimable")));
     EXPECT_FALSE(shows(QStringLiteral("free")));
@@ -56,22 +56,22 @@ TEST_F(OverviewTest, WithoutADiskThereIsNoFigureButEverythingElse) {
 }
 
 TEST_F(OverviewTest, EmptyingTheTrashTurnsOneBannerIntoTheOther) {
-    stage_.result = {finding("/v/one", SafetyLevel::safe, 1)};
+    stage.result = {finding("/v/one", SafetyLevel::safe, 1)};
     openScanned();
     EXPECT_FALSE(shows(QStringLiteral("trashBanner")));
-    app_->clean({"/v/one"}, CleanMode::trash);
+    app->clean({"/v/one"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
     EXPECT_FALSE(shows(QStringLiteral("freedBanner")));
     click(QStringLiteral("emptyTrash"));
     ASSERT_TRUE(waitUntil([&] { return !shows(QStringLiteral("trashBanner")); }));
     EXPECT_EQ(text(QStringLiteral("freedBanner")), QStringLiteral("Bu oturumda 1 bayt yer açtın."));
-    EXPECT_EQ(stage_.count("empty"), 1);
+    EXPECT_EQ(stage.count("empty"), 1);
 }
 
 TEST_F(OverviewTest, WithoutAModelTheUncertainBannerOffersNothingAndTheReasonStandsBelow) {
-    stage_.status = AIStatus{.unavailable = "Bu bilgisayarda model yok."};
+    stage.status = AIStatus{.unavailable = "Bu bilgisayarda model yok."};
     for (int number = 0; number < 5; ++number)
-        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::unknown));
+        stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::unknown));
     openScanned();
     ASSERT_TRUE(shows(QStringLiteral("uncertainBanner")));
     EXPECT_TRUE(
@@ -84,60 +84,59 @@ TEST_F(OverviewTest, WithoutAModelTheUncertainBannerOffersNothingAndTheReasonSta
 }
 
 TEST_F(OverviewTest, ABatchShowsItsProgressAndCanBeStopped) {
-    stage_.result = {finding("/v/a", SafetyLevel::unknown, 2),
-                     guessed(finding("/v/b", SafetyLevel::safe, 1))};
+    stage.result = {finding("/v/a", SafetyLevel::unknown, 2), guessed(finding("/v/b", SafetyLevel::safe, 1))};
     openScanned();
     EXPECT_FALSE(shows(QStringLiteral("batchProgress")));
     EXPECT_FALSE(shows(QStringLiteral("modelMessage")));
-    stage_.classifyDoor.shut();
+    stage.classifyDoor.shut();
     click(QStringLiteral("analyzeAll"));
     ASSERT_TRUE(
-        waitUntil([&] { return shows(QStringLiteral("batchProgress")) && stage_.count("classify") == 1; }));
+        waitUntil([&] { return shows(QStringLiteral("batchProgress")) && stage.count("classify") == 1; }));
     EXPECT_FALSE(shows(QStringLiteral("analyzeAll")));
     EXPECT_TRUE(text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("2 klasör")));
     click(QStringLiteral("cancelBatch"));
     EXPECT_FALSE(shows(QStringLiteral("batchProgress")));
-    stage_.classifyDoor.open();
+    stage.classifyDoor.open();
     EXPECT_TRUE(waitUntil(
         [&] { return text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("1 klasör")); }));
-    EXPECT_EQ(stage_.count("classify"), 1);
+    EXPECT_EQ(stage.count("classify"), 1);
 }
 
 TEST_F(OverviewTest, ListsTheLargestAtMostEight) {
     for (int number = 0; number < 9; ++number)
-        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
+        stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
     openScanned();
     EXPECT_TRUE(shows(QStringLiteral("largest-7")));
     EXPECT_FALSE(shows(QStringLiteral("largest-8")));
     focus(QStringLiteral("largest-7"));
     key(Qt::Key_Space);
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("caution"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("caution"));
 }
 
 TEST_F(OverviewTest, ListsFewerWhenThereAreFewerAndItsHeadingWithNone) {
     openScanned();
     EXPECT_TRUE(showsText(QStringLiteral("En büyükler")));
     EXPECT_FALSE(shows(QStringLiteral("largest-0")));
-    stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
+    stage.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
     scanAll();
     EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-1")); }));
     EXPECT_FALSE(shows(QStringLiteral("largest-2")));
 }
 
 TEST_F(OverviewTest, ACardLeadsToItsListAndTheKeyboardGoesAlong) {
-    stage_.result = {finding("/v/a", SafetyLevel::safe)};
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned();
     click(QStringLiteral("card-safe"));
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("safe"));
+    EXPECT_EQ(model->sidebar(), QStringLiteral("safe"));
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
     EXPECT_EQ(focused(), QStringLiteral("rows"));
 }
 
 TEST_F(OverviewTest, ACardKeepsTheFocusWhileFindingsChange) {
-    stage_.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
+    stage.result = {finding("/v/a", SafetyLevel::safe), finding("/v/b", SafetyLevel::safe)};
     openScanned();
     focus(QStringLiteral("card-caution"));
-    app_->setLevel(SafetyLevel::caution, "/v/a");
+    app->setLevel(SafetyLevel::caution, "/v/a");
     ASSERT_TRUE(waitUntil([&] {
         return item(QStringLiteral("card-caution"))
             ->property("countText")
@@ -149,17 +148,17 @@ TEST_F(OverviewTest, ACardKeepsTheFocusWhileFindingsChange) {
 
 TEST_F(OverviewTest, FreeSpaceIsRedBelowTwentyGigabytes) {
     const auto color = [&] { return item(QStringLiteral("free"))->property("color").value<QColor>(); };
-    stage_.disk = DiskInfo{.total = 100'000'000'000, .available = 20'000'000'000};
+    stage.disk = DiskInfo{.total = 100'000'000'000, .available = 20'000'000'000};
     openScanned();
     EXPECT_LT(color().red(), 150);
-    stage_.disk->available = 19'999'999'999;
+    stage.disk->available = 19'999'999'999;
     scanAll();
     EXPECT_GT(color().red(), 150);
 }
 
 TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
-    stage_.disk = DiskInfo{.total = 1000, .available = 300};
-    stage_.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
+    stage.disk = DiskInfo{.total = 1000, .available = 300};
+    stage.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
     openScanned();
     const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
     EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, 0.01);
@@ -170,8 +169,8 @@ TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
 }
 
 TEST_F(OverviewTest, SegmentsBeyondWhatIsUsedLeaveNoOther) {
-    stage_.disk = DiskInfo{.total = 1000, .available = 900};
-    stage_.result = {finding("/v/a", SafetyLevel::safe, 200)};
+    stage.disk = DiskInfo{.total = 1000, .available = 900};
+    stage.result = {finding("/v/a", SafetyLevel::safe, 200)};
     openScanned();
     EXPECT_TRUE(shows(QStringLiteral("segment-safe")));
     EXPECT_FALSE(shows(QStringLiteral("segment-other")));
@@ -179,9 +178,9 @@ TEST_F(OverviewTest, SegmentsBeyondWhatIsUsedLeaveNoOther) {
 
 TEST_F(OverviewTest, KeysScrollWhatNoControlReaches) {
     for (int number = 0; number < 8; ++number)
-        stage_.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
+        stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
     openScanned();
-    window_->resize(1000, 640);
+    window->resize(1000, 640);
     focus(QStringLiteral("card-safe"));
     settle();
     auto* overview = item(QStringLiteral("overview"));

@@ -3,6 +3,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 #include <algorithm>
+#include <ranges>
 #include <tuple>
 
 #include "app/shown.h"
@@ -23,8 +24,8 @@ QQuickItem* lastNamed(QQuickItem* root, const QString& name) {
     if (!root->isVisible())
         return nullptr;
     const auto children = root->childItems();
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        if (QQuickItem* found = lastNamed(*child, name))
+    for (QQuickItem* child : children | std::views::reverse) {
+        if (QQuickItem* found = lastNamed(child, name))
             return found;
     }
     return root->objectName() == name ? root : nullptr;
@@ -45,71 +46,71 @@ bool waitUntil(const std::function<bool()>& holds) {
 }
 
 void ModelTest::start() {
-    app_ = std::make_unique<AppModel>(stage_.services(), tree_.path("verdicts.json"));
-    model_ = std::make_unique<WindowModel>(*app_);
-    if (stage_.status.isAvailable()) {
-        ASSERT_TRUE(waitUntil([this] { return app_->aiStatus().isAvailable(); }));
+    app = std::make_unique<AppModel>(stage.services(), tree.path("verdicts.json"));
+    model = std::make_unique<WindowModel>(*app);
+    if (stage.status.isAvailable()) {
+        ASSERT_TRUE(waitUntil([this] { return app->aiStatus().isAvailable(); }));
     } else {
-        ASSERT_TRUE(waitUntil([this] { return app_->aiStatus() == stage_.status; }));
+        ASSERT_TRUE(waitUntil([this] { return app->aiStatus() == stage.status; }));
     }
 }
 
 void ModelTest::scanAll() {
-    app_->scan();
-    ASSERT_TRUE(waitUntil([this] { return app_->phase() == AppModel::Phase::done; }));
+    app->scan();
+    ASSERT_TRUE(waitUntil([this] { return app->phase() == AppModel::Phase::done; }));
 }
 
 ModelTest::~ModelTest() {
-    for (Door* door : {&stage_.scanDoor, &stage_.classifyDoor, &stage_.cleanDoor})
+    for (Door* door : {&stage.scanDoor, &stage.classifyDoor, &stage.cleanDoor})
         door->open();
 }
 
 WindowTest::WindowTest() {
-    collected = &warnings_;
+    collected = &warnings;
     qInstallMessageHandler(collect);
 }
 
 WindowTest::~WindowTest() {
-    engine_.reset();
-    EXPECT_TRUE(warnings_.isEmpty()) << warnings_.join(u'\n').toStdString();
+    engine.reset();
+    EXPECT_TRUE(warnings.isEmpty()) << warnings.join(u'\n').toStdString();
     qInstallMessageHandler(nullptr);
     collected = nullptr;
 }
 
 void WindowTest::open(const QStringList& arguments) {
     start();
-    engine_ = std::make_unique<QQmlApplicationEngine>();
-    engine_->addImageProvider(QStringLiteral("symbols"), new SymbolImages);
-    engine_->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(model_.get())},
-                                   {QStringLiteral("appearance"), QStringLiteral("light")},
-                                   {QStringLiteral("reducedMotion"), true}});
-    engine_->load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
-    ASSERT_FALSE(engine_->rootObjects().isEmpty()) << warnings_.join(u'\n').toStdString();
-    window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().constFirst());
-    window_->requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
-    model_->launch(arguments);
+    engine = std::make_unique<QQmlApplicationEngine>();
+    engine->addImageProvider(QStringLiteral("symbols"), new SymbolImages);
+    engine->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(model.get())},
+                                  {QStringLiteral("appearance"), QStringLiteral("light")},
+                                  {QStringLiteral("reducedMotion"), true}});
+    engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
+    ASSERT_FALSE(engine->rootObjects().isEmpty()) << warnings.join(u'\n').toStdString();
+    window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    model->launch(arguments);
 }
 
 void WindowTest::openScanned(const QString& level) {
     open();
     scanAll();
     if (!level.isEmpty())
-        model_->setSidebar(level);
+        model->setSidebar(level);
     ASSERT_TRUE(waitUntil([&] {
         if (level.isEmpty())
             return shows(QStringLiteral("card-safe"));
-        const FindingPointer first = model_->findings()->at(0);
+        const FindingPointer first = model->findings()->at(0);
         return shows(QStringLiteral("findingList")) && (!first || row(shown(first->title)) != nullptr);
     }));
 }
 
 QQuickItem* WindowTest::item(const QString& name) const {
-    return lastNamed(window_->contentItem(), name);
+    return lastNamed(window->contentItem(), name);
 }
 
 bool WindowTest::showsText(const QString& text) const {
-    return anyReads(window_->contentItem(), text);
+    return anyReads(window->contentItem(), text);
 }
 
 QString WindowTest::text(const QString& name) const {
@@ -123,7 +124,7 @@ bool WindowTest::isEnabled(const QString& name) const {
 }
 
 QObject* WindowTest::popup(const QString& name) const {
-    return window_->findChild<QObject*>(name);
+    return window->findChild<QObject*>(name);
 }
 
 bool WindowTest::isOpen(const QString& popupName) const {
@@ -157,22 +158,22 @@ void WindowTest::click(QQuickItem* item, Qt::MouseButton button, Qt::KeyboardMod
     ASSERT_NE(item, nullptr);
     settle();
     const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
-    QTest::mouseMove(window_, centre.toPoint());
-    QTest::mouseClick(window_, button, modifiers, centre.toPoint());
+    QTest::mouseMove(window, centre.toPoint());
+    QTest::mouseClick(window, button, modifiers, centre.toPoint());
 }
 
 void WindowTest::settle() {
     QCoreApplication::processEvents();
-    std::ignore = window_->grabWindow();
+    std::ignore = window->grabWindow();
 }
 
 void WindowTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    QTest::keyClick(window_, key, modifiers);
+    QTest::keyClick(window, key, modifiers);
 }
 
 void WindowTest::type(const QString& letters) {
     for (const QChar letter : letters)
-        QTest::sendKeyEvent(QTest::Click, window_, Qt::Key_unknown, letter, Qt::NoModifier);
+        QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, letter, Qt::NoModifier);
 }
 
 void WindowTest::focus(const QString& name) {
@@ -183,7 +184,7 @@ void WindowTest::focus(const QString& name) {
 }
 
 QString WindowTest::focused() const {
-    for (const QQuickItem* item = window_->activeFocusItem(); item != nullptr; item = item->parentItem()) {
+    for (const QQuickItem* item = window->activeFocusItem(); item != nullptr; item = item->parentItem()) {
         if (!item->objectName().isEmpty())
             return item->objectName();
     }

@@ -28,10 +28,10 @@ protected:
     void scanAll();
     ~ModelTest() override;
 
-    TempTree tree_;
-    StagedServices stage_;
-    std::unique_ptr<AppModel> app_;
-    std::unique_ptr<WindowModel> model_;
+    TempTree tree;
+    StagedServices stage;
+    std::unique_ptr<AppModel> app;
+    std::unique_ptr<WindowModel> model;
 };
 
 /// The real window over staged services. Fails when anything on the way gave a warning.
@@ -70,9 +70,9 @@ protected:
     /// The name of the item with the keyboard, or of the nearest around it that has one.
     [[nodiscard]] QString focused() const;
 
-    QStringList warnings_;
-    std::unique_ptr<QQmlApplicationEngine> engine_;
-    QQuickWindow* window_ = nullptr;
+    QStringList warnings;
+    std::unique_ptr<QQmlApplicationEngine> engine;
+    QQuickWindow* window = nullptr;
 };
 
 }  // namespace ulvak::test

@@ -25,8 +25,8 @@ bool exists(const std::string& path) {
 class WholeWindow : public test::WindowTest {
 protected:
     void start() override {
-        app_ = std::make_unique<AppModel>();
-        model_ = std::make_unique<WindowModel>(*app_);
+        app = std::make_unique<AppModel>();
+        model = std::make_unique<WindowModel>(*app);
     }
 };
 
@@ -37,17 +37,17 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     ASSERT_EQ(Paths::folders().home, home);
     open();
     key(Qt::Key_R, Qt::ControlModifier);
-    ASSERT_TRUE(waitUntil([&] { return app_->phase() == AppModel::Phase::done; }));
+    ASSERT_TRUE(waitUntil([&] { return app->phase() == AppModel::Phase::done; }));
 
     // A cache is relabelled with the keyboard, and found again under its new label.
     const std::string npm = home + "/.npm";
-    ASSERT_NE(app_->finding(npm), nullptr);
-    ASSERT_EQ(app_->finding(npm)->level, SafetyLevel::regenerable);
+    ASSERT_NE(app->finding(npm), nullptr);
+    ASSERT_EQ(app->finding(npm)->level, SafetyLevel::regenerable);
     focus(QStringLiteral("sidebar"));
     key(Qt::Key_Down);
     key(Qt::Key_Down);
     ASSERT_EQ(text(QStringLiteral("listTitle")), QStringLiteral("Yeniden oluşur"));
-    const QString title = shown(app_->finding(npm)->title);
+    const QString title = shown(app->finding(npm)->title);
     ASSERT_TRUE(waitUntil([&] { return row(title) != nullptr; }));
     click(row(title));
     click(QStringLiteral("relabel"));
@@ -63,12 +63,12 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmTrash")); }));
     EXPECT_TRUE(exists(npm));
     click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
-    ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; })) << app_->alert()->message;
+    ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; })) << app->alert()->message;
     EXPECT_TRUE(showsText(QStringLiteral("Bir öğe seç")));
-    EXPECT_FALSE(app_->alert().has_value());
-    engine_.reset();
-    model_.reset();
-    app_.reset();  // what is to be written has been
+    EXPECT_FALSE(app->alert().has_value());
+    engine.reset();
+    model.reset();
+    app.reset();  // what is to be written has been
 }
 
 TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {

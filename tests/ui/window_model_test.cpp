@@ -30,87 +30,87 @@ protected:
 
 TEST_F(WindowModelTest, BeginsWithTheSummaryAndNothingSelected) {
     start();
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("overview"));
-    EXPECT_TRUE(model_->isOverview());
-    EXPECT_TRUE(model_->selection()->ids().empty());
-    EXPECT_EQ(model_->phase(), QStringLiteral("idle"));
-    EXPECT_EQ(model_->scanButtonText(), QStringLiteral("Tara"));
-    EXPECT_EQ(stage_.count("scan"), 0);
+    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    EXPECT_TRUE(model->isOverview());
+    EXPECT_TRUE(model->selection()->ids().empty());
+    EXPECT_EQ(model->phase(), QStringLiteral("idle"));
+    EXPECT_EQ(model->scanButtonText(), QStringLiteral("Tara"));
+    EXPECT_EQ(stage.count("scan"), 0);
 }
 
 TEST_F(WindowModelTest, LaunchOpensALevelAndScans) {
     start();
-    model_->launch({QStringLiteral("--level=keep"), QStringLiteral("--autoscan")});
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("keep"));
-    EXPECT_EQ(model_->listTitle(), QStringLiteral("Dokunma"));
-    EXPECT_EQ(model_->phase(), QStringLiteral("scanning"));
-    EXPECT_TRUE(waitUntil([&] { return model_->phase() == QStringLiteral("done"); }));
+    model->launch({QStringLiteral("--level=keep"), QStringLiteral("--autoscan")});
+    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->listTitle(), QStringLiteral("Dokunma"));
+    EXPECT_EQ(model->phase(), QStringLiteral("scanning"));
+    EXPECT_TRUE(waitUntil([&] { return model->phase() == QStringLiteral("done"); }));
 }
 
 TEST_F(WindowModelTest, LaunchKnowsRawValuesToTheLetter) {
     start();
-    model_->launch({QStringLiteral("--level=Keep")});
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("overview"));
-    model_->launch({QStringLiteral("--level=")});
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("overview"));
+    model->launch({QStringLiteral("--level=Keep")});
+    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    model->launch({QStringLiteral("--level=")});
+    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
 }
 
 TEST_F(WindowModelTest, LaunchLooksAtTheFirstLevelOnly) {
     start();
-    model_->launch({QStringLiteral("--level=x"), QStringLiteral("--level=safe")});
-    EXPECT_EQ(model_->sidebar(), QStringLiteral("overview"));
+    model->launch({QStringLiteral("--level=x"), QStringLiteral("--level=safe")});
+    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
 }
 
 TEST_F(WindowModelTest, SelectsTheFirstAfterEachScanOfALevel) {
-    stage_.result = {finding("/v/b", SafetyLevel::keep, 3), finding("/v/a", SafetyLevel::keep, 2)};
+    stage.result = {finding("/v/b", SafetyLevel::keep, 3), finding("/v/a", SafetyLevel::keep, 2)};
     start();
-    model_->launch(
+    model->launch(
         {QStringLiteral("--level=keep"), QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
-    ASSERT_TRUE(waitUntil([&] { return model_->phase() == QStringLiteral("done"); }));
-    EXPECT_THAT(model_->selection()->ids(), testing::ElementsAre("/v/b"));
-    model_->selection()->set({"/v/a"});
+    ASSERT_TRUE(waitUntil([&] { return model->phase() == QStringLiteral("done"); }));
+    EXPECT_THAT(model->selection()->ids(), testing::ElementsAre("/v/b"));
+    model->selection()->set({"/v/a"});
     scanAll();
-    EXPECT_THAT(model_->selection()->ids(), testing::ElementsAre("/v/b"));
+    EXPECT_THAT(model->selection()->ids(), testing::ElementsAre("/v/b"));
 }
 
 TEST_F(WindowModelTest, SelectsNothingOnTheSummaryOrInAnEmptyList) {
-    stage_.result = {finding("/v/b", SafetyLevel::keep)};
+    stage.result = {finding("/v/b", SafetyLevel::keep)};
     start();
-    model_->launch({QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
-    ASSERT_TRUE(waitUntil([&] { return model_->phase() == QStringLiteral("done"); }));
-    EXPECT_TRUE(model_->selection()->ids().empty());
-    model_->setSidebar(QStringLiteral("safe"));
+    model->launch({QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
+    ASSERT_TRUE(waitUntil([&] { return model->phase() == QStringLiteral("done"); }));
+    EXPECT_TRUE(model->selection()->ids().empty());
+    model->setSidebar(QStringLiteral("safe"));
     scanAll();
-    EXPECT_TRUE(model_->selection()->ids().empty());
+    EXPECT_TRUE(model->selection()->ids().empty());
 }
 
 TEST_F(WindowModelTest, TheDiskIsLowBelowTwentyGigabytes) {
     for (const std::int64_t available : {low, low - 1}) {
-        stage_.disk = DiskInfo{.total = 100'000'000'000, .available = available};
+        stage.disk = DiskInfo{.total = 100'000'000'000, .available = available};
         start();
-        EXPECT_EQ(model_->isDiskLow(), available < low) << available;
+        EXPECT_EQ(model->isDiskLow(), available < low) << available;
     }
-    EXPECT_EQ(model_->diskText(), QStringLiteral("20 GB boş · 100 GB"));
-    EXPECT_EQ(model_->usedText(), QStringLiteral("80 GB kullanılıyor"));
-    EXPECT_EQ(model_->freeText(), QStringLiteral("20 GB boş"));
-    EXPECT_DOUBLE_EQ(model_->usedFraction(), 0.80000000001);
+    EXPECT_EQ(model->diskText(), QStringLiteral("20 GB boş · 100 GB"));
+    EXPECT_EQ(model->usedText(), QStringLiteral("80 GB kullanılıyor"));
+    EXPECT_EQ(model->freeText(), QStringLiteral("20 GB boş"));
+    EXPECT_DOUBLE_EQ(model->usedFraction(), 0.80000000001);
 }
 
 TEST_F(WindowModelTest, WithoutADiskThereIsNothingToSayOfIt) {
-    stage_.disk.reset();
+    stage.disk.reset();
     start();
-    EXPECT_FALSE(model_->hasDisk());
-    EXPECT_FALSE(model_->isDiskLow());
-    EXPECT_TRUE(model_->segments().isEmpty());
-    EXPECT_TRUE(model_->diskText().isEmpty());
+    EXPECT_FALSE(model->hasDisk());
+    EXPECT_FALSE(model->isDiskLow());
+    EXPECT_TRUE(model->segments().isEmpty());
+    EXPECT_TRUE(model->diskText().isEmpty());
 }
 
 TEST_F(WindowModelTest, SegmentsFollowTheDisplayOrderAndEndWithTheRest) {
-    stage_.disk = DiskInfo{.total = 1000, .available = 400};
-    stage_.result = {finding("/k", SafetyLevel::keep, 100), finding("/s", SafetyLevel::safe, 50)};
+    stage.disk = DiskInfo{.total = 1000, .available = 400};
+    stage.result = {finding("/k", SafetyLevel::keep, 100), finding("/s", SafetyLevel::safe, 50)};
     start();
     scanAll();
-    const QVariantList segments = model_->segments();
+    const QVariantList segments = model->segments();
     EXPECT_EQ(column(segments, "level"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("unknown"), QStringLiteral("keep"), QString()}));
@@ -120,19 +120,19 @@ TEST_F(WindowModelTest, SegmentsFollowTheDisplayOrderAndEndWithTheRest) {
 }
 
 TEST_F(WindowModelTest, SegmentsBeyondWhatIsUsedLeaveNoRest) {
-    stage_.disk = DiskInfo{.total = 1000, .available = 900};
-    stage_.result = {finding("/k", SafetyLevel::keep, 101)};
+    stage.disk = DiskInfo{.total = 1000, .available = 900};
+    stage.result = {finding("/k", SafetyLevel::keep, 101)};
     start();
     scanAll();
-    EXPECT_EQ(field(model_->segments(), 5, "fraction"), QStringLiteral("0"));
+    EXPECT_EQ(field(model->segments(), 5, "fraction"), QStringLiteral("0"));
 }
 
 TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclaration) {
-    stage_.result = {finding("/s1", SafetyLevel::safe, 2'000'000'000),
-                     finding("/s2", SafetyLevel::safe, 500'000'000)};
+    stage.result = {finding("/s1", SafetyLevel::safe, 2'000'000'000),
+                    finding("/s2", SafetyLevel::safe, 500'000'000)};
     start();
     scanAll();
-    const QVariantList levels = model_->levels();
+    const QVariantList levels = model->levels();
     EXPECT_EQ(
         column(levels, "title"),
         QStringList({QStringLiteral("Güvenle silinebilir"), QStringLiteral("Yeniden oluşur"),
@@ -140,21 +140,21 @@ TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclarati
     EXPECT_EQ(field(levels, 0, "sizeText"), QStringLiteral("2,5 GB"));
     EXPECT_EQ(field(levels, 0, "countText"),
               QStringLiteral("2 öğe · Geçici dosyalar ve kayıtlar. Silinince hiçbir şey kaybolmaz."));
-    EXPECT_EQ(column(model_->levelChoices(), "level"),
+    EXPECT_EQ(column(model->levelChoices(), "level"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("keep"), QStringLiteral("unknown")}));
 }
 
 TEST_F(WindowModelTest, ShowsTheEightLargestAndTheSumOfWhatIsEasy) {
     for (int number = 0; number < 10; ++number)
-        stage_.result.push_back(finding("/v/" + std::to_string(number),
-                                        number % 2 == 0 ? SafetyLevel::safe : SafetyLevel::regenerable,
-                                        1'000'000'000));
+        stage.result.push_back(finding("/v/" + std::to_string(number),
+                                       number % 2 == 0 ? SafetyLevel::safe : SafetyLevel::regenerable,
+                                       1'000'000'000));
     start();
     scanAll();
-    EXPECT_EQ(model_->largest().size(), 8);
-    EXPECT_EQ(field(model_->largest(), 7, "title"), QStringLiteral("7"));
-    EXPECT_EQ(model_->reclaimableText(), QStringLiteral("10 GB"));
+    EXPECT_EQ(model->largest().size(), 8);
+    EXPECT_EQ(field(model->largest(), 7, "title"), QStringLiteral("7"));
+    EXPECT_EQ(model->reclaimableText(), QStringLiteral("10 GB"));
 }
 
 TEST_F(WindowModelTest, SecondsAreCutNotRounded) {
@@ -165,43 +165,43 @@ TEST_F(WindowModelTest, SecondsAreCutNotRounded) {
 }
 
 TEST_F(WindowModelTest, TheScanLineHasGroupedFiles) {
-    stage_.files = 1'234'567;
-    stage_.bytes = 5'000'000'000;
+    stage.files = 1'234'567;
+    stage.bytes = 5'000'000'000;
     start();
-    EXPECT_TRUE(model_->scanLine().isEmpty());
+    EXPECT_TRUE(model->scanLine().isEmpty());
     scanAll();
-    EXPECT_EQ(model_->scanLine(), QStringLiteral("1.234.567 dosya, 5 GB · 0 sn"));
+    EXPECT_EQ(model->scanLine(), QStringLiteral("1.234.567 dosya, 5 GB · 0 sn"));
 }
 
 TEST_F(WindowModelTest, BannersBeginWithOne) {
-    stage_.result = {finding("/v/one", SafetyLevel::safe, 1)};
-    stage_.denied = 1;
+    stage.result = {finding("/v/one", SafetyLevel::safe, 1)};
+    stage.denied = 1;
     start();
     scanAll();
-    EXPECT_TRUE(model_->trashText().isEmpty());
-    EXPECT_TRUE(model_->freedText().isEmpty());
-    EXPECT_TRUE(model_->uncertainText().isEmpty());
-    EXPECT_TRUE(model_->deniedText().startsWith(QStringLiteral("1 klasöre erişilemedi. Tam tablo için ")));
-    model_->moveToTrash(QStringLiteral("/v/one"));
-    ASSERT_TRUE(waitUntil([&] { return !model_->trashText().isEmpty(); }));
-    EXPECT_EQ(model_->trashText(), QStringLiteral("Çöp kutusunda 1 bayt bekliyor. Boşaltınca yer açılacak."));
-    model_->emptyTrash();
-    EXPECT_TRUE(model_->isEmptyingTrash());
-    model_->emptyTrash();
-    ASSERT_TRUE(waitUntil([&] { return !model_->isEmptyingTrash(); }));
-    EXPECT_EQ(stage_.count("empty"), 1);
-    EXPECT_TRUE(model_->trashText().isEmpty());
-    EXPECT_EQ(model_->freedText(), QStringLiteral("Bu oturumda 1 bayt yer açtın."));
+    EXPECT_TRUE(model->trashText().isEmpty());
+    EXPECT_TRUE(model->freedText().isEmpty());
+    EXPECT_TRUE(model->uncertainText().isEmpty());
+    EXPECT_TRUE(model->deniedText().startsWith(QStringLiteral("1 klasöre erişilemedi. Tam tablo için ")));
+    model->moveToTrash(QStringLiteral("/v/one"));
+    ASSERT_TRUE(waitUntil([&] { return !model->trashText().isEmpty(); }));
+    EXPECT_EQ(model->trashText(), QStringLiteral("Çöp kutusunda 1 bayt bekliyor. Boşaltınca yer açılacak."));
+    model->emptyTrash();
+    EXPECT_TRUE(model->isEmptyingTrash());
+    model->emptyTrash();
+    ASSERT_TRUE(waitUntil([&] { return !model->isEmptyingTrash(); }));
+    EXPECT_EQ(stage.count("empty"), 1);
+    EXPECT_TRUE(model->trashText().isEmpty());
+    EXPECT_EQ(model->freedText(), QStringLiteral("Bu oturumda 1 bayt yer açtın."));
 }
 
 TEST_F(WindowModelTest, TheListOffersABatchWhereThereIsSomethingToAsk) {
-    stage_.result = {finding("/c/1", SafetyLevel::caution), finding("/u/1", SafetyLevel::unknown),
-                     guessed(finding("/s/1", SafetyLevel::safe))};
+    stage.result = {finding("/c/1", SafetyLevel::caution), finding("/u/1", SafetyLevel::unknown),
+                    guessed(finding("/s/1", SafetyLevel::safe))};
     start();
     scanAll();
     const auto offers = [&](const char* level) {
-        model_->setSidebar(QString::fromLatin1(level));
-        return model_->offersBatch();
+        model->setSidebar(QString::fromLatin1(level));
+        return model->offersBatch();
     };
     EXPECT_FALSE(offers("caution"));
     EXPECT_TRUE(offers("unknown"));
@@ -211,52 +211,51 @@ TEST_F(WindowModelTest, TheListOffersABatchWhereThereIsSomethingToAsk) {
 }
 
 TEST_F(WindowModelTest, WithoutAModelTheListOffersNoBatch) {
-    stage_.status = AIStatus{.unavailable = "Model yok."};
-    stage_.result = {finding("/u/1", SafetyLevel::unknown)};
+    stage.status = AIStatus{.unavailable = "Model yok."};
+    stage.result = {finding("/u/1", SafetyLevel::unknown)};
     start();
     scanAll();
-    model_->setSidebar(QStringLiteral("unknown"));
-    EXPECT_FALSE(model_->offersBatch());
-    EXPECT_EQ(model_->modelMessage(), QStringLiteral("Model yok."));
+    model->setSidebar(QStringLiteral("unknown"));
+    EXPECT_FALSE(model->offersBatch());
+    EXPECT_EQ(model->modelMessage(), QStringLiteral("Model yok."));
 }
 
 TEST_F(WindowModelTest, TheSubtitleCountsAndSumsUpOrIsNotThere) {
-    stage_.result = {finding("/c/1", SafetyLevel::caution, 1'500'000'000),
-                     finding("/c/2", SafetyLevel::caution, 500'000'000)};
+    stage.result = {finding("/c/1", SafetyLevel::caution, 1'500'000'000),
+                    finding("/c/2", SafetyLevel::caution, 500'000'000)};
     start();
     scanAll();
-    model_->setSidebar(QStringLiteral("caution"));
-    EXPECT_EQ(model_->listSubtitle(), QStringLiteral("2 öğe · 2 GB"));
-    model_->setSidebar(QStringLiteral("keep"));
-    EXPECT_TRUE(model_->listSubtitle().isEmpty());
+    model->setSidebar(QStringLiteral("caution"));
+    EXPECT_EQ(model->listSubtitle(), QStringLiteral("2 öğe · 2 GB"));
+    model->setSidebar(QStringLiteral("keep"));
+    EXPECT_TRUE(model->listSubtitle().isEmpty());
 }
 
 TEST_F(WindowModelTest, FindsRowsByTheirFirstLettersAsTurkishHasThem) {
-    stage_.result = {finding("/v/Isı", SafetyLevel::safe, 9),
-                     finding("/v/İndirilenler", SafetyLevel::safe, 8),
-                     finding("/v/ısırgan", SafetyLevel::safe, 7)};
+    stage.result = {finding("/v/Isı", SafetyLevel::safe, 9), finding("/v/İndirilenler", SafetyLevel::safe, 8),
+                    finding("/v/ısırgan", SafetyLevel::safe, 7)};
     start();
     scanAll();
-    model_->setSidebar(QStringLiteral("safe"));
-    EXPECT_EQ(model_->rowBeginning(QStringLiteral("ı"), 0), 0);
-    EXPECT_EQ(model_->rowBeginning(QStringLiteral("ı"), 1), 2);
-    EXPECT_EQ(model_->rowBeginning(QStringLiteral("i"), 0), 1);
-    EXPECT_EQ(model_->rowBeginning(QStringLiteral("Iİ"), 0), -1);
-    EXPECT_EQ(model_->rowBeginning(QStringLiteral("is"), 2), -1);
-    EXPECT_EQ(model_->rowBeginning(QStringLiteral("i"), 2), 1);  // on from the first row
+    model->setSidebar(QStringLiteral("safe"));
+    EXPECT_EQ(model->rowBeginning(QStringLiteral("ı"), 0), 0);
+    EXPECT_EQ(model->rowBeginning(QStringLiteral("ı"), 1), 2);
+    EXPECT_EQ(model->rowBeginning(QStringLiteral("i"), 0), 1);
+    EXPECT_EQ(model->rowBeginning(QStringLiteral("Iİ"), 0), -1);
+    EXPECT_EQ(model->rowBeginning(QStringLiteral("is"), 2), -1);
+    EXPECT_EQ(model->rowBeginning(QStringLiteral("i"), 2), 1);  // on from the first row
 }
 
 TEST_F(WindowModelTest, AMenuOfAFindingThatHasGoneOffersNothing) {
     start();
-    EXPECT_TRUE(model_->menuInfo(QStringLiteral("/gone")).isEmpty());
+    EXPECT_TRUE(model->menuInfo(QStringLiteral("/gone")).isEmpty());
 }
 
 TEST_F(WindowModelTest, NothingCanBeSelectedInTheSidebar) {
     start();
-    model_->setSidebar(QStringLiteral("safe"));
-    model_->setSidebar(QString());
-    EXPECT_TRUE(model_->isOverview());
-    EXPECT_EQ(model_->sidebar(), QString());
+    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(QString());
+    EXPECT_TRUE(model->isOverview());
+    EXPECT_EQ(model->sidebar(), QString());
 }
 
 }  // namespace
