@@ -7,16 +7,11 @@
 // made-up ones, in random order, to lists of all levels. Each run scans three times: into empty lists, over
 // the same findings, and over a list of which every other finding has gone and another has come.
 
-#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QThread>
 #include <QTimer>
-#include <ctime>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -24,7 +19,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,13 +26,14 @@
 
 #include "app/app_model.h"
 #include "app/finding_list_model.h"
+#include "made_up.h"
 #include "platform/durable_file.h"
+#include "turns.h"
 
 namespace ulvak {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 
 constexpr double longestTurn = 16;  // ms
 constexpr std::size_t rememberedVerdicts = 1000;
@@ -48,97 +43,6 @@ struct Options {
     std::size_t runs = 9;
     std::size_t findings = 5'000;
 };
-
-[[noreturn]] void failWith(const std::string& what) {
-    std::fprintf(stderr, "event_loop: %s\n", what.c_str());
-    std::exit(1);
-}
-
-/// Of the longest turn, in ms.
-struct Turn {
-    double wall = 0;
-    double cpu = 0;  ///< of its own thread: what it would take if nobody else ran
-};
-
-double threadTime() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
-/// Times the turns of its event loop: from the first event that is delivered to where it waits for more.
-class TimedApplication : public QCoreApplication {
-public:
-    TimedApplication(int& argc, char** argv) : QCoreApplication(argc, argv) {
-        const auto* loop = QAbstractEventDispatcher::instance();
-        connect(loop, &QAbstractEventDispatcher::awake, this, [this] { begin(); });
-        connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, [this] { end(); });
-    }
-
-    bool notify(QObject* receiver, QEvent* event) override {
-        if (QThread::currentThread() == thread())
-            begin();
-        return QCoreApplication::notify(receiver, event);
-    }
-
-    /// The longest since the last call.
-    Turn takeLongest() {
-        end();
-        return std::exchange(longest_, {});
-    }
-
-private:
-    void begin() {
-        if (isInTurn_)
-            return;
-        isInTurn_ = true;
-        start_ = Clock::now();
-        cpuStart_ = threadTime();
-    }
-    void end() {
-        if (!isInTurn_)
-            return;
-        isInTurn_ = false;
-        const std::chrono::duration<double, std::milli> turn = Clock::now() - start_;
-        longest_.wall = std::max(longest_.wall, turn.count());
-        longest_.cpu = std::max(longest_.cpu, threadTime() - cpuStart_);
-    }
-
-    Clock::time_point start_;
-    double cpuStart_ = 0;  // ms
-    bool isInTurn_ = false;
-    Turn longest_;
-};
-
-/// As full as a finding gets.
-Finding madeUp(std::size_t number, std::string_view folder) {
-    const std::string path =
-        std::string(folder) + "/Library/Application Support/Uygulama " + std::to_string(number) + "/Önbellek";
-    Finding finding;
-    finding.id = path;
-    finding.urls = {path};
-    finding.size = static_cast<std::int64_t>(number) * 1'000'003;
-    finding.original = {.level = allSafetyLevels[number % allSafetyLevels.size()],
-                        .title = "Uygulama önbelleği " + std::to_string(number),
-                        .explanation =
-                            "Uygulamanın yeniden oluşturabildiği dosyalar. Silinirse ilk açılış "
-                            "biraz daha uzun sürer, başka bir şey değişmez."};
-    resetVerdict(finding);
-    for (int i = 0; i < 12; ++i)
-        finding.children.push_back({.name = "içindeki öğe " + std::to_string(i), .size = 1000});
-    for (int i = 0; i < 10; ++i)
-        finding.siblings.push_back({.name = "yanındaki öğe " + std::to_string(i), .size = 1000});
-    finding.parentPath = folder;
-    return finding;
-}
-
-/// The numbers of the findings that a scan has, in a random order that is the same every time.
-std::vector<std::size_t> shuffled(std::vector<std::size_t> numbers, unsigned seed) {
-    std::mt19937 engine(seed);
-    for (std::size_t i = numbers.size(); i > 1; --i)
-        std::swap(numbers[i - 1], numbers[engine() % i]);
-    return numbers;
-}
 
 /// The application with a list for each level, as a window has it.
 class World {
@@ -225,7 +129,8 @@ void rememberVerdicts(const Options& options, const fs::path& folder) {
         failWith("cannot write the verdicts");
 }
 
-std::vector<Figures> measure(TimedApplication& application, const Options& options, const fs::path& folder) {
+std::vector<Figures> measure(TimedApplication<QCoreApplication>& application, const Options& options,
+                             const fs::path& folder) {
     std::vector<std::size_t> all(options.findings);
     std::vector<std::size_t> changed(options.findings);
     for (std::size_t i = 0; i < options.findings; ++i) {
@@ -255,14 +160,6 @@ std::vector<Figures> measure(TimedApplication& application, const Options& optio
     return figures;
 }
 
-std::pair<double, double> medianAndMost(const std::vector<Turn>& turns, double Turn::* time) {
-    std::vector<double> times;
-    for (const Turn& turn : turns)
-        times.push_back(turn.*time);
-    std::ranges::sort(times);
-    return {times[times.size() / 2], times.back()};
-}
-
 /// Whether every turn was short enough.
 bool report(const std::vector<Figures>& figures) {
     bool isQuick = true;
@@ -278,20 +175,13 @@ bool report(const std::vector<Figures>& figures) {
     return isQuick;
 }
 
-std::size_t number(const std::vector<std::string>& arguments, std::size_t index) {
-    if (index >= arguments.size() || arguments[index].empty() ||
-        arguments[index].find_first_not_of("0123456789") != std::string::npos)
-        failWith(arguments[index - 1] + " needs a number");
-    return std::max<std::size_t>(std::strtoull(arguments[index].c_str(), nullptr, 10), 1);
-}
-
 Options parse(const std::vector<std::string>& arguments) {
     Options options;
     for (std::size_t i = 1; i < arguments.size(); ++i) {
         if (arguments[i] == "--runs")
-            options.runs = number(arguments, ++i);
+            options.runs = numberAt(arguments, ++i);
         else if (arguments[i] == "--findings")
-            options.findings = number(arguments, ++i);
+            options.findings = numberAt(arguments, ++i);
         else
             options.tree = fs::absolute(arguments[i]).lexically_normal().string();
     }
@@ -311,7 +201,7 @@ int run(int argc, char** argv) {
     for (const auto& [name, value] :
          {std::pair<const char*, std::string>("HOME", options.tree), {"TMPDIR", temp}, {"QT_NO_GLIB", "1"}})
         ::setenv(name, value.c_str(), 1);  // NOLINT(concurrency-mt-unsafe): no thread has begun
-    TimedApplication application(argc, argv);
+    TimedApplication<QCoreApplication> application(argc, argv);
     const bool isQuick = report(measure(application, options, folder));
     fs::remove_all(folder);
     return isQuick ? 0 : 1;

@@ -19,7 +19,7 @@
 #include <thread>
 
 #include "app/app_model.h"
-#include "ui/symbol_images.h"
+#include "ui/open_window.h"
 #include "ui/window_model.h"
 
 Q_IMPORT_PLUGIN(UlvakPlugin)
@@ -203,13 +203,10 @@ int main(int argc, char* argv[]) {
                  (QDir::homePath() + QStringLiteral("/.local/share/Ulvak/verdicts.json")).toStdString());
     WindowModel window(app);
     QQmlApplicationEngine engine;
-    engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);
-    engine.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&window)},
-                                 {QStringLiteral("appearance"), QString::fromLocal8Bit(argv[2])}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
-    if (engine.rootObjects().isEmpty())
+    QQuickWindow* view =
+        openWindow(engine, window, {{QStringLiteral("appearance"), QString::fromLocal8Bit(argv[2])}});
+    if (view == nullptr)
         return 1;
-    auto* view = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     Pictures pictures(*view, QDir(QString::fromLocal8Bit(argv[1])), QString::fromLocal8Bit(argv[2]));
 
     if (argc > 4) {

@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "app/app_model.h"
-#include "ui/symbol_images.h"
+#include "ui/open_window.h"
 #include "ui/window_model.h"
 
 Q_IMPORT_PLUGIN(UlvakPlugin)
@@ -23,10 +23,7 @@ int main(int argc, char* argv[]) {
     AppModel app;
     WindowModel window(app);
     QQmlApplicationEngine engine;
-    engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);  // the engine's from here on
-    engine.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&window)}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
-    if (engine.rootObjects().isEmpty())
+    if (openWindow(engine, window) == nullptr)
         return EXIT_FAILURE;
     window.launch(QGuiApplication::arguments().mid(1));
     const int status = QGuiApplication::exec();

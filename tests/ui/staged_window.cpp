@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "app/shown.h"
-#include "ui/symbol_images.h"
+#include "ui/open_window.h"
 
 namespace ulvak::test {
 namespace {
@@ -80,13 +80,10 @@ WindowTest::~WindowTest() {
 void WindowTest::open(const QStringList& arguments) {
     start();
     engine = std::make_unique<QQmlApplicationEngine>();
-    engine->addImageProvider(QStringLiteral("symbols"), new SymbolImages);
-    engine->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(model.get())},
-                                  {QStringLiteral("appearance"), QStringLiteral("light")},
-                                  {QStringLiteral("reducedMotion"), true}});
-    engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));
-    ASSERT_FALSE(engine->rootObjects().isEmpty()) << warnings.join(u'\n').toStdString();
-    window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
+    window = openWindow(*engine, *model,
+                        {{QStringLiteral("appearance"), QStringLiteral("light")},
+                         {QStringLiteral("reducedMotion"), true}});
+    ASSERT_NE(window, nullptr) << warnings.join(u'\n').toStdString();
     window->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     model->launch(arguments);
