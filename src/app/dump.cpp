@@ -8,6 +8,7 @@
 #include "ai/ai_status.h"
 #include "ai/folder_context.h"
 #include "app/standard_streams.h"
+#include "core/checked_add.h"
 #include "core/format.h"
 #include "core/text.h"
 #include "scan/scanner.h"
@@ -41,7 +42,7 @@ std::string levelSection(SafetyLevel level, std::span<const Finding> findings, c
     for (const Finding& finding : findings) {
         if (finding.level != level)
             continue;
-        size += finding.size;
+        addChecked(size, finding.size);
         if (++count <= mostLines)
             lines += findingLine(finding, folders);
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <expected>
+#include <limits>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -73,6 +74,13 @@ TEST(Dump, ThirtyFindingsOfALevelPrintTwentyFiveLinesUnderTheTotalOfAll) {
     EXPECT_EQ(std::ranges::count(text, '\n'), 26);
     EXPECT_TRUE(text.contains("] n24 "));
     EXPECT_FALSE(text.contains("] n25 "));
+}
+
+TEST(Dump, ASumThatOverflowsEndsTheProgram) {
+    const std::vector<Finding> tooMuch = {
+        finding(SafetyLevel::safe, std::numeric_limits<std::int64_t>::max(), "Bir", "/a"),
+        finding(SafetyLevel::safe, 1, "İki", "/b")};
+    EXPECT_DEATH((void)listing(tooMuch), "");
 }
 
 TEST(Dump, PathIsThatOfTheFirstMember) {
