@@ -4,7 +4,8 @@ namespace ulvak {
 namespace {
 
 bool isForTheWindow(std::string_view argument) {
-    return argument == "--autoscan" || argument == "--select-first" || argument.starts_with("--level=");
+    return argument == "--autoscan" || argument == "--select-first" || argument == "--reduced-motion" ||
+           argument.starts_with("--level=");
 }
 
 }  // namespace
@@ -42,6 +43,7 @@ Seçenekler:
   --level=DÜZEY    pencereyi bir düzeyin listesiyle aç: safe, regenerable,
                    caution, unknown ya da keep
   --select-first   tarama bitince listenin ilk öğesini seç
+  --reduced-motion pencerenin geçişleri zaman almasın
   -h, --help       bu yardımı göster
   --version        sürümü göster
 
@@ -51,6 +53,8 @@ Taranan yerler: ev klasörü, geçici klasör, sistem önbelleği, /Applications
 Ortam değişkenleri:
   HOME         ev klasörü
   TMPDIR       geçici klasör (yoksa /tmp)
+  ULVAK_REDUCED_MOTION
+               boş ya da 0 değilse --reduced-motion ile aynı
 )";
 }
 

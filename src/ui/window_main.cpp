@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "app/app_model.h"
+#include "ui/motion.h"
 #include "ui/open_window.h"
 #include "ui/window_model.h"
 
@@ -20,12 +21,14 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QStringLiteral("ulvak"));
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
 
+    const QStringList arguments = QGuiApplication::arguments().mid(1);
     AppModel app;
     WindowModel window(app);
     QQmlApplicationEngine engine;
-    if (openWindow(engine, window) == nullptr)
+    if (openWindow(engine, window, {{QStringLiteral("reducedMotion"), wantsReducedMotion(arguments)}}) ==
+        nullptr)
         return EXIT_FAILURE;
-    window.launch(QGuiApplication::arguments().mid(1));
+    window.launch(arguments);
     const int status = QGuiApplication::exec();
     // A walk over a dead disk or a server that says nothing must not keep a closed program alive.
     if (!app.finish(800ms))

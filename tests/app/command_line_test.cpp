@@ -37,9 +37,12 @@ TEST(CommandLine, KnowsHelpAndVersion) {
     EXPECT_TRUE(parse({"--version"}).version);
 }
 
-TEST(CommandLine, HelpNamesEveryOption) {
-    for (const char* option : {"--dump", "--ai", "--help", "-h", "--version"})
+TEST(CommandLine, HelpNamesEveryOptionAndEachIsKnown) {
+    for (const char* option : {"--dump", "--ai", "--autoscan", "--level=", "--select-first",
+                               "--reduced-motion", "--help", "-h", "--version"}) {
         EXPECT_TRUE(helpText().contains(option)) << option;
+        EXPECT_TRUE(parse({option}).unknown.empty()) << option;
+    }
     EXPECT_TRUE(helpText().ends_with('\n'));
 }
 
