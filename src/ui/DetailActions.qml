@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// Everything that can be done with the finding. A dialog keeps the finding it asks about.

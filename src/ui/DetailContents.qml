@@ -9,14 +9,12 @@ ColumnLayout {
 
     spacing: Theme.spaceS
 
-    Text {
+    PlainText {
         objectName: "contentsTitle"
         text: root.detail.contentsTitle
-        color: Theme.text
         font.pixelSize: Theme.headline
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
     Repeater {
         model: root.detail.contents
@@ -50,18 +48,20 @@ ColumnLayout {
                     text: line.modelData.name
                 }
             }
-            Text {
+            Figures {
                 text: line.modelData.sizeText
                 color: Theme.secondary
                 font.pixelSize: Theme.body
             }
         }
     }
-    Text {
+    PlainText {
         objectName: "moreContents"
         visible: text !== ""
         text: root.detail.moreContents
         color: Theme.secondary
         font.pixelSize: Theme.caption
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
     }
 }

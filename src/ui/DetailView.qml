@@ -20,17 +20,20 @@ ScrollColumn {
         Layout.fillWidth: true
 
         Flow {
+            id: badges
             spacing: Theme.spaceM
             Layout.fillWidth: true
             LevelBadge {
                 id: levelBadge
+                width: Math.min(implicitWidth, badges.width)
                 app: root.app
                 level: root.detail.level
             }
             SourceBadge {
                 objectName: "detailBadge"
                 visible: root.detail.badge !== ""
-                height: levelBadge.height
+                width: Math.min(implicitWidth, badges.width)
+                height: Math.max(implicitHeight, levelBadge.height)
                 app: root.app
                 source: root.detail.source
                 badge: root.detail.badge
@@ -43,7 +46,7 @@ ScrollColumn {
             font.bold: true
             Layout.fillWidth: true
         }
-        Text {
+        PlainText {
             objectName: "detailSize"
             text: root.detail.sizeText
             color: Theme.secondary

@@ -27,6 +27,7 @@ ColumnLayout {
         Row {
             id: row
             anchors.fill: parent
+            clip: true  // what the findings add up to may be more than the disk holds
             spacing: 1
 
             Repeater {

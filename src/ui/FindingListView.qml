@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// The findings of one level.
@@ -31,19 +30,17 @@ Item {
             ColumnLayout {
                 spacing: Math.round(2 * Theme.u)
                 Layout.fillWidth: true
-                Text {
+                PlainText {
                     id: title
                     objectName: "listTitle"
                     text: root.app.listTitle
-                    color: Theme.text
                     font.pixelSize: Theme.title2
                     font.weight: Font.DemiBold
                     wrapMode: Text.Wrap
                     Layout.fillWidth: true
                     Accessible.role: Accessible.Heading
-                    Accessible.name: text
                 }
-                Text {
+                PlainText {
                     objectName: "listSubtitle"
                     visible: text !== ""
                     text: root.app.listSubtitle
@@ -86,10 +83,9 @@ Item {
                     size: Theme.body * 1.3
                     anchors.verticalCenter: parent.verticalCenter
                 }
-                Text {
+                PlainText {
                     text: "Taranıyor…"
                     color: Theme.secondary
-                    font.pixelSize: Theme.body
                     anchors.verticalCenter: parent.verticalCenter
                 }
             }

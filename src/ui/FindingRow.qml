@@ -29,7 +29,8 @@ Item {
     opacity: isCleaning ? 0.5 : 1
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: [title, sizeText, location, badge].filter(text => text !== "").join(", ")
+    Accessible.name: title + ", " + sizeText + ", " + location + (badge === "" ? "" : ", " + badge)
+    Accessible.description: isCleaning ? "Temizleniyor" : isAnalyzing ? "Analiz ediliyor" : ""
     Accessible.selectable: true
     Accessible.selected: selected
     Accessible.focusable: true
@@ -86,6 +87,8 @@ Item {
                 SourceBadge {
                     objectName: "rowBadge"
                     visible: !root.isAnalyzing && root.badge !== ""
+                    Layout.fillWidth: parent.columns === 1
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
                     app: root.app
                     source: root.source
                     badge: root.badge

@@ -87,7 +87,7 @@ ListView {
         default:
             if (event.matches(StandardKey.SelectAll))
                 root.selection.selectAll()
-            else if (event.text.trim() !== "" && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)))
+            else if (event.text > " " && event.text !== "\x7f" && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)))
                 root.type(event.text)
             else
                 used = false
@@ -95,10 +95,9 @@ ListView {
         event.accepted = used
     }
 
-    header: Text {
+    header: PlainText {
         width: ListView.view ? ListView.view.width - 2 * Theme.spaceM : implicitWidth
         text: root.app.listSummary
-        textFormat: Text.PlainText
         color: Theme.secondary
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap

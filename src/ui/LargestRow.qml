@@ -9,6 +9,7 @@ AbstractButton {
     required property string level
     required property string symbol
     required property string sizeText
+    required property string location
     property bool isLast: false
 
     implicitHeight: Math.round(36 * Theme.u)
@@ -71,7 +72,8 @@ AbstractButton {
     }
 
     ToolTipText {
-        visible: root.hovered && title.truncated
-        text: root.text
+        objectName: "largestTip"
+        visible: root.hovered
+        text: root.text + "\n" + root.location
     }
 }

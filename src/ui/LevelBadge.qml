@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// A level as a capsule: its symbol and title in its colour.
 Rectangle {
@@ -12,22 +13,22 @@ Rectangle {
 
     implicitWidth: row.implicitWidth + 2 * Math.round(7 * Theme.u)
     implicitHeight: row.implicitHeight + 2 * Math.round(3 * Theme.u)
-    radius: height / 2
+    radius: Math.min(height / 2, Theme.caption)
     color: Theme.faint(tint, 0.14)
 
     Accessible.role: Accessible.StaticText
     Accessible.name: label.text
 
-    Row {
+    RowLayout {
         id: row
         anchors.centerIn: parent
+        width: Math.min(implicitWidth, root.width - 2 * Math.round(7 * Theme.u))
         spacing: Math.round(4 * Theme.u)
 
         Symbol {
             name: root.about.symbol
             color: root.tint
             size: Theme.caption * 1.15
-            anchors.verticalCenter: parent.verticalCenter
         }
         Text {
             id: label
@@ -36,6 +37,8 @@ Rectangle {
             color: Theme.dark ? root.tint : Qt.darker(root.tint, 1.2)
             font.pixelSize: Theme.caption
             font.weight: Font.Medium
+            wrapMode: Text.Wrap
+            Layout.fillWidth: true
         }
     }
 }

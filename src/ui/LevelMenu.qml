@@ -1,6 +1,4 @@
 import QtQuick
-import QtQml
-import QtQuick.Controls.Basic
 
 /// The levels that a finding can be given, and the way back to its first.
 MenuPanel {
@@ -12,16 +10,14 @@ MenuPanel {
 
     title: "Etiketi Değiştir"
 
-    Instantiator {
+    Repeater {
         model: root.app.levelChoices
-        delegate: MenuLine {
+        MenuLine {
             required property var modelData
             objectName: "level-" + modelData.level
             text: modelData.title
             onTriggered: root.app.setLevel(modelData.level, root.token)
         }
-        onObjectAdded: (index, object) => root.insertItem(index, object)
-        onObjectRemoved: (index, object) => root.removeItem(object)
     }
     MenuRule {
         visible: root.canReset

@@ -12,6 +12,7 @@ ApplicationWindow {
 
     property bool reducedMotion: false
 
+    objectName: "main"
     title: app.isOverview ? "Ulvak" : app.listTitle
     width: 1320
     height: 840
@@ -33,7 +34,6 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Ctrl+R"]
-        context: Qt.ApplicationShortcut
         enabled: root.app.phase !== "scanning"
         onActivated: root.app.scan()
     }

@@ -46,6 +46,6 @@ MenuItem {
     }
     background: Rectangle {
         radius: Theme.radiusS - 1
-        color: root.highlighted ? Theme.faint(Theme.accent, Theme.dark ? 0.32 : 0.15) : "transparent"
+        color: root.highlighted ? Theme.faint(Theme.accent, (Theme.dark ? 0.32 : 0.15) + (root.down ? 0.1 : 0)) : "transparent"
     }
 }

@@ -24,28 +24,28 @@ Rectangle {
         anchors.margins: Math.round(14 * Theme.u)
         spacing: Theme.spaceM
 
-        Row {
+        RowLayout {
             spacing: Theme.spaceS
+            Layout.fillWidth: true
             Symbol {
                 name: "apple.intelligence"
                 color: Theme.purple
                 size: Theme.body * 1.25
-                anchors.verticalCenter: parent.verticalCenter
             }
             Text {
                 text: "Apple Intelligence"
                 color: Theme.text
                 font.pixelSize: Theme.body
                 font.weight: Font.DemiBold
-                anchors.verticalCenter: parent.verticalCenter
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
             }
         }
-        Text {
+        PlainText {
             objectName: "sectionText"
             text: root.app.isModelAvailable
                   ? "Apple Intelligence bu klasörün içeriğine, dosya türlerine, tarihlerine ve hangi uygulamaya ait olduğuna bakıp bir yorum yapar. Her şey cihazında işlenir."
                   : root.app.modelMessage
-            textFormat: Text.PlainText
             color: Theme.secondary
             font.pixelSize: Theme.caption
             wrapMode: Text.Wrap
@@ -99,7 +99,7 @@ Rectangle {
                 radius: Theme.radiusS
                 color: Theme.raised
                 border.width: note.activeFocus ? 2 : 1
-                border.color: note.activeFocus ? Theme.accent : Theme.line
+                border.color: note.activeFocus ? Theme.accent : note.hovered ? Theme.tertiary : Theme.line
             }
         }
         PushButton {
@@ -112,7 +112,7 @@ Rectangle {
             Layout.maximumWidth: column.width
             onClicked: root.app.analyze(root.detail.token, note.text)
         }
-        Text {
+        PlainText {
             objectName: "modelWarning"
             visible: root.app.isModelAvailable && root.detail.source === "ai"
             text: "Apple Intelligence yanılabilir. Önemli olabilecek şeyleri silmeden önce Finder'da bir göz at."

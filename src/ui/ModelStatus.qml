@@ -16,13 +16,20 @@ RowLayout {
         size: Theme.callout * 1.3
         Layout.alignment: Qt.AlignTop
     }
-    Text {
+    PlainText {
         objectName: "modelMessage"
         text: root.app.modelMessage
-        textFormat: Text.PlainText
         color: Theme.secondary
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap
         Layout.fillWidth: true
+        Accessible.description: root.app.modelHint
+
+        HoverHandler { id: hover }
+        ToolTipText {
+            objectName: "modelHint"
+            visible: hover.hovered && root.app.modelHint !== ""
+            text: root.app.modelHint
+        }
     }
 }

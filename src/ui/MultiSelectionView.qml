@@ -16,26 +16,27 @@ ScrollColumn {
     objectName: "multiSelection"
     spacing: Theme.spaceL
 
-    Text {
+    PlainText {
         objectName: "severalCount"
         text: root.several.countText
-        color: Theme.text
         font.pixelSize: Theme.title2
         font.bold: true
         wrapMode: Text.Wrap
         Layout.fillWidth: true
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
-    Text {
+    PlainText {
         objectName: "severalTotal"
         text: root.several.totalText
-        color: Theme.text
         font.pixelSize: Math.round(30 * Theme.u)
         font.weight: Font.DemiBold
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.title2
+        Layout.fillWidth: true
     }
     ColumnLayout {
         spacing: Theme.spaceS
+        Layout.fillWidth: true
         Repeater {
             model: root.several.levels
             RowLayout {
@@ -44,10 +45,12 @@ ScrollColumn {
                 spacing: Theme.spaceM
                 objectName: "count-" + modelData.level
                 LevelBadge {
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
                     app: root.app
                     level: line.modelData.level
                 }
-                Text {
+                Figures {
                     objectName: "number"
                     text: line.modelData.count
                     color: Theme.text
@@ -56,7 +59,7 @@ ScrollColumn {
             }
         }
     }
-    Text {
+    PlainText {
         objectName: "skipped"
         visible: text !== ""
         text: root.several.skippedText
@@ -68,7 +71,9 @@ ScrollColumn {
     PushButton {
         id: clean
         objectName: "cleanSeveral"
-        enabled: root.several.canClean
+        enabled: root.several.canClean && !root.several.isCleaning
+        busy: root.several.isCleaning
+        activatesOnReturn: !root.several.deletesForGood
         text: "Seçilenleri Temizle"
         symbol: "trash"
         prominent: true

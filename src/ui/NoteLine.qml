@@ -17,9 +17,8 @@ RowLayout {
         size: root.size * 1.25
         Layout.alignment: Qt.AlignTop
     }
-    Text {
+    PlainText {
         text: root.text
-        textFormat: Text.PlainText
         color: Theme.secondary
         font.pixelSize: root.size
         wrapMode: Text.Wrap

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// The overview of a result.
@@ -19,17 +18,19 @@ ColumnLayout {
         spacing: Math.round(8 * Theme.u)
         Layout.fillWidth: true
 
-        Text {
+        PlainText {
             objectName: "reclaimable"
             text: root.app.reclaimableText
             color: Theme.green
             font.pixelSize: Theme.display
             font.bold: true
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: Theme.title2
+            Layout.fillWidth: true
         }
-        Text {
+        PlainText {
             text: "gönül rahatlığıyla boşaltılabilir (güvenli + yeniden oluşan)"
             color: Theme.secondary
-            font.pixelSize: Theme.body
             wrapMode: Text.Wrap
             Layout.fillWidth: true
         }
@@ -52,6 +53,7 @@ ColumnLayout {
         PushButton {
             objectName: "emptyTrash"
             text: "Çöp Kutusunu Boşalt"
+            activatesOnReturn: false
             enabled: !root.app.isEmptyingTrash
             busy: root.app.isEmptyingTrash
             onClicked: root.app.emptyTrash()
@@ -140,25 +142,24 @@ ColumnLayout {
         spacing: 0
         Layout.fillWidth: true
 
-        Text {
+        PlainText {
             text: "En büyükler"
-            color: Theme.text
             font.pixelSize: Theme.headline
             font.weight: Font.DemiBold
             Layout.bottomMargin: Math.round(8 * Theme.u)
             Accessible.role: Accessible.Heading
-            Accessible.name: text
         }
         Repeater {
             model: root.largest.length
 
             LargestRow {
                 required property int index
-                readonly property var about: root.largest[index] ?? ({ level: "unknown", title: "", sizeText: "" })
+                readonly property var about: root.largest[index] ?? ({ level: "unknown", title: "", location: "", sizeText: "" })
                 objectName: "largest-" + index
                 level: about.level
                 symbol: root.app.levelInfo(level).symbol
                 text: about.title
+                location: about.location
                 sizeText: about.sizeText
                 isLast: index === root.largest.length - 1
                 onClicked: root.app.sidebar = level
@@ -166,11 +167,13 @@ ColumnLayout {
             }
         }
     }
-    Text {
+    PlainText {
         objectName: "scanLine"
         visible: text !== ""
         text: root.app.scanLine
         color: Theme.secondary
         font.pixelSize: Theme.caption
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
     }
 }

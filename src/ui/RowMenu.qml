@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 
 /// What can be done with one finding of a list. Bound to the finding it was opened for, whatever the rows do.
 MenuPanel {
@@ -8,18 +7,24 @@ MenuPanel {
     required property var app
     property string token: ""
     property var about: ({})
+    property bool isCleaning: false
 
     objectName: "rowMenu"
 
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         token = finding
         about = app.menuInfo(finding)
+        isCleaning = about.isCleaning ?? false
         if (about.canReset === undefined)
             return
         popup(item, point)
         currentIndex = byKeyboard ? 0 : -1
     }
 
+    Connections {
+        target: root.app
+        function onCleaningChanged() { root.isCleaning = root.app.menuInfo(root.token).isCleaning ?? false }
+    }
     MenuLine {
         objectName: "reveal"
         text: "Finder'da Göster"
@@ -45,6 +50,7 @@ MenuPanel {
         objectName: "trash"
         visible: root.about.canTrash ?? false
         height: visible ? implicitHeight : 0
+        enabled: !root.isCleaning
         text: "Çöp Kutusuna Taşı"
         onTriggered: root.app.moveToTrash(root.token)
     }

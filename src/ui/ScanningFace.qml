@@ -9,13 +9,13 @@ ColumnLayout {
 
     spacing: Math.round(14 * Theme.u)
 
-    Text {
+    PlainText {
         text: "Taranıyor…"
-        color: Theme.text
         font.pixelSize: Theme.largeTitle
         font.bold: true
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
     ProgressLine {
         indeterminate: true
@@ -27,10 +27,9 @@ ColumnLayout {
         columnSpacing: Theme.spaceL
         rowSpacing: Theme.spaceS
 
-        Text {
+        PlainText {
             text: "Dosya"
             color: Theme.secondary
-            font.pixelSize: Theme.body
         }
         Figures {
             objectName: "scannedFiles"
@@ -38,10 +37,9 @@ ColumnLayout {
             color: Theme.text
             font.pixelSize: Theme.body
         }
-        Text {
+        PlainText {
             text: "Boyut"
             color: Theme.secondary
-            font.pixelSize: Theme.body
         }
         Figures {
             objectName: "scannedBytes"
@@ -50,10 +48,9 @@ ColumnLayout {
             font.pixelSize: Theme.body
         }
     }
-    Text {
+    PlainText {
         objectName: "currentPath"
         text: root.app.currentPath
-        textFormat: Text.PlainText
         color: Theme.tertiary
         font.family: "monospace"
         font.pixelSize: Theme.caption

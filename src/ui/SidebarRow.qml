@@ -24,6 +24,7 @@ Item {
     Accessible.selectable: true
     Accessible.selected: selected
     Accessible.focusable: true
+    Accessible.focused: focused
     Accessible.onPressAction: chosen()
 
     Rectangle {

@@ -8,7 +8,11 @@ FocusScope {
     required property var app
 
     readonly property var levels: app.levels
-    readonly property var items: ["overview"].concat(levels.map(level => level.level))
+    readonly property var items: {
+        const names = levels.map(level => level.level)
+        names.unshift("overview")
+        return names
+    }
     objectName: "sidebar"
     readonly property int current: items.indexOf(app.sidebar)
 
@@ -33,6 +37,8 @@ FocusScope {
             root.app.sidebar = root.items[0]
         else if (event.key === Qt.Key_End)
             root.app.sidebar = root.items[root.items.length - 1]
+        else if (event.key === Qt.Key_Space && event.modifiers & Qt.ControlModifier)
+            root.app.sidebar = ""
         else
             return
         event.accepted = true
@@ -66,7 +72,7 @@ FocusScope {
                 onUnchosen: root.choose("")
                 Layout.fillWidth: true
             }
-            Text {
+            PlainText {
                 text: "Etiketler"
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
@@ -110,7 +116,7 @@ FocusScope {
                 Accessible.name: "Kullanılan alan"
                 Layout.fillWidth: true
             }
-            Text {
+            PlainText {
                 objectName: "diskText"
                 text: root.app.diskText
                 color: Theme.secondary

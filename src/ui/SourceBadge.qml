@@ -1,13 +1,15 @@
 import QtQuick
+import QtQuick.Layouts
 
 /// Who gave a verdict, and how sure a model was.
-Row {
+RowLayout {
     id: root
 
     required property var app
     required property string source
     /// The label, with the confidence where there is one.
     required property string badge
+    readonly property string label: badge.replace(/ %[0-9]+$/, "")
 
     spacing: Math.round(3 * Theme.u)
 
@@ -18,13 +20,22 @@ Row {
         name: root.source === "" ? "" : root.app.sourceInfo(root.source).symbol
         color: Theme.secondary
         size: Theme.caption * 1.1
-        anchors.verticalCenter: parent.verticalCenter
     }
     Text {
-        text: root.badge
+        text: root.label
         textFormat: Text.PlainText
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        anchors.verticalCenter: parent.verticalCenter
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
+        Layout.maximumWidth: Math.ceil(implicitWidth)
+    }
+    Figures {
+        objectName: "confidence"
+        visible: text !== ""
+        text: root.badge.slice(root.label.length + 1)
+        color: Theme.secondary
+        font.pixelSize: Theme.caption
+        Accessible.ignored: true
     }
 }

@@ -11,7 +11,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
+    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
+    sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
     source: name === "" ? "" : "image://symbols/" + name + "/" + hex(color.r) + hex(color.g) + hex(color.b) + hex(color.a)
     fillMode: Image.PreserveAspectFit
     asynchronous: false

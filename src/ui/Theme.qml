@@ -12,7 +12,7 @@ QtObject {
     readonly property bool dark: appearance === "" ? desktop.window.hslLightness < 0.5 : appearance === "dark"
 
     // Type. All sizes follow the desktop's font.
-    readonly property real base: Math.max(Qt.application.font.pixelSize, Qt.application.font.pointSize * 96 / 72, 9)
+    readonly property real base: Math.max(Application.font.pixelSize, Application.font.pointSize * 96 / 72, 9)
     readonly property real caption: Math.round(base * 0.88)
     readonly property real callout: Math.round(base * 0.94)
     readonly property real body: Math.round(base)

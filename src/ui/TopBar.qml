@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// The window's toolbar: what is looked at, and the one button that scans.
@@ -25,9 +24,8 @@ Rectangle {
         anchors.rightMargin: Theme.spaceL
         spacing: Theme.spaceM
 
-        Text {
+        PlainText {
             text: "Ulvak"
-            color: Theme.text
             font.pixelSize: Theme.headline
             font.bold: true
             Layout.fillWidth: true

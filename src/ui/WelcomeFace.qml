@@ -14,20 +14,17 @@ ColumnLayout {
         color: Theme.accent
         size: 44 * Theme.u
     }
-    Text {
+    PlainText {
         text: "Diskinde neler yer kaplıyor?"
-        color: Theme.text
         font.pixelSize: Theme.largeTitle
         font.bold: true
         wrapMode: Text.Wrap
         Layout.fillWidth: true
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
-    Text {
+    PlainText {
         text: "Ulvak; ev klasörünü, uygulama verilerini, geçici dosyaları ve geliştirici araçlarının bıraktıklarını tarar. Her şeyi silinirse ne olacağına göre etiketler. Tanımadığı klasörleri Apple Intelligence ile senin için yorumlar."
         color: Theme.secondary
-        font.pixelSize: Theme.body
         wrapMode: Text.Wrap
         lineHeight: 1.25
         Layout.fillWidth: true

@@ -29,11 +29,16 @@ std::int64_t sum(const Findings& findings) {
 
 }  // namespace
 
+MultiSelectionModel::MultiSelectionModel(const AppModel& app, QObject* parent) : QObject(parent), app_(app) {
+    connect(&app, &AppModel::cleaningChanged, this, &MultiSelectionModel::busyChanged);
+}
+
 void MultiSelectionModel::setItems(Findings items) {
     if (items == items_)
         return;
     items_ = std::move(items);
     emit changed();
+    emit busyChanged();
 }
 
 Findings MultiSelectionModel::cleanable() const {
@@ -84,6 +89,17 @@ bool MultiSelectionModel::canClean() const {
 
 bool MultiSelectionModel::asksFirst() const {
     return riskyCount() > 0;
+}
+
+bool MultiSelectionModel::deletesForGood() const {
+    return std::ranges::any_of(items_, [](const FindingPointer& finding) {
+        return std::holds_alternative<CleanAction::DeleteSimulator>(finding->action.value);
+    });
+}
+
+bool MultiSelectionModel::isCleaning() const {
+    return std::ranges::any_of(
+        items_, [&](const FindingPointer& finding) { return app_.cleaning().contains(finding->id); });
 }
 
 QString MultiSelectionModel::cleanText() const {

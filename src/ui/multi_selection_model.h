@@ -23,10 +23,15 @@ class MultiSelectionModel : public QObject {
     Q_PROPERTY(QStringList cleanableTokens READ cleanableTokens NOTIFY changed)
     Q_PROPERTY(bool canClean READ canClean NOTIFY changed)
     Q_PROPERTY(bool asksFirst READ asksFirst NOTIFY changed)
+    /// Whether something among them is deleted for good: a simulator has no way back.
+    Q_PROPERTY(bool deletesForGood READ deletesForGood NOTIFY changed)
+    /// While any of them is being cleaned.
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged)
     Q_PROPERTY(QString cleanText READ cleanText NOTIFY changed)
     Q_PROPERTY(QString warning READ warning NOTIFY changed)
 public:
-    using QObject::QObject;
+    /// `app` outlives this object.
+    explicit MultiSelectionModel(const AppModel& app, QObject* parent = nullptr);
 
     void setItems(Findings items);
     [[nodiscard]] const Findings& items() const { return items_; }
@@ -38,16 +43,20 @@ public:
     [[nodiscard]] QStringList cleanableTokens() const;
     [[nodiscard]] bool canClean() const;
     [[nodiscard]] bool asksFirst() const;
+    [[nodiscard]] bool deletesForGood() const;
+    [[nodiscard]] bool isCleaning() const;
     [[nodiscard]] QString cleanText() const;
     [[nodiscard]] QString warning() const;
 
 signals:
     void changed();
+    void busyChanged();
 
 private:
     [[nodiscard]] Findings cleanable() const;
     [[nodiscard]] std::int64_t riskyCount() const;
 
+    const AppModel& app_;
     Findings items_;
 };
 

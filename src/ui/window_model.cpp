@@ -7,6 +7,7 @@
 
 #include "app/shown.h"
 #include "core/checked_add.h"
+#include "core/paths.h"
 #include "platform/file_browser.h"
 #include "ui/texts.h"
 
@@ -41,7 +42,7 @@ std::optional<SafetyLevel> levelOf(const QString& rawValue) {
 }  // namespace
 
 WindowModel::WindowModel(AppModel& app, QObject* parent)
-    : QObject(parent), app_(app), findings_(app), selection_(findings_), detail_(app) {
+    : QObject(parent), app_(app), findings_(app), selection_(findings_), detail_(app), several_(app) {
     forwardSignals();
     connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::followDetail);
@@ -68,6 +69,7 @@ void WindowModel::forwardSignals() {
     connect(&app_, &AppModel::freedBytesChanged, this, &WindowModel::totalsChanged);
     connect(&app_, &AppModel::deniedCountChanged, this, &WindowModel::deniedChanged);
     connect(&app_, &AppModel::batchProgressChanged, this, &WindowModel::batchChanged);
+    connect(&app_, &AppModel::cleaningChanged, this, &WindowModel::cleaningChanged);
     connect(&app_, &AppModel::alertChanged, this, &WindowModel::alertChanged);
     connect(this, &WindowModel::sidebarChanged, this, &WindowModel::listChanged);
 }
@@ -226,6 +228,7 @@ QVariantList WindowModel::largest() const {
         const Finding& finding = *findings[index];
         rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(info(finding.level).rawValue)},
                                 {QStringLiteral("title"), shown(finding.title)},
+                                {QStringLiteral("location"), shown(Paths::display(finding.urls.front()))},
                                 {QStringLiteral("sizeText"), Texts::bytes(finding.size)}});
     }
     return rows;
@@ -372,7 +375,8 @@ QVariantMap WindowModel::menuInfo(const QString& token) const {
     if (!finding)
         return {};
     return {{QStringLiteral("canTrash"), !std::holds_alternative<CleanAction::None>(finding->action.value)},
-            {QStringLiteral("canReset"), DetailModel::canReset(*finding)}};
+            {QStringLiteral("canReset"), DetailModel::canReset(*finding)},
+            {QStringLiteral("isCleaning"), app_.cleaning().contains(finding->id)}};
 }
 
 int WindowModel::rowBeginning(const QString& letters, int row) const {

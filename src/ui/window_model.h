@@ -52,7 +52,7 @@ class WindowModel : public QObject {
     /// In the order of declaration, for menus: `level` and `title`.
     Q_PROPERTY(QVariantList levelChoices READ levelChoices CONSTANT)
     Q_PROPERTY(QString reclaimableText READ reclaimableText NOTIFY findingsChanged)
-    /// At most eight, largest first: `level`, `symbol`, `title`, `sizeText`.
+    /// At most eight, largest first: `level`, `title`, `location`, `sizeText`.
     Q_PROPERTY(QVariantList largest READ largest NOTIFY findingsChanged)
 
     // Banners; an empty text is a banner that is not there.
@@ -140,7 +140,8 @@ public:
     [[nodiscard]] Q_INVOKABLE QVariantMap levelInfo(const QString& level) const;
     /// A source's `label` and `symbol`.
     [[nodiscard]] Q_INVOKABLE QVariantMap sourceInfo(const QString& source) const;
-    /// What a row's menu offers: `canTrash` and `canReset`. Empty when the finding has gone.
+    /// What a row's menu offers: `canTrash` and `canReset`, and whether it `isCleaning` already. Empty when
+    /// the finding has gone.
     [[nodiscard]] Q_INVOKABLE QVariantMap menuInfo(const QString& token) const;
     /// The next row after `row` whose title begins with these letters; -1 when there is none.
     [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
@@ -175,6 +176,7 @@ signals:
     void deniedChanged();
     void batchChanged();
     void emptyingChanged();
+    void cleaningChanged();
     void alertChanged();
     void sidebarChanged();
     void listChanged();

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QSet>
+#include <algorithm>
 
 #include "ui/staged_window.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 using test::finding;
 using test::guessed;
+using test::uncleanable;
 using test::waitUntil;
 
 bool isControl(QAccessible::Role role) {
@@ -38,6 +40,49 @@ protected:
             visit(root, told);
         for (QQuickItem* child : root->childItems())
             forEachControl(child, visit);
+    }
+    /// Every visible text can be heard: it, what holds it or what stands beside it is told with its words.
+    void checkTold(const char* face) {
+        SCOPED_TRACE(face);
+        forEach(window->contentItem(), [&](QQuickItem* item) {
+            const QString words = item->property("text").toString();
+            const bool isShown = item->inherits("QQuickText") && !words.isEmpty() && item->width() > 0;
+            EXPECT_TRUE(!isShown || isTold(item, words)) << words.toStdString();
+        });
+    }
+    static bool isTold(QQuickItem* item, const QString& words) {
+        const auto tells = [&](QQuickItem* one) {
+            QAccessibleInterface* told = QAccessible::queryAccessibleInterface(one);
+            return told != nullptr && (told->text(QAccessible::Name).contains(words) ||
+                                       told->text(QAccessible::Description).contains(words));
+        };
+        if (std::ranges::any_of(item->parentItem()->childItems(), tells))
+            return true;
+        for (; item != nullptr; item = item->parentItem()) {
+            if (tells(item))
+                return true;
+        }
+        return false;
+    }
+    /// How many visible texts hold the mark; each of them shows it as it is.
+    int checkPlain() {
+        settle();
+        int count = 0;
+        forEach(window->contentItem(), [&](QQuickItem* item) {
+            const QVariant format = item->property("textFormat");
+            if (!format.isValid() || !item->property("text").toString().contains(u'<'))
+                return;
+            ++count;
+            EXPECT_EQ(format.toInt(), int(Qt::PlainText)) << item->property("text").toString().toStdString();
+        });
+        return count;
+    }
+    static void forEach(QQuickItem* root, const std::function<void(QQuickItem*)>& visit) {
+        if (!root->isVisible())
+            return;
+        visit(root);
+        for (QQuickItem* child : root->childItems())
+            forEach(child, visit);
     }
     int checkNames() {
         int controls = 0;
@@ -72,6 +117,62 @@ TEST_F(AccessibilityTest, RowsSayWhatTheyShowAndWhetherTheyAreSelected) {
     EXPECT_EQ(told("a")->text(QAccessible::Name), QStringLiteral("a, 2 bayt, /v/a, Tahmin"));
     EXPECT_TRUE(told("a")->state().selected);
     EXPECT_FALSE(told("b")->state().selected);
+}
+
+TEST_F(AccessibilityTest, EveryTextIsTold) {
+    Finding full = guessed(finding("/v/a", SafetyLevel::safe, 2'000'000'000));
+    full.quitApps = {"Bir Uygulama"};
+    for (int number = 0; number < 13; ++number)
+        full.children.push_back({.name = "çocuk " + std::to_string(number), .size = 1000});
+    stage.result = {full, uncleanable(finding("/v/b", SafetyLevel::safe, 1), "Sistem yönetir.")};
+    stage.denied = 3;
+    open();
+    checkTold("welcome");
+    scanAll();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("card-safe")); }));
+    checkTold("results");
+    model->setSidebar(QStringLiteral("safe"));
+    model->selection()->press(0, Qt::NoModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
+    checkTold("one");
+    model->selection()->press(1, Qt::NoModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("reason")); }));
+    checkTold("none");
+    model->selection()->selectAll();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
+    checkTold("several");
+    model->setSidebar(QStringLiteral("keep"));
+    checkTold("empty");
+}
+
+TEST_F(AccessibilityTest, NoTextThatADiskOrAModelCanWriteIsMarkup) {
+    const std::string mark = "<b>im</b>";
+    Finding full = guessed(finding("/v/" + mark + "/x", SafetyLevel::safe, 2));
+    full.title = full.explanation = mark;
+    full.quitApps = {mark};
+    full.children = {{.name = mark, .size = 1}};
+    stage.result = {full, uncleanable(finding("/v/b", SafetyLevel::safe, 1), mark)};
+    stage.current = "/" + mark;
+    stage.status = AIStatus{.unavailable = mark, .hint = mark};
+    stage.scanDoor.shut();
+    open({QStringLiteral("--autoscan")});
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).contains(u'<'); }));
+    EXPECT_GE(checkPlain(), 1);
+    stage.scanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
+    EXPECT_GE(checkPlain(), 2);
+    model->setSidebar(QStringLiteral("safe"));
+    model->selection()->press(0, Qt::NoModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
+    // Two in the row; title, explanation, note, model, content and place beside it.
+    EXPECT_GE(checkPlain(), 8);
+    model->selection()->press(1, Qt::NoModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("reason")); }));
+    EXPECT_GE(checkPlain(), 3);
+    stage.running = {mark};
+    app->clean({full.id}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
+    EXPECT_GE(checkPlain(), 5);
 }
 
 TEST_F(AccessibilityTest, TabGoesRoundThroughEveryControlAndBack) {

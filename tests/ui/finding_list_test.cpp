@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QtTest>
+
+#include "app/shown.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -177,6 +180,25 @@ TEST_F(FindingListTest, WhatCannotBeCleanedHasNoItemForIt) {
     closeMenu();
 }
 
+TEST_F(FindingListTest, WhatIsBeingCleanedCannotBeCleanedFromItsMenu) {
+    stage.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    stage.cleanDoor.shut();
+    app->clean({"/v/a"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return !app->cleaning().empty(); }));
+    openMenu(QStringLiteral("a"));
+    EXPECT_FALSE(menuItem("trash")->isEnabled());
+    closeMenu();
+    openMenu(QStringLiteral("b"));
+    EXPECT_TRUE(menuItem("trash")->isEnabled());
+    app->clean({"/v/b"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return app->cleaning().contains("/v/b"); }));
+    EXPECT_FALSE(menuItem("trash")->isEnabled()) << "also in a menu that is open already";
+    closeMenu();
+    stage.cleanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+}
+
 TEST_F(FindingListTest, WithoutAModelTheMenuDoesNotOfferIt) {
     stage.status = AIStatus{.unavailable = "Yok."};
     stage.result = {finding("/v/a", SafetyLevel::safe)};
@@ -225,7 +247,12 @@ TEST_F(FindingListTest, WhatIsBeingAnalysedSpinsInsteadOfItsBadge) {
     ASSERT_TRUE(waitUntil([&] {
         return row(QStringLiteral("Yorum")) != nullptr && !has(row(QStringLiteral("Yorum")), "rowSpinner");
     }));
-    EXPECT_TRUE(showsText(QStringLiteral("Apple Intelligence %85")));
+    EXPECT_EQ(row(QStringLiteral("Yorum"))
+                  ->findChild<QQuickItem*>(QStringLiteral("rowBadge"))
+                  ->property("badge")
+                  .toString(),
+              QStringLiteral("Apple Intelligence %85"));
+    EXPECT_TRUE(showsText(QStringLiteral("%85")));
 }
 
 TEST_F(FindingListTest, MouseSelectsWithShiftAndControl) {
@@ -264,6 +291,39 @@ TEST_F(FindingListTest, TypingFindsARow) {
     EXPECT_EQ(selected(), "d");
 }
 
+TEST_F(FindingListTest, TypingGoesOnFromLetterToLetterAndOtherKeysAreNone) {
+    for (const char* name : {"elma", "el feneri", "el arabası"})
+        stage.result.push_back(finding(std::string("/v/") + name, SafetyLevel::safe, 2000 - name[3]));
+    openScanned(QStringLiteral("safe"));
+    focus(QStringLiteral("rows"));
+    QTest::keyClick(window, Qt::Key_Backspace);
+    type(QStringLiteral("el"));
+    key(Qt::Key_Space);
+    type(QStringLiteral("a"));
+    EXPECT_EQ(selected(), "el arabası");
+}
+
+TEST_F(FindingListTest, AnotherLevelsListBeginsAtItsTop) {
+    for (const SafetyLevel level : {SafetyLevel::safe, SafetyLevel::caution}) {
+        for (int number = 0; number < 200; ++number)
+            stage.result.push_back(finding("/v/" + std::to_string(int(level)) + "-" + std::to_string(number),
+                                           level, 10'000 - number));
+    }
+    openScanned(QStringLiteral("safe"));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_End);
+    const auto scrolled = [&] {
+        const QQuickItem* rows = item(QStringLiteral("rows"));
+        return rows->property("contentY").toDouble() - rows->property("originY").toDouble();
+    };
+    settle();
+    ASSERT_GT(scrolled(), 1000);
+    click(QStringLiteral("row-caution"));
+    settle();
+    EXPECT_LE(scrolled(), 0);
+    EXPECT_NE(row(shown(model->findings()->at(0)->title)), nullptr);
+}
+
 TEST_F(FindingListTest, TheMenuKeyOpensTheMenuAndArrowsChooseInIt) {
     openLetters();
     key(Qt::Key_Down);
@@ -293,6 +353,20 @@ TEST_F(FindingListTest, OnlyTheRowsInSightExist) {
     EXPECT_LT(rows(), 60);
     key(Qt::Key_A, Qt::ControlModifier);
     EXPECT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("5000 öğe seçili"));
+}
+
+TEST_F(FindingListTest, WhatIsNotUtf8IsShownWithMarksAndCleanedAllTheSame) {
+    stage.result = {finding("/v/ad\xff\xfe", SafetyLevel::safe, 2),
+                    finding("/v/ad\xfe\xff", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    ASSERT_EQ(rowCount(), 2);
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_End);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("moveToTrash")); }));
+    EXPECT_EQ(text(QStringLiteral("detailTitle")), QStringLiteral("ad\uFFFD\uFFFD"));
+    click(QStringLiteral("moveToTrash"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/ad\xfe\xff"));
 }
 
 TEST_F(FindingListTest, NamesArePlainText) {

@@ -24,6 +24,7 @@ protected:
 
 TEST_F(MainWindowTest, HasItsTitleAndSize) {
     open();
+    EXPECT_EQ(window->objectName(), QStringLiteral("main"));
     EXPECT_EQ(window->title(), QStringLiteral("Ulvak"));
     EXPECT_EQ(window->size(), QSize(1320, 840));
     EXPECT_EQ(window->minimumSize(), QSize(1000, 640));
@@ -148,6 +149,10 @@ TEST_F(MainWindowTest, ControlTakesTheSidebarsSelectionAway) {
     click(item(QStringLiteral("row-keep")), Qt::LeftButton, Qt::ControlModifier);
     EXPECT_EQ(model->sidebar(), QString());
     EXPECT_TRUE(shows(QStringLiteral("overview")));
+    key(Qt::Key_End);
+    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
+    key(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(model->sidebar(), QString());
 }
 
 TEST_F(MainWindowTest, ArrowsGoThroughTheSidebar) {
@@ -178,6 +183,8 @@ TEST_F(MainWindowTest, AnAlertIsModalUntilItIsDismissedAndANewerTakesItsPlace) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
     EXPECT_EQ(title(), QStringLiteral("keep temizlenemedi"));
     click(QStringLiteral("scan"));
+    key(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_EQ(app->phase(), AppModel::Phase::done);
     EXPECT_EQ(stage.count("scan"), 1) << "a modal alert lets nothing through";
     app->clean({"/v/safe"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return title() == QStringLiteral("safe temizlenemedi"); }));

@@ -30,15 +30,13 @@ protected:
     bool isAsking() { return isOpen(QStringLiteral("confirmSeveral")); }
     /// Without a list, which only ever holds one level.
     MultiSelectionModel& modelOf(const std::vector<Finding>& findings) {
+        start();
         Findings items;
         for (const Finding& each : findings)
             items.push_back(std::make_shared<const Finding>(each));
-        several_.setItems(std::move(items));
-        return several_;
+        model->several()->setItems(std::move(items));
+        return *model->several();
     }
-
-private:
-    MultiSelectionModel several_;
 };
 
 TEST_F(MultiSelectionTest, SafeOnesGoToTheTrashWithoutAQuestionInTheirOrder) {
@@ -151,6 +149,32 @@ TEST_F(MultiSelectionTest, OnlyWhatIsCleanedCountsAsRisky) {
     EXPECT_FALSE(several.asksFirst());
     EXPECT_EQ(several.cleanText(), QStringLiteral("Temizle (1 GB)"));
     EXPECT_EQ(several.totalText(), QStringLiteral("2 GB"));
+}
+
+TEST_F(MultiSelectionTest, ReturnMovesToTheTrashButDeletesNoSimulator) {
+    selectAll({simulator(finding("/v/a", SafetyLevel::safe)), finding("/v/b", SafetyLevel::safe, 2),
+               finding("/v/c", SafetyLevel::safe, 1)});
+    focus(QStringLiteral("cleanSeveral"));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(app->cleaning().empty());
+    model->selection()->set({"/v/b", "/v/c"});
+    focus(QStringLiteral("cleanSeveral"));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/b", "clean trash /v/c"));
+}
+
+TEST_F(MultiSelectionTest, WhileOneIsBeingCleanedTheButtonWaits) {
+    selectAll({finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)});
+    stage.cleanDoor.shut();
+    click(QStringLiteral("cleanSeveral"));
+    ASSERT_TRUE(waitUntil([&] { return stage.count("clean") == 1; }));
+    EXPECT_FALSE(isEnabled(QStringLiteral("cleanSeveral")));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_Delete);
+    stage.cleanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+    EXPECT_EQ(stage.count("clean"), 2);
 }
 
 TEST_F(MultiSelectionTest, SimulatorsAreCleanedWithTheOthers) {

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
+#include <QtTest>
+
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -68,6 +71,31 @@ TEST_F(OverviewTest, EmptyingTheTrashTurnsOneBannerIntoTheOther) {
     EXPECT_EQ(stage.count("empty"), 1);
 }
 
+TEST_F(OverviewTest, ReturnDoesNotEmptyTheTrashAndSpaceDoes) {
+    stage.result = {finding("/v/one", SafetyLevel::safe, 1)};
+    openScanned();
+    app->clean({"/v/one"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
+    focus(QStringLiteral("emptyTrash"));
+    key(Qt::Key_Return);
+    key(Qt::Key_Enter);
+    EXPECT_FALSE(model->isEmptyingTrash());
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("freedBanner")); }));
+    EXPECT_EQ(stage.count("empty"), 1);
+}
+
+TEST_F(OverviewTest, WhatCanBeDoneAboutAnAbsentModelIsToldWithItsReason) {
+    stage.status = AIStatus{.unavailable = "Model yok.", .hint = "ULVAK_MODEL_URL <b>ayarla</b>."};
+    open();
+    QTest::mouseMove(window, item(QStringLiteral("modelMessage"))->mapToScene(QPointF(4, 4)).toPoint());
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("modelHint")); }));
+    EXPECT_EQ(popup(QStringLiteral("modelHint"))->property("text").toString(),
+              QStringLiteral("ULVAK_MODEL_URL <b>ayarla</b>."));
+    auto* told = QAccessible::queryAccessibleInterface(item(QStringLiteral("modelMessage")));
+    EXPECT_EQ(told->text(QAccessible::Description), QStringLiteral("ULVAK_MODEL_URL <b>ayarla</b>."));
+}
+
 TEST_F(OverviewTest, WithoutAModelTheUncertainBannerOffersNothingAndTheReasonStandsBelow) {
     stage.status = AIStatus{.unavailable = "Bu bilgisayarda model yok."};
     for (int number = 0; number < 5; ++number)
@@ -111,6 +139,18 @@ TEST_F(OverviewTest, ListsTheLargestAtMostEight) {
     focus(QStringLiteral("largest-7"));
     key(Qt::Key_Space);
     EXPECT_EQ(model->sidebar(), QStringLiteral("caution"));
+}
+
+TEST_F(OverviewTest, OneOfTheLargestTellsItsWholePath) {
+    stage.result = {finding("/v/klasör/" + std::string(150, 'w'), SafetyLevel::caution)};
+    openScanned();
+    focus(QStringLiteral("largest-0"));
+    settle();
+    QTest::mouseMove(window, item(QStringLiteral("largest-0"))->mapToScene(QPointF(40, 10)).toPoint());
+    const auto* tip = item(QStringLiteral("largest-0"))->findChild<QObject*>(QStringLiteral("largestTip"));
+    ASSERT_TRUE(waitUntil([&] { return tip->property("opened").toBool(); }));
+    EXPECT_TRUE(
+        tip->property("text").toString().endsWith(QStringLiteral("\n/v/klasör/") + QString(150, u'w')));
 }
 
 TEST_F(OverviewTest, ListsFewerWhenThereAreFewerAndItsHeadingWithNone) {
@@ -174,6 +214,18 @@ TEST_F(OverviewTest, SegmentsBeyondWhatIsUsedLeaveNoOther) {
     openScanned();
     EXPECT_TRUE(shows(QStringLiteral("segment-safe")));
     EXPECT_FALSE(shows(QStringLiteral("segment-other")));
+}
+
+TEST_F(OverviewTest, SegmentsBeyondTheDiskStayInTheBar) {
+    stage.disk = DiskInfo{.total = 1000, .available = 900};
+    stage.result = {finding("/v/a", SafetyLevel::keep, 4000)};
+    openScanned();
+    settle();
+    const QQuickItem* bar = item(QStringLiteral("segment-keep"))->parentItem();
+    const QPointF beyond = bar->mapToScene(QPointF(bar->width() + 10, bar->height() / 2));
+    const QImage picture = window->grabWindow();
+    const double scale = window->effectiveDevicePixelRatio();
+    EXPECT_EQ(picture.pixelColor((beyond * scale).toPoint()), window->color());
 }
 
 TEST_F(OverviewTest, KeysScrollWhatNoControlReaches) {

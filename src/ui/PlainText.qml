@@ -1,0 +1,11 @@
+import QtQuick
+
+/// A text that stands by itself: never markup, whatever a name holds, and told to screen readers as it is shown.
+Text {
+    textFormat: Text.PlainText
+    color: Theme.text
+    font.pixelSize: Theme.body
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+}

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QRectF>
+#include <algorithm>
+#include <array>
+
+#include "ui/staged_window.h"
+
+namespace ulvak {
+namespace {
+
+using test::finding;
+using test::guessed;
+using test::waitUntil;
+
+bool isText(const QQuickItem& item) {
+    return item.inherits("QQuickText");
+}
+
+bool isButton(const QQuickItem& item) {
+    return item.inherits("QQuickAbstractButton");
+}
+
+/// Where the letters are, in the window.
+QRectF painted(const QQuickItem& text) {
+    const double width =
+        std::min(text.property("contentWidth").toDouble(), std::max(text.width(), text.implicitWidth()));
+    const double room = text.width() - width;
+    const int alignment = text.property("effectiveHorizontalAlignment").toInt();
+    const double left = alignment == Qt::AlignHCenter ? room / 2 : alignment == Qt::AlignRight ? room : 0;
+    return text.mapRectToScene(QRectF(left, 0, width, text.property("contentHeight").toDouble()));
+}
+
+/// Every face in the smallest window, with letters of the usual size and of twice that.
+class LayoutTest : public test::WindowTest, public testing::WithParamInterface<int> {
+protected:
+    LayoutTest() {
+        QFont font = before;
+        font.setPixelSize(GetParam());
+        QGuiApplication::setFont(font);
+        Finding full =
+            guessed(finding(std::string("/v/") + std::string(200, 'w'), SafetyLevel::safe, 888'888'888'888));
+        full.source = VerdictSource::ai;
+        full.confidence = 100;
+        full.original.level = SafetyLevel::keep;
+        full.explanation = std::string(300, 'x') + " sonu.";
+        full.quitApps = {"Uzun Adlı Bir Uygulama", "Bir Başkası"};
+        for (int number = 0; number < 13; ++number)
+            full.children.push_back({.name = std::string(120, 'w'), .size = 888'888'888'888});
+        stage.disk = DiskInfo{.total = 8'888'888'888'888, .available = 888'888'888'888};
+        stage.files = 888'888'888;
+        stage.bytes = 8'888'888'888'888;
+        stage.denied = 8888;
+        stage.current = "/" + std::string(300, 'w');
+        stage.result = {full,
+                        finding("/v/regenerable", SafetyLevel::regenerable, 888'888'888'888),
+                        finding("/v/b", SafetyLevel::safe, 888'888'888'888),
+                        guessed(finding("/v/caution", SafetyLevel::caution, 888'888'888'888)),
+                        test::uncleanable(finding("/v/unknown", SafetyLevel::unknown, 888'888'888'888),
+                                          "Bunu sistem kendisi yönetir, dokunulmaması gerekir."),
+                        finding("/v/keep", SafetyLevel::keep, 888'888'888'888)};
+    }
+    ~LayoutTest() override { QGuiApplication::setFont(before); }
+
+    void openSmall() {
+        open();
+        window->resize(window->minimumSize());
+        place();
+    }
+    void place() {
+        for (int turn = 0; turn < 3; ++turn)
+            settle();
+    }
+    /// Every visible text is whole in its place: sideways in whatever cuts it, and in its button all round.
+    void check(const char* face) {
+        SCOPED_TRACE(face);
+        place();
+        checkBelow(*window->contentItem(), {.right = double(window->width()), .button = {}});
+    }
+
+    const QFont before = QGuiApplication::font();
+
+private:
+    /// Where letters can be seen.
+    struct Room {
+        double left = 0;
+        double right = 0;
+        QRectF button;  ///< null outside of buttons
+    };
+
+    void checkBelow(const QQuickItem& item, Room room) {
+        if (!item.isVisible() || item.opacity() == 0)
+            return;
+        const QRectF place = item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
+        if (isButton(item) || item.clip()) {
+            room.left = std::max(room.left, place.left());
+            room.right = std::min(room.right, place.right());
+        }
+        if (isButton(item))
+            room.button = place;
+        if (isText(item))
+            checkText(item, room);
+        for (const QQuickItem* child : item.childItems())
+            checkBelow(*child, room);
+    }
+    static void checkText(const QQuickItem& text, const Room& room) {
+        const std::string words = text.property("text").toString().left(60).toStdString();
+        const QRectF letters = painted(text);
+        EXPECT_GE(letters.left(), room.left - 1) << words;
+        EXPECT_LE(letters.right(), room.right + 1) << words;
+        if (!room.button.isNull()) {
+            EXPECT_GE(letters.top(), room.button.top() - 1) << words;
+            EXPECT_LE(letters.bottom(), room.button.bottom() + 1) << words;
+        }
+        const bool isCut =
+            text.property("truncated").toBool() && text.property("maximumLineCount").toInt() != 3;
+        EXPECT_TRUE(!isCut || text.property("elide").toInt() == Qt::ElideMiddle) << words;
+        EXPECT_TRUE(isCut || text.property("contentWidth").toDouble() <= std::max(text.width(), 1.0) + 1)
+            << words;
+    }
+};
+
+TEST_P(LayoutTest, TheOverviewIsWhole) {
+    openSmall();
+    check("welcome");
+    stage.scanDoor.shut();
+    app->scan();
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("scannedFiles")) != QStringLiteral("0"); }));
+    check("scanning");
+    stage.scanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("card-safe")); }));
+    app->clean({"/v/b"}, CleanMode::permanent);
+    app->clean({"/v/regenerable"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil(
+        [&] { return shows(QStringLiteral("trashBanner")) && shows(QStringLiteral("freedBanner")); }));
+    check("results");
+    stage.classifyDoor.shut();
+    app->analyzeAllUncertain();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("batchProgress")); }));
+    check("batch");
+}
+
+TEST_P(LayoutTest, WithoutAModelTheOverviewIsWhole) {
+    stage.status = AIStatus{
+        .unavailable =
+            "Apple Intelligence modeli henüz hazır değil (indiriliyor olabilir). Biraz sonra tekrar dene."};
+    openSmall();
+    check("welcome");
+    scanAll();
+    check("results");
+}
+
+TEST_P(LayoutTest, EveryListAndDetailIsWhole) {
+    openSmall();
+    check("nothing selected");
+    scanAll();
+    for (const char* level : {"safe", "regenerable", "caution", "unknown", "keep"}) {
+        model->setSidebar(QString::fromLatin1(level));
+        model->selection()->press(0, Qt::NoModifier);
+        ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
+        check(level);
+    }
+    model->setSidebar(QStringLiteral("safe"));
+    model->selection()->selectAll();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
+    check("several");
+    model->setSidebar(QStringLiteral("overview"));
+    check("summary without a selection");
+}
+
+TEST_P(LayoutTest, DialogsAndMenusAreWhole) {
+    openSmall();
+    scanAll();
+    model->setSidebar(QStringLiteral("safe"));
+    model->selection()->press(0, Qt::NoModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("removePermanently")); }));
+    QMetaObject::invokeMethod(item(QStringLiteral("removePermanently")), "activate");
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
+    check("dialog");
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmPermanent")); }));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_Menu);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
+    for (const Qt::Key next : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
+        key(next);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
+    check("menu");
+}
+
+INSTANTIATE_TEST_SUITE_P(Letters, LayoutTest, testing::Values(13, 26));
+
+}  // namespace
+}  // namespace ulvak
