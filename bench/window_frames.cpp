@@ -130,6 +130,7 @@ public:
         const QPointF middle = rows()->mapToScene({rows()->width() / 2, rows()->height() / 2});
         QWheelEvent event(middle, window_->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
+        event.setTimestamp(static_cast<quint64>(milliseconds()));  // a list asks how fast the wheel turns
         QCoreApplication::sendEvent(window_, &event);
     }
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -145,6 +146,8 @@ public:
     [[nodiscard]] std::size_t selected() { return model_.selection()->ids().size(); }
     [[nodiscard]] int listed() { return model_.findings()->rowCount(); }
 
+    /// How far the list is scrolled, in pixels.
+    [[nodiscard]] double scrolled() const { return rows()->property("contentY").toDouble(); }
     /// The rows that have a view.
     [[nodiscard]] int delegates() const {
         const auto* content = rows()->property("contentItem").value<QQuickItem*>();
@@ -170,12 +173,13 @@ private:
 
 struct Figures {
     std::string_view name;
+    bool isOnce = false;  ///< not a frame of using the list: it is shown, not judged
     std::vector<Turn> frames;
 };
 
 /// What a user does with the list. Frames of all runs.
 struct Session {
-    std::array<Figures, 7> figures = {{{.name = "the list is opened"},
+    std::array<Figures, 7> figures = {{{.name = "the list is opened", .isOnce = true},
                                        {.name = "the wheel turns"},
                                        {.name = "page by page"},
                                        {.name = "all are selected"},
@@ -196,6 +200,8 @@ struct Session {
         frames(1, [&] { world.openList(); });
         const int listed = world.listed();
         frames(wheelTurns, [&] { world.wheel(); });
+        if (world.scrolled() < wheelTurns)
+            failWith("the wheel does not scroll");
         frames(wheelTurns, [&] { world.key(Qt::Key_PageDown); });
         frames(1, [&] { world.key(Qt::Key_A, Qt::ControlModifier); });
         if (world.selected() != static_cast<std::size_t>(world.listed()))
@@ -204,10 +210,8 @@ struct Session {
         frames(1, [&] { world.relabelOne(); });
         if (world.listed() != listed - 1)
             failWith("what was relabelled is still listed");
-        frames(2, [&] {
-            world.key(Qt::Key_End);
-            world.key(Qt::Key_Home);
-        });
+        int times = 0;
+        frames(2, [&] { world.key(times++ % 2 == 0 ? Qt::Key_End : Qt::Key_Home); });
     }
 };
 
@@ -275,7 +279,7 @@ bool report(const Session& session, std::vector<double> firstFrames) {
         const auto [cpu, mostCpu] = medianAndMost(figures.frames, &Turn::cpu);
         std::printf("%-34s %7zu %8.1f %7.1f %18.1f %7.1f\n", std::string(figures.name).c_str(),
                     figures.frames.size(), wall, longest, cpu, mostCpu);
-        isQuick = isQuick && mostCpu <= longestFrame;
+        isQuick = isQuick && (figures.isOnce || mostCpu <= longestFrame);
     }
     std::printf("\nrows with a view at once: %d; peak memory %.0f MiB\n", session.delegates, peakMemory());
     std::printf(isQuick ? "quick enough\n" : "NOT quick enough\n");

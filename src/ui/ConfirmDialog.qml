@@ -13,6 +13,7 @@ Popup {
     required property string confirmText
     property bool destructive: false
     property bool onlyDismisses: false
+    property bool isNeeded: false
     readonly property real mostHeight: (parent?.height ?? 640) - 2 * Theme.padding
 
     signal confirmed()
@@ -25,83 +26,94 @@ Popup {
     focus: true
     closePolicy: Popup.CloseOnEscape
 
-    onOpened: cancel.forceActiveFocus(Qt.TabFocusReason)
+    onAboutToShow: isNeeded = true
+    onOpened: contentItem.item.focusCancel()
 
-    contentItem: ColumnLayout {
-        spacing: Theme.spaceL
+    // Made when it is opened first: most dialogs never are.
+    contentItem: Loader {
+        focus: true
+        active: root.isNeeded
+        sourceComponent: ColumnLayout {
+            function focusCancel() {
+                cancel.forceActiveFocus(Qt.TabFocusReason)
+            }
 
-        Accessible.role: root.onlyDismisses ? Accessible.AlertMessage : Accessible.Dialog
-        Accessible.name: root.title
-        Accessible.description: root.message
+            spacing: Theme.spaceL
 
-        Keys.onReturnPressed: root.close()
-        Keys.onEnterPressed: root.close()
+            Accessible.role: root.onlyDismisses ? Accessible.AlertMessage : Accessible.Dialog
+            Accessible.name: root.title
+            Accessible.description: root.message
 
-        // However long the names are, the buttons stay in the window.
-        Flickable {
-            objectName: "dialogTexts"
-            contentHeight: texts.implicitHeight
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            Layout.preferredHeight: texts.implicitHeight
-            Layout.maximumHeight: Math.max(40, root.mostHeight - buttons.implicitHeight - 2 * root.padding - Theme.spaceL)
+            Keys.onReturnPressed: root.close()
+            Keys.onEnterPressed: root.close()
 
-            ScrollBar.vertical: ThinScrollBar {}
+            // However long the names are, the buttons stay in the window.
+            Flickable {
+                objectName: "dialogTexts"
+                contentHeight: texts.implicitHeight
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredHeight: texts.implicitHeight
+                Layout.maximumHeight: Math.max(40, root.mostHeight - buttons.implicitHeight - 2 * root.padding - Theme.spaceL)
 
-            ColumnLayout {
-                id: texts
-                width: parent.width
+                ScrollBar.vertical: ThinScrollBar {}
+
+                ColumnLayout {
+                    id: texts
+                    width: parent.width
+                    spacing: Theme.spaceM
+
+                    Text {
+                        objectName: "dialogTitle"
+                        text: root.title
+                        textFormat: Text.PlainText
+                        color: Theme.text
+                        font.pixelSize: Theme.headline
+                        font.bold: true
+                        wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                        Layout.fillWidth: true
+                    }
+                    Text {
+                        objectName: "dialogMessage"
+                        text: root.message
+                        textFormat: Text.PlainText
+                        color: Theme.secondary
+                        font.pixelSize: Theme.body
+                        wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                        lineHeight: 1.15
+                        Layout.fillWidth: true
+                    }
+                }
+            }
+            Flow {
+                id: buttons
+                layoutDirection: Qt.RightToLeft
                 spacing: Theme.spaceM
+                Layout.fillWidth: true
 
-                Text {
-                    objectName: "dialogTitle"
-                    text: root.title
-                    textFormat: Text.PlainText
-                    color: Theme.text
-                    font.pixelSize: Theme.headline
-                    font.bold: true
-                    wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-                    Layout.fillWidth: true
+                PushButton {
+                    objectName: "confirm"
+                    visible: !root.onlyDismisses
+                    enabled: root.opened
+                    width: Math.min(implicitWidth, buttons.width)
+                    text: root.confirmText
+                    prominent: true
+                    destructive: root.destructive
+                    activatesOnReturn: false
+                    onClicked: {
+                        root.close()
+                        root.confirmed()
+                    }
                 }
-                Text {
-                    objectName: "dialogMessage"
-                    text: root.message
-                    textFormat: Text.PlainText
-                    color: Theme.secondary
-                    font.pixelSize: Theme.body
-                    wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-                    lineHeight: 1.15
-                    Layout.fillWidth: true
+                PushButton {
+                    id: cancel
+                    objectName: "cancel"
+                    width: Math.min(implicitWidth, buttons.width)
+                    text: root.onlyDismisses ? "Tamam" : "Vazgeç"
+                    onClicked: root.close()
                 }
-            }
-        }
-        Flow {
-            id: buttons
-            layoutDirection: Qt.RightToLeft
-            spacing: Theme.spaceM
-            Layout.fillWidth: true
-
-            PushButton {
-                objectName: "confirm"
-                visible: !root.onlyDismisses
-                width: Math.min(implicitWidth, buttons.width)
-                text: root.confirmText
-                prominent: true
-                destructive: root.destructive
-                activatesOnReturn: false
-                onClicked: {
-                    root.close()
-                    root.confirmed()
-                }
-            }
-            PushButton {
-                id: cancel
-                objectName: "cancel"
-                width: Math.min(implicitWidth, buttons.width)
-                text: root.onlyDismisses ? "Tamam" : "Vazgeç"
-                onClicked: root.close()
             }
         }
     }

@@ -18,6 +18,12 @@ ColumnLayout {
             simulator.activate()
     }
 
+    function forget() {
+        levels.close()
+        confirmPermanent.close()
+        confirmTrash.close()
+    }
+
     PushButton {
         id: simulator
         objectName: "deleteSimulator"

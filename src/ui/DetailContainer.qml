@@ -7,13 +7,27 @@ FocusScope {
     required property var app
     property bool isOverview: app.isOverview
 
+    // A note, an open dialog or a button that is held down belongs to what it was begun with.
+    readonly property string shown: app.detailKind === "one" ? app.detail.token : app.detailKind
+    onShownChanged: {
+        const hadFocus = activeFocus
+        for (const face of [one, several]) {
+            if (face.item)
+                face.item.forget()
+        }
+        if (hadFocus)
+            focusLost()
+    }
+
     /// What had the focus in here has gone.
     signal focusLost()
 
     /// Presses the prominent button of what is shown.
     function pressMain() {
-        if (place.item?.pressMain)
-            place.item.pressMain()
+        for (const face of [one, several]) {
+            if (face.isWanted && face.item)
+                face.item.pressMain()
+        }
     }
 
     objectName: "detailContainer"
@@ -22,26 +36,24 @@ FocusScope {
         anchors.fill: parent
         color: Theme.detail
     }
-    Loader {
-        id: place
-
-        // Another finding gets a view of its own: a note or an open dialog belongs to one finding.
-        readonly property string key: root.app.detailKind === "one" ? root.app.detail.token : root.app.detailKind
+    // Made soon after the window is there, and kept: the first selection is as quick as any other.
+    Timer {
+        interval: 400
+        running: true
+        onTriggered: one.active = several.active = true
+    }
+    component Face: Loader {
+        required property string kind
+        readonly property bool isWanted: root.app.detailKind === kind
 
         anchors.fill: parent
-        sourceComponent: root.app.detailKind === "one" ? one : root.app.detailKind === "several" ? several : empty
-        onKeyChanged: {
-            const hadFocus = root.activeFocus
-            active = false
-            active = true
-            if (hadFocus)
-                root.focusLost()
-        }
+        visible: isWanted
+        active: kind === "empty"
+        onIsWantedChanged: if (isWanted) active = true
     }
-
-    Component {
-        id: empty
-        EmptyState {
+    Face {
+        kind: "empty"
+        sourceComponent: EmptyState {
             objectName: "detailEmpty"
             symbol: "sidebar.right"
             title: root.isOverview ? "Bir etiket seç" : "Bir öğe seç"
@@ -50,12 +62,14 @@ FocusScope {
                          : "Ne olduğunu, silinirse ne olacağını ve nasıl temizleyebileceğini burada göreceksin."
         }
     }
-    Component {
+    Face {
         id: one
-        DetailView { app: root.app }
+        kind: "one"
+        sourceComponent: DetailView { app: root.app }
     }
-    Component {
+    Face {
         id: several
-        MultiSelectionView { app: root.app }
+        kind: "several"
+        sourceComponent: MultiSelectionView { app: root.app }
     }
 }

@@ -6,6 +6,7 @@ ColumnLayout {
     id: root
 
     required property var detail
+    readonly property var lines: detail.contents
 
     spacing: Theme.spaceS
 
@@ -17,11 +18,12 @@ ColumnLayout {
         Accessible.role: Accessible.Heading
     }
     Repeater {
-        model: root.detail.contents
+        model: root.lines.length
 
         RowLayout {
             id: line
-            required property var modelData
+            required property int index
+            readonly property var modelData: root.lines[index] ?? { name: "", symbol: "", sizeText: "" }
             spacing: Theme.spaceM
             Layout.fillWidth: true
 
@@ -43,9 +45,15 @@ ColumnLayout {
                 Layout.fillWidth: true
 
                 HoverHandler { id: hover }
-                ToolTipText {
-                    visible: hover.hovered && name.truncated
-                    text: line.modelData.name
+                Loader {
+                    anchors.fill: parent
+                    active: hover.hovered && name.truncated
+                    sourceComponent: Item {
+                        ToolTipText {
+                            visible: true
+                            text: line.modelData.name
+                        }
+                    }
                 }
             }
             Figures {

@@ -12,6 +12,15 @@ ScrollColumn {
         actions.pressMain()
     }
 
+    /// Nothing that was begun with one finding goes on with the next.
+    function forget() {
+        enabled = false  // lets go of what the mouse and the keyboard hold
+        enabled = true
+        contentY = 0
+        actions.forget()
+        model.forget()
+    }
+
     objectName: "detailView"
     spacing: Math.round(18 * Theme.u)
 
@@ -64,6 +73,7 @@ ScrollColumn {
         Layout.fillWidth: true
     }
     ModelSection {
+        id: model
         visible: root.detail.showsModel
         app: root.app
         Layout.fillWidth: true

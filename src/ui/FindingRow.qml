@@ -1,7 +1,9 @@
 import QtQuick
-import QtQuick.Layouts
 
 /// A finding in its level's list.
+///
+/// A page of these is made or filled anew within one frame, so that what few rows have (a badge, a spinner, a tip)
+/// is made when it is needed, and everything is placed by hand: layouts would take more time than the rest.
 Item {
     id: root
 
@@ -24,8 +26,14 @@ Item {
     signal pressed(int modifiers)
     signal menuRequested(point where)
 
+    readonly property bool hasMark: isAnalyzing || badge !== ""
+    // Beside the title where there is room, else below it.
+    readonly property bool isMarkBelow: hasMark && width < 28 * Theme.body
+    readonly property real gap: Math.round(3 * Theme.u)
+    readonly property real lines: titleText.height + (isMarkBelow ? mark.height + gap : 0) + gap + locationText.height
+
     // Its own four, and four of the list around the highlight.
-    implicitHeight: row.implicitHeight + 2 * Math.round((4 + 4) * Theme.u)
+    implicitHeight: lines + 2 * Math.round((4 + 4) * Theme.u)
     opacity: isCleaning ? 0.5 : 1
 
     Accessible.role: Accessible.ListItem
@@ -41,101 +49,114 @@ Item {
         anchors.fill: parent
         radius: Theme.radiusS + 1
         color: root.selected ? Theme.faint(Theme.accent, Theme.dark ? 0.28 : 0.14)
-                             : hover.hovered ? Theme.hover : "transparent"
+                             : pointer.containsMouse ? Theme.hover : "transparent"
         border.width: root.focused ? 2 : 0
         border.color: Theme.faint(Theme.accent, 0.8)
     }
-    RowLayout {
-        id: row
-        anchors.fill: parent
-        anchors.leftMargin: Theme.spaceM
-        anchors.rightMargin: Theme.spaceM
-        spacing: Theme.spaceM
+    Symbol {
+        id: symbol
+        x: Theme.spaceM + (width - size) / 2
+        width: Math.round(24 * Theme.u)
+        name: root.icon
+        color: Theme.secondary
+        size: Math.round(20 * Theme.u)
+        anchors.verticalCenter: parent.verticalCenter
+    }
+    Item {
+        id: words
+        x: Theme.spaceM + symbol.width + Theme.spaceM
+        y: (root.height - root.lines) / 2
+        width: figures.x - x - Theme.spaceM
 
-        Symbol {
-            name: root.icon
+        Text {
+            id: titleText
+            width: Math.min(implicitWidth, words.width - (root.hasMark && !root.isMarkBelow ? mark.width + Theme.spaceS : 0))
+            text: root.title
+            textFormat: Text.PlainText
+            color: Theme.text
+            font.pixelSize: Theme.body
+            elide: Text.ElideMiddle
+            maximumLineCount: 1
+        }
+        Loader {
+            id: mark
+            x: root.isMarkBelow ? 0 : titleText.width + Theme.spaceS
+            y: root.isMarkBelow ? titleText.height + root.gap : (titleText.height - height) / 2
+            width: Math.min(implicitWidth, words.width)
+            active: root.hasMark
+            sourceComponent: root.isAnalyzing ? busyMark : sourceMark
+        }
+        Text {
+            id: locationText
+            y: root.lines - height
+            width: words.width
+            text: root.location
+            textFormat: Text.PlainText
             color: Theme.secondary
-            size: Math.round(20 * Theme.u)
-            Layout.preferredWidth: Math.round(24 * Theme.u)
-        }
-        ColumnLayout {
-            spacing: Math.round(3 * Theme.u)
-            Layout.fillWidth: true
-
-            // Beside the title where there is room, else below it.
-            GridLayout {
-                columns: root.width < 28 * Theme.body ? 1 : 4
-                columnSpacing: Theme.spaceS
-                rowSpacing: Math.round(3 * Theme.u)
-
-                Text {
-                    id: titleText
-                    text: root.title
-                    textFormat: Text.PlainText
-                    color: Theme.text
-                    font.pixelSize: Theme.body
-                    elide: Text.ElideMiddle
-                    maximumLineCount: 1
-                    Layout.fillWidth: true
-                    Layout.maximumWidth: implicitWidth + 1
-                }
-                Spinner {
-                    objectName: "rowSpinner"
-                    visible: root.isAnalyzing
-                    size: Theme.caption
-                }
-                SourceBadge {
-                    objectName: "rowBadge"
-                    visible: !root.isAnalyzing && root.badge !== ""
-                    Layout.fillWidth: parent.columns === 1
-                    Layout.maximumWidth: Math.ceil(implicitWidth)
-                    app: root.app
-                    source: root.source
-                    badge: root.badge
-                }
-                Item {
-                    visible: parent.columns > 1
-                    Layout.fillWidth: true
-                }
-            }
-            Text {
-                id: locationText
-                text: root.location
-                textFormat: Text.PlainText
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
-                elide: Text.ElideMiddle
-                maximumLineCount: 1
-                Layout.fillWidth: true
-            }
-        }
-        ColumnLayout {
-            spacing: Math.round(5 * Theme.u)
-            Figures {
-                text: root.sizeText
-                font.pixelSize: Theme.body
-                Layout.alignment: Qt.AlignRight
-            }
-            SizeBar {
-                fraction: root.fraction
-                tint: Theme.levelColor(root.level)
-                Layout.alignment: Qt.AlignRight
-            }
+            font.pixelSize: Theme.caption
+            elide: Text.ElideMiddle
+            maximumLineCount: 1
         }
     }
-    HoverHandler { id: hover }
-    ToolTipText {
-        visible: hover.hovered && (titleText.truncated || locationText.truncated)
-        text: root.title + "\n" + root.location
+    Item {
+        id: figures
+        readonly property real gap: Math.round(5 * Theme.u)
+        x: root.width - Theme.spaceM - width
+        y: (root.height - height) / 2
+        width: Math.max(size.width, bar.width)
+        height: size.height + gap + bar.height
+
+        Figures {
+            id: size
+            x: parent.width - width
+            text: root.sizeText
+            font.pixelSize: Theme.body
+        }
+        SizeBar {
+            id: bar
+            x: parent.width - width
+            y: size.height + parent.gap
+            fraction: root.fraction
+            tint: Theme.levelColor(root.level)
+        }
     }
     MouseArea {
+        id: pointer
         anchors.fill: parent
         acceptedButtons: Qt.LeftButton | Qt.RightButton
+        hoverEnabled: true
         onPressed: mouse => {
             if (mouse.button === Qt.RightButton)
                 root.menuRequested(Qt.point(mouse.x, mouse.y))
             else
                 root.pressed(mouse.modifiers)
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: pointer.containsMouse && (titleText.truncated || locationText.truncated)
+        sourceComponent: Item {
+            ToolTipText {
+                visible: true
+                text: root.title + "\n" + root.location
+            }
+        }
+    }
+
+    Component {
+        id: busyMark
+        Spinner {
+            objectName: "rowSpinner"
+            size: Theme.caption
+        }
+    }
+    Component {
+        id: sourceMark
+        SourceBadge {
+            objectName: "rowBadge"
+            app: root.app
+            source: root.source
+            badge: root.badge
         }
     }
 }

@@ -7,11 +7,15 @@ MenuPanel {
     required property var app
     required property string token
     property bool canReset: false
+    property bool isNeeded: false
 
     title: "Etiketi Değiştir"
 
+    // Made when it is opened first: menus are many, and most stay closed.
+    onAboutToShow: isNeeded = true
+
     Repeater {
-        model: root.app.levelChoices
+        model: root.isNeeded ? root.app.levelChoices : []
         MenuLine {
             required property var modelData
             objectName: "level-" + modelData.level

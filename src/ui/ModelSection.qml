@@ -9,6 +9,10 @@ Rectangle {
     required property var app
     readonly property var detail: app.detail
 
+    function forget() {
+        note.text = ""  // and with it what could be undone
+    }
+
     objectName: "modelSection"
     implicitHeight: column.implicitHeight + 2 * Math.round(14 * Theme.u)
     radius: Theme.radiusM

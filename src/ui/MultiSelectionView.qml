@@ -13,6 +13,14 @@ ScrollColumn {
             clean.activate()
     }
 
+    /// Nothing that was begun with one selection goes on with the next.
+    function forget() {
+        enabled = false  // lets go of what the mouse and the keyboard hold
+        enabled = true
+        contentY = 0
+        confirm.close()
+    }
+
     objectName: "multiSelection"
     spacing: Theme.spaceL
 

@@ -48,10 +48,13 @@ AbstractButton {
             width: Math.min(implicitWidth, parent.width - 2 * Math.round(10 * Theme.u))
             spacing: Theme.spaceS
 
-            Spinner {
-                visible: root.busy
-                size: Theme.body
-                color: root.ink
+            Loader {
+                visible: active
+                active: root.busy
+                sourceComponent: Spinner {
+                    size: Theme.body
+                    color: root.ink
+                }
             }
             Symbol {
                 visible: root.symbol !== "" && !root.busy

@@ -29,6 +29,7 @@ void DetailModel::setFinding(FindingPointer finding) {
     if (finding == finding_)
         return;
     finding_ = std::move(finding);
+    contents_ = firstContents();
     emit changed();
     emit busyChanged();
 }
@@ -126,7 +127,7 @@ QString DetailModel::contentsTitle() const {
     return shownFinding().urls.size() > 1 ? QStringLiteral("Dosyalar") : QStringLiteral("İçindekiler");
 }
 
-QVariantList DetailModel::contents() const {
+QVariantList DetailModel::firstContents() const {
     QVariantList lines;
     const auto& children = shownFinding().children;
     for (std::size_t index = 0; index < std::min(children.size(), mostContents); ++index) {

@@ -62,7 +62,7 @@ public:
     [[nodiscard]] bool isAnalyzing() const;
     [[nodiscard]] bool isCleaning() const;
     [[nodiscard]] QString contentsTitle() const;
-    [[nodiscard]] QVariantList contents() const;
+    [[nodiscard]] QVariantList contents() const { return contents_; }
     [[nodiscard]] QString moreContents() const;
     [[nodiscard]] QVariantList metadata() const;
 
@@ -76,9 +76,11 @@ signals:
 private:
     /// What is shown while there is nothing to show.
     [[nodiscard]] const Finding& shownFinding() const;
+    [[nodiscard]] QVariantList firstContents() const;
 
     AppModel& app_;
     FindingPointer finding_;
+    QVariantList contents_;  ///< the views read a list again for each of its rows
 };
 
 }  // namespace ulvak

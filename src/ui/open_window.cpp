@@ -10,6 +10,7 @@ namespace ulvak {
 
 QQuickWindow* openWindow(QQmlApplicationEngine& engine, WindowModel& model, QVariantMap properties) {
     engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);  // the engine's from here on
+    engine.addImportPath(QStringLiteral(":/qt/qml"));  // newer toolkits look there by themselves
     properties.insert(QStringLiteral("app"), QVariant::fromValue(&model));
     engine.setInitialProperties(properties);
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));

@@ -43,6 +43,8 @@ std::optional<SafetyLevel> levelOf(const QString& rawValue) {
 
 WindowModel::WindowModel(AppModel& app, QObject* parent)
     : QObject(parent), app_(app), findings_(app), selection_(findings_), detail_(app), several_(app) {
+    countLevels();
+    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::countLevels);  // before anybody reads them
     forwardSignals();
     connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::followDetail);
@@ -196,16 +198,16 @@ QString WindowModel::scanLine() const {
                     : QString();
 }
 
-QVariantList WindowModel::levels() const {
-    QVariantList rows;
+void WindowModel::countLevels() {
+    levels_.clear();
     for (const SafetyLevel level : displayedSafetyLevels()) {
+        const auto count = std::ranges::count(app_.findings(), level, &Finding::level);
         QVariantMap row = describe(info(level));
         row.insert(QStringLiteral("sizeText"), Texts::bytes(app_.total(level)));
-        row.insert(QStringLiteral("countText"), QStringLiteral("%1 öğe · ").arg(app_.findings(level).size()) +
-                                                    Texts::fixed(info(level).summary));
-        rows.append(row);
+        row.insert(QStringLiteral("countText"),
+                   QStringLiteral("%1 öğe · ").arg(count) + Texts::fixed(info(level).summary));
+        levels_.append(row);
     }
-    return rows;
 }
 
 QVariantList WindowModel::levelChoices() const {

@@ -108,7 +108,7 @@ public:
     [[nodiscard]] QString scannedBytesText() const;
     [[nodiscard]] QString currentPath() const;
     [[nodiscard]] QString scanLine() const;
-    [[nodiscard]] QVariantList levels() const;
+    [[nodiscard]] QVariantList levels() const { return levels_; }
     [[nodiscard]] QVariantList levelChoices() const;
     [[nodiscard]] QString reclaimableText() const;
     [[nodiscard]] QVariantList largest() const;
@@ -184,6 +184,7 @@ signals:
 
 private:
     void forwardSignals();
+    void countLevels();
     void followDetail();
     void selectFirst();
     [[nodiscard]] std::optional<SafetyLevel> selectedLevel() const;
@@ -196,6 +197,7 @@ private:
     DetailModel detail_;
     MultiSelectionModel several_;
     QString detailKind_ = QStringLiteral("empty");
+    QVariantList levels_;  ///< the views read a list again for each of its rows
     bool selectsFirst_ = false;
     bool isEmptyingTrash_ = false;
 };

@@ -46,7 +46,8 @@ protected:
         SCOPED_TRACE(face);
         forEach(window->contentItem(), [&](QQuickItem* item) {
             const QString words = item->property("text").toString();
-            const bool isShown = item->inherits("QQuickText") && !words.isEmpty() && item->width() > 0;
+            const bool isShown = (item->inherits("QQuickText") || item->inherits("ulvak::FigureText")) &&
+                                 !words.isEmpty() && item->width() > 0;
             EXPECT_TRUE(!isShown || isTold(item, words)) << words.toStdString();
         });
     }

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QtTest>
+
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -217,6 +219,35 @@ TEST_F(DetailViewTest, ANoteBelongsToOneFinding) {
     click(row(QStringLiteral("b")));
     EXPECT_EQ(text(QStringLiteral("note")), QString());
     EXPECT_TRUE(shows(QStringLiteral("noteHint")));
+}
+
+TEST_F(DetailViewTest, ANoteDoesNotComeBackWithTheNextFinding) {
+    show({finding("/v/a", SafetyLevel::unknown, 2), finding("/v/b", SafetyLevel::unknown, 1)});
+    focus(QStringLiteral("note"));
+    type(QStringLiteral("not"));
+    click(row(QStringLiteral("b")));
+    focus(QStringLiteral("note"));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(text(QStringLiteral("note")), QString());
+}
+
+TEST_F(DetailViewTest, AButtonHeldDownDoesNotActOnTheNextFinding) {
+    show({finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)});
+    settle();
+    const QQuickItem* button = item(QStringLiteral("moveToTrash"));
+    const QPoint middle = button->mapToScene({button->width() / 2, button->height() / 2}).toPoint();
+    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, middle);
+    ASSERT_TRUE(button->property("down").toBool());
+    model->selection()->set({"/v/b"});
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
+    settle();
+    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, middle);
+    settle();
+    EXPECT_EQ(stage.count("clean"), 0);
+    // The button is not lost by that.
+    click(QStringLiteral("moveToTrash"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/b"));
 }
 
 TEST_F(DetailViewTest, CleaningFromTheMenuLeavesNothingSelected) {

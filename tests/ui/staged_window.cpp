@@ -80,9 +80,9 @@ WindowTest::~WindowTest() {
 void WindowTest::open(const QStringList& arguments) {
     start();
     engine = std::make_unique<QQmlApplicationEngine>();
-    window = openWindow(*engine, *model,
-                        {{QStringLiteral("appearance"), QStringLiteral("light")},
-                         {QStringLiteral("reducedMotion"), true}});
+    window = openWindow(
+        *engine, *model,
+        {{QStringLiteral("appearance"), QStringLiteral("light")}, {QStringLiteral("reducedMotion"), true}});
     ASSERT_NE(window, nullptr) << warnings.join(u'\n').toStdString();
     window->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QColor>
+#include <QFont>
+#include <QQuickPaintedItem>
+#include <QString>
+
+namespace ulvak {
+
+/// A line of text whose digits are all equally wide. Fonts may have such digits, but the oldest toolkit that
+/// we build with cannot ask them for it. One item whatever the text: lists are full of these.
+///
+/// Threads: the UI thread; painted on the one that renders, while that one waits.
+class FigureText : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
+public:
+    explicit FigureText(QQuickItem* parent = nullptr);
+
+    [[nodiscard]] QString text() const { return text_; }
+    void setText(const QString& text);
+    [[nodiscard]] QColor color() const { return color_; }
+    void setColor(const QColor& color);
+    [[nodiscard]] QFont font() const { return font_; }
+    void setFont(const QFont& font);
+
+    void paint(QPainter* painter) override;
+
+signals:
+    void textChanged();
+    void colorChanged();
+    void fontChanged();
+
+private:
+    void measure();
+
+    QString text_;
+    QColor color_ = Qt::black;
+    QFont font_;
+    double digitWidth_ = 0;
+};
+
+}  // namespace ulvak
