@@ -38,14 +38,19 @@ ScrollColumn {
                 app: root.app
                 level: root.detail.level
             }
-            SourceBadge {
-                objectName: "detailBadge"
+            Item {
                 visible: root.detail.badge !== ""
-                width: Math.min(implicitWidth, badges.width)
-                height: Math.max(implicitHeight, levelBadge.height)
-                app: root.app
-                source: root.detail.source
-                badge: root.detail.badge
+                width: Math.min(sourceBadge.implicitWidth, badges.width)
+                height: Math.max(sourceBadge.implicitHeight, levelBadge.height)
+                SourceBadge {
+                    id: sourceBadge
+                    objectName: "detailBadge"
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: parent.width
+                    app: root.app
+                    source: root.detail.source
+                    badge: root.detail.badge
+                }
             }
         }
         SelectableText {

@@ -73,7 +73,7 @@ AbstractButton {
 
     ToolTipText {
         objectName: "largestTip"
-        visible: root.hovered
+        visible: root.hovered || root.visualFocus
         text: root.text + "\n" + root.location
     }
 }

@@ -29,6 +29,7 @@ Rectangle {
             name: root.about.symbol
             color: root.tint
             size: Theme.caption * 1.15
+            Layout.alignment: Qt.AlignTop
         }
         Text {
             id: label

@@ -98,7 +98,8 @@ AbstractButton {
     }
 
     ToolTipText {
-        visible: root.hovered && count.truncated
+        objectName: "cardTip"
+        visible: (root.hovered || root.visualFocus) && count.truncated
         text: root.countText
     }
 

@@ -35,6 +35,7 @@ Rectangle {
                 name: "apple.intelligence"
                 color: Theme.purple
                 size: Theme.body * 1.25
+                Layout.alignment: Qt.AlignTop
             }
             Text {
                 text: "Apple Intelligence"

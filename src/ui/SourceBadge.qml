@@ -20,6 +20,7 @@ RowLayout {
         name: root.source === "" ? "" : root.app.sourceInfo(root.source).symbol
         color: Theme.secondary
         size: Theme.caption * 1.1
+        Layout.alignment: Qt.AlignTop
     }
     Text {
         text: root.label
@@ -29,6 +30,7 @@ RowLayout {
         wrapMode: Text.Wrap
         Layout.fillWidth: true
         Layout.maximumWidth: Math.ceil(implicitWidth)
+        Layout.alignment: Qt.AlignTop
     }
     Figures {
         objectName: "confidence"
@@ -37,5 +39,6 @@ RowLayout {
         color: Theme.secondary
         font.pixelSize: Theme.caption
         Accessible.ignored: true
+        Layout.alignment: Qt.AlignTop
     }
 }

@@ -54,6 +54,8 @@ FindingPointer cleanable(AppModel& app, const std::string& id) {
 
 void useIt(const TempTree& tree) {
     const std::string home = tree.path("ev");
+    // In a process that has looked before, the folders are another home's.
+    ASSERT_EQ(Paths::folders().home, home);
     const std::string verdicts = VerdictStore::defaultPath();
     ASSERT_TRUE(verdicts.starts_with(tree.path())) << verdicts;
     const std::string npm = home + "/.npm";

@@ -108,8 +108,16 @@ private:
             room.button = place;
         if (isText(item))
             checkText(item, room);
+        if (item.inherits("QQuickImage"))
+            checkSymbol(item);
         for (const QQuickItem* child : item.childItems())
             checkBelow(*child, room);
+    }
+    /// In the line that it belongs to.
+    static void checkSymbol(const QQuickItem& symbol) {
+        const std::string name = symbol.property("name").toString().toStdString();
+        EXPECT_GE(symbol.y(), -1) << name;
+        EXPECT_LE(symbol.y() + symbol.height(), symbol.parentItem()->height() + 1) << name;
     }
     static void checkText(const QQuickItem& text, const Room& room) {
         const std::string words = text.property("text").toString().left(60).toStdString();
