@@ -349,8 +349,10 @@ bool WindowModel::offersBatch() const {
 
 void WindowModel::followDetail() {
     Findings selected;
+    FindingSelection::Ids wanted = selection_.ids();
     for (const FindingPointer& finding : app_.findings()) {
-        if (selection_.ids().contains(finding->id))
+        if (wanted.erase(finding->id) >
+            0)  // of two with one id the first counts, as for what is done with it
             selected.push_back(finding);
     }
     detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);

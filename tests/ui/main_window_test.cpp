@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QGuiApplication>
+#include <QPalette>
+#include <QtTest>
+
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -196,6 +200,39 @@ TEST_F(MainWindowTest, AnAlertIsModalUntilItIsDismissedAndANewerTakesItsPlace) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
     key(Qt::Key_Escape);
     ASSERT_TRUE(waitUntil([&] { return !app->alert().has_value(); }));
+}
+
+TEST_F(MainWindowTest, LightAndDarkFollowTheDesktopWhileTheWindowIsOpen) {
+    const QPalette before = QGuiApplication::palette();
+    open();
+    window->setProperty("appearance", QString());
+    const auto lightness = [&] { return window->color().lightnessF(); };
+    QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
+    EXPECT_TRUE(waitUntil([&] { return lightness() < 0.3; }));
+    QGuiApplication::setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0)));
+    EXPECT_TRUE(waitUntil([&] { return lightness() > 0.7; }));
+    QGuiApplication::setPalette(before);
+}
+
+TEST_F(MainWindowTest, DraggedColumnsAreRememberedOnlyWhileTheWindowIsOpen) {
+    openScanned(QStringLiteral("keep"));
+    settle();
+    const auto width = [&] { return item(QStringLiteral("sidebar"))->width(); };
+    const double before = width();
+    const QPoint edge = item(QStringLiteral("sidebar"))->mapToScene(QPointF(before, 300)).toPoint();
+    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, edge);
+    QTest::mouseMove(window, edge + QPoint(20, 0));
+    QTest::mouseMove(window, edge + QPoint(60, 0));
+    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, edge + QPoint(60, 0));
+    EXPECT_TRUE(waitUntil([&] { return width() > before + 30; }));
+    const double dragged = width();
+    click(QStringLiteral("row-overview"));
+    click(QStringLiteral("row-safe"));
+    settle();
+    EXPECT_EQ(width(), dragged);
+    engine.reset();
+    open();
+    EXPECT_EQ(width(), before);
 }
 
 TEST_F(MainWindowTest, ColumnsKeepTheirLeastWidthsInTheSmallestWindow) {

@@ -250,6 +250,19 @@ TEST_F(WindowModelTest, AMenuOfAFindingThatHasGoneOffersNothing) {
     EXPECT_TRUE(model->menuInfo(QStringLiteral("/gone")).isEmpty());
 }
 
+TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
+    stage.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/a", SafetyLevel::safe, 1),
+                    finding("/v/b", SafetyLevel::safe, 1)};
+    start();
+    scanAll();
+    model->setSidebar(QStringLiteral("safe"));
+    model->selection()->set({"/v/a"});
+    EXPECT_EQ(model->detailKind(), QStringLiteral("one"));
+    EXPECT_EQ(model->detail()->sizeText(), QStringLiteral("2 bayt"));
+    model->selection()->set({"/v/a", "/v/b", "/v/gone"});
+    EXPECT_EQ(model->several()->countText(), QStringLiteral("2 öğe seçili"));
+}
+
 TEST_F(WindowModelTest, NothingCanBeSelectedInTheSidebar) {
     start();
     model->setSidebar(QStringLiteral("safe"));
