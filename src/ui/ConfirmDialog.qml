@@ -27,15 +27,17 @@ Popup {
     closePolicy: Popup.CloseOnEscape
 
     onAboutToShow: isNeeded = true
-    onOpened: contentItem.item.focusCancel()
 
     // Made when it is opened first: most dialogs never are.
     contentItem: Loader {
         focus: true
         active: root.isNeeded
         sourceComponent: ColumnLayout {
-            function focusCancel() {
-                cancel.forceActiveFocus(Qt.TabFocusReason)
+            Connections {
+                target: root
+                function onOpened() {
+                    cancel.forceActiveFocus(Qt.TabFocusReason)
+                }
             }
 
             spacing: Theme.spaceL
