@@ -23,7 +23,7 @@ ColumnLayout {
         RowLayout {
             id: line
             required property int index
-            readonly property var modelData: root.lines[index] ?? { name: "", symbol: "", sizeText: "" }
+            readonly property var modelData: root.lines[index] ?? { name: "", symbol: "", sizeText: "", location: "" }
             spacing: Theme.spaceM
             Layout.fillWidth: true
 
@@ -51,7 +51,7 @@ ColumnLayout {
                     sourceComponent: Item {
                         ToolTipText {
                             visible: true
-                            text: line.modelData.name
+                            text: line.modelData.location
                         }
                     }
                 }

@@ -49,6 +49,7 @@ ColumnLayout {
         }
     }
     PlainText {
+        id: current
         objectName: "currentPath"
         text: root.app.currentPath
         color: Theme.tertiary
@@ -57,5 +58,12 @@ ColumnLayout {
         elide: Text.ElideMiddle
         maximumLineCount: 1
         Layout.fillWidth: true
+
+        HoverHandler { id: hover }
+        ToolTipText {
+            objectName: "currentTip"
+            visible: hover.hovered && current.truncated
+            text: root.app.currentPath
+        }
     }
 }

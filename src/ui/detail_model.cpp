@@ -18,6 +18,16 @@ QVariantMap line(const QString& label, const QString& value) {
     return {{QStringLiteral("label"), label}, {QStringLiteral("value"), value}};
 }
 
+/// Where something that is in the finding lies. What a group holds are its members, also where it has only
+/// one.
+std::string placeOf(const Finding& finding, const ChildSummary& child) {
+    const auto& places = finding.urls;
+    if (places.size() == 1 && !finding.groupKey)
+        return Paths::join(places.front(), child.name);
+    const auto member = std::ranges::find(places, child.name, Paths::lastComponent);
+    return member == places.end() ? child.name : *member;
+}
+
 }  // namespace
 
 DetailModel::DetailModel(AppModel& app, QObject* parent) : QObject(parent), app_(app) {
@@ -135,6 +145,7 @@ QVariantList DetailModel::firstContents() const {
         lines.append(QVariantMap{
             {QStringLiteral("symbol"), child.isDirectory ? QStringLiteral("folder") : QStringLiteral("doc")},
             {QStringLiteral("name"), shown(child.name)},
+            {QStringLiteral("location"), shown(Paths::display(placeOf(shownFinding(), child)))},
             {QStringLiteral("sizeText"), Texts::bytes(child.size)}});
     }
     return lines;

@@ -31,7 +31,7 @@ class DetailModel : public QObject {
     Q_PROPERTY(bool isAnalyzing READ isAnalyzing NOTIFY busyChanged)
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged)
     Q_PROPERTY(QString contentsTitle READ contentsTitle NOTIFY changed)
-    /// Of `symbol`, `name` and `sizeText`; at most twelve.
+    /// Of `symbol`, `name`, `location` and `sizeText`; at most twelve.
     Q_PROPERTY(QVariantList contents READ contents NOTIFY changed)
     Q_PROPERTY(QString moreContents READ moreContents NOTIFY changed)
     /// Of `label` and `value`.

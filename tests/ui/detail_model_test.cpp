@@ -74,6 +74,20 @@ TEST_F(DetailModelTest, ListsTwelveContentsAndCountsTheRest) {
     EXPECT_EQ(withChildren(40).moreContents(), QStringLiteral("ve 28 öğe daha"));
 }
 
+TEST_F(DetailModelTest, ContentsKnowWhereTheyLie) {
+    Finding shown = finding("/v/a", SafetyLevel::safe);
+    shown.children = {{.name = "bir", .size = 2}};
+    const auto location = [&] {
+        return show(shown).contents().constFirst().toMap().value(QStringLiteral("location")).toString();
+    };
+    EXPECT_EQ(location(), QStringLiteral("/v/a/bir"));
+    shown.urls = {"/v/a", "/w/bir"};
+    EXPECT_EQ(location(), QStringLiteral("/w/bir"));
+    shown.urls = {"/w/bir"};
+    shown.groupKey = "grup";
+    EXPECT_EQ(location(), QStringLiteral("/w/bir"));
+}
+
 TEST_F(DetailModelTest, AGroupHasFilesAndAnItemHasContents) {
     Finding shown = finding("/v/a", SafetyLevel::safe);
     EXPECT_EQ(show(shown).contentsTitle(), QStringLiteral("İçindekiler"));

@@ -46,6 +46,18 @@ TEST_F(OverviewTest, ShowsWhatTheScanHasCounted) {
     EXPECT_TRUE(showsText(QStringLiteral("Taranıyor…")));
 }
 
+TEST_F(OverviewTest, APathThatIsTooLongIsToldWhole) {
+    stage.current = "/v/" + std::string(300, 'w');
+    stage.scanDoor.shut();
+    open({QStringLiteral("--autoscan")});
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).startsWith(u'/'); }));
+    settle();
+    QTest::mouseMove(window, item(QStringLiteral("currentPath"))->mapToScene(QPointF(40, 4)).toPoint());
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("currentTip")); }));
+    EXPECT_EQ(popup(QStringLiteral("currentTip"))->property("text").toString(),
+              QStringLiteral("/v/") + QString(300, u'w'));
+}
+
 TEST_F(OverviewTest, WithoutADiskThereIsNoFigureButEverythingElse) {
     stage.disk.reset();
     stage.denied = 2;
@@ -92,6 +104,8 @@ TEST_F(OverviewTest, WhatCanBeDoneAboutAnAbsentModelIsToldWithItsReason) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("modelHint")); }));
     EXPECT_EQ(popup(QStringLiteral("modelHint"))->property("text").toString(),
               QStringLiteral("ULVAK_MODEL_URL <b>ayarla</b>."));
+    const auto* words = popup(QStringLiteral("modelHint"))->property("contentItem").value<QQuickItem*>();
+    EXPECT_EQ(words->property("textFormat").toInt(), int(Qt::PlainText));
     auto* told = QAccessible::queryAccessibleInterface(item(QStringLiteral("modelMessage")));
     EXPECT_EQ(told->text(QAccessible::Description), QStringLiteral("ULVAK_MODEL_URL <b>ayarla</b>."));
 }

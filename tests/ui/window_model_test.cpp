@@ -263,6 +263,17 @@ TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
     EXPECT_EQ(model->several()->countText(), QStringLiteral("2 öğe seçili"));
 }
 
+TEST_F(WindowModelTest, OnlyTheSafeLevelHasAShorterTitle) {
+    start();
+    for (const SafetyLevel level : allSafetyLevels) {
+        const QVariantMap about = model->levelInfo(Texts::fixed(info(level).rawValue));
+        const QString title = Texts::fixed(info(level).title);
+        EXPECT_EQ(about.value(QStringLiteral("title")).toString(), title);
+        EXPECT_EQ(about.value(QStringLiteral("shortTitle")).toString(),
+                  level == SafetyLevel::safe ? QStringLiteral("Güvenli") : title);
+    }
+}
+
 TEST_F(WindowModelTest, NothingCanBeSelectedInTheSidebar) {
     start();
     model->setSidebar(QStringLiteral("safe"));
