@@ -6,7 +6,7 @@ _ulvak() {
         mapfile -t COMPREPLY < <(compgen -W "safe regenerable caution unknown keep" -- "${word#=}")
         return
     fi
-    mapfile -t COMPREPLY < <(compgen -W "--dump --ai --autoscan --level= --select-first --help --version" -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W "--dump --ai --autoscan --level= --select-first --reduced-motion --help --version" -- "$word")
     if [[ ${#COMPREPLY[@]} == 1 && ${COMPREPLY[0]} == *= ]]; then
         compopt -o nospace
     fi

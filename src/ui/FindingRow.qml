@@ -55,7 +55,7 @@ Item {
     }
     Symbol {
         id: symbol
-        x: Theme.spaceM + (width - size) / 2
+        x: Theme.spaceM
         width: Math.round(24 * Theme.u)
         name: root.icon
         color: Theme.secondary
@@ -103,11 +103,11 @@ Item {
         readonly property real gap: Math.round(5 * Theme.u)
         x: root.width - Theme.spaceM - width
         y: (root.height - height) / 2
-        width: Math.max(size.width, bar.width)
-        height: size.height + gap + bar.height
+        width: Math.max(amount.width, bar.width)
+        height: amount.height + gap + bar.height
 
         Figures {
-            id: size
+            id: amount
             x: parent.width - width
             text: root.sizeText
             font.pixelSize: Theme.body
@@ -115,7 +115,7 @@ Item {
         SizeBar {
             id: bar
             x: parent.width - width
-            y: size.height + parent.gap
+            y: amount.height + parent.gap
             fraction: root.fraction
             tint: Theme.levelColor(root.level)
         }

@@ -109,13 +109,20 @@ private:
         if (isText(item))
             checkText(item, room);
         if (item.inherits("QQuickImage"))
-            checkSymbol(item);
+            checkSymbol(*item.parentItem(), item);
         for (const QQuickItem* child : item.childItems())
             checkBelow(*child, room);
     }
     /// In the line that it belongs to.
-    static void checkSymbol(const QQuickItem& symbol) {
+    static void checkSymbol(const QQuickItem& symbol, const QQuickItem& drawing) {
         const std::string name = symbol.property("name").toString().toStdString();
+        const double size = symbol.property("size").toDouble();
+        EXPECT_EQ(symbol.implicitWidth(), size) << name;
+        EXPECT_NEAR(symbol.height(), size, 1) << name;  // layouts give whole pixels
+        EXPECT_EQ(drawing.width(), size) << name;
+        EXPECT_GE(drawing.property("sourceSize").toSizeF().width(),
+                  size * symbol.window()->devicePixelRatio())
+            << name;
         EXPECT_GE(symbol.y(), -1) << name;
         EXPECT_LE(symbol.y() + symbol.height(), symbol.parentItem()->height() + 1) << name;
     }

@@ -1,0 +1,180 @@
+// Uses the application over and over, as a user would, and watches what it keeps:
+//
+//     HOME=DIR ulvak_soak ROUNDS
+//
+// DIR is a home made by scripts/demo-home. Each round scans, labels, takes a label back, moves two findings
+// to the Trash, deletes one for good, empties the Trash, and puts back what has gone. From the tenth round
+// on, memory, descriptors and threads must stay as they are.
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <qcoro/qcorotask.h>
+
+#include "app/app_model.h"
+#include "core/paths.h"
+
+// Of the address sanitizer, whose headers do not come with every compiler that has it.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): its own name
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+
+namespace ulvak {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int settledRound = 10;
+constexpr off_t baitBytes = 400'000'000;
+constexpr std::size_t memorySlack =
+    64UZ * 1024;  // bytes: a container may double while it holds as much as ever
+
+[[noreturn]] void failWith(const std::string& what) {
+    std::fprintf(stderr, "soak: %s\n", what.c_str());
+    std::exit(1);  // NOLINT(concurrency-mt-unsafe): whatever still runs is to end with it
+}
+
+/// What the process holds.
+struct Held {
+    std::size_t memory = 0;  // bytes
+    int descriptors = 0;
+    int threads = 0;
+};
+
+int entriesOf(const char* folder) {
+    DIR* entries = ::opendir(folder);
+    if (entries == nullptr)
+        failWith(std::string("cannot read ") + folder);
+    int count = 0;
+    while (::readdir(entries) != nullptr)  // NOLINT(concurrency-mt-unsafe): a stream of its own
+        ++count;
+    ::closedir(entries);
+    return count - 2;  // "." and ".."
+}
+
+Held held() {
+    return {.memory = __sanitizer_get_current_allocated_bytes(),
+            .descriptors = entriesOf("/proc/self/fd"),
+            .threads = entriesOf("/proc/self/task")};
+}
+
+/// A finding that comes back after each round.
+struct Bait {
+    std::string path;
+    SafetyLevel level;
+};
+
+std::vector<Bait> baits() {
+    const std::string& home = Paths::folders().home;
+    return {{.path = home + "/Library/Caches/org.example.bir", .level = SafetyLevel::regenerable},
+            {.path = home + "/Library/Caches/org.example.iki", .level = SafetyLevel::regenerable},
+            {.path = home + "/Library/Caches/org.example.üç", .level = SafetyLevel::regenerable}};
+}
+
+void putBack(const Bait& bait) {
+    fs::create_directories(bait.path);
+    const std::string file = bait.path + "/veri";
+    const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    if (descriptor < 0 || ::posix_fallocate(descriptor, 0, baitBytes) != 0)
+        failWith("cannot put back " + bait.path);
+    ::close(descriptor);
+}
+
+void waitFor(AppModel& app, const std::function<bool()>& holds) {
+    while (!holds())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (app.alert())
+        failWith(app.alert()->title + ": " + app.alert()->message);
+}
+
+void expect(bool holds, std::string_view what) {
+    if (!holds)
+        failWith(std::string(what));
+}
+
+void playRound(AppModel& app) {
+    for (const Bait& bait : baits())
+        putBack(bait);
+    app.scan();
+    waitFor(app, [&] { return app.phase() == AppModel::Phase::done; });
+
+    const auto all = baits();
+    for (const Bait& bait : all)
+        expect(app.finding(bait.path) && app.finding(bait.path)->level == bait.level, "a bait is not found");
+    app.setLevel(SafetyLevel::keep, all[0].path);
+    expect(app.finding(all[0].path)->level == SafetyLevel::keep, "a label is not kept");
+    app.resetVerdict(all[0].path);
+
+    bool isCleaned = false;
+    [](AppModel& model, std::vector<Bait> items, bool& isDone) -> QCoro::Task<> {
+        co_await model.clean({items[0].path, items[1].path}, CleanMode::trash);
+        co_await model.clean({items[2].path}, CleanMode::permanent);
+        co_await model.emptyTrash();
+        isDone = true;
+    }(app, all, isCleaned);
+    waitFor(app, [&] { return isCleaned; });
+    for (const Bait& bait : all) {
+        expect(!fs::exists(bait.path), "a bait is still there");
+        expect(app.finding(bait.path) == nullptr, "what has gone is still listed");
+    }
+    expect(app.trashedBytes() == 0, "the Trash is not empty");
+}
+
+/// Whether nothing grew from the settled round to the last.
+bool isFlat(const std::vector<Held>& rounds) {
+    const auto settled = rounds.begin() + settledRound - 1;
+    bool isGood = true;
+    const auto judge = [&](const char* what, auto member, std::size_t slack) {
+        const auto first = static_cast<std::size_t>((*settled).*member);
+        const auto last = static_cast<std::size_t>(rounds.back().*member);
+        const bool grew = last > first + slack;
+        std::printf("%s: %zu after round %d, %zu after the last%s\n", what, first, settledRound, last,
+                    grew ? ": GROWN" : "");
+        isGood = isGood && !grew;
+    };
+    judge("memory, bytes", &Held::memory, memorySlack);
+    judge("descriptors", &Held::descriptors, 0);
+    judge("threads", &Held::threads, 0);
+    return isGood;
+}
+
+int run(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const int rounds = argc > 1 ? std::atoi(argv[1]) : 0;
+    if (rounds < settledRound + 1)
+        failWith("at least " + std::to_string(settledRound + 1) + " rounds are needed");
+    AppServices services = AppServices::system();
+    services.reveal = [](std::span<const std::string>) {};
+    services.openUrl = [](std::string_view) {};
+    AppModel app(services);
+    std::vector<Held> history;
+    for (int round = 1; round <= rounds; ++round) {
+        playRound(app);
+        // What is written behind the window's back has been written by the next round's end.
+        QCoreApplication::processEvents();
+        history.push_back(held());
+        const Held& now = history.back();
+        std::printf("round %d: %zu bytes, %d descriptors, %d threads, %zu findings\n", round, now.memory,
+                    now.descriptors, now.threads, app.findings().size());
+        std::fflush(stdout);
+    }
+    return isFlat(history) ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace ulvak
+
+int main(int argc, char* argv[]) {
+    return ulvak::run(argc, argv);
+}
