@@ -19,6 +19,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <qcoro/qcorotask.h>
@@ -103,6 +104,17 @@ void expect(bool holds, std::string_view what) {
         failWith(std::string(what));
 }
 
+QCoro::Task<> cleanAndEmpty(AppModel& app, bool& isDone) {
+    // GCC 12 knows no braces in what is awaited.
+    const auto all = baits();
+    std::vector<std::string> moved = {all[0].path, all[1].path};
+    std::vector<std::string> removed = {all[2].path};
+    co_await app.clean(std::move(moved), CleanMode::trash);
+    co_await app.clean(std::move(removed), CleanMode::permanent);
+    co_await app.emptyTrash();
+    isDone = true;
+}
+
 void playRound(AppModel& app) {
     for (const Bait& bait : baits())
         putBack(bait);
@@ -117,12 +129,7 @@ void playRound(AppModel& app) {
     app.resetVerdict(all[0].path);
 
     bool isCleaned = false;
-    [](AppModel& model, std::vector<Bait> items, bool& isDone) -> QCoro::Task<> {
-        co_await model.clean({items[0].path, items[1].path}, CleanMode::trash);
-        co_await model.clean({items[2].path}, CleanMode::permanent);
-        co_await model.emptyTrash();
-        isDone = true;
-    }(app, all, isCleaned);
+    cleanAndEmpty(app, isCleaned);
     waitFor(app, [&] { return isCleaned; });
     for (const Bait& bait : all) {
         expect(!fs::exists(bait.path), "a bait is still there");
