@@ -73,8 +73,8 @@ public:
         ::posix_spawn_file_actions_adddup2(&actions_, error.write.get(), STDERR_FILENO);
         ::posix_spawnattr_init(&attributes_);
         sigset_t usual;
-        ::sigemptyset(&usual);
-        ::sigaddset(&usual, SIGPIPE);
+        sigemptyset(&usual);  // both are macros on some systems
+        sigaddset(&usual, SIGPIPE);
         ::posix_spawnattr_setsigdefault(&attributes_, &usual);
         ::posix_spawnattr_setpgroup(&attributes_, 0);
         ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -73,8 +72,8 @@ private:
     ScanProgress& progress_;
     std::stop_token stop_;
 
-    std::deque<Worker> workers_;
-    std::unique_ptr<Frame> top_;  ///< not a folder: its sub-folders are the roots
+    std::vector<Worker> workers_;  ///< never grows: workers stay where they are
+    std::unique_ptr<Frame> top_;   ///< not a folder: its sub-folders are the roots
 
     std::atomic<std::int64_t> spareHandles_ = 0;
     std::atomic<bool> finished_ = false;

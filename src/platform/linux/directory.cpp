@@ -2,83 +2,23 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <linux/openat2.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
 
-#include "platform/linux/file_stamp.h"
-#include "platform/linux/open_for_listing.h"
+#include "platform/posix/file_stamp.h"
 
 namespace ulvak::platform {
 namespace {
 
 constexpr std::size_t bufferSize = 64 * 1024;
-/// The longest path that the kernel takes in one call, without the terminating zero.
-constexpr std::size_t longestPath = 4095;
 
 std::error_code lastError() {
     return {errno, std::generic_category()};
-}
-
-/// `openat2` that crosses neither links nor mount points; -1 with `errno` set.
-int openWithin(int parent, const char* path, int flags) {
-    open_how how{};
-    how.flags = static_cast<unsigned>(flags);
-    how.resolve = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
-    return static_cast<int>(::syscall(SYS_openat2, parent, path, &how, sizeof how));
-}
-
-/// Kernels before 5.6 do not know `openat2`, and some sandboxes refuse it.
-bool hasOpenat2() {
-    static const bool answer = [] {
-        const int handle = openWithin(AT_FDCWD, ".", O_PATH | O_CLOEXEC);
-        if (handle < 0)
-            return errno != ENOSYS && errno != EPERM;
-        ::close(handle);
-        return true;
-    }();
-    return answer;
-}
-
-/// The part of a path that one call opens: all of it, or as much as fits and ends before a "/". Without
-/// `openat2` a single name, for `O_NOFOLLOW` guards only the last one.
-std::size_t stepLength(std::string_view path) {
-    if (!hasOpenat2())
-        return std::min(path.find('/'), path.size());
-    if (path.size() <= longestPath)
-        return path.size();
-    const std::size_t slash = path.rfind('/', longestPath);
-    return slash == std::string_view::npos ? path.size() : slash;
-}
-
-/// The mount that an open folder belongs to; -1 when the kernel does not say.
-int mountOf(int handle) {
-    file_handle none{};  // no room for the handle itself, which nobody wants: the mount is told all the same
-    int mount = -1;
-    const int result = ::name_to_handle_at(handle, "", &none, &mount, AT_EMPTY_PATH);
-    return result == 0 || errno == EOVERFLOW ? mount : -1;
-}
-
-/// As `openWithin` for a single name, where there is no `openat2`.
-int openName(int parent, const char* name, int flags) {
-    const int handle = ::openat(parent, name, flags | O_NOFOLLOW);
-    if (handle >= 0 && mountOf(handle) != mountOf(parent)) {
-        ::close(handle);
-        errno = EXDEV;
-        return -1;
-    }
-    return handle;
-}
-
-int openStep(int parent, const char* path, int flags) {
-    return hasOpenat2() ? openWithin(parent, path, flags) : openName(parent, path, flags);
 }
 
 EntryKind kindOf(const struct statx& info) {
@@ -91,60 +31,6 @@ EntryKind kindOf(const struct statx& info) {
 }
 
 }  // namespace
-
-Directory& Directory::operator=(Directory&& other) noexcept {
-    std::swap(handle_, other.handle_);
-    other.close();
-    return *this;
-}
-
-void Directory::close() {
-    if (handle_ >= 0)
-        ::close(std::exchange(handle_, -1));
-}
-
-std::expected<Directory, std::error_code> Directory::open(const std::string& path) {
-    const int handle = openForListing([&](int flags) { return ::open(path.c_str(), flags); });
-    if (handle < 0)
-        return std::unexpected(lastError());
-    return Directory(handle);
-}
-
-std::expected<Directory, std::error_code> Directory::openBelow(const char* relativePath) const {
-    std::string_view rest = relativePath;
-    Directory passed;  // the last folder reached on the way
-    for (;;) {
-        const int parent = passed.isOpen() ? passed.handle_ : handle_;
-        const std::size_t length = stepLength(rest);
-        if (length == rest.size()) {
-            const char* last = relativePath + (std::string_view(relativePath).size() - rest.size());
-            const int handle = openForListing([&](int flags) { return openStep(parent, last, flags); });
-            if (handle < 0)
-                return std::unexpected(lastError());
-            return Directory(handle);
-        }
-        const std::string step(rest.substr(0, length));
-        const int handle = openStep(parent, step.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-        if (handle < 0)
-            return std::unexpected(lastError());
-        passed = Directory(handle);
-        rest.remove_prefix(length + 1);
-    }
-}
-
-std::expected<Directory, std::error_code> Directory::openParent() const {
-    const int handle = openForListing([&](int flags) { return ::openat(handle_, "..", flags); });
-    if (handle < 0)
-        return std::unexpected(lastError());
-    return Directory(handle);
-}
-
-bool Directory::isAt(const std::string& path) const {
-    struct stat own{};
-    struct stat other{};
-    return ::fstat(handle_, &own) == 0 && ::stat(path.c_str(), &other) == 0 && own.st_dev == other.st_dev &&
-           own.st_ino == other.st_ino;
-}
 
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
@@ -192,30 +78,11 @@ const DirectoryEntry* EntryReader::next() {
             continue;
         entry_.kind = kindOf(info);
         if (entry_.kind == EntryKind::file)
-            entry_.allocatedSize = allocatedBytes(info);
+            entry_.allocatedSize = allocatedBytes(info.stx_blocks);
         if ((info.stx_mask & STATX_MTIME) != 0)
-            entry_.modified = fileTime(info.stx_mtime);
+            entry_.modified = fileTime(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec);
         return &entry_;
     }
-}
-
-std::size_t spareHandles() {
-    rlimit limit{};
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        return 0;
-    std::size_t open = 0;
-    if (auto own = Directory::open("/proc/self/fd")) {
-        EntryReader reader;
-        reader.start(*own);
-        while (reader.next() != nullptr)
-            ++open;
-    }
-    const auto most = static_cast<std::size_t>(std::min<rlim_t>(limit.rlim_cur, 1 << 20));
-    return most > open ? most - open : 0;
-}
-
-bool isOutOfHandles(std::error_code error) {
-    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
 }
 
 }  // namespace ulvak::platform

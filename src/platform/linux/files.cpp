@@ -1,6 +1,5 @@
 #include "platform/files.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/stat.h>
@@ -8,13 +7,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <string_view>
 
-#include "platform/linux/file_stamp.h"
-#include "platform/linux/open_for_listing.h"
+#include "platform/posix/file_stamp.h"
 
 namespace ulvak::platform {
 
@@ -23,10 +17,10 @@ std::optional<FileInfo> fileInfo(const std::string& path) {
     if (::statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_TYPE | STATX_BLOCKS | STATX_MTIME | STATX_INO,
                 &info) != 0)
         return std::nullopt;
-    FileInfo result{.isDirectory = S_ISDIR(info.stx_mode), .allocatedSize = allocatedBytes(info)};
+    FileInfo result{.isDirectory = S_ISDIR(info.stx_mode), .allocatedSize = allocatedBytes(info.stx_blocks)};
     result.volumeAndNumber = {(std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor, info.stx_ino};
     if ((info.stx_mask & STATX_MTIME) != 0)
-        result.modified = fileTime(info.stx_mtime);
+        result.modified = fileTime(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec);
     return result;
 }
 
@@ -48,27 +42,6 @@ bool existsIn(const std::string& folder, const std::string& name) {
     }
     ::close(parent);
     return exists;
-}
-
-std::vector<std::string> listNames(const std::string& path) {
-    std::vector<std::string> names;
-    const int handle = openForListing([&](int flags) { return ::open(path.c_str(), flags); });
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(handle < 0 ? nullptr : ::fdopendir(handle), &::closedir);
-    if (!folder)
-        return names;
-    while (const dirent* entry = ::readdir(folder.get())) {  // NOLINT(concurrency-mt-unsafe): own stream
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..")
-            names.emplace_back(name);
-    }
-    return names;
-}
-
-std::optional<std::string> resolvedPath(const std::string& path) {
-    const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), &std::free);
-    if (!resolved)
-        return std::nullopt;
-    return resolved.get();
 }
 
 }  // namespace ulvak::platform

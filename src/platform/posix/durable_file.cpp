@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/files.h"
+#include "platform/posix/system.h"
 
 namespace ulvak::platform {
 namespace {
@@ -88,7 +89,7 @@ std::expected<Place, std::error_code> endOfLinks(std::string path) {
 
 /// Until it is on the disk. Some file systems do not know the call: there it is as safe as it gets.
 std::error_code flush(int handle) {
-    while (::fsync(handle) != 0) {
+    while (posix::flushToDisk(handle) != 0) {
         if (errno == EINVAL || errno == ENOSYS || errno == ENOTSUP)
             return {};
         if (errno != EINTR)
@@ -110,7 +111,7 @@ std::error_code writeAll(int handle, std::string_view bytes) {
 
 std::expected<std::string, std::error_code> newDraftName() {
     std::array<std::uint8_t, draftDigits> random{};
-    if (::getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size()))
+    if (::getentropy(random.data(), random.size()) != 0)
         return std::unexpected(lastError());
     std::string name(draftPrefix);
     for (const std::uint8_t byte : random)

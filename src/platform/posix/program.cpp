@@ -5,13 +5,7 @@
 #include <cerrno>
 #include <vector>
 
-#include "platform/files.h"
-
 namespace ulvak::platform {
-
-std::optional<std::string> ownProgram() {
-    return resolvedPath("/proc/self/exe");
-}
 
 std::error_code becomeProgram(const std::string& path, std::span<const char* const> arguments) {
     std::vector<std::string> words{path};

@@ -5,35 +5,23 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <cerrno>
 #include <utility>
 #include <vector>
 
-#include "platform/linux/file_stamp.h"
 #include "platform/package_name.h"
+#include "platform/posix/system.h"
 
 namespace ulvak::platform {
 namespace {
-
-constexpr int readFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-
-/// O_NOATIME keeps our looks from renewing the date that tells when somebody last used a file. Only the
-/// owner may ask for it; others open without.
-int openQuietly(int parent, const char* name, int flags) {
-    const int handle = ::openat(parent, name, readFlags | flags | O_NOATIME);
-    return handle < 0 && errno == EPERM ? ::openat(parent, name, readFlags | flags) : handle;
-}
 
 struct CloseStream {
     void operator()(DIR* stream) const { ::closedir(stream); }
 };
 using Stream = std::unique_ptr<DIR, CloseStream>;
 
-Stream openStream(int parent, const char* name, int flags) {
-    const int handle = openQuietly(parent, name, O_DIRECTORY | flags);
+/// Of a folder that `posix` has opened, which is closed with it.
+Stream streamOf(int handle) {
     if (handle < 0)
         return nullptr;
     Stream stream(::fdopendir(handle));
@@ -43,6 +31,7 @@ Stream openStream(int parent, const char* name, int flags) {
 }
 
 const dirent* nextEntry(DIR* stream) {
+    const posix::QuietAccess quiet;
     while (const dirent* entry = ::readdir(stream)) {  // NOLINT(concurrency-mt-unsafe): own stream
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..")
@@ -51,27 +40,7 @@ const dirent* nextEntry(DIR* stream) {
     return nullptr;
 }
 
-std::optional<struct statx> describe(int parent, const char* name) {
-    struct statx info{};
-    constexpr unsigned wanted = STATX_TYPE | STATX_SIZE | STATX_BLOCKS;
-    if (::statx(parent, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, wanted, &info) != 0)
-        return std::nullopt;
-    return info;
-}
-
-bool isMountPoint(const struct statx& info) {
-    return (info.stx_attributes & info.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0;
-}
-
 }  // namespace
-
-std::optional<FileTime> lastAccess(const std::string& path) {
-    struct statx info{};
-    if (::statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_ATIME, &info) != 0 ||
-        (info.stx_mask & STATX_ATIME) == 0)
-        return std::nullopt;
-    return fileTime(info.stx_atime);
-}
 
 struct FolderListing::Handle {
     Stream stream;
@@ -79,7 +48,7 @@ struct FolderListing::Handle {
 };
 
 FolderListing::FolderListing(const std::string& path) : handle_(std::make_unique<Handle>()) {
-    handle_->stream = openStream(AT_FDCWD, path.c_str(), 0);
+    handle_->stream = streamOf(posix::openFolder(AT_FDCWD, path.c_str()));
     if (handle_->stream)
         handle_->number = ::dirfd(handle_->stream.get());
 }
@@ -94,14 +63,10 @@ std::optional<std::string_view> FolderListing::next() {
 std::optional<std::int64_t> FolderListing::length(const std::string& name) const {
     if (handle_->number < 0)
         return std::nullopt;
-    const auto info = describe(handle_->number, name.c_str());
-    if (!info || !S_ISREG(info->stx_mode))
+    const auto item = posix::itemAt(handle_->number, name.c_str());
+    if (!item || !item->isRegularFile || item->isPlaceholder)
         return std::nullopt;
-    // A file that has a length but holds nothing on disk is a hole, or its contents are elsewhere. Files
-    // small enough to lie in the inode still report a block.
-    if (info->stx_size > 0 && info->stx_blocks == 0)
-        return std::nullopt;
-    return static_cast<std::int64_t>(std::min<std::uint64_t>(info->stx_size, std::uint64_t{INT64_MAX}));
+    return item->length;
 }
 
 std::string FolderListing::beginning(const std::string& name, std::size_t count) const {
@@ -109,7 +74,8 @@ std::string FolderListing::beginning(const std::string& name, std::size_t count)
     // have been swapped in between.
     if (!length(name))
         return {};
-    const int handle = openQuietly(handle_->number, name.c_str(), O_NOFOLLOW);
+    const posix::QuietAccess quiet;
+    const int handle = posix::openFile(handle_->number, name.c_str());
     if (handle < 0)
         return {};
     std::string bytes;
@@ -137,17 +103,17 @@ struct FileSample::Walk {
     std::stop_token stop;
 
     /// Enters `name`, found in the deepest open folder, if it is a folder to enter.
-    void enter(const char* name, const struct statx& info) {
-        if (isMountPoint(info) || isPackageName(name) || levels.size() >= mostLevels)
+    void enter(const char* name, const posix::Item& item) {
+        if (item.isMountPoint || isPackageName(name) || levels.size() >= mostLevels)
             return;
-        if (Stream stream = openStream(::dirfd(levels.back().get()), name, O_NOFOLLOW))
+        if (Stream stream = streamOf(posix::openFolderBelow(::dirfd(levels.back().get()), name)))
             levels.push_back(std::move(stream));
     }
 };
 
 FileSample::FileSample(const std::string& path, std::stop_token stop) : walk_(std::make_unique<Walk>()) {
     walk_->stop = std::move(stop);
-    if (Stream stream = openStream(AT_FDCWD, path.c_str(), 0))
+    if (Stream stream = streamOf(posix::openFolder(AT_FDCWD, path.c_str())))
         walk_->levels.push_back(std::move(stream));
 }
 
@@ -165,15 +131,15 @@ std::optional<FileSample::File> FileSample::next() {
             entry->d_type == DT_REG || entry->d_type == DT_DIR || entry->d_type == DT_UNKNOWN;
         if (!canMatter)
             continue;
-        const auto info = describe(::dirfd(folder), entry->d_name);
-        if (entry->d_type == DT_REG && !info)
+        const auto item = posix::itemAt(::dirfd(folder), entry->d_name);
+        if (entry->d_type == DT_REG && !item)
             return File{.name = entry->d_name, .allocatedSize = 0};
-        if (!info)
+        if (!item)
             continue;
-        if (S_ISREG(info->stx_mode))
-            return File{.name = entry->d_name, .allocatedSize = allocatedBytes(*info)};
-        if (S_ISDIR(info->stx_mode))
-            walk_->enter(entry->d_name, *info);
+        if (item->isRegularFile)
+            return File{.name = entry->d_name, .allocatedSize = item->allocatedSize};
+        if (item->isFolder)
+            walk_->enter(entry->d_name, *item);
     }
     return std::nullopt;
 }

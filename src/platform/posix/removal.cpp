@@ -1,25 +1,21 @@
 #include "platform/removal.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
-#include <memory>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
+#include "platform/posix/system.h"
+
 namespace ulvak::platform {
 namespace {
 
-constexpr std::size_t bufferSize = 64 * 1024;
 /// Folders held open at a time, one a level; those further up are found again through "..".
 constexpr std::size_t mostOpen = 64;
 constexpr std::size_t fewestOpen = 4;
@@ -35,7 +31,7 @@ std::error_code systemError(int number) {
 
 /// As `fileInfo` numbers volumes.
 Number numberOf(const struct stat& info) {
-    return {(std::uint64_t{gnu_dev_major(info.st_dev)} << 32U) | gnu_dev_minor(info.st_dev), info.st_ino};
+    return {posix::volumeNumber(info), info.st_ino};
 }
 
 std::optional<Number> numberOf(int handle) {
@@ -68,9 +64,7 @@ struct Level {
 class Removal {
 public:
     explicit Removal(const Directory& parent)
-        : parent_(parent),
-          buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)),
-          mostOpen_(std::clamp(spareHandles() / 2, fewestOpen, mostOpen)) {}
+        : parent_(parent), mostOpen_(std::clamp(spareHandles() / 2, fewestOpen, mostOpen)) {}
 
     std::expected<void, FileError> run(const std::string& name) {
         int failure = unlink(parent_, name.c_str(), 0);
@@ -135,11 +129,11 @@ private:
             level.pending.pop_back();
             return removeFolder(level.folder, name);
         }
-        const auto count = ::syscall(SYS_getdents64, level.folder.handle(), buffer_.get(), bufferSize);
-        if (count > 0)
-            return removeListed(level, static_cast<std::size_t>(count));
+        const int piece = reader_.read(level.folder.handle());
+        if (piece > 0)
+            return removeListed(level);
         // A folder that somebody else has removed cannot be listed, and need not be.
-        if (count < 0 && errno != ENOENT)
+        if (piece < 0 && errno != ENOENT)
             return failAt(levels_.size() - 1, errno);
         return leave();
     }
@@ -154,16 +148,10 @@ private:
     }
 
     /// The entries of one piece of a listing: folders are kept for later, all else is removed.
-    int removeListed(Level& level, std::size_t end) {
-        for (std::size_t position = 0; position < end;) {
-            const std::byte* record = buffer_.get() + position;
-            unsigned short length = 0;
-            std::memcpy(&length, record + offsetof(dirent64, d_reclen), sizeof length);
-            position += length;
-            const char* name = reinterpret_cast<const char*>(record + offsetof(dirent64, d_name));
-            if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0)
-                continue;
-            if (std::to_integer<unsigned char>(record[offsetof(dirent64, d_type)]) == DT_DIR) {
+    int removeListed(Level& level) {
+        while (const posix::NameReader::Entry* entry = reader_.next()) {
+            const char* name = entry->name;
+            if (entry->isFolder) {
                 level.pending.emplace_back(name);
                 continue;
             }
@@ -229,7 +217,7 @@ private:
     }
 
     const Directory& parent_;
-    std::unique_ptr<std::byte[]> buffer_;
+    posix::NameReader reader_;
     std::size_t mostOpen_;
     std::vector<Level> levels_;  ///< from the item inwards; the first `closed_` of them are closed
     std::size_t closed_ = 0;
@@ -256,18 +244,20 @@ bool removeEmptyFolder(const Directory& parent, const std::string& name) {
 
 std::expected<std::vector<std::string>, std::error_code> entryNames(const Directory& folder) {
     // A listing of its own: that of `folder` has a position which others may rely on.
-    const int handle = ::openat(folder.handle(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(handle < 0 ? nullptr : ::fdopendir(handle), &::closedir);
-    if (!stream)
+    const int handle = posix::openFolder(folder.handle(), ".");
+    if (handle < 0)
         return std::unexpected(systemError(errno));
     std::vector<std::string> names;
-    errno = 0;
-    while (const dirent* entry = ::readdir(stream.get())) {  // NOLINT(concurrency-mt-unsafe): own stream
-        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
-            names.emplace_back(entry->d_name);
+    posix::NameReader reader;
+    int piece = 0;
+    while ((piece = reader.read(handle)) > 0) {
+        while (const posix::NameReader::Entry* entry = reader.next())
+            names.emplace_back(entry->name);
     }
-    if (errno != 0)
-        return std::unexpected(systemError(errno));
+    const int failure = errno;
+    ::close(handle);
+    if (piece < 0)
+        return std::unexpected(systemError(failure));
     std::ranges::sort(names);
     return names;
 }

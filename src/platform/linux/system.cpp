@@ -1,0 +1,177 @@
+#include "platform/posix/system.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "platform/posix/file_stamp.h"
+
+namespace ulvak::platform::posix {
+namespace {
+
+constexpr std::size_t bufferSize = 64 * 1024;
+/// The longest path that the kernel takes in one call, without the terminating zero.
+constexpr std::size_t longestPath = 4095;
+
+/// Opens by `open(flags)`. O_NOATIME keeps our looks from renewing the dates that tell when somebody last
+/// used a folder or file. Only the owner may ask for it; others open without.
+template <typename Open>
+int openQuietly(int flags, Open open) {
+    const int handle = open(flags | O_NOATIME);
+    return handle < 0 && errno == EPERM ? open(flags) : handle;
+}
+
+constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+/// `openat2` that crosses neither links nor mount points; -1 with `errno` set.
+int openWithin(int parent, const char* path, int flags) {
+    open_how how{};
+    how.flags = static_cast<unsigned>(flags);
+    how.resolve = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
+    return static_cast<int>(::syscall(SYS_openat2, parent, path, &how, sizeof how));
+}
+
+/// Kernels before 5.6 do not know `openat2`, and some sandboxes refuse it.
+bool hasOpenat2() {
+    static const bool answer = [] {
+        const int handle = openWithin(AT_FDCWD, ".", O_PATH | O_CLOEXEC);
+        if (handle < 0)
+            return errno != ENOSYS && errno != EPERM;
+        ::close(handle);
+        return true;
+    }();
+    return answer;
+}
+
+/// The mount that an open folder belongs to; -1 when the kernel does not say.
+int mountOf(int handle) {
+    file_handle none{};  // no room for the handle itself, which nobody wants: the mount is told all the same
+    int mount = -1;
+    const int result = ::name_to_handle_at(handle, "", &none, &mount, AT_EMPTY_PATH);
+    return result == 0 || errno == EOVERFLOW ? mount : -1;
+}
+
+/// As `openWithin` for a single name, where there is no `openat2`.
+int openName(int parent, const char* name, int flags) {
+    const int handle = ::openat(parent, name, flags | O_NOFOLLOW);
+    if (handle >= 0 && mountOf(handle) != mountOf(parent)) {
+        ::close(handle);
+        errno = EXDEV;
+        return -1;
+    }
+    return handle;
+}
+
+int openStep(int parent, const char* path, int flags) {
+    return hasOpenat2() ? openWithin(parent, path, flags) : openName(parent, path, flags);
+}
+
+}  // namespace
+
+int openFolder(int parent, const char* path) {
+    return openQuietly(listingFlags, [&](int flags) { return ::openat(parent, path, flags); });
+}
+
+int openFolderBelow(int parent, const char* path) {
+    return openQuietly(listingFlags, [&](int flags) { return openStep(parent, path, flags); });
+}
+
+int openStepBelow(int parent, const char* path) {
+    return openStep(parent, path, O_PATH | O_DIRECTORY | O_CLOEXEC);
+}
+
+/// Without `openat2` a single name, for `O_NOFOLLOW` guards only the last one.
+std::size_t stepLength(std::string_view path) {
+    if (!hasOpenat2())
+        return std::min(path.find('/'), path.size());
+    if (path.size() <= longestPath)
+        return path.size();
+    const std::size_t slash = path.rfind('/', longestPath);
+    return slash == std::string_view::npos ? path.size() : slash;
+}
+
+int openFile(int parent, const char* name) {
+    constexpr int fileFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
+    return openQuietly(fileFlags, [&](int flags) { return ::openat(parent, name, flags); });
+}
+
+// Asked for with each file that is opened.
+QuietAccess::QuietAccess() = default;
+QuietAccess::~QuietAccess() = default;
+
+std::optional<Item> itemAt(int parent, const char* name) {
+    struct statx info{};
+    constexpr unsigned wanted = STATX_TYPE | STATX_SIZE | STATX_BLOCKS;
+    if (::statx(parent, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, wanted, &info) != 0)
+        return std::nullopt;
+    return Item{
+        .isFolder = S_ISDIR(info.stx_mode),
+        .isRegularFile = S_ISREG(info.stx_mode),
+        .isMountPoint = (info.stx_attributes & info.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0,
+        // A file that has a length but holds nothing on disk is a hole, or its contents are elsewhere. Files
+        // small enough to lie in the inode still report a block.
+        .isPlaceholder = info.stx_size > 0 && info.stx_blocks == 0,
+        .length = static_cast<std::int64_t>(std::min<std::uint64_t>(info.stx_size, std::uint64_t{INT64_MAX})),
+        .allocatedSize = allocatedBytes(info.stx_blocks),
+    };
+}
+
+std::uint64_t volumeNumber(const struct stat& info) {
+    return (std::uint64_t{gnu_dev_major(info.st_dev)} << 32U) | gnu_dev_minor(info.st_dev);
+}
+
+int flushToDisk(int handle) {
+    return ::fsync(handle);
+}
+
+std::optional<std::size_t> openHandles() {
+    const int own = openFolder(AT_FDCWD, "/proc/self/fd");
+    if (own < 0)
+        return std::nullopt;
+    NameReader reader;
+    std::size_t count = 0;
+    while (reader.read(own) > 0) {
+        while (reader.next() != nullptr)
+            ++count;
+    }
+    ::close(own);
+    return count;
+}
+
+NameReader::NameReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
+NameReader::~NameReader() = default;
+
+int NameReader::read(int folder) {
+    position_ = end_ = 0;
+    const auto count = ::syscall(SYS_getdents64, folder, buffer_.get(), bufferSize);
+    if (count <= 0)
+        return static_cast<int>(count);
+    end_ = static_cast<std::size_t>(count);
+    return 1;
+}
+
+const NameReader::Entry* NameReader::next() {
+    while (position_ < end_) {
+        // The kernel's record: inode, offset, record length, type, name with its zero byte.
+        const std::byte* record = buffer_.get() + position_;
+        unsigned short length = 0;
+        std::memcpy(&length, record + offsetof(dirent64, d_reclen), sizeof length);
+        position_ += length;
+        const char* name = reinterpret_cast<const char*>(record + offsetof(dirent64, d_name));
+        if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0)
+            continue;
+        const auto type = std::to_integer<unsigned char>(record[offsetof(dirent64, d_type)]);
+        entry_ = {.name = name, .isFolder = type == DT_DIR};
+        return &entry_;
+    }
+    return nullptr;
+}
+
+}  // namespace ulvak::platform::posix

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+/// What each system does in its own way, for the code of this folder, which they share: the calls below are
+/// defined once in `linux/` and once in `macos/`. Handles belong to the caller, who closes them. Where a call
+/// returns -1 it has set `errno`. Safe from any thread.
+namespace ulvak::platform::posix {
+
+/// Opens a folder for being listed, links followed.
+[[nodiscard]] int openFolder(int parent, const char* path);
+
+/// As `openFolder` for a folder below `parent`, but follows no link and enters no other volume (EXDEV).
+/// `path` is no longer than `stepLength` says.
+[[nodiscard]] int openFolderBelow(int parent, const char* path);
+
+/// As `openFolderBelow`, only to go on from: a folder that may be entered but not listed will do.
+[[nodiscard]] int openStepBelow(int parent, const char* path);
+
+/// How much of a path one call opens: all of it, or as much as fits and ends before a "/".
+[[nodiscard]] std::size_t stepLength(std::string_view path);
+
+/// Opens a regular file for reading, no link followed, without waiting for whatever else it may be.
+[[nodiscard]] int openFile(int parent, const char* name);
+
+/// For as long as one lives, what this thread reads renews no access date and fetches nothing that lives
+/// elsewhere, where that is asked for thread by thread and not, as in the calls above, file by file.
+class QuietAccess {
+public:
+    QuietAccess();
+    ~QuietAccess();
+    QuietAccess(const QuietAccess&) = delete;
+    QuietAccess& operator=(const QuietAccess&) = delete;
+};
+
+struct Item {
+    bool isFolder = false;
+    bool isRegularFile = false;
+    bool isMountPoint = false;
+    bool isPlaceholder = false;      ///< its contents live elsewhere and would have to be fetched
+    std::int64_t length = 0;         ///< bytes
+    std::int64_t allocatedSize = 0;  ///< bytes on disk
+};
+
+/// What is at a name, a link itself. Starts no mount.
+[[nodiscard]] std::optional<Item> itemAt(int parent, const char* name);
+
+/// The number of the volume that something lies on, as `FileInfo` has it.
+[[nodiscard]] std::uint64_t volumeNumber(const struct stat& info);
+
+/// Until what was written is on the disk, the drive's own memory included; 0 or -1.
+[[nodiscard]] int flushToDisk(int handle);
+
+/// How many handles this process has open; nothing when the system does not say.
+[[nodiscard]] std::optional<std::size_t> openHandles();
+
+/// The names in an open folder, in pieces, from where its handle stands: seeking to 0 starts over. For
+/// whoever removes what is listed and must not pay for more than names.
+class NameReader {
+public:
+    NameReader();
+    ~NameReader();
+    NameReader(const NameReader&) = delete;
+    NameReader& operator=(const NameReader&) = delete;
+
+    struct Entry {
+        const char* name = nullptr;  ///< ends in a zero byte; valid until the next `read`
+        bool isFolder = false;       ///< for certain; what the system does not know is none
+    };
+
+    /// The next piece of `folder`: whether there is one (1), none any more (0), or it failed (-1).
+    [[nodiscard]] int read(int folder);
+
+    /// The next entry of the piece, without "." and ".."; null at its end.
+    [[nodiscard]] const Entry* next();
+
+private:
+    std::unique_ptr<std::byte[]> buffer_;
+    std::size_t position_ = 0;
+    std::size_t end_ = 0;
+    Entry entry_;
+};
+
+}  // namespace ulvak::platform::posix
