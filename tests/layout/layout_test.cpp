@@ -107,7 +107,11 @@ TEST(Layout, EveryTestIsBuilt) {
         if (!source.path.ends_with("_test.cpp"))
             continue;
         const fs::path path = fs::path(ULVAK_SOURCE_DIR) / source.path;
-        std::ifstream file(path.parent_path() / "CMakeLists.txt");
+        // What only one system has lies one folder deeper, and is built by the same list.
+        fs::path folder = path.parent_path();
+        if (!fs::exists(folder / "CMakeLists.txt"))
+            folder = folder.parent_path();
+        std::ifstream file(folder / "CMakeLists.txt");
         const std::string list(std::istreambuf_iterator<char>(file), {});
         EXPECT_NE(list.find(path.filename().string()), std::string::npos) << source.path;
     }

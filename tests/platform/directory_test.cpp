@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,7 +18,9 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/folder_facts.h"
 #include "support/isolation.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::platform {
@@ -30,6 +31,7 @@ using test::fifo;
 using test::file;
 using test::folder;
 using test::link;
+using test::openHandles;
 using test::sparseFile;
 using test::TempTree;
 using testing::ElementsAre;
@@ -80,10 +82,6 @@ Directory opened(const std::string& path) {
     auto directory = Directory::open(path);
     EXPECT_TRUE(directory) << path;
     return directory ? std::move(*directory) : Directory();
-}
-
-std::size_t openHandles() {
-    return listNames("/proc/self/fd").size();
 }
 
 TEST(Directory, OpensAFolderAndFollowsALinkThatNamesOne) {
@@ -187,8 +185,7 @@ TEST(Directory, IsNotLuredOutsideByAFolderThatIsSwappedForALink) {
     std::atomic<bool> done = false;
     std::thread swapper([&] {
         while (!done)
-            ::renameat2(AT_FDCWD, tree.path("door").c_str(), AT_FDCWD, tree.path("trap").c_str(),
-                        RENAME_EXCHANGE);
+            test::exchange(tree.path("door"), tree.path("trap"));
     });
     int entered = 0;
     for (int i = 0; i < 2000; ++i) {
@@ -310,15 +307,6 @@ TEST(EntryReader, TellsEveryKindOfEntry) {
     EXPECT_EQ(seen.at("folder").allocatedSize, 0) << "what a folder's own list takes is not counted";
 }
 
-TEST(EntryReader, ADeviceHoldsNothingAndIsNotOpened) {
-    const TempTree tree;
-    if (::mknod(tree.path("tape").c_str(), S_IFCHR | 0666, makedev(9, 0)) != 0)
-        GTEST_SKIP() << "this user cannot make devices";
-    const auto seen = listing(tree.path());
-    EXPECT_EQ(seen.at("tape").kind, EntryKind::file);
-    EXPECT_EQ(seen.at("tape").allocatedSize, 0);
-}
-
 TEST(EntryReader, ALinkHasNothingOfTheEntryBeforeIt) {
     const FileTime old = std::chrono::sys_days{std::chrono::year{2001} / 2 / 3};
     TempTree tree;
@@ -381,14 +369,11 @@ TEST(EntryReader, ListingDoesNotRenewTheAccessDate) {
                                  {.tv_sec = 1'000'000'000, .tv_nsec = 0}};
     for (const char* name : {"control", "listed/below", "listed"})
         ASSERT_EQ(::utimensat(AT_FDCWD, tree.path(name).c_str(), longAgo, 0), 0);
-    const auto accessed = [&](const char* name) {
-        struct stat info{};
-        EXPECT_EQ(::stat(tree.path(name).c_str(), &info), 0);
-        return info.st_atim.tv_sec;
-    };
+    const auto accessed = [&](const char* name) { return lastAccess(tree.path(name)); };
+    const FileTime before(std::chrono::seconds(longAgo[0].tv_sec));
     for (const auto& entry : std::filesystem::directory_iterator(tree.path("control")))
         EXPECT_EQ(entry.path().filename(), "a");
-    if (accessed("control") == longAgo[0].tv_sec)
+    if (accessed("control") == before)
         GTEST_SKIP() << "this volume keeps no access dates";
 
     const Directory top = opened(tree.path("listed"));
@@ -397,23 +382,8 @@ TEST(EntryReader, ListingDoesNotRenewTheAccessDate) {
     ASSERT_TRUE(below);
     EXPECT_EQ(listing(*below).size(), 1U);
     EXPECT_EQ(listNames(tree.path("listed")).size(), 2U);
-    EXPECT_EQ(accessed("listed"), longAgo[0].tv_sec);
-    EXPECT_EQ(accessed("listed/below"), longAgo[0].tv_sec);
-}
-
-TEST(EntryReader, ReadsNamesOfEveryByte) {
-    TempTree tree;
-    std::set<std::string> expected = {std::string(255, '\xfe'), "...", "-", "\xc3", "\xed\xa0\x80"};
-    for (int byte = 1; byte < 256; ++byte) {
-        if (byte != '/' && byte != '.')
-            expected.insert(std::string(1, static_cast<char>(byte)));
-    }
-    for (const std::string& name : expected)
-        tree.add({folder(name)});
-    EXPECT_EQ(names(listing(tree.path())), expected);
-    const Directory top = opened(tree.path());
-    for (const std::string& name : expected)
-        EXPECT_TRUE(top.openBelow(name.c_str())) << name;
+    EXPECT_EQ(accessed("listed"), before);
+    EXPECT_EQ(accessed("listed/below"), before);
 }
 
 TEST(EntryReader, ReadsAHundredThousandEntriesOnceEach) {
@@ -491,7 +461,12 @@ TEST(EntryReader, PassesOverEntriesThatTheSystemDoesNotDescribe) {
     const TempTree tree({folder("names-only", {file("a", 1'000'000), folder("b")}).withMode(0444)});
     if (const auto reason = test::whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
-    test::asUnprivileged([&] { EXPECT_THAT(listing(tree.path("names-only")), IsEmpty()); });
+    test::asUnprivileged([&] {
+        const Directory directory = opened(tree.path("names-only"));
+        EntryReader reader;
+        reader.start(directory);
+        EXPECT_EQ(reader.next(), nullptr) << "some systems say that as an error, some do not";
+    });
 }
 
 TEST(EntryReader, OpensNothing) {

@@ -12,6 +12,7 @@
 
 #include "platform/files.h"
 #include "support/isolation.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::platform {
@@ -217,12 +218,12 @@ TEST(ReplaceFile, SucceedsEveryTimeWhileOthersReplaceTheSameFile) {
 
 TEST(ReplaceFile, LeavesNoHandleOpen) {
     const TempTree tree({link("loop", "loop"), folder("folder")});
-    const std::size_t before = listNames("/proc/self/fd").size();
+    const std::size_t before = test::openHandles();
     for (const char* name : {"file", "loop", "folder", "absent/file"})
         (void)replaceFile(tree.path(name), "new");
     (void)readFile(tree.path("file"), anyLength);
     (void)makeFolders(tree.path("a/b"));
-    EXPECT_EQ(listNames("/proc/self/fd").size(), before);
+    EXPECT_EQ(test::openHandles(), before);
 }
 
 TEST(MakeFolders, MakesThoseThatAreMissingForThisUserAlone) {

@@ -61,20 +61,6 @@ TEST(Removal, RemovesSingleEntriesOfEveryKind) {
     EXPECT_TRUE(exists(tree.path("target")));
 }
 
-TEST(Removal, NamesAreBytes) {
-    std::vector<TreeEntry> entries;
-    for (int byte = 1; byte < 256; ++byte) {
-        const char c = static_cast<char>(byte);
-        if (c == '/')
-            continue;
-        if (c != '.')
-            entries.push_back(folder(std::string(1, c), {textFile(std::string(1, c), "x")}));
-        entries.push_back(textFile(std::string(255, c), "x"));
-    }
-    const TempTree tree({folder("item", entries)});
-    EXPECT_TRUE(removed(tree, "item"));
-}
-
 TEST(Removal, FiveThousandFoldersInOneAnother) {
     TempTree tree;
     tree.addChain("d", 5000, {textFile("bottom", "b"), folder("side")});

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/statvfs.h>
 
 #include <algorithm>
 #include <string>
@@ -51,16 +50,6 @@ TEST(Volume, CapacityCountsBytesOfTheVolumeThatHoldsThePath) {
         EXPECT_EQ(used->total, size);
         EXPECT_EQ(used->available, size - 1024 * 1024);
     });
-}
-
-TEST(Volume, AvailableIsWhatThisUserCanWriteNotWhatIsKeptForRoot) {
-    struct statvfs info{};
-    ASSERT_EQ(::statvfs("/", &info), 0);
-    const auto capacity = volumeCapacity("/");
-    ASSERT_TRUE(capacity);
-    const auto withoutReserve = static_cast<double>(info.f_bavail) * static_cast<double>(info.f_frsize);
-    // Others write at the same time.
-    EXPECT_NEAR(static_cast<double>(capacity->available), withoutReserve, 1e9);
 }
 
 TEST(Volume, MountPointsHoldTheRootAndAreAbsolute) {

@@ -1,8 +1,6 @@
 #include "support/isolation.h"
 
 #include <grp.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,7 +8,8 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <fstream>
+
+#include "support/system.h"
 
 namespace ulvak::test {
 namespace {
@@ -79,33 +78,8 @@ std::optional<std::string> nothingToPrepare() {
 std::optional<std::string> becomeUnprivileged() {
     if (::geteuid() != 0)
         return std::nullopt;
-    if (::setgroups(0, nullptr) != 0 || ::setresgid(unprivilegedId, unprivilegedId, unprivilegedId) != 0 ||
-        ::setresuid(unprivilegedId, unprivilegedId, unprivilegedId) != 0)
+    if (::setgroups(0, nullptr) != 0 || ::setgid(unprivilegedId) != 0 || ::setuid(unprivilegedId) != 0)
         return systemError("cannot drop the rights of root");
-    return std::nullopt;
-}
-
-/// A user without rights may mount in a namespace of users of his own, in which he stays who he is.
-std::optional<std::string> separateUsers() {
-    const std::string user = std::to_string(::geteuid());
-    const std::string group = std::to_string(::getegid());
-    if (::unshare(CLONE_NEWUSER) != 0)
-        return systemError("no user namespace of its own");
-    std::ofstream("/proc/self/setgroups") << "deny";
-    std::ofstream("/proc/self/uid_map") << user << " " << user << " 1";
-    std::ofstream("/proc/self/gid_map") << group << " " << group << " 1";
-    return std::nullopt;
-}
-
-std::optional<std::string> separateMounts() {
-    if (::geteuid() != 0) {
-        if (auto reason = separateUsers())
-            return reason;
-    }
-    if (::unshare(CLONE_NEWNS) != 0)
-        return systemError("no mount namespace of its own");
-    if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-        return systemError("cannot make the mounts private");
     return std::nullopt;
 }
 
@@ -120,7 +94,7 @@ bool asUnprivileged(const Body& body, std::source_location where) {
 }
 
 bool withPrivateMounts(const Body& body, std::source_location where) {
-    return passed(forked(separateMounts, body), where);
+    return passed(forked(detail::separateMounts, body), where);
 }
 
 std::optional<std::string> whyNotUnprivileged(const std::string& path) {
@@ -134,25 +108,13 @@ std::optional<std::string> whyNotUnprivileged(const std::string& path) {
 }
 
 std::optional<std::string> whyNoPrivateMounts() {
-    const auto failure = forked(separateMounts, [] {
+    const auto failure = forked(detail::separateMounts, [] {
         if (!mountMemory("/tmp"))
             ::_exit(1);
     });
     if (failure)
         return "this user cannot mount anything";
     return std::nullopt;
-}
-
-testing::AssertionResult mountMemory(const std::string& path, const std::string& options) {
-    if (::mount("memory", path.c_str(), "tmpfs", 0, options.c_str()) != 0)
-        return testing::AssertionFailure() << systemError("mount at " + path);
-    return testing::AssertionSuccess();
-}
-
-testing::AssertionResult mountAgain(const std::string& source, const std::string& path) {
-    if (::mount(source.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0)
-        return testing::AssertionFailure() << systemError("mount at " + path);
-    return testing::AssertionSuccess();
 }
 
 }  // namespace ulvak::test

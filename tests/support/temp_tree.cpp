@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "support/isolation.h"
+#include "support/system.h"
 
 namespace ulvak::test {
 namespace {
@@ -97,7 +98,7 @@ private:
         const Handle made(checked(::openat(parent, entry.name.c_str(), flags, 0644), "create " + entry.name));
         checked(::fchmod(made.get(), 0644), "chmod " + entry.name);
         if (entry.allocated > 0)
-            checked(::fallocate(made.get(), 0, 0, entry.allocated), "allocate " + entry.name);
+            checked(allocate(made.get(), entry.allocated), "allocate " + entry.name);
         if (entry.length > entry.allocated)
             checked(::ftruncate(made.get(), entry.length), "lengthen " + entry.name);
         if (!entry.text.empty() && ::write(made.get(), entry.text.data(), entry.text.size()) !=

@@ -1,0 +1,106 @@
+#include "platform/directory.h"
+
+#include <sys/attr.h>
+#include <unistd.h>
+#if __has_include(<sys/vnode.h>)
+#include <sys/vnode.h>
+#endif
+
+#include <cerrno>
+#include <cstddef>
+#include <span>
+
+#include "platform/macos/bulk_read.h"
+#include "platform/macos/bulk_record.h"
+#include "platform/posix/system.h"
+
+namespace ulvak::platform {
+
+static_assert(BulkBits::returnedAttributes == ATTR_CMN_RETURNED_ATTRS);
+static_assert(BulkBits::error == ATTR_CMN_ERROR);
+static_assert(BulkBits::name == ATTR_CMN_NAME);
+static_assert(BulkBits::objectType == ATTR_CMN_OBJTYPE);
+static_assert(BulkBits::modified == ATTR_CMN_MODTIME);
+static_assert(BulkBits::mountStatus == ATTR_DIR_MOUNTSTATUS);
+static_assert(BulkBits::totalAllocated == ATTR_FILE_ALLOCSIZE);
+static_assert(BulkBits::dataAllocated == ATTR_FILE_DATAALLOCSIZE);
+static_assert(sizeof(attribute_set_t) == 5 * sizeof(std::uint32_t));
+static_assert(sizeof(attrreference_t) == 8 && sizeof(timespec) == 16);
+static_assert(DIR_MNTSTATUS_MNTPOINT == 1 && DIR_MNTSTATUS_TRIGGER == 2);
+#if __has_include(<sys/vnode.h>)
+static_assert(VDIR == 2 && VLNK == 5);
+#endif
+
+namespace {
+
+constexpr std::size_t bufferSize = std::size_t{64} * 1024;
+
+/// What the walk needs to know of each entry.
+attrlist walkAttributes() {
+    return {.bitmapcount = ATTR_BIT_MAP_COUNT,
+            .reserved = 0,
+            .commonattr = BulkBits::common,
+            .volattr = 0,
+            .dirattr = BulkBits::folder,
+            .fileattr = BulkBits::file,
+            .forkattr = 0};
+}
+
+}  // namespace
+
+attrlist nameAttributes() {
+    attrlist wanted = walkAttributes();
+    wanted.commonattr =
+        BulkBits::returnedAttributes | BulkBits::error | BulkBits::name | BulkBits::objectType;
+    wanted.dirattr = wanted.fileattr = 0;
+    return wanted;
+}
+
+int readBulk(int folder, attrlist attributes, std::span<std::byte> buffer) {
+    const posix::QuietAccess quiet;
+    for (;;) {
+        const int count = ::getattrlistbulk(folder, &attributes, buffer.data(), buffer.size(), 0);
+        if (count >= 0 || errno != EINTR)
+            return count;
+    }
+}
+
+EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
+EntryReader::~EntryReader() = default;
+
+void EntryReader::start(const Directory& directory, const NameSet* untouched) {
+    handle_ = directory.handle();
+    untouched_ = untouched;
+    position_ = end_ = 0;
+    error_.clear();
+}
+
+/// The system says how many records a piece has, not how many bytes: `end_` counts those that are left.
+const DirectoryEntry* EntryReader::next() {
+    const std::span<std::byte> buffer(buffer_.get(), bufferSize);
+    for (;;) {
+        if (end_ == 0) {
+            const int count = readBulk(handle_, walkAttributes(), buffer);
+            if (count < 0)
+                error_ = {errno, std::generic_category()};
+            if (count <= 0)
+                return nullptr;
+            position_ = 0;
+            end_ = static_cast<std::size_t>(count);
+        }
+        const auto record = takeRecord(buffer, position_);
+        if (!record) {
+            error_ = std::make_error_code(std::errc::io_error);
+            end_ = 0;
+            return nullptr;
+        }
+        --end_;
+        const auto entry = entryOf(*record);
+        if (!entry || (record->isFolder() && untouched_ != nullptr && untouched_->contains(entry->name)))
+            continue;
+        entry_ = *entry;
+        return &entry_;
+    }
+}
+
+}  // namespace ulvak::platform

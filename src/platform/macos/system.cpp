@@ -1,0 +1,176 @@
+#include "platform/posix/system.h"
+
+#include <fcntl.h>
+#include <libproc.h>
+#include <sys/attr.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/macos/bulk_read.h"
+#include "platform/macos/bulk_record.h"
+#include "platform/posix/file_stamp.h"
+
+namespace ulvak::platform::posix {
+namespace {
+
+constexpr std::size_t bufferSize = std::size_t{64} * 1024;
+constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+/// The longest path that the kernel takes in one call, without the terminating zero.
+constexpr std::size_t longestPath = PATH_MAX - 1;
+
+/// Links are refused anywhere in the path. Volumes have no flag, but with neither links nor "..", whoever has
+/// left one has not come back.
+int openBelow(int parent, const char* path, int flags) {
+    const QuietAccess quiet;
+    const int handle = ::openat(parent, path, flags | O_NOFOLLOW_ANY);
+    struct stat own{};
+    struct stat around{};
+    if (handle < 0 ||
+        (::fstat(handle, &own) == 0 && ::fstat(parent, &around) == 0 && own.st_dev == around.st_dev))
+        return handle;
+    ::close(handle);
+    errno = EXDEV;
+    return -1;
+}
+
+/// How many `QuietAccess` this thread has.
+thread_local int quietDepth = 0;
+
+void setQuiet(bool isQuiet) {
+    // Dropped by design: where the system refuses, it looks as if somebody else had looked.
+    (void)::setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD,
+                           isQuiet ? IOPOL_ATIME_UPDATES_OFF : IOPOL_ATIME_UPDATES_DEFAULT);
+    (void)::setiopolicy_np(
+        IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD,
+        isQuiet ? IOPOL_MATERIALIZE_DATALESS_FILES_OFF : IOPOL_MATERIALIZE_DATALESS_FILES_DEFAULT);
+}
+
+/// Whether another volume is mounted on this very folder, or is as soon as somebody looks.
+bool isMountPoint(int parent, const char* name) {
+    attrlist wanted{};
+    wanted.bitmapcount = ATTR_BIT_MAP_COUNT;
+    wanted.dirattr = ATTR_DIR_MOUNTSTATUS;
+    struct {
+        std::uint32_t length = 0;
+        std::uint32_t status = 0;
+    } answer;
+    const int result = ::getattrlistat(parent, name, &wanted, &answer, sizeof answer, FSOPT_NOFOLLOW);
+    return result == 0 && answer.length >= sizeof answer &&
+           (answer.status & (DIR_MNTSTATUS_MNTPOINT | DIR_MNTSTATUS_TRIGGER)) != 0;
+}
+
+}  // namespace
+
+QuietAccess::QuietAccess() {
+    if (quietDepth++ == 0)
+        setQuiet(true);
+}
+
+QuietAccess::~QuietAccess() {
+    const int error = errno;  // whoever leaves with -1 has set it
+    if (--quietDepth == 0)
+        setQuiet(false);
+    errno = error;
+}
+
+int openFolder(int parent, const char* path) {
+    const QuietAccess quiet;
+    return ::openat(parent, path, listingFlags);
+}
+
+int openFolderBelow(int parent, const char* path) {
+    return openBelow(parent, path, listingFlags);
+}
+
+int openStepBelow(int parent, const char* path) {
+    return openBelow(parent, path, O_SEARCH | O_CLOEXEC);
+}
+
+std::size_t stepLength(std::string_view path) {
+    if (path.size() <= longestPath)
+        return path.size();
+    const std::size_t slash = path.rfind('/', longestPath);
+    return slash == std::string_view::npos ? path.size() : slash;
+}
+
+int openFile(int parent, const char* name) {
+    const QuietAccess quiet;
+    return ::openat(parent, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW);
+}
+
+std::optional<Item> itemAt(int parent, const char* name) {
+    struct stat info{};
+    if (::fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+    return Item{
+        .isFolder = S_ISDIR(info.st_mode),
+        .isRegularFile = S_ISREG(info.st_mode),
+        .isMountPoint = S_ISDIR(info.st_mode) && isMountPoint(parent, name),
+        .isPlaceholder = (info.st_flags & SF_DATALESS) != 0,
+        .length = info.st_size,
+        .allocatedSize = allocatedBytes(static_cast<std::uint64_t>(std::max<blkcnt_t>(info.st_blocks, 0))),
+    };
+}
+
+std::uint64_t volumeNumber(const struct stat& info) {
+    return static_cast<std::uint32_t>(info.st_dev);
+}
+
+/// fsync(2) hands the bytes to the drive, which may keep them in its memory; F_FULLFSYNC has it write them.
+/// Not every file system knows it.
+int flushToDisk(int handle) {
+    if (::fcntl(handle, F_FULLFSYNC) != -1)
+        return 0;
+    return errno == EINTR ? -1 : ::fsync(handle);
+}
+
+std::optional<std::size_t> openHandles() {
+    // Asked without a buffer it says how large one must be, which is more than there are.
+    const int most = ::proc_pidinfo(::getpid(), PROC_PIDLISTFDS, 0, nullptr, 0);
+    if (most <= 0)
+        return std::nullopt;
+    std::vector<proc_fdinfo> handles(static_cast<std::size_t>(most) / sizeof(proc_fdinfo) + 1);
+    const int size = ::proc_pidinfo(::getpid(), PROC_PIDLISTFDS, 0, handles.data(),
+                                    static_cast<int>(handles.size() * sizeof(proc_fdinfo)));
+    if (size <= 0)
+        return std::nullopt;
+    return static_cast<std::size_t>(size) / sizeof(proc_fdinfo);
+}
+
+NameReader::NameReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
+NameReader::~NameReader() = default;
+
+/// `end_` counts the records of the piece that are left.
+int NameReader::read(int folder) {
+    position_ = end_ = 0;
+    const int count = readBulk(folder, nameAttributes(), {buffer_.get(), bufferSize});
+    if (count <= 0)
+        return count;
+    end_ = static_cast<std::size_t>(count);
+    return 1;
+}
+
+const NameReader::Entry* NameReader::next() {
+    while (end_ > 0) {
+        --end_;
+        const auto record = takeRecord({buffer_.get(), bufferSize}, position_);
+        if (!record) {
+            end_ = 0;
+            break;
+        }
+        if (record->name.empty())
+            continue;
+        entry_ = {.name = record->name.data(), .isFolder = record->isFolder()};
+        return &entry_;
+    }
+    return nullptr;
+}
+
+}  // namespace ulvak::platform::posix

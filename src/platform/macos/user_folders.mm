@@ -1,0 +1,43 @@
+#include "platform/user_folders.h"
+
+#import <Foundation/Foundation.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+
+#include "platform/macos/text.h"
+
+namespace ulvak::platform {
+
+std::string homeDirectory() {
+    @autoreleasepool {
+        std::string home = pathOf(NSFileManager.defaultManager.homeDirectoryForCurrentUser);
+        // A user whom the system does not know has no home: an empty place is better than somebody else's.
+        return home.starts_with('/') ? home : "/var/empty";
+    }
+}
+
+std::string temporaryDirectory() {
+    @autoreleasepool {
+        const char* path = NSTemporaryDirectory().fileSystemRepresentation;
+        return path != nullptr && path[0] == '/' ? path : "/tmp";
+    }
+}
+
+std::optional<std::string> cacheDirectory() {
+    std::array<char, 1024> buffer{};
+    if (::confstr(_CS_DARWIN_USER_CACHE_DIR, buffer.data(), buffer.size()) < 1)
+        return std::nullopt;
+    return std::string(buffer.data(), std::ranges::find(buffer, '\0'));
+}
+
+std::string applicationSupportDirectory(const std::string& home) {
+    return home + "/Library/Application Support";
+}
+
+std::string trashDirectory(const std::string& home) {
+    return home + "/.Trash";
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,41 @@
+#include "platform/volume.h"
+
+#import <Foundation/Foundation.h>
+#include <sys/mount.h>
+
+#include <algorithm>
+
+#include "platform/macos/text.h"
+
+namespace ulvak::platform {
+
+std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
+    @autoreleasepool {
+        NSArray<NSURLResourceKey>* keys =
+            @[ NSURLVolumeTotalCapacityKey, NSURLVolumeAvailableCapacityForImportantUsageKey ];
+        NSDictionary<NSURLResourceKey, id>* values = [urlOf(path) resourceValuesForKeys:keys error:nil];
+        NSNumber* total = values[NSURLVolumeTotalCapacityKey];
+        NSNumber* available = values[NSURLVolumeAvailableCapacityForImportantUsageKey];
+        if (total == nil || available == nil)
+            return std::nullopt;
+        return VolumeCapacity{.total = total.longLongValue, .available = available.longLongValue};
+    }
+}
+
+std::vector<std::string> mountPoints() {
+    // Others may mount meanwhile: with some room to spare, and again when that was not enough.
+    constexpr std::size_t spare = 8;
+    std::vector<struct statfs> volumes;
+    int count = ::getfsstat(nullptr, 0, MNT_NOWAIT);
+    while (count >= 0 && static_cast<std::size_t>(count) >= volumes.size()) {
+        volumes.resize(static_cast<std::size_t>(count) + spare);
+        count =
+            ::getfsstat(volumes.data(), static_cast<int>(volumes.size() * sizeof(struct statfs)), MNT_NOWAIT);
+    }
+    std::vector<std::string> points;
+    for (int i = 0; i < count; ++i)
+        points.emplace_back(volumes[static_cast<std::size_t>(i)].f_mntonname);
+    return points;
+}
+
+}  // namespace ulvak::platform

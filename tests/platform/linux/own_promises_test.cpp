@@ -1,0 +1,104 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/sysmacros.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/directory.h"
+#include "platform/files.h"
+#include "platform/removal.h"
+#include "platform/volume.h"
+#include "support/temp_tree.h"
+
+// What Linux promises beyond what every backend does: its names are bytes, all but two of them.
+
+namespace ulvak::platform {
+namespace {
+
+using test::file;
+using test::folder;
+using test::TempTree;
+using test::textFile;
+using test::TreeEntry;
+
+/// Kind and bytes on disk of every entry.
+std::map<std::string, std::pair<EntryKind, std::int64_t>> kinds(const std::string& path) {
+    std::map<std::string, std::pair<EntryKind, std::int64_t>> seen;
+    const auto directory = Directory::open(path);
+    EXPECT_TRUE(directory);
+    EntryReader reader;
+    reader.start(*directory);
+    while (const DirectoryEntry* entry = reader.next())
+        EXPECT_TRUE(seen.try_emplace(std::string(entry->name), entry->kind, entry->allocatedSize).second);
+    EXPECT_FALSE(reader.error());
+    return seen;
+}
+
+TEST(EntryReader, ADeviceHoldsNothingAndIsNotOpened) {
+    const TempTree tree;
+    if (::mknod(tree.path("tape").c_str(), S_IFCHR | 0666, makedev(9, 0)) != 0)
+        GTEST_SKIP() << "this user cannot make devices";
+    const auto seen = kinds(tree.path());
+    EXPECT_EQ(seen.at("tape"), (std::pair(EntryKind::file, std::int64_t{0})));
+}
+
+TEST(EntryReader, ReadsNamesOfEveryByte) {
+    TempTree tree;
+    std::set<std::string> expected = {std::string(255, '\xfe'), "...", "-", "\xc3", "\xed\xa0\x80"};
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '/' && byte != '.')
+            expected.insert(std::string(1, static_cast<char>(byte)));
+    }
+    for (const std::string& name : expected)
+        tree.add({folder(name)});
+    std::set<std::string> seen;
+    for (const auto& [name, what] : kinds(tree.path()))
+        seen.insert(name);
+    EXPECT_EQ(seen, expected);
+    const auto top = Directory::open(tree.path());
+    ASSERT_TRUE(top);
+    for (const std::string& name : expected)
+        EXPECT_TRUE(top->openBelow(name.c_str())) << name;
+}
+
+TEST(ExistsIn, FindsNamesThatAreNoTextAndTellsCapitals) {
+    const TempTree tree({file("\xff\n"), file("file")});
+    EXPECT_TRUE(existsIn(tree.path(), "\xff\n"));
+    EXPECT_FALSE(existsIn(tree.path(), "FILE"));
+    EXPECT_THAT(listNames(tree.path()), testing::UnorderedElementsAre("\xff\n", "file"));
+}
+
+TEST(Removal, NamesAreBytes) {
+    std::vector<TreeEntry> entries;
+    for (int byte = 1; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        if (c == '/')
+            continue;
+        if (c != '.')
+            entries.push_back(folder(std::string(1, c), {textFile(std::string(1, c), "x")}));
+        entries.push_back(textFile(std::string(255, c), "x"));
+    }
+    const TempTree tree({folder("item", entries)});
+    const auto top = Directory::open(tree.path());
+    ASSERT_TRUE(top);
+    EXPECT_TRUE(removeEntry(*top, "item"));
+    EXPECT_FALSE(entryNumber(*top, "item"));
+}
+
+TEST(Volume, AvailableIsWhatThisUserCanWriteNotWhatIsKeptForRoot) {
+    struct statvfs info{};
+    ASSERT_EQ(::statvfs("/", &info), 0);
+    const auto capacity = volumeCapacity("/");
+    ASSERT_TRUE(capacity);
+    const auto withoutReserve = static_cast<double>(info.f_bavail) * static_cast<double>(info.f_frsize);
+    // Others write at the same time.
+    EXPECT_NEAR(static_cast<double>(capacity->available), withoutReserve, 1e9);
+}
+
+}  // namespace
+}  // namespace ulvak::platform

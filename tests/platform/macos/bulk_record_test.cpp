@@ -1,0 +1,314 @@
+#include "platform/macos/bulk_record.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+#include <string>
+#include <vector>
+
+// Buffers as the system fills them, built by hand: the parser runs wherever the tests do.
+
+namespace ulvak::platform {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t fileType = 1;
+constexpr std::uint32_t folderType = 2;
+constexpr std::uint32_t deviceType = 4;
+constexpr std::uint32_t linkType = 5;
+constexpr std::uint32_t mountPoint = 1;
+constexpr std::uint32_t trigger = 2;
+
+using Bytes = std::vector<std::byte>;
+
+template <typename Value>
+void append(Bytes& bytes, Value value) {
+    const auto* begin = reinterpret_cast<const std::byte*>(&value);
+    bytes.insert(bytes.end(), begin, begin + sizeof value);
+}
+
+template <typename Value>
+void put(Bytes& bytes, std::size_t at, Value value) {
+    std::memcpy(bytes.data() + at, &value, sizeof value);
+}
+
+/// What a record has, as the test wants it.
+struct Written {
+    std::optional<std::string> name;
+    std::optional<std::uint32_t> error;
+    std::optional<std::uint32_t> type;
+    std::optional<std::pair<std::int64_t, std::int64_t>> modified;
+    std::optional<std::uint32_t> mountStatus;
+    std::optional<std::int64_t> totalAllocated;
+    std::optional<std::int64_t> dataAllocated;
+};
+
+constexpr std::size_t setOffset = sizeof(std::uint32_t);
+constexpr std::size_t fieldsOffset = setOffset + 5 * sizeof(std::uint32_t);
+
+Bytes record(const Written& what) {
+    Bytes bytes;
+    append(bytes, std::uint32_t{0});
+    const auto bit = [](const auto& field, std::uint32_t value) { return field ? value : 0U; };
+    append(bytes, BulkBits::returnedAttributes | bit(what.name, BulkBits::name) |
+                      bit(what.error, BulkBits::error) | bit(what.type, BulkBits::objectType) |
+                      bit(what.modified, BulkBits::modified));
+    append(bytes, std::uint32_t{0});
+    append(bytes, bit(what.mountStatus, BulkBits::mountStatus));
+    append(bytes, bit(what.totalAllocated, BulkBits::totalAllocated) |
+                      bit(what.dataAllocated, BulkBits::dataAllocated));
+    append(bytes, std::uint32_t{0});
+    if (what.error)
+        append(bytes, *what.error);
+    const std::size_t reference = bytes.size();
+    if (what.name)
+        append(bytes, std::uint64_t{0});
+    if (what.type)
+        append(bytes, *what.type);
+    if (what.modified) {
+        append(bytes, what.modified->first);
+        append(bytes, what.modified->second);
+    }
+    if (what.mountStatus)
+        append(bytes, *what.mountStatus);
+    if (what.totalAllocated)
+        append(bytes, *what.totalAllocated);
+    if (what.dataAllocated)
+        append(bytes, *what.dataAllocated);
+    if (what.name) {
+        put(bytes, reference, static_cast<std::int32_t>(bytes.size() - reference));
+        put(bytes, reference + 4, static_cast<std::uint32_t>(what.name->size() + 1));
+        for (const char c : *what.name)
+            append(bytes, c);
+        append(bytes, '\0');
+    }
+    while (bytes.size() % 8 != 0)
+        append(bytes, '\0');
+    put(bytes, 0, static_cast<std::uint32_t>(bytes.size()));
+    return bytes;
+}
+
+/// The one record in a buffer.
+std::optional<BulkRecord> only(const Bytes& bytes) {
+    std::size_t position = 0;
+    return takeRecord(bytes, position);
+}
+
+const Written wholeFile{.name = "dosya.txt",
+                        .error = 0,
+                        .type = fileType,
+                        .modified = {{1'000'000'000, 123'456'789}},
+                        .totalAllocated = 12'288,
+                        .dataAllocated = 8'192};
+
+TEST(BulkRecord, HasEveryFieldOfAFile) {
+    const Bytes bytes = record(wholeFile);
+    const auto found = only(bytes);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, "dosya.txt");
+    EXPECT_EQ(found->name.data()[found->name.size()], '\0') << "others take it as a C string";
+    EXPECT_EQ(found->objectType, fileType);
+    EXPECT_EQ(found->modified, FileTime(1'000'000'000s + 123'456us));
+    EXPECT_EQ(found->mountStatus, std::nullopt);
+    EXPECT_EQ(found->totalAllocated, 12'288);
+    EXPECT_EQ(found->dataAllocated, 8'192);
+}
+
+TEST(BulkRecord, FieldsThatTheSystemLeftOutAreAbsentAndMoveTheOthersUp) {
+    for (unsigned absent = 0; absent < 32; ++absent) {
+        Written what = wholeFile;
+        if ((absent & 1U) != 0)
+            what.error.reset();
+        if ((absent & 2U) != 0)
+            what.type.reset();
+        if ((absent & 4U) != 0)
+            what.modified.reset();
+        if ((absent & 8U) != 0)
+            what.totalAllocated.reset();
+        if ((absent & 16U) != 0)
+            what.dataAllocated.reset();
+        const Bytes bytes = record(what);
+        const auto found = only(bytes);
+        ASSERT_TRUE(found) << absent;
+        EXPECT_EQ(found->name, "dosya.txt") << absent;
+        EXPECT_EQ(found->objectType, what.type) << absent;
+        EXPECT_EQ(found->modified.has_value(), what.modified.has_value()) << absent;
+        EXPECT_EQ(found->totalAllocated, what.totalAllocated) << absent;
+        EXPECT_EQ(found->dataAllocated, what.dataAllocated) << absent;
+    }
+}
+
+TEST(BulkRecord, IsReadAtAnyAddress) {
+    const Bytes bytes = record(wholeFile);
+    for (std::size_t shift = 0; shift < 16; ++shift) {
+        Bytes shifted(shift);
+        shifted.insert(shifted.end(), bytes.begin(), bytes.end());
+        std::size_t position = shift;
+        const auto found = takeRecord(shifted, position);
+        ASSERT_TRUE(found) << shift;
+        EXPECT_EQ(found->name, "dosya.txt");
+        EXPECT_EQ(found->totalAllocated, 12'288);
+        EXPECT_EQ(position, shifted.size());
+    }
+}
+
+TEST(BulkRecord, ThatIsCutAnywhereIsNone) {
+    const Bytes whole = record(wholeFile);
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+        EXPECT_FALSE(only(cut)) << size << ": its length says more than there is";
+    }
+    // A length that is too short for what the record says it has.
+    for (std::uint32_t length = 0; length < whole.size() - 7; ++length) {
+        Bytes shortened = whole;
+        put(shortened, 0, length);
+        EXPECT_FALSE(only(shortened)) << length;
+    }
+}
+
+TEST(BulkRecord, PositionStaysWhereNothingCanBeUnderstood) {
+    Bytes bytes = record(wholeFile);
+    put(bytes, 0, std::numeric_limits<std::uint32_t>::max());
+    std::size_t position = 0;
+    EXPECT_FALSE(takeRecord(bytes, position));
+    EXPECT_EQ(position, 0U);
+    position = bytes.size();
+    EXPECT_FALSE(takeRecord(bytes, position)) << "nothing is left";
+    position = bytes.size() + 1;
+    EXPECT_FALSE(takeRecord(bytes, position));
+}
+
+TEST(BulkRecord, WithFieldsThatNobodyAskedForIsNone) {
+    for (std::size_t group = 0; group < 5; ++group) {
+        for (unsigned bit = 0; bit < 32; ++bit) {
+            Bytes bytes = record(wholeFile);
+            std::uint32_t attributes = 0;
+            std::memcpy(&attributes, bytes.data() + setOffset + group * 4, 4);
+            const std::uint32_t known = group == 0   ? BulkBits::common
+                                        : group == 2 ? BulkBits::folder
+                                        : group == 3 ? BulkBits::file
+                                                     : 0U;
+            if ((known & (1U << bit)) != 0)
+                continue;
+            put(bytes, setOffset + group * 4, attributes | (1U << bit));
+            EXPECT_FALSE(only(bytes)) << group << " " << bit;
+        }
+    }
+}
+
+TEST(BulkRecord, ANameNeverLeadsOutOfItsRecord) {
+    Written what = wholeFile;
+    what.error.reset();
+    const Bytes whole = record(what);
+    const auto with = [&](std::int32_t offset, std::uint32_t length) {
+        Bytes bytes = whole;
+        put(bytes, fieldsOffset, offset);
+        put(bytes, fieldsOffset + 4, length);
+        return only(bytes);
+    };
+    const auto size = static_cast<std::int32_t>(whole.size());
+    for (const std::int32_t offset : {std::numeric_limits<std::int32_t>::min(), -1000, size, size + 1,
+                                      std::numeric_limits<std::int32_t>::max()})
+        EXPECT_FALSE(with(offset, 4)) << offset;
+    EXPECT_FALSE(with(0, static_cast<std::uint32_t>(size)));
+    EXPECT_FALSE(with(0, std::numeric_limits<std::uint32_t>::max()));
+    EXPECT_FALSE(with(size - static_cast<std::int32_t>(fieldsOffset), 0)) << "without its zero byte";
+    EXPECT_FALSE(with(48, 3)) << "cut before its zero byte";
+}
+
+TEST(BulkRecord, ANameThatNoEntryCanHaveIsLeftOut) {
+    for (const std::string name : {"", ".", "..", "a/b", "/", "../a"}) {
+        Written what = wholeFile;
+        what.name = name;
+        const Bytes bytes = record(what);
+        const auto found = only(bytes);
+        ASSERT_TRUE(found) << name;
+        EXPECT_TRUE(found->name.empty()) << name;
+        EXPECT_FALSE(entryOf(*found)) << name;
+    }
+    for (const std::string& name : {std::string("..."), std::string("çğıöşü"), std::string(765, 'x')}) {
+        Written what = wholeFile;
+        what.name = name;
+        const Bytes bytes = record(what);
+        EXPECT_EQ(only(bytes)->name, name);
+    }
+}
+
+TEST(BulkEntry, AnEntryWithAnErrorIsPassedOver) {
+    const Bytes bytes = record({.name = "a", .error = 13});
+    const auto found = only(bytes);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->error, 13U);
+    EXPECT_EQ(found->name, "a");
+    EXPECT_FALSE(entryOf(*found));
+    EXPECT_FALSE(entryOf(*only(record({.name = "a", .error = 13, .type = fileType}))));
+    EXPECT_FALSE(entryOf(*only(record({.name = "a", .error = 0})))) << "of what kind nobody knows";
+}
+
+TEST(BulkEntry, TellsTheKinds) {
+    const auto kindOf = [](const Written& what) {
+        const Bytes bytes = record(what);
+        return entryOf(*only(bytes))->kind;
+    };
+    EXPECT_EQ(kindOf({.name = "a", .type = fileType}), EntryKind::file);
+    EXPECT_EQ(kindOf({.name = "a", .type = deviceType}), EntryKind::file);
+    EXPECT_EQ(kindOf({.name = "a", .type = linkType}), EntryKind::link);
+    EXPECT_EQ(kindOf({.name = "a", .type = folderType}), EntryKind::directory);
+    EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = 0}), EntryKind::directory);
+    EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = mountPoint}), EntryKind::volume);
+    EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = trigger}), EntryKind::volume)
+        << "it would be mounted by whoever looks";
+}
+
+TEST(BulkEntry, CountsAllForksOfAFileElseItsDataElseNothing) {
+    const auto sizeOf = [](const Written& what) {
+        const Bytes bytes = record(what);
+        return entryOf(*only(bytes))->allocatedSize;
+    };
+    EXPECT_EQ(sizeOf(wholeFile), 12'288);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .dataAllocated = 4'096}), 4'096);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType}), 0);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = -1}), 0);
+    EXPECT_EQ(sizeOf({.name = "a", .type = linkType, .totalAllocated = 4'096}), 0) << "links hold nothing";
+}
+
+TEST(BulkEntry, HoldsDatesBeyondTheRangeAtItsEnds) {
+    const auto dateOf = [](std::int64_t seconds) {
+        const Bytes bytes = record({.name = "a", .type = fileType, .modified = {{seconds, 0}}});
+        return entryOf(*only(bytes))->modified;
+    };
+    EXPECT_EQ(dateOf(std::numeric_limits<std::int64_t>::max()), FileTime::max());
+    EXPECT_EQ(dateOf(std::numeric_limits<std::int64_t>::min()), FileTime::min());
+    EXPECT_EQ(dateOf(-1), FileTime(-1s));
+}
+
+TEST(BulkRecords, FollowOneAnotherThroughSeveralBatchesInOneBuffer) {
+    // The system fills the same buffer again and again; what an earlier batch left behind its end is never
+    // read.
+    const std::vector<std::vector<std::string>> batches = {
+        {"first of the longest batch", "b", "c with another name"}, {"d"}, {}, {"e", "f"}};
+    Bytes buffer(4096, std::byte{0xFF});
+    std::vector<std::string> seen;
+    for (const auto& batch : batches) {
+        std::size_t end = 0;
+        for (const std::string& name : batch) {
+            const Bytes bytes = record({.name = name, .type = fileType});
+            std::memcpy(buffer.data() + end, bytes.data(), bytes.size());
+            end += bytes.size();
+        }
+        std::size_t position = 0;
+        for (std::size_t left = batch.size(); left > 0; --left) {
+            const auto found = takeRecord(buffer, position);
+            ASSERT_TRUE(found);
+            seen.emplace_back(found->name);
+        }
+        EXPECT_EQ(position, end);
+    }
+    EXPECT_EQ(seen, (std::vector<std::string>{"first of the longest batch", "b", "c with another name", "d",
+                                              "e", "f"}));
+}
+
+}  // namespace
+}  // namespace ulvak::platform

@@ -1,0 +1,51 @@
+#include "support/system.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <stdio.h>  // NOLINT(modernize-deprecated-headers): renamex_np
+#include <unistd.h>
+
+#include "support/isolation.h"
+
+namespace ulvak::test {
+namespace {
+
+constexpr const char* noMounts = "this system has no mounts of a process's own";
+
+}  // namespace
+
+std::optional<std::string> detail::separateMounts() {
+    return noMounts;
+}
+
+testing::AssertionResult mountMemory(const std::string& /*path*/, const std::string& /*options*/) {
+    return testing::AssertionFailure() << noMounts;
+}
+
+testing::AssertionResult mountAgain(const std::string& /*source*/, const std::string& /*path*/) {
+    return testing::AssertionFailure() << noMounts;
+}
+
+int exchange(const std::string& one, const std::string& other) {
+    return ::renamex_np(one.c_str(), other.c_str(), RENAME_SWAP);
+}
+
+int allocate(int handle, std::int64_t bytes) {
+    fstore_t room{.fst_flags = F_ALLOCATEALL,
+                  .fst_posmode = F_PEOFPOSMODE,
+                  .fst_offset = 0,
+                  .fst_length = bytes,
+                  .fst_bytesalloc = 0};
+    return ::fcntl(handle, F_PREALLOCATE, &room) == -1 ? -1 : ::ftruncate(handle, bytes);
+}
+
+std::size_t openHandles() {
+    // The system gives the lowest number that is free, and no test holds more than this.
+    constexpr int mostHandles = 4096;
+    std::size_t open = 0;
+    for (int handle = 0; handle < mostHandles; ++handle)
+        open += ::fcntl(handle, F_GETFD) != -1 ? 1U : 0U;
+    return open;
+}
+
+}  // namespace ulvak::test
