@@ -5,12 +5,23 @@ function(ulvak_common target)
   # Every field of our records has a default: leaving one out is what designated initialisers are for. GCC 12
   # sees overlaps that are none in "x" + std::string, and clang the standard library's own use of what that
   # library has deprecated.
-  target_compile_options(${target} PRIVATE
+  set(ours "$<COMPILE_LANGUAGE:CXX,OBJCXX>")  # Swift takes none of this
+  set(warnings
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wno-missing-field-initializers
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
-    $<$<CXX_COMPILER_ID:Clang>:-Wno-deprecated-declarations>
+    $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wno-deprecated-declarations>
     $<$<BOOL:${ULVAK_STRICT}>:-Werror>)
+  target_compile_options(${target} PRIVATE "$<${ours}:${warnings}>")
+  if(APPLE)
+    # std::stop_token is experimental in this standard library; all of it is in headers. QCoro uses
+    # std::exception_ptr without including what declares it.
+    target_compile_definitions(${target} PRIVATE "$<${ours}:_LIBCPP_ENABLE_EXPERIMENTAL>")
+    target_compile_options(${target} PRIVATE
+      "$<${ours}:SHELL:-include exception>" "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>")
+    # The Swift in it is a library like others.
+    set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+  endif()
   if(ULVAK_SANITIZE)
     # What GCC 12 makes of instrumented code looks to it as if it read what was never written.
     target_compile_options(${target} PRIVATE -fsanitize=${ULVAK_SANITIZE} -fno-omit-frame-pointer

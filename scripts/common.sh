@@ -7,11 +7,20 @@ cores() {
     getconf _NPROCESSORS_ONLN
 }
 
+on_macos() {
+    [[ $(uname) == Darwin ]]
+}
+
 # configure PRESET: only when there is nothing to build from; ninja repeats it whenever it has to.
 # TMPDIR is left to the program that is run afterwards: it may name a folder made for a demonstration.
 configure() {
     if [[ ! -f "$root/build/$1/build.ninja" ]]; then
-        (cd "$root" && env -u TMPDIR cmake --preset "$1")
+        # Homebrew's libraries have presets of their own, which build in the same folder.
+        if on_macos && [[ $1 == release || $1 == dev ]]; then
+            (cd "$root" && cmake --preset "macos-$1")
+        else
+            (cd "$root" && env -u TMPDIR cmake --preset "$1")
+        fi
     fi
 }
 
