@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "platform/macos/answer_schema.h"
+
 namespace ulvak {
 namespace {
 
@@ -148,6 +150,22 @@ TEST(AIVerdict, EndlessTextsAreCut) {
     EXPECT_EQ(verdict->title.size(), 2 * (AIVerdict::longestTitle - 1) + 3);
     EXPECT_TRUE(verdict->title.ends_with("ü…"));
     EXPECT_EQ(verdict->reason.size(), 2 * (AIVerdict::longestReason - 1) + 3);
+}
+
+TEST(AIVerdict, ItsSchemaIsOneThatTheModelOfAMacCanBeHeldTo) {
+    using platform::AnswerProperty;
+    const auto properties = platform::answerProperties(AIVerdict::schema());
+    ASSERT_TRUE(properties);
+    ASSERT_EQ(properties->size(), 4U);
+    EXPECT_EQ(properties->at(0).name, "level");
+    EXPECT_EQ(properties->at(0).choices,
+              (std::vector<std::string>{"safe", "regenerable", "caution", "keep"}));
+    EXPECT_EQ(properties->at(1).name, "title");
+    EXPECT_EQ(properties->at(2).kind, AnswerProperty::Kind::text);
+    EXPECT_EQ(properties->at(3).kind, AnswerProperty::Kind::integer);
+    EXPECT_EQ(properties->at(3).most, 100);
+    for (const AnswerProperty& property : *properties)
+        EXPECT_FALSE(property.description.empty()) << property.name;
 }
 
 }  // namespace

@@ -51,14 +51,15 @@ bool leadsToSomethingNear(const std::string& folder, const std::string& name) {
             at.resize(std::min(at.rfind('/'), at.size()));
             continue;
         }
-        const std::string here = at + "/" + part;
+        std::string here = at;
+        here.append("/").append(part);
         if (std::ranges::find(volumes, here) != volumes.end())
             return false;
         struct stat info{};
         if (::lstat(here.c_str(), &info) != 0)
             return false;
         if (!S_ISLNK(info.st_mode)) {
-            at = here;
+            at = std::move(here);
             continue;
         }
         const auto target = linkTarget(here);

@@ -21,19 +21,22 @@ public:
         const std::scoped_lock lock(self.mutex_);
         self.code_ = code;
         self.text_ = text != nullptr ? text : "";
+        self.isSettled_ = true;
         self.settled_.notify_one();
     }
 
     std::pair<std::int32_t, std::string> wait() {
         std::unique_lock lock(mutex_);
-        settled_.wait(lock, [this] { return code_.has_value(); });
-        return {*code_, std::move(text_)};
+        settled_.wait(lock, [this] { return isSettled_; });
+        return {code_, std::move(text_)};
     }
 
 private:
     std::mutex mutex_;
     std::condition_variable settled_;
-    std::optional<std::int32_t> code_;  ///< guarded by `mutex_`, as the text is
+    // All three are guarded by `mutex_`.
+    bool isSettled_ = false;
+    std::int32_t code_ = 0;
     std::string text_;
 };
 

@@ -1,6 +1,7 @@
 #include <mach-o/dyld.h>
 
 #include <cstdint>
+#include <cstring>
 
 #include "platform/files.h"
 #include "platform/program.h"
@@ -13,7 +14,8 @@ std::optional<std::string> ownProgram() {
     std::string path(size, '\0');
     if (::_NSGetExecutablePath(path.data(), &size) != 0)
         return std::nullopt;
-    return resolvedPath(path.c_str());
+    path.resize(std::strlen(path.c_str()));
+    return resolvedPath(path);
 }
 
 }  // namespace ulvak::platform

@@ -167,6 +167,7 @@ const NameReader::Entry* NameReader::next() {
         }
         if (record->name.empty())
             continue;
+        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): a record's name ends in a zero byte
         entry_ = {.name = record->name.data(), .isFolder = record->isFolder()};
         return &entry_;
     }

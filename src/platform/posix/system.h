@@ -34,7 +34,7 @@ namespace ulvak::platform::posix {
 class QuietAccess {
 public:
     QuietAccess();
-    ~QuietAccess();
+    ~QuietAccess();  // NOLINT(performance-trivially-destructible): not on every system
     QuietAccess(const QuietAccess&) = delete;
     QuietAccess& operator=(const QuietAccess&) = delete;
 };

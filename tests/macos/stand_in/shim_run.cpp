@@ -8,8 +8,9 @@
 
 #include "platform/language_model.h"
 
-// Runs the program's own side of the shim against the stand-in: every state, every error, an answer, a stop. Ends
-// with 0 when all is as it has to be. Without a test library, for it runs where the rest of the tests do not.
+// Runs the program's own side of the shim against the stand-in: every state, every error, an answer, a stop.
+// Ends with 0 when all is as it has to be. Without a test library, for it runs where the rest of the tests do
+// not.
 
 namespace {
 
@@ -28,11 +29,12 @@ ModelRequest request(const std::string& prompt) {
     return {.instructions = "Türkçe yaz.\nİki satır.",
             .prompt = prompt,
             .answerName = "Answer",
-            .answerSchema = R"({"type":"object","properties":{)"
-                            R"("level":{"description":"Ne kadar güvenli","type":"string","enum":["safe","keep"]},)"
-                            R"("title":{"type":"string"},)"
-                            R"("confidence":{"type":"integer","minimum":0,"maximum":100}},)"
-                            R"("required":["level","title","confidence"],"additionalProperties":false})",
+            .answerSchema =
+                R"({"type":"object","properties":{)"
+                R"("level":{"description":"Ne kadar güvenli","type":"string","enum":["safe","keep"]},)"
+                R"("title":{"type":"string"},)"
+                R"("confidence":{"type":"integer","minimum":0,"maximum":100}},)"
+                R"("required":["level","title","confidence"],"additionalProperties":false})",
             .temperature = 0.2};
 }
 
@@ -61,11 +63,13 @@ void checkErrors() {
         const char* text;
     };
     const std::vector<Row> rows = {
-        {"session:guardrailViolation", Kind::guardrailViolation, Family::session, "session: guardrailViolation"},
+        {"session:guardrailViolation", Kind::guardrailViolation, Family::session,
+         "session: guardrailViolation"},
         {"session:refusal", Kind::refusal, Family::session, "session: refusal"},
         {"session:unsupportedLanguageOrLocale", Kind::unsupportedLanguage, Family::session,
          "session: unsupportedLanguageOrLocale"},
-        {"session:exceededContextWindowSize", Kind::other, Family::session, "session: exceededContextWindowSize"},
+        {"session:exceededContextWindowSize", Kind::other, Family::session,
+         "session: exceededContextWindowSize"},
         {"session:assetsUnavailable", Kind::other, Family::session, "session: assetsUnavailable"},
         {"session:unsupportedGuide", Kind::other, Family::session, "session: unsupportedGuide"},
         {"session:decodingFailure", Kind::other, Family::session, "session: decodingFailure"},
@@ -91,10 +95,10 @@ void checkErrors() {
 
 void checkAnswer() {
     const auto answer = systemLanguageModel().respond(request("Bu klasör ne?"));
-    const nlohmann::json expected = {
-        "Türkçe yaz.\nİki satır.", "Bu klasör ne?",
-        "Answer {level(Ne kadar güvenli): levelChoice of safe|keep; title(-): String; confidence(-): Int 0...100}",
-        "true", "0.2"};
+    const nlohmann::json expected = {"Türkçe yaz.\nİki satır.", "Bu klasör ne?",
+                                     "Answer {level(Ne kadar güvenli): levelChoice of safe|keep; title(-): "
+                                     "String; confidence(-): Int 0...100}",
+                                     "true", "0.2"};
     expect(answer && nlohmann::json::parse(*answer, nullptr, false) == expected, "an answer");
     ModelRequest unusable = request("x");
     unusable.answerSchema = "[]";
@@ -121,8 +125,9 @@ void checkStop() {
     expect(!stopped && stopped.error().kind == Kind::other, "stopped before it began");
 
     std::stop_source meanwhile;
-    auto answer = std::async(std::launch::async,
-                             [&] { return systemLanguageModel().respond(request("deaf"), meanwhile.get_token()); });
+    auto answer = std::async(std::launch::async, [&] {
+        return systemLanguageModel().respond(request("deaf"), meanwhile.get_token());
+    });
     meanwhile.request_stop();
     expect(!answer.get(), "stopped while it runs, though the framework does not hear it");
 }

@@ -1,9 +1,9 @@
 #ifndef ULVAK_DECLARATIONS_FOUNDATION_H
 #define ULVAK_DECLARATIONS_FOUNDATION_H
 
-// The calls of Foundation that this program makes, declared by hand from the vendor's documentation, so that they
-// are checked where there is no Mac. A call that is not here does not compile: whoever adds one reads its page
-// first. On a Mac the system's own headers are used, never these.
+// The calls of Foundation that this program makes, declared by hand from the vendor's documentation, so that
+// they are checked where there is no Mac. A call that is not here does not compile: whoever adds one reads
+// its page first. On a Mac the system's own headers are used, never these.
 //
 // The page of each declaration stands above it, without what they all begin with:
 // developer.apple.com/documentation/
@@ -32,7 +32,7 @@ typedef struct {
 
 @protocol NSFastEnumeration
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id __unsafe_unretained ULVAK_NULLABLE [_Nonnull])buffer
+                                  objects:(id __unsafe_unretained ULVAK_NULLABLE[_Nonnull])buffer
                                     count:(NSUInteger)len;
 @end
 
@@ -46,7 +46,7 @@ typedef struct {
 
 // objectivec/nsobject-swift.class
 __attribute__((objc_root_class))
-@interface NSObject <NSObject>
+@interface NSObject<NSObject>
 @end
 
 // foundation/nsstring
@@ -70,15 +70,15 @@ __attribute__((objc_root_class))
 @end
 
 // foundation/nsarray
-@interface NSArray <__covariant ObjectType> : NSObject <NSFastEnumeration>
+@interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
 // foundation/nsarray/count
 @property(readonly) NSUInteger count;
 // foundation/nsarray/arraywithobjects:count: (what @[…] calls)
-+ (instancetype)arrayWithObjects:(const ObjectType _Nonnull [_Nullable])objects count:(NSUInteger)cnt;
++ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)cnt;
 @end
 
 // foundation/nsmutablearray
-@interface NSMutableArray <ObjectType> : NSArray <ObjectType>
+@interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 // foundation/nsarray/array
 + (instancetype)array;
 // foundation/nsmutablearray/addobject:
@@ -86,7 +86,7 @@ __attribute__((objc_root_class))
 @end
 
 // foundation/nsdictionary
-@interface NSDictionary <__covariant KeyType, __covariant ObjectType> : NSObject
+@interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject
 // foundation/nsdictionary/objectforkeyedsubscript: (what dictionary[key] calls)
 - (ObjectType ULVAK_NULLABLE)objectForKeyedSubscript:(KeyType)key;
 @end
