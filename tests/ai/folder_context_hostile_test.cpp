@@ -145,6 +145,8 @@ TEST(FolderContextHostile, TextStaysWithinItsBoundWhateverTheFolderHolds) {
 }
 
 TEST(FolderContextHostile, NothingIsOpenedButTheFilesThatAreExcerpted) {
+    if (const auto reason = OpenWatch::whyNone())
+        GTEST_SKIP() << *reason;
     const FactWorld world(
         {folder("a", {textFile("one.txt", "bir"), textFile("code.cpp", "x"), file("data.bin", 5'000),
                       fifo("pipe.txt"), socket("socket.txt"), link("link.txt", "one.txt"),
@@ -158,6 +160,8 @@ TEST(FolderContextHostile, NothingIsOpenedButTheFilesThatAreExcerpted) {
 }
 
 TEST(FolderContextHostile, NothingIsOpenedWhenAllContentsAreElsewhere) {
+    if (const auto reason = OpenWatch::whyNone())
+        GTEST_SKIP() << *reason;
     const FactWorld world({folder("a", {sparseFile("a.txt", 1'000), sparseFile("b.json", 199'999)})});
     const OpenWatch watch(world.home("a"));
     ASSERT_TRUE(watch.isWatching());
@@ -168,6 +172,8 @@ TEST(FolderContextHostile, NothingIsOpenedWhenAllContentsAreElsewhere) {
 }
 
 TEST(FolderContextHostile, MinimalTextOpensNoFileAtAll) {
+    if (const auto reason = OpenWatch::whyNone())
+        GTEST_SKIP() << *reason;
     const FactWorld world({folder("a", {textFile("one.txt", "bir")})});
     const OpenWatch watch(world.home("a"));
     ASSERT_TRUE(watch.isWatching());

@@ -13,6 +13,7 @@
 #include "core/text.h"
 #include "scan/shell.h"
 #include "support/environment.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {
@@ -138,14 +139,8 @@ TEST_F(Program, HostileNamesStayOneLineEach) {
 /// Everything that a scan must leave as it was, by path.
 std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) {
     std::map<std::string, std::vector<std::int64_t>> result;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
-        struct stat info{};
-        EXPECT_EQ(::lstat(entry.path().c_str(), &info), 0);
-        result[entry.path()] = {info.st_size,         info.st_blocks,
-                                info.st_mode,         info.st_mtim.tv_sec,
-                                info.st_mtim.tv_nsec, info.st_ctim.tv_sec,
-                                info.st_ctim.tv_nsec, static_cast<std::int64_t>(info.st_ino)};
-    }
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path))
+        result[entry.path()] = test::stateOf(entry.path());
     return result;
 }
 

@@ -1,9 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <linux/fs.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
@@ -13,6 +11,7 @@
 #include <thread>
 
 #include "clean_support.h"
+#include "support/system.h"
 
 // Somebody swaps folders for links to a folder of canaries while they are cleaned. Whoever follows such a
 // link kills canaries: they bear the names of what is cleaned.
@@ -66,8 +65,7 @@ private:
             if (quits_)
                 return;
             while (isOn_) {
-                if (::syscall(SYS_renameat2, AT_FDCWD, first_.c_str(), AT_FDCWD, second_.c_str(),
-                              RENAME_EXCHANGE) == 0)
+                if (test::exchange(first_, second_) == 0)
                     ++swaps_;
             }
             setAtWork(false);

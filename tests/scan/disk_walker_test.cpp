@@ -18,6 +18,7 @@
 #include "platform/files.h"
 #include "platform/package_name.h"
 #include "support/isolation.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {
@@ -345,7 +346,7 @@ TEST(DiskWalker, MoreFoldersThanHandlesAreAllCounted) {
 TEST(DiskWalker, AllHandlesComeBack) {
     TempTree tree;
     addLadder(tree, 50);
-    const auto openHandles = [] { return platform::listNames("/proc/self/fd").size(); };
+    using test::openHandles;
     const std::size_t before = openHandles();
     (void)Walk().root(tree.path());
     EXPECT_EQ(openHandles(), before);

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "scan/disk_walker.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {
@@ -49,12 +50,6 @@ private:
     std::mt19937 random_;
 };
 
-FileTime modified(const struct stat& info) {
-    return FileTime(
-        std::chrono::seconds(info.st_mtim.tv_sec) +
-        std::chrono::duration_cast<FileTime::duration>(std::chrono::nanoseconds(info.st_mtim.tv_nsec)));
-}
-
 /// The walk as it would be written if there were all the time in the world.
 DirNode plainWalk(const std::string& path, std::string url, std::optional<FileTime> date,
                   std::int64_t keepThreshold) {
@@ -68,11 +63,11 @@ DirNode plainWalk(const std::string& path, std::string url, std::optional<FileTi
             continue;
         const std::string name = entry.path().filename();
         if (S_ISDIR(info.st_mode)) {
-            folders.push_back(plainWalk(entry.path(), name, modified(info), keepThreshold));
+            folders.push_back(plainWalk(entry.path(), name, test::modifiedOf(info), keepThreshold));
             continue;
         }
         files.push_back(
-            {.url = name, .size = info.st_blocks * 512, .fileCount = 1, .modified = modified(info)});
+            {.url = name, .size = info.st_blocks * 512, .fileCount = 1, .modified = test::modifiedOf(info)});
     }
     for (std::vector<DirNode>* kind : {&folders, &files}) {
         for (DirNode& child : *kind) {

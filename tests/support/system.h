@@ -1,9 +1,14 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "platform/file_time.h"
 
 /// What tests ask of the system, and each system answers in its own way. Those that return an `int` return -1
 /// with `errno` set when they fail.
@@ -17,6 +22,13 @@ int allocate(int handle, std::int64_t bytes);
 
 /// How many handles this process has open.
 [[nodiscard]] std::size_t openHandles();
+
+/// All that the system keeps of an entry, a link's own, and that changes when somebody changes it: whatever
+/// is left as it was compares equal. The access date is not among it.
+[[nodiscard]] std::vector<std::int64_t> stateOf(const std::string& path);
+
+/// When an entry was last changed, by what a look at it says.
+[[nodiscard]] FileTime modifiedOf(const struct stat& info);
 
 namespace detail {
 

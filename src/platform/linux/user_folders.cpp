@@ -4,24 +4,17 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/posix/environment.h"
 
 namespace ulvak::platform {
 namespace {
 
-/// An environment variable that holds an absolute path. An empty or relative one says nothing about
-/// where the folder is, and counts as unset.
-std::optional<std::string> absoluteFromEnvironment(const char* name) {
-    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
-    if (value == nullptr || value[0] != '/')
-        return std::nullopt;
-    return value;
-}
+using posix::absoluteFromEnvironment;
 
 bool leadsToRoot(const std::string& path) {
     return resolvedPath(path).value_or(std::filesystem::path(path).lexically_normal()) == "/";

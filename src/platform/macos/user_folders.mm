@@ -7,10 +7,15 @@
 #include <array>
 
 #include "platform/macos/text.h"
+#include "platform/posix/environment.h"
 
 namespace ulvak::platform {
 
 std::string homeDirectory() {
+    // Foundation does not look there. But whoever runs a program with another HOME, to try it or to test it,
+    // must not be offered his own files for deletion.
+    if (auto home = posix::absoluteFromEnvironment("HOME"))
+        return *home;
     @autoreleasepool {
         std::string home = pathOf(NSFileManager.defaultManager.homeDirectoryForCurrentUser);
         // A user whom the system does not know has no home: an empty place is better than somebody else's.

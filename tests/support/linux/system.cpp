@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -69,6 +70,20 @@ int allocate(int handle, std::int64_t bytes) {
 
 std::size_t openHandles() {
     return platform::listNames("/proc/self/fd").size();
+}
+
+std::vector<std::int64_t> stateOf(const std::string& path) {
+    struct stat info{};
+    EXPECT_EQ(::lstat(path.c_str(), &info), 0) << path;
+    return {info.st_size,         info.st_blocks,
+            info.st_mode,         info.st_mtim.tv_sec,
+            info.st_mtim.tv_nsec, info.st_ctim.tv_sec,
+            info.st_ctim.tv_nsec, static_cast<std::int64_t>(info.st_ino)};
+}
+
+FileTime modifiedOf(const struct stat& info) {
+    return FileTime(std::chrono::seconds(info.st_mtim.tv_sec)) +
+           std::chrono::duration_cast<FileTime::duration>(std::chrono::nanoseconds(info.st_mtim.tv_nsec));
 }
 
 }  // namespace ulvak::test

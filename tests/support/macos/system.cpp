@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdio.h>  // NOLINT(modernize-deprecated-headers): renamex_np
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/isolation.h"
@@ -46,6 +47,25 @@ std::size_t openHandles() {
     for (int handle = 0; handle < mostHandles; ++handle)
         open += ::fcntl(handle, F_GETFD) != -1 ? 1U : 0U;
     return open;
+}
+
+std::vector<std::int64_t> stateOf(const std::string& path) {
+    struct stat info{};
+    EXPECT_EQ(::lstat(path.c_str(), &info), 0) << path;
+    return {info.st_size,
+            info.st_blocks,
+            info.st_mode,
+            info.st_mtimespec.tv_sec,
+            info.st_mtimespec.tv_nsec,
+            info.st_ctimespec.tv_sec,
+            info.st_ctimespec.tv_nsec,
+            static_cast<std::int64_t>(info.st_ino)};
+}
+
+FileTime modifiedOf(const struct stat& info) {
+    return FileTime(std::chrono::seconds(info.st_mtimespec.tv_sec)) +
+           std::chrono::duration_cast<FileTime::duration>(
+               std::chrono::nanoseconds(info.st_mtimespec.tv_nsec));
 }
 
 }  // namespace ulvak::test

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "clean_support.h"
+#include "clean/clean_support.h"
 
 namespace ulvak {
 namespace {

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "clean_support.h"
+#include "clean/clean_support.h"
 
 // What the system refuses. Each finding has three items, of which the second cannot be cleaned: the first is
 // gone then, the third untouched, and the result is the system's error.

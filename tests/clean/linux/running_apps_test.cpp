@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "clean_support.h"
+#include "clean/clean_support.h"
 #include "support/turkish_locale.h"
 
 namespace ulvak {
