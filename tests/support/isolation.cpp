@@ -11,6 +11,10 @@
 
 #include "support/system.h"
 
+/// Of the build that counts which lines are reached; it counts at the end of a process, which a child's is
+/// not.
+extern "C" [[gnu::weak]] void __gcov_dump();  // NOLINT(bugprone-reserved-identifier): its own name
+
 namespace ulvak::test {
 namespace {
 
@@ -53,6 +57,8 @@ std::optional<std::string> forked(const Preparation& prepare, const Body& body) 
     if (child == 0) {
         const int status = runAsChild(prepare, body);
         std::fflush(nullptr);
+        if (__gcov_dump != nullptr)
+            __gcov_dump();
         ::_exit(status);  // no destructors: they would remove what belongs to the parent
     }
     int status = 0;
