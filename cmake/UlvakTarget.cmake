@@ -57,6 +57,6 @@ function(ulvak_test folder)
   ulvak_common(${program})
   gtest_discover_tests(${program}
     TEST_PREFIX "${folder}/"
-    PROPERTIES TIMEOUT 300
+    PROPERTIES TIMEOUT 900
     DISCOVERY_TIMEOUT 60)
 endfunction()
