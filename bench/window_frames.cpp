@@ -52,7 +52,7 @@ using Application = TimedApplication<QGuiApplication>;
 constexpr double longestFrame = 16;  // ms
 constexpr double firstFrame = 400;   // ms
 constexpr int wheelTurns = 400;
-constexpr std::string_view childFlag = "--one-first-frame";
+constexpr const char* childFlag = "--one-first-frame";
 
 struct Options {
     std::size_t runs = 9;
@@ -224,7 +224,7 @@ double timeToFirstFrame(const std::string& program) {
     const pid_t child = ::fork();
     if (child == 0) {
         ::dup2(ends[1], STDOUT_FILENO);
-        ::execl(program.c_str(), program.c_str(), childFlag.data(), nullptr);
+        ::execl(program.c_str(), program.c_str(), childFlag, nullptr);
         ::_exit(127);
     }
     ::close(ends[1]);
