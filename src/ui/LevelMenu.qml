@@ -1,3 +1,4 @@
+import QtQml
 import QtQuick
 
 /// The levels that a finding can be given, and the way back to its first.
@@ -14,14 +15,17 @@ MenuPanel {
     // Made when it is opened first: menus are many, and most stay closed.
     onAboutToShow: isNeeded = true
 
-    Repeater {
+    // Put in by hand: lines that a repeater makes later come after those that are there.
+    Instantiator {
         model: root.isNeeded ? root.app.levelChoices : []
-        MenuLine {
+        delegate: MenuLine {
             required property var modelData
             objectName: "level-" + modelData.level
             text: modelData.title
             onTriggered: root.app.setLevel(modelData.level, root.token)
         }
+        onObjectAdded: (index, line) => root.insertItem(index, line)
+        onObjectRemoved: (_, line) => root.removeItem(line)
     }
     MenuRule {
         visible: root.canReset

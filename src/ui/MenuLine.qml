@@ -13,6 +13,7 @@ MenuItem {
     rightPadding: Theme.spaceM + (subMenu ? Theme.spaceL : 0)
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     font.pixelSize: Theme.body
+    activeFocusOnTab: visible  // what the arrow keys of a menu go by
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text

@@ -147,6 +147,30 @@ TEST_F(DetailViewTest, WhatCannotBeCleanedSaysWhyAndOffersTheRest) {
     EXPECT_TRUE(waitUntil([&] { return app->finding("/v/a")->level == SafetyLevel::caution; }));
 }
 
+TEST_F(DetailViewTest, LevelsAreChosenByKeyboardFromTheFirstOn) {
+    show({finding("/v/a", SafetyLevel::safe)});
+    app->setLevel(SafetyLevel::safe, "/v/a");
+    focus(QStringLiteral("relabel"));
+    key(Qt::Key_Tab);
+    key(Qt::Key_Backtab, Qt::ShiftModifier);  // the focus is there by keyboard
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("detailLevels")); }));
+    settle();
+    double above = -1;
+    for (const char* name :
+         {"level-safe", "level-regenerable", "level-caution", "level-keep", "level-unknown", "reset"}) {
+        const QQuickItem* line = inPopup(QStringLiteral("detailLevels"), QString::fromLatin1(name));
+        ASSERT_NE(line, nullptr) << name;
+        EXPECT_GT(line->mapToScene({}).y(), above) << name;
+        above = line->mapToScene({}).y();
+    }
+    EXPECT_EQ(focused(), QStringLiteral("level-safe"));
+    key(Qt::Key_Down);
+    EXPECT_EQ(focused(), QStringLiteral("level-regenerable"));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(waitUntil([&] { return app->finding("/v/a")->level == SafetyLevel::regenerable; }));
+}
+
 TEST_F(DetailViewTest, FortyChildrenAreTwelveAndALine) {
     Finding full = finding("/v/a", SafetyLevel::safe);
     for (int number = 0; number < 40; ++number)

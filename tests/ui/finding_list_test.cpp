@@ -334,6 +334,24 @@ TEST_F(FindingListTest, TheMenuKeyOpensTheMenuAndArrowsChooseInIt) {
     EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("rows"); })) << focused().toStdString();
 }
 
+TEST_F(FindingListTest, TheArrowsOfAMenuPassOverWhatItDoesNotShow) {
+    stage.status = AIStatus{.unavailable = "Yok."};
+    stage.result = {uncleanable(finding("/v/a", SafetyLevel::safe))};
+    openScanned(QStringLiteral("safe"));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_Down);
+    key(Qt::Key_Menu);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
+    key(Qt::Key_Down);  // past the model's line
+    key(Qt::Key_Right);
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
+    key(Qt::Key_Left);
+    ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("levelMenu")); }));
+    key(Qt::Key_Down);  // not to the line that would move it
+    EXPECT_TRUE(window->activeFocusItem()->isVisible());
+    EXPECT_EQ(window->activeFocusItem()->property("text").toString(), QStringLiteral("Etiketi Değiştir"));
+}
+
 TEST_F(FindingListTest, OnlyTheRowsInSightExist) {
     for (int number = 0; number < 5000; ++number)
         stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::safe, 10'000 - number));
