@@ -116,6 +116,10 @@ ListView {
         selected: root.selection.revision >= 0 && root.selection.contains(findingId)
         focused: root.activeFocus && root.Window.active && root.selection.currentRow === index
 
+        // Kept for another finding: until then a screen reader must not be told of the one that has gone.
+        ListView.onPooled: visible = false
+        ListView.onReused: visible = true
+
         onPressed: modifiers => {
             root.forceActiveFocus(Qt.MouseFocusReason)
             root.selection.press(index, modifiers)

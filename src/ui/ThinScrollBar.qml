@@ -9,6 +9,8 @@ ScrollBar {
     minimumSize: 0.06
     policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
 
+    Accessible.ignored: true  // the keys scroll what it belongs to
+
     contentItem: Rectangle {
         implicitWidth: Math.round((root.hovered || root.pressed ? 8 : 6) * Theme.u)
         implicitHeight: implicitWidth

@@ -109,6 +109,25 @@ TEST_F(AccessibilityTest, EveryControlOfListAndDetailHasAName) {
     EXPECT_GE(checkNames(), 16);
 }
 
+/// The list keeps its item to be used again.
+TEST_F(AccessibilityTest, ARowThatHasGoneIsNotTold) {
+    openDetail();
+    const auto told = [&] {
+        QStringList names;
+        QAccessibleInterface* rows = QAccessible::queryAccessibleInterface(item(QStringLiteral("rows")));
+        for (int index = 0; index < rows->childCount(); ++index) {
+            if (rows->child(index)->role() == QAccessible::ListItem && !rows->child(index)->state().invisible)
+                names.append(rows->child(index)->text(QAccessible::Name).section(u',', 0, 0));
+        }
+        return names;
+    };
+    EXPECT_EQ(told(), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    click(QStringLiteral("moveToTrash"));
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return told() == QStringList(QStringLiteral("b")); }))
+        << told().join(u' ').toStdString();
+}
+
 TEST_F(AccessibilityTest, RowsSayWhatTheyShowAndWhetherTheyAreSelected) {
     openDetail();
     const auto told = [&](const char* title) {
