@@ -1,0 +1,222 @@
+"""A desktop with the program on it, and hands to use it: real keys and a real pointer."""
+
+import http.server
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import unittest
+
+import accessible
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAM = os.environ.get("ULVAK_PROGRAM", str(ROOT / "build/release/src/ulvak"))
+PATIENCE_S = 10
+LOOKS_APART_S = 0.03
+
+
+def wait_for(what, look, seconds=PATIENCE_S):
+    """What `look` gives once it gives something true. Fails, saying what was expected, when it never does."""
+    end = time.monotonic() + seconds
+    while True:
+        try:
+            if seen := look():
+                return seen
+        except accessible.Gone:
+            pass
+        if time.monotonic() > end:
+            raise AssertionError(f"expected within {seconds} s: {what}")
+        time.sleep(LOOKS_APART_S)
+
+
+class ModelServer:
+    """A language model's server on this machine that lists one model, or says nothing while it is to be silent."""
+
+    def __init__(self):
+        speaks = self._speaks = threading.Event()
+        speaks.set()
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                speaks.wait()
+                is_list = self.path == "/v1/models"
+                body = json.dumps({"object": "list", "data": [{"id": "yerel", "object": "model"}]} if is_list else {})
+                self.send_response(200 if is_list or self.path == "/health" else 404)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body.encode())
+
+            def do_POST(self):
+                speaks.wait()
+                self.send_error(404)
+
+            def log_message(self, *_):
+                pass
+
+            def handle(self):
+                try:
+                    super().handle()
+                except ConnectionError:
+                    pass  # whoever asked did not wait
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self._server.daemon_threads = True
+        self.url = f"http://127.0.0.1:{self._server.server_port}"
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+
+    def be_silent(self):
+        self._speaks.clear()
+
+    def close(self):
+        self._speaks.set()
+        self._server.shutdown()
+        self._server.server_close()
+
+
+def make_home():
+    """A demo home, below the folder that the script has made for all of it."""
+    home = pathlib.Path(tempfile.mkdtemp(prefix="home-", dir=os.environ["ULVAK_DESKTOP_TEST"]))
+    demo_home = [ROOT / "scripts/demo-home", home]
+    subprocess.run(demo_home, check=True, stdout=subprocess.DEVNULL, timeout=60)
+    return home
+
+
+def remove_home(home):
+    subprocess.run(["chmod", "-R", "u+rwX", "--", home], check=False)
+    shutil.rmtree(os.fsencode(home))
+
+
+class DesktopTest(unittest.TestCase):
+    """One program over a demo home. The home is shared by those that leave it as it is."""
+
+    leaves_home = True
+
+    @classmethod
+    def setUpClass(cls):
+        cls.home = None
+
+    @classmethod
+    def tearDownClass(cls):
+        if cls.home:
+            remove_home(cls.home)
+
+    def setUp(self):
+        if not self.leaves_home:
+            self.home = make_home()
+            self.addCleanup(remove_home, self.home)
+        elif not self.home:
+            type(self).home = make_home()
+        self.data = self.home / ".local/share"
+        self.verdicts_file = self.data / "Ulvak/verdicts.json"
+        self.server = ModelServer()
+        self.addCleanup(self.server.close)
+
+    def start(self, *arguments):
+        environment = dict(
+            os.environ,
+            HOME=str(self.home),
+            TMPDIR=str(self.home / ".tmp/T"),
+            XDG_DATA_HOME=str(self.data),
+            XDG_CONFIG_HOME=str(self.home / ".config"),
+            XDG_CACHE_HOME=str(self.home / ".cache"),
+            ULVAK_MODEL_URL=self.server.url,
+            ULVAK_REDUCED_MOTION="1",
+        )
+        self.process = subprocess.Popen([PROGRAM, *arguments], env=environment)
+        self.addCleanup(self._end)
+        self.addCleanup(self._tell_failure)
+        self.bus = accessible.connect()
+        self.window = wait_for("the window, told to assistive programs", self._find_window, 20)
+        wait_for("the window has the keyboard", lambda: "active" in self.window.states)
+
+    def _tell_failure(self):
+        """Says, when a test has failed, what the window showed then."""
+        result = self._outcome.result
+        has_failed = any(test is self for test, _ in result.failures + result.errors)
+        if not has_failed or self.process.poll() is not None:
+            return
+        print("\nwhat was shown:", file=sys.stderr)
+        for node in self.shown():
+            print(f"  {node!r} {sorted(node.states - {'enabled', 'sensitive', 'showing', 'visible'})}", file=sys.stderr)
+
+    def _end(self):
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGKILL)
+            self.process.wait()
+
+    def _find_window(self):
+        if self.process.poll() is not None:
+            raise AssertionError(f"expected a window; the program ended with {self.process.returncode}")
+        told = accessible.program(self.bus, self.process.pid)
+        return next(iter(told.children), None) if told else None
+
+    # What is seen.
+
+    def shown(self):
+        """All that shows, in the order in which it is told."""
+        return [node for node in self.window.below() if "showing" in node.states]
+
+    def find(self, role, beginning):
+        """The last control of this role whose name begins so: what lies on top."""
+        found = None
+        for node in self.shown():
+            if node.role in role.split("|") and node.name.startswith(beginning):
+                found = node
+        return found
+
+    def see(self, role, beginning):
+        return wait_for(f"{role} {beginning!r}", lambda: self.find(role, beginning))
+
+    def see_no(self, role, beginning):
+        wait_for(f"no {role} {beginning!r}", lambda: not self.find(role, beginning))
+
+    def focused(self):
+        """What has the keyboard: the innermost where a list and its row both say so."""
+        nodes = [node for node in self.shown() if "focused" in node.states]
+        return nodes[-1] if nodes else None
+
+    # What is done.
+
+    def _xdotool(self, *words):
+        subprocess.run(["xdotool", *map(str, words)], check=True, timeout=10)
+
+    def press(self, *keys):
+        self._xdotool("key", "--clearmodifiers", *keys)
+
+    def click(self, node, times=1, button=1):
+        left, top, width, height = node.place
+        self.assertGreater(min(width, height), 3, f"{node!r} has a place that can be hit")
+        self._xdotool("mousemove", left + width // 2, top + height // 2)
+        self._xdotool("click", "--repeat", times, "--delay", 20, button)
+
+    def tab_to(self, role, beginning):
+        """Goes there with the Tab key alone."""
+        for _ in range(40):
+            node = self.focused()
+            if node and node.role in role.split("|") and node.name.startswith(beginning):
+                return node
+            self.press("Tab")
+            wait_for(f"the focus leaves {node!r}", lambda: self.focused() != node)
+        raise AssertionError(f"expected to come to {role} {beginning!r} by Tab")
+
+    def wait_for_end(self, seconds, when, expected=0):
+        try:
+            status = self.process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            self.fail(f"expected the program to end within {seconds} s when {when}")
+        self.assertEqual(status, expected, f"status when {when}")
+
+    # What is on the disk.
+
+    def verdicts(self):
+        try:
+            return json.loads(self.verdicts_file.read_bytes())
+        except FileNotFoundError:
+            return {}

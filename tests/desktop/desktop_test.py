@@ -1,0 +1,257 @@
+"""What a user does, from the outside: keys and clicks go in, and then the window and the disk are looked at."""
+
+import os
+import signal
+import sys
+import unittest
+
+import accessible
+from desk import DesktopTest, wait_for
+
+NPM = "npm önbelleği"
+BUTTONS = "push button|button|button menu|push button menu"
+
+
+class Cleaning(DesktopTest):
+    leaves_home = False
+
+    def setUp(self):
+        super().setUp()
+        self.start()
+        self.press("ctrl+r")
+        self.see(BUTTONS, "Yeniden oluşur, ")
+
+    def open_level(self, title):
+        """By the mouse, in the sidebar."""
+        self.click(self.see("list item", title + ", "))
+        self.see("list", title)
+
+    def select(self, title):
+        """By the mouse, in the list."""
+        row = self.see("list item", title)
+        self.click(row)
+        wait_for(f"{row!r} is selected", lambda: "selected" in row.states)
+        self.see(BUTTONS, "Çöp Kutusuna Taşı")
+        return row
+
+    def relabel_by_keyboard(self, level):
+        self.tab_to(BUTTONS, "Etiketi Değiştir")
+        self.press("space")
+        self.see("menu item", level)
+        for _ in range(8):
+            chosen = self.focused()
+            if chosen and chosen.role == "menu item" and chosen.name == level:
+                break
+            self.press("Down")
+            wait_for("the next line of the menu", lambda: self.focused() != chosen)
+        else:
+            self.fail(f"expected to come to the menu's line {level!r} by the Down key")
+        self.press("Return")
+        self.see_no("menu item", level)
+
+    def test_a_label_given_by_keyboard_is_in_the_file(self):
+        npm = str(self.home / ".npm")
+        self.open_level("Yeniden oluşur")
+        self.select(NPM)
+        self.relabel_by_keyboard("Dokunma")
+        self.see_no("list item", NPM)
+        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(npm))["verdict"]
+        self.assertEqual((verdict["level"], verdict["source"]), ("keep", "user"))
+        self.open_level("Dokunma")
+        self.see("list item", NPM)
+
+    def test_the_question_cancels_by_return_and_escape_and_moves_by_a_click(self):
+        npm, trashed = self.home / ".npm", self.data / "Trash"
+        self.open_level("Yeniden oluşur")
+        self.select(NPM)
+        self.relabel_by_keyboard("Dokunma")
+        self.open_level("Dokunma")
+        row = self.select(NPM)
+        for key in ("Return", "Escape"):
+            self.press("Delete")
+            question = self.see("dialog", NPM)
+            self.assertEqual(wait_for("the dialog has the keyboard", self.focused).name, "Vazgeç")
+            self.press(key)
+            self.see_no("dialog", NPM)
+            self.assertTrue(npm.is_dir(), f"{npm} stays where it is after {key} on {question!r}")
+            self.assertFalse((trashed / "files/.npm").exists(), "nothing is in the Trash")
+            self.assertIn("selected", row.states, f"{row!r} stays selected after {key}")
+        self.press("Delete")
+        self.see("dialog", NPM)
+        # The last one lies on top: the one in the dialog.
+        self.click(wait_for("the button that confirms", lambda: self.confirm_button()))
+        self.see_no("dialog", NPM)
+        self.see_no("list item", NPM)
+        wait_for(f"{npm} is gone", lambda: not npm.exists())
+        self.assertTrue((trashed / "files/.npm/_cacache").is_dir(), "the item is in the Trash, whole")
+        info = (trashed / "info/.npm.trashinfo").read_text()
+        self.assertIn(f"Path={npm}", info.replace("%20", " "))
+        self.assertIsNone(self.find("alert", ""), "nothing has failed")
+
+    def confirm_button(self):
+        """In the open dialog, once it may be pressed."""
+        dialog = self.find("dialog", NPM)
+        for node in dialog.below() if dialog else []:
+            if node.role in BUTTONS.split("|") and node.name == "Çöp Kutusuna Taşı" and "enabled" in node.states:
+                return node
+        return None
+
+    def test_the_delete_key_moves_what_needs_no_question(self):
+        gradle = self.home / ".gradle/caches"
+        self.open_level("Yeniden oluşur")
+        self.select("Gradle önbelleği")
+        self.press("Delete")
+        self.see_no("list item", "Gradle önbelleği")
+        wait_for(f"{gradle} is gone", lambda: not gradle.exists())
+        self.assertTrue((self.data / "Trash/files/caches/modules-2").is_dir(), "the item is in the Trash")
+        self.assertTrue((self.data / "Trash/info/caches.trashinfo").is_file(), "and what tells its place")
+
+    def test_a_triple_click_cleans_one_item_and_not_the_next(self):
+        self.open_level("Yeniden oluşur")
+        self.select("Gradle önbelleği")
+        self.click(self.see(BUTTONS, "Çöp Kutusuna Taşı"), times=3)
+        self.see_no("list item", "Gradle önbelleği")
+        wait_for("the item is in the Trash", lambda: (self.data / "Trash/info/caches.trashinfo").exists())
+        self.assertEqual(os.listdir(self.data / "Trash/files"), ["caches"])
+        self.assertIsNone(self.find("alert", ""), "nothing has failed")
+
+
+class Ending(DesktopTest):
+    def close_by_window_manager(self, when):
+        self.press("alt+F4")
+        self.wait_for_end(2, when)
+
+    def test_closing_ends_the_program(self):
+        self.start()
+        self.close_by_window_manager("nothing was begun")
+
+    def test_closing_with_results_ends_the_program(self):
+        self.start("--autoscan", "--level=regenerable", "--select-first")
+        self.see(BUTTONS, "Çöp Kutusuna Taşı")
+        self.close_by_window_manager("results are shown")
+
+    def test_closing_during_a_scan_ends_the_program(self):
+        self.start()
+        self.server.be_silent()  # the scan ends with a question to it
+        self.press("ctrl+r")
+        self.see(BUTTONS, "Durdur")
+        self.see("heading", "Taranıyor")
+        self.close_by_window_manager("a scan runs")
+
+    def test_closing_while_a_question_is_open_moves_nothing(self):
+        self.start("--autoscan", "--level=keep", "--select-first")
+        self.click(self.see(BUTTONS, "Çöp Kutusuna Taşı"))
+        self.see("dialog", "Tatil 2024.mov")
+        self.close_by_window_manager("a question is open")
+        self.assertTrue((self.home / "Movies/Tatil 2024.mov").is_file(), "what was asked about stays")
+        self.assertFalse((self.data / "Trash/files").exists(), "nothing is in the Trash")
+
+    def test_a_signal_ends_the_program(self):
+        self.start()
+        self.server.be_silent()
+        self.press("ctrl+r")
+        self.see("heading", "Taranıyor")
+        self.process.terminate()
+        self.wait_for_end(2, "it was asked to by a signal during a scan", -signal.SIGTERM)
+
+
+class Telling(DesktopTest):
+    """What a screen reader is told, and where the Tab key leads."""
+
+    def check_controls(self, face):
+        """Every control has a name, and says that it can be used."""
+        controls = [node for node in self.shown() if node.role in accessible.CONTROLS]
+        self.assertGreater(len(controls), 7, f"controls on the face {face}")
+        for node in controls:
+            self.assertTrue(node.name.strip(), f"{face}: a {node.role} at {node.place} has a name")
+            self.assertIn("focusable", node.states, f"{face}: {node!r} can have the keyboard")
+
+    def stops(self):
+        """What Tab can lead to. Rows are reached by the arrow keys of their list; and of every text the toolkit says
+        that it can have the keyboard."""
+        reached_otherwise = {"list item", "menu item", "label"}
+        return {
+            node for node in self.shown()
+            if {"focusable", "enabled"} <= node.states and node.role not in reached_otherwise
+        }
+
+    def check_round(self, face):
+        """Tab comes to everything that says it can have the keyboard, and back to where it began."""
+        start = wait_for("something has the keyboard", self.focused_stop)
+        expected, reached = self.stops(), [start]
+        while len(reached) < 60:
+            before = reached[-1]
+            self.press("Tab")
+            after = wait_for(f"{face}: the focus leaves {before!r}",
+                             lambda: (node := self.focused_stop()) and node != before and node)
+            expected |= self.stops()  # scrolled into view
+            if after == start:
+                break
+            self.assertNotIn(after, reached, f"{face}: Tab goes round and not in a smaller circle")
+            reached.append(after)
+        else:
+            self.fail(f"{face}: expected Tab to lead back to {start!r} within 60 steps")
+        missed = expected - set(reached)
+        self.assertFalse(missed, f"{face}: expected Tab to reach these; it reached {reached}")
+
+    def focused_stop(self):
+        """What has the keyboard, the list and not its row."""
+        return next((n for n in self.shown() if "focused" in n.states and n.role != "list item"), None)
+
+    def selected(self):
+        return [node.name.split(", ")[0] for node in self.shown() if "selected" in node.states]
+
+    def check(self, face):
+        self.check_controls(face)
+        self.check_round(face)
+
+    def test_every_face(self):
+        self.start()
+        self.see(BUTTONS, "Taramayı Başlat")
+        self.assertEqual(self.selected(), ["Özet"])
+        self.check("welcome")
+        self.press("ctrl+r")
+        self.see(BUTTONS, "Hepsini Analiz Et")
+        self.check("results")
+        self.click(self.see("list item", "Bilinmiyor, "))
+        self.see("list", "Bilinmiyor")
+        self.check("list")
+        rows = [n for n in self.shown() if n.role == "list item" and "~/" in n.name]
+        self.assertGreater(len(rows), 2)
+        self.click(rows[0])
+        self.see("text|entry", "Not")
+        wait_for("sidebar's row and the list's are selected", lambda: len(self.selected()) == 2)
+        self.assertIn("focused", rows[0].states, "the row that was clicked has the keyboard")
+        self.check("one finding")
+        self.click(rows[0])
+        self.press("shift+Down")
+        self.see("heading", "2 öğe seçili")
+        wait_for("two rows are selected", lambda: {"selected"} <= rows[0].states & rows[1].states)
+        self.check("two findings")
+        self.press("ctrl+q")
+        self.wait_for_end(2, "Ctrl+Q was pressed")
+
+    def test_while_scanning(self):
+        self.start()
+        self.server.be_silent()
+        self.press("ctrl+r")
+        self.see("heading", "Taranıyor")
+        self.check("scanning")
+
+    def test_a_question_keeps_the_keyboard(self):
+        self.start("--autoscan", "--level=regenerable", "--select-first")
+        self.click(self.see(BUTTONS, "Kalıcı Sil"))
+        dialog = self.see("dialog", "")
+        wait_for("cancelling has the keyboard", lambda: (n := self.focused()) and n.name == "Vazgeç")
+        inside = {n for n in dialog.below() if n.role in BUTTONS.split("|")}
+        self.assertEqual(len(inside), 2)
+        for _ in range(4):
+            before = self.focused()
+            self.press("Tab")
+            wait_for("the focus goes on in the dialog", lambda: (n := self.focused()) and n != before and n in inside)
+
+
+if __name__ == "__main__":
+    if "ULVAK_DESKTOP_TEST" not in os.environ:
+        sys.exit("desktop_test.py: is run by scripts/test-desktop")
+    unittest.main(verbosity=2)
