@@ -4,11 +4,9 @@ import http.server
 import json
 import os
 import pathlib
-import shutil
 import signal
 import subprocess
 import sys
-import tempfile
 import threading
 import time
 import unittest
@@ -81,40 +79,23 @@ class ModelServer:
 
 
 def make_home():
-    """A demo home, below the folder that the script has made for all of it."""
-    home = pathlib.Path(tempfile.mkdtemp(prefix="home-", dir=os.environ["ULVAK_DESKTOP_TEST"]))
-    demo_home = [ROOT / "scripts/demo-home", home]
-    subprocess.run(demo_home, check=True, stdout=subprocess.DEVNULL, timeout=60)
+    """One for all tests: it is large. Below the folder that the script has made, and removed with that."""
+    home = pathlib.Path(os.environ["ULVAK_DESKTOP_TEST"]) / "demo"
+    subprocess.run([ROOT / "scripts/demo-home", home], check=True, stdout=subprocess.DEVNULL, timeout=60)
     return home
 
 
-def remove_home(home):
-    subprocess.run(["chmod", "-R", "u+rwX", "--", home], check=False)
-    shutil.rmtree(os.fsencode(home))
-
-
 class DesktopTest(unittest.TestCase):
-    """One program over a demo home. The home is shared by those that leave it as it is."""
+    """A program of its own for each test, over the one demo home. Each test takes other items of it."""
 
-    leaves_home = True
-
-    @classmethod
-    def setUpClass(cls):
-        cls.home = None
-
-    @classmethod
-    def tearDownClass(cls):
-        if cls.home:
-            remove_home(cls.home)
+    home = None
 
     def setUp(self):
-        if not self.leaves_home:
-            self.home = make_home()
-            self.addCleanup(remove_home, self.home)
-        elif not self.home:
-            type(self).home = make_home()
+        if not DesktopTest.home:
+            DesktopTest.home = make_home()
         self.data = self.home / ".local/share"
         self.verdicts_file = self.data / "Ulvak/verdicts.json"
+        self.trash_before = self.trash()
         self.server = ModelServer()
         self.addCleanup(self.server.close)
 
@@ -214,6 +195,17 @@ class DesktopTest(unittest.TestCase):
         self.assertEqual(status, expected, f"status when {when}")
 
     # What is on the disk.
+
+    def trash(self):
+        """The names of what lies in the Trash."""
+        files = self.data / "Trash/files"
+        return set(os.listdir(files)) if files.is_dir() else set()
+
+    def newly_trashed(self):
+        return self.trash() - self.trash_before
+
+    def trash_info(self, name):
+        return self.data / f"Trash/info/{name}.trashinfo"
 
     def verdicts(self):
         try:

@@ -9,12 +9,13 @@ import accessible
 from desk import DesktopTest, wait_for
 
 NPM = "npm önbelleği"
+MODELS = "huggingface önbelleği"
+GRADLE = "Gradle önbelleği"
+BUILD = "oyun-motoru · target"
 BUTTONS = "push button|button|button menu|push button menu"
 
 
 class Cleaning(DesktopTest):
-    leaves_home = False
-
     def setUp(self):
         super().setUp()
         self.start()
@@ -50,18 +51,18 @@ class Cleaning(DesktopTest):
         self.see_no("menu item", level)
 
     def test_a_label_given_by_keyboard_is_in_the_file(self):
-        npm = str(self.home / ".npm")
+        models = str(self.home / ".cache/huggingface")
         self.open_level("Yeniden oluşur")
-        self.select(NPM)
+        self.select(MODELS)
         self.relabel_by_keyboard("Dokunma")
-        self.see_no("list item", NPM)
-        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(npm))["verdict"]
+        self.see_no("list item", MODELS)
+        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(models))["verdict"]
         self.assertEqual((verdict["level"], verdict["source"]), ("keep", "user"))
         self.open_level("Dokunma")
-        self.see("list item", NPM)
+        self.see("list item", MODELS)
 
     def test_the_question_cancels_by_return_and_escape_and_moves_by_a_click(self):
-        npm, trashed = self.home / ".npm", self.data / "Trash"
+        npm = self.home / ".npm"
         self.open_level("Yeniden oluşur")
         self.select(NPM)
         self.relabel_by_keyboard("Dokunma")
@@ -74,23 +75,43 @@ class Cleaning(DesktopTest):
             self.press(key)
             self.see_no("dialog", NPM)
             self.assertTrue(npm.is_dir(), f"{npm} stays where it is after {key} on {question!r}")
-            self.assertFalse((trashed / "files/.npm").exists(), "nothing is in the Trash")
+            self.assertFalse(self.newly_trashed(), f"nothing goes to the Trash after {key}")
             self.assertIn("selected", row.states, f"{row!r} stays selected after {key}")
         self.press("Delete")
         self.see("dialog", NPM)
         # The last one lies on top: the one in the dialog.
-        self.click(wait_for("the button that confirms", lambda: self.confirm_button()))
+        self.click(wait_for("the button that confirms", self.confirm_button))
         self.see_no("dialog", NPM)
         self.see_no("list item", NPM)
         wait_for(f"{npm} is gone", lambda: not npm.exists())
-        self.assertTrue((trashed / "files/.npm/_cacache").is_dir(), "the item is in the Trash, whole")
-        info = (trashed / "info/.npm.trashinfo").read_text()
-        self.assertIn(f"Path={npm}", info.replace("%20", " "))
-        self.assertIsNone(self.find("alert", ""), "nothing has failed")
+        self.assertEqual(self.newly_trashed(), {".npm"})
+        self.assertTrue((self.data / "Trash/files/.npm/_cacache").is_dir(), "the item is in the Trash, whole")
+        self.assertIn(f"Path={npm}\n", self.trash_info(".npm").read_text())
+        self.see_no_alert()
 
-    def confirm_button(self):
+    def see_no_alert(self):
+        alert = self.find("alert message", "")
+        self.assertIsNone(alert, f"nothing has failed; told: {alert and alert.description}")
+
+    def test_what_cannot_be_moved_is_told_and_stays(self):
+        film = self.home / "Movies/Tatil 2024.mov"
+        self.open_level("Dokunma")
+        self.select(film.name)
+        self.press("Delete")
+        self.see("dialog", film.name)
+        button = wait_for("the button that confirms", lambda: self.confirm_button(film.name))
+        film.rename(film.with_name("başka yerde"))
+        self.addCleanup(film.with_name("başka yerde").rename, film)
+        self.click(button)
+        alert = self.see("alert message", film.name)
+        self.assertIn(film.name, alert.description, "says what is not there")
+        self.press("Return")
+        self.see_no("alert message", film.name)
+        self.assertFalse(self.newly_trashed(), "nothing goes to the Trash")
+
+    def confirm_button(self, title=NPM):
         """In the open dialog, once it may be pressed."""
-        dialog = self.find("dialog", NPM)
+        dialog = self.find("dialog", title)
         for node in dialog.below() if dialog else []:
             if node.role in BUTTONS.split("|") and node.name == "Çöp Kutusuna Taşı" and "enabled" in node.states:
                 return node
@@ -99,21 +120,23 @@ class Cleaning(DesktopTest):
     def test_the_delete_key_moves_what_needs_no_question(self):
         gradle = self.home / ".gradle/caches"
         self.open_level("Yeniden oluşur")
-        self.select("Gradle önbelleği")
+        self.select(GRADLE)
         self.press("Delete")
-        self.see_no("list item", "Gradle önbelleği")
+        self.see_no("list item", GRADLE)
         wait_for(f"{gradle} is gone", lambda: not gradle.exists())
-        self.assertTrue((self.data / "Trash/files/caches/modules-2").is_dir(), "the item is in the Trash")
-        self.assertTrue((self.data / "Trash/info/caches.trashinfo").is_file(), "and what tells its place")
+        self.assertEqual(self.newly_trashed(), {"caches"})
+        self.assertTrue((self.data / "Trash/files/caches/modules-2").is_dir(), "the item is in the Trash, whole")
+        self.assertIn(f"Path={gradle}\n", self.trash_info("caches").read_text())
+        self.see_no_alert()
 
     def test_a_triple_click_cleans_one_item_and_not_the_next(self):
         self.open_level("Yeniden oluşur")
-        self.select("Gradle önbelleği")
+        self.select(BUILD)
         self.click(self.see(BUTTONS, "Çöp Kutusuna Taşı"), times=3)
-        self.see_no("list item", "Gradle önbelleği")
-        wait_for("the item is in the Trash", lambda: (self.data / "Trash/info/caches.trashinfo").exists())
-        self.assertEqual(os.listdir(self.data / "Trash/files"), ["caches"])
-        self.assertIsNone(self.find("alert", ""), "nothing has failed")
+        self.see_no("list item", BUILD)
+        wait_for("the item is in the Trash", lambda: self.trash_info("target").exists())
+        self.assertEqual(self.newly_trashed(), {"target"})
+        self.see_no_alert()
 
 
 class Ending(DesktopTest):
@@ -144,7 +167,7 @@ class Ending(DesktopTest):
         self.see("dialog", "Tatil 2024.mov")
         self.close_by_window_manager("a question is open")
         self.assertTrue((self.home / "Movies/Tatil 2024.mov").is_file(), "what was asked about stays")
-        self.assertFalse((self.data / "Trash/files").exists(), "nothing is in the Trash")
+        self.assertFalse(self.newly_trashed(), "nothing goes to the Trash")
 
     def test_a_signal_ends_the_program(self):
         self.start()
