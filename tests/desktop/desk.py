@@ -171,8 +171,21 @@ class DesktopTest(unittest.TestCase):
     def press(self, *keys):
         self._xdotool("key", "--clearmodifiers", *keys)
 
+    def settled_place(self, node):
+        """Where it stays: what has just come may still be moved to make room for the rest."""
+        before = None
+
+        def look():
+            nonlocal before
+            now = node.place
+            is_settled = now == before
+            before = now
+            return is_settled and now
+
+        return wait_for(f"{node!r} stays in its place", look)
+
     def click(self, node, times=1, button=1):
-        left, top, width, height = node.place
+        left, top, width, height = self.settled_place(node)
         self.assertGreater(min(width, height), 3, f"{node!r} has a place that can be hit")
         self._xdotool("mousemove", left + width // 2, top + height // 2)
         self._xdotool("click", "--repeat", times, "--delay", 20, button)
