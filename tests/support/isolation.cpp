@@ -11,9 +11,11 @@
 
 #include "support/system.h"
 
-/// Of the build that counts which lines are reached; it counts at the end of a process, which a child's is
-/// not.
-extern "C" [[gnu::weak]] void __gcov_dump();  // NOLINT(bugprone-reserved-identifier): its own name
+#ifdef ULVAK_COVERAGE
+/// Of the compiler, which counts the lines that are reached at the end of a process. A child ends without
+/// one.
+extern "C" void __gcov_dump();  // NOLINT(bugprone-reserved-identifier): its own name
+#endif
 
 namespace ulvak::test {
 namespace {
@@ -57,8 +59,9 @@ std::optional<std::string> forked(const Preparation& prepare, const Body& body) 
     if (child == 0) {
         const int status = runAsChild(prepare, body);
         std::fflush(nullptr);
-        if (__gcov_dump != nullptr)
-            __gcov_dump();
+#ifdef ULVAK_COVERAGE
+        __gcov_dump();
+#endif
         ::_exit(status);  // no destructors: they would remove what belongs to the parent
     }
     int status = 0;
