@@ -15,9 +15,7 @@ ScrollColumn {
 
     /// Nothing that was begun with one selection goes on with the next.
     function forget() {
-        enabled = false  // lets go of what the mouse and the keyboard hold
-        enabled = true
-        contentY = 0
+        startOver()
         confirm.close()
     }
 

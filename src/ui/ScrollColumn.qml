@@ -24,6 +24,13 @@ Flickable {
             scrollTo(top + item.height + margin - height)
     }
 
+    /// At its top, and with nothing held by the mouse or the keyboard.
+    function startOver() {
+        enabled = false
+        enabled = true
+        contentY = 0
+    }
+
     function scrollTo(y: real) {
         contentY = Math.max(0, Math.min(y, contentHeight - height))
     }

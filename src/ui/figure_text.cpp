@@ -41,7 +41,7 @@ double layOut(const QString& text, const QFontMetricsF& metrics, double width, V
 }  // namespace
 
 FigureText::FigureText(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    measure();
+    setUpFont();
 }
 
 void FigureText::setText(const QString& text) {
@@ -64,16 +64,21 @@ void FigureText::setFont(const QFont& font) {
     if (font == font_)
         return;
     font_ = font;
-    measure();
+    setUpFont();
     emit fontChanged();
+}
+
+void FigureText::setUpFont() {
+    const QFontMetricsF metrics(font_);
+    digitWidth_ = widestDigit(metrics);
+    setBaselineOffset(metrics.ascent());
+    measure();
 }
 
 void FigureText::measure() {
     const QFontMetricsF metrics(font_);
-    digitWidth_ = widestDigit(metrics);
     const double width = layOut(text_, metrics, digitWidth_, [](double, const QString&) {});
     setImplicitSize(std::ceil(width), std::ceil(metrics.height()));
-    setBaselineOffset(metrics.ascent());
     update();
 }
 

@@ -36,6 +36,7 @@ signals:
     void fontChanged();
 
 private:
+    void setUpFont();
     void measure();
 
     QString text_;
