@@ -166,6 +166,7 @@ int run(int argc, char** argv) {
     services.openUrl = [](std::string_view) {};
     AppModel app(services);
     std::vector<Held> history;
+    history.reserve(static_cast<std::size_t>(rounds));  // or its own growth is what is seen
     for (int round = 1; round <= rounds; ++round) {
         playRound(app);
         // What is written behind the window's back has been written by the next round's end.

@@ -316,5 +316,21 @@ TEST(CleanError, SaysWhatItMeansInTurkish) {
     EXPECT_EQ(errorDescription(CleanError{CleanError::Failed{"Olmadı."}}), "Olmadı.");
 }
 
+TEST(CleanError, SaysWhatIsRareInTheSystemsWords) {
+    const std::error_code tooManyLinks = std::make_error_code(std::errc::too_many_links);
+    const CleanFailure failure = platform::FileError{.code = tooManyLinks, .path = "/a"};
+    EXPECT_EQ(errorDescription(failure), "“/a” kaldırılamadı: " + tooManyLinks.message() + ".");
+}
+
+TEST(CleanError, IsEqualInKindAndContent) {
+    const std::vector<CleanError> all = {{CleanError::Protected{"a"}},     {CleanError::Protected{"b"}},
+                                         {CleanError::AppsRunning{{"a"}}}, {CleanError::AppsRunning{{"b"}}},
+                                         {CleanError::Failed{"a"}},        {CleanError::Failed{"b"}}};
+    for (std::size_t left = 0; left < all.size(); ++left) {
+        for (std::size_t right = 0; right < all.size(); ++right)
+            EXPECT_EQ(all[left] == all[right], left == right) << left << " and " << right;
+    }
+}
+
 }  // namespace
 }  // namespace ulvak

@@ -223,6 +223,39 @@ TEST(EmptyingTheTrash, ALockedItemIsLeftToTheDesktop) {
     });
 }
 
+TEST(EmptyingTheTrash, ItemsThatCannotBeListedKeepTheirNotes) {
+    TempTree tree(lifelike(), TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash));
+        const std::string items = tree.path(std::string(trashFolder) + "/files");
+        ASSERT_EQ(::chmod(items.c_str(), 0), 0);
+        CountingDesktop desktop;
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_EQ(desktop.asked, 1);
+        ASSERT_EQ(::chmod(items.c_str(), 0700), 0);
+        EXPECT_EQ(restoreAll(tree), 1);
+        EXPECT_EQ(contents(tree.path("home/one")), "1");
+    });
+}
+
+TEST(EmptyingTheTrash, ADesktopThatCannotBeAskedIsNamed) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Cleaner::Services services = Cleaner::Services::system();
+        services.run = [](const std::string&,
+                          std::span<const std::string>) -> std::expected<Shell::Result, std::error_code> {
+            return std::unexpected(std::make_error_code(std::errc::no_such_file_or_directory));
+        };
+        const auto emptied = Cleaner::emptyTrash(services);  // there is no Trash yet
+        ASSERT_FALSE(emptied);
+        EXPECT_EQ(std::get<StartError>(emptied.error()).program, "/usr/bin/gio");
+        EXPECT_EQ(text(emptied.error()), "“/usr/bin/gio” başlatılamadı: program bu bilgisayarda yok.");
+    });
+}
+
 TEST(EmptyingTheTrash, CopesWithAHalfWrittenTrash) {
     TempTree tree(lifelike());
     tree.add(
