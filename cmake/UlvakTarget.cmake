@@ -39,6 +39,13 @@ function(ulvak_library folder)
   ulvak_common(ulvak_${folder})
 endfunction()
 
+# ulvak_test_code(<target>): of the tests, only what they test is as users run it. To optimise them takes longer
+# than to run them.
+function(ulvak_test_code target)
+  ulvak_common(${target})
+  target_compile_options(${target} PRIVATE -O0)
+endfunction()
+
 # ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>...): the binary
 # <folder>_tests, or <name>_tests where a folder has several, and one ctest entry per test. Each test runs in
 # a process of its own. With OWN_MAIN one of the sources has the main function.
@@ -54,7 +61,7 @@ function(ulvak_test folder)
   endif()
   add_executable(${program} ${arg_SOURCES})
   target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock ${main})
-  ulvak_common(${program})
+  ulvak_test_code(${program})
   gtest_discover_tests(${program}
     TEST_PREFIX "${folder}/"
     PROPERTIES TIMEOUT 900
