@@ -1,10 +1,10 @@
 #include "ai/ai_verdict.h"
 
 #include <algorithm>
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "ai/fact_text.h"
+#include "core/json_integer.h"
 
 namespace ulvak {
 namespace {
@@ -70,24 +70,6 @@ Json parsed(std::string_view text) {
     return tooDeep ? Json(Json::value_t::discarded) : json;
 }
 
-/// Whole numbers only, also when written as 85.0.
-std::optional<std::int64_t> integer(const Json& value) {
-    if (value.is_number_unsigned()) {
-        const auto number = value.get<std::uint64_t>();
-        return number <= std::uint64_t{INT64_MAX} ? std::optional(static_cast<std::int64_t>(number))
-                                                  : std::nullopt;
-    }
-    if (value.is_number_integer())
-        return value.get<std::int64_t>();
-    if (!value.is_number_float())
-        return std::nullopt;
-    const auto number = value.get<double>();
-    constexpr double limit = 9007199254740992.0;  // 2^53: every whole number up to here is exact
-    if (!std::isfinite(number) || std::abs(number) > limit || std::trunc(number) != number)
-        return std::nullopt;
-    return static_cast<std::int64_t>(number);
-}
-
 std::string rawText(const Json& value) {
     constexpr std::size_t longest = 100;
     return FactText::answer(value.dump(-1, ' ', false, Json::error_handler_t::replace), longest);
@@ -143,7 +125,7 @@ std::expected<AIVerdict, UnusableAnswer> aiVerdictFromJson(std::string_view json
     if (!reason)
         return std::unexpected(std::move(reason.error()));
     const auto number = answer.find("confidence");
-    const auto confidence = number != answer.end() ? integer(*number) : std::nullopt;
+    const auto confidence = number != answer.end() ? jsonInteger(*number) : std::nullopt;
     if (!confidence)
         return unusable("\"confidence\" alanı yok ya da tam sayı değil");
     return AIVerdict{

@@ -6,17 +6,16 @@
 #include <utility>
 
 #include "core/text.h"
+#include "platform/ascii.h"
 
 namespace ulvak::FactText {
 namespace {
 
+using platform::isContinuation;
+
 constexpr std::string_view ellipsis = "…";
 /// The longest form of a character in UTF-8, in bytes.
 constexpr std::size_t longestCharacter = 4;
-
-bool isContinuation(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
 
 /// Where the character after the first `count` begins.
 std::size_t offsetOf(std::string_view text, std::size_t count) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/glob.h"
+#include "platform/ascii.h"
 #include "platform/files.h"
 
 namespace ulvak {
@@ -13,21 +14,13 @@ namespace {
 constexpr GlobOptions pathOptions{.pathname = true, .ignoreCase = true};
 constexpr GlobOptions nameOptions{.ignoreCase = true};
 
-char folded(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
 /// Patterns match whatever the case of letters, and so do the folders that they begin with.
 bool isWithinFolded(std::string_view path, std::string_view folder) {
+    constexpr auto folded = [](char c) { return platform::lowerAscii(c); };
     if (path.size() < folder.size() ||
         !std::ranges::equal(path.substr(0, folder.size()), folder, {}, folded, folded))
         return false;
     return path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/';
-}
-
-std::string_view parentOf(std::string_view path) {
-    const std::size_t slash = path.rfind('/');
-    return path.substr(0, slash == 0 || slash == std::string_view::npos ? 1 : slash);
 }
 
 }  // namespace
@@ -128,7 +121,7 @@ bool RuleMatcher::matchesName(const NamePattern& pattern, std::string_view path)
 }
 
 bool RuleMatcher::hasSibling(const Rule::Name& name, std::string_view path) {
-    const std::string parent(parentOf(path));
+    const std::string parent(Paths::parent(path));
     return std::ranges::any_of(name.siblings, [&](const std::string& sibling) {
         if (!sibling.contains('*'))
             return platform::existsIn(parent, sibling);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <set>
 #include <utility>
@@ -50,8 +51,6 @@ std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
     return std::move(*folder);
 }
 
-using Number = std::pair<std::uint64_t, std::uint64_t>;
-
 /// Folders that must stay, by every path that leads to them and by their numbers on the disk: a link, letter
 /// case that the file system does not tell apart, or a second mount can give any of them another path.
 class KeptFolders {
@@ -79,11 +78,11 @@ public:
     }
 
     [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
-    [[nodiscard]] const std::set<Number>& numbers() const { return numbers_; }
+    [[nodiscard]] const std::set<platform::FileNumber>& numbers() const { return numbers_; }
 
 private:
     std::vector<std::string> paths_;
-    std::set<Number> numbers_;
+    std::set<platform::FileNumber> numbers_;
 };
 
 /// What the disk and the system know of places that must stay, beyond the text of a path.
@@ -108,6 +107,8 @@ public:
     /// Why an item that the guard rails let pass must stay all the same.
     [[nodiscard]] std::optional<CleanFailure> objection(const CleanPlace& place, std::string_view url) const {
         const std::string path = place.path();
+        if (mountPoints_.empty())
+            return fileError(EIO, path);  // "/" is always one: what lies inside the item cannot be told
         // No link is followed below the anchor, so this is where the item really is.
         const std::string real =
             Paths::join(platform::resolvedPath(place.anchor).value_or(place.anchor), place.relative);
@@ -123,7 +124,8 @@ public:
 private:
     /// A folder that must stay keeps all those around it.
     void addNumbers(const std::string& path) {
-        for (std::string_view around = path; !around.empty(); around = around.substr(0, around.rfind('/'))) {
+        for (std::string_view around = path; around.starts_with('/');
+             around = around.substr(0, around.rfind('/'))) {
             if (const auto info = platform::fileInfo(std::string(around)))
                 untouchable_.insert(info->volumeAndNumber);
         }
@@ -151,7 +153,7 @@ private:
 
     KeptFolders kept_;    ///< what lies in them may go
     KeptFolders closed_;  ///< nothing in them is removed either
-    std::set<Number> untouchable_;
+    std::set<platform::FileNumber> untouchable_;
     std::vector<std::string> mountPoints_;
 };
 
@@ -203,8 +205,19 @@ std::expected<void, CleanFailure> trashItem(const CleanPlace& place, const Servi
     return {};
 }
 
+/// The developer tools also take words for many simulators at once, and options, where one's identifier
+/// stands.
+bool isSimulatorIdentifier(std::string_view udid) {
+    const auto isDigitOrDash = [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f') || c == '-';
+    };
+    return !udid.empty() && udid.front() != '-' && std::ranges::all_of(udid, isDigitOrDash);
+}
+
 std::expected<std::int64_t, CleanFailure> deleteSimulator(const std::string& udid, std::int64_t size,
                                                           const Services& services) {
+    if (!isSimulatorIdentifier(udid))
+        return std::unexpected(failed("Simülatör silinemedi: kimliği tanınmıyor."));
     static const std::string program = "/usr/bin/xcrun";
     const std::array<std::string, 3> arguments = {"simctl", "delete", udid};
     const auto result = services.run(program, arguments);
@@ -261,7 +274,7 @@ void removeTrashedItems(const Directory& trash, const Services& services) {
         if (!isNote || !items || !platform::entryNumber(*items, name))
             (void)services.removeEntry(*notes, note);  // as above
     }
-    // They are not emptied again: what has come since then, nobody has decided about.
+    // Only when they are empty: what has come since then stays, for the desktop to decide about.
     (void)(items && platform::removeEmptyFolder(trash, layout.items));
     (void)(notes && platform::removeEmptyFolder(trash, layout.notes));
 }

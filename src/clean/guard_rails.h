@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -36,9 +37,6 @@ public:
     /// `isAllowed`. What is judged and what is removed are so the same.
     [[nodiscard]] std::optional<CleanPlace> place(std::string_view path) const;
 
-    /// Whether nothing is removed there, whatever else allows it. `path` is standardized.
-    [[nodiscard]] bool isForbidden(std::string_view path) const;
-
     /// Never removed themselves; what lies in them is judged by the prefixes.
     [[nodiscard]] const std::set<std::string, std::less<>>& protectedPaths() const { return protected_; }
     /// Nothing below is removed. All prefixes end in "/".
@@ -51,6 +49,9 @@ public:
     [[nodiscard]] static std::optional<std::string> standardized(std::string_view path);
 
 private:
+    /// Whether nothing is removed there, whatever else allows it. `path` is standardized.
+    [[nodiscard]] bool isForbidden(std::string_view path) const;
+
     std::set<std::string, std::less<>> protected_;
     std::array<std::string, 5> forbidden_;
     std::array<std::string, 5> allowed_;

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <optional>
 
+#include "platform/ascii.h"
+
 namespace ulvak {
 namespace {
 
@@ -46,8 +48,7 @@ private:
     [[nodiscard]] bool isBarrier(char c) const { return options_.pathname && c == '/'; }
 
     [[nodiscard]] unsigned char folded(char c) const {
-        const bool isCapital = options_.ignoreCase && c >= 'A' && c <= 'Z';
-        return static_cast<unsigned char>(isCapital ? c + ('a' - 'A') : c);
+        return static_cast<unsigned char>(options_.ignoreCase ? platform::lowerAscii(c) : c);
     }
 
     /// Where the pattern goes on if what stands at `at` (no "*") matches `c`.

@@ -26,11 +26,6 @@ std::string tidied(const std::string& path) {
     return result.empty() ? "/" : result;
 }
 
-std::string_view parentOf(std::string_view path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
-}
-
 }  // namespace
 
 UserFolders UserFolders::ofCurrentUser() {
@@ -40,7 +35,7 @@ UserFolders UserFolders::ofCurrentUser() {
     if (const auto cache = platform::cacheDirectory())
         folders.cache = tidied(*cache);
     else
-        folders.cache = Paths::join(parentOf(folders.temp), "C");
+        folders.cache = Paths::join(Paths::parent(folders.temp), "C");
     folders.trash = tidied(platform::trashDirectory(folders.home));
     return folders;
 }
@@ -68,8 +63,8 @@ bool hasOwnCache(const UserFolders& folders) {
     // The folder itself may be missing or be a link; where it stands decides as well as where it leads.
     const auto real = [](const std::string& path) { return platform::resolvedPath(path).value_or(path); };
     const std::string home = real(folders.home);
-    const std::string parent = real(std::string(parentOf(folders.cache)));
-    return !isWithin(folders.cache, folders.home) && !isWithin(real(folders.cache), home) &&
+    const std::string parent = real(std::string(Paths::parent(folders.cache)));
+    return parent != "/" && !isWithin(folders.cache, folders.home) && !isWithin(real(folders.cache), home) &&
            !isWithin(parent, home);
 }
 
@@ -98,6 +93,11 @@ std::string join(std::string_view folder, std::string_view name) {
         path += '/';
     path += name;
     return path;
+}
+
+std::string_view parent(std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    return path.substr(0, slash == 0 || slash == std::string_view::npos ? 1 : slash);
 }
 
 std::string_view lastComponent(std::string_view path) {

@@ -40,8 +40,8 @@ namespace Paths {
 [[nodiscard]] std::string expand(std::string_view text, const UserFolders& folders = Paths::folders());
 
 /// Whether `cache` is a folder of its own. Where its place is derived from the temporary folder's it may come
-/// to lie in the home folder, or be a link there, and "~/C" may well be somebody's work: then there is no
-/// cache folder to speak of. Looks at the disk.
+/// to lie in the home folder, or be a link there, and "~/C" may well be somebody's work; "/C" may be a disk
+/// of somebody's. Then there is no cache folder to speak of. Looks at the disk.
 [[nodiscard]] bool hasOwnCache(const UserFolders& folders = Paths::folders());
 
 /// The short form of a full path for the user: "~/Library", "Geçici klasör/x", "Sistem önbelleği/x". The
@@ -54,6 +54,9 @@ namespace Paths {
 
 /// `folder` and `name` with exactly one "/" between them.
 [[nodiscard]] std::string join(std::string_view folder, std::string_view name);
+
+/// What stands before the last "/" of an absolute path; "/" for the root and what lies in it.
+[[nodiscard]] std::string_view parent(std::string_view path);
 
 /// What follows the last "/"; "/" for the root.
 [[nodiscard]] std::string_view lastComponent(std::string_view path);

@@ -6,6 +6,9 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <limits>
+
+#include "platform/ascii.h"
 
 namespace ulvak {
 namespace {
@@ -22,10 +25,12 @@ bool isHarmful(UChar32 c) {
     return isControl || breaksLine || u_hasBinaryProperty(c, UCHAR_BIDI_CONTROL) != 0;
 }
 
-/// Each maximal piece that is not UTF-8 becomes one U+FFFD.
+/// Each maximal piece that is not UTF-8 becomes one U+FFFD. ICU counts in 32 bits, and would take a longer
+/// text for one that ends with a zero byte.
 icu::UnicodeString decoded(std::string_view text) {
+    constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
     return icu::UnicodeString::fromUTF8(
-        icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+        icu::StringPiece(text.data(), static_cast<std::int32_t>(std::min(text.size(), longest))));
 }
 
 icu::UnicodeString lettersOf(const icu::UnicodeString& text) {
@@ -50,13 +55,8 @@ std::string encoded(const icu::UnicodeString& text) {
 }  // namespace
 
 std::string lowerCased(std::string_view text) {
-    if (isAscii(text)) {
-        std::string result(text);
-        std::ranges::transform(result, result.begin(), [](char c) {
-            return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-        });
-        return result;
-    }
+    if (isAscii(text))
+        return platform::lowerAscii(text);
     return encoded(decoded(text).toLower(icu::Locale::getRoot()));
 }
 
@@ -86,7 +86,7 @@ std::string plainLetters(std::string_view text) {
 }
 
 std::string paddedOrCut(std::string_view text, std::size_t count) {
-    const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    using platform::isContinuation;
     std::size_t characters = 0;
     std::size_t end = 0;
     while (end < text.size() && (characters < count || isContinuation(text[end]))) {

@@ -11,13 +11,15 @@
 /// Quick looks at single places. Nothing here writes, and nothing but folders is opened. Paths are bytes.
 namespace ulvak::platform {
 
+/// The number of a volume, and that of a file or folder on it: two names with the same are one.
+using FileNumber = std::pair<std::uint64_t, std::uint64_t>;
+
 struct FileInfo {
     bool isDirectory = false;
     /// Bytes held on disk (not the length); 0 when the system does not say.
     std::int64_t allocatedSize = 0;
     std::optional<FileTime> modified;
-    /// Two names with the same volume and number are one file or folder.
-    std::pair<std::uint64_t, std::uint64_t> volumeAndNumber;
+    FileNumber volumeAndNumber;
 };
 
 /// What is at `path`; a symbolic link is followed. Absent when nothing is there, when a link leads

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
+
+#include "platform/ascii.h"
 
 namespace ulvak::platform {
 namespace {
@@ -20,11 +21,7 @@ bool isPackageName(std::string_view name) {
     const std::size_t dot = name.rfind('.');
     if (dot == std::string_view::npos || dot == 0)
         return false;
-    std::string extension(name.substr(dot + 1));
-    std::ranges::transform(extension, extension.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
-    return std::ranges::find(packageExtensions, extension) != packageExtensions.end();
+    return std::ranges::find(packageExtensions, lowerAscii(name.substr(dot + 1))) != packageExtensions.end();
 }
 
 }  // namespace ulvak::platform

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <expected>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "platform/directory.h"
 #include "platform/file_error.h"
+#include "platform/files.h"
 
 /// Removing for good. Only `Cleaner` may ask for it: nothing here knows what must be kept.
 /// Threads: blocks the caller for as long as it takes; several at once are independent.
@@ -27,10 +26,9 @@ namespace ulvak::platform {
 /// Removes the folder `name` of `parent` if nothing is in it; whether it did.
 [[nodiscard]] bool removeEmptyFolder(const Directory& parent, const std::string& name);
 
-/// Volume and number of the entry `name` of `parent`, a link's own; absent when nothing is there. As
-/// `FileInfo` has them.
-[[nodiscard]] std::optional<std::pair<std::uint64_t, std::uint64_t>> entryNumber(const Directory& parent,
-                                                                                 const std::string& name);
+/// Of the entry `name` of `parent`, a link's own, as `FileInfo` has it. Absent when nothing is there or this
+/// user may not look.
+[[nodiscard]] std::optional<FileNumber> entryNumber(const Directory& parent, const std::string& name);
 
 /// The names in an open folder, hidden ones included, sorted by their bytes.
 [[nodiscard]] std::expected<std::vector<std::string>, std::error_code> entryNames(const Directory& folder);

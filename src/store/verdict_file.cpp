@@ -1,6 +1,7 @@
 #include "store/verdict_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <set>

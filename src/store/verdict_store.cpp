@@ -35,20 +35,19 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
     return false;
 }
 
-std::string folderOf(const std::string& path) {
-    return path.substr(0, path.rfind('/'));
-}
-
 }  // namespace
 
 VerdictStore::VerdictStore(std::string path, Clock now, Writer write)
     : path_(std::move(path)), now_(std::move(now)), write_(std::move(write)) {
     // Dropped by design, here and below: no failure of the store reaches the user.
-    (void)platform::makeFolders(folderOf(path_));
-    if (const auto text = platform::readFile(path_, longestVerdictFile)) {
-        if (auto entries = decodeEntries(*text))
-            entries_ = std::move(*entries);
-    }
+    (void)platform::makeFolders(std::string(Paths::parent(path_)));
+    const auto text = platform::readFile(path_, longestVerdictFile);
+    if (!text)
+        return;
+    if (auto entries = decodeEntries(*text))
+        entries_ = std::move(*entries);
+    else
+        (void)platform::replaceFile(path_ + ".old", *text);
 }
 
 std::string VerdictStore::defaultPath(const UserFolders& folders) {
@@ -64,7 +63,7 @@ void VerdictStore::apply(Finding& finding) const {
 
 void VerdictStore::save(const Verdict& verdict, const Finding& finding) {
     entries_.insert_or_assign(
-        finding.id, Entry{.verdict = verdict, .size = finding.size, .date = StoredDate::from(now_())});
+        finding.id, VerdictEntry{.verdict = verdict, .size = finding.size, .date = StoredDate::from(now_())});
     persist();
     notify();
 }

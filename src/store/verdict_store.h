@@ -17,11 +17,11 @@ namespace ulvak {
 /// Threads: the UI thread only. `save` and `remove` write the whole file and, unless another writer is given,
 /// block until the disk has answered; after that not even a power cut loses the entry. Two programs with one
 /// file: each writes what it knows, and the later one wins. Failures: silent by design. What cannot be read
-/// is empty, and the next `save` replaces it; what cannot be written is remembered until the program ends,
-/// and the file stays as it was.
+/// is empty, and the next `save` replaces it; a file that can be read but not understood is first copied to
+/// one named ".old" beside it, for it may be all that somebody ever decided. What cannot be written is
+/// remembered until the program ends, and the file stays as it was.
 class VerdictStore {
 public:
-    using Entry = VerdictEntry;
     using Clock = std::function<FileTime()>;
     /// What the file is to hold; absent when it cannot be put into words. Can be called on any thread, also
     /// when the store is gone: thousands of labels take their time.

@@ -120,6 +120,24 @@ TEST(Cleaner, DeletesASimulatorThroughTheDeveloperTools) {
     });
 }
 
+TEST(Cleaner, NoWordForManySimulatorsIsTakenForOne) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Cleaner::Services services = Cleaner::Services::system();
+        services.run = [](const std::string&, std::span<const std::string>) {
+            ADD_FAILURE() << "nothing is started";
+            return Shell::Result{};
+        };
+        for (const char* udid : {"all", "unavailable", "booted", "", "-A", "--help", "AB CD", "A,B"}) {
+            Finding simulator = finding({"/"});
+            simulator.action = {CleanAction::DeleteSimulator{udid}};
+            const auto freed = Cleaner::clean(simulator, CleanMode::permanent, services);
+            ASSERT_FALSE(freed) << udid;
+            EXPECT_EQ(text(freed.error()), "Simülatör silinemedi: kimliği tanınmıyor.");
+        }
+    });
+}
+
 TEST(Cleaner, PassesOnThatAProgramCannotBeStarted) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
@@ -159,8 +177,9 @@ TEST(Cleaner, FollowsNoLinkOnTheWayToAnItem) {
 TEST(Cleaner, AFolderThatHoldsTheHomeFolderIsProtected) {
     const TempTree tree({folder("tmp", {folder("a", {folder("home", {textFile("x", "x")})})})});
     inChild([&] {
-        const ScopedEnvironment environment(
-            {{"HOME", tree.path("tmp/a/home")}, {"TMPDIR", tree.path("tmp")}});
+        const ScopedEnvironment environment({{"HOME", tree.path("tmp/a/home")},
+                                             {"TMPDIR", tree.path("tmp")},
+                                             {"XDG_DATA_HOME", std::nullopt}});
         const auto freed = Cleaner::clean(finding({tree.path("tmp/a")}), CleanMode::permanent);
         ASSERT_FALSE(freed);
         EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error()));
@@ -201,7 +220,7 @@ TEST(Cleaner, WhatHoldsAnotherVolumeIsLeftAlone) {
         GTEST_SKIP() << *reason;
     const TempTree tree(lifelike());
     withPrivateMounts([&] {
-        const ScopedEnvironment environment({{"HOME", tree.path("home")}, {"TMPDIR", tree.path("tmp")}});
+        const AtHome environment(tree);
         ASSERT_TRUE(mountMemory(tree.path("home/proje/build/inner")));
         std::ofstream(tree.path("home/proje/build/inner/precious")) << "p";
         for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
@@ -219,7 +238,7 @@ TEST(Cleaner, AFileSystemWithoutATrashKeepsTheItem) {
         GTEST_SKIP() << *reason;
     const TempTree tree(lifelike());
     withPrivateMounts([&] {
-        const ScopedEnvironment environment({{"HOME", tree.path("home")}, {"TMPDIR", tree.path("tmp")}});
+        const AtHome environment(tree);
         ASSERT_TRUE(mountMemory(tree.path("tmp")));
         std::ofstream(tree.path("tmp/file")) << "f";
         const auto freed = Cleaner::clean(finding({tree.path("tmp/file")}), CleanMode::trash);
@@ -318,8 +337,11 @@ TEST(CleanError, SaysWhatItMeansInTurkish) {
 
 TEST(CleanError, SaysWhatIsRareInTheSystemsWords) {
     const std::error_code tooManyLinks = std::make_error_code(std::errc::too_many_links);
-    const CleanFailure failure = platform::FileError{.code = tooManyLinks, .path = "/a"};
-    EXPECT_EQ(errorDescription(failure), "“/a” kaldırılamadı: " + tooManyLinks.message() + ".");
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        const CleanFailure failure = platform::FileError{.code = tooManyLinks, .path = "/a"};
+        EXPECT_EQ(text(failure), "“/a” kaldırılamadı: " + tooManyLinks.message() + ".");
+    });
 }
 
 TEST(CleanError, IsEqualInKindAndContent) {

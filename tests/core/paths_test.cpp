@@ -55,7 +55,8 @@ TEST(UserFolders, TwoDotsLeadWhereTheDiskSaysTheyDo) {
 }
 
 TEST(HasOwnCache, ACacheFolderInsideTheHomeFolderIsNone) {
-    EXPECT_TRUE(Paths::hasOwnCache({.home = "/home/ayse", .temp = "/tmp", .cache = "/C"}));
+    EXPECT_FALSE(Paths::hasOwnCache({.home = "/home/ayse", .temp = "/tmp", .cache = "/C"}))
+        << "a disk of somebody's may be mounted there";
     EXPECT_TRUE(Paths::hasOwnCache({.home = "/home/ayse", .temp = "/home/T", .cache = "/home/C"}));
     EXPECT_FALSE(
         Paths::hasOwnCache({.home = "/home/ayse", .temp = "/home/ayse/tmp", .cache = "/home/ayse/C"}));

@@ -8,7 +8,6 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
 #include "core/text.h"
 #include "support/turkish_locale.h"

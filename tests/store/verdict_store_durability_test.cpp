@@ -177,7 +177,8 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFile) {
             VerdictStore store(path);
             report(0);
             char sign = 0;  // neither may read what the other has written
-            EXPECT_EQ(::read(start->read, &sign, 1), 1);
+            if (::read(start->read, &sign, 1) != 1)
+                ::_exit(1);
             for (int i = 0; i < saves; ++i)
                 saveOne(store, prefix + std::to_string(i % entries), i);
             report(1);
@@ -266,6 +267,19 @@ TEST(VerdictStoreDurability, AFileThatMayNotBeReadIsAnEmptyStore) {
         GTEST_SKIP() << *reason;
     test::asUnprivileged(
         [&] { EXPECT_TRUE(VerdictStore(tree.path("Ulvak/verdicts.json")).entries().empty()); });
+}
+
+TEST(VerdictStoreDurability, AFileThatIsNotUnderstoodIsKeptBesideTheFreshOne) {
+    const std::string newer = R"({"/a":{"verdict":{"level":"of tomorrow"},"size":1,"date":0}})";
+    TempTree tree({folder("Ulvak", {test::textFile("verdicts.json", newer)})});
+    VerdictStore store(tree.path("Ulvak/verdicts.json"));
+    EXPECT_TRUE(store.entries().empty());
+    EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json")), newer) << "until there is something to write";
+    store.remove("/absent");
+    EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json")), "{}");
+    EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json.old")), newer);
+    EXPECT_TRUE(VerdictStore(tree.path("Ulvak/verdicts.json")).entries().empty());
+    EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json.old")), newer) << "what is understood is no reason";
 }
 
 }  // namespace

@@ -8,18 +8,15 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
 
+#include "platform/linux/directory_record.h"
 #include "platform/posix/file_stamp.h"
+#include "platform/posix/system.h"
 
 namespace ulvak::platform {
 namespace {
 
 constexpr std::size_t bufferSize = 64 * 1024;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 EntryKind kindOf(const struct statx& info) {
     if (S_ISLNK(info.stx_mode))
@@ -48,32 +45,27 @@ const DirectoryEntry* EntryReader::next() {
             const auto count = ::syscall(SYS_getdents64, handle_, buffer_.get(), bufferSize);
             if (count <= 0) {
                 if (count < 0)
-                    error_ = lastError();
+                    error_ = posix::lastError();
                 return nullptr;
             }
             position_ = 0;
             end_ = static_cast<std::size_t>(count);
         }
-        // The kernel's record: inode, offset, record length, type, name with its zero byte.
-        const std::byte* record = buffer_.get() + position_;
-        unsigned short recordLength = 0;
-        std::memcpy(&recordLength, record + offsetof(dirent64, d_reclen), sizeof recordLength);
-        position_ += recordLength;
-        const auto type = std::to_integer<unsigned char>(record[offsetof(dirent64, d_type)]);
-        const char* name = reinterpret_cast<const char*>(record + offsetof(dirent64, d_name));
-        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+        const DirectoryRecord record = directoryRecordAt(buffer_.get() + position_);
+        position_ += record.length;
+        if (record.isDotOrDotDot())
             continue;
 
-        entry_ = {.name = name};
-        const bool mayBeFolder = type == DT_DIR || type == DT_UNKNOWN;
+        entry_ = {.name = record.name};
+        const bool mayBeFolder = record.type == DT_DIR || record.type == DT_UNKNOWN;
         if (mayBeFolder && untouched_ != nullptr && untouched_->contains(entry_.name))
             continue;
-        if (type == DT_LNK) {
+        if (record.type == DT_LNK) {
             entry_.kind = EntryKind::link;
             return &entry_;
         }
         struct statx info;  // NOLINT(cppcoreguidelines-pro-type-member-init): 256 bytes that the kernel fills
-        if (::statx(handle_, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
+        if (::statx(handle_, record.name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
                     STATX_TYPE | STATX_BLOCKS | STATX_MTIME, &info) != 0)
             continue;
         entry_.kind = kindOf(info);

@@ -6,12 +6,11 @@
 #include <sys/un.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstring>
-#include <memory>
 #include <optional>
 
+#include "platform/ascii.h"
 #include "platform/linux/curl_library.h"
 
 namespace ulvak::platform {
@@ -81,13 +80,6 @@ bool isLocalName(std::string_view host) {
         return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == '_';
     });
     return isPlain && !host.starts_with('-') && (host == "localhost" || host.ends_with(".localhost"));
-}
-
-std::string lowerAscii(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
-    return text;
 }
 
 /// A path without "/" at its end and without the version of the interface, which every request adds.

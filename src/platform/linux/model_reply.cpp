@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "platform/ascii.h"
+
 namespace ulvak::platform {
 namespace {
 
@@ -43,14 +45,6 @@ constexpr std::array<CodeRow, 12> codes = {{
 constexpr std::array<std::string_view, 4> languageMessages = {
     "unsupported language or locale", "unsupported locale", "language is not supported",
     "language not supported"};
-
-std::string lowerAscii(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
-    return lower;
-}
 
 std::string lettersOf(std::string_view text) {
     std::string letters = lowerAscii(text);
@@ -278,7 +272,7 @@ std::string clipped(std::string_view text, std::size_t longest) {
         return line;
     constexpr std::string_view cutMark = "…";
     std::size_t end = longest - std::min(longest, cutMark.size());
-    while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0U) == 0x80U)
+    while (end > 0 && isContinuation(line[end]))
         --end;
     line.resize(end);
     return line.append(cutMark);

@@ -3,14 +3,15 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
+#include "platform/linux/directory_record.h"
 #include "platform/posix/file_stamp.h"
 
 namespace ulvak::platform::posix {
@@ -58,10 +59,21 @@ int mountOf(int handle) {
     return result == 0 || errno == EOVERFLOW ? mount : -1;
 }
 
+/// Whether two open folders belong to one mount; where the kernel does not say, their volume has to do.
+bool isSameMount(int one, int other) {
+    const int mount = mountOf(one);
+    if (mount != mountOf(other))
+        return false;
+    struct stat first{};
+    struct stat second{};
+    return mount >= 0 ||
+           (::fstat(one, &first) == 0 && ::fstat(other, &second) == 0 && first.st_dev == second.st_dev);
+}
+
 /// As `openWithin` for a single name, where there is no `openat2`.
 int openName(int parent, const char* name, int flags) {
     const int handle = ::openat(parent, name, flags | O_NOFOLLOW);
-    if (handle >= 0 && mountOf(handle) != mountOf(parent)) {
+    if (handle >= 0 && !isSameMount(handle, parent)) {
         ::close(handle);
         errno = EXDEV;
         return -1;
@@ -159,16 +171,11 @@ int NameReader::read(int folder) {
 
 const NameReader::Entry* NameReader::next() {
     while (position_ < end_) {
-        // The kernel's record: inode, offset, record length, type, name with its zero byte.
-        const std::byte* record = buffer_.get() + position_;
-        unsigned short length = 0;
-        std::memcpy(&length, record + offsetof(dirent64, d_reclen), sizeof length);
-        position_ += length;
-        const char* name = reinterpret_cast<const char*>(record + offsetof(dirent64, d_name));
-        if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0)
+        const DirectoryRecord record = directoryRecordAt(buffer_.get() + position_);
+        position_ += record.length;
+        if (record.isDotOrDotDot())
             continue;
-        const auto type = std::to_integer<unsigned char>(record[offsetof(dirent64, d_type)]);
-        entry_ = {.name = name, .isFolder = type == DT_DIR};
+        entry_ = {.name = record.name, .isFolder = record.type == DT_DIR};
         return &entry_;
     }
     return nullptr;

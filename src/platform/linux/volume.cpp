@@ -7,6 +7,7 @@
 #include <fstream>
 #include <limits>
 #include <string_view>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -36,6 +37,10 @@ struct Mount {
     std::string path;
 };
 
+bool isNumber(std::string_view text, int& number) {
+    return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+}
+
 /// The kernel's table: "36 35 98:0 /root /mount/point options…". Only blanks separate.
 std::vector<Mount> mountTable() {
     std::vector<Mount> mounts;
@@ -50,9 +55,8 @@ std::vector<Mount> mountTable() {
             rest.remove_prefix(blank == std::string_view::npos ? rest.size() : blank + 1);
         }
         Mount mount{.path = unescaped(fields[4])};
-        std::from_chars(fields[0].data(), fields[0].data() + fields[0].size(), mount.id);
-        std::from_chars(fields[1].data(), fields[1].data() + fields[1].size(), mount.parentId);
-        if (mount.path.starts_with('/'))
+        if (isNumber(fields[0], mount.id) && isNumber(fields[1], mount.parentId) &&
+            mount.path.starts_with('/'))
             mounts.push_back(std::move(mount));
     }
     return mounts;
@@ -110,9 +114,9 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
 }
 
 std::vector<std::string> mountPoints() {
-    std::vector<Mount> mounts = mountTable();
-    std::unordered_map<std::string, std::vector<const Mount*>> byPath;
-    std::unordered_map<int, const Mount*> byId;
+    const std::vector<Mount> mounts = mountTable();
+    MountsByPath byPath;
+    MountsById byId;
     for (const Mount& mount : mounts) {
         byPath[mount.path].push_back(&mount);
         byId[mount.id] = &mount;

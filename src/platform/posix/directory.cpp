@@ -11,13 +11,8 @@
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
-namespace {
 
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
-
-}  // namespace
+using posix::lastError;
 
 Directory& Directory::operator=(Directory&& other) noexcept {
     std::swap(handle_, other.handle_);

@@ -20,6 +20,8 @@
 namespace ulvak::platform {
 namespace {
 
+using posix::lastError;
+
 constexpr mode_t onlyThisUser = 0600;
 constexpr mode_t folderOfThisUser = 0700;
 constexpr mode_t permissionBits = 0777;
@@ -27,10 +29,6 @@ constexpr std::string_view draftPrefix = ".ulvak-";
 constexpr std::string_view draftSuffix = ".tmp";
 constexpr std::string_view hexDigits = "0123456789abcdef";
 constexpr std::size_t draftDigits = 16;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 /// An open file or folder; none when the number is negative.
 class Handle {

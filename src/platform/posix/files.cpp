@@ -1,12 +1,12 @@
 #include "platform/files.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 
 #include <cstdlib>
 #include <memory>
 #include <string_view>
 
+#include "platform/posix/folder_stream.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
@@ -14,8 +14,7 @@ namespace ulvak::platform {
 std::vector<std::string> listNames(const std::string& path) {
     const posix::QuietAccess quiet;
     std::vector<std::string> names;
-    const int handle = posix::openFolder(AT_FDCWD, path.c_str());
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(handle < 0 ? nullptr : ::fdopendir(handle), &::closedir);
+    const auto folder = posix::folderStream(posix::openFolder(AT_FDCWD, path.c_str()));
     if (!folder)
         return names;
     while (const dirent* entry = ::readdir(folder.get())) {  // NOLINT(concurrency-mt-unsafe): own stream

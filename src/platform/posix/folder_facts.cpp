@@ -10,25 +10,11 @@
 #include <vector>
 
 #include "platform/package_name.h"
+#include "platform/posix/folder_stream.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
 namespace {
-
-struct CloseStream {
-    void operator()(DIR* stream) const { ::closedir(stream); }
-};
-using Stream = std::unique_ptr<DIR, CloseStream>;
-
-/// Of a folder that `posix` has opened, which is closed with it.
-Stream streamOf(int handle) {
-    if (handle < 0)
-        return nullptr;
-    Stream stream(::fdopendir(handle));
-    if (!stream)
-        ::close(handle);
-    return stream;
-}
 
 const dirent* nextEntry(DIR* stream) {
     const posix::QuietAccess quiet;
@@ -43,12 +29,12 @@ const dirent* nextEntry(DIR* stream) {
 }  // namespace
 
 struct FolderListing::Handle {
-    Stream stream;
+    posix::FolderStream stream;
     int number = -1;
 };
 
 FolderListing::FolderListing(const std::string& path) : handle_(std::make_unique<Handle>()) {
-    handle_->stream = streamOf(posix::openFolder(AT_FDCWD, path.c_str()));
+    handle_->stream = posix::folderStream(posix::openFolder(AT_FDCWD, path.c_str()));
     if (handle_->stream)
         handle_->number = ::dirfd(handle_->stream.get());
 }
@@ -99,21 +85,22 @@ std::string FolderListing::beginning(const std::string& name, std::size_t count)
 
 struct FileSample::Walk {
     /// The folders from the first down to the one being listed.
-    std::vector<Stream> levels;
+    std::vector<posix::FolderStream> levels;
     std::stop_token stop;
 
     /// Enters `name`, found in the deepest open folder, if it is a folder to enter.
     void enter(const char* name, const posix::Item& item) {
         if (item.isMountPoint || isPackageName(name) || levels.size() >= mostLevels)
             return;
-        if (Stream stream = streamOf(posix::openFolderBelow(::dirfd(levels.back().get()), name)))
+        if (posix::FolderStream stream =
+                posix::folderStream(posix::openFolderBelow(::dirfd(levels.back().get()), name)))
             levels.push_back(std::move(stream));
     }
 };
 
 FileSample::FileSample(const std::string& path, std::stop_token stop) : walk_(std::make_unique<Walk>()) {
     walk_->stop = std::move(stop);
-    if (Stream stream = streamOf(posix::openFolder(AT_FDCWD, path.c_str())))
+    if (posix::FolderStream stream = posix::folderStream(posix::openFolder(AT_FDCWD, path.c_str())))
         walk_->levels.push_back(std::move(stream));
 }
 

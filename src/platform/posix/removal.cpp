@@ -7,8 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <string_view>
+#include <optional>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "platform/posix/system.h"
@@ -23,18 +24,16 @@ constexpr std::size_t fewestOpen = 4;
 /// skips entries when others are removed during a listing.
 constexpr int mostListings = 64;
 
-using Number = std::pair<std::uint64_t, std::uint64_t>;
-
 std::error_code systemError(int number) {
     return {number, std::generic_category()};
 }
 
 /// As `fileInfo` numbers volumes.
-Number numberOf(const struct stat& info) {
+FileNumber numberOf(const struct stat& info) {
     return {posix::volumeNumber(info), info.st_ino};
 }
 
-std::optional<Number> numberOf(int handle) {
+std::optional<FileNumber> numberOf(int handle) {
     struct stat info{};
     if (::fstat(handle, &info) != 0)
         return std::nullopt;
@@ -53,8 +52,8 @@ int unlink(const Directory& parent, const char* name, int flags) {
 /// A folder that is being emptied.
 struct Level {
     std::string name;
-    Directory folder;              ///< closed when too many are open
-    std::optional<Number> number;  ///< known when it is closed
+    Directory folder;                  ///< closed when too many are open
+    std::optional<FileNumber> number;  ///< known when it is closed
     /// Folders in it that were listed and not removed yet, the next one last. Forgotten when it is closed:
     /// the listing then starts anew.
     std::vector<std::string> pending;
@@ -230,8 +229,7 @@ std::expected<void, FileError> removeEntry(const Directory& parent, const std::s
     return Removal(parent).run(name);
 }
 
-std::optional<std::pair<std::uint64_t, std::uint64_t>> entryNumber(const Directory& parent,
-                                                                   const std::string& name) {
+std::optional<FileNumber> entryNumber(const Directory& parent, const std::string& name) {
     struct stat info{};
     if (::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;

@@ -2,16 +2,23 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 /// What each system does in its own way, for the code of this folder, which they share: the calls below are
 /// defined once in `linux/` and once in `macos/`. Handles belong to the caller, who closes them. Where a call
 /// returns -1 it has set `errno`. Safe from any thread.
 namespace ulvak::platform::posix {
+
+/// What `errno` says.
+[[nodiscard]] inline std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
 
 /// Opens a folder for being listed, links followed.
 [[nodiscard]] int openFolder(int parent, const char* path);

@@ -10,11 +10,13 @@
 #include <string>
 
 #include "platform/directory.h"
+#include "platform/files.h"
+#include "platform/removal.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
-// What `Directory` promises on kernels without openat2 and in sandboxes that refuse it. Whether there is
-// one is asked once a process, so that each test runs in a new one.
+// What `Directory`, and what removes, promise on kernels without openat2 and in sandboxes that refuse it.
+// Whether there is one is asked once a process, so that each test runs in a new one.
 
 namespace ulvak::platform {
 namespace {
@@ -22,6 +24,7 @@ namespace {
 using test::folder;
 using test::link;
 using test::TempTree;
+using test::textFile;
 
 /// From here on openat2 fails with `error` in this process and its children.
 void refuseOpenat2(int error) {
@@ -60,8 +63,6 @@ void expectNoLinkToBeFollowed() {
 }
 
 void expectNoMountToBeEntered() {
-    if (test::whyNoPrivateMounts())
-        return;
     TempTree tree({folder("memory"), folder("original", {folder("room")}), folder("again")});
     test::withPrivateMounts([&] {
         ASSERT_TRUE(test::mountMemory(tree.path("memory")));
@@ -72,6 +73,29 @@ void expectNoMountToBeEntered() {
         for (const char* path : {"memory", "memory/room", "again", "again/room"})
             EXPECT_FALSE(top->openBelow(path)) << path;
         EXPECT_TRUE(top->openBelow("original/room"));
+    });
+}
+
+void expectRemovalToStayInside() {
+    TempTree tree({folder("canaries", {textFile("canary", "alive")}),
+                   folder("item", {link("out", "../canaries"), folder("a", {textFile("b", "b")})})});
+    const auto top = Directory::open(tree.path());
+    ASSERT_TRUE(top);
+    EXPECT_TRUE(removeEntry(*top, "item"));
+    EXPECT_FALSE(existsIn(tree.path(), "item"));
+    EXPECT_TRUE(existsIn(tree.path("canaries"), "canary"));
+}
+
+void expectRemovalToEnterNoMount() {
+    TempTree tree({folder("canaries", {textFile("canary", "alive")}), folder("item", {folder("again")})});
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountAgain(tree.path("canaries"), tree.path("item/again")));
+        const auto top = Directory::open(tree.path());
+        ASSERT_TRUE(top);
+        const auto removed = removeEntry(*top, "item");
+        ASSERT_FALSE(removed);
+        EXPECT_EQ(removed.error().code, std::errc::device_or_resource_busy);
+        EXPECT_TRUE(existsIn(tree.path("canaries"), "canary"));
     });
 }
 
@@ -97,7 +121,19 @@ TEST_P(DirectoryWithoutOpenat2, FollowsNoLinkBelow) {
 }
 
 TEST_P(DirectoryWithoutOpenat2, EntersNoMountBelow) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
     EXPECT_EXIT(check(GetParam(), expectNoMountToBeEntered), testing::ExitedWithCode(0), "");
+}
+
+TEST_P(DirectoryWithoutOpenat2, RemovesNothingBehindALink) {
+    EXPECT_EXIT(check(GetParam(), expectRemovalToStayInside), testing::ExitedWithCode(0), "");
+}
+
+TEST_P(DirectoryWithoutOpenat2, RemovesNothingOfAnotherMount) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    EXPECT_EXIT(check(GetParam(), expectRemovalToEnterNoMount), testing::ExitedWithCode(0), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Errors, DirectoryWithoutOpenat2, testing::Values(ENOSYS, EPERM),
