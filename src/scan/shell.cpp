@@ -1,10 +1,12 @@
 #include "scan/shell.h"
 
+#include <fcntl.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): POSIX signal sets
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 #include <vector>
@@ -51,33 +53,38 @@ std::expected<Pipe, std::error_code> makePipe() {
     return Pipe{.read = Handle(ends->read), .write = Handle(ends->write)};
 }
 
+/// Reads on when there is more than anybody wants: a writer that nobody reads would wait.
 std::string readToEnd(const Handle& handle) {
     std::string bytes;
     std::vector<char> buffer(65536);  // not on the stack, which may be small
     for (;;) {
         const ssize_t count = ::read(handle.get(), buffer.data(), buffer.size());
         if (count > 0)
-            bytes.append(buffer.data(), static_cast<std::size_t>(count));
+            bytes.append(buffer.data(),
+                         std::min(static_cast<std::size_t>(count), longestOutput - bytes.size()));
         else if (count == 0 || errno != EINTR)
-            return bytes;
+            return bytes;  // an error, too, by design: what came before it is the output
     }
 }
 
-/// What the new process gets: the two pipes, the usual reactions to signals, whatever ours are, and a group
-/// of its own, so that a stop ends its children too.
+/// What the new process gets: the two pipes, the usual reaction to a pipe that nobody reads, whatever ours
+/// is, and a group of its own, so that a stop ends its children too.
 class SpawnSetup {
 public:
     SpawnSetup(const Pipe& output, const Pipe& error) {
         ::posix_spawn_file_actions_init(&actions_);
-        ::posix_spawn_file_actions_adddup2(&actions_, output.write.get(), STDOUT_FILENO);
-        ::posix_spawn_file_actions_adddup2(&actions_, error.write.get(), STDERR_FILENO);
         ::posix_spawnattr_init(&attributes_);
         sigset_t usual;
         sigemptyset(&usual);  // both are macros on some systems
         sigaddset(&usual, SIGPIPE);
-        ::posix_spawnattr_setsigdefault(&attributes_, &usual);
-        ::posix_spawnattr_setpgroup(&attributes_, 0);
-        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
+        note(::posix_spawn_file_actions_adddup2(&actions_, output.write.get(), STDOUT_FILENO));
+        note(::posix_spawn_file_actions_adddup2(&actions_, error.write.get(), STDERR_FILENO));
+        // Whoever reads from a terminal in the background is stopped, and would be waited for for ever.
+        if (::isatty(STDIN_FILENO) != 0)
+            note(::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        note(::posix_spawnattr_setsigdefault(&attributes_, &usual));
+        note(::posix_spawnattr_setpgroup(&attributes_, 0));
+        note(::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP));
     }
     ~SpawnSetup() {
         ::posix_spawn_file_actions_destroy(&actions_);
@@ -86,10 +93,18 @@ public:
     SpawnSetup(const SpawnSetup&) = delete;
     SpawnSetup& operator=(const SpawnSetup&) = delete;
 
+    /// 0, or the number of the error that kept it from being made.
+    [[nodiscard]] int failure() const { return failure_; }
     [[nodiscard]] const posix_spawn_file_actions_t* actions() const { return &actions_; }
     [[nodiscard]] const posix_spawnattr_t* attributes() const { return &attributes_; }
 
 private:
+    void note(int error) {
+        if (failure_ == 0)
+            failure_ = error;
+    }
+
+    int failure_ = 0;
     posix_spawn_file_actions_t actions_{};
     posix_spawnattr_t attributes_{};
 };
@@ -128,8 +143,10 @@ std::expected<Result, std::error_code> run(const std::string& path, std::span<co
         return std::unexpected(output ? error.error() : output.error());
     pid_t process = 0;
     const SpawnSetup setup(*output, *error);
-    const int failure =
-        ::posix_spawn(&process, path.c_str(), setup.actions(), setup.attributes(), argv.data(), environ);
+    int failure = setup.failure();
+    if (failure == 0)
+        failure =
+            ::posix_spawn(&process, path.c_str(), setup.actions(), setup.attributes(), argv.data(), environ);
     if (failure != 0)
         return std::unexpected(std::error_code(failure, std::generic_category()));
     output->write.close();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <span>
@@ -10,6 +11,10 @@
 /// Runs other programs.
 namespace ulvak::Shell {
 
+/// Bytes of each output that are kept; what comes after them is read and dropped. Far more than any program
+/// prints that this one starts.
+inline constexpr std::size_t longestOutput = 128UZ * 1024 * 1024;
+
 struct Result {
     /// The program's exit status; the number of the signal if one ended it; -1 if nobody can tell.
     std::int32_t status = 0;
@@ -18,8 +23,8 @@ struct Result {
 };
 
 /// Runs the executable at the absolute `path` with these arguments: no shell, no path search, this
-/// process's environment and standard input. Blocks until it has exited. Fails only when it cannot be
-/// started. A stop request kills it with the processes that it has started.
+/// process's environment and standard input; nothing in a terminal's place. Blocks until it has exited. Fails
+/// only when it cannot be started. A stop request kills it with the processes that it has started.
 ///
 /// Standard output is read to its end before standard error: a program that writes more to standard error
 /// than a pipe holds while it still has output to write would wait forever, so this is for programs that
