@@ -30,7 +30,9 @@ std::pair<double, double> medianAndMost(const std::vector<Turn>& turns, double T
     for (const Turn& turn : turns)
         times.push_back(turn.*time);
     std::ranges::sort(times);
-    return {times[times.size() / 2], times.back()};
+    const std::size_t middle = times.size() / 2;
+    const double median = times.size() % 2 == 1 ? times[middle] : (times[middle - 1] + times[middle]) / 2;
+    return {median, times.back()};
 }
 
 }  // namespace ulvak

@@ -4,7 +4,6 @@
 
 #include <set>
 #include <unordered_set>
-#include <vector>
 
 namespace ulvak {
 namespace {

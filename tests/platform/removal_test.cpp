@@ -8,7 +8,6 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <string>
 #include <thread>
 #include <vector>
@@ -162,16 +161,6 @@ TEST(Removal, SaysWhatIsNotThere) {
     ASSERT_FALSE(result);
     EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory);
     EXPECT_EQ(result.error().path, "gone");
-}
-
-TEST(Removal, AnItemThatBecomesALinkIsNotEntered) {
-    // The link stands for one that took the folder's place after it was found to be a folder.
-    const TempTree tree({folder("canaries", {textFile("canary", "alive")}), link("item", "canaries")});
-    EXPECT_TRUE(removed(tree, "item"));
-    EXPECT_TRUE(exists(tree.path("canaries/canary")));
-    const auto folder = opened(tree).openBelow("canaries");
-    ASSERT_TRUE(folder);
-    EXPECT_FALSE(opened(tree).openBelow("item"));
 }
 
 TEST(Removal, AnotherMountOfTheSameDiskIsNotEntered) {

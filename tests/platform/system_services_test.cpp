@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "platform/files.h"
@@ -9,6 +10,8 @@
 #include "platform/program.h"
 #include "platform/running_applications.h"
 #include "platform/trash.h"
+#include "support/environment.h"
+#include "support/isolation.h"
 #include "support/temp_tree.h"
 
 // The services that answer with what this very machine has: what holds for their answers everywhere.
@@ -42,17 +45,21 @@ TEST(GuardedFolders, LieInTheHomeOrAreAbsolute) {
 }
 
 TEST(RunningApplications, HaveNames) {
+    // Which are running is this machine's matter, and there may be none.
     const auto names = runningApplications();
     EXPECT_TRUE(std::ranges::none_of(names, [](const std::string& name) { return name.empty(); }));
 }
 
 TEST(Trash, SaysWhatIsNotThere) {
     const test::TempTree tree;
-    const auto result = moveToTrash(tree.path("absent"));
-    ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory) << result.error().detail;
-    EXPECT_EQ(result.error().path, tree.path("absent"));
-    EXPECT_FALSE(result.error().detail.empty());
+    test::inChild([&] {
+        const test::ScopedEnvironment environment({{"HOME", tree.path()}, {"XDG_DATA_HOME", std::nullopt}});
+        const auto result = moveToTrash(tree.path("absent"));
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory) << result.error().detail;
+        EXPECT_EQ(result.error().path, tree.path("absent"));
+        EXPECT_FALSE(result.error().detail.empty());
+    });
 }
 
 TEST(Trash, IsEmptiedByAProgramWithAnAbsolutePath) {

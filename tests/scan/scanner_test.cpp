@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -46,7 +47,8 @@ struct Scan {
 /// Runs `body` in a process of its own with these folders: they are asked for once a process.
 void scanning(const std::string& home, const std::string& temp, const test::Body& body) {
     inChild([&] {
-        const ScopedEnvironment environment({{"HOME", home}, {"TMPDIR", temp}});
+        const ScopedEnvironment environment(
+            {{"HOME", home}, {"TMPDIR", temp}, {"XDG_DATA_HOME", std::nullopt}});
         body();
     });
 }

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <random>
 #include <stop_token>
@@ -142,19 +143,24 @@ TEST(TreeWalk, StoppingEndsAWalkUnderWay) {
     for (int i = 0; i < 2000; ++i)
         many.push_back(test::folder("p" + std::to_string(i), {test::file("x", 0)}));
     tree.add(many);
+    int stoppedMidway = 0;
     for (int round = 0; round < 20; ++round) {
         ScanProgress progress;
         std::stop_source source;
+        std::atomic<bool> isOver = false;
         std::jthread stopper([&] {
-            while (progress.files() < 10 * round) {
+            while (progress.files() < 10 * round && !isOver) {
             }
             source.request_stop();
         });
         TreeWalk walk(rootAt(tree.path()), {.workers = 2}, progress, source.get_token());
         const std::vector<DirNode> nodes = walk.run();
+        isOver = true;
         ASSERT_EQ(nodes.size(), 1U);
         EXPECT_EQ(nodes.front().fileCount, progress.files()) << "what was counted is what is in the tree";
+        stoppedMidway += nodes.front().fileCount < 2000 ? 1 : 0;
     }
+    EXPECT_GT(stoppedMidway, 0);
 }
 
 }  // namespace

@@ -7,12 +7,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/durable_file.h"
 #include "platform/files.h"

@@ -93,6 +93,10 @@ TEST(Removal, NamesAreBytes) {
 TEST(Volume, AvailableIsWhatThisUserCanWriteNotWhatIsKeptForRoot) {
     struct statvfs info{};
     ASSERT_EQ(::statvfs("/", &info), 0);
+    const auto reserve =
+        static_cast<double>(info.f_bfree - info.f_bavail) * static_cast<double>(info.f_frsize);
+    if (reserve < 3e9)
+        GTEST_SKIP() << "next to nothing is kept for root here";
     const auto capacity = volumeCapacity("/");
     ASSERT_TRUE(capacity);
     const auto withoutReserve = static_cast<double>(info.f_bavail) * static_cast<double>(info.f_frsize);
