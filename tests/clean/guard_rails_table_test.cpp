@@ -10,74 +10,19 @@
 #include <vector>
 
 #include "clean/guard_rails.h"
+#include "clean/plain_rule.h"
 #include "support/turkish_locale.h"
 
 namespace ulvak {
 namespace {
 
-/// The tables as they were agreed on, with placeholders for the user's folders.
-constexpr std::array<std::string_view, 31> protectedTable = {
-    "/",
-    "/System",
-    "/Library",
-    "/Applications",
-    "/Users",
-    "/usr",
-    "/bin",
-    "/sbin",
-    "/opt",
-    "/private",
-    "/private/var",
-    "/opt/homebrew",
-    "/Users/Shared",
-    "HOME",
-    "HOME/Library",
-    "HOME/Desktop",
-    "HOME/Documents",
-    "HOME/Downloads",
-    "HOME/Pictures",
-    "HOME/Movies",
-    "HOME/Music",
-    "HOME/Public",
-    "HOME/Library/Application Support",
-    "HOME/Library/Caches",
-    "HOME/Library/Containers",
-    "HOME/Library/Group Containers",
-    "HOME/Library/Developer",
-    "HOME/Library/Keychains",
-    "HOME/Library/Preferences",
-    "TEMP",
-    "CACHE",
-};
-constexpr std::array<std::string_view, 5> forbiddenTable = {
-    "/System/", "/private/var/db/", "/private/var/vm/", "/usr/", "HOME/Library/Keychains/",
-};
-constexpr std::array<std::string_view, 5> allowedTable = {
-    "HOME/", "TEMP/", "CACHE/", "/Applications/", "/Users/Shared/",
-};
+using namespace test;
 
 const std::array<UserFolders, 3> users = {{
     {.home = "/Users/ayşe", .temp = "/var/folders/ab/xyz/T", .cache = "/var/folders/ab/xyz/C"},
     {.home = "/home/ali", .temp = "/tmp", .cache = "/C"},
     {.home = "/home/ali", .temp = "/home/ali/tmp", .cache = "/home/ali/C"},
 }};
-
-template <std::size_t Count>
-std::vector<std::string> filledIn(const std::array<std::string_view, Count>& table, const UserFolders& user) {
-    std::vector<std::string> rows;
-    for (const std::string_view row : table) {
-        std::string text(row);
-        for (const auto& [placeholder, path] :
-             {std::pair<std::string_view, const std::string&>{"HOME", user.home},
-              {"TEMP", user.temp},
-              {"CACHE", user.cache}}) {
-            if (text.starts_with(placeholder))
-                text.replace(0, placeholder.size(), path);
-        }
-        rows.push_back(std::move(text));
-    }
-    return rows;
-}
 
 TEST(GuardRailsTables, HoldWhatWasAgreedOnInThatOrder) {
     for (const UserFolders& user : users) {
@@ -90,55 +35,6 @@ TEST(GuardRailsTables, HoldWhatWasAgreedOnInThatOrder) {
         EXPECT_TRUE(std::ranges::equal(rails.allowedPrefixes(), filledIn(allowedTable, user)));
     }
 }
-
-/// The rule once more, as plainly as it can be said: names are put on a pile and taken off it, then the
-/// tables are gone through.
-class PlainRule {
-public:
-    explicit PlainRule(const UserFolders& user)
-        : protected_(filledIn(protectedTable, user)),
-          forbidden_(filledIn(forbiddenTable, user)),
-          allowed_(filledIn(allowedTable, user)) {}
-
-    static std::string tidy(const std::string& path) {
-        std::string result;
-        std::string name;
-        for (const char c : path + "/") {
-            if (c != '/') {
-                name += c;
-                continue;
-            }
-            if (name == "..")
-                result.erase(result.empty() ? 0 : result.rfind('/'));
-            else if (!name.empty() && name != ".")
-                result += "/" + name;
-            name.clear();
-        }
-        if (result.empty())
-            return "/";
-        return result.starts_with("/private/var/folders/") ? result.substr(8) : result;
-    }
-
-    /// A protected place or one below a forbidden prefix, for a path that is tidy.
-    [[nodiscard]] bool mustStay(const std::string& item) const {
-        return std::ranges::find(protected_, item) != protected_.end() || beginsWithOneOf(item, forbidden_);
-    }
-
-    [[nodiscard]] bool allows(const std::string& path) const {
-        const std::string item = tidy(path);
-        return !mustStay(item) && beginsWithOneOf(item, allowed_);
-    }
-
-private:
-    static bool beginsWithOneOf(const std::string& item, const std::vector<std::string>& prefixes) {
-        return std::ranges::any_of(prefixes,
-                                   [&](const std::string& prefix) { return item.starts_with(prefix); });
-    }
-
-    std::vector<std::string> protected_;
-    std::vector<std::string> forbidden_;
-    std::vector<std::string> allowed_;
-};
 
 /// Paths near the edges of the tables.
 class PathMaker {
