@@ -10,13 +10,11 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>

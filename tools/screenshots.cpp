@@ -10,7 +10,6 @@
 #include <QTimer>
 #include <QtEndian>
 #include <QtPlugin>
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>

@@ -12,7 +12,6 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

@@ -1,6 +1,7 @@
 #include "classify/analyzer.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <ranges>
 #include <string_view>

@@ -46,24 +46,27 @@ struct CleanAction {
 /// One reportable item of a scan: a folder or file, or a group of like ones merged into one entry.
 /// A plain value; two findings with the same id are the same item, whatever their other fields.
 struct Finding {
-    std::string id;                 ///< the item's path; unique within one result list
-    std::vector<std::string> urls;  ///< full paths: one for a single item, more for a merged group
-    std::int64_t size = 0;          ///< bytes on disk of all `urls` together
+    std::string id;  ///< the item's path, of a group that of its first member; unique within one result list
+    std::vector<std::string>
+        urls;               ///< full paths: one for a single item, all of a group's in the order found
+    std::int64_t size = 0;  ///< bytes on disk of all `urls` together
     SafetyLevel level = SafetyLevel::unknown;
     std::string title;
     std::string explanation;
     VerdictSource source = VerdictSource::rule;
-    std::optional<std::int64_t> confidence;  ///< 0 to 100; only with a model's verdict
+    std::optional<std::int64_t> confidence;  ///< as `Verdict` has it
     CleanAction action;
     std::vector<std::string> quitApps;  ///< applications that must not run while this is cleaned
     std::optional<FileTime> modified;   ///< latest date found in the item's tree
     std::int64_t fileCount = 0;
-    std::vector<ChildSummary> children;     ///< at most 12 direct children, largest first
+    std::vector<ChildSummary>
+        children;  ///< at most 12 direct children, or all members of a group; largest first
     std::optional<std::string> parentPath;  ///< absent at a scan root
     std::vector<ChildSummary> siblings;     ///< at most 10 other entries of that folder, largest first
     bool isPersonal = false;                ///< lies among the user's personal files
-    Verdict original;                       ///< what the analysis said first; later verdicts leave it alone
-    std::optional<std::string> groupKey;    ///< what like findings were merged under
+    Verdict original;  ///< what the analysis said first, of a group with their number; later verdicts leave
+                       ///< it alone
+    std::optional<std::string> groupKey;  ///< what like findings were merged under
 };
 
 /// The five fields of a finding that form its current verdict.

@@ -6,7 +6,6 @@
 #include <unicode/unistr.h>
 
 #include <array>
-#include <memory>
 #include <string_view>
 
 namespace ulvak::Format {

@@ -44,7 +44,8 @@ struct Verdict {
     std::string title;        ///< what the item is, in a few words
     std::string explanation;  ///< what it contains and what happens if it is deleted
     VerdictSource source = VerdictSource::rule;
-    std::optional<std::int64_t> confidence;  ///< 0 to 100; only a model gives one
+    /// Only a model gives one: 0 to 100, as far as we write it. What a file says is taken as it is.
+    std::optional<std::int64_t> confidence;
 
     friend bool operator==(const Verdict&, const Verdict&) = default;
 };

@@ -6,7 +6,8 @@
 
 #include "platform/file_error.h"
 
-/// The desktop's Trash. Threads: any but the one of the user interface; both block.
+/// The desktop's Trash. Threads: any. `moveToTrash` blocks for as long as the disk takes, never call it on
+/// that of the user interface; the others answer at once.
 namespace ulvak::platform {
 
 /// Moves the item at the absolute `path`, a link itself and not where it leads, to the Trash, from where

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
 #include <span>
 #include <stop_token>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "scan/dir_node.h"

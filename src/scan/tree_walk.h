@@ -3,10 +3,8 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <stop_token>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/directory.h"

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "ai/ai_classifier.h"

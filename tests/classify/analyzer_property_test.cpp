@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <functional>
-#include <map>
 #include <random>
 #include <set>
 #include <string>

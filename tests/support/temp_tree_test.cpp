@@ -1,6 +1,5 @@
 #include "support/temp_tree.h"
 
-#include <fcntl.h>
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstring>
 #include <ctime>
-#include <memory>
 
 #include "platform/linux/curl_library.h"
 

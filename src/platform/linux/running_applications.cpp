@@ -9,6 +9,7 @@
 #include <array>
 #include <cctype>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <string_view>
 #include <utility>

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <string_view>
 #include <vector>
 
 #include "platform/files.h"
