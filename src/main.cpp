@@ -28,6 +28,7 @@ int openWindow(std::span<const char* const> arguments) {
 
 int main(int argc, char* argv[]) {
     prepareStandardStreams();
+    platform::forgetRelativeFolders();
     const std::span<const char* const> all(argv, static_cast<std::size_t>(argc));
     const std::span<const char* const> arguments = all.empty() ? all : all.subspan(1);
     const CommandLine line = CommandLine::parse(arguments);

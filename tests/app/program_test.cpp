@@ -158,6 +158,21 @@ TEST_F(Program, DumpChangesNothing) {
     EXPECT_EQ(after, before);
 }
 
+TEST_F(Program, TheWindowsProgramIsToldOfNoRelativeFolder) {
+    std::filesystem::copy_file(ULVAK_PROGRAM, tree.path("ulvak"));
+    tree.add("", {test::textFile("ulvak-window", "#!/bin/sh\nenv\n").withMode(0755)});
+    const std::string ulvak = "'" + tree.path("ulvak") + "'";
+    for (const char* name : {"HOME", "TMPDIR", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
+        const std::string variable = std::string("\n") + name + "=";
+        for (const char* relative : {"", "data", "./data", "~/.local/share"}) {
+            const std::string set = std::string(name) + "='" + relative + "' ";
+            EXPECT_FALSE(("\n" + shell(set + ulvak).output).contains(variable)) << set;
+        }
+        const std::string set = std::string(name) + "='" + tree.path() + "' ";
+        EXPECT_TRUE(("\n" + shell(set + ulvak).output).contains(variable + tree.path() + "\n")) << set;
+    }
+}
+
 TEST_F(Program, WithoutTheWindowsProgramItSaysSo) {
     // Away from where it was built there is no window beside it.
     std::filesystem::copy_file(ULVAK_PROGRAM, tree.path("ulvak"));

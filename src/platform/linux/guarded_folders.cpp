@@ -2,6 +2,8 @@
 
 #include <glib.h>
 
+#include <vector>
+
 namespace ulvak::platform {
 
 GuardedFolders guardedFolders(const std::string& home) {
@@ -17,6 +19,9 @@ GuardedFolders guardedFolders(const std::string& home) {
         if (const char* folder = g_get_user_special_dir(static_cast<GUserDirectory>(kind)))
             folders.themselves.emplace_back(folder);
     }
+    // Relative to wherever the program was started they are nobody's.
+    for (auto* paths : {&folders.themselves, &folders.withContents})
+        std::erase_if(*paths, [](const std::string& path) { return !path.starts_with('/'); });
     return folders;
 }
 

@@ -3,9 +3,20 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <vector>
 
+#include "platform/posix/environment.h"
+
 namespace ulvak::platform {
+
+void forgetRelativeFolders() {
+    for (const char* name : {"HOME", "TMPDIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+                             "XDG_RUNTIME_DIR", "XDG_STATE_HOME"}) {
+        if (!posix::absoluteFromEnvironment(name))
+            ::unsetenv(name);  // NOLINT(concurrency-mt-unsafe): there is one thread
+    }
+}
 
 std::error_code becomeProgram(const std::string& path, std::span<const char* const> arguments) {
     std::vector<std::string> words{path};

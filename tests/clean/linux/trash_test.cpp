@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "clean/clean_support.h"
+#include "platform/program.h"
 
 namespace ulvak {
 namespace {
@@ -135,6 +136,26 @@ TEST(Trash, RestoresWhatWasTrashedByteForByte) {
         after["."].modified = before.at(".").modified;  // things went from it and came back
         EXPECT_EQ(after, before);
     });
+}
+
+TEST(Trash, ARelativeFolderInTheEnvironmentEndsNothingAndMovesNoTrash) {
+    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
+        const TempTree tree(lifelike());
+        inHome(tree, [&] {
+            ::alarm(60);
+            const ScopedEnvironment environment({{name, "relative/data"}});
+            fs::current_path(tree.path());
+            EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::permanent)) << name;
+        });
+        inHome(tree, [&] {
+            const ScopedEnvironment environment({{name, "relative/data"}});
+            fs::current_path(tree.path());
+            platform::forgetRelativeFolders();
+            EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/two")}), CleanMode::trash)) << name;
+            EXPECT_EQ(restoreAll(tree), 1) << name;
+            EXPECT_FALSE(exists(tree.path("relative"))) << name;
+        });
+    }
 }
 
 TEST(Trash, KeepsTwoItemsOfOneNameApart) {
