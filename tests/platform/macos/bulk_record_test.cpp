@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,11 @@ using namespace std::chrono_literals;
 
 constexpr std::uint32_t fileType = 1;
 constexpr std::uint32_t folderType = 2;
+constexpr std::uint32_t blockDeviceType = 3;
 constexpr std::uint32_t deviceType = 4;
 constexpr std::uint32_t linkType = 5;
+constexpr std::uint32_t socketType = 6;
+constexpr std::uint32_t fifoType = 7;
 constexpr std::uint32_t mountPoint = 1;
 constexpr std::uint32_t trigger = 2;
 
@@ -96,6 +100,19 @@ std::optional<BulkRecord> only(const Bytes& bytes) {
     return takeRecord(bytes, position);
 }
 
+/// In memory of their very own size, so that the sanitizers see a look beyond it.
+Bytes exactly(std::span<const std::byte> bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+/// The same record in a buffer that ends with it, and says so.
+Bytes ofLength(const Bytes& record, std::uint32_t length) {
+    Bytes bytes = exactly(std::span(record).first(length));
+    if (length >= sizeof length)
+        put(bytes, 0, length);
+    return bytes;
+}
+
 const Written wholeFile{.name = "dosya.txt",
                         .error = 0,
                         .type = fileType,
@@ -140,6 +157,34 @@ TEST(BulkRecord, FieldsThatTheSystemLeftOutAreAbsentAndMoveTheOthersUp) {
     }
 }
 
+TEST(BulkRecord, HasEveryFieldInTheOrderOfItsGroupAndBit) {
+    // More than any one entry has: those of folders come before those of files.
+    Written what = wholeFile;
+    what.mountStatus = trigger;
+    const Bytes bytes = record(what);
+    const auto found = only(bytes);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, "dosya.txt");
+    EXPECT_EQ(found->objectType, fileType);
+    EXPECT_EQ(found->modified, FileTime(1'000'000'000s + 123'456us));
+    EXPECT_EQ(found->mountStatus, trigger);
+    EXPECT_EQ(found->totalAllocated, 12'288);
+    EXPECT_EQ(found->dataAllocated, 8'192);
+}
+
+TEST(BulkRecord, WithoutANameHasItsOtherFields) {
+    Written what = wholeFile;
+    what.name.reset();
+    const Bytes bytes = record(what);
+    const auto found = only(bytes);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, "");
+    EXPECT_EQ(found->objectType, fileType);
+    EXPECT_EQ(found->totalAllocated, 12'288);
+    EXPECT_EQ(found->dataAllocated, 8'192);
+    EXPECT_FALSE(entryOf(*found));
+}
+
 TEST(BulkRecord, IsReadAtAnyAddress) {
     const Bytes bytes = record(wholeFile);
     for (std::size_t shift = 0; shift < 16; ++shift) {
@@ -168,16 +213,78 @@ TEST(BulkRecord, ThatIsCutAnywhereIsNone) {
     }
 }
 
+TEST(BulkRecord, MayEndWithItsLastFieldAndNotBefore) {
+    const Written fields[] = {
+        {},
+        {.error = 0},
+        {.type = fileType},
+        {.error = 0, .type = folderType, .modified = {{1, 2}}, .mountStatus = 0},
+        {.type = fileType, .totalAllocated = 1},
+        {.type = fileType, .totalAllocated = 1, .dataAllocated = 1},
+    };
+    for (const Written& what : fields) {
+        const std::uint32_t size = static_cast<std::uint32_t>(fieldsOffset) + (what.error ? 4 : 0) +
+                                   (what.type ? 4 : 0) + (what.modified ? 16 : 0) +
+                                   (what.mountStatus ? 4 : 0) + (what.totalAllocated ? 8 : 0) +
+                                   (what.dataAllocated ? 8 : 0);
+        const Bytes whole = record(what);
+        EXPECT_TRUE(only(ofLength(whole, size))) << size;
+        for (std::uint32_t length = 0; length < size; ++length)
+            EXPECT_FALSE(only(ofLength(whole, length))) << length << " of " << size;
+    }
+    // The two halves of where a name lies are a field like others.
+    const Bytes named = record({.name = ""});
+    for (std::uint32_t length = 0; length < fieldsOffset + 8; ++length)
+        EXPECT_FALSE(only(ofLength(named, length))) << length;
+}
+
 TEST(BulkRecord, PositionStaysWhereNothingCanBeUnderstood) {
     Bytes bytes = record(wholeFile);
-    put(bytes, 0, std::numeric_limits<std::uint32_t>::max());
+    put(bytes, setOffset, std::uint32_t{0x10});
     std::size_t position = 0;
+    EXPECT_FALSE(takeRecord(bytes, position)) << "with a field that nobody asked for";
+    EXPECT_EQ(position, 0U);
+    put(bytes, 0, std::numeric_limits<std::uint32_t>::max());
     EXPECT_FALSE(takeRecord(bytes, position));
     EXPECT_EQ(position, 0U);
     position = bytes.size();
     EXPECT_FALSE(takeRecord(bytes, position)) << "nothing is left";
     position = bytes.size() + 1;
     EXPECT_FALSE(takeRecord(bytes, position));
+}
+
+TEST(BulkRecord, BehindAnotherEndsWithTheBufferToo) {
+    const Bytes first = record({.name = "first", .type = fileType});
+    const Bytes second = record({.type = fileType, .totalAllocated = 1});
+    Bytes both = first;
+    both.insert(both.end(), second.begin(), second.end());
+    for (std::size_t size = first.size(); size <= both.size(); ++size) {
+        const Bytes cut = exactly(std::span(both).first(size));
+        std::size_t position = 0;
+        ASSERT_TRUE(takeRecord(cut, position));
+        EXPECT_EQ(takeRecord(cut, position).has_value(), size == both.size()) << size;
+    }
+    // Its length counts from where it begins.
+    put(both, first.size(), static_cast<std::uint32_t>(second.size() + 1));
+    const Bytes longer = exactly(both);
+    std::size_t position = first.size();
+    EXPECT_FALSE(takeRecord(longer, position));
+}
+
+TEST(BulkRecord, OfAnyLengthIsFollowedByTheNext) {
+    for (std::uint32_t more = 0; more < 16; ++more) {
+        Bytes bytes = record({.name = "first", .type = fileType});
+        bytes.resize(bytes.size() + more);
+        put(bytes, 0, static_cast<std::uint32_t>(bytes.size()));
+        const Bytes second = record({.name = "second", .type = fileType});
+        bytes.insert(bytes.end(), second.begin(), second.end());
+        std::size_t position = 0;
+        ASSERT_TRUE(takeRecord(bytes, position));
+        const auto found = takeRecord(bytes, position);
+        ASSERT_TRUE(found) << more;
+        EXPECT_EQ(found->name, "second");
+        EXPECT_EQ(position, bytes.size());
+    }
 }
 
 TEST(BulkRecord, WithFieldsThatNobodyAskedForIsNone) {
@@ -212,10 +319,46 @@ TEST(BulkRecord, ANameNeverLeadsOutOfItsRecord) {
     for (const std::int32_t offset : {std::numeric_limits<std::int32_t>::min(), -1000, size, size + 1,
                                       std::numeric_limits<std::int32_t>::max()})
         EXPECT_FALSE(with(offset, 4)) << offset;
+    for (const std::uint32_t length : {0U, 1U, 4U}) {
+        for (std::int32_t begin = size; begin < size + 4; ++begin)
+            EXPECT_FALSE(with(begin - static_cast<std::int32_t>(fieldsOffset), length)) << begin;
+        EXPECT_FALSE(with(-static_cast<std::int32_t>(fieldsOffset) - 1, length));
+    }
     EXPECT_FALSE(with(0, static_cast<std::uint32_t>(size)));
     EXPECT_FALSE(with(0, std::numeric_limits<std::uint32_t>::max()));
     EXPECT_FALSE(with(size - static_cast<std::int32_t>(fieldsOffset), 0)) << "without its zero byte";
     EXPECT_FALSE(with(48, 3)) << "cut before its zero byte";
+}
+
+TEST(BulkRecord, ANameHasItsZeroByteInItsRecord) {
+    // Up to the last byte of the record, and the zero byte is the first one behind it.
+    Bytes bytes = record({.name = "name", .type = fileType});
+    const std::size_t begin = fieldsOffset + 8 + 4;
+    for (std::size_t at = begin; at < bytes.size(); ++at)
+        bytes[at] = std::byte{'x'};
+    const auto length = static_cast<std::uint32_t>(bytes.size() - begin);
+    append(bytes, std::uint64_t{0});
+    for (const std::uint32_t more : {0U, 1U, 8U}) {
+        put(bytes, fieldsOffset + 4, length + more);
+        EXPECT_FALSE(only(bytes)) << more;
+    }
+    bytes[begin + length - 1] = std::byte{0};
+    put(bytes, fieldsOffset + 4, length);
+    EXPECT_EQ(only(bytes)->name, std::string(length - 1, 'x'));
+}
+
+TEST(BulkRecord, ANameEndsAtItsFirstZeroByte) {
+    Bytes bytes = record({.name = "name", .type = fileType});
+    put(bytes, fieldsOffset + 4, std::uint32_t{7});  // to the next boundary
+    EXPECT_EQ(only(bytes)->name, "name");
+}
+
+TEST(BulkRecord, ANameMayLieInFrontOfWhereItIsNamed) {
+    Bytes bytes = record({.name = "behind", .error = 0});
+    put(bytes, fieldsOffset, std::uint32_t{'a'});
+    put(bytes, fieldsOffset + 4, std::int32_t{-4});
+    put(bytes, fieldsOffset + 8, std::uint32_t{2});
+    EXPECT_EQ(only(bytes)->name, "a");
 }
 
 TEST(BulkRecord, ANameThatNoEntryCanHaveIsLeftOut) {
@@ -253,13 +396,35 @@ TEST(BulkEntry, TellsTheKinds) {
         return entryOf(*only(bytes))->kind;
     };
     EXPECT_EQ(kindOf({.name = "a", .type = fileType}), EntryKind::file);
-    EXPECT_EQ(kindOf({.name = "a", .type = deviceType}), EntryKind::file);
+    for (const std::uint32_t type : {blockDeviceType, deviceType, socketType, fifoType})
+        EXPECT_EQ(kindOf({.name = "a", .type = type}), EntryKind::file) << type;
     EXPECT_EQ(kindOf({.name = "a", .type = linkType}), EntryKind::link);
     EXPECT_EQ(kindOf({.name = "a", .type = folderType}), EntryKind::directory);
     EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = 0}), EntryKind::directory);
     EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = mountPoint}), EntryKind::volume);
     EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = trigger}), EntryKind::volume)
         << "it would be mounted by whoever looks";
+    EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = 4}), EntryKind::directory)
+        << "whatever else a later system may say of it";
+}
+
+TEST(BulkEntry, AFolderHasADateAndNoSize) {
+    const Bytes bytes = record({.name = "a",
+                                .error = 0,
+                                .type = folderType,
+                                .modified = {{1, 2'000}},
+                                .mountStatus = 0,
+                                .totalAllocated = 4'096});
+    const auto entry = entryOf(*only(bytes));
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->kind, EntryKind::directory);
+    EXPECT_EQ(entry->modified, FileTime(1s + 2us));
+    EXPECT_EQ(entry->allocatedSize, 0);
+}
+
+TEST(BulkEntry, ALinkHasNoDate) {
+    const Bytes bytes = record({.name = "a", .type = linkType, .modified = {{1, 0}}});
+    EXPECT_EQ(entryOf(*only(bytes))->modified, std::nullopt);
 }
 
 TEST(BulkEntry, CountsAllForksOfAFileElseItsDataElseNothing) {
@@ -270,6 +435,13 @@ TEST(BulkEntry, CountsAllForksOfAFileElseItsDataElseNothing) {
     EXPECT_EQ(sizeOf(wholeFile), 12'288);
     EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .dataAllocated = 4'096}), 4'096);
     EXPECT_EQ(sizeOf({.name = "a", .type = fileType}), 0);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = 4'096, .dataAllocated = 8'192}),
+              4'096);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = 0, .dataAllocated = 8'192}), 0);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = 5'000'000'000}), 5'000'000'000);
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = most}), most);
+    EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = -most - 1}), 0);
     EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = -1}), 0);
     EXPECT_EQ(sizeOf({.name = "a", .type = linkType, .totalAllocated = 4'096}), 0) << "links hold nothing";
 }
