@@ -49,6 +49,10 @@ struct BulkRecord {
 /// then nothing after it can be understood either. `position` may be at any address.
 [[nodiscard]] std::optional<BulkRecord> takeRecord(std::span<const std::byte> buffer, std::size_t& position);
 
+/// Whether that many records follow one another from the beginning of `buffer` on. For whoever must know
+/// before the first of them is used that none will be missing.
+[[nodiscard]] bool holdsRecords(std::span<const std::byte> buffer, std::size_t count);
+
 /// What the walk is told of an entry. Nothing for one that the system does not describe.
 [[nodiscard]] std::optional<DirectoryEntry> entryOf(const BulkRecord& record);
 

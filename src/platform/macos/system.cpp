@@ -147,12 +147,18 @@ std::optional<std::size_t> openHandles() {
 NameReader::NameReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 NameReader::~NameReader() = default;
 
-/// `end_` counts the records of the piece that are left.
+/// `end_` counts the records of the piece that are left. A piece that cannot be understood to its end fails
+/// as a whole: names that are missing would make a folder look emptier than it is.
 int NameReader::read(int folder) {
     position_ = end_ = 0;
-    const int count = readBulk(folder, nameAttributes(), {buffer_.get(), bufferSize});
+    const std::span<std::byte> buffer(buffer_.get(), bufferSize);
+    const int count = readBulk(folder, nameAttributes(), buffer);
     if (count <= 0)
         return count;
+    if (!holdsRecords(buffer, static_cast<std::size_t>(count))) {
+        errno = EIO;
+        return -1;
+    }
     end_ = static_cast<std::size_t>(count);
     return 1;
 }
@@ -161,11 +167,7 @@ const NameReader::Entry* NameReader::next() {
     while (end_ > 0) {
         --end_;
         const auto record = takeRecord({buffer_.get(), bufferSize}, position_);
-        if (!record) {
-            end_ = 0;
-            break;
-        }
-        if (record->name.empty())
+        if (!record || record->name.empty())
             continue;
         // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): a record's name ends in a zero byte
         entry_ = {.name = record->name.data(), .isFolder = record->isFolder()};

@@ -482,5 +482,21 @@ TEST(BulkRecords, FollowOneAnotherThroughSeveralBatchesInOneBuffer) {
                                               "e", "f"}));
 }
 
+TEST(BulkRecords, AreHeldOnlyWhenEachOfThemIs) {
+    Bytes bytes = record({.name = "a", .type = fileType});
+    const std::size_t second = bytes.size();
+    const Bytes more = record({.name = "b", .error = 13});
+    bytes.insert(bytes.end(), more.begin(), more.end());
+    for (const std::size_t count : {0U, 1U, 2U})
+        EXPECT_TRUE(holdsRecords(bytes, count)) << count;
+    EXPECT_FALSE(holdsRecords(bytes, 3));
+    EXPECT_FALSE(holdsRecords(bytes, std::numeric_limits<std::size_t>::max()));
+    EXPECT_TRUE(holdsRecords({}, 0));
+    EXPECT_FALSE(holdsRecords({}, 1));
+    put(bytes, second, std::uint32_t{0});
+    EXPECT_TRUE(holdsRecords(bytes, 1));
+    EXPECT_FALSE(holdsRecords(bytes, 2));
+}
+
 }  // namespace
 }  // namespace ulvak::platform
