@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace ulvak::platform {
 namespace {
@@ -11,6 +12,16 @@ using Json = nlohmann::ordered_json;
 
 bool isText(const Json& object, const char* key) {
     return object.contains(key) && object[key].is_string();
+}
+
+/// Nothing for what is none, or beyond the range.
+std::optional<std::int64_t> wholeNumber(const Json& object, const char* key) {
+    if (!object.contains(key) || !object[key].is_number_integer())
+        return std::nullopt;
+    const Json& number = object[key];
+    if (number.is_number_unsigned() && !std::in_range<std::int64_t>(number.get<std::uint64_t>()))
+        return std::nullopt;
+    return number.get<std::int64_t>();
 }
 
 std::optional<AnswerProperty> property(const std::string& name, const Json& schema) {
@@ -31,13 +42,13 @@ std::optional<AnswerProperty> property(const std::string& name, const Json& sche
     const bool hasRange = schema.contains("minimum") || schema.contains("maximum");
     if (schema["type"] == "string")
         return hasRange ? std::nullopt : std::optional(std::move(result));
-    if (schema["type"] != "integer" || result.kind != AnswerProperty::Kind::text ||
-        !schema.contains("minimum") || !schema["minimum"].is_number_integer() ||
-        !schema.contains("maximum") || !schema["maximum"].is_number_integer())
+    const auto least = wholeNumber(schema, "minimum");
+    const auto most = wholeNumber(schema, "maximum");
+    if (schema["type"] != "integer" || result.kind != AnswerProperty::Kind::text || !least || !most)
         return std::nullopt;
     result.kind = AnswerProperty::Kind::integer;
-    result.least = schema["minimum"].get<std::int64_t>();
-    result.most = schema["maximum"].get<std::int64_t>();
+    result.least = *least;
+    result.most = *most;
     return result.least <= result.most ? std::optional(std::move(result)) : std::nullopt;
 }
 
@@ -48,10 +59,12 @@ std::optional<std::vector<AnswerProperty>> answerProperties(std::string_view sch
     if (!json.is_object() || !isText(json, "type") || json["type"] != "object" ||
         !json.contains("properties") || !json["properties"].is_object() || json["properties"].empty())
         return std::nullopt;
+    const Json required = json.value("required", Json::array());
+    if (!required.is_array())
+        return std::nullopt;
     std::vector<AnswerProperty> properties;
     for (const auto& [name, value] : json["properties"].items()) {
         auto made = property(name, value);
-        const Json required = json.value("required", Json::array());
         if (!made || std::ranges::find(required, Json(name)) == required.end())
             return std::nullopt;
         properties.push_back(std::move(*made));

@@ -54,6 +54,10 @@ TEST(AnswerSchema, ThatTheModelCouldNotBeHeldToIsNone) {
              object(R"("a":{"type":"integer","minimum":1})", R"("a")"),
              object(R"("a":{"type":"integer","minimum":2,"maximum":1})", R"("a")"),
              object(R"("a":{"type":"integer","minimum":0,"maximum":1.5})", R"("a")"),
+             object(R"("a":{"type":"integer","minimum":-5,"maximum":18446744073709551615})", R"("a")"),
+             object(R"("a":{"type":"integer","minimum":9223372036854775808,"maximum":9223372036854775809})",
+                    R"("a")"),
+             std::string(R"({"type":"object","properties":{)" + a + R"(},"required":"a"})"),
              object(R"("a":{"type":"integer","enum":["x"],"minimum":0,"maximum":1})", R"("a")"),
          })
         EXPECT_FALSE(answerProperties(schema)) << schema;
