@@ -11,7 +11,8 @@ struct PipeEnds {
     int write = -1;
 };
 
-/// A pipe that no program started meanwhile, by whatever part of this process, inherits.
+/// A pipe that no program started meanwhile, by whatever part of this process, inherits. Its end is seen by
+/// who reads, not by who waits in poll(2): macOS wakes nobody there when the last writer of a FIFO goes.
 [[nodiscard]] std::expected<PipeEnds, std::error_code> makePipe();
 
 }  // namespace ulvak::platform
