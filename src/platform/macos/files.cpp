@@ -38,8 +38,10 @@ std::optional<std::string> linkTarget(const std::string& path) {
 }
 
 /// Whether following the link `name` in `folder`, itself without links, ends at something on the same volume.
-/// Goes name by name, so that the place of another volume is known before anybody looks there.
+/// Goes name by name, so that the place of another volume is known before anybody looks there, and has no
+/// folder fetched on the way.
 bool leadsToSomethingNear(const std::string& folder, const std::string& name) {
+    const posix::QuietAccess quiet;
     constexpr int mostLinks = 32;  // as many as the kernel follows
     const std::vector<std::string> volumes = mountPoints();
     std::string at = folder == "/" ? "" : folder;
