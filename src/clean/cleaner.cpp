@@ -304,6 +304,7 @@ const Services& Services::system() {
         .moveToTrash = platform::moveToTrash,
         .run = [](const std::string& program,
                   std::span<const std::string> arguments) { return Shell::run(program, arguments); },
+        .trashEmptyingCommand = platform::trashEmptyingCommand,
     };
     return services;
 }
@@ -348,10 +349,13 @@ std::expected<void, CleanFailure> emptyTrash(const Services& services) {
         if (emptiedDirectly(trash, services))
             return {};
     }
-    const platform::Command& command = platform::trashEmptyingCommand();
-    const auto result = services.run(command.program, command.arguments);
+    const auto command = services.trashEmptyingCommand(Paths::trash());
+    if (!command)
+        return std::unexpected(
+            failed("Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör, ona dokunulmadı."));
+    const auto result = services.run(command->program, command->arguments);
     if (!result)
-        return std::unexpected(StartError{.program = command.program, .code = result.error()});
+        return std::unexpected(StartError{.program = command->program, .code = result.error()});
     if (result->status != 0)
         return std::unexpected(failed("Çöp kutusu boşaltılamadı: " + result->error));
     return {};

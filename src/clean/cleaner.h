@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@
 #include "clean/guard_rails.h"
 #include "core/finding.h"
 #include "platform/directory.h"
+#include "platform/trash.h"
 #include "scan/shell.h"
 
 namespace ulvak {
@@ -40,6 +42,8 @@ struct Services {
     std::function<std::expected<Shell::Result, std::error_code>(const std::string&,
                                                                 std::span<const std::string>)>
         run;
+    /// How the desktop empties the Trash in that folder, if it is the desktop's.
+    std::function<std::optional<platform::Command>(const std::string&)> trashEmptyingCommand;
 
     /// The system's.
     [[nodiscard]] static const Services& system();

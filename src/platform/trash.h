@@ -1,6 +1,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,8 @@ namespace ulvak::platform {
 
 /// Moves the item at the absolute `path`, a link itself and not where it leads, to the Trash, from where
 /// every file manager restores it. Nothing is ever copied or removed for good instead: on a file system
-/// without a Trash it fails with the service's error, and the item stays where it is.
+/// without a Trash, and where the service's Trash would be another home folder's, it fails with an error, and
+/// the item stays where it is.
 [[nodiscard]] std::expected<void, FileError> moveToTrash(const std::string& path);
 
 /// Two folders in the user's Trash. Both names are empty on a system where the items lie in the Trash itself.
@@ -30,7 +32,8 @@ struct Command {
     std::vector<std::string> arguments;
 };
 
-/// How the desktop is asked to empty the Trash, for what cannot be removed directly.
-[[nodiscard]] const Command& trashEmptyingCommand();
+/// How the desktop is asked to empty the Trash in the folder `trash`, for what cannot be removed directly.
+/// Nothing where the desktop's own Trash is another folder: it would empty that one.
+[[nodiscard]] std::optional<Command> trashEmptyingCommand(const std::string& trash);
 
 }  // namespace ulvak::platform

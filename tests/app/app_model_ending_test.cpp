@@ -11,6 +11,7 @@
 #include "app/app_world.h"
 #include "platform/files.h"
 #include "support/environment.h"
+#include "support/system.h"
 
 namespace ulvak {
 namespace {
@@ -197,6 +198,8 @@ protected:
 };
 
 TEST_F(AppModelKilled, AnItemIsEitherHereOrInTheTrash) {
+    if (const auto reason = whyNoTrashOfItsOwn())
+        GTEST_SKIP() << *reason;
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0)
@@ -213,6 +216,8 @@ TEST_F(AppModelKilled, AnItemIsEitherHereOrInTheTrash) {
 }
 
 TEST_F(AppModelKilled, AProgramThatEndsMidwayLeavesEveryItemWhole) {
+    if (const auto reason = whyNoTrashOfItsOwn())
+        GTEST_SKIP() << *reason;
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0)

@@ -65,6 +65,15 @@ inline Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) 
     return result;
 }
 
+/// The system's services in a home whose Trash is taken for the desktop's; its program is none that there is.
+inline Cleaner::Services withDesktopsTrash() {
+    Cleaner::Services services = Cleaner::Services::system();
+    services.trashEmptyingCommand = [](const std::string& trash) {
+        return platform::Command{.program = "/desktop", .arguments = {"empty", trash}};
+    };
+    return services;
+}
+
 inline bool exists(const std::string& path) {
     struct stat info{};
     return ::lstat(path.c_str(), &info) == 0;

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 #include "platform/files.h"
@@ -10,8 +10,8 @@
 #include "platform/program.h"
 #include "platform/running_applications.h"
 #include "platform/trash.h"
+#include "platform/user_folders.h"
 #include "support/environment.h"
-#include "support/isolation.h"
 #include "support/temp_tree.h"
 
 // The services that answer with what this very machine has: what holds for their answers everywhere.
@@ -45,26 +45,46 @@ TEST(GuardedFolders, LieInTheHomeOrAreAbsolute) {
 }
 
 TEST(RunningApplications, HaveNames) {
-    // Which are running is this machine's matter, and there may be none.
     const auto names = runningApplications();
     EXPECT_TRUE(std::ranges::none_of(names, [](const std::string& name) { return name.empty(); }));
 }
 
 TEST(Trash, SaysWhatIsNotThere) {
     const test::TempTree tree;
-    test::inChild([&] {
-        const test::ScopedEnvironment environment({{"HOME", tree.path()}, {"XDG_DATA_HOME", std::nullopt}});
-        const auto result = moveToTrash(tree.path("absent"));
-        ASSERT_FALSE(result);
-        EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory) << result.error().detail;
-        EXPECT_EQ(result.error().path, tree.path("absent"));
-        EXPECT_FALSE(result.error().detail.empty());
-    });
+    const auto result = moveToTrash(tree.path("absent"));
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory) << result.error().detail;
+    EXPECT_EQ(result.error().path, tree.path("absent"));
+    EXPECT_FALSE(result.error().detail.empty());
 }
 
-TEST(Trash, IsEmptiedByAProgramWithAnAbsolutePath) {
-    EXPECT_TRUE(trashEmptyingCommand().program.starts_with('/'));
-    EXPECT_FALSE(trashEmptyingCommand().arguments.empty());
+TEST(Trash, OfTheSystemsOwnHomeIsEmptiedByAProgramWithAnAbsolutePath) {
+    const test::ScopedEnvironment environment({{"HOME", std::nullopt}, {"XDG_DATA_HOME", std::nullopt}});
+    if (::getpwuid(::getuid()) == nullptr)
+        GTEST_SKIP() << "the system does not know this user";
+    const auto command = trashEmptyingCommand(trashDirectory(homeDirectory()));
+    ASSERT_TRUE(command);
+    EXPECT_TRUE(command->program.starts_with('/'));
+    EXPECT_FALSE(command->arguments.empty());
+    EXPECT_FALSE(trashEmptyingCommand("/"));
+    const test::TempTree tree({test::folder("Trash")});
+    EXPECT_FALSE(trashEmptyingCommand(tree.path("Trash"))) << "a folder beside it";
+    // The home by another name is still the same one.
+    const test::TempTree names({test::link("home", homeDirectory())});
+    const test::ScopedEnvironment linked({{"HOME", names.path("home")}});
+    EXPECT_TRUE(trashEmptyingCommand(trashDirectory(homeDirectory())));
+}
+
+TEST(Trash, OfAnotherHomeIsNotTheDesktopsToEmpty) {
+    const test::TempTree tree({test::folder("home")});
+    const test::ScopedEnvironment environment({{"HOME", tree.path("home")}, {"XDG_DATA_HOME", std::nullopt}});
+    EXPECT_FALSE(trashEmptyingCommand(trashDirectory(homeDirectory())));
+    EXPECT_FALSE(trashEmptyingCommand(trashDirectory("/root")));
+    const test::ScopedEnvironment data({{"XDG_DATA_HOME", tree.path("home/data")}});
+    EXPECT_FALSE(trashEmptyingCommand(trashDirectory(homeDirectory())));
+}
+
+TEST(Trash, HasBothFoldersOrNeither) {
     EXPECT_EQ(trashLayout().items.empty(), trashLayout().notes.empty());
 }
 

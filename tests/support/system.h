@@ -20,6 +20,10 @@ int exchange(const std::string& one, const std::string& other);
 /// Gives an open, empty file room for that many bytes on disk, and that length.
 int allocate(int handle, std::int64_t bytes);
 
+/// Why what a test moves to the Trash would come to lie in that of whoever runs it, in spite of a HOME of its
+/// own; nothing where it has a Trash of its own too.
+[[nodiscard]] std::optional<std::string> whyNoTrashOfItsOwn();
+
 /// How many handles this process has open.
 [[nodiscard]] std::size_t openHandles();
 

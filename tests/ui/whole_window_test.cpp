@@ -7,6 +7,7 @@
 
 #include "app/shown.h"
 #include "core/paths.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 #include "ui/staged_window.h"
 
@@ -72,6 +73,8 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
 }
 
 TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {
+    if (const auto reason = test::whyNoTrashOfItsOwn())
+        GTEST_SKIP() << *reason;
     const TempTree tree({test::folder("home", {test::folder(".npm", {test::file("veri", 150'000'000)}),
                                                test::folder("tmp"), test::folder("data")})});
     const std::string home = tree.path("home");

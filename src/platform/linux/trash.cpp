@@ -6,6 +6,8 @@
 #include <memory>
 #include <system_error>
 
+#include "platform/posix/system_home.h"
+
 namespace ulvak::platform {
 namespace {
 
@@ -54,9 +56,11 @@ const TrashLayout& trashLayout() {
     return layout;
 }
 
-const Command& trashEmptyingCommand() {
-    static const Command command{.program = "/usr/bin/gio", .arguments = {"trash", "--empty"}};
-    return command;
+/// The program asks a service of the session, which knows nothing of this process's HOME.
+std::optional<Command> trashEmptyingCommand(const std::string& trash) {
+    if (!posix::isDesktopsTrash(trash))
+        return std::nullopt;
+    return Command{.program = "/usr/bin/gio", .arguments = {"trash", "--empty"}};
 }
 
 }  // namespace ulvak::platform

@@ -9,6 +9,7 @@
 
 #include "platform/files.h"
 #include "platform/posix/environment.h"
+#include "platform/posix/system_home.h"
 
 namespace ulvak::platform {
 namespace {
@@ -19,7 +20,9 @@ bool leadsToRoot(const std::string& path) {
     return resolvedPath(path).value_or(std::filesystem::path(path).lexically_normal()) == "/";
 }
 
-std::optional<std::string> homeFromPasswd() {
+}  // namespace
+
+std::optional<std::string> posix::systemHome() {
     std::vector<char> buffer(16384);
     passwd entry{};
     passwd* found = nullptr;
@@ -33,13 +36,11 @@ std::optional<std::string> homeFromPasswd() {
     return found->pw_dir;
 }
 
-}  // namespace
-
 std::string homeDirectory() {
     if (auto home = absoluteFromEnvironment("HOME"))
         return *home;
     // A user whom the system does not know has no home: an empty place is better than somebody else's.
-    return homeFromPasswd().value_or("/nonexistent");
+    return posix::systemHome().value_or("/nonexistent");
 }
 
 std::string temporaryDirectory() {

@@ -5,8 +5,10 @@
 #include <array>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include "platform/macos/text.h"
+#include "platform/posix/system_home.h"
 
 namespace ulvak::platform {
 namespace {
@@ -43,16 +45,28 @@ int numberOf(NSError* error) {
     return EIO;
 }
 
+FileError failed(int number, const std::string& path, std::string detail) {
+    return {.code = {number, std::generic_category()}, .path = path, .detail = std::move(detail)};
+}
+
 }  // namespace
 
 std::expected<void, FileError> moveToTrash(const std::string& path) {
+    // Whatever HOME says, the item would go to the Trash of the user who is logged in.
+    if (!posix::isInSystemHome())
+        return std::unexpected(failed(ENOTSUP, path, "HOME başka bir ev klasörünü gösteriyor"));
     @autoreleasepool {
-        NSError* error = nil;
-        if ([NSFileManager.defaultManager trashItemAtURL:urlOf(path) resultingItemURL:nil error:&error])
-            return {};
-        return std::unexpected(FileError{.code = {numberOf(error), std::generic_category()},
-                                         .path = path,
-                                         .detail = textOf(error.localizedDescription)});
+        NSURL* item = urlOf(path);
+        if (item == nil)
+            return std::unexpected(failed(EINVAL, path, "Bu yol okunamadı"));
+        @try {
+            NSError* error = nil;
+            if ([NSFileManager.defaultManager trashItemAtURL:item resultingItemURL:nil error:&error])
+                return {};
+            return std::unexpected(failed(numberOf(error), path, textOf(error.localizedDescription)));
+        } @catch (NSException* exception) {
+            return std::unexpected(failed(EIO, path, textOf(exception.reason)));
+        }
     }
 }
 
@@ -61,10 +75,11 @@ const TrashLayout& trashLayout() {
     return layout;
 }
 
-const Command& trashEmptyingCommand() {
-    static const Command command{.program = "/usr/bin/osascript",
-                                 .arguments = {"-e", "tell application \"Finder\" to empty trash"}};
-    return command;
+std::optional<Command> trashEmptyingCommand(const std::string& trash) {
+    if (!posix::isDesktopsTrash(trash))
+        return std::nullopt;
+    return Command{.program = "/usr/bin/osascript",
+                   .arguments = {"-e", "tell application \"Finder\" to empty trash"}};
 }
 
 }  // namespace ulvak::platform

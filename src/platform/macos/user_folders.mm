@@ -5,22 +5,28 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/macos/text.h"
 #include "platform/posix/environment.h"
+#include "platform/posix/system_home.h"
 
 namespace ulvak::platform {
+
+std::optional<std::string> posix::systemHome() {
+    @autoreleasepool {
+        std::string home = pathOf(NSFileManager.defaultManager.homeDirectoryForCurrentUser);
+        return home.starts_with('/') ? std::optional(std::move(home)) : std::nullopt;
+    }
+}
 
 std::string homeDirectory() {
     // Foundation does not look there. But whoever runs a program with another HOME, to try it or to test it,
     // must not be offered his own files for deletion.
     if (auto home = posix::absoluteFromEnvironment("HOME"))
         return *home;
-    @autoreleasepool {
-        std::string home = pathOf(NSFileManager.defaultManager.homeDirectoryForCurrentUser);
-        // A user whom the system does not know has no home: an empty place is better than somebody else's.
-        return home.starts_with('/') ? home : "/var/empty";
-    }
+    // A user whom the system does not know has no home: an empty place is better than somebody else's.
+    return posix::systemHome().value_or("/var/empty");
 }
 
 std::string temporaryDirectory() {

@@ -183,9 +183,9 @@ TEST(Trash, TheTrashItselfCannotBeTrashed) {
 /// whoever runs the test.
 class CountingDesktop {
 public:
-    CountingDesktop() : services(Cleaner::Services::system()) {
+    CountingDesktop() : services(withDesktopsTrash()) {
         services.run = [this](const std::string& program, std::span<const std::string>) {
-            EXPECT_EQ(program, "/usr/bin/gio");
+            EXPECT_EQ(program, "/desktop");
             ++asked;
             return Shell::Result{};
         };
@@ -264,15 +264,15 @@ TEST(EmptyingTheTrash, ItemsThatCannotBeListedKeepTheirNotes) {
 TEST(EmptyingTheTrash, ADesktopThatCannotBeAskedIsNamed) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        Cleaner::Services services = Cleaner::Services::system();
+        Cleaner::Services services = withDesktopsTrash();
         services.run = [](const std::string&,
                           std::span<const std::string>) -> std::expected<Shell::Result, std::error_code> {
             return std::unexpected(std::make_error_code(std::errc::no_such_file_or_directory));
         };
         const auto emptied = Cleaner::emptyTrash(services);  // there is no Trash yet
         ASSERT_FALSE(emptied);
-        EXPECT_EQ(std::get<StartError>(emptied.error()).program, "/usr/bin/gio");
-        EXPECT_EQ(text(emptied.error()), "“/usr/bin/gio” başlatılamadı: program bu bilgisayarda yok.");
+        EXPECT_EQ(std::get<StartError>(emptied.error()).program, "/desktop");
+        EXPECT_EQ(text(emptied.error()), "“/desktop” başlatılamadı: program bu bilgisayarda yok.");
     });
 }
 

@@ -40,6 +40,10 @@ int allocate(int handle, std::int64_t bytes) {
     return ::fcntl(handle, F_PREALLOCATE, &room) == -1 ? -1 : ::ftruncate(handle, bytes);
 }
 
+std::optional<std::string> whyNoTrashOfItsOwn() {
+    return "this system knows one Trash of a user, wherever HOME leads";
+}
+
 std::size_t openHandles() {
     // The system gives the lowest number that is free, and no test holds more than this.
     constexpr int mostHandles = 4096;

@@ -59,8 +59,6 @@ __attribute__((objc_root_class))
 @property(readonly) const char* fileSystemRepresentation;
 // foundation/nsstring/isequaltostring:
 - (BOOL)isEqualToString:(NSString*)aString;
-// foundation/nsstring/stringbydeletingpathextension
-@property(readonly, copy) NSString* stringByDeletingPathExtension;
 @end
 
 // foundation/nsnumber
@@ -74,7 +72,7 @@ __attribute__((objc_root_class))
 // foundation/nsarray/count
 @property(readonly) NSUInteger count;
 // foundation/nsarray/arraywithobjects:count: (what @[…] calls)
-+ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)cnt;
++ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nonnull])objects count:(NSUInteger)cnt;
 @end
 
 // foundation/nsmutablearray
@@ -91,13 +89,18 @@ __attribute__((objc_root_class))
 - (ObjectType ULVAK_NULLABLE)objectForKeyedSubscript:(KeyType)key;
 @end
 
-// foundation/nserrordomain, foundation/nserror
+// foundation/nserrordomain
 typedef NSString* NSErrorDomain;
+// foundation/nserroruserinfokey
 typedef NSString* NSErrorUserInfoKey;
+// foundation/nscocoaerrordomain
 extern NSErrorDomain const NSCocoaErrorDomain;
+// foundation/nsposixerrordomain
 extern NSErrorDomain const NSPOSIXErrorDomain;
+// foundation/nsunderlyingerrorkey
 extern NSErrorUserInfoKey const NSUnderlyingErrorKey;
 
+// foundation/nserror
 @interface NSError : NSObject
 // foundation/nserror/domain
 @property(readonly, copy) NSErrorDomain domain;
@@ -107,6 +110,12 @@ extern NSErrorUserInfoKey const NSUnderlyingErrorKey;
 @property(readonly, copy) NSDictionary<NSErrorUserInfoKey, id>* userInfo;
 // foundation/nserror/localizeddescription
 @property(readonly, copy) NSString* localizedDescription;
+@end
+
+// foundation/nsexception
+@interface NSException : NSObject <NSCopying>
+// foundation/nsexception/reason
+@property(readonly, copy, nullable) NSString* reason;
 @end
 
 // foundation/nserror-codes, with the values that foundation/cocoaerror/code documents
@@ -138,8 +147,6 @@ extern NSURLResourceKey const NSURLVolumeAvailableCapacityForImportantUsageKey;
 + (instancetype ULVAK_NULLABLE)URLWithString:(NSString*)URLString;
 // foundation/nsurl/filesystemrepresentation
 @property(readonly) const char* fileSystemRepresentation;
-// foundation/nsurl/lastpathcomponent
-@property(readonly, copy, nullable) NSString* lastPathComponent;
 // foundation/nsurl/resourcevaluesforkeys:error:
 - (NSDictionary<NSURLResourceKey, id>* ULVAK_NULLABLE)
     resourceValuesForKeys:(NSArray<NSURLResourceKey>*)keys

@@ -1,0 +1,13 @@
+#include "scan/simulators.h"
+
+#include <gtest/gtest.h>
+
+namespace ulvak {
+namespace {
+
+TEST(Simulators, NoneWithoutDeveloperTools) {
+    EXPECT_TRUE(Simulators::load().empty());
+}
+
+}  // namespace
+}  // namespace ulvak
