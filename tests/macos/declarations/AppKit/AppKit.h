@@ -3,8 +3,6 @@
 
 // The calls of AppKit that this program makes; see Foundation/Foundation.h beside it.
 
-#include <sys/types.h>
-
 #import <Foundation/Foundation.h>
 
 #pragma clang assume_nonnull begin
@@ -13,10 +11,6 @@
 @interface NSRunningApplication : NSObject
 // appkit/nsrunningapplication/localizedname
 @property(readonly, copy, nullable) NSString* localizedName;
-// appkit/nsrunningapplication/bundleurl
-@property(readonly, copy, nullable) NSURL* bundleURL;
-// appkit/nsrunningapplication/processidentifier
-@property(readonly) pid_t processIdentifier;
 @end
 
 // appkit/nsworkspace
