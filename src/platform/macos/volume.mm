@@ -10,10 +10,16 @@
 namespace ulvak::platform {
 
 std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
+    // An empty path would be taken for the folder that the program works in.
+    if (path.empty())
+        return std::nullopt;
     @autoreleasepool {
+        NSURL* place = urlOf(path);
+        if (place == nil)
+            return std::nullopt;
         NSArray<NSURLResourceKey>* keys =
             @[ NSURLVolumeTotalCapacityKey, NSURLVolumeAvailableCapacityForImportantUsageKey ];
-        NSDictionary<NSURLResourceKey, id>* values = [urlOf(path) resourceValuesForKeys:keys error:nil];
+        NSDictionary<NSURLResourceKey, id>* values = [place resourceValuesForKeys:keys error:nil];
         NSNumber* total = values[NSURLVolumeTotalCapacityKey];
         NSNumber* available = values[NSURLVolumeAvailableCapacityForImportantUsageKey];
         if (total == nil || available == nil)
