@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <string>
@@ -32,12 +33,7 @@ std::expected<PipeEnds, std::error_code> openEnds(const std::string& path) {
     return std::unexpected(error);
 }
 
-}  // namespace
-
-/// This system's pipe(2) cannot close its ends to programs from the start, and one that another thread starts
-/// in between would hold the pipe open for as long as it runs. A FIFO whose name goes at once is opened as a
-/// file is.
-std::expected<PipeEnds, std::error_code> makePipe() {
+std::expected<PipeEnds, std::error_code> makeFifo() {
     std::string folder = temporaryDirectory();
     folder += folder.ends_with('/') ? "ulvak-XXXXXX" : "/ulvak-XXXXXX";
     if (::mkdtemp(folder.data()) == nullptr)
@@ -49,6 +45,26 @@ std::expected<PipeEnds, std::error_code> makePipe() {
     ::unlink(path.c_str());
     ::rmdir(folder.c_str());
     return ends;
+}
+
+std::expected<PipeEnds, std::error_code> makePlainPipe() {
+    std::array<int, 2> handles{};
+    if (::pipe(handles.data()) != 0)
+        return std::unexpected(lastError());
+    for (const int handle : handles)
+        (void)::fcntl(handle, F_SETFD, FD_CLOEXEC);  // which does not fail for an open handle
+    return PipeEnds{.read = handles[0], .write = handles[1]};
+}
+
+}  // namespace
+
+/// This system's pipe(2) cannot close its ends to programs from the start, and one that another thread starts
+/// in between would hold the pipe open for as long as it runs. A FIFO whose name goes at once is opened as a
+/// file is. But a name takes room on the disk, and whoever cleans may have none: then it is a pipe all the
+/// same, and that instant is risked.
+std::expected<PipeEnds, std::error_code> makePipe() {
+    auto ends = makeFifo();
+    return ends ? ends : makePlainPipe();
 }
 
 }  // namespace ulvak::platform
