@@ -66,8 +66,14 @@ int main(int argc, char* argv[]) {
         return 1;
     }
     QByteArray contents;
-    for (const Picture& picture : pictures)
-        contents += block(picture.kind, drawn(drawing, picture.side));
+    for (const Picture& picture : pictures) {
+        const QByteArray png = drawn(drawing, picture.side);
+        if (png.isEmpty()) {
+            (void)std::fprintf(stderr, "ulvak_make_icon: no picture of %d pixels can be made\n", picture.side);
+            return 1;
+        }
+        contents += block(picture.kind, png);
+    }
     QFile icon(QString::fromLocal8Bit(arguments[2]));
     const QByteArray bytes = block("icns", contents);
     if (!icon.open(QIODevice::WriteOnly) || icon.write(bytes) != bytes.size()) {
