@@ -171,6 +171,16 @@ public final class LanguageModelSession: @unchecked Sendable {
         if let error = failure(demanded: prompt.text) {
             throw error
         }
+        if prompt.text == "hears" {
+            // Never ends by itself either, but says when it hears that it is cancelled.
+            do {
+                try await Task.sleep(nanoseconds: 3_600_000_000_000)
+            } catch {
+                let heard = ProcessInfo.processInfo.environment["STAND_IN_HEARD"].flatMap(Int32.init)
+                _ = write(heard ?? -1, "x", 1)
+                throw error
+            }
+        }
         if prompt.text == "deaf" {
             // Never ends by itself, and does not hear that it is cancelled.
             await withUnsafeContinuation { (_: UnsafeContinuation<Void, Never>) in }

@@ -1,3 +1,8 @@
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
@@ -7,6 +12,7 @@
 #include <vector>
 
 #include "platform/language_model.h"
+#include "platform/macos/language_shim.h"
 
 // Runs the program's own side of the shim against the stand-in: every state, every error, an answer, a stop.
 // Ends with 0 when all is as it has to be. Without a test library, for it runs where the rest of the tests do
@@ -132,6 +138,60 @@ void checkStop() {
     expect(!answer.get(), "stopped while it runs, though the framework does not hear it");
 }
 
+/// Counts what the shim says of one request.
+struct Calls {
+    std::atomic<int> count = 0;
+    std::promise<std::int32_t> first;
+
+    static void settle(void* context, std::int32_t outcome, const char* /*text*/) {
+        auto& self = *static_cast<Calls*>(context);
+        if (self.count++ == 0)
+            self.first.set_value(outcome);
+    }
+};
+
+void* start(const char* prompt, Calls& calls) {
+    const UlvakModelRequest bare{.instructions = "",
+                                 .prompt = prompt,
+                                 .answerName = "Answer",
+                                 .properties = nullptr,
+                                 .propertyCount = 0,
+                                 .temperature = 0};
+    return ::ulvakModelStart(&bare, &calls, &Calls::settle);
+}
+
+/// Whoever asked is gone when it was told once.
+void checkSettledOnce() {
+    Calls answered;
+    void* started = start("soru", answered);
+    expect(answered.first.get_future().get() == ulvakModelAnswered, "answered");
+    ::ulvakModelCancel(started);
+    ::ulvakModelCancel(started);
+    ::ulvakModelRelease(started);
+    expect(answered.count == 1, "a stop after the answer says nothing more");
+
+    Calls stopped;
+    started = start("deaf", stopped);
+    ::ulvakModelCancel(started);
+    ::ulvakModelCancel(started);
+    ::ulvakModelRelease(started);
+    expect(stopped.count == 1 && stopped.first.get_future().get() == ulvakModelOtherError,
+           "a second stop says nothing more");
+}
+
+void checkFrameworkHearsStop() {
+    constexpr int longestWait = 20'000;  // milliseconds
+    std::array<int, 2> heard{};
+    expect(::pipe(heard.data()) == 0, "a pipe");
+    ::setenv("STAND_IN_HEARD", std::to_string(heard[1]).c_str(), 1);
+    Calls calls;
+    void* started = start("hears", calls);
+    ::ulvakModelCancel(started);
+    pollfd readable{.fd = heard[0], .events = POLLIN, .revents = 0};
+    expect(::poll(&readable, 1, longestWait) == 1, "the framework is told of a stop");
+    ::ulvakModelRelease(started);
+}
+
 }  // namespace
 
 int main() {
@@ -140,6 +200,8 @@ int main() {
     checkAnswer();
     checkMany();
     checkStop();
+    checkSettledOnce();
+    checkFrameworkHearsStop();
     std::printf("%d failures\n", failures);
     return failures == 0 ? 0 : 1;
 }
