@@ -141,13 +141,6 @@ std::optional<BulkRecord> takeRecord(std::span<const std::byte> buffer, std::siz
     return record;
 }
 
-bool holdsRecords(std::span<const std::byte> buffer, std::size_t count) {
-    std::size_t position = 0;
-    while (count > 0 && takeRecord(buffer, position))
-        --count;
-    return count == 0;
-}
-
 std::optional<DirectoryEntry> entryOf(const BulkRecord& record) {
     if (record.name.empty() || record.error != 0 || !record.objectType)
         return std::nullopt;

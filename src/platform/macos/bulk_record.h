@@ -11,7 +11,7 @@
 /// What getattrlistbulk(2) puts into a buffer, one record an entry: its length, the attributes that follow,
 /// an error, and then the attributes in the order of their bits, packed, on four-byte boundaries. Needs
 /// nothing of the system, so that it can be tested on any; `directory.cpp` checks the numbers against the
-/// system's.
+/// system's, those of the types where it brings the header that has them.
 namespace ulvak::platform {
 
 /// The bits by which attributes are asked for and answered.
@@ -48,10 +48,6 @@ struct BulkRecord {
 /// The record at `position`, which moves on to the one behind it. Nothing when what is there cannot be one:
 /// then nothing after it can be understood either. `position` may be at any address.
 [[nodiscard]] std::optional<BulkRecord> takeRecord(std::span<const std::byte> buffer, std::size_t& position);
-
-/// Whether that many records follow one another from the beginning of `buffer` on. For whoever must know
-/// before the first of them is used that none will be missing.
-[[nodiscard]] bool holdsRecords(std::span<const std::byte> buffer, std::size_t count);
 
 /// What the walk is told of an entry. Nothing for one that the system does not describe.
 [[nodiscard]] std::optional<DirectoryEntry> entryOf(const BulkRecord& record);

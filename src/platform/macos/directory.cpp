@@ -6,10 +6,10 @@
 #include <sys/vnode.h>
 #endif
 
-#include <cerrno>
 #include <cstddef>
 #include <span>
 
+#include "platform/macos/bulk_listing.h"
 #include "platform/macos/bulk_read.h"
 #include "platform/macos/bulk_record.h"
 #include "platform/posix/system.h"
@@ -58,11 +58,7 @@ attrlist nameAttributes() {
 
 int readBulk(int folder, attrlist attributes, std::span<std::byte> buffer) {
     const posix::QuietAccess quiet;
-    for (;;) {
-        const int count = ::getattrlistbulk(folder, &attributes, buffer.data(), buffer.size(), 0);
-        if (count >= 0 || errno != EINTR)
-            return count;
-    }
+    return ::getattrlistbulk(folder, &attributes, buffer.data(), buffer.size(), 0);
 }
 
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
@@ -75,33 +71,17 @@ void EntryReader::start(const Directory& directory, const NameSet* untouched) {
     error_.clear();
 }
 
-/// The system says how many records a piece has, not how many bytes: `end_` counts those that are left.
+/// `end_` counts the records of the piece that are left.
 const DirectoryEntry* EntryReader::next() {
-    const std::span<std::byte> buffer(buffer_.get(), bufferSize);
-    for (;;) {
-        if (end_ == 0) {
-            const int count = readBulk(handle_, walkAttributes(), buffer);
-            // A folder whose names live elsewhere, and are not fetched for this, holds nothing on this disk.
-            if (count < 0 && errno != EDEADLK)
-                error_ = {errno, std::generic_category()};
-            if (count <= 0)
-                return nullptr;
-            position_ = 0;
-            end_ = static_cast<std::size_t>(count);
-        }
-        const auto record = takeRecord(buffer, position_);
-        if (!record) {
-            error_ = std::make_error_code(std::errc::io_error);
-            end_ = 0;
-            return nullptr;
-        }
-        --end_;
-        const auto entry = entryOf(*record);
-        if (!entry || (record->isFolder() && untouched_ != nullptr && untouched_->contains(entry->name)))
-            continue;
-        entry_ = *entry;
-        return &entry_;
-    }
+    BulkListing listing({buffer_.get(), bufferSize}, position_, end_);
+    const auto read = [this](std::span<std::byte> piece) {
+        return readBulk(handle_, walkAttributes(), piece);
+    };
+    const auto entry = listing.nextEntry(read, untouched_, error_);
+    if (!entry)
+        return nullptr;
+    entry_ = *entry;
+    return &entry_;
 }
 
 }  // namespace ulvak::platform

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/macos/bulk_listing.h"
 #include "platform/macos/bulk_read.h"
-#include "platform/macos/bulk_record.h"
 #include "platform/posix/file_stamp.h"
 
 namespace ulvak::platform::posix {
@@ -106,6 +106,7 @@ int openFile(int parent, const char* name) {
 }
 
 std::optional<Item> itemAt(int parent, const char* name) {
+    const QuietAccess quiet;
     struct stat info{};
     if (::fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
@@ -119,16 +120,23 @@ std::optional<Item> itemAt(int parent, const char* name) {
     };
 }
 
+int removePlaceholder(int parent, const char* name) {
+    // AT_REMOVEDIR_DATALESS: the system takes it from its version 11 on, but its headers do not show it.
+    constexpr int removeUnfetched = 0x0100;
+    return ::unlinkat(parent, name, removeUnfetched);
+}
+
 std::uint64_t volumeNumber(const struct stat& info) {
     return static_cast<std::uint32_t>(info.st_dev);
 }
 
 /// fsync(2) hands the bytes to the drive, which may keep them in its memory; F_FULLFSYNC has it write them.
-/// Not every file system knows it.
+/// Not every file system knows it. Where one does and fails, the bytes are not on the disk.
 int flushToDisk(int handle) {
     if (::fcntl(handle, F_FULLFSYNC) != -1)
         return 0;
-    return errno == EINTR ? -1 : ::fsync(handle);
+    const bool isUnknown = errno == ENOTSUP || errno == EINVAL || errno == ENOTTY;
+    return isUnknown ? ::fsync(handle) : -1;
 }
 
 std::optional<std::size_t> openHandles() {
@@ -147,33 +155,20 @@ std::optional<std::size_t> openHandles() {
 NameReader::NameReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 NameReader::~NameReader() = default;
 
-/// `end_` counts the records of the piece that are left. A piece that cannot be understood to its end fails
-/// as a whole: names that are missing would make a folder look emptier than it is.
+/// `end_` counts the records of the piece that are left.
 int NameReader::read(int folder) {
-    position_ = end_ = 0;
-    const std::span<std::byte> buffer(buffer_.get(), bufferSize);
-    const int count = readBulk(folder, nameAttributes(), buffer);
-    if (count <= 0)
-        return count;
-    if (!holdsRecords(buffer, static_cast<std::size_t>(count))) {
-        errno = EIO;
-        return -1;
-    }
-    end_ = static_cast<std::size_t>(count);
-    return 1;
+    return BulkListing({buffer_.get(), bufferSize}, position_, end_)
+        .readNames(
+            [folder](std::span<std::byte> piece) { return readBulk(folder, nameAttributes(), piece); });
 }
 
 const NameReader::Entry* NameReader::next() {
-    while (end_ > 0) {
-        --end_;
-        const auto record = takeRecord({buffer_.get(), bufferSize}, position_);
-        if (!record || record->name.empty())
-            continue;
-        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): a record's name ends in a zero byte
-        entry_ = {.name = record->name.data(), .isFolder = record->isFolder()};
-        return &entry_;
-    }
-    return nullptr;
+    const auto record = BulkListing({buffer_.get(), bufferSize}, position_, end_).nextName();
+    if (!record)
+        return nullptr;
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): a record's name ends in a zero byte
+    entry_ = {.name = record->name.data(), .isFolder = record->isFolder()};
+    return &entry_;
 }
 
 }  // namespace ulvak::platform::posix

@@ -8,91 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "platform/macos/bulk_buffer.h"
+
 // Buffers as the system fills them, built by hand: the parser runs wherever the tests do.
 
 namespace ulvak::platform {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr std::uint32_t fileType = 1;
-constexpr std::uint32_t folderType = 2;
-constexpr std::uint32_t blockDeviceType = 3;
-constexpr std::uint32_t deviceType = 4;
-constexpr std::uint32_t linkType = 5;
-constexpr std::uint32_t socketType = 6;
-constexpr std::uint32_t fifoType = 7;
-constexpr std::uint32_t mountPoint = 1;
-constexpr std::uint32_t trigger = 2;
-
-using Bytes = std::vector<std::byte>;
-
-template <typename Value>
-void append(Bytes& bytes, Value value) {
-    const auto* begin = reinterpret_cast<const std::byte*>(&value);
-    bytes.insert(bytes.end(), begin, begin + sizeof value);
-}
-
-template <typename Value>
-void put(Bytes& bytes, std::size_t at, Value value) {
-    std::memcpy(bytes.data() + at, &value, sizeof value);
-}
-
-/// What a record has, as the test wants it.
-struct Written {
-    std::optional<std::string> name;
-    std::optional<std::uint32_t> error;
-    std::optional<std::uint32_t> type;
-    std::optional<std::pair<std::int64_t, std::int64_t>> modified;
-    std::optional<std::uint32_t> mountStatus;
-    std::optional<std::int64_t> totalAllocated;
-    std::optional<std::int64_t> dataAllocated;
-};
-
-constexpr std::size_t setOffset = sizeof(std::uint32_t);
-constexpr std::size_t fieldsOffset = setOffset + 5 * sizeof(std::uint32_t);
-
-Bytes record(const Written& what) {
-    Bytes bytes;
-    append(bytes, std::uint32_t{0});
-    const auto bit = [](const auto& field, std::uint32_t value) { return field ? value : 0U; };
-    append(bytes, BulkBits::returnedAttributes | bit(what.name, BulkBits::name) |
-                      bit(what.error, BulkBits::error) | bit(what.type, BulkBits::objectType) |
-                      bit(what.modified, BulkBits::modified));
-    append(bytes, std::uint32_t{0});
-    append(bytes, bit(what.mountStatus, BulkBits::mountStatus));
-    append(bytes, bit(what.totalAllocated, BulkBits::totalAllocated) |
-                      bit(what.dataAllocated, BulkBits::dataAllocated));
-    append(bytes, std::uint32_t{0});
-    if (what.error)
-        append(bytes, *what.error);
-    const std::size_t reference = bytes.size();
-    if (what.name)
-        append(bytes, std::uint64_t{0});
-    if (what.type)
-        append(bytes, *what.type);
-    if (what.modified) {
-        append(bytes, what.modified->first);
-        append(bytes, what.modified->second);
-    }
-    if (what.mountStatus)
-        append(bytes, *what.mountStatus);
-    if (what.totalAllocated)
-        append(bytes, *what.totalAllocated);
-    if (what.dataAllocated)
-        append(bytes, *what.dataAllocated);
-    if (what.name) {
-        put(bytes, reference, static_cast<std::int32_t>(bytes.size() - reference));
-        put(bytes, reference + 4, static_cast<std::uint32_t>(what.name->size() + 1));
-        for (const char c : *what.name)
-            append(bytes, c);
-        append(bytes, '\0');
-    }
-    while (bytes.size() % 8 != 0)
-        append(bytes, '\0');
-    put(bytes, 0, static_cast<std::uint32_t>(bytes.size()));
-    return bytes;
-}
 
 /// The one record in a buffer.
 std::optional<BulkRecord> only(const Bytes& bytes) {
@@ -480,22 +403,6 @@ TEST(BulkRecords, FollowOneAnotherThroughSeveralBatchesInOneBuffer) {
     }
     EXPECT_EQ(seen, (std::vector<std::string>{"first of the longest batch", "b", "c with another name", "d",
                                               "e", "f"}));
-}
-
-TEST(BulkRecords, AreHeldOnlyWhenEachOfThemIs) {
-    Bytes bytes = record({.name = "a", .type = fileType});
-    const std::size_t second = bytes.size();
-    const Bytes more = record({.name = "b", .error = 13});
-    bytes.insert(bytes.end(), more.begin(), more.end());
-    for (const std::size_t count : {0U, 1U, 2U})
-        EXPECT_TRUE(holdsRecords(bytes, count)) << count;
-    EXPECT_FALSE(holdsRecords(bytes, 3));
-    EXPECT_FALSE(holdsRecords(bytes, std::numeric_limits<std::size_t>::max()));
-    EXPECT_TRUE(holdsRecords({}, 0));
-    EXPECT_FALSE(holdsRecords({}, 1));
-    put(bytes, second, std::uint32_t{0});
-    EXPECT_TRUE(holdsRecords(bytes, 1));
-    EXPECT_FALSE(holdsRecords(bytes, 2));
 }
 
 }  // namespace
