@@ -15,7 +15,7 @@ struct Overloaded : Cases... {
     using Cases::operator()...;
 };
 
-constexpr std::array<std::pair<int, std::string_view>, 14> reasons = {{
+constexpr std::array<std::pair<int, std::string_view>, 15> reasons = {{
     {EACCES, "bunun için iznin yok."},
     {EPERM, "bunun için iznin yok ya da öğe değiştirilemez olarak işaretli."},
     {ENOENT, "öğe artık yerinde değil."},
@@ -29,6 +29,7 @@ constexpr std::array<std::pair<int, std::string_view>, 14> reasons = {{
     {ENOTDIR, "yolun üzerindeki bir klasör artık klasör değil."},
     {EXDEV, "öğe başka bir diskte."},
     {ESTALE, "öğe bu sırada başka bir yere taşındı."},
+    {EDEADLK, "klasörün içindekiler bu bilgisayarda değil; indirilmeden silinemiyor."},
     {ENOTSUP, "bu diskte çöp kutusu yok."},
 }};
 

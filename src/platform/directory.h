@@ -83,8 +83,8 @@ public:
     /// in `untouched` (null for none) is passed over without asking the system about it.
     void start(const Directory& directory, const NameSet* untouched = nullptr);
 
-    /// The next entry, or nothing at the end of the listing and after an error. An entry that vanished
-    /// after it was listed, or that the system does not describe, is passed over.
+    /// The next entry, or nothing at the end of the listing and after an error. An entry that the
+    /// system does not describe is passed over; one that vanished after it was listed may be.
     [[nodiscard]] const DirectoryEntry* next();
 
     /// Why the listing ended early, if it did.
@@ -102,6 +102,9 @@ private:
 
 /// How many folders this process can hold open beside those it has open now.
 [[nodiscard]] std::size_t spareHandles();
+
+/// Whether an error says that a folder's contents live elsewhere and would have had to be fetched.
+[[nodiscard]] bool livesElsewhere(std::error_code error);
 
 /// Whether an error says that handles have run out, which another thread may mend at any moment.
 [[nodiscard]] bool isOutOfHandles(std::error_code error);

@@ -358,7 +358,7 @@ const SkipTree* TreeWalk::skipsOf(const Frame& parent, std::size_t index) const 
 }
 
 /// Not open when the folder cannot be: it counts as denied, unless it has become another volume's since it
-/// was listed.
+/// was listed, or holds nothing here.
 platform::Directory TreeWalk::open(Frame& parent, std::size_t index) {
     const auto attempt = [&] {
         if (parent.isTop())
@@ -379,7 +379,7 @@ platform::Directory TreeWalk::open(Frame& parent, std::size_t index) {
     }
     if (directory)
         return std::move(*directory);
-    if (directory.error() != std::errc::cross_device_link)
+    if (directory.error() != std::errc::cross_device_link && !platform::livesElsewhere(directory.error()))
         progress_.addDenied(1);
     return {};
 }

@@ -6,12 +6,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "platform/posix/removal_calls.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
@@ -176,6 +178,82 @@ TEST(Removal, AnotherMountOfTheSameDiskIsNotEntered) {
         EXPECT_EQ(result.error().path, "item/again");
         EXPECT_TRUE(exists(tree.path("data/d")));
     });
+}
+
+/// Folders of a tree whose names say that their contents live elsewhere. The disk has none: they are empty.
+class Elsewhere {
+public:
+    explicit Elsewhere(const TempTree& tree) {
+        for (const char* path : {"away", "item/away", "item/room/away"})
+            numbers_.push_back(numberOf(::open(tree.path(path).c_str(), O_RDONLY | O_CLOEXEC), true));
+        calls.read = [this](posix::NameReader& reader, int folder) {
+            if (std::ranges::find(numbers_, numberOf(folder, false)) == numbers_.end())
+                return reader.read(folder);
+            errno = EDEADLK;
+            return -1;
+        };
+        calls.removePlaceholder = [this](int parent, const char* name) {
+            removed.emplace_back(name);
+            errno = refusal;
+            return refusal != 0 ? -1 : ::unlinkat(parent, name, AT_REMOVEDIR);
+        };
+    }
+
+    posix::RemovalCalls calls;
+    std::vector<std::string> removed;
+    int refusal = 0;
+
+private:
+    static ino_t numberOf(int handle, bool closes) {
+        struct stat info{};
+        (void)::fstat(handle, &info);
+        if (closes)
+            ::close(handle);
+        return info.st_ino;
+    }
+
+    std::vector<ino_t> numbers_;
+};
+
+std::vector<TreeEntry> withPlaceholders() {
+    return {folder("away"),
+            folder("item", {folder("away"), folder("room", {folder("away"), textFile("a", "a")})})};
+}
+
+TEST(Removal, FoldersWhoseContentsLiveElsewhereGoUnfetched) {
+    const TempTree tree(withPlaceholders());
+    Elsewhere elsewhere(tree);
+    EXPECT_TRUE(posix::removeEntry(opened(tree), "item", elsewhere.calls));
+    EXPECT_FALSE(exists(tree.path("item")));
+    EXPECT_EQ(elsewhere.removed, (std::vector<std::string>{"away", "away"}));
+    EXPECT_TRUE(posix::removeEntry(opened(tree), "away", elsewhere.calls)) << "as the item itself";
+    EXPECT_FALSE(exists(tree.path("away")));
+}
+
+TEST(Removal, SaysWhichContentsLiveElsewhereWhereTheyCannotGo) {
+    for (const int refusal : {ENOTSUP, EACCES}) {
+        const TempTree tree(withPlaceholders());
+        Elsewhere elsewhere(tree);
+        elsewhere.refusal = refusal;
+        const auto result = posix::removeEntry(*opened(tree).openBelow("item"), "room", elsewhere.calls);
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().code, std::errc::resource_deadlock_would_occur);
+        EXPECT_EQ(result.error().path, "room/away");
+        EXPECT_TRUE(exists(tree.path("item/room/away")));
+        EXPECT_FALSE(posix::removeEntry(opened(tree), "away", elsewhere.calls));
+    }
+}
+
+TEST(Removal, AFolderThatOthersRemoveMeanwhileMayHaveLivedElsewhere) {
+    const TempTree tree(withPlaceholders());
+    Elsewhere elsewhere(tree);
+    elsewhere.calls.removePlaceholder = [](int parent, const char* name) {
+        EXPECT_EQ(::unlinkat(parent, name, AT_REMOVEDIR), 0);
+        errno = ENOENT;
+        return -1;
+    };
+    EXPECT_TRUE(posix::removeEntry(opened(tree), "item", elsewhere.calls));
+    EXPECT_FALSE(exists(tree.path("item")));
 }
 
 TEST(Removal, RemovesAnEmptyFolderOnly) {

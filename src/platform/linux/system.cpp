@@ -135,6 +135,11 @@ std::optional<Item> itemAt(int parent, const char* name) {
     };
 }
 
+int removePlaceholder(int /*parent*/, const char* /*name*/) {
+    errno = ENOTSUP;
+    return -1;
+}
+
 std::uint64_t volumeNumber(const struct stat& info) {
     return (std::uint64_t{gnu_dev_major(info.st_dev)} << 32U) | gnu_dev_minor(info.st_dev);
 }

@@ -77,6 +77,10 @@ std::size_t spareHandles() {
     return most > open ? most - open : 0;
 }
 
+bool livesElsewhere(std::error_code error) {
+    return error == std::errc::resource_deadlock_would_occur;
+}
+
 bool isOutOfHandles(std::error_code error) {
     return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
 }

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/posix/removal_calls.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
@@ -62,8 +63,8 @@ struct Level {
 
 class Removal {
 public:
-    explicit Removal(const Directory& parent)
-        : parent_(parent), mostOpen_(std::clamp(spareHandles() / 2, fewestOpen, mostOpen)) {}
+    Removal(const Directory& parent, const posix::RemovalCalls& calls)
+        : parent_(parent), calls_(calls), mostOpen_(std::clamp(spareHandles() / 2, fewestOpen, mostOpen)) {}
 
     std::expected<void, FileError> run(const std::string& name) {
         int failure = unlink(parent_, name.c_str(), 0);
@@ -99,6 +100,8 @@ private:
             if (folder.error() == std::errc::permission_denied &&
                 unlink(parent, name.c_str(), AT_REMOVEDIR) == 0)
                 return 0;
+            if (livesElsewhere(folder.error()))
+                return removeUnfetched(parent, name);
             // Another volume is mounted here: it is in use, as the kernel says of every mount point.
             return folder.error() == std::errc::cross_device_link ? EBUSY : folder.error().value();
         }
@@ -106,6 +109,13 @@ private:
         if (levels_.size() - closed_ > mostOpen_)
             closeOutermost();
         return 0;
+    }
+
+    /// A folder whose contents live elsewhere goes as it is: nothing is fetched in order to be removed.
+    int removeUnfetched(const Directory& parent, const std::string& name) {
+        failedName_ = name;
+        const bool isGone = calls_.removePlaceholder(parent.handle(), name.c_str()) == 0 || errno == ENOENT;
+        return isGone ? 0 : EDEADLK;
     }
 
     /// Closes the outermost folder that is open, never the innermost two: those are worked in.
@@ -128,9 +138,11 @@ private:
             level.pending.pop_back();
             return removeFolder(level.folder, name);
         }
-        const int piece = reader_.read(level.folder.handle());
+        const int piece = calls_.read(reader_, level.folder.handle());
         if (piece > 0)
             return removeListed(level);
+        if (piece < 0 && errno == EDEADLK)
+            return leaveUnfetched();
         // A folder that somebody else has removed cannot be listed, and need not be.
         if (piece < 0 && errno != ENOENT)
             return failAt(levels_.size() - 1, errno);
@@ -169,8 +181,7 @@ private:
         if (const int failure = reopenAround())
             return failure;
         Level& level = levels_.back();
-        const Directory& around = levels_.size() == 1 ? parent_ : levels_[levels_.size() - 2].folder;
-        const int failure = unlink(around, level.name.c_str(), AT_REMOVEDIR);
+        const int failure = unlink(aroundInnermost(), level.name.c_str(), AT_REMOVEDIR);
         if ((failure == ENOTEMPTY || failure == EEXIST) && level.listings < mostListings) {
             ++level.listings;
             return ::lseek(level.folder.handle(), 0, SEEK_SET) < 0 ? failAt(levels_.size() - 1, errno) : 0;
@@ -183,6 +194,21 @@ private:
             return failAt(levels_.size() - 1, failure);
         levels_.pop_back();
         return 0;
+    }
+
+    /// The contents of the innermost folder, or what is left of them, live elsewhere.
+    int leaveUnfetched() {
+        if (const int failure = reopenAround())
+            return failure;
+        const std::size_t innermost = levels_.size() - 1;
+        if (const int failure = removeUnfetched(aroundInnermost(), levels_[innermost].name))
+            return failAt(innermost, failure);
+        levels_.pop_back();
+        return 0;
+    }
+
+    [[nodiscard]] const Directory& aroundInnermost() const {
+        return levels_.size() == 1 ? parent_ : levels_[levels_.size() - 2].folder;
     }
 
     /// Opens the folder around the innermost one again, if it was closed. ".." is no link, but leads
@@ -216,6 +242,7 @@ private:
     }
 
     const Directory& parent_;
+    const posix::RemovalCalls& calls_;
     posix::NameReader reader_;
     std::size_t mostOpen_;
     std::vector<Level> levels_;  ///< from the item inwards; the first `closed_` of them are closed
@@ -226,7 +253,12 @@ private:
 }  // namespace
 
 std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name) {
-    return Removal(parent).run(name);
+    return posix::removeEntry(parent, name, {});
+}
+
+std::expected<void, FileError> posix::removeEntry(const Directory& parent, const std::string& name,
+                                                  const RemovalCalls& calls) {
+    return Removal(parent, calls).run(name);
 }
 
 std::optional<FileNumber> entryNumber(const Directory& parent, const std::string& name) {

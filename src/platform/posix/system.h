@@ -58,6 +58,10 @@ struct Item {
 /// What is at a name, a link itself. Starts no mount.
 [[nodiscard]] std::optional<Item> itemAt(int parent, const char* name);
 
+/// Removes a folder whose contents live elsewhere, and those with it, without fetching them; any other folder
+/// only when it is empty. 0 or -1; ENOTSUP where no contents live elsewhere.
+[[nodiscard]] int removePlaceholder(int parent, const char* name);
+
 /// The number of the volume that something lies on, as `FileInfo` has it.
 [[nodiscard]] std::uint64_t volumeNumber(const struct stat& info);
 
