@@ -9,8 +9,19 @@
 #include <cerrno>
 
 #include "platform/posix/file_stamp.h"
+#include "platform/posix/near_link.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform {
+
+namespace {
+
+bool leadsNear(const std::string& folder, const std::string& name) {
+    const auto resolved = resolvedPath(folder);
+    return resolved && posix::leadsToSomethingNear(*resolved, name, mountPoints());
+}
+
+}  // namespace
 
 std::optional<FileInfo> fileInfo(const std::string& path) {
     struct statx info{};
@@ -36,7 +47,8 @@ bool existsIn(const std::string& folder, const std::string& name) {
         how.flags = O_PATH | O_CLOEXEC;
         how.resolve = RESOLVE_NO_XDEV;
         const auto target = static_cast<int>(::syscall(SYS_openat2, parent, name.c_str(), &how, sizeof how));
-        exists = target >= 0 || (errno == ENOSYS && ::faccessat(parent, name.c_str(), F_OK, 0) == 0);
+        // Kernels before 5.6 do not know the call, and some sandboxes refuse it.
+        exists = target >= 0 || ((errno == ENOSYS || errno == EPERM) && leadsNear(folder, name));
         if (target >= 0)
             ::close(target);
     }

@@ -139,5 +139,22 @@ TEST_P(DirectoryWithoutOpenat2, RemovesNothingOfAnotherMount) {
 INSTANTIATE_TEST_SUITE_P(Errors, DirectoryWithoutOpenat2, testing::Values(ENOSYS, EPERM),
                          [](const auto& error) { return error.param == ENOSYS ? "unknown" : "refused"; });
 
+TEST(ExistsInWithoutOpenat2, DoesNotFollowALinkToAnotherVolume) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    for (const int error : {ENOSYS, EPERM}) {
+        TempTree tree({folder("server"), folder("near"), link("out", "server/room"),
+                       link("up", "server/../near"), link("good", "near"), link("dangling", "absent")});
+        test::withPrivateMounts([&] {
+            ASSERT_TRUE(test::mountMemory(tree.path("server")));
+            tree.add("server", {folder("room")});
+            refuseOpenat2(error);
+            EXPECT_TRUE(existsIn(tree.path(), "good"));
+            for (const char* name : {"out", "up", "dangling"})
+                EXPECT_FALSE(existsIn(tree.path(), name)) << name;
+        });
+    }
+}
+
 }  // namespace
 }  // namespace ulvak::platform
