@@ -4,16 +4,18 @@
 
 #include <vector>
 
+#include "platform/posix/common_folders.h"
+
 namespace ulvak::platform {
 
 GuardedFolders guardedFolders(const std::string& home) {
     const std::string data = g_get_user_data_dir();
-    GuardedFolders folders{
-        .themselves = {home + "/.local", home + "/.local/share", home + "/.local/state", home + "/.config",
-                       data, g_get_user_state_dir(), g_get_user_config_dir()},
-        .withContents = {data + "/keyrings", home + "/.local/share/keyrings", home + "/.gnupg",
-                         home + "/.ssh", home + "/.pki", home + "/.password-store"},
-    };
+    GuardedFolders folders = posix::commonFolders(home);
+    for (const std::string& folder :
+         {data, std::string(g_get_user_state_dir()), std::string(g_get_user_config_dir())})
+        folders.themselves.push_back(folder);
+    folders.withContents.push_back(data + "/keyrings");
+    folders.withContents.push_back(home + "/.local/share/keyrings");
     // Documents, pictures and their like under the names that the user's language gives them.
     for (int kind = 0; kind < G_USER_N_DIRECTORIES; ++kind) {
         if (const char* folder = g_get_user_special_dir(static_cast<GUserDirectory>(kind)))

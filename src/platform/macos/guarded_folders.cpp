@@ -1,14 +1,15 @@
 #include "platform/guarded_folders.h"
 
+#include "platform/posix/common_folders.h"
+
 namespace ulvak::platform {
 
 GuardedFolders guardedFolders(const std::string& home) {
-    return {
-        .themselves = {home + "/.local", home + "/.local/share", home + "/.local/state", home + "/.config",
-                       home + "/Library/CloudStorage", home + "/Library/Mobile Documents"},
-        .withContents = {home + "/Library/Keychains", home + "/.gnupg", home + "/.ssh", home + "/.pki",
-                         home + "/.password-store"},
-    };
+    GuardedFolders folders = posix::commonFolders(home);
+    folders.themselves.push_back(home + "/Library/CloudStorage");
+    folders.themselves.push_back(home + "/Library/Mobile Documents");
+    folders.withContents.push_back(home + "/Library/Keychains");
+    return folders;
 }
 
 }  // namespace ulvak::platform
