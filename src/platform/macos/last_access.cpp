@@ -2,10 +2,12 @@
 
 #include "platform/folder_facts.h"
 #include "platform/posix/file_stamp.h"
+#include "platform/posix/system.h"
 
 namespace ulvak::platform {
 
 std::optional<FileTime> lastAccess(const std::string& path) {
+    const posix::QuietAccess quiet;
     struct stat info{};
     if (::stat(path.c_str(), &info) != 0)
         return std::nullopt;

@@ -49,6 +49,7 @@ std::optional<std::string_view> FolderListing::next() {
 std::optional<std::int64_t> FolderListing::length(const std::string& name) const {
     if (handle_->number < 0)
         return std::nullopt;
+    const posix::QuietAccess quiet;
     const auto item = posix::itemAt(handle_->number, name.c_str());
     if (!item || !item->isRegularFile || item->isPlaceholder)
         return std::nullopt;
@@ -56,11 +57,11 @@ std::optional<std::int64_t> FolderListing::length(const std::string& name) const
 }
 
 std::string FolderListing::beginning(const std::string& name, std::size_t count) const {
+    const posix::QuietAccess quiet;
     // Looked at before it is opened, for opening a device can have effects of its own; and after, for it may
     // have been swapped in between.
     if (!length(name))
         return {};
-    const posix::QuietAccess quiet;
     const int handle = posix::openFile(handle_->number, name.c_str());
     if (handle < 0)
         return {};
@@ -107,6 +108,7 @@ FileSample::FileSample(const std::string& path, std::stop_token stop) : walk_(st
 FileSample::~FileSample() = default;
 
 std::optional<FileSample::File> FileSample::next() {
+    const posix::QuietAccess quiet;
     while (!walk_->levels.empty() && !walk_->stop.stop_requested()) {
         DIR* folder = walk_->levels.back().get();
         const dirent* entry = nextEntry(folder);
