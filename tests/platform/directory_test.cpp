@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <climits>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -161,8 +162,9 @@ TEST(Directory, OpensBelowByOneNameOrSeveral) {
 TEST(Directory, OpensNothingBelowThatIsNoFolder) {
     const TempTree tree({file("file"), fifo("fifo"), test::socket("socket"), folder("a", {file("file")})});
     const Directory top = opened(tree.path());
-    for (const char* path : {"file", "fifo", "socket", "a/file", "a/file/b"})
+    for (const char* path : {"file", "fifo", "a/file", "a/file/b"})
         EXPECT_EQ(top.openBelow(path).error(), std::errc::not_a_directory) << path;
+    EXPECT_FALSE(top.openBelow("socket")) << "some systems say first that it is none";
     EXPECT_EQ(top.openBelow("absent").error(), std::errc::no_such_file_or_directory);
     EXPECT_EQ(top.openBelow("a/absent/b").error(), std::errc::no_such_file_or_directory);
 }
@@ -214,7 +216,7 @@ TEST(Directory, OpensPathsOfEveryLengthAroundTheLongestThatOneCallTakes) {
     const std::string chain = tree.addChain(name, 90);
     const Directory top = opened(tree.path());
     // The last name's length moves the end of the path over the limit byte by byte.
-    for (std::size_t length = 4085; length <= 4105; ++length) {
+    for (std::size_t length = PATH_MAX - 11; length <= PATH_MAX + 9; ++length) {
         const std::size_t whole = (length - 2) / 51 * 51;
         const std::string parent = chain.substr(0, whole - 1);
         const std::string last(length - whole, 'x');
@@ -325,7 +327,8 @@ TEST(EntryReader, ALinkHasNothingOfTheEntryBeforeIt) {
 
 TEST(EntryReader, HasTheDateOfFilesAndFolders) {
     const FileTime before1970 = std::chrono::sys_days{std::chrono::year{1935} / 6 / 7} + 8h + 999'999us;
-    const FileTime farFuture = std::chrono::sys_days{std::chrono::year{2400} / 1 / 1} + 1us;
+    // Some file systems count nanoseconds in 64 bits, which end in 2262.
+    const FileTime farFuture = std::chrono::sys_days{std::chrono::year{2262} / 1 / 1} + 1us;
     const TempTree tree(
         {file("old").modifiedAt(before1970), folder("new", {file("x")}).modifiedAt(farFuture)});
     const auto seen = listing(tree.path());
@@ -391,7 +394,9 @@ TEST(EntryReader, ReadsAHundredThousandEntriesOnceEach) {
     const TempTree tree;
     for (std::size_t i = 0; i < count; ++i) {
         const std::string path = tree.path("a name that fills the buffer sooner " + std::to_string(i));
-        ASSERT_EQ(::mknod(path.c_str(), S_IFREG | 0644, 0), 0);
+        const int made = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        ASSERT_GE(made, 0);
+        ::close(made);
     }
     EXPECT_EQ(listing(tree.path()).size(), count);
 }
@@ -427,28 +432,29 @@ TEST(EntryReader, PassesOverFoldersThatAreToBeLeftUntouched) {
     EXPECT_EQ(rest(reader).size(), 4U) << "not carried over to the next listing";
 }
 
-TEST(EntryReader, PassesOverEntriesThatVanishedAfterTheyWereListed) {
+TEST(EntryReader, EntriesThatVanishAfterTheyWereListedAreNoErrorAndComeOnceAtMost) {
     TempTree tree;
     for (int i = 0; i < 100; ++i)
         tree.add({file(std::to_string(i))});
     const Directory directory = opened(tree.path());
     EntryReader reader;
     reader.start(directory);
-    ASSERT_NE(reader.next(), nullptr);
+    const DirectoryEntry* first = reader.next();
+    ASSERT_NE(first, nullptr);
+    const std::string firstName(first->name);
     for (int i = 0; i < 100; ++i)
         ASSERT_EQ(::unlink(tree.path(std::to_string(i)).c_str()), 0);
-    EXPECT_EQ(reader.next(), nullptr);
+    EXPECT_FALSE(rest(reader).contains(firstName));
     EXPECT_FALSE(reader.error());
 }
 
-TEST(EntryReader, SaysThatAListingEndedEarly) {
+TEST(EntryReader, AFolderThatIsGoneHasNoEntriesAndKeepsItsErrorToItself) {
     const TempTree tree({folder("gone")});
     const Directory directory = opened(tree.path("gone"));
     ASSERT_EQ(::rmdir(tree.path("gone").c_str()), 0);
     EntryReader reader;
     reader.start(directory);
-    EXPECT_EQ(reader.next(), nullptr);
-    EXPECT_TRUE(reader.error());
+    EXPECT_EQ(reader.next(), nullptr) << "some systems say that as an error, some do not";
 
     const Directory other = opened(tree.path());
     reader.start(other);

@@ -3,7 +3,10 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -87,7 +90,7 @@ private:
                 checked(::mkfifoat(parent, name, 0644), "mkfifo " + entry.name);
                 break;
             case TreeEntry::Kind::socket:
-                checked(::mknodat(parent, name, S_IFSOCK | 0644, 0), "mknod " + entry.name);
+                createSocket(parent, entry.name);
                 break;
         }
         giveAway(parent, entry.name);
@@ -104,6 +107,31 @@ private:
         if (!entry.text.empty() && ::write(made.get(), entry.text.data(), entry.text.size()) !=
                                        static_cast<ssize_t>(entry.text.size()))
             throw std::system_error(errno, std::generic_category(), "write " + entry.name);
+    }
+
+    /// Everywhere and for every user only binding makes one, by a path that must be short: so it is done by a
+    /// child that works in the folder.
+    static void createSocket(int parent, const std::string& name) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        if (name.size() >= sizeof address.sun_path)
+            throw std::system_error(ENAMETOOLONG, std::generic_category(), "bind " + name);
+        name.copy(address.sun_path, name.size());
+        const pid_t child = checked(::fork(), "fork");
+        if (child == 0) {
+            const int handle = ::socket(AF_UNIX, SOCK_STREAM, 0);
+            const bool isMade =
+                handle >= 0 && ::fchdir(parent) == 0 &&
+                ::bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+            ::_exit(isMade ? 0 : errno);
+        }
+        int status = 0;
+        while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+        }
+        if (status != 0)
+            throw std::system_error(WIFEXITED(status) ? WEXITSTATUS(status) : ECHILD, std::generic_category(),
+                                    "bind " + name);
+        checked(::fchmodat(parent, name.c_str(), 0644, 0), "chmod " + name);
     }
 
     static void finish(int parent, const TreeEntry& entry) {

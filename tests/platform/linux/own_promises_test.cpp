@@ -3,19 +3,23 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "platform/directory.h"
+#include "platform/durable_file.h"
 #include "platform/files.h"
 #include "platform/removal.h"
 #include "platform/volume.h"
 #include "support/temp_tree.h"
 
-// What Linux promises beyond what every backend does: its names are bytes, all but two of them.
+// What Linux promises beyond what every backend does. Its names are bytes, all but two of them; what a
+// listing says of an entry is looked up when it is asked for, so that nothing that is gone is told of.
 
 namespace ulvak::platform {
 namespace {
@@ -64,6 +68,57 @@ TEST(EntryReader, ReadsNamesOfEveryByte) {
     ASSERT_TRUE(top);
     for (const std::string& name : expected)
         EXPECT_TRUE(top->openBelow(name.c_str())) << name;
+}
+
+TEST(EntryReader, PassesOverEntriesThatVanishedAfterTheyWereListed) {
+    TempTree tree;
+    for (int i = 0; i < 100; ++i)
+        tree.add({file(std::to_string(i))});
+    const auto directory = Directory::open(tree.path());
+    ASSERT_TRUE(directory);
+    EntryReader reader;
+    reader.start(*directory);
+    ASSERT_NE(reader.next(), nullptr);
+    for (int i = 0; i < 100; ++i)
+        ASSERT_EQ(::unlink(tree.path(std::to_string(i)).c_str()), 0);
+    EXPECT_EQ(reader.next(), nullptr);
+    EXPECT_FALSE(reader.error());
+}
+
+TEST(EntryReader, SaysThatAListingEndedEarly) {
+    const TempTree tree({folder("gone")});
+    const auto directory = Directory::open(tree.path("gone"));
+    ASSERT_TRUE(directory);
+    ASSERT_EQ(::rmdir(tree.path("gone").c_str()), 0);
+    EntryReader reader;
+    reader.start(*directory);
+    EXPECT_EQ(reader.next(), nullptr);
+    EXPECT_TRUE(reader.error());
+}
+
+TEST(EntryReader, HasDatesBeyond2262) {
+    const FileTime farFuture = std::chrono::sys_days{std::chrono::year{2400} / 1 / 1};
+    const TempTree tree({file("new").modifiedAt(farFuture)});
+    EXPECT_EQ(fileInfo(tree.path("new"))->modified, farFuture);
+}
+
+TEST(Directory, ASocketIsNoFolder) {
+    const TempTree tree({test::socket("socket")});
+    const auto top = Directory::open(tree.path());
+    ASSERT_TRUE(top);
+    EXPECT_EQ(top->openBelow("socket").error(), std::errc::not_a_directory);
+}
+
+TEST(Files, AFileWithASlashAfterItIsNone) {
+    const TempTree tree({file("file")});
+    EXPECT_FALSE(existsIn(tree.path(), "file/"));
+    EXPECT_FALSE(resolvedPath(tree.path("file/")));
+}
+
+TEST(ReplaceFile, TakesNamesThatAreNoText) {
+    const TempTree tree;
+    EXPECT_FALSE(replaceFile(tree.path("\xff file"), "bytes"));
+    EXPECT_EQ(readFile(tree.path("\xff file"), 100), "bytes");
 }
 
 TEST(ExistsIn, FindsNamesThatAreNoTextAndTellsCapitals) {
