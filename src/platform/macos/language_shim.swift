@@ -139,7 +139,9 @@ private func outcome(of error: LanguageModelError) -> UlvakModelOutcome {
         return ulvakModelRefusal
     case .unsupportedLanguageOrLocale:
         return ulvakModelUnsupportedLanguage
-    default:  // too long, too often, too slow, or more than the model can
+    case .contextSizeExceeded, .rateLimited, .unsupportedCapability, .timeout:
+        return ulvakModelOtherError
+    @unknown default:
         return ulvakModelOtherError
     }
 }

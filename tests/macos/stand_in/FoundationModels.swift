@@ -17,6 +17,8 @@ public final class SystemLanguageModel: Sendable {
             case deviceNotEligible
             case appleIntelligenceNotEnabled
             case modelNotReady
+            // The vendor's has no such reason, but may be given more.
+            case unforeseen
         }
         case available
         case unavailable(UnavailableReason)
@@ -28,6 +30,7 @@ public final class SystemLanguageModel: Sendable {
         case "not eligible": return .unavailable(.deviceNotEligible)
         case "not enabled": return .unavailable(.appleIntelligenceNotEnabled)
         case "not ready": return .unavailable(.modelNotReady)
+        case "unforeseen": return .unavailable(.unforeseen)
         default: return .available
         }
     }

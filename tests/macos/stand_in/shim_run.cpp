@@ -52,7 +52,8 @@ void checkStates() {
     const LanguageModel& model = systemLanguageModel();
     for (const Row& row : {Row{"not eligible", ModelAbsenceReason::deviceNotEligible},
                            Row{"not enabled", ModelAbsenceReason::notEnabled},
-                           Row{"not ready", ModelAbsenceReason::notReady}}) {
+                           Row{"not ready", ModelAbsenceReason::notReady},
+                           Row{"unforeseen", ModelAbsenceReason::other}}) {
         ::setenv("STAND_IN_STATE", row.state, 1);
         const auto absence = model.absence();
         expect(absence && absence->reason == row.reason, std::string("state: ") + row.state);
