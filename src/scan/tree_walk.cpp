@@ -13,6 +13,7 @@
 #include "core/largest_first.h"
 #include "core/paths.h"
 #include "platform/package_name.h"
+#include "platform/quiet_access.h"
 
 namespace ulvak {
 namespace {
@@ -233,6 +234,7 @@ std::vector<DirNode> TreeWalk::run() {
 }
 
 void TreeWalk::work(Worker& worker) noexcept {
+    const platform::QuietAccess quiet;
     while (Frame* frame = nextFrame(worker)) {
         const std::size_t index = frame->nextSubFolder.fetch_add(1, std::memory_order_relaxed);
         if (index < frame->subFolders.size()) {

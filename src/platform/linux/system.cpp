@@ -14,6 +14,14 @@
 #include "platform/linux/directory_record.h"
 #include "platform/posix/file_stamp.h"
 
+namespace ulvak::platform {
+
+// Asked for with each file that is opened.
+QuietAccess::QuietAccess() = default;
+QuietAccess::~QuietAccess() = default;
+
+}  // namespace ulvak::platform
+
 namespace ulvak::platform::posix {
 namespace {
 
@@ -113,10 +121,6 @@ int openFile(int parent, const char* name) {
     constexpr int fileFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
     return openQuietly(fileFlags, [&](int flags) { return ::openat(parent, name, flags); });
 }
-
-// Asked for with each file that is opened.
-QuietAccess::QuietAccess() = default;
-QuietAccess::~QuietAccess() = default;
 
 std::optional<Item> itemAt(int parent, const char* name) {
     struct statx info{};

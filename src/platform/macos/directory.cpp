@@ -57,7 +57,7 @@ attrlist nameAttributes() {
 }
 
 int readBulk(int folder, attrlist attributes, std::span<std::byte> buffer) {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     return ::getattrlistbulk(folder, &attributes, buffer.data(), buffer.size(), 0);
 }
 

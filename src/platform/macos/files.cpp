@@ -12,7 +12,7 @@
 namespace ulvak::platform {
 
 std::optional<FileInfo> fileInfo(const std::string& path) {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     struct stat info{};
     if (::stat(path.c_str(), &info) != 0)
         return std::nullopt;
@@ -25,7 +25,7 @@ std::optional<FileInfo> fileInfo(const std::string& path) {
 }
 
 bool existsIn(const std::string& folder, const std::string& name) {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     const std::string path = folder + "/" + name;
     struct stat info{};
     if (::lstat(path.c_str(), &info) != 0)

@@ -7,7 +7,7 @@
 namespace ulvak::platform {
 
 std::optional<FileTime> lastAccess(const std::string& path) {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     struct stat info{};
     if (::stat(path.c_str(), &info) != 0)
         return std::nullopt;

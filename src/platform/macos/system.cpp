@@ -17,6 +17,37 @@
 #include "platform/macos/bulk_read.h"
 #include "platform/posix/file_stamp.h"
 
+namespace ulvak::platform {
+namespace {
+
+/// How many `QuietAccess` this thread has.
+thread_local int quietDepth = 0;
+
+void setQuiet(bool isQuiet) {
+    // Dropped by design: where the system refuses, it looks as if somebody else had looked.
+    (void)::setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD,
+                           isQuiet ? IOPOL_ATIME_UPDATES_OFF : IOPOL_ATIME_UPDATES_DEFAULT);
+    (void)::setiopolicy_np(
+        IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD,
+        isQuiet ? IOPOL_MATERIALIZE_DATALESS_FILES_OFF : IOPOL_MATERIALIZE_DATALESS_FILES_DEFAULT);
+}
+
+}  // namespace
+
+QuietAccess::QuietAccess() {
+    if (quietDepth++ == 0)
+        setQuiet(true);
+}
+
+QuietAccess::~QuietAccess() {
+    const int error = errno;  // whoever leaves with -1 has set it
+    if (--quietDepth == 0)
+        setQuiet(false);
+    errno = error;
+}
+
+}  // namespace ulvak::platform
+
 namespace ulvak::platform::posix {
 namespace {
 
@@ -40,18 +71,6 @@ int openBelow(int parent, const char* path, int flags) {
     return -1;
 }
 
-/// How many `QuietAccess` this thread has.
-thread_local int quietDepth = 0;
-
-void setQuiet(bool isQuiet) {
-    // Dropped by design: where the system refuses, it looks as if somebody else had looked.
-    (void)::setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD,
-                           isQuiet ? IOPOL_ATIME_UPDATES_OFF : IOPOL_ATIME_UPDATES_DEFAULT);
-    (void)::setiopolicy_np(
-        IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, IOPOL_SCOPE_THREAD,
-        isQuiet ? IOPOL_MATERIALIZE_DATALESS_FILES_OFF : IOPOL_MATERIALIZE_DATALESS_FILES_DEFAULT);
-}
-
 /// Whether another volume is mounted on this very folder, or is as soon as somebody looks.
 bool isMountPoint(int parent, const char* name) {
     attrlist wanted{};
@@ -67,18 +86,6 @@ bool isMountPoint(int parent, const char* name) {
 }
 
 }  // namespace
-
-QuietAccess::QuietAccess() {
-    if (quietDepth++ == 0)
-        setQuiet(true);
-}
-
-QuietAccess::~QuietAccess() {
-    const int error = errno;  // whoever leaves with -1 has set it
-    if (--quietDepth == 0)
-        setQuiet(false);
-    errno = error;
-}
 
 int openFolder(int parent, const char* path) {
     const QuietAccess quiet;

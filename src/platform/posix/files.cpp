@@ -12,7 +12,7 @@
 namespace ulvak::platform {
 
 std::vector<std::string> listNames(const std::string& path) {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     std::vector<std::string> names;
     const auto folder = posix::folderStream(posix::openFolder(AT_FDCWD, path.c_str()));
     if (!folder)

@@ -17,7 +17,7 @@ namespace ulvak::platform {
 namespace {
 
 const dirent* nextEntry(DIR* stream) {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     while (const dirent* entry = ::readdir(stream)) {  // NOLINT(concurrency-mt-unsafe): own stream
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..")
@@ -49,7 +49,7 @@ std::optional<std::string_view> FolderListing::next() {
 std::optional<std::int64_t> FolderListing::length(const std::string& name) const {
     if (handle_->number < 0)
         return std::nullopt;
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     const auto item = posix::itemAt(handle_->number, name.c_str());
     if (!item || !item->isRegularFile || item->isPlaceholder)
         return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<std::int64_t> FolderListing::length(const std::string& name) const
 }
 
 std::string FolderListing::beginning(const std::string& name, std::size_t count) const {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     // Looked at before it is opened, for opening a device can have effects of its own; and after, for it may
     // have been swapped in between.
     if (!length(name))
@@ -108,7 +108,7 @@ FileSample::FileSample(const std::string& path, std::stop_token stop) : walk_(st
 FileSample::~FileSample() = default;
 
 std::optional<FileSample::File> FileSample::next() {
-    const posix::QuietAccess quiet;
+    const QuietAccess quiet;
     while (!walk_->levels.empty() && !walk_->stop.stop_requested()) {
         DIR* folder = walk_->levels.back().get();
         const dirent* entry = nextEntry(folder);

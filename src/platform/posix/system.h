@@ -10,6 +10,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/quiet_access.h"
+
 /// What each system does in its own way, for the code of this folder, which they share: the calls below are
 /// defined once in `linux/` and once in `macos/`. Handles belong to the caller, who closes them. Where a call
 /// returns -1 it has set `errno`. Safe from any thread.
@@ -35,16 +37,6 @@ namespace ulvak::platform::posix {
 
 /// Opens a regular file for reading, no link followed, without waiting for whatever else it may be.
 [[nodiscard]] int openFile(int parent, const char* name);
-
-/// For as long as one lives, what this thread reads renews no access date and fetches nothing that lives
-/// elsewhere, where that is asked for thread by thread and not, as in the calls above, file by file.
-class QuietAccess {
-public:
-    QuietAccess();
-    ~QuietAccess();  // NOLINT(performance-trivially-destructible): not on every system
-    QuietAccess(const QuietAccess&) = delete;
-    QuietAccess& operator=(const QuietAccess&) = delete;
-};
 
 struct Item {
     bool isFolder = false;
