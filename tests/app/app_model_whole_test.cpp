@@ -12,6 +12,7 @@
 #include "scan/shell.h"
 #include "support/environment.h"
 #include "support/isolation.h"
+#include "support/system.h"
 
 namespace ulvak {
 namespace {
