@@ -1,9 +1,9 @@
-#include <QFont>
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QtPlugin>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 #include "app/app_model.h"
@@ -16,7 +16,11 @@ Q_IMPORT_PLUGIN(UlvakPlugin)
 int main(int argc, char* argv[]) {
     using namespace ulvak;
     using namespace std::chrono_literals;
+    // Without a display the toolkit says so and aborts. That is no bug of ours: the program ends like any other
+    // that cannot begin, without a core dump.
+    std::signal(SIGABRT, [](int) { std::_Exit(EXIT_FAILURE); });
     QGuiApplication application(argc, argv);
+    std::signal(SIGABRT, SIG_DFL);
     QGuiApplication::setApplicationName(QStringLiteral("Ulvak"));
     QGuiApplication::setDesktopFileName(QStringLiteral("ulvak"));
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));

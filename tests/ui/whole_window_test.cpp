@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <QProcess>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -64,7 +65,8 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmTrash")); }));
     EXPECT_TRUE(exists(npm));
     click(inPopup(QStringLiteral("confirmTrash"), QStringLiteral("confirm")));
-    ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; })) << app->alert()->message;
+    ASSERT_TRUE(waitUntil([&] { return row(title) == nullptr; }))
+        << (app->alert() ? app->alert()->message : "no alert");
     EXPECT_TRUE(showsText(QStringLiteral("Bir öğe seç")));
     EXPECT_FALSE(app->alert().has_value());
     engine.reset();
@@ -101,6 +103,20 @@ TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {
     const std::string verdicts(std::istreambuf_iterator<char>(file), {});
     EXPECT_NE(verdicts.find(home + "/.npm"), std::string::npos) << verdicts;
     EXPECT_NE(verdicts.find("\"user\""), std::string::npos) << verdicts;
+}
+
+TEST(WholeWindowFromOutside, WithoutADisplayItEndsWithAStatusOfItsOwn) {
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QString::fromLatin1(display));
+    child.setProcessEnvironment(environment);
+    child.start(QStringLiteral(ULVAK_WINDOW_PROGRAM), QStringList());
+    ASSERT_TRUE(child.waitForFinished(100'000));
+    EXPECT_EQ(child.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(child.exitCode(), EXIT_FAILURE);
+    EXPECT_FALSE(child.readAllStandardError().isEmpty()) << "nobody is told why";
 }
 
 }  // namespace
