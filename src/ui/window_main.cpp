@@ -16,8 +16,8 @@ Q_IMPORT_PLUGIN(UlvakPlugin)
 int main(int argc, char* argv[]) {
     using namespace ulvak;
     using namespace std::chrono_literals;
-    // Without a display the toolkit says so and aborts. That is no bug of ours: the program ends like any other
-    // that cannot begin, without a core dump.
+    // Without a display the toolkit says so and aborts. That is no bug of ours: the program ends like any
+    // other that cannot begin, without a core dump.
     std::signal(SIGABRT, [](int) { std::_Exit(EXIT_FAILURE); });
     QGuiApplication application(argc, argv);
     std::signal(SIGABRT, SIG_DFL);

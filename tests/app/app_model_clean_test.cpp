@@ -268,7 +268,6 @@ TEST_F(AppModelClean, AnEmptiedTrashFreesWhatWasInItAndLeavesTheList) {
                staged(Paths::trash())});
     clean({"/1"}, CleanMode::trash);
     clean({"/2"}, CleanMode::permanent);
-    services.diskInfo = [] { return std::optional<DiskInfo>(); };
     emptyTrash();
     EXPECT_EQ(app().freedBytes(), 34);
     EXPECT_EQ(app().trashedBytes(), 0);

@@ -14,8 +14,7 @@ int main(int argc, char* argv[]) {
     QGuiApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
     QFont font;
-    font.setPixelSize(
-        qEnvironmentVariableIsSet("ULVAK_TEST_FONT") ? qEnvironmentVariableIntValue("ULVAK_TEST_FONT") : 13);
+    font.setPixelSize(13);
     QGuiApplication::setFont(font);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
