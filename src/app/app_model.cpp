@@ -29,10 +29,6 @@ MutableFindings shared(std::vector<Finding> findings) {
     return result;
 }
 
-bool canBeCleaned(const Finding& finding) {
-    return !std::holds_alternative<CleanAction::None>(finding.action.value);
-}
-
 std::string joined(const std::vector<std::string>& names) {
     std::string list;
     for (const std::string& name : names)
@@ -114,10 +110,6 @@ FindingPointer AppModel::finding(std::string_view id) const {
 
 Findings::iterator AppModel::find(std::string_view id) {
     return std::ranges::find_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; });
-}
-
-bool AppModel::isUncertain(const Finding& finding) {
-    return finding.level == SafetyLevel::unknown || finding.source == VerdictSource::heuristic;
 }
 
 std::int64_t AppModel::uncertainCount() const {

@@ -100,8 +100,6 @@ public:
     [[nodiscard]] FindingPointer finding(std::string_view id) const;
     /// How many `analyzeAllUncertain` would ask about.
     [[nodiscard]] std::int64_t uncertainCount() const;
-    /// Unknown, or guessed from a name.
-    [[nodiscard]] static bool isUncertain(const Finding& finding);
 
     /// Starts a scan, unless one runs. The previous result stays until the new one replaces it.
     void scan();

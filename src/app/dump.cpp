@@ -82,7 +82,7 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
         return;
     }
     for (const Finding& finding : findings) {
-        if (finding.level != SafetyLevel::unknown && finding.source != VerdictSource::heuristic)
+        if (!isUncertain(finding))
             continue;
         const FolderContext::Surroundings around{.folders = folders};
         const std::string full = FolderContext::build(finding, "", {}, FolderContext::Extent::full, around);

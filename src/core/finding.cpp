@@ -30,6 +30,14 @@ void resetVerdict(Finding& finding) {
     setCurrentVerdict(finding, finding.original);
 }
 
+bool canBeCleaned(const Finding& finding) {
+    return !std::holds_alternative<CleanAction::None>(finding.action.value);
+}
+
+bool isUncertain(const Finding& finding) {
+    return finding.level == SafetyLevel::unknown || finding.source == VerdictSource::heuristic;
+}
+
 void appendMemberCount(Finding& finding) {
     finding.title += " (" + std::to_string(finding.urls.size()) + " öğe)";
     finding.original.title = finding.title;

@@ -79,6 +79,12 @@ void relabel(Finding& finding, SafetyLevel level);
 /// Back to what the analysis said first.
 void resetVerdict(Finding& finding);
 
+/// Whether cleaning it does anything at all.
+[[nodiscard]] bool canBeCleaned(const Finding& finding);
+
+/// Unknown, or guessed from a name: what a model is asked about.
+[[nodiscard]] bool isUncertain(const Finding& finding);
+
 /// Ends the title, and the title that a reset brings back, with the number of members: " (3 öğe)".
 void appendMemberCount(Finding& finding);
 

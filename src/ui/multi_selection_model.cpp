@@ -12,8 +12,8 @@
 namespace ulvak {
 namespace {
 
-bool canBeCleaned(const FindingPointer& finding) {
-    return !std::holds_alternative<CleanAction::None>(finding->action.value);
+bool hasAction(const FindingPointer& finding) {
+    return canBeCleaned(*finding);
 }
 
 bool isRisky(const FindingPointer& finding) {
@@ -43,7 +43,7 @@ void MultiSelectionModel::setItems(Findings items) {
 
 Findings MultiSelectionModel::cleanable() const {
     Findings result;
-    std::ranges::copy_if(items_, std::back_inserter(result), canBeCleaned);
+    std::ranges::copy_if(items_, std::back_inserter(result), hasAction);
     return result;
 }
 
@@ -84,7 +84,7 @@ QString MultiSelectionModel::skippedText() const {
 }
 
 bool MultiSelectionModel::canClean() const {
-    return std::ranges::any_of(items_, canBeCleaned);
+    return std::ranges::any_of(items_, hasAction);
 }
 
 bool MultiSelectionModel::asksFirst() const {

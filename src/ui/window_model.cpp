@@ -378,7 +378,7 @@ QVariantMap WindowModel::menuInfo(const QString& token) const {
     const FindingPointer finding = app_.finding(idOf(token));
     if (!finding)
         return {};
-    return {{QStringLiteral("canTrash"), !std::holds_alternative<CleanAction::None>(finding->action.value)},
+    return {{QStringLiteral("canTrash"), canBeCleaned(*finding)},
             {QStringLiteral("canReset"), DetailModel::canReset(*finding)},
             {QStringLiteral("isCleaning"), app_.cleaning().contains(finding->id)}};
 }

@@ -196,11 +196,11 @@ TEST_F(AppModelAnalyze, UnknownOrGuessedIsUncertain) {
     startWith({guessed("/guess", SafetyLevel::keep), labelled, asked, staged("/rule", SafetyLevel::keep),
                staged("/unknown", SafetyLevel::unknown)});
     EXPECT_EQ(app().uncertainCount(), 3);
-    EXPECT_TRUE(AppModel::isUncertain(*app().finding("/guess")));
-    EXPECT_TRUE(AppModel::isUncertain(*app().finding("/user")));
-    EXPECT_TRUE(AppModel::isUncertain(*app().finding("/unknown")));
-    EXPECT_FALSE(AppModel::isUncertain(*app().finding("/ai")));
-    EXPECT_FALSE(AppModel::isUncertain(*app().finding("/rule")));
+    EXPECT_TRUE(isUncertain(*app().finding("/guess")));
+    EXPECT_TRUE(isUncertain(*app().finding("/user")));
+    EXPECT_TRUE(isUncertain(*app().finding("/unknown")));
+    EXPECT_FALSE(isUncertain(*app().finding("/ai")));
+    EXPECT_FALSE(isUncertain(*app().finding("/rule")));
 }
 
 TEST_F(AppModelAnalyze, ABatchGoesThroughTheUncertainOneByOne) {

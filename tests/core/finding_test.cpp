@@ -28,6 +28,27 @@ const Verdict ofModel{.level = SafetyLevel::safe,
                       .source = VerdictSource::ai,
                       .confidence = 91};
 
+TEST(Finding, CanBeCleanedUnlessThereIsAReasonAgainstIt) {
+    Finding finding = analysed();
+    EXPECT_TRUE(canBeCleaned(finding));
+    finding.action = {CleanAction::DeleteSimulator{.udid = "0000"}};
+    EXPECT_TRUE(canBeCleaned(finding));
+    finding.action = {CleanAction::None{.reason = "Sistemindir."}};
+    EXPECT_FALSE(canBeCleaned(finding));
+}
+
+TEST(Finding, IsUncertainWhenUnknownOrGuessed) {
+    Finding finding = analysed();
+    EXPECT_TRUE(isUncertain(finding));
+    for (const VerdictSource source : {VerdictSource::rule, VerdictSource::ai, VerdictSource::user}) {
+        finding.source = source;
+        finding.level = SafetyLevel::keep;
+        EXPECT_FALSE(isUncertain(finding));
+        finding.level = SafetyLevel::unknown;
+        EXPECT_TRUE(isUncertain(finding));
+    }
+}
+
 TEST(Finding, SettingTheCurrentVerdictSetsAllFiveFieldsAndNothingElse) {
     Finding finding = analysed();
     setCurrentVerdict(finding, ofModel);
