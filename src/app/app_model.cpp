@@ -29,13 +29,6 @@ MutableFindings shared(std::vector<Finding> findings) {
     return result;
 }
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string list;
-    for (const std::string& name : names)
-        list.append(list.empty() ? "" : ", ").append(name);
-    return list;
-}
-
 }  // namespace
 
 /// One scan from its start to its end, cancelled or not.
@@ -373,8 +366,9 @@ QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
             co_return FindingPointer();
         FindingPointer now = finding(id);
         if (now && !running.empty()) {
-            showAlert(now->title + " temizlenemedi", "Önce şunları kapat: " + joined(running) +
-                                                         ". Açıkken dosyaları kullanmaya devam edebilirler.");
+            showAlert(now->title + " temizlenemedi",
+                      errorDescription(CleanError{CleanError::AppsRunning{.names = running}}) +
+                          ". Açıkken dosyaları kullanmaya devam edebilirler.");
             co_return FindingPointer();
         }
         // A scan that has ended meanwhile may name other applications.

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "app/shown.h"
-#include "core/format.h"
+#include "app/texts.h"
 #include "core/paths.h"
 
 namespace ulvak {
@@ -45,10 +45,6 @@ QString iconOf(const Finding& finding) {
         return QStringLiteral("doc.on.doc");
     const bool isApp = Paths::extension(Paths::lastComponent(finding.urls.front())) == "app";
     return isApp ? QStringLiteral("app") : QStringLiteral("folder");
-}
-
-QString text(std::string_view view) {
-    return QString::fromUtf8(view.data(), static_cast<qsizetype>(view.size()));
 }
 
 }  // namespace
@@ -105,19 +101,17 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
         case sizeRole:
             return static_cast<qint64>(finding.size);
         case sizeTextRole:
-            return QString::fromStdString(Format::bytes(finding.size));
+            return Texts::bytes(finding.size);
         case fractionRole:
             return largest_ > 0 ? static_cast<double>(finding.size) / static_cast<double>(largest_) : 0.0;
         case iconRole:
             return iconOf(finding);
         case levelRole:
-            return text(info(finding.level).rawValue);
+            return Texts::fixed(info(finding.level).rawValue);
         case sourceRole:
-            return text(info(finding.source).rawValue);
+            return Texts::fixed(info(finding.source).rawValue);
         case badgeRole:
-            return finding.source == VerdictSource::rule
-                       ? QString()
-                       : QString::fromStdString(badgeText(currentVerdict(finding)));
+            return Texts::badge(finding);
         case isAnalyzingRole:
             return analyzing_.contains(finding.id);
         case isCleaningRole:

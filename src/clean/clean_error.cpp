@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/paths.h"
+#include "core/text.h"
 
 namespace ulvak {
 namespace {
@@ -53,13 +54,6 @@ std::string describe(const StartError& error) {
     return "“" + error.program + "” başlatılamadı: " +
            (error.code == std::errc::no_such_file_or_directory ? "program bu bilgisayarda yok."
                                                                : reason(error.code));
-}
-
-std::string joined(const std::vector<std::string>& names) {
-    std::string list;
-    for (const std::string& name : names)
-        list.append(list.empty() ? "" : ", ").append(name);
-    return list;
 }
 
 }  // namespace

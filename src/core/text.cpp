@@ -99,6 +99,16 @@ std::string paddedOrCut(std::string_view text, std::size_t count) {
     return result;
 }
 
+std::string joined(std::span<const std::string> names) {
+    std::string list;
+    for (const std::string& name : names) {
+        if (&name != names.data())
+            list += ", ";
+        list += name;
+    }
+    return list;
+}
+
 std::string replacedAll(std::string_view text, std::string_view what, std::string_view with) {
     std::string result;
     for (;;) {

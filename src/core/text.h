@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,9 @@ namespace ulvak {
 
 /// The first `count` characters of valid UTF-8, filled up with blanks on the right.
 [[nodiscard]] std::string paddedOrCut(std::string_view text, std::size_t count);
+
+/// Names one after the other, with a comma and a blank between two.
+[[nodiscard]] std::string joined(std::span<const std::string> names);
 
 /// Every occurrence of `what` (not empty) in `text` replaced, from left to right.
 [[nodiscard]] std::string replacedAll(std::string_view text, std::string_view what, std::string_view with);

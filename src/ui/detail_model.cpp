@@ -7,7 +7,8 @@
 #include "app/shown.h"
 #include "core/format.h"
 #include "core/paths.h"
-#include "ui/texts.h"
+#include "core/text.h"
+#include "app/texts.h"
 
 namespace ulvak {
 namespace {
@@ -95,10 +96,8 @@ QString DetailModel::reason() const {
 }
 
 QString DetailModel::quitText() const {
-    std::string names;
-    for (const std::string& name : shownFinding().quitApps)
-        names.append(names.empty() ? "" : ", ").append(name);
-    return names.empty() ? QString() : shown("Silmeden önce kapat: " + names);
+    const auto& names = shownFinding().quitApps;
+    return names.empty() ? QString() : shown("Silmeden önce kapat: " + joined(names));
 }
 
 bool DetailModel::asksBeforeTrash() const {

@@ -7,7 +7,7 @@
 
 #include "app/shown.h"
 #include "core/checked_add.h"
-#include "ui/texts.h"
+#include "app/texts.h"
 
 namespace ulvak {
 namespace {

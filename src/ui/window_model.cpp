@@ -9,7 +9,7 @@
 #include "core/checked_add.h"
 #include "core/paths.h"
 #include "platform/file_browser.h"
-#include "ui/texts.h"
+#include "app/texts.h"
 
 namespace ulvak {
 namespace {

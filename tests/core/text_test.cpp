@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace ulvak {
 namespace {
@@ -133,6 +134,12 @@ TEST(PlainLetters, LongRunsOfAccentsAreNoBurden) {
     for (int i = 0; i < 500'000; ++i)
         accents += "\u0301\u0323";
     EXPECT_EQ(plainLetters("a" + accents + "b"), "ab");
+}
+
+TEST(Joined, PutsACommaBetweenNames) {
+    EXPECT_EQ(joined({}), "");
+    EXPECT_EQ(joined(std::vector<std::string>{"Bir"}), "Bir");
+    EXPECT_EQ(joined(std::vector<std::string>{"Bir", "İki", ""}), "Bir, İki, ");
 }
 
 TEST(ReplacedAll, ReplacesFromLeftToRight) {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "ui/staged_window.h"
-#include "ui/texts.h"
+#include "app/texts.h"
 
 namespace ulvak {
 namespace {

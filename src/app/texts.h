@@ -6,7 +6,7 @@
 
 #include "core/finding.h"
 
-/// Texts of the window that several of its parts show.
+/// Texts that several parts of the window show.
 namespace ulvak::Texts {
 
 /// One of our own texts.
