@@ -106,6 +106,14 @@ Result classifyFacts(std::string_view facts, const platform::LanguageModel& mode
     return std::move(*english);
 }
 
+Result classify(const Finding& finding, std::string_view note, std::span<const std::string> running,
+                const platform::LanguageModel& model, const FolderContext::Surroundings& around) {
+    using FolderContext::Extent;
+    const std::string full = FolderContext::build(finding, note, running, Extent::full, around);
+    const std::string minimal = FolderContext::build(finding, note, running, Extent::minimal, around);
+    return classify(full, minimal, model, around.stop);
+}
+
 Result classify(std::string_view full, std::string_view minimal, const platform::LanguageModel& model,
                 std::stop_token stop) {
     Result result = classifyFacts(full, model, stop);

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <expected>
+#include <span>
 #include <stop_token>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "ai/folder_context.h"
 #include "core/verdict.h"
 #include "platform/language_model.h"
 
@@ -37,6 +39,12 @@ struct Error {
 };
 
 using Result = std::expected<Verdict, Error>;
+
+/// Gathers the facts about a finding and asks. The note may be empty; `running` are names of applications that
+/// run now. A stop of `around` ends the looks at the disk as well as the request.
+[[nodiscard]] Result classify(const Finding& finding, std::string_view note,
+                              std::span<const std::string> running, const platform::LanguageModel& model,
+                              const FolderContext::Surroundings& around = {});
 
 /// Asks with the full facts and, when the model's safety filter refuses those, once more with the minimal
 /// ones. Both are texts of `FolderContext::build` about the same finding.

@@ -1,26 +1,10 @@
 #include "app/app_services.h"
 
-#include "ai/folder_context.h"
 #include "platform/file_browser.h"
 #include "platform/running_applications.h"
 #include "scan/scanner.h"
 
 namespace ulvak {
-namespace {
-
-AIClassifier::Result classifyFinding(const Finding& finding, std::string_view note,
-                                     std::span<const std::string> running, const std::stop_token& stop) {
-    FolderContext::Surroundings around;
-    around.stop = stop;
-    const std::string full =
-        FolderContext::build(finding, note, running, FolderContext::Extent::full, around);
-    const std::string minimal =
-        FolderContext::build(finding, note, running, FolderContext::Extent::minimal, around);
-    return AIClassifier::classify(full, minimal, platform::systemLanguageModel(), stop);
-}
-
-}  // namespace
-
 AppServices AppServices::system() {
     return {
         .scan = [](ScanProgress& progress,
@@ -31,7 +15,12 @@ AppServices AppServices::system() {
             },
         .runningApplications = platform::runningApplications,
         .runningApps = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
-        .classify = classifyFinding,
+        .classify =
+            [](const Finding& finding, std::string_view note, std::span<const std::string> running,
+               const std::stop_token& stop) {
+                return AIClassifier::classify(finding, note, running, platform::systemLanguageModel(),
+                                              {.stop = stop});
+            },
         .clean = [](const Finding& finding, CleanMode mode) { return Cleaner::clean(finding, mode); },
         .emptyTrash = [] { return Cleaner::emptyTrash(); },
         .reveal = platform::revealInFileBrowser,

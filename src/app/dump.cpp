@@ -6,7 +6,6 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
-#include "ai/folder_context.h"
 #include "app/standard_streams.h"
 #include "core/checked_add.h"
 #include "core/format.h"
@@ -84,11 +83,7 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
     for (const Finding& finding : findings) {
         if (!isUncertain(finding))
             continue;
-        const FolderContext::Surroundings around{.folders = folders};
-        const std::string full = FolderContext::build(finding, "", {}, FolderContext::Extent::full, around);
-        const std::string minimal =
-            FolderContext::build(finding, "", {}, FolderContext::Extent::minimal, around);
-        const auto verdict = AIClassifier::classify(full, minimal, model);
+        const auto verdict = AIClassifier::classify(finding, "", {}, model, {.folders = folders});
         output(answerText(finding, verdict, folders));
     }
 }
