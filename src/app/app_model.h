@@ -91,6 +91,8 @@ public:
     [[nodiscard]] std::int64_t freedBytes() const { return freedBytes_; }
     [[nodiscard]] const std::optional<AlertInfo>& alert() const { return alert_; }
     [[nodiscard]] const VerdictStore& store() const { return store_; }
+    /// Whether `openFullDiskAccessSettings` leads anywhere on this system.
+    [[nodiscard]] bool hasPrivacySettings() const { return services_.hasPrivacySettings; }
 
     /// Those of a level, in the order of `findings`.
     [[nodiscard]] Findings findings(SafetyLevel level) const;

@@ -25,6 +25,7 @@ AppServices AppServices::system() {
         .emptyTrash = [] { return Cleaner::emptyTrash(); },
         .reveal = platform::revealInFileBrowser,
         .openUrl = platform::openUrl,
+        .hasPrivacySettings = platform::hasPrivacySettings(),
         .diskInfo = DiskInfo::current,
     };
 }

@@ -40,6 +40,9 @@ struct AppServices {
     std::function<void(std::span<const std::string> paths)> reveal;
     std::function<void(std::string_view url)> openUrl;
 
+    /// Whether the system has a page of settings on which the user can let this program see more.
+    bool hasPrivacySettings = false;
+
     // On the thread of the user interface; it returns at once.
     std::function<std::optional<DiskInfo>()> diskInfo;
 

@@ -8,7 +8,6 @@
 #include "app/shown.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
-#include "platform/file_browser.h"
 #include "app/texts.h"
 
 namespace ulvak {
@@ -254,10 +253,6 @@ QString WindowModel::deniedText() const {
                                         QStringLiteral(
                                             " klasöre erişilemedi. Tam tablo için Ulvak'a Tam Disk Erişimi "
                                             "ver ve yeniden tara.");
-}
-
-bool WindowModel::hasPrivacySettings() const {
-    return platform::hasPrivacySettings();
 }
 
 QString WindowModel::uncertainText() const {

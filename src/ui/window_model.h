@@ -115,7 +115,7 @@ public:
     [[nodiscard]] QString trashText() const;
     [[nodiscard]] QString freedText() const;
     [[nodiscard]] QString deniedText() const;
-    [[nodiscard]] bool hasPrivacySettings() const;
+    [[nodiscard]] bool hasPrivacySettings() const { return app_.hasPrivacySettings(); }
     [[nodiscard]] QString uncertainText() const;
     [[nodiscard]] bool isBatchRunning() const { return app_.batchProgress().has_value(); }
     [[nodiscard]] double batchFraction() const;

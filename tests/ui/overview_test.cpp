@@ -70,6 +70,23 @@ TEST_F(OverviewTest, WithoutADiskThereIsNoFigureButEverythingElse) {
     EXPECT_TRUE(shows(QStringLiteral("largest-0")));
 }
 
+TEST_F(OverviewTest, LeadsToTheSettingsWhereTheSystemHasThem) {
+    stage.denied = 2;
+    stage.hasPrivacySettings = true;
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned();
+    click(QStringLiteral("openSettings"));
+    EXPECT_TRUE(waitUntil([&] { return stage.count("open x-apple.systempreferences:") == 1; }));
+}
+
+TEST_F(OverviewTest, WithoutSettingsThereIsNoButtonForThem) {
+    stage.denied = 2;
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned();
+    EXPECT_TRUE(shows(QStringLiteral("deniedBanner")));
+    EXPECT_FALSE(shows(QStringLiteral("openSettings")));
+}
+
 TEST_F(OverviewTest, EmptyingTheTrashTurnsOneBannerIntoTheOther) {
     stage.result = {finding("/v/one", SafetyLevel::safe, 1)};
     openScanned();

@@ -77,6 +77,7 @@ AppServices StagedServices::services() {
     };
     services.reveal = [this](std::span<const std::string> paths) { note("reveal " + paths.front()); };
     services.openUrl = [this](std::string_view url) { note("open " + std::string(url)); };
+    services.hasPrivacySettings = hasPrivacySettings;
     services.diskInfo = [this] { return disk; };
     return services;
 }
