@@ -46,7 +46,6 @@ class AppModel : public QObject {
 public:
     /// `done` means that a result is there, `idle` that none is.
     enum class Phase : std::uint8_t { idle, scanning, done };
-    Q_ENUM(Phase)
 
     struct AlertInfo {
         QUuid id;  ///< tells two alerts with the same texts apart

@@ -85,33 +85,30 @@ int FindingListModel::rowCount(const QModelIndex& parent) const {
 QVariant FindingListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const FindingPointer& pointer = rows_[static_cast<std::size_t>(index.row())];
-    const Finding& finding = *pointer;
+    const Finding& finding = *rows_[static_cast<std::size_t>(index.row())];
     switch (role) {
         case idRole:
             return tokenOf(finding.id);
-        case findingRole:
-            return QVariant::fromValue(pointer);
         case Qt::DisplayRole:
         case titleRole:
             return shown(finding.title);
         case Qt::ToolTipRole:
         case locationRole:
             return shown(Paths::display(finding.urls.front()));
-        case sizeRole:
-            return static_cast<qint64>(finding.size);
         case sizeTextRole:
             return Texts::bytes(finding.size);
         case fractionRole:
             return largest_ > 0 ? static_cast<double>(finding.size) / static_cast<double>(largest_) : 0.0;
         case iconRole:
             return iconOf(finding);
-        case levelRole:
-            return Texts::fixed(info(finding.level).rawValue);
+        case colorRole:
+            return Texts::fixed(info(finding.level).color);
         case sourceRole:
             return Texts::fixed(info(finding.source).rawValue);
         case badgeRole:
             return Texts::badge(finding);
+        case confidenceRole:
+            return Texts::confidence(finding);
         case isAnalyzingRole:
             return analyzing_.contains(finding.id);
         case isCleaningRole:
@@ -123,10 +120,17 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
 
 QHash<int, QByteArray> FindingListModel::roleNames() const {
     return {
-        {idRole, "findingId"},          {findingRole, "finding"}, {titleRole, "title"},
-        {locationRole, "location"},     {sizeRole, "size"},       {sizeTextRole, "sizeText"},
-        {fractionRole, "fraction"},     {iconRole, "icon"},       {levelRole, "level"},
-        {sourceRole, "source"},         {badgeRole, "badge"},     {isAnalyzingRole, "isAnalyzing"},
+        {idRole, "findingId"},
+        {titleRole, "title"},
+        {locationRole, "location"},
+        {sizeTextRole, "sizeText"},
+        {fractionRole, "fraction"},
+        {iconRole, "icon"},
+        {colorRole, "levelColor"},
+        {sourceRole, "source"},
+        {badgeRole, "badge"},
+        {confidenceRole, "confidenceText"},
+        {isAnalyzingRole, "isAnalyzing"},
         {isCleaningRole, "isCleaning"},
     };
 }

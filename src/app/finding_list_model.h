@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QAbstractListModel>
-#include <QPointer>
 #include <cstdint>
 #include <optional>
+#include <set>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/app_model.h"
@@ -12,7 +14,7 @@ namespace ulvak {
 
 /// The findings of one level as rows for a view, in the order of the application's list. Follows the
 /// application row by row: a finding that goes takes its row along, one that changes keeps its row, and a new
-/// result is laid over the old one, so that a view keeps its place. Holds its own hold on each finding: a row
+/// result is laid over the old one, so that a view keeps its place. Has a hold of its own on each finding: a row
 /// can be read at any time, also while others are being removed.
 class FindingListModel : public QAbstractListModel {
     Q_OBJECT
@@ -20,20 +22,18 @@ class FindingListModel : public QAbstractListModel {
 public:
     enum Role : int {
         idRole = Qt::UserRole + 1,  ///< the id as a token
-        findingRole,                ///< FindingPointer
         titleRole,
         locationRole,
-        sizeRole,
         sizeTextRole,
         fractionRole,  ///< of the level's largest finding, 0 to 1
         iconRole,
-        levelRole,
-        sourceRole,  ///< the raw value of a VerdictSource
-        badgeRole,   ///< the text of the source badge; empty for a rule's verdict
+        colorRole,       ///< the name of its level's colour
+        sourceRole,      ///< the raw value of a VerdictSource
+        badgeRole,       ///< the text of the source badge; empty for a rule's verdict
+        confidenceRole,  ///< what that ends in when a model has said how sure it is; else empty
         isAnalyzingRole,
         isCleaningRole,
     };
-    Q_ENUM(Role)
 
     /// `app` outlives this object. Without a level there are no rows.
     explicit FindingListModel(AppModel& app, QObject* parent = nullptr);
@@ -70,5 +70,3 @@ private:
 };
 
 }  // namespace ulvak
-
-Q_DECLARE_METATYPE(ulvak::FindingPointer)

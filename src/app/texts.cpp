@@ -28,4 +28,8 @@ QString badge(const Finding& finding) {
                                                  : QString::fromStdString(badgeText(currentVerdict(finding)));
 }
 
+QString confidence(const Finding& finding) {
+    return finding.confidence ? QStringLiteral("%") + QString::number(*finding.confidence) : QString();
+}
+
 }  // namespace ulvak::Texts

@@ -19,5 +19,7 @@ namespace ulvak::Texts {
 [[nodiscard]] QString wholeSeconds(double seconds);
 /// Of the source badge; empty for a rule's verdict, which shows none.
 [[nodiscard]] QString badge(const Finding& finding);
+/// The confidence at the end of that, "%85"; empty where there is none.
+[[nodiscard]] QString confidence(const Finding& finding);
 
 }  // namespace ulvak::Texts

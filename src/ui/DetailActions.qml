@@ -33,7 +33,7 @@ ColumnLayout {
         text: "Simülatörü Sil"
         prominent: true
         activatesOnReturn: false
-        tint: root.detail.level === "safe" ? Theme.green : Theme.orange
+        tint: Theme.named(root.detail.actionColor)
         Layout.maximumWidth: root.width
         onClicked: root.app.removePermanently(root.detail.token)
     }
@@ -52,7 +52,7 @@ ColumnLayout {
             text: "Çöp Kutusuna Taşı"
             symbol: "trash"
             prominent: true
-            tint: Theme.levelColor(root.detail.level)
+            tint: Theme.named(root.detail.actionColor)
             onClicked: root.detail.asksBeforeTrash ? confirmTrash.ask() : root.app.moveToTrash(root.detail.token)
         }
         PushButton {

@@ -5,7 +5,7 @@ import QtQuick.Layouts
 ColumnLayout {
     id: root
 
-    /// Of `level`, empty for what no finding explains, and `fraction` of the disk.
+    /// Of `level` and `color`, both empty for what no finding explains, and `fraction` of the disk.
     required property var segments
     required property string usedText
     required property string freeText
@@ -36,9 +36,9 @@ ColumnLayout {
                 Rectangle {
                     id: part
                     required property int index
-                    readonly property var segment: root.segments[index] ?? ({ level: "", fraction: 0 })
+                    readonly property var segment: root.segments[index] ?? ({ level: "", color: "", fraction: 0 })
                     readonly property bool isOther: segment.level === ""
-                    readonly property color tint: isOther ? Theme.faint(Theme.secondary, 0.35) : Theme.levelColor(segment.level)
+                    readonly property color tint: isOther ? Theme.faint(Theme.secondary, 0.35) : Theme.named(segment.color)
 
                     objectName: "segment-" + (isOther ? "other" : segment.level)
                     visible: segment.fraction > 0

@@ -97,7 +97,7 @@ Item {
             readonly property var about: root.app.levelInfo(root.app.sidebar)
             objectName: "listEmpty"
             symbol: about.symbol
-            tint: Theme.levelColor(root.app.sidebar)
+            tint: Theme.named(about.color)
             title: root.app.phase === "idle" ? "Henüz tarama yapılmadı" : "Burada bir şey yok"
             description: root.app.phase === "idle" ? "Başlamak için Tara'ya bas." : about.summary
         }

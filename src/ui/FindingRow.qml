@@ -15,7 +15,7 @@ Item {
     required property string sizeText
     required property real fraction
     required property string icon
-    required property string level
+    required property string levelColor
     required property string source
     required property string badge
     required property bool isAnalyzing
@@ -117,7 +117,7 @@ Item {
             x: parent.width - width
             y: amount.height + parent.gap
             fraction: root.fraction
-            tint: Theme.levelColor(root.level)
+            tint: Theme.named(root.levelColor)
         }
     }
     MouseArea {

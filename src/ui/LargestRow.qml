@@ -7,6 +7,7 @@ AbstractButton {
     id: root
 
     required property string level
+    required property string levelColor
     required property string symbol
     required property string sizeText
     required property string location
@@ -34,7 +35,7 @@ AbstractButton {
 
         Symbol {
             name: root.symbol
-            color: Theme.levelColor(root.level)
+            color: Theme.named(root.levelColor)
             size: Theme.body * 1.25
         }
         Text {

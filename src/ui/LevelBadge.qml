@@ -9,7 +9,7 @@ Rectangle {
     required property string level
     property bool compact: false
     readonly property var about: app.levelInfo(level)
-    readonly property color tint: Theme.levelColor(level)
+    readonly property color tint: Theme.named(about.color)
 
     implicitWidth: row.implicitWidth + 2 * Math.round(7 * Theme.u)
     implicitHeight: row.implicitHeight + 2 * Math.round(3 * Theme.u)

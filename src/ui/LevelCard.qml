@@ -7,13 +7,13 @@ AbstractButton {
     id: root
 
     required property string level
-    /// Of `symbol`, `title`, `sizeText` and `countText`.
+    /// Of `symbol`, `color`, `title`, `sizeText` and `countText`.
     required property var about
     readonly property string symbol: about.symbol
     readonly property string title: about.title
     readonly property string sizeText: about.sizeText
     readonly property string countText: about.countText
-    readonly property color tint: Theme.levelColor(level)
+    readonly property color tint: Theme.named(about.color)
 
     text: title
     padding: Math.round(14 * Theme.u)

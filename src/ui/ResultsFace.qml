@@ -154,10 +154,11 @@ ColumnLayout {
 
             LargestRow {
                 required property int index
-                readonly property var about: root.largest[index] ?? ({ level: "unknown", title: "", location: "", sizeText: "" })
+                readonly property var about: root.largest[index] ?? ({ level: "", symbol: "", color: "", title: "", location: "", sizeText: "" })
                 objectName: "largest-" + index
                 level: about.level
-                symbol: root.app.levelInfo(level).symbol
+                symbol: about.symbol
+                levelColor: about.color
                 text: about.title
                 location: about.location
                 sizeText: about.sizeText

@@ -90,7 +90,7 @@ FocusScope {
                     objectName: "row-" + item
                     item: about.level
                     symbol: about.symbol
-                    tint: Theme.levelColor(item)
+                    tint: Theme.named(about.color)
                     title: about.title
                     trailing: root.app.phase === "done" ? about.sizeText : ""
                     selected: root.app.sidebar === item

@@ -63,22 +63,13 @@ QtObject {
 
     readonly property SystemPalette desktop: SystemPalette {}
 
+    /// One of the colours above by the name under which the levels know it.
     function named(name: string): color {
         switch (name) {
         case "green": return green
         case "teal": return teal
         case "orange": return orange
         case "red": return red
-        default: return gray
-        }
-    }
-
-    function levelColor(level: string): color {
-        switch (level) {
-        case "safe": return green
-        case "regenerable": return teal
-        case "caution": return orange
-        case "keep": return red
         default: return gray
         }
     }

@@ -90,6 +90,15 @@ QString DetailModel::action() const {
                                                               : QStringLiteral("none");
 }
 
+QString DetailModel::actionColor() const {
+    const Finding& finding = shownFinding();
+    const bool isSimulator = std::holds_alternative<CleanAction::DeleteSimulator>(finding.action.value);
+    // A simulator is gone at once: its button warns unless nothing can be lost.
+    const SafetyLevel shown =
+        isSimulator && finding.level != SafetyLevel::safe ? SafetyLevel::caution : finding.level;
+    return Texts::fixed(info(shown).color);
+}
+
 QString DetailModel::reason() const {
     const auto* none = std::get_if<CleanAction::None>(&shownFinding().action.value);
     return none != nullptr ? shown(none->reason) : QString();

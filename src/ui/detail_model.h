@@ -22,6 +22,8 @@ class DetailModel : public QObject {
     Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
     /// "trash", "simulator" or "none".
     Q_PROPERTY(QString action READ action NOTIFY changed)
+    /// The name of the prominent button's colour.
+    Q_PROPERTY(QString actionColor READ actionColor NOTIFY changed)
     Q_PROPERTY(QString reason READ reason NOTIFY changed)
     Q_PROPERTY(QString quitText READ quitText NOTIFY changed)
     Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed)
@@ -53,6 +55,7 @@ public:
     [[nodiscard]] QString sizeText() const;
     [[nodiscard]] QString explanation() const;
     [[nodiscard]] QString action() const;
+    [[nodiscard]] QString actionColor() const;
     [[nodiscard]] QString reason() const;
     [[nodiscard]] QString quitText() const;
     [[nodiscard]] bool asksBeforeTrash() const;

@@ -152,9 +152,10 @@ QVariantList WindowModel::segments() const {
     if (!disk || disk->total <= 0)
         return {};
     QVariantList segments;
-    const auto add = [&](const QString& level, std::int64_t bytes) {
+    const auto add = [&](std::string_view level, std::string_view color, std::int64_t bytes) {
         segments.append(QVariantMap{
-            {QStringLiteral("level"), level},
+            {QStringLiteral("level"), Texts::fixed(level)},
+            {QStringLiteral("color"), Texts::fixed(color)},
             {QStringLiteral("fraction"),
              static_cast<double>(std::max<std::int64_t>(bytes, 0)) / static_cast<double>(disk->total)}});
     };
@@ -162,11 +163,11 @@ QVariantList WindowModel::segments() const {
     for (const SafetyLevel level : displayedSafetyLevels()) {
         const std::int64_t bytes = app_.total(level);
         addChecked(explained, bytes);
-        add(Texts::fixed(info(level).rawValue), bytes);
+        add(info(level).rawValue, info(level).color, bytes);
     }
     std::int64_t other = usedBytes(*disk);
     addChecked(other, -explained);
-    add({}, other);
+    add({}, {}, other);
     return segments;
 }
 
@@ -227,7 +228,10 @@ QVariantList WindowModel::largest() const {
     const Findings& findings = app_.findings();
     for (std::size_t index = 0; index < std::min(findings.size(), mostLargest); ++index) {
         const Finding& finding = *findings[index];
-        rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(info(finding.level).rawValue)},
+        const SafetyLevelInfo& level = info(finding.level);
+        rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(level.rawValue)},
+                                {QStringLiteral("symbol"), Texts::fixed(level.symbol)},
+                                {QStringLiteral("color"), Texts::fixed(level.color)},
                                 {QStringLiteral("title"), shown(finding.title)},
                                 {QStringLiteral("location"), shown(Paths::display(finding.urls.front()))},
                                 {QStringLiteral("sizeText"), Texts::bytes(finding.size)}});

@@ -33,7 +33,7 @@ class WindowModel : public QObject {
     Q_PROPERTY(QString diskText READ diskText NOTIFY diskChanged)
     Q_PROPERTY(QString usedText READ usedText NOTIFY diskChanged)
     Q_PROPERTY(QString freeText READ freeText NOTIFY diskChanged)
-    /// Of `level`, empty for what no finding explains, and `fraction` of the whole disk.
+    /// Of `level` and `color`, both empty for what no finding explains, and `fraction` of the whole disk.
     Q_PROPERTY(QVariantList segments READ segments NOTIFY segmentsChanged)
 
     Q_PROPERTY(bool isModelAvailable READ isModelAvailable NOTIFY modelChanged)
@@ -52,7 +52,7 @@ class WindowModel : public QObject {
     /// In the order of declaration, for menus: `level` and `title`.
     Q_PROPERTY(QVariantList levelChoices READ levelChoices CONSTANT)
     Q_PROPERTY(QString reclaimableText READ reclaimableText NOTIFY findingsChanged)
-    /// At most eight, largest first: `level`, `title`, `location`, `sizeText`.
+    /// At most eight, largest first: `title`, `location`, `sizeText`, and the `level`, its `symbol` and `color`.
     Q_PROPERTY(QVariantList largest READ largest NOTIFY findingsChanged)
 
     // Banners; an empty text is a banner that is not there.

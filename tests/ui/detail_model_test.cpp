@@ -52,6 +52,13 @@ TEST_F(DetailModelTest, OtherActions) {
     EXPECT_EQ(detail.reason(), QStringLiteral("Sistemindir."));
 }
 
+TEST_F(DetailModelTest, TheButtonHasTheLevelsColourAndThatOfASimulatorWarns) {
+    EXPECT_EQ(show(finding("/v/a", SafetyLevel::regenerable)).actionColor(), QStringLiteral("teal"));
+    EXPECT_EQ(show(finding("/v/a", SafetyLevel::keep)).actionColor(), QStringLiteral("red"));
+    EXPECT_EQ(show(simulator(finding("/v/a", SafetyLevel::safe))).actionColor(), QStringLiteral("green"));
+    EXPECT_EQ(show(simulator(finding("/v/a", SafetyLevel::keep))).actionColor(), QStringLiteral("orange"));
+}
+
 TEST_F(DetailModelTest, NamesWhatIsToBeQuit) {
     Finding shown = finding("/v/a", SafetyLevel::safe);
     EXPECT_TRUE(show(shown).quitText().isEmpty());

@@ -114,6 +114,9 @@ TEST_F(WindowModelTest, SegmentsFollowTheDisplayOrderAndEndWithTheRest) {
     EXPECT_EQ(column(segments, "level"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("unknown"), QStringLiteral("keep"), QString()}));
+    EXPECT_EQ(column(segments, "color"),
+              QStringList({QStringLiteral("green"), QStringLiteral("teal"), QStringLiteral("orange"),
+                           QStringLiteral("gray"), QStringLiteral("red"), QString()}));
     EXPECT_EQ(column(segments, "fraction"),
               QStringList({QStringLiteral("0.05"), QStringLiteral("0"), QStringLiteral("0"),
                            QStringLiteral("0"), QStringLiteral("0.1"), QStringLiteral("0.45")}));
@@ -154,6 +157,8 @@ TEST_F(WindowModelTest, ShowsTheEightLargestAndTheSumOfWhatIsEasy) {
     scanAll();
     EXPECT_EQ(model->largest().size(), 8);
     EXPECT_EQ(field(model->largest(), 7, "title"), QStringLiteral("7"));
+    EXPECT_EQ(field(model->largest(), 7, "color"), QStringLiteral("teal"));
+    EXPECT_EQ(field(model->largest(), 0, "symbol"), QStringLiteral("checkmark.shield.fill"));
     EXPECT_EQ(model->reclaimableText(), QStringLiteral("10 GB"));
 }
 
