@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/shown.h"
-
 namespace ulvak {
 namespace {
 
@@ -20,10 +18,6 @@ FindingSelection::FindingSelection(const FindingListModel& rows, QObject* parent
     connect(&rows, &QAbstractItemModel::rowsInserted, this, &FindingSelection::notify);
     connect(&rows, &QAbstractItemModel::rowsRemoved, this, &FindingSelection::notify);
     connect(&rows, &QAbstractItemModel::modelReset, this, &FindingSelection::notify);
-}
-
-std::string FindingSelection::idOf(const QString& token) {
-    return ulvak::idOf(token);
 }
 
 std::optional<std::string> FindingSelection::idAt(int row) const {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/finding_list_model.h"
+#include "app/shown.h"
 
 namespace ulvak {
 
@@ -45,7 +46,6 @@ signals:
     void changed();
 
 private:
-    static std::string idOf(const QString& token);
     [[nodiscard]] std::optional<std::string> idAt(int row) const;
     void extendTo(int row, bool keepsOthers);
     void notify();
