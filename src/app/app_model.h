@@ -38,9 +38,9 @@ using Findings = std::vector<FindingPointer>;
 /// is sent only when the field has changed.
 /// Failures: operations never fail; what goes wrong ends up in `alert`, which holds the last one.
 ///
-/// The window is never held: whether the model can be used and which applications run is asked on workers
-/// and awaited, and remembered verdicts are written by one, the last of them before this object is gone.
-/// Operations that await go on with what the list holds by then.
+/// The window, once it is there, is never held: whether the model can be used and which applications run is
+/// asked on workers and awaited, and remembered verdicts are written by one, the last of them before this
+/// object is gone. Operations that await go on with what the list holds by then.
 class AppModel : public QObject {
     Q_OBJECT
 public:
@@ -62,7 +62,8 @@ public:
         friend bool operator==(const BatchProgress&, const BatchProgress&) = default;
     };
 
-    /// Reads the remembered verdicts at `verdictsPath`. Nothing is scanned yet.
+    /// Reads the remembered verdicts at `verdictsPath` and asks for the disk's capacity, on this thread: the
+    /// window is to begin with both. Nothing is scanned yet.
     explicit AppModel(AppServices services = AppServices::system(),
                       std::string verdictsPath = VerdictStore::defaultPath(), QObject* parent = nullptr);
     /// Stops what can be stopped and waits for the rest. Nothing is applied any more; labels are written.

@@ -13,7 +13,7 @@ struct CommandLine {
     bool ai = false;       ///< "--ai", with "--dump": ask the language model too
     bool help = false;     ///< "--help" or "-h"
     bool version = false;  ///< "--version"
-    // "--autoscan", "--level=…" and "--select-first" are the window's own.
+    // "--autoscan", "--level=…", "--select-first" and "--reduced-motion" are the window's own.
     std::vector<std::string> unknown;
 
     /// `arguments` without the program's name.

@@ -14,8 +14,8 @@ namespace ulvak {
 
 /// The findings of one level as rows for a view, in the order of the application's list. Follows the
 /// application row by row: a finding that goes takes its row along, one that changes keeps its row, and a new
-/// result is laid over the old one, so that a view keeps its place. Has a hold of its own on each finding: a row
-/// can be read at any time, also while others are being removed.
+/// result is laid over the old one, so that a view keeps its place. Has a hold of its own on each finding: a
+/// row can be read at any time, also while others are being removed.
 class FindingListModel : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY countChanged)

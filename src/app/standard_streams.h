@@ -4,9 +4,9 @@
 
 namespace ulvak {
 
-/// To be called first: a reader that goes away must not end the program, how programs that it starts end must
-/// be known, and a standard stream that the
-/// caller has closed must not be taken by a folder or pipe that the program opens.
+/// To be called first. A reader that goes away must not end the program; how programs that it starts end must
+/// be known; and a standard stream that the caller has closed must not be taken by a folder or pipe that it
+/// opens.
 void prepareStandardStreams();
 
 /// Writes to standard output or standard error. What cannot be written, to a full disk or a closed pipe,

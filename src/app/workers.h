@@ -63,13 +63,14 @@ public:
         std::shared_ptr<Box> box_ = std::make_shared<Box>();
     };
 
-    /// What `co_await` takes. The function begins when it is awaited.
+    /// What `co_await` takes. The function begins when it is awaited. It returns a value; one that throws
+    /// ends the program.
     template <typename Function>
     [[nodiscard]] Call<Function> run(Function function) {
         return Call<Function>(*this, std::move(function));
     }
 
-    /// A function that nobody awaits.
+    /// A function that nobody awaits. One that throws ends the program.
     void post(std::function<void()> function);
 
     /// Whether all functions have ended, or do so in time.

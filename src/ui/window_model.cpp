@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "app/shown.h"
+#include "app/texts.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
-#include "app/texts.h"
 
 namespace ulvak {
 namespace {
@@ -350,8 +350,8 @@ void WindowModel::followDetail() {
     Findings selected;
     FindingSelection::Ids wanted = selection_.ids();
     for (const FindingPointer& finding : app_.findings()) {
-        if (wanted.erase(finding->id) >
-            0)  // of two with one id the first counts, as for what is done with it
+        // Of two with one id the first counts, as for what is done with it.
+        if (wanted.erase(finding->id) > 0)
             selected.push_back(finding);
     }
     detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);

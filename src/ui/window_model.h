@@ -52,7 +52,8 @@ class WindowModel : public QObject {
     /// In the order of declaration, for menus: `level` and `title`.
     Q_PROPERTY(QVariantList levelChoices READ levelChoices CONSTANT)
     Q_PROPERTY(QString reclaimableText READ reclaimableText NOTIFY findingsChanged)
-    /// At most eight, largest first: `title`, `location`, `sizeText`, and the `level`, its `symbol` and `color`.
+    /// At most eight, largest first: `title`, `location`, `sizeText`, and the `level`, its `symbol` and
+    /// `color`.
     Q_PROPERTY(QVariantList largest READ largest NOTIFY findingsChanged)
 
     // Banners; an empty text is a banner that is not there.
@@ -89,7 +90,8 @@ public:
     /// `app` outlives this object.
     explicit WindowModel(AppModel& app, QObject* parent = nullptr);
 
-    /// Obeys "--level=…", "--autoscan" and "--select-first". Once, when the window has appeared.
+    /// Obeys "--level=…", "--autoscan" and "--select-first". Once, when the window has been made; a scan goes
+    /// on in the event loop.
     void launch(const QStringList& arguments);
 
     [[nodiscard]] QString phase() const;
