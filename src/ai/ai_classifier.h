@@ -40,8 +40,8 @@ struct Error {
 
 using Result = std::expected<Verdict, Error>;
 
-/// Gathers the facts about a finding and asks. The note may be empty; `running` are names of applications that
-/// run now. A stop of `around` ends the looks at the disk as well as the request.
+/// Gathers the facts about a finding and asks. The note may be empty; `running` are names of applications
+/// that run now. A stop of `around` ends the looks at the disk as well as the request.
 [[nodiscard]] Result classify(const Finding& finding, std::string_view note,
                               std::span<const std::string> running, const platform::LanguageModel& model,
                               const FolderContext::Surroundings& around = {});

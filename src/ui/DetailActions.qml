@@ -117,8 +117,8 @@ ColumnLayout {
         property string asked: ""
         function ask() {
             asked = root.detail.token
-            title = root.detail.title + " kalıcı olarak silinsin mi?"
-            confirmText = "Kalıcı Olarak Sil (" + root.detail.sizeText + ")"
+            title = root.detail.permanentQuestion
+            confirmText = root.detail.permanentButton
             open()
         }
         objectName: "confirmPermanent"
@@ -133,8 +133,8 @@ ColumnLayout {
         property string asked: ""
         function ask() {
             asked = root.detail.token
-            title = root.detail.title + " çöp kutusuna taşınsın mı?"
-            message = "Bu öğe \"" + root.detail.levelTitle + "\" olarak etiketli. Emin misin?"
+            title = root.detail.trashQuestion
+            message = root.detail.trashMessage
             open()
         }
         objectName: "confirmTrash"

@@ -48,6 +48,7 @@ ScrollColumn {
                     app: root.app
                     source: root.detail.source
                     badge: root.detail.badge
+                    confidenceText: root.detail.confidenceText
                 }
             }
         }

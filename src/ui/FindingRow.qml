@@ -18,6 +18,7 @@ Item {
     required property string levelColor
     required property string source
     required property string badge
+    required property string confidenceText
     required property bool isAnalyzing
     required property bool isCleaning
     property bool selected: false
@@ -157,6 +158,7 @@ Item {
             app: root.app
             source: root.source
             badge: root.badge
+            confidenceText: root.confidenceText
         }
     }
 }

@@ -113,13 +113,13 @@ Rectangle {
             visible: root.app.isModelAvailable
             enabled: !root.detail.isAnalyzing
             busy: root.detail.isAnalyzing
-            text: root.detail.isAnalyzing ? "Düşünüyor…" : root.detail.source === "ai" ? "Yeniden Analiz Et" : "Analiz Et"
+            text: root.detail.analyzeText
             Layout.maximumWidth: column.width
             onClicked: root.app.analyze(root.detail.token, note.text)
         }
         PlainText {
             objectName: "modelWarning"
-            visible: root.app.isModelAvailable && root.detail.source === "ai"
+            visible: root.app.isModelAvailable && root.detail.showsModelWarning
             text: "Apple Intelligence yanılabilir. Önemli olabilecek şeyleri silmeden önce Finder'da bir göz at."
             color: Theme.secondary
             font.pixelSize: Theme.caption

@@ -7,9 +7,11 @@ RowLayout {
 
     required property var app
     required property string source
-    /// The label, with the confidence where there is one.
+    /// All of it in words.
     required property string badge
-    readonly property string label: badge.replace(/ %[0-9]+$/, "")
+    /// What that ends in: how sure the model was. Empty where nobody has said.
+    required property string confidenceText
+    readonly property var about: app.sourceInfo(source)
 
     spacing: Math.round(3 * Theme.u)
 
@@ -17,13 +19,13 @@ RowLayout {
     Accessible.name: badge
 
     Symbol {
-        name: root.source === "" ? "" : root.app.sourceInfo(root.source).symbol
+        name: root.about.symbol
         color: Theme.secondary
         size: Theme.caption * 1.1
         Layout.alignment: Qt.AlignTop
     }
     Text {
-        text: root.label
+        text: root.about.label
         textFormat: Text.PlainText
         color: Theme.secondary
         font.pixelSize: Theme.caption
@@ -35,7 +37,7 @@ RowLayout {
     Figures {
         objectName: "confidence"
         visible: text !== ""
-        text: root.badge.slice(root.label.length + 1)
+        text: root.confidenceText
         color: Theme.secondary
         font.pixelSize: Theme.caption
         Accessible.ignored: true

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "app/shown.h"
+#include "app/texts.h"
 #include "core/format.h"
 #include "core/paths.h"
 #include "core/text.h"
-#include "app/texts.h"
 
 namespace ulvak {
 namespace {
@@ -62,16 +62,16 @@ QString DetailModel::level() const {
     return Texts::fixed(info(shownFinding().level).rawValue);
 }
 
-QString DetailModel::levelTitle() const {
-    return Texts::fixed(info(shownFinding().level).title);
-}
-
 QString DetailModel::source() const {
     return Texts::fixed(info(shownFinding().source).rawValue);
 }
 
 QString DetailModel::badge() const {
     return Texts::badge(shownFinding());
+}
+
+QString DetailModel::confidenceText() const {
+    return Texts::confidence(shownFinding());
 }
 
 QString DetailModel::sizeText() const {
@@ -119,6 +119,23 @@ bool DetailModel::offersPermanent() const {
     return level == SafetyLevel::safe || level == SafetyLevel::regenerable;
 }
 
+QString DetailModel::trashQuestion() const {
+    return title() + QStringLiteral(" çöp kutusuna taşınsın mı?");
+}
+
+QString DetailModel::trashMessage() const {
+    return QStringLiteral("Bu öğe \"%1\" olarak etiketli. Emin misin?")
+        .arg(Texts::fixed(info(shownFinding().level).title));
+}
+
+QString DetailModel::permanentQuestion() const {
+    return title() + QStringLiteral(" kalıcı olarak silinsin mi?");
+}
+
+QString DetailModel::permanentButton() const {
+    return QStringLiteral("Kalıcı Olarak Sil (%1)").arg(sizeText());
+}
+
 bool DetailModel::canReset(const Finding& finding) {
     return finding.level != finding.original.level || finding.source != finding.original.source;
 }
@@ -131,6 +148,17 @@ bool DetailModel::showsModel() const {
     const Finding& finding = shownFinding();
     return finding.source != VerdictSource::rule || finding.level == SafetyLevel::unknown ||
            finding.isPersonal;
+}
+
+bool DetailModel::showsModelWarning() const {
+    return shownFinding().source == VerdictSource::ai;
+}
+
+QString DetailModel::analyzeText() const {
+    if (isAnalyzing())
+        return QStringLiteral("Düşünüyor…");
+    return shownFinding().source == VerdictSource::ai ? QStringLiteral("Yeniden Analiz Et")
+                                                      : QStringLiteral("Analiz Et");
 }
 
 bool DetailModel::isAnalyzing() const {

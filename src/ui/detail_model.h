@@ -15,9 +15,10 @@ class DetailModel : public QObject {
     Q_PROPERTY(QString token READ token NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString level READ level NOTIFY changed)
-    Q_PROPERTY(QString levelTitle READ levelTitle NOTIFY changed)
     Q_PROPERTY(QString source READ source NOTIFY changed)
+    /// Who said so; for a rule's verdict empty, like the confidence that it ends in where there is one.
     Q_PROPERTY(QString badge READ badge NOTIFY changed)
+    Q_PROPERTY(QString confidenceText READ confidenceText NOTIFY changed)
     Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed)
     Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
     /// "trash", "simulator" or "none".
@@ -28,8 +29,17 @@ class DetailModel : public QObject {
     Q_PROPERTY(QString quitText READ quitText NOTIFY changed)
     Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed)
     Q_PROPERTY(bool offersPermanent READ offersPermanent NOTIFY changed)
+    // What the two dialogs say.
+    Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY changed)
+    Q_PROPERTY(QString trashMessage READ trashMessage NOTIFY changed)
+    Q_PROPERTY(QString permanentQuestion READ permanentQuestion NOTIFY changed)
+    Q_PROPERTY(QString permanentButton READ permanentButton NOTIFY changed)
     Q_PROPERTY(bool canReset READ canReset NOTIFY changed)
     Q_PROPERTY(bool showsModel READ showsModel NOTIFY changed)
+    /// Whether the verdict is the model's, which may be wrong.
+    Q_PROPERTY(bool showsModelWarning READ showsModelWarning NOTIFY changed)
+    /// Of the button that asks the model.
+    Q_PROPERTY(QString analyzeText READ analyzeText NOTIFY busyChanged)
     Q_PROPERTY(bool isAnalyzing READ isAnalyzing NOTIFY busyChanged)
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged)
     Q_PROPERTY(QString contentsTitle READ contentsTitle NOTIFY changed)
@@ -49,9 +59,9 @@ public:
     [[nodiscard]] QString token() const;
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString level() const;
-    [[nodiscard]] QString levelTitle() const;
     [[nodiscard]] QString source() const;
     [[nodiscard]] QString badge() const;
+    [[nodiscard]] QString confidenceText() const;
     [[nodiscard]] QString sizeText() const;
     [[nodiscard]] QString explanation() const;
     [[nodiscard]] QString action() const;
@@ -60,8 +70,14 @@ public:
     [[nodiscard]] QString quitText() const;
     [[nodiscard]] bool asksBeforeTrash() const;
     [[nodiscard]] bool offersPermanent() const;
+    [[nodiscard]] QString trashQuestion() const;
+    [[nodiscard]] QString trashMessage() const;
+    [[nodiscard]] QString permanentQuestion() const;
+    [[nodiscard]] QString permanentButton() const;
     [[nodiscard]] bool canReset() const;
     [[nodiscard]] bool showsModel() const;
+    [[nodiscard]] bool showsModelWarning() const;
+    [[nodiscard]] QString analyzeText() const;
     [[nodiscard]] bool isAnalyzing() const;
     [[nodiscard]] bool isCleaning() const;
     [[nodiscard]] QString contentsTitle() const;
@@ -74,7 +90,7 @@ public:
 
 signals:
     void changed();
-    void busyChanged();
+    void busyChanged();  ///< after `changed` too
 
 private:
     /// What is shown while there is nothing to show.

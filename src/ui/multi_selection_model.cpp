@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "app/shown.h"
-#include "core/checked_add.h"
 #include "app/texts.h"
+#include "core/checked_add.h"
 
 namespace ulvak {
 namespace {

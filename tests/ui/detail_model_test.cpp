@@ -129,11 +129,30 @@ TEST_F(DetailModelTest, MetadataLeavesOutADateThatNobodyKnows) {
 TEST_F(DetailModelTest, BadgesCarryAConfidenceOnlyWhereThereIsOne) {
     Finding shown = guessed(finding("/v/a", SafetyLevel::safe));
     EXPECT_EQ(show(shown).badge(), QStringLiteral("Tahmin"));
+    EXPECT_TRUE(show(shown).confidenceText().isEmpty());
     shown.source = VerdictSource::ai;
     shown.confidence = 85;
     EXPECT_EQ(show(shown).badge(), QStringLiteral("Apple Intelligence %85"));
+    EXPECT_EQ(show(shown).confidenceText(), QStringLiteral("%85"));
     shown.source = VerdictSource::rule;
     EXPECT_TRUE(show(shown).badge().isEmpty());
+}
+
+TEST_F(DetailModelTest, TheQuestionsNameTheFindingAndWhatItIs) {
+    const DetailModel& detail = show(finding("/v/%1 a\n", SafetyLevel::keep, 1'500'000'000));
+    EXPECT_EQ(detail.trashQuestion(), QStringLiteral("%1 a\uFFFD çöp kutusuna taşınsın mı?"));
+    EXPECT_EQ(detail.trashMessage(), QStringLiteral("Bu öğe \"Dokunma\" olarak etiketli. Emin misin?"));
+    EXPECT_EQ(detail.permanentQuestion(), QStringLiteral("%1 a\uFFFD kalıcı olarak silinsin mi?"));
+    EXPECT_EQ(detail.permanentButton(), QStringLiteral("Kalıcı Olarak Sil (1,5 GB)"));
+}
+
+TEST_F(DetailModelTest, TheModelIsAskedAgainAboutWhatItHasSaid) {
+    Finding shown = guessed(finding("/v/a", SafetyLevel::safe));
+    EXPECT_EQ(show(shown).analyzeText(), QStringLiteral("Analiz Et"));
+    EXPECT_FALSE(show(shown).showsModelWarning());
+    shown.source = VerdictSource::ai;
+    EXPECT_EQ(show(shown).analyzeText(), QStringLiteral("Yeniden Analiz Et"));
+    EXPECT_TRUE(show(shown).showsModelWarning());
 }
 
 TEST_F(DetailModelTest, WithoutAFindingNothingIsRead) {

@@ -4,7 +4,9 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <QtTest>
+#include <set>
 
+#include "app/texts.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -212,6 +214,17 @@ TEST_F(MainWindowTest, LightAndDarkFollowTheDesktopWhileTheWindowIsOpen) {
     QGuiApplication::setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0)));
     EXPECT_TRUE(waitUntil([&] { return lightness() > 0.7; }));
     QGuiApplication::setPalette(before);
+}
+
+TEST_F(MainWindowTest, EveryLevelHasAColourOfItsOwn) {
+    open();
+    std::set<QRgb> colours;
+    for (const SafetyLevel level : allSafetyLevels) {
+        const QString name = QStringLiteral("row-") + Texts::fixed(info(level).rawValue);
+        ASSERT_TRUE(shows(name)) << name.toStdString();
+        colours.insert(item(name)->property("tint").value<QColor>().rgb());
+    }
+    EXPECT_EQ(colours.size(), allSafetyLevels.size());
 }
 
 TEST_F(MainWindowTest, DraggedColumnsAreRememberedOnlyWhileTheWindowIsOpen) {
