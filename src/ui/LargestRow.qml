@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// One of the largest findings; leads to the list of its level.
-AbstractButton {
+ActionButton {
     id: root
 
     required property string level
@@ -14,21 +13,8 @@ AbstractButton {
     property bool isLast: false
 
     implicitHeight: Math.round(36 * Theme.u)
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
 
-    /// What a click does.
-    function activate() {
-        if (enabled)
-            clicked()
-    }
-
-    Accessible.role: Accessible.Button
     Accessible.name: text + ", " + sizeText
-    Accessible.onPressAction: activate()
-
-    Keys.onReturnPressed: activate()
-    Keys.onEnterPressed: activate()
 
     contentItem: RowLayout {
         spacing: Theme.spaceM

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// A level with what it holds; leads to its list.
-AbstractButton {
+ActionButton {
     id: root
 
     required property string level
@@ -17,22 +16,9 @@ AbstractButton {
 
     text: title
     padding: Math.round(14 * Theme.u)
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
 
-    /// What a click does.
-    function activate() {
-        if (enabled)
-            clicked()
-    }
-
-    Accessible.role: Accessible.Button
     Accessible.name: title + ", " + sizeText
     Accessible.description: countText
-    Accessible.onPressAction: activate()
-
-    Keys.onReturnPressed: activate()
-    Keys.onEnterPressed: activate()
 
     // At the top, however tall the row of cards is.
     contentItem: Item {

@@ -1,17 +1,14 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// A button: plain, or prominent with a tinted ground.
-AbstractButton {
+ActionButton {
     id: root
 
     property string symbol: ""
     property bool prominent: false
     property bool destructive: false
     property bool busy: false
-    /// Off for what destroys: Return is pressed too easily.
-    property bool activatesOnReturn: true
     property color tint: destructive ? Theme.red : Theme.accent
     property real labelPadding: 0
     readonly property color ink: prominent ? Theme.onTint : destructive ? Theme.red : Theme.text
@@ -19,27 +16,6 @@ AbstractButton {
     implicitHeight: Math.max(Theme.controlHeight, content.implicitHeight + 2 * (5 * Theme.u + labelPadding))
     implicitWidth: content.implicitWidth + 2 * (12 * Theme.u + labelPadding) + 1
     opacity: enabled ? 1 : 0.45
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
-
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    Accessible.onPressAction: activate()
-
-    Keys.onReturnPressed: event => pressByReturn(event)
-    Keys.onEnterPressed: event => pressByReturn(event)
-
-    /// What a click does.
-    function activate() {
-        if (enabled)
-            clicked()
-    }
-
-    function pressByReturn(event: var) {
-        event.accepted = activatesOnReturn
-        if (activatesOnReturn && !event.isAutoRepeat)
-            activate()
-    }
 
     contentItem: Item {
         RowLayout {
