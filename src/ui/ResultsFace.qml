@@ -8,7 +8,6 @@ ColumnLayout {
     required property var app
     // By number, so that a control keeps the focus while what it shows changes.
     readonly property var levels: app.levels
-    readonly property var largest: app.largest
 
     spacing: Math.round(20 * Theme.u)
 
@@ -42,74 +41,10 @@ ColumnLayout {
             Layout.fillWidth: true
         }
     }
-    Banner {
-        objectName: "trashBanner"
-        visible: root.app.trashText !== ""
-        symbol: "trash"
-        tint: Theme.accent
-        text: root.app.trashText
+    Banners {
+        app: root.app
+        spacing: root.spacing
         Layout.fillWidth: true
-
-        PushButton {
-            objectName: "emptyTrash"
-            text: "Çöp Kutusunu Boşalt"
-            activatesOnReturn: false
-            enabled: !root.app.isEmptyingTrash
-            busy: root.app.isEmptyingTrash
-            onClicked: root.app.emptyTrash()
-        }
-    }
-    Banner {
-        objectName: "freedBanner"
-        visible: root.app.freedText !== ""
-        symbol: "checkmark.circle.fill"
-        tint: Theme.green
-        text: root.app.freedText
-        Layout.fillWidth: true
-    }
-    Banner {
-        objectName: "deniedBanner"
-        visible: root.app.deniedText !== ""
-        symbol: "lock.fill"
-        tint: Theme.orange
-        text: root.app.deniedText
-        Layout.fillWidth: true
-
-        PushButton {
-            objectName: "openSettings"
-            visible: root.app.hasPrivacySettings
-            text: "Ayarları Aç"
-            onClicked: root.app.openFullDiskAccessSettings()
-        }
-    }
-    Banner {
-        objectName: "uncertainBanner"
-        visible: root.app.uncertainText !== ""
-        symbol: "apple.intelligence"
-        tint: Theme.purple
-        text: root.app.uncertainText
-        Layout.fillWidth: true
-
-        ProgressLine {
-            objectName: "batchProgress"
-            visible: root.app.isBatchRunning
-            value: root.app.batchFraction
-            tint: Theme.purple
-            implicitWidth: Math.round(80 * Theme.u)
-            Accessible.name: "Analiz edilen"
-        }
-        PushButton {
-            objectName: "cancelBatch"
-            visible: root.app.isBatchRunning
-            text: "Durdur"
-            onClicked: root.app.cancelBatch()
-        }
-        PushButton {
-            objectName: "analyzeAll"
-            visible: !root.app.isBatchRunning && root.app.isModelAvailable
-            text: "Hepsini Analiz Et"
-            onClicked: root.app.analyzeAllUncertain()
-        }
     }
     ModelStatus {
         app: root.app
@@ -138,35 +73,9 @@ ColumnLayout {
             }
         }
     }
-    ColumnLayout {
-        spacing: 0
+    LargestList {
+        app: root.app
         Layout.fillWidth: true
-
-        PlainText {
-            text: "En büyükler"
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
-            Layout.bottomMargin: Math.round(8 * Theme.u)
-            Accessible.role: Accessible.Heading
-        }
-        Repeater {
-            model: root.largest.length
-
-            LargestRow {
-                required property int index
-                readonly property var about: root.largest[index] ?? ({ level: "", symbol: "", color: "", title: "", location: "", sizeText: "" })
-                objectName: "largest-" + index
-                level: about.level
-                symbol: about.symbol
-                levelColor: about.color
-                text: about.title
-                location: about.location
-                sizeText: about.sizeText
-                isLast: index === root.largest.length - 1
-                onClicked: root.app.sidebar = level
-                Layout.fillWidth: true
-            }
-        }
     }
     PlainText {
         objectName: "scanLine"
