@@ -6,16 +6,6 @@ ConfirmDialog {
 
     required property var app
 
-    objectName: "alert"
-    title: ""
-    message: ""
-    confirmText: ""
-    onlyDismisses: true
-
-    // At the beginning of the way out: an alert that comes during it is another one, and is shown.
-    onAboutToHide: if (app.alertId !== "") app.dismissAlert()
-    Component.onCompleted: follow()
-
     function follow() {
         if (app.alertId === "") {
             close()
@@ -25,6 +15,16 @@ ConfirmDialog {
         message = app.alertMessage
         open()
     }
+
+    objectName: "alert"
+    title: ""
+    message: ""
+    confirmText: ""
+    onlyDismisses: true
+
+    // At the beginning of the way out: an alert that comes during it is another one, and is shown.
+    onAboutToHide: if (app.alertId !== "") app.dismissAlert()
+    Component.onCompleted: follow()
 
     Connections {
         target: root.app

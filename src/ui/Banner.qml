@@ -21,10 +21,10 @@ Rectangle {
         id: row
 
         readonly property real textRoom: width - mark.width - place.implicitWidth - 2 * columnSpacing
+        readonly property bool isTight: textRoom < 11 * Theme.body
 
         anchors.fill: parent
         anchors.margins: Math.round(12 * Theme.u)
-        readonly property bool isTight: textRoom < 11 * Theme.body
         columns: 3
         columnSpacing: Theme.spaceM
         rowSpacing: Theme.spaceM

@@ -8,8 +8,6 @@ ColumnLayout {
     required property var app
     readonly property var detail: app.detail
 
-    spacing: Theme.spaceM
-
     /// Presses the prominent button, if there is one.
     function pressMain() {
         if (detail.action === "trash" && !detail.isCleaning)
@@ -23,6 +21,8 @@ ColumnLayout {
         confirmPermanent.close()
         confirmTrash.close()
     }
+
+    spacing: Theme.spaceM
 
     PushButton {
         id: simulator

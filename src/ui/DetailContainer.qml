@@ -5,19 +5,9 @@ FocusScope {
     id: root
 
     required property var app
-    property bool isOverview: app.isOverview
-
+    readonly property bool isOverview: app.isOverview
     // A note, an open dialog or a button that is held down belongs to what it was begun with.
     readonly property string shown: app.detailKind === "one" ? app.detail.token : app.detailKind
-    onShownChanged: {
-        const hadFocus = activeFocus
-        for (const face of [one, several]) {
-            if (face.item)
-                face.item.forget()
-        }
-        if (hadFocus)
-            focusLost()
-    }
 
     /// What had the focus in here has gone.
     signal focusLost()
@@ -31,6 +21,16 @@ FocusScope {
     }
 
     objectName: "detailContainer"
+
+    onShownChanged: {
+        const hadFocus = activeFocus
+        for (const face of [one, several]) {
+            if (face.item)
+                face.item.forget()
+        }
+        if (hadFocus)
+            focusLost()
+    }
 
     Rectangle {
         anchors.fill: parent

@@ -6,12 +6,12 @@ Item {
     id: root
 
     required property var app
+    readonly property string face: app.phase === "scanning" ? "scanning" : app.findings.count === 0 ? "empty" : "list"
+
     /// Asked for by the Delete key: the prominent button of the detail column.
     signal deleteRequested()
 
     objectName: "findingList"
-
-    readonly property string face: app.phase === "scanning" ? "scanning" : app.findings.count === 0 ? "empty" : "list"
 
     ColumnLayout {
         anchors.fill: parent

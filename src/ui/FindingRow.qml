@@ -23,15 +23,14 @@ Item {
     required property bool isCleaning
     property bool selected: false
     property bool focused: false
-
-    signal pressed(int modifiers)
-    signal menuRequested(point where)
-
     readonly property bool hasMark: isAnalyzing || badge !== ""
     // Beside the title where there is room, else below it.
     readonly property bool isMarkBelow: hasMark && width < 28 * Theme.body
     readonly property real gap: Math.round(3 * Theme.u)
     readonly property real lines: titleText.height + (isMarkBelow ? mark.height + gap : 0) + gap + locationText.height
+
+    signal pressed(int modifiers)
+    signal menuRequested(point where)
 
     // Its own four, and four of the list around the highlight.
     implicitHeight: lines + 2 * Math.round((4 + 4) * Theme.u)

@@ -6,8 +6,8 @@ ListView {
     id: root
 
     required property var app
-    readonly property var selection: app.selection
     property string typed: ""
+    readonly property var selection: app.selection
 
     signal deleteRequested()
 

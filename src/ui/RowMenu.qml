@@ -9,8 +9,6 @@ MenuPanel {
     property var about: ({})
     property bool isCleaning: false
 
-    objectName: "rowMenu"
-
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         token = finding
         about = app.menuInfo(finding)
@@ -20,6 +18,8 @@ MenuPanel {
         popup(item, point)
         currentIndex = byKeyboard ? 0 : -1
     }
+
+    objectName: "rowMenu"
 
     Connections {
         target: root.app

@@ -6,14 +6,9 @@ import QtQuick.Layouts
 Flickable {
     id: root
 
-    default property alias content: column.data
     property real margin: Theme.padding
     property alias spacing: column.spacing
-
-    contentWidth: width
-    contentHeight: column.implicitHeight + 2 * margin
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
+    default property alias content: column.data
 
     /// Scrolls as little as shows all of an item that has the focus.
     function reveal(item: Item) {
@@ -34,6 +29,11 @@ Flickable {
     function scrollTo(y: real) {
         contentY = Math.max(0, Math.min(y, contentHeight - height))
     }
+
+    contentWidth: width
+    contentHeight: column.implicitHeight + 2 * margin
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
 
     // What no control in the column has taken.
     Keys.onPressed: event => {

@@ -6,18 +6,13 @@ FocusScope {
     id: root
 
     required property var app
-
     readonly property var levels: app.levels
     readonly property var items: {
         const names = levels.map(level => level.level)
         names.unshift("overview")
         return names
     }
-    objectName: "sidebar"
     readonly property int current: items.indexOf(app.sidebar)
-
-    Accessible.role: Accessible.List
-    Accessible.name: "Etiketler"
 
     function choose(item: string) {
         forceActiveFocus(Qt.MouseFocusReason)
@@ -28,7 +23,11 @@ FocusScope {
         app.sidebar = items[Math.max(0, Math.min(items.length - 1, current + by))]
     }
 
+    objectName: "sidebar"
     activeFocusOnTab: true
+
+    Accessible.role: Accessible.List
+    Accessible.name: "Etiketler"
 
     Keys.onDownPressed: step(1)
     Keys.onUpPressed: step(-1)

@@ -9,14 +9,14 @@ Item {
     property color color: Theme.text
     property real size: Theme.body * 1.25
 
+    function hex(part: real): string {
+        return Math.round(part * 255).toString(16).padStart(2, "0")
+    }
+
     implicitWidth: size
     implicitHeight: size
 
     Accessible.ignored: true
-
-    function hex(part: real): string {
-        return Math.round(part * 255).toString(16).padStart(2, "0")
-    }
 
     // As many pixels as the screen has there, which is more than the item's own units on a dense one.
     Image {

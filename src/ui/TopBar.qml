@@ -7,12 +7,12 @@ Rectangle {
 
     required property var app
 
-    implicitHeight: Math.max(Math.round(46 * Theme.u), row.implicitHeight + Theme.spaceL)
-    color: Theme.side
-
     function openMenu() {
         menu.openFromKeyboard(true)
     }
+
+    implicitHeight: Math.max(Math.round(46 * Theme.u), row.implicitHeight + Theme.spaceL)
+    color: Theme.side
 
     Accessible.role: Accessible.ToolBar
     Accessible.name: "Araç çubuğu"
