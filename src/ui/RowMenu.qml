@@ -24,6 +24,11 @@ MenuPanel {
     Connections {
         target: root.app
         function onCleaningChanged() { root.isCleaning = root.app.menuInfo(root.token).isCleaning ?? false }
+        // Nothing here would do anything for a finding that has gone.
+        function onFindingsChanged() {
+            if (root.app.menuInfo(root.token).isCleaning === undefined)
+                root.close()
+        }
     }
     MenuLine {
         objectName: "reveal"

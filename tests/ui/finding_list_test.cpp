@@ -324,6 +324,17 @@ TEST_F(FindingListTest, AnotherLevelsListBeginsAtItsTop) {
     EXPECT_NE(row(shown(model->findings()->at(0)->title)), nullptr);
 }
 
+TEST_F(FindingListTest, AMenuGoesWithItsFindingAndNotWithAnother) {
+    openLetters();
+    openMenu(QStringLiteral("b"));
+    app->clean({"/v/a", "/v/d"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 3; }));
+    settle();
+    EXPECT_TRUE(isOpen(QStringLiteral("rowMenu")));
+    app->clean({"/v/b"}, CleanMode::trash);
+    EXPECT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("rowMenu")); }));
+}
+
 TEST_F(FindingListTest, TheMenuKeyOpensTheMenuAndArrowsChooseInIt) {
     openLetters();
     key(Qt::Key_Down);
