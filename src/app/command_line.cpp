@@ -53,6 +53,12 @@ Taranan yerler: ev klasörü, geçici klasör, sistem önbelleği, /Applications
 Ortam değişkenleri:
   HOME         ev klasörü
   TMPDIR       geçici klasör (yoksa /tmp)
+  XDG_DATA_HOME
+               etiketlerin klasörü (yoksa ~/.local/share)
+  ULVAK_MODEL_URL, ULVAK_MODEL
+               bu bilgisayardaki model sunucusunun adresi, modelin adı
+  ULVAK_MODEL_OFF
+               boş ya da 0 değilse dil modeli kapalı
   ULVAK_REDUCED_MOTION
                boş ya da 0 değilse --reduced-motion ile aynı
 )";

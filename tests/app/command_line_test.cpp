@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
+#include <string>
 #include <vector>
 
 namespace ulvak {
@@ -44,6 +46,14 @@ TEST(CommandLine, HelpNamesEveryOptionAndEachIsKnown) {
         EXPECT_TRUE(parse({option}).unknown.empty()) << option;
     }
     EXPECT_TRUE(helpText().ends_with('\n'));
+}
+
+TEST(CommandLine, HelpNamesEveryVariable) {
+    for (const char* variable : {"HOME", "TMPDIR", "XDG_DATA_HOME", "ULVAK_MODEL_URL", "ULVAK_MODEL",
+                                 "ULVAK_MODEL_OFF", "ULVAK_REDUCED_MOTION"})
+        EXPECT_TRUE(std::regex_search(std::string(helpText()),
+                                      std::regex("\n  ([A-Z_]+, )?" + std::string(variable) + "[ ,\n]")))
+            << variable;
 }
 
 }  // namespace
