@@ -133,7 +133,7 @@ TEST_F(FindingListModelTest, EveryRoleOfARow) {
     EXPECT_EQ(data(0, Model::isCleaningRole), false);
     EXPECT_FALSE(data(0, Qt::DecorationRole).isValid());
     EXPECT_FALSE(data(7, Model::titleRole).isValid());
-    EXPECT_EQ(model().roleNames().size(), 13);
+    EXPECT_EQ(model().roleNames().size(), 12);
 }
 
 TEST_F(FindingListModelTest, IconsTellGroupsAndSimulators) {
