@@ -11,16 +11,14 @@ on_macos() {
     [[ $(uname) == Darwin ]]
 }
 
-# configure PRESET: only when there is nothing to build from; ninja repeats it whenever it has to.
+# configure PRESET: what is installed by now is looked for again. Otherwise ninja repeats it whenever it has to.
 # TMPDIR is left to the program that is run afterwards: it may name a folder made for a demonstration.
 configure() {
-    if [[ ! -f "$root/build/$1/build.ninja" ]]; then
-        # Homebrew's libraries have presets of their own, which build in the same folder.
-        if on_macos && [[ $1 == release || $1 == dev ]]; then
-            (cd "$root" && cmake --preset "macos-$1")
-        else
-            (cd "$root" && env -u TMPDIR cmake --preset "$1")
-        fi
+    # Homebrew's libraries have presets of their own, which build in the same folder.
+    if on_macos && [[ $1 == release || $1 == dev ]]; then
+        (cd "$root" && cmake --preset "macos-$1")
+    else
+        (cd "$root" && env -u TMPDIR cmake --preset "$1")
     fi
 }
 
@@ -31,7 +29,9 @@ build() {
     if (($# > 0)); then
         targets=(--target "$@")
     fi
-    configure "$preset"
+    if [[ ! -f "$root/build/$preset/build.ninja" ]]; then
+        configure "$preset"
+    fi
     env -u TMPDIR cmake --build "$root/build/$preset" --parallel "$(cores)" ${targets[@]+"${targets[@]}"} |
         sed -u '/^ninja: no work to do\.$/d'
 }
