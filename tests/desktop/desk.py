@@ -4,6 +4,7 @@ import http.server
 import json
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import sys
@@ -206,6 +207,24 @@ class DesktopTest(unittest.TestCase):
         except subprocess.TimeoutExpired:
             self.fail(f"expected the program to end within {seconds} s when {when}")
         self.assertEqual(status, expected, f"status when {when}")
+
+    # What the desktop knows.
+
+    def window_classes(self):
+        """The names by which a window manager knows the program's window."""
+        window = subprocess.run(
+            ["xdotool", "search", "--pid", str(self.process.pid), "--name", "."],
+            check=True, timeout=10, capture_output=True, text=True,
+        ).stdout.split()[-1]
+        told = subprocess.run(
+            ["xprop", "-id", window, "WM_CLASS"], check=True, timeout=10, capture_output=True, text=True
+        ).stdout
+        return re.findall('"([^"]*)"', told)
+
+    def entry(self, key):
+        """A line of the desktop entry that is installed."""
+        text = (ROOT / "packaging/linux/ulvak.desktop").read_text()
+        return re.search(f"^{key}=(.*)$", text, re.MULTILINE)[1]
 
     # What is on the disk.
 

@@ -139,6 +139,12 @@ class Cleaning(DesktopTest):
         self.see_no_alert()
 
 
+class Starting(DesktopTest):
+    def test_the_window_belongs_to_the_desktop_entry(self):
+        self.start()
+        self.assertIn(self.entry("StartupWMClass"), self.window_classes())
+
+
 class Ending(DesktopTest):
     def close_by_window_manager(self, when):
         self.press("alt+F4")
