@@ -1,5 +1,6 @@
 #include <span>
 #include <string>
+#include <system_error>
 
 #include "app/command_line.h"
 #include "app/dump.h"
@@ -12,14 +13,20 @@ namespace {
 using namespace ulvak;
 
 /// Goes on as the program with the window. It lies beside this one where both were built, and where they were
-/// installed among what nobody starts by hand. Returns the exit status when neither can be started.
+/// installed among what nobody starts by hand. Returns the exit status when neither can be started, and tells
+/// of the one that is there, or else of where it should have been installed.
 int openWindow(std::span<const char* const> arguments) {
     const std::string own = platform::ownProgram().value_or("");
     const std::string folder = own.substr(0, own.rfind('/') + 1);
-    const std::string beside = folder + "ulvak-window";
-    const std::error_code failure = platform::becomeProgram(beside, arguments);
-    (void)platform::becomeProgram(folder + "../libexec/ulvak/ulvak-window", arguments);
-    printError("ulvak: pencere açılamadı: " + printable(beside) + ": " + failure.message() +
+    std::string tried;
+    std::error_code failure;
+    for (const char* place : {"ulvak-window", ULVAK_LIBEXEC "/ulvak/ulvak-window"}) {
+        tried = *place == '/' ? place : folder + place;
+        failure = platform::becomeProgram(tried, arguments);
+        if (failure != std::errc::no_such_file_or_directory)
+            break;
+    }
+    printError("ulvak: pencere açılamadı: " + printable(tried) + ": " + failure.message() +
                "\nPenceresiz taramak için: ulvak --dump\n");
     return 1;
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
@@ -183,6 +184,31 @@ TEST_F(Program, WithoutTheWindowsProgramItSaysSo) {
         EXPECT_TRUE(result.error.contains("ulvak-window")) << result.error;
         EXPECT_TRUE(result.error.contains("--dump"));
     }
+}
+
+TEST_F(Program, InstalledItOpensTheWindowAmongWhatNobodyStartsByHand) {
+    tree.add("", {folder("bin"), folder("libexec", {folder("ulvak")})});
+    std::filesystem::copy_file(ULVAK_PROGRAM, tree.path("bin/ulvak"));
+    const std::string window = tree.path("libexec/ulvak/ulvak-window");
+    std::ofstream(window) << "#!/bin/sh\necho \"pencere: $*\"\n";
+
+    const Shell::Result refused = shell("'" + tree.path("bin/ulvak") + "' --autoscan");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.error.contains("libexec/ulvak/ulvak-window: Permission denied")) << refused.error;
+
+    std::filesystem::permissions(window, std::filesystem::perms::owner_all);
+    const Shell::Result opened = shell("'" + tree.path("bin/ulvak") + "' --autoscan");
+    EXPECT_EQ(opened.status, 0);
+    EXPECT_EQ(opened.output, "pencere: --autoscan\n");
+}
+
+TEST_F(Program, WindowBesideItThatCannotBeStartedIsNamed) {
+    tree.add("", {folder("bin", {test::textFile("ulvak-window", "")})});
+    std::filesystem::copy_file(ULVAK_PROGRAM, tree.path("bin/ulvak"));
+    const Shell::Result result = shell("'" + tree.path("bin/ulvak") + "'");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.error.contains("/bin/ulvak-window: ")) << result.error;
+    EXPECT_FALSE(result.error.contains("libexec")) << result.error;
 }
 
 }  // namespace
