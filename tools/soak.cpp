@@ -1,10 +1,11 @@
-// Uses the application over and over, as a user would, and watches what it keeps:
+// Uses the application over and over, as a user would, and watches what it keeps. Run by scripts/soak, in a
+// home made by scripts/demo-home:
 //
-//     HOME=DIR ulvak_soak ROUNDS
+//     ulvak_soak ROUNDS
 //
-// DIR is a home made by scripts/demo-home. Each round scans, labels, takes a label back, moves two findings
-// to the Trash, deletes one for good, empties the Trash, and puts back what has gone. From the tenth round
-// on, memory, descriptors and threads must stay as they are.
+// Each round scans, labels, takes a label back, moves two findings to the Trash, deletes one for good,
+// empties the Trash, and puts back what has gone. From the tenth round on, memory, descriptors and threads
+// must stay as they are.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -14,20 +15,25 @@
 #include <QEventLoop>
 #include <cstdio>
 #include <cstdlib>
+#include <expected>
 #include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include <qcoro/qcorotask.h>
 
 #include "app/app_model.h"
+#include "app/app_services.h"
+#include "clean/cleaner.h"
 #include "core/paths.h"
 
 // Of the address sanitizer, whose headers do not come with every compiler that has it.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): its own name
+// NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming): its own name
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace ulvak {
@@ -69,6 +75,13 @@ Held held() {
             .threads = entriesOf("/proc/self/task")};
 }
 
+/// The Trash is emptied for good: only one in a home that was made to be used up will do.
+void refuseAnotherHome() {
+    const std::string& home = Paths::folders().home;
+    if (!Paths::isWithin(Paths::folders().trash, home) || !fs::is_directory(home + "/.tmp/T"))
+        failWith("only in a home made by scripts/demo-home, with its Trash in it; run scripts/soak");
+}
+
 /// A finding that comes back after each round.
 struct Bait {
     std::string path;
@@ -94,8 +107,8 @@ void putBack(const Bait& bait) {
 void waitFor(AppModel& app, const std::function<bool()>& holds) {
     while (!holds())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    if (app.alert())
-        failWith(app.alert()->title + ": " + app.alert()->message);
+    if (const auto& alert = app.alert())
+        failWith(alert->title + ": " + alert->message);
 }
 
 void expect(bool holds, std::string_view what) {
@@ -137,16 +150,17 @@ void playRound(AppModel& app) {
     expect(app.trashedBytes() == 0, "the Trash is not empty");
 }
 
-/// Whether nothing grew from the settled round to the last.
+/// Whether nothing grew after the settled round, not even for a while.
 bool isFlat(const std::vector<Held>& rounds) {
-    const auto settled = rounds.begin() + settledRound - 1;
+    const std::span<const Held> settled = std::span(rounds).subspan(settledRound - 1);
     bool isGood = true;
     const auto judge = [&](const char* what, auto member, std::size_t slack) {
-        const auto first = static_cast<std::size_t>((*settled).*member);
-        const auto last = static_cast<std::size_t>(rounds.back().*member);
-        const bool grew = last > first + slack;
-        std::printf("%s: %zu after round %d, %zu after the last%s\n", what, first, settledRound, last,
-                    grew ? ": GROWN" : "");
+        const auto first = static_cast<std::size_t>(settled.front().*member);
+        const auto most = static_cast<std::size_t>(std::ranges::max(settled, {}, member).*member);
+        const auto last = static_cast<std::size_t>(settled.back().*member);
+        const bool grew = most > first + slack;
+        std::printf("%s: %zu after round %d, at most %zu from then on, %zu after the last%s\n", what, first,
+                    settledRound, most, last, grew ? ": GROWN" : "");
         isGood = isGood && !grew;
     };
     judge("memory, bytes", &Held::memory, memorySlack);
@@ -155,15 +169,33 @@ bool isFlat(const std::vector<Held>& rounds) {
     return isGood;
 }
 
+/// The system's, but that nothing is shown and no other program is started: the desktop's would empty every
+/// Trash that it knows.
+AppServices servicesWithin() {
+    static const Cleaner::Services alone = [] {
+        Cleaner::Services services = Cleaner::Services::system();
+        services.run = [](const auto&, const auto&) {
+            return std::unexpected(std::make_error_code(std::errc::operation_not_permitted));
+        };
+        return services;
+    }();
+    AppServices services = AppServices::system();
+    services.clean = [](const Finding& finding, CleanMode mode) {
+        return Cleaner::clean(finding, mode, alone);
+    };
+    services.emptyTrash = [] { return Cleaner::emptyTrash(alone); };
+    services.reveal = [](std::span<const std::string>) {};
+    services.openUrl = [](std::string_view) {};
+    return services;
+}
+
 int run(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 0;
     if (rounds < settledRound + 1)
         failWith("at least " + std::to_string(settledRound + 1) + " rounds are needed");
-    AppServices services = AppServices::system();
-    services.reveal = [](std::span<const std::string>) {};
-    services.openUrl = [](std::string_view) {};
-    AppModel app(services);
+    refuseAnotherHome();
+    AppModel app(servicesWithin());
     std::vector<Held> history;
     history.reserve(static_cast<std::size_t>(rounds));  // or its own growth is what is seen
     for (int round = 1; round <= rounds; ++round) {
