@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # bash completion for ulvak
 
 _ulvak() {
