@@ -34,7 +34,9 @@ std::optional<DirectoryEntry> BulkListing::nextEntry(const Read& read, const Nam
         }
         --left_;
         auto entry = entryOf(*record);
-        if (entry && !(record->isFolder() && untouched != nullptr && untouched->contains(entry->name)))
+        const bool isPassedOver =
+            record->isFolder() && untouched != nullptr && entry && untouched->contains(entry->name);
+        if (entry && !isPassedOver)
             return entry;
     }
     return std::nullopt;
