@@ -62,6 +62,10 @@ function(ulvak_test folder)
   add_executable(${program} ${arg_SOURCES})
   target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock ${main})
   ulvak_test_code(${program})
+  # The toolkit's code is compiled with other flags.
+  if(TARGET ulvak_test_headers AND NOT arg_OWN_MAIN)
+    target_precompile_headers(${program} REUSE_FROM ulvak_test_headers)
+  endif()
   gtest_discover_tests(${program}
     TEST_PREFIX "${folder}/"
     PROPERTIES TIMEOUT 900
