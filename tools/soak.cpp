@@ -13,6 +13,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <expected>
