@@ -1,8 +1,6 @@
 #include "ui/multi_selection_model.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <iterator>
 #include <utility>
 
 #include "app/shown.h"
@@ -12,19 +10,8 @@
 namespace ulvak {
 namespace {
 
-bool hasAction(const FindingPointer& finding) {
-    return canBeCleaned(*finding);
-}
-
-bool isRisky(const FindingPointer& finding) {
-    return finding->level != SafetyLevel::safe && finding->level != SafetyLevel::regenerable;
-}
-
-std::int64_t sum(const Findings& findings) {
-    std::int64_t bytes = 0;
-    for (const FindingPointer& finding : findings)
-        addChecked(bytes, finding->size);
-    return bytes;
+bool isRisky(const Finding& finding) {
+    return finding.level != SafetyLevel::safe && finding.level != SafetyLevel::regenerable;
 }
 
 }  // namespace
@@ -37,25 +24,32 @@ void MultiSelectionModel::setItems(Findings items) {
     if (items == items_)
         return;
     items_ = std::move(items);
+    sums_ = {};
+    for (const FindingPointer& finding : items_)
+        count(*finding);
     emit changed();
     emit busyChanged();
 }
 
-Findings MultiSelectionModel::cleanable() const {
-    Findings result;
-    std::ranges::copy_if(items_, std::back_inserter(result), hasAction);
-    return result;
+void MultiSelectionModel::count(const Finding& finding) {
+    addChecked(sums_.bytes, finding.size);
+    ++sums_.levels[finding.level];
+    sums_.deletesForGood =
+        sums_.deletesForGood || std::holds_alternative<CleanAction::DeleteSimulator>(finding.action.value);
+    if (!canBeCleaned(finding))
+        return;
+    ++sums_.cleanable;
+    sums_.risky += isRisky(finding) ? 1 : 0;
+    addChecked(sums_.cleanableBytes, finding.size);
 }
 
 QStringList MultiSelectionModel::cleanableTokens() const {
     QStringList tokens;
-    for (const FindingPointer& finding : cleanable())
-        tokens.append(tokenOf(finding->id));
+    for (const FindingPointer& finding : items_) {
+        if (canBeCleaned(*finding))
+            tokens.append(tokenOf(finding->id));
+    }
     return tokens;
-}
-
-std::int64_t MultiSelectionModel::riskyCount() const {
-    return std::ranges::count_if(cleanable(), isRisky);
 }
 
 QString MultiSelectionModel::countText() const {
@@ -63,38 +57,35 @@ QString MultiSelectionModel::countText() const {
 }
 
 QString MultiSelectionModel::totalText() const {
-    return Texts::bytes(sum(items_));
+    return Texts::bytes(sums_.bytes);
 }
 
 QVariantList MultiSelectionModel::levels() const {
     QVariantList rows;
     for (const SafetyLevel level : displayedSafetyLevels()) {
-        const auto count = std::ranges::count(items_, level, &Finding::level);
-        if (count > 0)
+        if (const auto found = sums_.levels.find(level); found != sums_.levels.end())
             rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(info(level).rawValue)},
-                                    {QStringLiteral("count"), static_cast<int>(count)}});
+                                    {QStringLiteral("count"), found->second}});
     }
     return rows;
 }
 
 QString MultiSelectionModel::skippedText() const {
-    const auto skipped = items_.size() - cleanable().size();
+    const auto skipped = static_cast<int>(items_.size()) - sums_.cleanable;
     return skipped == 0 ? QString()
                         : QStringLiteral("%1 öğe Ulvak tarafından silinmiyor ve atlanacak.").arg(skipped);
 }
 
 bool MultiSelectionModel::canClean() const {
-    return std::ranges::any_of(items_, hasAction);
+    return sums_.cleanable > 0;
 }
 
 bool MultiSelectionModel::asksFirst() const {
-    return riskyCount() > 0;
+    return sums_.risky > 0;
 }
 
 bool MultiSelectionModel::deletesForGood() const {
-    return std::ranges::any_of(items_, [](const FindingPointer& finding) {
-        return std::holds_alternative<CleanAction::DeleteSimulator>(finding->action.value);
-    });
+    return sums_.deletesForGood;
 }
 
 bool MultiSelectionModel::isCleaning() const {
@@ -103,7 +94,7 @@ bool MultiSelectionModel::isCleaning() const {
 }
 
 QString MultiSelectionModel::cleanText() const {
-    return QStringLiteral("Temizle (%1)").arg(Texts::bytes(sum(cleanable())));
+    return QStringLiteral("Temizle (%1)").arg(Texts::bytes(sums_.cleanableBytes));
 }
 
 QString MultiSelectionModel::warning() const {
@@ -113,7 +104,7 @@ QString MultiSelectionModel::warning() const {
     return QStringLiteral(
                "%1 öğe %2, %3 ya da %4 olarak etiketli. Dosyalar çöp kutusuna taşınır, simülatörler "
                "silinir.")
-        .arg(riskyCount())
+        .arg(sums_.risky)
         .arg(quoted(SafetyLevel::caution), quoted(SafetyLevel::unknown), quoted(SafetyLevel::keep));
 }
 

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QVariantList>
 #include <cstdint>
+#include <map>
 
 #include "app/app_model.h"
 
@@ -53,11 +54,20 @@ signals:
     void busyChanged();
 
 private:
-    [[nodiscard]] Findings cleanable() const;
-    [[nodiscard]] std::int64_t riskyCount() const;
+    /// What the properties say, counted once when the items change: all of them are read at each change.
+    struct Sums {
+        std::int64_t bytes = 0;
+        std::int64_t cleanableBytes = 0;
+        int cleanable = 0;
+        int risky = 0;  ///< of those that can be cleaned
+        std::map<SafetyLevel, int> levels;
+        bool deletesForGood = false;
+    };
+    void count(const Finding& finding);
 
     const AppModel& app_;
     Findings items_;
+    Sums sums_;
 };
 
 }  // namespace ulvak

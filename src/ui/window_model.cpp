@@ -3,6 +3,8 @@
 #include <QLocale>
 #include <QPointer>
 #include <algorithm>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "app/shown.h"
@@ -348,10 +350,10 @@ bool WindowModel::offersBatch() const {
 
 void WindowModel::followDetail() {
     Findings selected;
-    FindingSelection::Ids wanted = selection_.ids();
+    std::unordered_set<std::string_view> taken;
     for (const FindingPointer& finding : app_.findings()) {
         // Of two with one id the first counts, as for what is done with it.
-        if (wanted.erase(finding->id) > 0)
+        if (selection_.ids().contains(finding->id) && taken.insert(finding->id).second)
             selected.push_back(finding);
     }
     detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);
