@@ -50,10 +50,10 @@ void checkStates() {
         ModelAbsenceReason reason;
     };
     const LanguageModel& model = systemLanguageModel();
-    for (const Row& row : {Row{"not eligible", ModelAbsenceReason::deviceNotEligible},
-                           Row{"not enabled", ModelAbsenceReason::notEnabled},
-                           Row{"not ready", ModelAbsenceReason::notReady},
-                           Row{"unforeseen", ModelAbsenceReason::other}}) {
+    for (const Row& row :
+         {Row{"not eligible", ModelAbsenceReason::deviceNotEligible},
+          Row{"not enabled", ModelAbsenceReason::notEnabled}, Row{"not ready", ModelAbsenceReason::notReady},
+          Row{"unforeseen", ModelAbsenceReason::other}}) {
         ::setenv("STAND_IN_STATE", row.state, 1);
         const auto absence = model.absence();
         expect(absence && absence->reason == row.reason, std::string("state: ") + row.state);
