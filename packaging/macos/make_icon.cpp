@@ -69,7 +69,8 @@ int main(int argc, char* argv[]) {
     for (const Picture& picture : pictures) {
         const QByteArray png = drawn(drawing, picture.side);
         if (png.isEmpty()) {
-            (void)std::fprintf(stderr, "ulvak_make_icon: no picture of %d pixels can be made\n", picture.side);
+            (void)std::fprintf(stderr, "ulvak_make_icon: no picture of %d pixels can be made\n",
+                               picture.side);
             return 1;
         }
         contents += block(picture.kind, png);

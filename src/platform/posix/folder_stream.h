@@ -12,8 +12,8 @@ struct CloseStream {
 };
 using FolderStream = std::unique_ptr<DIR, CloseStream>;
 
-/// Takes over the handle of an open folder, and closes it with the stream or, failing, at once. Null also for a
-/// negative handle.
+/// Takes over the handle of an open folder, and closes it with the stream or, failing, at once. Null also for
+/// a negative handle.
 [[nodiscard]] inline FolderStream folderStream(int handle) {
     if (handle < 0)
         return nullptr;
