@@ -158,6 +158,14 @@ TEST(Cleaner, PassesOnThatAProgramCannotBeStarted) {
     });
 }
 
+TEST(Cleaner, RunsProgramsThroughTheSystem) {
+    const std::vector<std::string> arguments = {"-c", "echo no >&2; exit 3"};
+    const auto result = Cleaner::Services::system().run("/bin/sh", arguments);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->status, 3);
+    EXPECT_EQ(result->error, "no\n");
+}
+
 TEST(Cleaner, RemovesALinkAndNotWhereItLeads) {
     TempTree tree(lifelike());
     tree.add("home", {link("way", tree.path("canaries"))});
