@@ -7,7 +7,7 @@
 #include "ai/fact_text.h"
 #include "ai/fact_world.h"
 #include "ai/folder_context.h"
-#include "ai/open_watch.h"
+#include "support/open_watch.h"
 
 namespace ulvak {
 namespace {

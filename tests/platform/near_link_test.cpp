@@ -77,6 +77,10 @@ TEST_F(NearLink, EndsWhereAnotherVolumeBegins) {
     EXPECT_TRUE(leads("beside", {"a"}));
     EXPECT_TRUE(leads("below", {"a/b/f", "a/bb"})) << "only whole names count";
     EXPECT_TRUE(leadsToSomethingNear("/", "proc/..", {})) << "a folder that is the root";
+    EXPECT_FALSE(leadsToSomethingNear("/", "proc/..", std::vector<std::string>{"/proc"}));
+    const std::vector<std::string> own = {"/", tree.path()};
+    EXPECT_FALSE(leadsToSomethingNear(tree.path(), "absolute", own)) << "the root is on another volume";
+    EXPECT_TRUE(leadsToSomethingNear(tree.path(), "beside", own));
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <stop_token>
 #include <string>
 
 #include "platform/files.h"
 #include "platform/guarded_folders.h"
+#include "platform/language_model.h"
 #include "platform/program.h"
 #include "platform/running_applications.h"
 #include "platform/trash.h"
@@ -49,6 +51,17 @@ TEST(RunningApplications, HaveNames) {
     EXPECT_TRUE(std::ranges::none_of(names, [](const std::string& name) { return name.empty(); }));
 }
 
+TEST(SystemLanguageModel, AStoppedRequestIsAnError) {
+    std::stop_source stop;
+    stop.request_stop();
+    const ModelRequest request{
+        .instructions = "Answer.",
+        .prompt = "Yes?",
+        .answerName = "answer",
+        .answerSchema = R"({"type":"object","properties":{"yes":{"type":"string"}},"required":["yes"]})"};
+    EXPECT_FALSE(systemLanguageModel().respond(request, stop.get_token()));
+}
+
 TEST(Trash, SaysWhatIsNotThere) {
     const test::TempTree tree;
     const auto result = moveToTrash(tree.path("absent"));
@@ -73,6 +86,12 @@ TEST(Trash, OfTheSystemsOwnHomeIsEmptiedByAProgramWithAnAbsolutePath) {
     const test::TempTree names({test::link("home", homeDirectory())});
     const test::ScopedEnvironment linked({{"HOME", names.path("home")}});
     EXPECT_TRUE(trashEmptyingCommand(trashDirectory(homeDirectory())));
+}
+
+TEST(Trash, OfAnotherDataFolderIsNotTheDesktopsToEmpty) {
+    const test::TempTree tree({test::folder("Trash")});
+    const test::ScopedEnvironment environment({{"HOME", std::nullopt}, {"XDG_DATA_HOME", tree.path()}});
+    EXPECT_FALSE(trashEmptyingCommand(tree.path("Trash")));
 }
 
 TEST(Trash, OfAnotherHomeIsNotTheDesktopsToEmpty) {

@@ -1,4 +1,4 @@
-#include "ai/socket_watch.h"
+#include "ai/linux/socket_watch.h"
 
 #include <arpa/inet.h>
 #include <dlfcn.h>

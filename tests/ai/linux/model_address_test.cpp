@@ -5,7 +5,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-#include "ai/socket_watch.h"
+#include "ai/linux/socket_watch.h"
 
 namespace ulvak::platform {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
-#include "ai/scripted_server.h"
+#include "ai/linux/scripted_server.h"
 #include "platform/linux/http_exchange.h"
 #include "platform/linux/local_model.h"
 #include "support/temp_tree.h"

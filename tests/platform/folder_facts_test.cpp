@@ -9,9 +9,9 @@
 #include <stop_token>
 #include <vector>
 
-#include "ai/open_watch.h"
 #include "platform/package_name.h"
 #include "support/isolation.h"
+#include "support/open_watch.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::platform {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "ai/ai_classifier.h"
-#include "ai/scripted_server.h"
+#include "ai/linux/scripted_server.h"
 #include "platform/linux/http_exchange.h"
 #include "platform/linux/local_model.h"
 #include "platform/linux/model_reply.h"

@@ -1,4 +1,4 @@
-#include "ai/scripted_server.h"
+#include "ai/linux/scripted_server.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

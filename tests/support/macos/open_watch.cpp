@@ -1,4 +1,4 @@
-#include "ai/open_watch.h"
+#include "support/open_watch.h"
 
 namespace ulvak::test {
 

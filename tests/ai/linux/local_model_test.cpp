@@ -10,7 +10,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
-#include "ai/scripted_server.h"
+#include "ai/linux/scripted_server.h"
 #include "support/environment.h"
 #include "support/temp_tree.h"
 
@@ -71,7 +71,7 @@ TEST(LocalModel, NoServerIsAnyOtherReasonAndKnownAtOnce) {
     EXPECT_EQ(reasonOf(LocalModel({.ports = {freePort(), freePort(), freePort()}})), Reason::other);
     EXPECT_EQ(reasonOf(LocalModel({.url = "http://127.0.0.1:" + std::to_string(freePort())})), Reason::other);
     EXPECT_EQ(reasonOf(LocalModel({.url = "unix:/nonexistent/model.sock"})), Reason::other);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
 }
 
 TEST(LocalModel, ServerThatIsLoadingItsModelIsNotReady) {
@@ -330,7 +330,7 @@ TEST(LocalModel, QuestionsToOneServerShareOneTime) {
     std::chrono::steady_clock::duration waited{};
     const ScriptedServer server([&](const Connection& client, const Request& request) {
         if (request.path == "/v1/models") {
-            EXPECT_FALSE(client.isGoneWithin(600ms));
+            EXPECT_FALSE(client.isGoneWithin(1200ms));
             client.send(reply(200, modelList({"a"})));
         } else if (request.path == "/health") {
             const auto start = std::chrono::steady_clock::now();
@@ -340,9 +340,9 @@ TEST(LocalModel, QuestionsToOneServerShareOneTime) {
             client.send(reply(404, ""));
         }
     });
-    EXPECT_FALSE(LocalModel({.ports = {server.port()}, .probeDeadline = 1s}).absence());
+    EXPECT_FALSE(LocalModel({.ports = {server.port()}, .probeDeadline = 2s}).absence());
     EXPECT_EQ(timesAsked(server, "/health"), 1);
-    EXPECT_LT(waited, 900ms);
+    EXPECT_LT(waited, 1800ms);
 }
 
 // One request

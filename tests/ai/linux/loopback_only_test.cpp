@@ -11,8 +11,8 @@
 #include <optional>
 
 #include "ai/ai_classifier.h"
-#include "ai/scripted_server.h"
-#include "ai/socket_watch.h"
+#include "ai/linux/scripted_server.h"
+#include "ai/linux/socket_watch.h"
 #include "platform/linux/http_exchange.h"
 #include "platform/linux/local_model.h"
 #include "support/environment.h"

@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "ai/scripted_server.h"
+#include "ai/linux/scripted_server.h"
 
 namespace ulvak::platform {
 namespace {
