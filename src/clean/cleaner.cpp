@@ -205,18 +205,17 @@ std::expected<void, CleanFailure> trashItem(const CleanPlace& place, const Servi
     return {};
 }
 
-/// The developer tools also take words for many simulators at once, and options, where one's identifier
-/// stands.
-bool isSimulatorIdentifier(std::string_view udid) {
-    const auto isDigitOrDash = [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f') || c == '-';
-    };
-    return !udid.empty() && udid.front() != '-' && std::ranges::all_of(udid, isDigitOrDash);
+/// Where one simulator's identifier stands, the developer tools also take options, lists, and words for many
+/// at once.
+bool namesOneSimulator(std::string_view udid) {
+    constexpr std::array<std::string_view, 3> words = {"all", "unavailable", "booted"};
+    return !udid.empty() && udid.front() != '-' && udid.find_first_of(" ,") == std::string_view::npos &&
+           std::ranges::find(words, udid) == words.end();
 }
 
 std::expected<std::int64_t, CleanFailure> deleteSimulator(const std::string& udid, std::int64_t size,
                                                           const Services& services) {
-    if (!isSimulatorIdentifier(udid))
+    if (!namesOneSimulator(udid))
         return std::unexpected(failed("Simülatör silinemedi: kimliği tanınmıyor."));
     static const std::string program = "/usr/bin/xcrun";
     const std::array<std::string, 3> arguments = {"simctl", "delete", udid};
@@ -351,8 +350,8 @@ std::expected<void, CleanFailure> emptyTrash(const Services& services) {
     }
     const auto command = services.trashEmptyingCommand(Paths::trash());
     if (!command)
-        return std::unexpected(
-            failed("Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör, ona dokunulmadı."));
+        return std::unexpected(failed(
+            "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona dokunulmadı."));
     const auto result = services.run(command->program, command->arguments);
     if (!result)
         return std::unexpected(StartError{.program = command->program, .code = result.error()});

@@ -4,7 +4,7 @@ namespace ulvak::platform {
 
 /// For as long as one lives, what this thread reads renews no access date and fetches nothing that lives
 /// elsewhere, where that is asked for thread by thread and not file by file. Every call of the platform that
-/// reads has one of its own; one around many of them saves each the asking. They nest.
+/// looks at what the user keeps has one of its own; one around many of them saves each the asking. They nest.
 class QuietAccess {
 public:
     QuietAccess();

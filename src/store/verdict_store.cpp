@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/durable_file.h"
+#include "platform/files.h"
 #include "platform/user_folders.h"
 
 namespace ulvak {
@@ -35,6 +36,14 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
     return false;
 }
 
+/// The first is never written over: what comes after it may be worth less.
+void keepAside(const std::string& path, const std::string& text) {
+    const std::string name = std::string(Paths::lastComponent(path)) + ".old";
+    const bool isTaken = platform::existsIn(std::string(Paths::parent(path)), name);
+    // Dropped by design: where it cannot be kept, the store is as empty.
+    (void)platform::replaceFile(path + (isTaken ? ".old.1" : ".old"), text);
+}
+
 }  // namespace
 
 VerdictStore::VerdictStore(std::string path, Clock now, Writer write)
@@ -47,7 +56,7 @@ VerdictStore::VerdictStore(std::string path, Clock now, Writer write)
     if (auto entries = decodeEntries(*text))
         entries_ = std::move(*entries);
     else
-        (void)platform::replaceFile(path_ + ".old", *text);
+        keepAside(path_, *text);
 }
 
 std::string VerdictStore::defaultPath(const UserFolders& folders) {

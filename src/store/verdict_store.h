@@ -17,8 +17,9 @@ namespace ulvak {
 /// Threads: the UI thread only. `save` and `remove` write the whole file and, unless another writer is given,
 /// block until the disk has answered; after that not even a power cut loses the entry. Two programs with one
 /// file: each writes what it knows, and the later one wins. Failures: silent by design. What cannot be read
-/// is empty, and the next `save` replaces it; a file that can be read but not understood is first copied to
-/// one named ".old" beside it, for it may be all that somebody ever decided. What cannot be written is
+/// is empty, and the next `save` replaces it; a file that can be read but not understood is first copied, if
+/// that can be done, to one named ".old" beside it (".old.1" when that is there), for it may be all that
+/// somebody ever decided. What cannot be written is
 /// remembered until the program ends, and the file stays as it was.
 class VerdictStore {
 public:

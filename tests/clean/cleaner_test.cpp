@@ -343,7 +343,8 @@ TEST(Cleaner, AsksNoDesktopToEmptyTheTrashOfAnotherHome) {
             const auto emptied = Cleaner::emptyTrash(services);
             ASSERT_FALSE(emptied);
             EXPECT_EQ(text(emptied.error()),
-                      "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör, ona dokunulmadı.");
+                      "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona "
+                      "dokunulmadı.");
         }
     });
 }

@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 using test::project;
 using test::textOf;
 using testing::Contains;
+using testing::HasSubstr;
 using testing::IsSubsetOf;
 using testing::SizeIs;
 using Words = std::set<std::string>;
@@ -79,6 +80,13 @@ TEST(Shipped, BothPagesNameTheSameVariablesAndAllOfOurs) {
     const Words english = matches(page("ulvak.1"), variable);
     EXPECT_THAT(ours, IsSubsetOf(english));
     EXPECT_EQ(matches(page("ulvak.tr.1"), variable), english);
+}
+
+TEST(Shipped, TheDesktopEntryHasTheNameOfTheApplicationsPage) {
+    const Words entry = matches(textOf(project() / "packaging/linux/ulvak.desktop"), R"(\nName=([^\n]+))");
+    ASSERT_THAT(entry, SizeIs(1));
+    EXPECT_THAT(textOf(project() / "packaging/linux/org.ulvak.ulvak.metainfo.xml"),
+                HasSubstr("<name>" + *entry.begin() + "</name>"));
 }
 
 // A desktop under X knows by it which entry an open window belongs to. The toolkit takes the program's name.

@@ -280,6 +280,12 @@ TEST(VerdictStoreDurability, AFileThatIsNotUnderstoodIsKeptBesideTheFreshOne) {
     EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json.old")), newer);
     EXPECT_TRUE(VerdictStore(tree.path("Ulvak/verdicts.json")).entries().empty());
     EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json.old")), newer) << "what is understood is no reason";
+    for (const char* later : {"{", "[]"}) {
+        std::ofstream(tree.path("Ulvak/verdicts.json")) << later;
+        EXPECT_TRUE(VerdictStore(tree.path("Ulvak/verdicts.json")).entries().empty());
+        EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json.old")), newer) << "the first is worth most";
+        EXPECT_EQ(contents(tree.path("Ulvak/verdicts.json.old.1")), later);
+    }
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ const TrashLayout& trashLayout() {
     return layout;
 }
 
-/// The program asks a service of the session, which knows nothing of this process's HOME.
+/// The program asks a service of the session, which knows nothing of this process's HOME and XDG_DATA_HOME.
 std::optional<Command> trashEmptyingCommand(const std::string& trash) {
     if (!posix::isDesktopsTrash(trash))
         return std::nullopt;

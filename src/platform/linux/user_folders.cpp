@@ -36,6 +36,10 @@ std::optional<std::string> posix::systemHome() {
     return found->pw_dir;
 }
 
+std::string posix::desktopsTrash(const std::string& home) {
+    return home + "/.local/share/Trash";
+}
+
 std::string homeDirectory() {
     if (auto home = absoluteFromEnvironment("HOME"))
         return *home;

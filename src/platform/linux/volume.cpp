@@ -55,8 +55,9 @@ std::vector<Mount> mountTable() {
             rest.remove_prefix(blank == std::string_view::npos ? rest.size() : blank + 1);
         }
         Mount mount{.path = unescaped(fields[4])};
-        if (isNumber(fields[0], mount.id) && isNumber(fields[1], mount.parentId) &&
-            mount.path.starts_with('/'))
+        if (!isNumber(fields[0], mount.id) || !isNumber(fields[1], mount.parentId))
+            return {};  // a table that cannot be understood is none
+        if (mount.path.starts_with('/'))
             mounts.push_back(std::move(mount));
     }
     return mounts;

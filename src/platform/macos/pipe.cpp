@@ -9,14 +9,13 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/posix/system.h"
 #include "platform/user_folders.h"
 
 namespace ulvak::platform {
 namespace {
 
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
+using posix::lastError;
 
 /// Opens both ends of a FIFO. The reading end must not wait for the other, which is still to come.
 std::expected<PipeEnds, std::error_code> openEnds(const std::string& path) {

@@ -20,6 +20,10 @@ std::optional<std::string> posix::systemHome() {
     }
 }
 
+std::string posix::desktopsTrash(const std::string& home) {
+    return trashDirectory(home);
+}
+
 std::string homeDirectory() {
     // Foundation does not look there. But whoever runs a program with another HOME, to try it or to test it,
     // must not be offered his own files for deletion.

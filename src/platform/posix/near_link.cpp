@@ -38,14 +38,21 @@ std::optional<std::string> linkTarget(const std::string& path) {
     return std::string(buffer.data(), static_cast<std::size_t>(length));
 }
 
+bool isBelowOneOf(const std::string& folder, std::span<const std::string> volumes) {
+    return std::ranges::any_of(volumes, [&](const std::string& volume) {
+        return volume != "/" && (folder + "/").starts_with(volume + "/");
+    });
+}
+
 }  // namespace
 
 bool posix::leadsToSomethingNear(const std::string& folder, const std::string& name,
                                  std::span<const std::string> volumes) {
     const QuietAccess quiet;
-    constexpr int mostLinks = 32;  // as many as the kernel follows
+    constexpr int mostLinks = 32;  // no more than either kernel follows
     std::string at = folder == "/" ? "" : folder;
-    std::deque<std::string> names{name};
+    std::deque<std::string> names;
+    putInFront(names, name);
     for (int links = 0; !names.empty();) {
         const std::string part = std::move(names.front());
         names.pop_front();
@@ -67,8 +74,11 @@ bool posix::leadsToSomethingNear(const std::string& folder, const std::string& n
         const auto target = linkTarget(here);
         if (!target || ++links > mostLinks)
             return false;
-        if (target->starts_with('/'))
+        if (target->starts_with('/')) {
+            if (isBelowOneOf(folder, volumes))
+                return false;  // it begins at the root, whose volume is another one
             at.clear();
+        }
         putInFront(names, *target);
     }
     return true;

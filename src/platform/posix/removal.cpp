@@ -262,6 +262,7 @@ std::expected<void, FileError> posix::removeEntry(const Directory& parent, const
 }
 
 std::optional<FileNumber> entryNumber(const Directory& parent, const std::string& name) {
+    const QuietAccess quiet;
     struct stat info{};
     if (::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;

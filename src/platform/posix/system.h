@@ -12,8 +12,6 @@
 
 #include "platform/quiet_access.h"
 
-#include "platform/quiet_access.h"
-
 /// What each system does in its own way, for the code of this folder, which they share: the calls below are
 /// defined once in `linux/` and once in `macos/`. Handles belong to the caller, who closes them. Where a call
 /// returns -1 it has set `errno`. Safe from any thread.

@@ -22,7 +22,7 @@ bool isInSystemHome() {
 }
 
 bool isDesktopsTrash(const std::string& trash) {
-    return isInSystemHome() && isSamePlace(trash, trashDirectory(homeDirectory()));
+    return isInSystemHome() && isSamePlace(trash, desktopsTrash(homeDirectory()));
 }
 
 }  // namespace ulvak::platform::posix

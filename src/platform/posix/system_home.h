@@ -13,7 +13,11 @@ namespace ulvak::platform::posix {
 /// desktop must not be asked: the desktop knows of one home only.
 [[nodiscard]] bool isInSystemHome();
 
-/// Whether `trash` is the folder that the desktop's own programs take for this user's Trash.
+/// Where the desktop's own programs have the Trash of a user with that home, as long as nobody has told them
+/// of another place; what this process was told of one they do not know.
+[[nodiscard]] std::string desktopsTrash(const std::string& home);
+
+/// Whether `trash` is that folder, for certain.
 [[nodiscard]] bool isDesktopsTrash(const std::string& trash);
 
 }  // namespace ulvak::platform::posix
