@@ -16,13 +16,13 @@ using namespace ulvak;
 /// installed among what nobody starts by hand. Returns the exit status when neither can be started, and tells
 /// of the one that is there, or else of where it should have been installed.
 int openWindow(std::span<const char* const> arguments) {
-    const auto own = platform::ownProgram();
+    const std::string own = platform::ownProgram().value_or("");
     std::string tried = "ulvak-window";
     auto failure = std::make_error_code(std::errc::no_such_file_or_directory);
     for (const char* place : {"ulvak-window", ULVAK_LIBEXEC "/ulvak/ulvak-window"}) {
-        if (!own && *place != '/')
+        if (own.empty() && *place != '/')
             continue;  // nothing is started from wherever the user happens to be
-        tried = *place == '/' ? place : own->substr(0, own->rfind('/') + 1) + place;
+        tried = *place == '/' ? place : own.substr(0, own.rfind('/') + 1) + place;
         failure = platform::becomeProgram(tried, arguments);
         if (failure != std::errc::no_such_file_or_directory)
             break;

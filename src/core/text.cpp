@@ -29,8 +29,9 @@ bool isHarmful(UChar32 c) {
 /// text for one that ends with a zero byte.
 icu::UnicodeString decoded(std::string_view text) {
     constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
+    const std::string_view head = text.substr(0, longest);
     return icu::UnicodeString::fromUTF8(
-        icu::StringPiece(text.data(), static_cast<std::int32_t>(std::min(text.size(), longest))));
+        icu::StringPiece(head.data(), static_cast<std::int32_t>(head.size())));
 }
 
 icu::UnicodeString lettersOf(const icu::UnicodeString& text) {
