@@ -60,12 +60,21 @@ private:
         g_variant_unref(g_dbus_connection_call_sync(
             bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
             g_variant_new("(su)", busName, 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
-        isThere_.set_value();
+        // Said from inside the loop: one that is told to quit before it runs would run for ever.
+        GSource* onceRunning = g_idle_source_new();
+        g_source_set_callback(onceRunning, &NotingFileBrowser::sayItIsThere, this, nullptr);
+        g_source_attach(onceRunning, context);
+        g_source_unref(onceRunning);
         g_main_loop_run(loop_);
         g_dbus_node_info_unref(node);
         g_object_unref(bus);
         g_main_context_pop_thread_default(context);
         g_main_context_unref(context);
+    }
+
+    static gboolean sayItIsThere(gpointer self) {
+        static_cast<NotingFileBrowser*>(self)->isThere_.set_value();
+        return G_SOURCE_REMOVE;
     }
 
     static void note(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
