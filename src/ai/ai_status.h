@@ -21,7 +21,7 @@ struct AIStatus {
     /// `available`, or `unavailable("…")`.
     [[nodiscard]] std::string plainText() const;
 
-    /// Asks anew. Blocks while servers are looked for, a few seconds at the very worst.
+    /// Asks anew. Blocks while servers are looked for, a few seconds at the very worst. Safe from any thread.
     [[nodiscard]] static AIStatus current(
         const platform::LanguageModel& model = platform::systemLanguageModel(), std::stop_token stop = {});
 

@@ -11,7 +11,8 @@
 
 namespace ulvak {
 
-/// The levels that a model may choose. There is no unknown: it must commit itself.
+/// The levels that a model may choose. There is no unknown: it must commit itself. Everything in this file is
+/// safe from any thread.
 enum class AILevel : std::uint8_t { safe, regenerable, caution, keep };
 
 inline constexpr std::array allAILevels = {AILevel::safe, AILevel::regenerable, AILevel::caution,

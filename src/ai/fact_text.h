@@ -6,7 +6,7 @@
 
 /// Pieces of text from the disk and from a model, made fit to stand on one line. They are not trusted: what
 /// they say is quoted, and must not look like something that the program or its user says. Characters are
-/// Unicode code points; all results are UTF-8.
+/// Unicode code points; all results are UTF-8. Safe from any thread.
 namespace ulvak::FactText {
 
 inline constexpr std::size_t longestName = 255;

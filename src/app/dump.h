@@ -12,7 +12,7 @@
 #include "platform/language_model.h"
 
 /// The program without its window: one scan, printed. Reads no remembered verdicts, deletes nothing and
-/// writes nothing but standard output.
+/// writes nothing but standard output. Threads: any; blocks the caller.
 namespace ulvak::Diagnostics {
 
 /// The counters of a finished scan.
@@ -23,7 +23,7 @@ struct Summary {
     std::chrono::nanoseconds elapsed{};
 };
 
-/// Scans and prints, with `asksModel` also the model's answers about what is uncertain. Blocks until done.
+/// Scans and prints, with `asksModel` also the model's answers about what is uncertain.
 void run(bool asksModel);
 
 /// Asks the model about every finding that is unknown or guessed, one after the other in the order given, and

@@ -16,6 +16,8 @@ namespace ulvak {
 /// application row by row: a finding that goes takes its row along, one that changes keeps its row, and a new
 /// result is laid over the old one, so that a view keeps its place. Has a hold of its own on each finding: a
 /// row can be read at any time, also while others are being removed.
+///
+/// Threads: the UI thread only.
 class FindingListModel : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY countChanged)

@@ -7,6 +7,7 @@
 namespace ulvak {
 
 /// A text that may hold names from the disk, for the window: valid, on one line, without control characters.
+/// Everything in this file is safe from any thread.
 [[nodiscard]] QString shown(std::string_view text);
 
 /// The same for a text of several lines, without blank ones at its end.

@@ -6,7 +6,7 @@
 
 #include "core/finding.h"
 
-/// Texts that several parts of the window show.
+/// Texts that several parts of the window show. Safe from any thread.
 namespace ulvak::Texts {
 
 /// One of our own texts.

@@ -8,7 +8,7 @@
 
 #include "core/safety_level.h"
 
-/// Guesses from a folder's name alone, for what no rule knows.
+/// Guesses from a folder's name alone, for what no rule knows. Safe from any thread.
 namespace ulvak::Heuristics {
 
 struct Guess {

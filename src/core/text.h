@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// Text from the disk and for people. Names on disk are bytes and need not be UTF-8. Nothing here depends
-/// on the user's locale. Of more than 2 GiB only so much is read.
+/// on the user's locale. Of more than 2 GiB only so much is read. Safe from any thread.
 namespace ulvak {
 
 /// Unicode lower-casing without a language: "I" becomes "i" for a Turkish user too. What is not UTF-8

@@ -9,6 +9,7 @@
 #include "platform/file_time.h"
 
 /// Quick looks at single places. Nothing here writes, and nothing but folders is opened. Paths are bytes.
+/// Safe from any thread; blocks while the disk answers.
 namespace ulvak::platform {
 
 /// The number of a volume, and that of a file or folder on it: two names with the same are one.

@@ -12,7 +12,7 @@ struct GuardedFolders {
     std::vector<std::string> withContents;  ///< keys and passwords: nothing in them is removed either
 };
 
-/// For the user with this home folder.
+/// For the user with this home folder. Safe from any thread.
 [[nodiscard]] GuardedFolders guardedFolders(const std::string& home);
 
 }  // namespace ulvak::platform

@@ -13,6 +13,7 @@ struct PipeEnds {
 
 /// A pipe that no program started meanwhile, by whatever part of this process, inherits. Its end is seen by
 /// who reads, not by who waits in poll(2): macOS wakes nobody there when the last writer of a FIFO goes.
+/// Fails with the system's error. Safe from any thread.
 [[nodiscard]] std::expected<PipeEnds, std::error_code> makePipe();
 
 }  // namespace ulvak::platform

@@ -14,11 +14,13 @@ struct VolumeCapacity {
     std::int64_t available = 0;
 };
 
-/// The capacity of the volume that holds `path`; absent when the system does not say.
+/// The capacity of the volume that holds `path`; absent when the system does not say. Safe from any thread;
+/// blocks while that volume answers.
 [[nodiscard]] std::optional<VolumeCapacity> volumeCapacity(const std::string& path);
 
 /// The absolute paths at which volumes are mounted, in the system's order, read without touching the
-/// volumes themselves: a server that does not answer cannot hold the caller. Empty when unknown.
+/// volumes themselves: a server that does not answer cannot hold the caller. Empty when unknown. Safe from
+/// any thread.
 [[nodiscard]] std::vector<std::string> mountPoints();
 
 }  // namespace ulvak::platform

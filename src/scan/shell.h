@@ -29,6 +29,8 @@ struct Result {
 /// Standard output is read to its end before standard error: a program that writes more to standard error
 /// than a pipe holds while it still has output to write would wait forever, so this is for programs that
 /// are known not to.
+///
+/// Safe from any thread; never call it on the UI thread.
 [[nodiscard]] std::expected<Result, std::error_code> run(const std::string& path,
                                                          std::span<const std::string> arguments,
                                                          std::stop_token stop = {});

@@ -9,17 +9,19 @@
 #include "platform/file_time.h"
 #include "scan/simulator_info.h"
 
-/// The simulator devices that the developer tools have installed.
+/// The simulator devices that the developer tools have installed. Safe from any thread.
 namespace ulvak::Simulators {
 
-/// Asks the developer tools; blocks until they have answered. Empty on any failure, and where there are no
-/// such tools.
+/// Asks the developer tools; blocks until they have answered, or have been killed after a stop request. Empty
+/// on any failure, and where there are no such tools.
 [[nodiscard]] SimulatorMap load(std::stop_token stop = {});
 
-/// Reads the tools' JSON. Empty unless it is an object whose "devices" is an object of arrays of objects, and
-/// for what no such tool prints: more than `longestList` bytes, or nested more than `deepestNesting` levels.
+/// More bytes, or more levels, than any such tool prints.
 inline constexpr std::size_t longestList = 64 * 1024 * 1024;
 inline constexpr int deepestNesting = 64;
+
+/// Reads the tools' JSON. Empty unless it is an object whose "devices" is an object of arrays of objects, and
+/// for one of more than `longestList` bytes or `deepestNesting` levels.
 [[nodiscard]] SimulatorMap parse(std::string_view json);
 
 /// "com.apple.CoreSimulator.SimRuntime.iOS-17-2" is "iOS 17.2". A name without a version keeps the blank

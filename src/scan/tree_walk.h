@@ -14,7 +14,7 @@
 
 namespace ulvak {
 
-/// One walk of several trees by all cores: used once.
+/// One walk of several trees by all cores: used once, by one thread, which it blocks.
 ///
 /// A folder that has sub-folders becomes a frame, which lives until all of them are walked and folded into
 /// it. Each worker has a stack of frames and takes one sub-folder after the other from the topmost: depth

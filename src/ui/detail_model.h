@@ -10,6 +10,8 @@
 namespace ulvak {
 
 /// One finding as the detail column shows it: every text ready, every condition decided.
+///
+/// Threads: the UI thread only.
 class DetailModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString token READ token NOTIFY changed)

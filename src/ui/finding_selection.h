@@ -13,6 +13,8 @@ namespace ulvak {
 
 /// What is selected in a list of findings, and where the keyboard is in it. Bound to ids, never to rows: when
 /// the list changes, what is selected stays selected, and what has gone is still in the set but in no row.
+///
+/// Threads: the UI thread only.
 class FindingSelection : public QObject {
     Q_OBJECT
     /// Grows with every change, so that a binding that names it is evaluated anew.

@@ -12,6 +12,8 @@
 namespace ulvak {
 
 /// Several findings as the detail column sums them up.
+///
+/// Threads: the UI thread only.
 class MultiSelectionModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString countText READ countText NOTIFY changed)

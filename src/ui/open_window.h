@@ -13,6 +13,8 @@ class WindowModel;
 ///
 /// `model` outlives the engine. `properties` are of the window itself, such as "appearance" and
 /// "reducedMotion". The static library `ulvak::ui`, with its plugin imported, must be linked to the program.
+///
+/// Threads: the UI thread only.
 QQuickWindow* openWindow(QQmlApplicationEngine& engine, WindowModel& model, QVariantMap properties = {});
 
 }  // namespace ulvak
