@@ -63,7 +63,9 @@ function(ulvak_test folder)
   target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock ${main})
   ulvak_test_code(${program})
   # The toolkit's code is compiled with other flags.
-  if(TARGET ulvak_test_headers AND NOT arg_OWN_MAIN)
+  if(arg_OWN_MAIN)
+    ulvak_precompile_test_headers(${program} <QtTest>)
+  else()
     target_precompile_headers(${program} REUSE_FROM ulvak_test_headers)
   endif()
   gtest_discover_tests(${program}
