@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "layout/project.h"
+#include "support/temp_tree.h"
 
 // What holds for the source files themselves, and what no compiler would notice.
 

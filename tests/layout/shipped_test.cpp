@@ -7,6 +7,7 @@
 #include <string>
 
 #include "layout/project.h"
+#include "support/temp_tree.h"
 
 // What is shipped beside the program says of it what it says of itself.
 

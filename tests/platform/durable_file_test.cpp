@@ -103,6 +103,8 @@ TEST(ReplaceFile, KeepsTheOwnerWhereItMay) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root gives files away";
     const TempTree tree({textFile("theirs", "old").withMode(0640)}, TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
     EXPECT_FALSE(replaceFile(tree.path("theirs"), "new"));
     struct stat info{};
     ASSERT_EQ(::stat(tree.path("theirs").c_str(), &info), 0);

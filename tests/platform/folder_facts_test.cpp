@@ -90,7 +90,8 @@ TEST(FolderListing, WhatIsNoRegularFileIsNotEvenOpened) {
                          sparseFile("elsewhere", 1'000)});
     const FolderListing listing(tree.path());
     const OpenWatch watch(tree.path());
-    ASSERT_TRUE(watch.isWatching());
+    if (!watch.isWatching())
+        GTEST_SKIP() << "all watches of this user are taken";
     for (const char* name : {"f", "s", "l", "d", "elsewhere"})
         EXPECT_EQ(listing.beginning(name, 4), "") << name;
     EXPECT_THAT(watch.opened(), IsEmpty());

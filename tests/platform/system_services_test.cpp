@@ -82,6 +82,8 @@ TEST(Trash, OfTheSystemsOwnHomeIsEmptiedByAProgramWithAnAbsolutePath) {
     EXPECT_FALSE(trashEmptyingCommand("/"));
     const test::TempTree tree({test::folder("Trash")});
     EXPECT_FALSE(trashEmptyingCommand(tree.path("Trash"))) << "a folder beside it";
+    if (!fileInfo(homeDirectory()))
+        GTEST_SKIP() << "this user's home is not there";
     // The home by another name is still the same one.
     const test::TempTree names({test::link("home", homeDirectory())});
     const test::ScopedEnvironment linked({{"HOME", names.path("home")}});

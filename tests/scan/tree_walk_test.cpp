@@ -148,8 +148,8 @@ TEST(TreeWalk, StoppingEndsAWalkUnderWay) {
         ScanProgress progress;
         std::stop_source source;
         std::atomic<bool> isOver = false;
-        std::jthread stopper([&] {
-            while (progress.files() < 10 * round && !isOver) {
+        const std::jthread stopper([&](const std::stop_token& gone) {
+            while (progress.files() < 10 * round && !isOver && !gone.stop_requested()) {
             }
             source.request_stop();
         });

@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 
 #include <chrono>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <type_traits>
 
@@ -21,6 +19,7 @@ namespace {
 using test::folder;
 using test::TempTree;
 using test::textFile;
+using test::textOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -51,11 +50,6 @@ Finding findingOf(std::int64_t size, const Verdict& original = guess, const std:
     Finding finding{.id = id, .urls = {id}, .size = size, .original = original};
     setCurrentVerdict(finding, original);
     return finding;
-}
-
-std::string contents(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 mode_t modeOf(const std::string& path) {
@@ -95,7 +89,7 @@ TEST_F(VerdictStoreTest, AFolderThatCannotBeMadeIsNoError) {
     VerdictStore store(path());
     store.save(userVerdict, findingOf(1));
     EXPECT_THAT(store.entries(), SizeIs(1)) << "remembered until the program ends";
-    EXPECT_EQ(contents(tree.path("Ulvak")), "a file in its place");
+    EXPECT_EQ(textOf(tree.path("Ulvak")), "a file in its place");
 }
 
 TEST_F(VerdictStoreTest, SavesTheVerdictWithTheFindingsSizeAndTheTime) {
@@ -104,7 +98,7 @@ TEST_F(VerdictStoreTest, SavesTheVerdictWithTheFindingsSizeAndTheTime) {
     ASSERT_THAT(store.entries(), SizeIs(1));
     EXPECT_EQ(store.entries().at("/a"),
               (VerdictEntry{.verdict = modelVerdict, .size = 4096, .date = StoredDate::from(someDate)}));
-    EXPECT_EQ(contents(path()),
+    EXPECT_EQ(textOf(path()),
               R"({"/a":{"verdict":{"level":"regenerable","title":"Önbellek","explanation":"Yeniden iner.",)"
               R"("source":"ai","confidence":85},"size":4096,"date":785998800.0}})");
 }
@@ -158,7 +152,7 @@ TEST_F(VerdictStoreTest, AMalformedFileIsAnEmptyStoreAndTheNextSaveAFreshFile) {
         const std::string file = tree.path("Ulvak" + std::to_string(text.size()) + "/verdicts.json");
         VerdictStore store(file);
         EXPECT_THAT(store.entries(), IsEmpty()) << text;
-        EXPECT_EQ(contents(file), text) << "reading changes nothing";
+        EXPECT_EQ(textOf(file), text) << "reading changes nothing";
         store.save(userVerdict, findingOf(1));
         EXPECT_EQ(VerdictStore(file).entries(), store.entries()) << text;
         EXPECT_THAT(store.entries(), SizeIs(1)) << text;

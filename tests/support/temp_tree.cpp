@@ -11,6 +11,8 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -45,6 +47,15 @@ timespec timespecOf(FileTime date) {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(date);
     const std::chrono::nanoseconds rest = date - seconds;
     return {.tv_sec = seconds.time_since_epoch().count(), .tv_nsec = rest.count()};
+}
+
+/// Root in a container may not be able to: then `whyNotUnprivileged` says that there is no such user.
+void giveToUnprivileged(int parent, const std::string& name) {
+    if (::geteuid() != 0)
+        return;
+    const int result = ::fchownat(parent, name.c_str(), unprivilegedId, unprivilegedId, AT_SYMLINK_NOFOLLOW);
+    if (result != 0 && errno != EPERM && errno != EINVAL)
+        checked(result, "chown " + name);
 }
 
 /// Makes declared entries, found relative to open folders.
@@ -145,9 +156,8 @@ private:
     }
 
     void giveAway(int parent, const std::string& name) const {
-        if (givesAway_ && ::geteuid() == 0)
-            checked(::fchownat(parent, name.c_str(), unprivilegedId, unprivilegedId, AT_SYMLINK_NOFOLLOW),
-                    "chown " + name);
+        if (givesAway_)
+            giveToUnprivileged(parent, name);
     }
 
     int tree_;
@@ -294,8 +304,8 @@ TreeEntry socket(std::string name) {
 
 TempTree::TempTree(const std::vector<TreeEntry>& entries, Owner owner) : path_(newFolder()), owner_(owner) {
     handle_ = checked(::open(path_.c_str(), folderFlags), "open " + path_);
-    if (owner == Owner::unprivileged && ::geteuid() == 0)
-        checked(::fchown(handle_, unprivilegedId, unprivilegedId), "chown " + path_);
+    if (owner == Owner::unprivileged)
+        giveToUnprivileged(AT_FDCWD, path_);
     add(entries);
 }
 
@@ -339,6 +349,11 @@ std::int64_t TempTree::allocated(std::string_view relative) const {
     struct stat info{};
     checked(::lstat(path(relative).c_str(), &info), std::string(relative));
     return std::int64_t{info.st_blocks} * 512;
+}
+
+std::string textOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace ulvak::test

@@ -80,4 +80,7 @@ private:
     Owner owner_;
 };
 
+/// What a file holds; nothing where it cannot be read.
+[[nodiscard]] std::string textOf(const std::string& path);
+
 }  // namespace ulvak::test

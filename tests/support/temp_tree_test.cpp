@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/files.h"
+#include "support/environment.h"
 #include "support/isolation.h"
 
 namespace ulvak::test {
@@ -85,7 +86,8 @@ TEST(TempTree, RemovesUnreadableFoldersOfAnUnprivilegedUser) {
     const TempTree outer({}, TempTree::Owner::unprivileged);
     if (const auto reason = whyNotUnprivileged(outer.path()))
         GTEST_SKIP() << *reason;
-    asUnprivileged([] {
+    asUnprivileged([&] {
+        const ScopedEnvironment environment({{"TMPDIR", outer.path()}});
         auto tree = std::make_unique<TempTree>(
             std::vector{folder("a", {folder("b", {file("c")}).withMode(0)}).withMode(0500)});
         const std::string path = tree->path();

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -32,6 +33,8 @@ public:
         words.push_back(nullptr);
         const int failure = ::posix_spawn(&child_, words[0], nullptr, nullptr, words.data(), ::environ);
         EXPECT_EQ(failure, 0) << command[0];
+        if (failure == 0)
+            awaitCommandLine(command);
     }
     ~RunningProgram() {
         if (child_ <= 0)
@@ -43,6 +46,23 @@ public:
     RunningProgram& operator=(const RunningProgram&) = delete;
 
 private:
+    /// The system lets this process go on a moment before the child has its new memory: until then its folder
+    /// in "/proc" shows ours.
+    void awaitCommandLine(const std::vector<std::string>& command) {
+        std::string expected;
+        for (const std::string& word : command)
+            expected.append(word).push_back('\0');
+        const std::string path = "/proc/" + std::to_string(child_) + "/cmdline";
+        while (textOf(path) != expected) {
+            if (::waitpid(child_, nullptr, WNOHANG) != 0) {
+                ADD_FAILURE() << command[0] << " has ended by itself";
+                child_ = 0;
+                return;
+            }
+            ::sched_yield();
+        }
+    }
+
     pid_t child_ = 0;
 };
 

@@ -24,11 +24,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* trashFolder = "home/.local/share/Trash";
 
-std::string contents(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// What a file manager must put back of one entry.
 struct Likeness {
     mode_t mode = 0;
@@ -49,7 +44,7 @@ std::map<std::string, Likeness> likeness(const fs::path& top) {
         entry.modified = FileTime(
             std::chrono::microseconds(info.st_mtim.tv_sec * 1'000'000 + info.st_mtim.tv_nsec / 1000));
         if (S_ISREG(info.st_mode))
-            entry.bytes = contents(path);
+            entry.bytes = textOf(path);
         else if (S_ISLNK(info.st_mode))
             entry.bytes = fs::read_symlink(path).string();
         entries[path.lexically_relative(top).string()] = entry;
@@ -87,7 +82,7 @@ std::string valueOf(const std::string& key, const std::string& note) {
 int restoreAll(const TempTree& tree) {
     int restored = 0;
     for (const auto& entry : fs::directory_iterator(tree.path(std::string(trashFolder) + "/info"))) {
-        const std::string note = contents(entry.path());
+        const std::string note = textOf(entry.path());
         EXPECT_TRUE(note.starts_with("[Trash Info]\n")) << note;
         EXPECT_EQ(valueOf("DeletionDate", note).size(), std::string("2024-01-01T00:00:00").size()) << note;
         const std::string file = entry.path().filename().string();
@@ -142,7 +137,7 @@ TEST(Trash, ARelativeFolderInTheEnvironmentEndsNothingAndMovesNoTrash) {
     for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
         const TempTree tree(lifelike());
         inHome(tree, [&] {
-            ::alarm(60);
+            ::alarm(600);
             const ScopedEnvironment environment({{name, "relative/data"}});
             fs::current_path(tree.path());
             EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::permanent)) << name;
@@ -165,8 +160,8 @@ TEST(Trash, KeepsTwoItemsOfOneNameApart) {
         ASSERT_TRUE(
             Cleaner::clean(finding({tree.path("home/x/same"), tree.path("home/y/same")}), CleanMode::trash));
         EXPECT_EQ(restoreAll(tree), 2);
-        EXPECT_EQ(contents(tree.path("home/x/same")), "1");
-        EXPECT_EQ(contents(tree.path("home/y/same")), "2");
+        EXPECT_EQ(textOf(tree.path("home/x/same")), "1");
+        EXPECT_EQ(textOf(tree.path("home/y/same")), "2");
     });
 }
 
@@ -175,7 +170,7 @@ TEST(Trash, TheTrashItselfCannotBeTrashed) {
     inHome(tree, [&] {
         ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash));
         EXPECT_FALSE(Cleaner::clean(finding({tree.path(trashFolder)}), CleanMode::trash));
-        EXPECT_EQ(contents(tree.path(std::string(trashFolder) + "/files/one")), "1");
+        EXPECT_EQ(textOf(tree.path(std::string(trashFolder) + "/files/one")), "1");
     });
 }
 
@@ -216,7 +211,7 @@ TEST(EmptyingTheTrash, AnItemThatCannotBeRemovedKeepsNoOther) {
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/two")));
         // It can still be restored.
         EXPECT_EQ(restoreAll(tree), 1);
-        EXPECT_EQ(contents(tree.path("home/three")), "3");
+        EXPECT_EQ(textOf(tree.path("home/three")), "3");
     });
 }
 
@@ -257,7 +252,7 @@ TEST(EmptyingTheTrash, ItemsThatCannotBeListedKeepTheirNotes) {
         EXPECT_EQ(desktop.asked, 1);
         ASSERT_EQ(::chmod(items.c_str(), 0700), 0);
         EXPECT_EQ(restoreAll(tree), 1);
-        EXPECT_EQ(contents(tree.path("home/one")), "1");
+        EXPECT_EQ(textOf(tree.path("home/one")), "1");
     });
 }
 
