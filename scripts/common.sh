@@ -39,7 +39,8 @@ build() {
 # source_files PATTERN...: tracked files and new ones that are not ignored, each ending in a zero byte.
 source_files() {
     local file
-    git -C "$root" ls-files -z --cached --others --exclude-standard -- "$@" |
+    # Also where the sources are another user's, as in a container that has them mounted.
+    git -c safe.directory='*' -C "$root" ls-files -z --cached --others --exclude-standard -- "$@" |
         while IFS= read -r -d '' file; do
             if [[ -f "$root/$file" ]]; then
                 printf '%s\0' "$file"
