@@ -58,7 +58,7 @@ TEST(LoopbackOnly, WatchSeesWhatARequestConnectsTo) {
     // Without this the other tests would prove nothing.
     const ScriptedServer server(modelServer(200, chatReply("x")));
     const SocketWatch watch;
-    EXPECT_TRUE(LocalModel({.url = server.url()}).respond(anyRequest));
+    EXPECT_TRUE(patient({.url = server.url()}).respond(anyRequest));
     EXPECT_GT(watch.sockets(), 0);
     EXPECT_THAT(watch.destinations(), Not(IsEmpty()));
     EXPECT_THAT(watch.destinations(), Each(Eq("127.0.0.1")));
@@ -70,7 +70,7 @@ TEST(LoopbackOnly, OtherHostsAreRefusedBeforeASocketIsOpenedOrANameLookedUp) {
          {"http://192.0.2.1:8080", "http://model.example.com:8080", "http://localhost.example.com",
           "http://[2001:db8::1]:8080", "http://0.0.0.0:8080", "https://example.com/v1"}) {
         const SocketWatch watch;
-        const LocalModel model({.url = url});
+        const LocalModel model = patient({.url = url});
         const auto absence = model.absence();
         ASSERT_TRUE(absence) << url;
         EXPECT_EQ(absence->reason, ModelAbsenceReason::deviceNotEligible) << url;
@@ -90,7 +90,7 @@ TEST(LoopbackOnly, OwnAddressOnANetworkIsRefusedAndNobodyKnocksThere) {
     if (!address)
         GTEST_SKIP() << "this machine is on no network";
     const SilentListener listener(*address);
-    EXPECT_FALSE(LocalModel({.url = listener.url()}).respond(anyRequest));
+    EXPECT_FALSE(patient({.url = listener.url()}).respond(anyRequest));
     EXPECT_FALSE(listener.wasContacted());
 }
 
@@ -99,8 +99,7 @@ TEST(LoopbackOnly, LocalNamesAreNotLookedUp) {
     const std::string port = std::to_string(server.port());
     for (const std::string host : {"localhost", "model.localhost", "LOCALHOST"}) {
         const SocketWatch watch;
-        EXPECT_EQ(LocalModel({.url = "http://" + host + ":" + port}).respond(anyRequest).value_or("error"),
-                  "x")
+        EXPECT_EQ(patient({.url = "http://" + host + ":" + port}).respond(anyRequest).value_or("error"), "x")
             << host;
         EXPECT_EQ(watch.lookups(), 0) << host;
         EXPECT_THAT(watch.destinations(), Each(isLoopback)) << host;
@@ -116,10 +115,10 @@ TEST(LoopbackOnly, RedirectionsAreNotFollowed) {
         const ScriptedServer everything(
             [&](const Connection& client, const Request&) { client.send(reply(status, "", location)); });
         const SocketWatch watch;
-        const auto answer = LocalModel({.url = chat.url()}).respond(anyRequest);
+        const auto answer = patient({.url = chat.url()}).respond(anyRequest);
         ASSERT_FALSE(answer) << status;
         EXPECT_TRUE(answer.error().text.contains("yönlendirmeler izlenmez")) << answer.error().text;
-        EXPECT_TRUE(LocalModel({.url = everything.url()}).absence()) << status;
+        EXPECT_TRUE(patient({.url = everything.url()}).absence()) << status;
         EXPECT_THAT(watch.destinations(), Each(Eq("127.0.0.1")));
     }
     EXPECT_FALSE(elsewhere.wasContacted());
@@ -138,9 +137,8 @@ TEST(LoopbackOnly, ProxiesOfTheEnvironmentAreNotUsed) {
     const ScriptedServer server(modelServer(200, chatReply("x")));
     const std::string port = std::to_string(server.port());
     for (const std::string host : {"127.0.0.1", "localhost"})
-        EXPECT_EQ(LocalModel({.url = "http://" + host + ":" + port}).respond(anyRequest).value_or("error"),
-                  "x");
-    EXPECT_EQ(LocalModel({.ports = {server.port()}}).respond(anyRequest).value_or("error"), "x");
+        EXPECT_EQ(patient({.url = "http://" + host + ":" + port}).respond(anyRequest).value_or("error"), "x");
+    EXPECT_EQ(patient({.ports = {server.port()}}).respond(anyRequest).value_or("error"), "x");
     EXPECT_FALSE(LocalModel({.url = "https://127.0.0.1:" + port, .namedDeadline = 50ms}).respond(anyRequest));
     EXPECT_FALSE(proxy.wasContacted());
 }
@@ -166,13 +164,9 @@ TEST(LoopbackOnly, OtherProtocolsAreNotSpoken) {
 }
 
 TEST(LoopbackOnly, SearchForAServerStaysOnThisMachine) {
-    std::uint16_t nobody = 0;
-    {
-        const SilentListener left;
-        nobody = left.port();
-    }
+    const std::uint16_t nobody = refusingPort();
     const SocketWatch watch;
-    EXPECT_TRUE(LocalModel({.ports = {nobody, nobody}}).absence());
+    EXPECT_TRUE(patient({.ports = {nobody, nobody}}).absence());
     EXPECT_THAT(watch.destinations(), ElementsAre("127.0.0.1", "127.0.0.1"));
     EXPECT_EQ(watch.lookups(), 0);
 }
@@ -180,8 +174,8 @@ TEST(LoopbackOnly, SearchForAServerStaysOnThisMachine) {
 TEST(LoopbackOnly, ServerIsToldNothingBeforeItIsKnownToBeOne) {
     const ScriptedServer stranger(
         [](const Connection& client, const Request&) { client.send(reply(200, R"({"hello":"world"})")); });
-    EXPECT_FALSE(LocalModel({.url = stranger.url()}).respond(anyRequest));
-    EXPECT_FALSE(LocalModel({.ports = {stranger.port()}}).respond(anyRequest));
+    EXPECT_FALSE(patient({.url = stranger.url()}).respond(anyRequest));
+    EXPECT_FALSE(patient({.ports = {stranger.port()}}).respond(anyRequest));
     for (const Request& request : stranger.requests()) {
         EXPECT_EQ(request.method, "GET");
         EXPECT_EQ(request.body, "");

@@ -1,6 +1,7 @@
 #include "ai/linux/scripted_server.h"
 
 #include <arpa/inet.h>
+#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -17,6 +18,9 @@
 #include <utility>
 
 namespace ulvak::test {
+
+using namespace std::chrono_literals;
+
 namespace {
 
 int checked(int result, const char* what) {
@@ -25,16 +29,21 @@ int checked(int result, const char* what) {
     return result;
 }
 
-int listeningAt(const std::string& address, std::uint16_t& port) {
+int boundAt(const std::string& address, std::uint16_t& port) {
     const int handle = checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket");
     sockaddr_in place{};
     place.sin_family = AF_INET;
     checked(::inet_pton(AF_INET, address.c_str(), &place.sin_addr) - 1, "address");
     socklen_t length = sizeof place;
     checked(::bind(handle, reinterpret_cast<const sockaddr*>(&place), length), "bind");
-    checked(::listen(handle, 64), "listen");
     checked(::getsockname(handle, reinterpret_cast<sockaddr*>(&place), &length), "getsockname");
     port = ntohs(place.sin_port);
+    return handle;
+}
+
+int listeningAt(const std::string& address, std::uint16_t& port) {
+    const int handle = boundAt(address, port);
+    checked(::listen(handle, 64), "listen");
     return handle;
 }
 
@@ -203,6 +212,34 @@ FullListener::~FullListener() {
     for (const int handle : waiting_)
         ::close(handle);
     ::close(listening_);
+}
+
+std::uint16_t refusingPort() {
+    static const std::uint16_t refusing = [] {
+        std::uint16_t port = 0;
+        (void)boundAt("127.0.0.1", port);  // kept for as long as the process lives
+        return port;
+    }();
+    return refusing;
+}
+
+platform::LocalModel patient(platform::LocalModelSettings settings) {
+    settings.probeDeadline = settings.namedDeadline = settings.showDeadline = 60s;
+    return platform::LocalModel(std::move(settings));
+}
+
+platform::HttpError::Kind endOfTime(const platform::ModelAddress& address, platform::HttpRequest request) {
+    using Kind = platform::HttpError::Kind;
+    for (;;) {
+        const auto reply = platform::exchange(address, request);
+        if (reply) {
+            ADD_FAILURE() << "an answer came: HTTP " << reply->status;
+            return Kind::other;
+        }
+        if (reply.error().kind != Kind::unconnected || request.deadline >= 60s)
+            return reply.error().kind;
+        request.deadline *= 8;
+    }
 }
 
 std::string reply(int status, std::string_view body, std::string_view moreHeaders) {

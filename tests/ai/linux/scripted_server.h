@@ -9,6 +9,9 @@
 #include <thread>
 #include <vector>
 
+#include "platform/linux/http_exchange.h"
+#include "platform/linux/local_model.h"
+
 namespace ulvak::test {
 
 /// A server on this machine that says what a test wants it to, over a real socket. Takes one connection after
@@ -107,6 +110,18 @@ private:
     std::uint16_t port_ = 0;
     std::vector<int> waiting_;
 };
+
+/// A port of 127.0.0.1 at which nobody listens, and nobody else will while this process lives: a free one
+/// would be given to the next who wants any.
+[[nodiscard]] std::uint16_t refusingPort();
+
+/// A model whose deadlines no machine misses that stalls for a while, for tests that wait for none.
+[[nodiscard]] platform::LocalModel patient(platform::LocalModelSettings settings);
+
+/// How a request ends that is never answered. One whose time was over before it was connected is made again
+/// with more: on a machine that stalls, a short time is over too soon to say anything of the server.
+[[nodiscard]] platform::HttpError::Kind endOfTime(const platform::ModelAddress& address,
+                                                  platform::HttpRequest request);
 
 /// A whole reply with its headers.
 [[nodiscard]] std::string reply(int status, std::string_view body, std::string_view moreHeaders = "");
