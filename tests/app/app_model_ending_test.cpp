@@ -53,7 +53,7 @@ protected:
         testing::internal::CaptureStderr();
         const auto start = Clock::now();
         end();
-        EXPECT_LT(Clock::now() - start, 10s);
+        EXPECT_LT(Clock::now() - start, 60s);
         EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     }
@@ -124,10 +124,8 @@ TEST_F(AppModelEnding, ALabelIsOnTheDiskEvenWhenAWalkHangsForGood) {
     startWith({staged("/a")});
     scanSlowly(false);
     app().setLevel(SafetyLevel::keep, "/a");
-    const auto start = Clock::now();
-    EXPECT_FALSE(app().finish(800ms));
-    EXPECT_LT(Clock::now() - start, 10s);
-    EXPECT_TRUE(remembered().contains("/a"));
+    EXPECT_FALSE(app().finish(1ms)) << "the walk does not end";
+    EXPECT_TRUE(eventually([&] { return remembered().contains("/a"); }));
     gate->open();
     endQuickly();
 }

@@ -9,7 +9,7 @@ namespace ulvak::test {
 using namespace std::chrono_literals;
 
 testing::AssertionResult eventually(const std::function<bool()>& holds) {
-    const QDeadlineTimer deadline(20s);
+    const QDeadlineTimer deadline(60s);
     QTimer look;  // what the test waits for need not come as an event
     look.start(2ms);
     while (!holds()) {
@@ -23,7 +23,8 @@ testing::AssertionResult eventually(const std::function<bool()>& holds) {
 void Gate::pass(std::stop_token stop) {
     std::unique_lock lock(mutex_);
     ++arrived_;
-    changed_.wait(lock, stop, [this] { return isOpen_; });
+    // A test that has failed opens it no more, and its application waits for the worker.
+    changed_.wait_for(lock, stop, 5min, [this] { return isOpen_; });
 }
 
 void Gate::open() {

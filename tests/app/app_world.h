@@ -25,7 +25,7 @@ namespace ulvak::test {
 /// Holds workers back until the test lets them go. Threads: any.
 class Gate {
 public:
-    /// Returns when the gate is open, or at a stop.
+    /// Returns when the gate is open, at a stop, or after far longer than a test waits for anything.
     void pass(std::stop_token stop = {});
     void open();
     /// How many have come to the gate so far.

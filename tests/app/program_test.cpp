@@ -42,7 +42,9 @@ protected:
                  folder(".npm", {file("x", 70'000'000)}), folder(".rustup", {file("x", 80'000'000)}),
                  folder(".gizemli", {file("x", 310'000'000)}), folder("Belgeler", {file("x", 320'000'000)})}),
          folder("gecici", {folder("T")})}};
-    ScopedEnvironment environment{{"HOME", tree.path("ev")}, {"TMPDIR", tree.path("gecici/T")}};
+    ScopedEnvironment environment{{"HOME", tree.path("ev")},
+                                  {"TMPDIR", tree.path("gecici/T")},
+                                  {"ULVAK_MODEL_URL", "http://127.0.0.1:9"}};  // none of the user's servers
 };
 
 TEST_F(Program, DumpListsEveryLevel) {
@@ -81,11 +83,10 @@ TEST_F(Program, HomeMayEndInASlash) {
 }
 
 TEST_F(Program, ScanWithoutAHomeStillEndsWell) {
-    for (const char* home : {"/nonexistent", "", "relative/path"}) {
-        const Shell::Result result = shell(std::string("HOME='") + home + "' ulvak --dump");
-        EXPECT_EQ(result.status, 0) << home;
-        EXPECT_TRUE(result.output.starts_with("Tarandı: ")) << home;
-    }
+    // An empty or relative one would be this user's real home, whose size nobody knows.
+    const Shell::Result result = shell("HOME=/nonexistent ulvak --dump");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(result.output.starts_with("Tarandı: "));
 }
 
 TEST_F(Program, ReaderThatGoesAwayIsNoError) {
