@@ -4,7 +4,7 @@
 root=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.." && pwd)
 
 cores() {
-    getconf _NPROCESSORS_ONLN
+    nproc 2>/dev/null || getconf _NPROCESSORS_ONLN
 }
 
 on_macos() {
