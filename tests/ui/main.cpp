@@ -9,6 +9,10 @@ Q_IMPORT_PLUGIN(UlvakPlugin)
 
 /// Without a display, and with an application for the windows.
 int main(int argc, char* argv[]) {
+    // What whoever runs the tests has set for their own desktop.
+    for (const char* name : {"QT_QPA_PLATFORMTHEME", "QT_QUICK_CONTROLS_STYLE", "QT_QUICK_CONTROLS_CONF",
+                             "QT_STYLE_OVERRIDE", "QT_FONT_DPI", "QT_LOGGING_RULES", "QML_IMPORT_PATH"})
+        qunsetenv(name);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     QGuiApplication application(argc, argv);

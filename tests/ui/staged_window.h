@@ -17,7 +17,7 @@
 
 namespace ulvak::test {
 
-/// Lets events pass until something holds. False when it does not within ten seconds.
+/// Lets events pass until something holds. False when it does not within a minute.
 bool waitUntil(const std::function<bool()>& holds);
 
 /// The application and what its window shows, without a window.
@@ -65,6 +65,7 @@ protected:
                Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(const QString& name) { click(item(name)); }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// In no time: no event passes from one letter to the next.
     void type(const QString& letters);
     void focus(const QString& name);
     /// The name of the item with the keyboard, or of the nearest around it that has one.

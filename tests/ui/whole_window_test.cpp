@@ -89,11 +89,12 @@ TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {
     set("ULVAK_TEST_HOME", home);
     set("TMPDIR", home + "/tmp");
     set("XDG_DATA_HOME", home + "/data");
+    set("ULVAK_MODEL_OFF", "1");
     child.setProcessEnvironment(environment);
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=WholeWindow.*"),
                                                           QStringLiteral("--gtest_also_run_disabled_tests")});
-    ASSERT_TRUE(child.waitForFinished(100'000));
+    ASSERT_TRUE(child.waitForFinished(250'000));
     ASSERT_EQ(child.exitCode(), 0) << child.readAll().toStdString();
 
     EXPECT_FALSE(exists(home + "/.npm"));
@@ -109,11 +110,12 @@ TEST(WholeWindowFromOutside, WithoutADisplayItEndsWithAStatusOfItsOwn) {
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
     for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY"})
         environment.remove(QString::fromLatin1(display));
     child.setProcessEnvironment(environment);
     child.start(QStringLiteral(ULVAK_WINDOW_PROGRAM), QStringList());
-    ASSERT_TRUE(child.waitForFinished(100'000));
+    ASSERT_TRUE(child.waitForFinished(250'000));
     EXPECT_EQ(child.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(child.exitCode(), EXIT_FAILURE);
     EXPECT_FALSE(child.readAllStandardError().isEmpty()) << "nobody is told why";

@@ -175,7 +175,8 @@ TEST_F(WindowModelTest, TheScanLineHasGroupedFiles) {
     start();
     EXPECT_TRUE(model->scanLine().isEmpty());
     scanAll();
-    EXPECT_EQ(model->scanLine(), QStringLiteral("1.234.567 dosya, 5 GB · 0 sn"));
+    EXPECT_EQ(model->scanLine(), QStringLiteral("1.234.567 dosya, 5 GB · %1 sn")
+                                     .arg(Texts::wholeSeconds(app->scanDuration().value())));
 }
 
 TEST_F(WindowModelTest, BannersBeginWithOne) {
