@@ -65,7 +65,7 @@ function(ulvak_test folder)
   # The toolkit's code is compiled with other flags.
   if(arg_OWN_MAIN)
     ulvak_precompile_test_headers(${program} <QtTest>)
-  else()
+  elseif(TARGET ulvak_test_headers)
     target_precompile_headers(${program} REUSE_FROM ulvak_test_headers)
   endif()
   gtest_discover_tests(${program}
