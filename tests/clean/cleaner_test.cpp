@@ -49,6 +49,16 @@ TEST(Cleaner, MovesAFolderToTheTrash) {
     });
 }
 
+TEST(Cleaner, SaysWhatMayBeRemovedInTheUsersOwnFolders) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        EXPECT_TRUE(Cleaner::isAllowed(tree.path("home/one")));
+        EXPECT_TRUE(Cleaner::isAllowed(tree.path("home/Documents/x")));
+        for (const char* place : {"home", "home/Documents", "home/one/../../home", "elsewhere"})
+            EXPECT_FALSE(Cleaner::isAllowed(tree.path(place))) << place;
+    });
+}
+
 TEST(Cleaner, AFindingWhoseLastItemIsProtectedRemovesNothing) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {

@@ -306,6 +306,22 @@ TEST(Faults, AReadOnlyDiskKeepsEverything) {
     });
 }
 
+TEST(Faults, WithoutAListOfWhatIsMountedNothingGoes) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    forEachMode([&](CleanMode mode) {
+        const TempTree tree(threeItems(folder("second")));
+        withPrivateMounts([&] {
+            const AtHome environment(tree);
+            ASSERT_TRUE(mountMemory("/proc"));
+            const auto freed = Cleaner::clean(three(tree, "second"), mode);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::io_error);
+            EXPECT_TRUE(exists(tree.path("home/items/first/a")));
+        });
+    });
+}
+
 TEST(Faults, ADiskThatFailsIsPassedOn) {
     forEachMode([&](CleanMode mode) {
         const TempTree tree(threeItems(folder("second", {textFile("b", "b")})));
