@@ -44,10 +44,6 @@ endfunction()
 function(ulvak_test_code target)
   ulvak_common(${target})
   target_compile_options(${target} PRIVATE -O0)
-  # A bad pointer in a test's own code shows by itself; to look for one at each use doubles the time of compiling it.
-  if(ULVAK_SANITIZE MATCHES undefined)
-    target_compile_options(${target} PRIVATE -fno-sanitize=null,alignment,object-size,vptr)
-  endif()
 endfunction()
 
 # ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>...): the binary

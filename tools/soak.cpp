@@ -34,7 +34,7 @@
 #include "core/paths.h"
 
 // Of the address sanitizer, whose headers do not come with every compiler that has it.
-// NOLINTNEXTLINE: its own name
+// NOLINTNEXTLINE(clang-diagnostic-*, readability-identifier-naming): its own name
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace ulvak {

@@ -14,7 +14,7 @@
 #ifdef ULVAK_COVERAGE
 /// Of the compiler, which counts the lines that are reached at the end of a process. A child ends without
 /// one.
-extern "C" void __gcov_dump();  // NOLINT: its own name
+extern "C" void __gcov_dump();  // NOLINT(clang-diagnostic-*): its own name
 #endif
 
 namespace ulvak::test {

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <functional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "clean/clean_support.h"
@@ -187,22 +188,37 @@ TEST(Faults, AFileThatNobodyMayChange) {
     });
 }
 
-TEST(Faults, AMountPointIsBusyBeforeAnythingIsTouched) {
-    if (const auto reason = whyNoPrivateMounts())
-        GTEST_SKIP() << *reason;
+/// Has three items cleaned, in either mode, where `mount` has changed what is mounted: that must fail, and
+/// `judge` how, before the first is touched.
+void expectAllToStay(const std::function<void(const TempTree&)>& mount,
+                     const std::function<void(const TempTree&, std::error_code, CleanMode)>& judge) {
     forEachMode([&](CleanMode mode) {
         const TempTree tree(threeItems(folder("second")));
         withPrivateMounts([&] {
             const AtHome environment(tree);
-            ASSERT_TRUE(mountMemory(tree.path("home/items/second")));
-            std::ofstream(tree.path("home/items/second/precious")) << "p";
+            mount(tree);
+            if (testing::Test::HasFatalFailure())
+                return;
             const auto freed = Cleaner::clean(three(tree, "second"), mode);
             ASSERT_FALSE(freed);
-            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::device_or_resource_busy);
+            judge(tree, std::get<platform::FileError>(freed.error()).code, mode);
             EXPECT_TRUE(exists(tree.path("home/items/first/a"))) << "all items are judged first";
-            EXPECT_TRUE(exists(tree.path("home/items/second/precious")));
         });
     });
+}
+
+TEST(Faults, AMountPointIsBusyBeforeAnythingIsTouched) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    expectAllToStay(
+        [](const TempTree& tree) {
+            ASSERT_TRUE(mountMemory(tree.path("home/items/second")));
+            std::ofstream(tree.path("home/items/second/precious")) << "p";
+        },
+        [](const TempTree& tree, std::error_code code, CleanMode) {
+            EXPECT_EQ(code, std::errc::device_or_resource_busy);
+            EXPECT_TRUE(exists(tree.path("home/items/second/precious")));
+        });
 }
 
 TEST(Faults, AVolumeThatIsMountedDuringTheRemovalIsNotEntered) {
@@ -284,42 +300,29 @@ TEST(Faults, AFullDiskDoesNotKeepFromRemovingForGood) {
 TEST(Faults, AReadOnlyDiskKeepsEverything) {
     if (const auto reason = whyNoPrivateMounts())
         GTEST_SKIP() << *reason;
-    forEachMode([&](CleanMode mode) {
-        const TempTree tree(threeItems(folder("second")));
-        withPrivateMounts([&] {
-            const AtHome environment(tree);
-            ASSERT_TRUE(mountAgain(tree.path("home"), tree.path("home")));
+    expectAllToStay(
+        [](const TempTree& tree) {
+            const std::string home = tree.path("home");
+            ASSERT_TRUE(mountAgain(home, home));
             struct statvfs volume{};
-            ASSERT_EQ(::statvfs(tree.path("home").c_str(), &volume), 0);
+            ASSERT_EQ(::statvfs(home.c_str(), &volume), 0);
             // Who is not root may not take these away from a mount. They have the same values here and there.
             const unsigned long kept = volume.f_flag & (ST_NOSUID | ST_NODEV | ST_NOEXEC);
-            ASSERT_EQ(::mount(nullptr, tree.path("home").c_str(), nullptr,
-                              MS_REMOUNT | MS_BIND | MS_RDONLY | kept, nullptr),
-                      0);
-            const auto freed = Cleaner::clean(three(tree, "second"), mode);
-            ASSERT_FALSE(freed);
-            const auto& error = std::get<platform::FileError>(freed.error());
-            EXPECT_TRUE(error.code == std::errc::read_only_file_system || mode == CleanMode::trash)
-                << error.code.message();
-            EXPECT_TRUE(exists(tree.path("home/items/first/a")));
+            ASSERT_EQ(
+                ::mount(nullptr, home.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY | kept, nullptr), 0);
+        },
+        [](const TempTree&, std::error_code code, CleanMode mode) {
+            EXPECT_TRUE(code == std::errc::read_only_file_system || mode == CleanMode::trash)
+                << code.message();
         });
-    });
 }
 
 TEST(Faults, WithoutAListOfWhatIsMountedNothingGoes) {
     if (const auto reason = whyNoPrivateMounts())
         GTEST_SKIP() << *reason;
-    forEachMode([&](CleanMode mode) {
-        const TempTree tree(threeItems(folder("second")));
-        withPrivateMounts([&] {
-            const AtHome environment(tree);
-            ASSERT_TRUE(mountMemory("/proc"));
-            const auto freed = Cleaner::clean(three(tree, "second"), mode);
-            ASSERT_FALSE(freed);
-            EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::io_error);
-            EXPECT_TRUE(exists(tree.path("home/items/first/a")));
-        });
-    });
+    expectAllToStay(
+        [](const TempTree&) { ASSERT_TRUE(mountMemory("/proc")); },
+        [](const TempTree&, std::error_code code, CleanMode) { EXPECT_EQ(code, std::errc::io_error); });
 }
 
 TEST(Faults, ADiskThatFailsIsPassedOn) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <future>
 #include <mutex>
@@ -21,7 +22,9 @@ using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Le;
 using testing::Not;
+using testing::SizeIs;
 
 constexpr const char* busName = "org.freedesktop.FileManager1";
 constexpr const char* objectPath = "/org/freedesktop/FileManager1";
@@ -142,12 +145,13 @@ TEST_F(FileBrowser, ShowsAllItemsInOneRequest) {
     withFileBrowser([](const NotingFileBrowser& browser) {
         const std::vector<std::string> paths = {"/ev/a b", "/ev/Çöp#1?", "/ev/\xff%41"};
         // Where the machine stalls, an answer comes too late, and the user asks again.
-        for (int tries = 0; tries < 5 && browser.requests().empty(); ++tries)
+        std::size_t asked = 0;
+        for (; asked < 5 && browser.requests().empty(); ++asked)
             revealInFileBrowser(paths);
-        EXPECT_THAT(
-            browser.requests(),
-            AllOf(Not(IsEmpty()), Each(ElementsAre("file:///ev/a%20b", "file:///ev/%C3%87%C3%B6p%231%3F",
-                                                   "file:///ev/%FF%2541"))));
+        EXPECT_THAT(browser.requests(),
+                    AllOf(Not(IsEmpty()), SizeIs(Le(asked)),
+                          Each(ElementsAre("file:///ev/a%20b", "file:///ev/%C3%87%C3%B6p%231%3F",
+                                           "file:///ev/%FF%2541"))));
     });
 }
 
