@@ -5,6 +5,7 @@
 
 #include "ai/fact_text.h"
 #include "core/json_integer.h"
+#include "core/text.h"
 
 namespace ulvak {
 namespace {
@@ -79,7 +80,10 @@ std::expected<std::string, UnusableAnswer> text(const Json& json, const char* ke
     const auto found = json.find(key);
     if (found == json.end() || !found->is_string())
         return unusable(std::string("\"") + key + "\" alanı yok ya da metin değil");
-    return FactText::answer(found->get_ref<const std::string&>(), longest);
+    std::string line = FactText::answer(found->get_ref<const std::string&>(), longest);
+    if (isBlank(line))
+        return unusable(std::string("\"") + key + "\" alanı boş");
+    return line;
 }
 
 }  // namespace

@@ -48,7 +48,8 @@ struct UnusableAnswer {
     std::string text;  ///< for people, on one line; Turkish, but for an unknown level
 };
 
-/// Reads the four properties by name; others are ignored. Nothing about `json` is trusted.
+/// Reads the four properties by name; others are ignored. Nothing about `json` is trusted:
+/// a title or a reason in which nothing can be read is none.
 [[nodiscard]] std::expected<AIVerdict, UnusableAnswer> aiVerdictFromJson(std::string_view json);
 
 }  // namespace ulvak

@@ -86,6 +86,17 @@ std::string plainLetters(std::string_view text) {
     return encoded(lettersOf(U_FAILURE(error) != 0 ? letters : folded));
 }
 
+bool isBlank(std::string_view text) {
+    const icu::UnicodeString read = decoded(text);
+    for (std::int32_t i = 0; i < read.length(); i = read.moveIndex32(i, 1)) {
+        const UChar32 c = read.char32At(i);
+        if (c != replacement && u_isgraph(c) != 0 &&
+            u_hasBinaryProperty(c, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) == 0)
+            return false;
+    }
+    return true;
+}
+
 std::string paddedOrCut(std::string_view text, std::size_t count) {
     using platform::isContinuation;
     std::size_t characters = 0;

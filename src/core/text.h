@@ -25,6 +25,9 @@ namespace ulvak {
 /// spaced out or dressed up. Takes time in proportion to the length.
 [[nodiscard]] std::string plainLetters(std::string_view text);
 
+/// Whether nothing of `text` can be seen: blanks, characters without a glyph, and what is not UTF-8.
+[[nodiscard]] bool isBlank(std::string_view text);
+
 /// The first `count` characters of valid UTF-8, filled up with blanks on the right.
 [[nodiscard]] std::string paddedOrCut(std::string_view text, std::size_t count);
 
