@@ -1,6 +1,6 @@
 // Measures whole processes over the same trees, in turn, and prints how the scan and the removal compare.
 //
-//     ulvak_compare --dir FOLDER [--files N] [--folders N] [--runs N] [--only NAME]... [--large]
+//     ulvak_compare --dir FOLDER [--files N] [--folders N] [--runs N] [--only NAME]... [--large] [--cold]
 //
 // The ratios are taken pair by pair within each round, so that a slow minute of the machine weighs on
 // both sides. The trees stay in FOLDER for the next time.
@@ -37,6 +37,9 @@ namespace fs = std::filesystem;
 constexpr double mostOfDu = 0.55;
 constexpr double mostOfGdu = 0.45;
 constexpr double mostOfFloor = 1.10;
+constexpr double mostOfDuCold = 0.35;
+constexpr double mostOfOthersCold = 0.45;
+constexpr double mostOfDuInOneFolder = 0.60;
 constexpr double mostOfRm = 1.10;
 constexpr double mostMemory = 48;  // MiB
 constexpr double mostMemoryGrowth = 1.10;
@@ -45,6 +48,7 @@ constexpr double mostOtherLoad = 5;   // percent
 constexpr std::size_t emptyHomeRuns = 21;
 constexpr std::size_t largeRuns = 3;
 constexpr std::size_t largeFactor = 5;
+constexpr std::size_t filesInOneFolder = 600'000;
 constexpr std::size_t removalShare = 4;  // of the files and folders that are scanned, a fourth is removed
 
 struct Options {
@@ -54,7 +58,7 @@ struct Options {
     std::size_t files = 400'000;
     std::size_t folders = 35'000;
     std::size_t runs = 9;
-    std::vector<std::string> only;  ///< empty: everything but "large"
+    std::vector<std::string> only;  ///< empty: everything but "large" and "cold"
 };
 
 /// One process from start to end.
@@ -220,12 +224,28 @@ void printTarget(const char* what, double measured, double most, const char* uni
                 measured <= most ? "ok" : "OVER");
 }
 
-std::string findProgram(const std::string& name) {
+/// Empty when it is not installed.
+std::string installed(const std::string& name) {
     for (const char* folder : {"/usr/bin/", "/bin/", "/usr/local/bin/"}) {
         if (::access((folder + name).c_str(), X_OK) == 0)
             return folder + name;
     }
-    failWith(name + " is not installed");
+    return {};
+}
+
+std::string findProgram(const std::string& name) {
+    std::string path = installed(name);
+    if (path.empty())
+        failWith(name + " is not installed");
+    return path;
+}
+
+/// Makes the kernel forget what it has read of any disk.
+void dropCaches() {
+    ::sync();
+    std::ofstream file("/proc/sys/vm/drop_caches");
+    if (!(file << "3\n" << std::flush))
+        failWith("dropping the caches takes root");
 }
 
 std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more) {
@@ -308,7 +328,22 @@ public:
     void shape(const std::string& shape) const {
         const fs::path tree = trees_.make(shape + "-" + std::to_string(options_.files), options_.files,
                                           options_.folders, shape, 1);
-        compare(shape, {tree.string()}, tree, dump(tree, noTemp()));
+        compare({.title = shape}, {tree.string()}, tree, dump(tree, noTemp()));
+    }
+
+    /// Everything has to come from the disk.
+    void cold() const {
+        const fs::path tree = trees_.make("spread-" + std::to_string(options_.files), options_.files,
+                                          options_.folders, "spread", 1);
+        compare({.title = "cold", .ofDu = mostOfDuCold, .ofOthers = mostOfOthersCold, .prepare = dropCaches},
+                {tree.string()}, tree, dump(tree, noTemp()));
+    }
+
+    /// One worker's folder, unless several share it.
+    void oneFolder() const {
+        const fs::path tree = trees_.make("one-folder", filesInOneFolder, 1, "spread", 1);
+        compare({.title = "one folder", .files = filesInOneFolder, .folders = 1, .ofDu = mostOfDuInOneFolder},
+                {tree.string()}, tree, dump(tree, noTemp()));
     }
 
     /// The tree in three parts: the home, the temporary folder and the cache beside it. The other roots
@@ -323,7 +358,7 @@ public:
                                 .make(base + name, options_.files / names.size(),
                                       options_.folders / names.size(), "spread", 2 + parts.size())
                                 .string());
-        compare("many roots", parts, options_.dir / base, dump(parts[0], parts[1]));
+        compare({.title = "many roots"}, parts, options_.dir / base, dump(parts[0], parts[1]));
     }
 
     void emptyHome() const {
@@ -381,26 +416,45 @@ public:
     }
 
 private:
-    void compare(const std::string& title, const std::vector<std::string>& parts, const fs::path& whole,
+    struct Case {
+        std::string title;
+        std::size_t files = 0;    ///< 0: as many as the options say
+        std::size_t folders = 0;  ///< as well
+        double ofDu = mostOfDu;
+        double ofOthers = mostOfGdu;
+        std::function<void()> prepare;
+    };
+
+    void compare(const Case& what, const std::vector<std::string>& parts, const fs::path& whole,
                  const Program& ulvak) const {
         const std::vector<std::string> plain = {"HOME=" + (options_.dir / "empty/home").string()};
         const std::string floor = (options_.programs / "ulvak_floor").string();
-        const std::vector<Program> programs = {
+        std::vector<Program> programs = {
             ulvak,
+            {.name = "floor", .command = joined({floor}, parts), .environment = plain},
             {.name = "du -s", .command = joined({findProgram("du"), "-s"}, parts), .environment = plain},
-            {.name = "gdu -n", .command = {findProgram("gdu"), "-n", whole.string()}, .environment = plain},
-            {.name = "floor", .command = joined({floor}, parts), .environment = plain}};
+            {.name = "gdu -n", .command = {findProgram("gdu"), "-n", whole.string()}, .environment = plain}};
+        // Not every Debian has it.
+        if (const std::string dust = installed("dust"); !dust.empty())
+            programs.push_back({.name = "dust", .command = joined({dust}, parts), .environment = plain});
+        for (Program& program : programs)
+            program.prepare = what.prepare;
         const std::vector<Runs> results = measureInTurn(programs, options_.runs);
 
-        std::printf("\n%s: %zu files in %zu folders, %zu runs each\n", title.c_str(), options_.files,
-                    options_.folders, options_.runs);
+        std::printf("\n%s: %zu files in %zu folders, %zu runs each\n", what.title.c_str(),
+                    what.files != 0 ? what.files : options_.files,
+                    what.folders != 0 ? what.folders : options_.folders, options_.runs);
         std::printf("  %-6s %11s %11s %11s %11s\n", "", "wall ms", "least ms", "cpu ms", "peak MiB");
         for (std::size_t index = 0; index < programs.size(); ++index)
             printRuns(programs[index].name, results[index]);
         printTargetsHead();
-        printTarget("wall against du -s", wallRatio(results[0], results[1]), mostOfDu, "");
-        printTarget("wall against gdu -n", wallRatio(results[0], results[2]), mostOfGdu, "");
-        printTarget("wall against the floor", wallRatio(results[0], results[3]), mostOfFloor, "");
+        // What is read from the disk is as fast as the disk: the floor says nothing then.
+        if (!what.prepare)
+            printTarget("wall against the floor", wallRatio(results[0], results[1]), mostOfFloor, "");
+        printTarget("wall against du -s", wallRatio(results[0], results[2]), what.ofDu, "");
+        for (std::size_t index = 3; index < programs.size(); ++index)
+            printTarget(("wall against " + programs[index].name).c_str(),
+                        wallRatio(results[0], results[index]), what.ofOthers, "");
         printTarget("peak memory", std::ranges::max(column(results[0], &Run::memory)), mostMemory, "MiB");
         std::fflush(stdout);
     }
@@ -435,10 +489,10 @@ std::size_t count(const std::string& name, const std::string& value) {
 }
 
 void addOnly(Options& options, const std::string& name) {
-    constexpr std::array<std::string_view, 6> known = {"spread",     "deep",    "many-roots",
-                                                       "empty-home", "removal", "large"};
+    constexpr std::array<std::string_view, 8> known = {"spread",     "deep",    "one-folder", "many-roots",
+                                                       "empty-home", "removal", "large",      "cold"};
     if (std::ranges::find(known, name) == known.end())
-        failWith("--only takes spread, deep, many-roots, empty-home, removal or large");
+        failWith("--only takes spread, deep, one-folder, many-roots, empty-home, removal, large or cold");
     options.only.push_back(name);
 }
 
@@ -463,10 +517,10 @@ Options parse(const std::vector<std::string>& arguments) {
     Options options;
     options.programs = fs::read_symlink("/proc/self/exe").parent_path();
     options.ulvak = options.programs.parent_path() / "src/ulvak";
-    bool large = false;
+    std::vector<std::string> besides;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
-        if (arguments[index] == "--large") {
-            large = true;
+        if (arguments[index] == "--large" || arguments[index] == "--cold") {
+            besides.push_back(arguments[index].substr(2));
             continue;
         }
         if (index + 1 == arguments.size())
@@ -477,9 +531,8 @@ Options parse(const std::vector<std::string>& arguments) {
     if (options.dir.empty())
         failWith("--dir is missing");
     if (options.only.empty())
-        options.only = {"spread", "deep", "many-roots", "empty-home", "removal"};
-    if (large)
-        options.only.emplace_back("large");
+        options.only = {"spread", "deep", "one-folder", "many-roots", "empty-home", "removal"};
+    std::ranges::move(besides, std::back_inserter(options.only));
     return options;
 }
 
@@ -496,6 +549,10 @@ void runAll(const Options& options) {
             comparison.removal();
         else if (name == "large")
             comparison.large();
+        else if (name == "cold")
+            comparison.cold();
+        else if (name == "one-folder")
+            comparison.oneFolder();
         else
             comparison.shape(name);
     }

@@ -128,7 +128,8 @@ TEST(AIVerdict, AnswersWithoutATitleOrAReasonToReadFail) {
     for (const char* blank : {R"("")", R"(" ")", R"("\t\n")", R"("\u00a0\u3000")", R"("\u200b\u2060\ufeff")",
                               R"("\u3164")", R"("\u0000\u202e")"}) {
         EXPECT_TRUE(errorOf(answer(R"("safe")", "85", blank)).contains("\"title\" alanı boş")) << blank;
-        EXPECT_TRUE(errorOf(answer(R"("safe")", "85", "\"t\"", blank)).contains("\"reason\" alanı boş")) << blank;
+        EXPECT_TRUE(errorOf(answer(R"("safe")", "85", "\"t\"", blank)).contains("\"reason\" alanı boş"))
+            << blank;
     }
     EXPECT_EQ(errorOf(answer(R"("safe")", "85", R"("\u200b7")", R"("—")")), "no error");
 }
