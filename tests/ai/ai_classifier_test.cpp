@@ -45,16 +45,29 @@ std::size_t characters(std::string_view text) {
         std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
-TEST(AIClassifier, FixedInstructionsAre1088Characters) {
-    const std::string instructions = AIClassifier::request("", Language::turkish).instructions;
-    const std::string_view tail = R"(Turkish. Address the user as "sen" when writing Turkish.)";
-    ASSERT_TRUE(instructions.ends_with(tail));
-    const std::string fixed = instructions.substr(0, instructions.size() - tail.size());
-    EXPECT_EQ(characters(fixed), 1088U);
-    EXPECT_TRUE(fixed.starts_with(
-        "You are a macOS storage expert helping a user who is running out of disk space. "));
-    EXPECT_TRUE(fixed.ends_with("\n- Write the title and the reason in "));
-    EXPECT_EQ(std::ranges::count(fixed, '\n'), 14);
+/// Written down again on purpose: a word that changes its place changes what the model is told.
+constexpr std::string_view expectedInstructions =
+    R"(You are a macOS storage expert helping a user who is running out of disk space. You receive facts about ONE folder or file. Decide what happens if it is deleted.
+
+Levels:
+- safe: nothing of value is lost (temporary files, logs, crash reports, leftover recordings).
+- regenerable: an app or tool recreates or re-downloads it automatically (caches, build output, downloaded packages).
+- caution: deletable, but the user loses something real (settings, history, databases, backups, installed programs, large downloads).
+- keep: the user's own documents, source code, the only copy of something, or data an app needs to run.
+
+Rules:
+- Base your answer only on the given facts and hints. Never mention things that are not in the facts.
+- Databases (.sqlite, .db), chat or session history and settings are caution, not regenerable.
+- A backup copy is caution: the original stays, but the backup is lost.
+- Being a developer only makes benchmark, trace, build and test output regenerable, not other data.
+- If unsure, choose caution and lower the confidence.
+- Write the title and the reason in )";
+
+TEST(AIClassifier, FixedInstructionsAreTheseWordForWord) {
+    EXPECT_EQ(characters(expectedInstructions), 1088U);
+    EXPECT_EQ(
+        AIClassifier::request("", Language::turkish).instructions,
+        std::string(expectedInstructions) + R"(Turkish. Address the user as "sen" when writing Turkish.)");
 }
 
 TEST(AIClassifier, RequestInTurkishAsksForTurkish) {

@@ -266,6 +266,16 @@ TEST(FolderContext, OldCopyBesideItselfAndOlGetsTheGenericHint) {
     EXPECT_THAT(world.build(about), HasSubstr("Hint: the folder name suggests it is a backup or old copy."));
 }
 
+TEST(FolderContext, ThreeLettersOfASiblingAreCountedAsLetters) {
+    const FactWorld world;
+    Finding about = world.finding("şğ-yedek");
+    about.siblings = {{.name = "şğ", .size = 1}};
+    EXPECT_THAT(world.build(about), Not(HasSubstr("sibling folder")));
+    about = world.finding("şğü-yedek");
+    about.siblings = {{.name = "şğü", .size = 1}};
+    EXPECT_THAT(world.build(about), HasSubstr("sibling folder \"şğü\""));
+}
+
 TEST(FolderContext, FirstSiblingThatBeginsTheNameIsTheOriginal) {
     const FactWorld world;
     Finding about = world.finding("proje-Yedek");
@@ -353,6 +363,9 @@ TEST(FolderContext, InstalledAppIsRecognisedByItsName) {
         {"vscode.app", "vs", false},
         {".app", "Editor", false},
         {"İstanbul.app", "İSTANBUL", true},
+        {"şğ.app", "şğ", false},
+        {"şğü.app", "şğüler", false},
+        {"şğüö.app", "şğüöler", true},
     };
     for (const auto& [app, owner, matches] : rows) {
         const FactWorld world({}, {folder(app)});
@@ -410,6 +423,16 @@ TEST(FolderContext, EveryMarkerMakesASourceFolder) {
     }
 }
 
+TEST(FolderContext, OfTheEightPlacesTheEarlierOneWins) {
+    const std::vector<std::string> places = {"projects", "Developer", "code",  "src",
+                                             "dev",      "GitHub",    "repos", "Desktop"};
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        const FactWorld world({folder(places[i], {folder("editor", {file("go.mod")})}),
+                               folder(places[i - 1], {folder("editor", {file("go.mod")})})});
+        EXPECT_THAT(world.build(world.finding(".editor")), HasSubstr("at ~/" + places[i - 1] + "/editor. "));
+    }
+}
+
 TEST(FolderContext, EarlierPlaceWinsAndOneWithoutMarkerIsPassedOver) {
     const FactWorld world({folder("projects", {folder("editor", {file("notes")})}),
                            folder("repos", {folder("editor", {file("go.mod")})}),
@@ -430,6 +453,11 @@ TEST(FolderContext, ExcerptsAreOfSmallTextFilesOfTheFolderItself) {
     const FactWorld world({folder("a", {textFile("x.cpp", "x"), textFile("txt", "x"), textFile(".json", "x"),
                                         folder("b", {textFile("c.txt", "x")})})});
     EXPECT_THAT(world.build(world.finding("a")), Not(HasSubstr("Small text files inside:")));
+}
+
+TEST(FolderContext, HiddenFilesAreExcerptedAsWell) {
+    const FactWorld world({folder("a", {textFile(".ayarlar.json", "{}")})});
+    EXPECT_EQ(lineAfter(world.build(world.finding("a")), "- .ayarlar.json: "), "{}");
 }
 
 TEST(FolderContext, FileOf200000BytesIsNotExcerptedNorIsAnEmptyOne) {
