@@ -83,6 +83,11 @@ TEST(Dump, ASumThatOverflowsEndsTheProgram) {
     EXPECT_DEATH((void)listing(tooMuch), "");
 }
 
+TEST(Dump, AFindingWithoutAUrlEndsTheProgram) {
+    const auto list = []() noexcept { (void)listing({Finding{.level = SafetyLevel::safe, .title = "hiç"}}); };
+    EXPECT_DEATH(list(), "");
+}
+
 TEST(Dump, PathIsThatOfTheFirstMember) {
     Finding group = finding(SafetyLevel::safe, 1'000'000, "Kayıtlar (2 öğe)", "/tmp/t/a");
     group.urls = {"/tmp/t/a", "/tmp/t/b"};
