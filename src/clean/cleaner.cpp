@@ -9,14 +9,12 @@
 #include <set>
 #include <utility>
 
+#include "clean/surroundings.h"
 #include "core/paths.h"
 #include "core/text.h"
-#include "platform/files.h"
-#include "platform/guarded_folders.h"
 #include "platform/removal.h"
 #include "platform/running_applications.h"
 #include "platform/trash.h"
-#include "platform/volume.h"
 
 namespace ulvak::Cleaner {
 namespace {
@@ -51,114 +49,15 @@ std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
     return std::move(*folder);
 }
 
-/// Folders that must stay, by every path that leads to them and by their numbers on the disk: a link, letter
-/// case that the file system does not tell apart, or a second mount can give any of them another path.
-class KeptFolders {
-public:
-    void add(const std::string& path) {
-        paths_.push_back(path);
-        const auto real = platform::resolvedPath(path);
-        if (!real)
-            return;
-        paths_.push_back(*real);
-        if (const auto info = platform::fileInfo(*real))
-            numbers_.insert(info->volumeAndNumber);
-    }
-
-    /// Whether one of them is the item at `path`, or lies in it.
-    [[nodiscard]] bool areWithin(std::string_view path) const {
-        return std::ranges::any_of(paths_,
-                                   [&](const std::string& kept) { return Paths::isWithin(kept, path); });
-    }
-
-    /// Whether the item at `path` is one of them, or lies in one.
-    [[nodiscard]] bool hold(std::string_view path) const {
-        return std::ranges::any_of(paths_,
-                                   [&](const std::string& kept) { return Paths::isWithin(path, kept); });
-    }
-
-    [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
-    [[nodiscard]] const std::set<platform::FileNumber>& numbers() const { return numbers_; }
-
-private:
-    std::vector<std::string> paths_;
-    std::set<platform::FileNumber> numbers_;
+/// An item as it was judged.
+struct Judged {
+    CleanPlace place;
+    /// Nothing where nothing was: what comes to lie there later was never judged.
+    std::optional<platform::ItemIdentity> identity;
 };
 
-/// What the disk and the system know of places that must stay, beyond the text of a path.
-class Surroundings {
-public:
-    Surroundings() : mountPoints_(platform::mountPoints()) {
-        const platform::GuardedFolders guarded = platform::guardedFolders(Paths::home());
-        for (const std::string& path : rails().protectedPaths())
-            kept_.add(path);
-        for (const std::string& path : guarded.themselves)
-            kept_.add(path);
-        for (const std::string& prefix : rails().forbiddenPrefixes())
-            closed_.add(prefix.substr(0, prefix.size() - 1));
-        for (const std::string& path : guarded.withContents)
-            closed_.add(path);
-        for (const KeptFolders* folders : {&kept_, &closed_}) {
-            for (const std::string& path : folders->paths())
-                addNumbers(path);
-        }
-    }
-
-    /// Why an item that the guard rails let pass must stay all the same.
-    [[nodiscard]] std::optional<CleanFailure> objection(const CleanPlace& place, std::string_view url) const {
-        const std::string path = place.path();
-        if (mountPoints_.empty())
-            return fileError(EIO, path);  // "/" is always one: what lies inside the item cannot be told
-        // No link is followed below the anchor, so this is where the item really is.
-        const std::string real =
-            Paths::join(platform::resolvedPath(place.anchor).value_or(place.anchor), place.relative);
-        if (isRefused(path) || isRefused(real) || isRefusedByNumber(place))
-            return CleanError{CleanError::Protected{Paths::display(url)}};
-        const auto isInside = [&](const std::string& point) { return Paths::isWithin(point, real); };
-        const auto mounted = std::ranges::find_if(mountPoints_, isInside);
-        if (mounted != mountPoints_.end())
-            return fileError(EBUSY, *mounted);
-        return std::nullopt;
-    }
-
-private:
-    /// A folder that must stay keeps all those around it.
-    void addNumbers(const std::string& path) {
-        for (std::string_view around = path; around.starts_with('/');
-             around = around.substr(0, around.rfind('/'))) {
-            if (const auto info = platform::fileInfo(std::string(around)))
-                untouchable_.insert(info->volumeAndNumber);
-        }
-    }
-
-    [[nodiscard]] bool isRefused(std::string_view path) const {
-        return kept_.areWithin(path) || closed_.areWithin(path) || closed_.hold(path);
-    }
-
-    [[nodiscard]] bool isRefusedByNumber(const CleanPlace& place) const {
-        const auto folder = openFolder(place);
-        if (!folder)
-            return false;  // and so nothing can be removed there
-        const auto item = platform::entryNumber(*folder, std::string(place.name()));
-        if (item && untouchable_.contains(*item))
-            return true;
-        const std::string path = place.path();
-        for (std::size_t end = path.rfind('/'); end > 0; end = path.rfind('/', end - 1)) {
-            const auto info = platform::fileInfo(path.substr(0, end));
-            if (info && closed_.numbers().contains(info->volumeAndNumber))
-                return true;
-        }
-        return false;
-    }
-
-    KeptFolders kept_;    ///< what lies in them may go
-    KeptFolders closed_;  ///< nothing in them is removed either
-    std::set<platform::FileNumber> untouchable_;
-    std::vector<std::string> mountPoints_;
-};
-
-/// Where each item is, if none of them must stay.
-std::expected<std::vector<CleanPlace>, CleanFailure> judged(const std::vector<std::string>& urls) {
+/// Where the items are, if the paths alone allow all of them to go.
+std::expected<std::vector<CleanPlace>, CleanFailure> placesOf(const std::vector<std::string>& urls) {
     std::vector<CleanPlace> places;
     for (const std::string& url : urls) {
         auto place = rails().place(url);
@@ -166,42 +65,56 @@ std::expected<std::vector<CleanPlace>, CleanFailure> judged(const std::vector<st
             return std::unexpected(CleanError{CleanError::Protected{Paths::display(url)}});
         places.push_back(std::move(*place));
     }
-    const Surroundings surroundings;
-    for (std::size_t index = 0; index < urls.size(); ++index) {
-        if (auto objection = surroundings.objection(places[index], urls[index]))
-            return std::unexpected(std::move(*objection));
-    }
     return places;
 }
 
-std::expected<void, CleanFailure> removeItem(const CleanPlace& place, const Services& services) {
-    const auto folder = openFolder(place);
-    if (!folder)
-        return std::unexpected(folder.error());
-    auto removed = services.removeEntry(*folder, std::string(place.name()));
-    if (removed)
-        return {};
-    FileError error = std::move(removed.error());
-    error.path = Paths::join(Paths::join(place.anchor, place.folder()), error.path);
-    return std::unexpected(std::move(error));
+/// What each item is, if none of them must stay.
+std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::string>& urls,
+                                                        std::vector<CleanPlace> places,
+                                                        const Surroundings& surroundings) {
+    if (auto objection = surroundings.objection())
+        return std::unexpected(std::move(*objection));
+    std::vector<Judged> items;
+    for (std::size_t index = 0; index < urls.size(); ++index) {
+        CleanPlace& place = places[index];
+        if (auto objection = surroundings.objection(place, urls[index]))
+            return std::unexpected(std::move(*objection));
+        Judged item;
+        // A folder that cannot be opened is no objection: nothing can be removed there either.
+        if (const auto folder = openFolder(place))
+            item.identity = platform::entryIdentity(*folder, std::string(place.name()));
+        if (item.identity) {
+            if (auto objection = surroundings.objection(place, urls[index], item.identity->number))
+                return std::unexpected(std::move(*objection));
+        }
+        item.place = std::move(place);
+        items.push_back(std::move(item));
+    }
+    return items;
 }
 
-/// The Trash takes a path and finds its own way. Looking before and after makes sure that it found ours.
-std::expected<void, CleanFailure> trashItem(const CleanPlace& place, const Services& services) {
+std::expected<void, CleanFailure> removeItem(const Judged& item, CleanMode mode,
+                                             const Surroundings& surroundings, CleanRun& run,
+                                             const Services& services) {
+    const CleanPlace& place = item.place;
     const auto folder = openFolder(place);
     if (!folder)
         return std::unexpected(folder.error());
-    const std::string path = place.path();
+    if (!item.identity)
+        return std::unexpected(fileError(ENOENT, place.path()));
     const std::string name(place.name());
-    const auto item = platform::entryNumber(*folder, name);
-    if (!item)
-        return std::unexpected(fileError(ENOENT, path));
-    if (!folder->isAt(Paths::join(place.anchor, place.folder())))
-        return std::unexpected(fileError(ESTALE, path));
-    if (auto moved = services.moveToTrash(path); !moved)
-        return std::unexpected(std::move(moved.error()));
-    if (platform::entryNumber(*folder, name) == item)
-        return std::unexpected(fileError(ESTALE, path));
+    if (mode == CleanMode::trash) {
+        auto trashed = services.moveToTrash(*folder, name, *item.identity, place.path());
+        if (!trashed)
+            return std::unexpected(std::move(trashed.error()));
+        run.trashed.push_back(std::move(*trashed));
+    } else if (auto removed = services.removeItem(*folder, name, *item.identity, surroundings.untouchable());
+               !removed) {
+        FileError error = std::move(removed.error());
+        error.path = Paths::join(Paths::join(place.anchor, place.folder()), error.path);
+        return std::unexpected(std::move(error));
+    }
+    ++run.done;
     return {};
 }
 
@@ -227,14 +140,24 @@ std::expected<std::int64_t, CleanFailure> deleteSimulator(const std::string& udi
     return size;
 }
 
-std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, CleanMode mode,
+CleanFailure stopped(std::size_t done, std::size_t all) {
+    return failed("Temizlik durduruldu: " + std::to_string(all) + " öğeden " + std::to_string(done) +
+                  " tanesi kaldırıldı, kalanlara dokunulmadı.");
+}
+
+std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, CleanMode mode, CleanRun& run,
                                                       const Services& services) {
-    const auto places = judged(finding.urls);
+    auto places = placesOf(finding.urls);
     if (!places)
-        return std::unexpected(places.error());
-    for (const CleanPlace& place : *places) {
-        auto done = mode == CleanMode::trash ? trashItem(place, services) : removeItem(place, services);
-        if (!done)
+        return std::unexpected(std::move(places.error()));
+    const Surroundings surroundings(rails(), *places);
+    const auto items = judged(finding.urls, std::move(*places), surroundings);
+    if (!items)
+        return std::unexpected(items.error());
+    for (const Judged& item : *items) {
+        if (run.stop.stop_requested())
+            return std::unexpected(stopped(run.done, items->size()));
+        if (auto done = removeItem(item, mode, surroundings, run, services); !done)
             return std::unexpected(std::move(done.error()));
     }
     return finding.size;
@@ -245,6 +168,18 @@ CleanPlace trashPlace() {
     const std::string_view trash = Paths::trash();
     const std::size_t slash = trash.rfind('/');
     return {.anchor = std::string(trash.substr(0, slash)), .relative = std::string(trash.substr(slash + 1))};
+}
+
+/// Why the Trash must stay as it is.
+std::optional<CleanFailure> objectionTo(const CleanPlace& trash) {
+    const Surroundings surroundings(rails(), {&trash, 1});
+    if (auto objection = surroundings.objection())
+        return objection;
+    if (auto objection = surroundings.objection(trash, Paths::trash()))
+        return objection;
+    const auto folder = openFolder(trash);
+    const auto item = folder ? platform::entryIdentity(*folder, std::string(trash.name())) : std::nullopt;
+    return item ? surroundings.objection(trash, Paths::trash(), item->number) : std::nullopt;
 }
 
 std::vector<std::string> namesIn(const std::expected<Directory, std::error_code>& folder) {
@@ -299,7 +234,13 @@ bool emptiedDirectly(const CleanPlace& place, const Services& services) {
 
 const Services& Services::system() {
     static const Services services{
-        .removeEntry = platform::removeEntry,
+        .removeEntry = [](const Directory& parent,
+                          const std::string& name) { return platform::removeEntry(parent, name); },
+        .removeItem =
+            [](const Directory& parent, const std::string& name, const platform::ItemIdentity& item,
+               const std::set<platform::FileNumber>& kept) {
+                return platform::removeEntry(parent, name, item, kept);
+            },
         .moveToTrash = platform::moveToTrash,
         .run = [](const std::string& program,
                   std::span<const std::string> arguments) { return Shell::run(program, arguments); },
@@ -330,20 +271,31 @@ std::vector<std::string> runningApps(std::span<const std::string> among,
     return found;
 }
 
-std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
+std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode, CleanRun& run,
                                                 const Services& services) {
-    if (const auto* simulator = std::get_if<CleanAction::DeleteSimulator>(&finding.action.value))
-        return deleteSimulator(simulator->udid, finding.size, services);
     if (const auto* none = std::get_if<CleanAction::None>(&finding.action.value))
         return std::unexpected(failed(none->reason));
-    return removeFiles(finding, mode, services);
+    const auto* simulator = std::get_if<CleanAction::DeleteSimulator>(&finding.action.value);
+    if (simulator == nullptr)
+        return removeFiles(finding, mode, run, services);
+    if (run.stop.stop_requested())
+        return std::unexpected(stopped(0, 1));
+    auto freed = deleteSimulator(simulator->udid, finding.size, services);
+    run.done += freed ? 1U : 0U;
+    return freed;
+}
+
+std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
+                                                const Services& services) {
+    CleanRun run;
+    return clean(finding, mode, run, services);
 }
 
 std::expected<void, CleanFailure> emptyTrash(const Services& services) {
     const CleanPlace trash = trashPlace();
     if (!trash.anchor.empty() && !trash.relative.empty()) {
         // What must stay would not be safe from the desktop either.
-        if (auto objection = Surroundings().objection(trash, Paths::trash()))
+        if (auto objection = objectionTo(trash))
             return std::unexpected(std::move(*objection));
         if (emptiedDirectly(trash, services))
             return {};

@@ -4,6 +4,8 @@
 #include <sys/mount.h>
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 #include "platform/macos/text.h"
 
@@ -28,7 +30,7 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
     }
 }
 
-std::vector<std::string> mountPoints() {
+std::vector<Mount> mounts() {
     // Others may mount meanwhile: with some room to spare, and again when that was not enough.
     constexpr std::size_t spare = 8;
     std::vector<struct statfs> volumes;
@@ -38,9 +40,23 @@ std::vector<std::string> mountPoints() {
         count =
             ::getfsstat(volumes.data(), static_cast<int>(volumes.size() * sizeof(struct statfs)), MNT_NOWAIT);
     }
+    std::vector<Mount> mounts;
+    for (int i = 0; i < count; ++i) {
+        const struct statfs& volume = volumes[static_cast<std::size_t>(i)];
+        const std::string_view type = volume.f_fstypename;
+        const bool asksOthers =
+            (volume.f_flags & MNT_LOCAL) == 0 || type == "autofs" || type.contains("fuse");
+        mounts.push_back({.path = volume.f_mntonname,
+                          .volume = static_cast<std::uint32_t>(volume.f_fsid.val[0]),
+                          .mayHang = asksOthers && std::string_view(volume.f_mntonname) != "/"});
+    }
+    return mounts;
+}
+
+std::vector<std::string> mountPoints() {
     std::vector<std::string> points;
-    for (int i = 0; i < count; ++i)
-        points.emplace_back(volumes[static_cast<std::size_t>(i)].f_mntonname);
+    for (Mount& mount : mounts())
+        points.push_back(std::move(mount.path));
     return points;
 }
 
