@@ -23,4 +23,14 @@ struct VolumeCapacity {
 /// any thread.
 [[nodiscard]] std::vector<std::string> mountPoints();
 
+struct Volumes {
+    std::vector<std::string> points;  ///< as `mountPoints`
+    /// Whether there are no others that a user keeps files on.
+    bool isAll = true;
+};
+
+/// Those on which nobody waits for more than a disk: no server's and no program's, nor any that lies below one. What
+/// the kernel only shows, and what is kept in memory, is no volume. Read as `mountPoints`.
+[[nodiscard]] Volumes promptVolumes();
+
 }  // namespace ulvak::platform

@@ -2,6 +2,7 @@
 
 #include <sys/statvfs.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <fstream>
@@ -35,13 +36,15 @@ struct Mount {
     int id = 0;
     int parentId = 0;
     std::string path;
+    std::string device;  ///< "MAJOR:MINOR"
+    std::string type;    ///< of the file system
 };
 
 bool isNumber(std::string_view text, int& number) {
     return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
-/// The kernel's table: "36 35 98:0 /root /mount/point options…". Only blanks separate.
+/// The kernel's table: "36 35 98:0 /root /mount/point options… - type source options". Only blanks separate.
 std::vector<Mount> mountTable() {
     std::vector<Mount> mounts;
     std::ifstream table("/proc/self/mountinfo", std::ios::binary);
@@ -54,7 +57,13 @@ std::vector<Mount> mountTable() {
             field = rest.substr(0, blank);
             rest.remove_prefix(blank == std::string_view::npos ? rest.size() : blank + 1);
         }
-        Mount mount{.path = unescaped(fields[4])};
+        constexpr std::string_view dash = "- ";
+        const std::size_t end = rest.starts_with(dash) ? 0 : rest.find(" - ");
+        const std::string_view after =
+            end == std::string_view::npos ? "" : rest.substr(rest.find(dash, end) + dash.size());
+        Mount mount{.path = unescaped(fields[4]),
+                    .device = std::string(fields[2]),
+                    .type = std::string(after.substr(0, after.find(' ')))};
         if (!isNumber(fields[0], mount.id) || !isNumber(fields[1], mount.parentId))
             return {};  // a table that cannot be understood is none
         if (mount.path.starts_with('/'))
@@ -96,6 +105,47 @@ bool isCovered(const Mount& mount, const MountsByPath& byPath, const MountsById&
     return false;
 }
 
+/// Mounts whose place no other has taken.
+std::vector<Mount> uncoveredMounts() {
+    std::vector<Mount> mounts = mountTable();
+    MountsByPath byPath;
+    MountsById byId;
+    for (const Mount& mount : mounts) {
+        byPath[mount.path].push_back(&mount);
+        byId[mount.id] = &mount;
+    }
+    std::vector<Mount> result;
+    for (const Mount& mount : mounts) {
+        if (!isCovered(mount, byPath, byId))
+            result.push_back(mount);
+    }
+    return result;
+}
+
+enum class Backing : std::uint8_t { none, disk, other };
+
+/// What stands behind a file system. One that is on a disk has the disk's number, but for a few that have numbers of
+/// their own; others with a number of their own are servers', or hold nothing that lasts.
+Backing backingOf(const Mount& mount) {
+    constexpr std::array<std::string_view, 4> ownNumbers = {"btrfs", "zfs", "bcachefs", "overlay"};
+    constexpr std::array<std::string_view, 10> servers = {"nfs",  "nfs4",      "cifs",  "smb3", "9p",
+                                                          "ceph", "glusterfs", "lustre", "afs",  "virtiofs"};
+    const bool isProgram = mount.type == "fuse" || mount.type.starts_with("fuse.") || mount.type == "fuseblk";
+    if (std::ranges::find(ownNumbers, mount.type) != ownNumbers.end())
+        return Backing::disk;
+    if (!isProgram && !mount.device.starts_with("0:"))
+        return Backing::disk;
+    // The session's own are no volumes that anybody trashes from.
+    const bool isSession = mount.path.starts_with("/run/user/");
+    const bool isServer = std::ranges::find(servers, mount.type) != servers.end();
+    return (isProgram && !isSession) || isServer ? Backing::other : Backing::none;
+}
+
+/// Whether `path` lies below the place of `mount`.
+bool isBelow(const std::string& path, const Mount& mount) {
+    return path.size() > mount.path.size() && path.starts_with(mount.path) && path[mount.path.size()] == '/';
+}
+
 std::int64_t bytes(std::uint64_t blocks, std::uint64_t blockSize) {
     std::int64_t product = 0;
     if (__builtin_mul_overflow(blocks, blockSize, &product))
@@ -115,19 +165,28 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
 }
 
 std::vector<std::string> mountPoints() {
-    const std::vector<Mount> mounts = mountTable();
-    MountsByPath byPath;
-    MountsById byId;
-    for (const Mount& mount : mounts) {
-        byPath[mount.path].push_back(&mount);
-        byId[mount.id] = &mount;
-    }
     std::vector<std::string> points;
-    for (const Mount& mount : mounts) {
-        if (!isCovered(mount, byPath, byId))
-            points.push_back(mount.path);
-    }
+    for (const Mount& mount : uncoveredMounts())
+        points.push_back(mount.path);
     return points;
+}
+
+Volumes promptVolumes() {
+    const std::vector<Mount> mounts = uncoveredMounts();
+    Volumes volumes;
+    for (const Mount& mount : mounts) {
+        const Backing backing = backingOf(mount);
+        const bool isReached = std::ranges::none_of(mounts, [&](const Mount& around) {
+            const bool mayHang = backingOf(around) == Backing::other || around.type == "autofs" ||
+                                 around.type.starts_with("fuse");
+            return mayHang && isBelow(mount.path, around);
+        });
+        if (backing == Backing::disk && isReached)
+            volumes.points.push_back(mount.path);
+        else if (backing != Backing::none)
+            volumes.isAll = false;
+    }
+    return volumes;
 }
 
 }  // namespace ulvak::platform
