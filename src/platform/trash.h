@@ -12,8 +12,8 @@
 #include "platform/file_error.h"
 #include "platform/removal.h"
 
-/// The desktop's Trash. Threads: any. Everything here blocks for as long as the disk takes, never call it on the
-/// thread of the user interface; `trashLayout` and `trashEmptyingCommand` answer at once.
+/// The desktop's Trash. Threads: any. Everything here blocks for as long as the disk takes, never call it on
+/// the thread of the user interface; `trashLayout` and `trashEmptyingCommand` answer at once.
 namespace ulvak::platform {
 
 /// An item that was moved to a Trash, with what is needed to put it back.
@@ -25,16 +25,19 @@ struct TrashedItem {
     friend bool operator==(const TrashedItem&, const TrashedItem&) = default;
 };
 
-/// Moves the entry `name` of the open folder `parent`, a link itself and not where it leads, to the Trash, if it is
-/// still `item`; `path` is its absolute path, for the note about it, from which every file manager restores it.
+/// Moves the entry `name` of the open folder `parent`, a link itself and not where it leads, to the Trash, if
+/// it is still `item`; `path` is its absolute path, for the note about it, from which every file manager
+/// restores it.
 ///
-/// The item is taken from `parent`, wherever that is, and only while `path` leads there. What takes its name at the
-/// last moment is put back where it was, or, where something has taken that place in turn, beside it under a name that
-/// shows it (ESTALE). Nothing is ever copied, overwritten or removed for good instead: where there is no Trash that
-/// outlives a reboot (ENOTSUP), or no room for the note, the item stays where it is. The error's detail is the Trash
-/// that failed, if it was not the item.
-[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
-                                                                const ItemIdentity& item, const std::string& path);
+/// The item is taken from `parent`, wherever that is, and only while `path` leads there. What takes its name
+/// at the last moment is put back where it was, or, where something has taken that place in turn, beside it
+/// under a name that shows it (ESTALE). Nothing is ever copied, overwritten or removed for good instead:
+/// where there is no Trash that outlives a reboot (ENOTSUP), or no room for the note, the item stays where it
+/// is. The error's detail is the Trash that failed, if it was not the item.
+[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent,
+                                                                const std::string& name,
+                                                                const ItemIdentity& item,
+                                                                const std::string& path);
 
 /// A folder in a Trash, and the bytes that it holds on disk.
 struct TrashedFolder {
@@ -42,8 +45,9 @@ struct TrashedFolder {
     std::int64_t bytes = 0;
 };
 
-/// Tells file managers the sizes of folders that have come into a Trash, where they keep a list of them. Rewrites each
-/// list once, so that this is for whole batches. Nothing depends on the list: a failure leaves it as it was.
+/// Tells file managers the sizes of folders that have come into a Trash, where they keep a list of them.
+/// Rewrites each list once, so that this is for whole batches. Nothing depends on the list: a failure leaves
+/// it as it was.
 void recordTrashedFolders(std::span<const TrashedFolder> folders);
 
 /// A Trash of this user.
@@ -55,8 +59,8 @@ struct TrashFolder {
 
 struct TrashFolders {
     std::vector<TrashFolder> folders;  ///< those that are there; the home's comes first
-    /// Whether they are all that the desktop may know of. Volumes that could keep the caller waiting (of a server, of
-    /// another program) are not looked at.
+    /// Whether they are all that the desktop may know of. Volumes that could keep the caller waiting (of a
+    /// server, of another program) are not looked at.
     bool isAll = true;
 };
 

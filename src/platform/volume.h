@@ -29,8 +29,8 @@ struct Volumes {
     bool isAll = true;
 };
 
-/// Those on which nobody waits for more than a disk: no server's and no program's, nor any that lies below one. What
-/// the kernel only shows, and what is kept in memory, is no volume. Read as `mountPoints`.
+/// Those on which nobody waits for more than a disk: no server's and no program's, nor any that lies below
+/// one. What the kernel only shows, and what is kept in memory, is no volume. Read as `mountPoints`.
 [[nodiscard]] Volumes promptVolumes();
 
 }  // namespace ulvak::platform

@@ -87,8 +87,8 @@ private:
         return from_.folder.isAt(folderOf(path_)) ? 0 : ESTALE;
     }
 
-    /// Whether what is at a place is the item, whatever the move has made of its identity: some file systems copy
-    /// what they move.
+    /// Whether what is at a place is the item, whatever the move has made of its identity: some file systems
+    /// copy what they move.
     [[nodiscard]] bool isItem(const Spot& spot) const {
         const auto there = spot.identity();
         return there && there == posix::identityAt(pinned_, "");
@@ -157,8 +157,8 @@ private:
     static std::size_t shorterName(const OpenTrash& trash) {
         constexpr long shortest = 64;
         const long most = ::fpathconf(trash.notes.handle(), _PC_NAME_MAX);
-        return static_cast<std::size_t>(
-            most >= shortest && most < static_cast<long>(longestName) ? most : shortest);
+        return static_cast<std::size_t>(most >= shortest && most < static_cast<long>(longestName) ? most
+                                                                                                  : shortest);
     }
 
     /// Moves an entry to a name that nothing has, or fails with EEXIST. 0, or the number of the error.
@@ -169,8 +169,9 @@ private:
         return errno == EINVAL || errno == ENOSYS ? renameOverOwn(from, to) : errno;
     }
 
-    /// Where the file system cannot do it in one step, only something empty of our own making is replaced. What is at
-    /// `from` may be something else by then: then the kernel refuses, or it is put back like all that arrives.
+    /// Where the file system cannot do it in one step, only something empty of our own making is replaced.
+    /// What is at `from` may be something else by then: then the kernel refuses, or it is put back like all
+    /// that arrives.
     [[nodiscard]] int renameOverOwn(const Spot& from, const Spot& to) const {
         struct stat info{};
         if (::fstatat(from.folder.handle(), from.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
@@ -184,7 +185,8 @@ private:
         const auto own = to.identity();
         if (!isFolder)
             ::close(made);
-        if (calls_.rename(from.folder.handle(), from.name.c_str(), to.folder.handle(), to.name.c_str(), 0) == 0)
+        if (calls_.rename(from.folder.handle(), from.name.c_str(), to.folder.handle(), to.name.c_str(), 0) ==
+            0)
             return 0;
         const int failure = errno;
         if (to.identity() == own)
@@ -192,12 +194,10 @@ private:
         return failure;
     }
 
-    /// What has arrived at `to` is the item, its note is there, and the note tells the truth; or else it goes back
-    /// (ESTALE). 0, or the number of the error.
+    /// What has arrived at `to` is the item, its note is there, and the note tells the truth; or else it goes
+    /// back (ESTALE). 0, or the number of the error.
     [[nodiscard]] int settle(const Spot& to, TrashNote& note, const std::string& origin) const {
-        const auto isWell = [&] {
-            return isItem(to) && note.isThere() && from_.folder.isAt(origin);
-        };
+        const auto isWell = [&] { return isItem(to) && note.isThere() && from_.folder.isAt(origin); };
         if (isWell())
             return 0;
         if (rename(to, from_) == 0)
@@ -216,8 +216,7 @@ private:
     /// Where it was there is something else now: a name beside it that nobody overlooks.
     [[nodiscard]] bool putBeside(const Spot& spot) const {
         for (int number = 2; number < 2 + mostAttempts; ++number) {
-            const int failure =
-                rename(spot, {.folder = from_.folder, .name = trashName(from_.name, number)});
+            const int failure = rename(spot, {.folder = from_.folder, .name = trashName(from_.name, number)});
             if (failure != EEXIST)
                 return failure == 0;
         }

@@ -13,8 +13,10 @@ struct TrashCalls {
 };
 
 /// As `moveToTrash` of `platform/trash.h`, by these calls.
-[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
-                                                                const ItemIdentity& item, const std::string& path,
+[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent,
+                                                                const std::string& name,
+                                                                const ItemIdentity& item,
+                                                                const std::string& path,
                                                                 const TrashCalls& calls);
 
 }  // namespace ulvak::platform::posix

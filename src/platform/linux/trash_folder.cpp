@@ -75,8 +75,8 @@ std::expected<OpenTrash, std::error_code> whole(std::expected<Directory, std::er
                      .notes = std::move(*notes)};
 }
 
-/// The folder at the top of a volume that all its users share, if it is as it must be: a real folder in which one
-/// user cannot rename another's.
+/// The folder at the top of a volume that all its users share, if it is as it must be: a real folder in which
+/// one user cannot rename another's.
 std::expected<Directory, std::error_code> openShared(const Directory& top) {
     auto shared = top.openBelow(".Trash");
     struct stat info{};

@@ -6,14 +6,16 @@
 
 #include "platform/directory.h"
 
-/// The folders that make up a Trash of the freedesktop.org kind: the home's, and those at the top of other volumes.
+/// The folders that make up a Trash of the freedesktop.org kind: the home's, and those at the top of other
+/// volumes.
 namespace ulvak::platform {
 
-/// A Trash that is open: whoever renames it or the folders around it cannot lead elsewhere. All three folders are real
-/// ones of this user, which nobody else may write to.
+/// A Trash that is open: whoever renames it or the folders around it cannot lead elsewhere. All three folders
+/// are real ones of this user, which nobody else may write to.
 struct OpenTrash {
     std::string path;  ///< absolute
-    std::string top;   ///< of the volume, from which its notes count; empty for the home's, whose paths are absolute
+    std::string
+        top;  ///< of the volume, from which its notes count; empty for the home's, whose paths are absolute
     Directory folder;
     Directory items;
     Directory notes;
@@ -22,8 +24,8 @@ struct OpenTrash {
 /// The home's; made where it is missing.
 [[nodiscard]] std::expected<OpenTrash, std::error_code> homeTrash();
 
-/// That of the volume which holds the open folder `inside`, at the path `realPath` without links; made where it is
-/// missing. ENOTSUP where what it holds does not outlive a reboot, and where this user can have none.
+/// That of the volume which holds the open folder `inside`, at the path `realPath` without links; made where
+/// it is missing. ENOTSUP where what it holds does not outlive a reboot, and where this user can have none.
 [[nodiscard]] std::expected<OpenTrash, std::error_code> volumeTrash(const Directory& inside,
                                                                     const std::string& realPath);
 

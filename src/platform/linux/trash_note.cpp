@@ -37,8 +37,8 @@ std::string_view cut(std::string_view text, std::size_t most) {
     return text.substr(0, most - end < longestCharacter && end > 0 ? end : most);
 }
 
-/// Whether a crash leaves no rename behind without the note that was written before it, as long as the note's bytes
-/// had a place on the disk by then.
+/// Whether a crash leaves no rename behind without the note that was written before it, as long as the note's
+/// bytes had a place on the disk by then.
 bool keepsOrder(int file) {
     struct statfs info{};
     if (::fstatfs(file, &info) != 0)
@@ -48,8 +48,8 @@ bool keepsOrder(int file) {
     return std::ranges::find(journaling, static_cast<std::uint64_t>(info.f_type)) != journaling.end();
 }
 
-/// A flush waits for the drive, some milliseconds: one item gets one, and thousands in a row share it, so that they
-/// spend no more than a part of their time on it. In between the order is enough.
+/// A flush waits for the drive, some milliseconds: one item gets one, and thousands in a row share it, so
+/// that they spend no more than a part of their time on it. In between the order is enough.
 std::error_code flushSparingly(int file, int folder) {
     static std::atomic<Clock::duration::rep> nextFlush = 0;
     const auto start = Clock::now();
@@ -102,8 +102,7 @@ int freeNumber(const std::function<bool(int)>& isTaken) {
 
 std::string percentEncoded(std::string_view path) {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    constexpr std::string_view plain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
     std::string text;
     for (const char character : path) {
         const auto byte = static_cast<unsigned char>(character);

@@ -16,14 +16,16 @@ namespace ulvak::platform {
 /// Bytes of a file's name where a file system does not say less.
 inline constexpr std::size_t longestName = 255;
 
-/// The name that an item gets in the Trash: its own, or from the second of that name on one with a number before the
-/// extension. So short that the name of its note has at most `longest` bytes; cut between characters.
+/// The name that an item gets in the Trash: its own, or from the second of that name on one with a number
+/// before the extension. So short that the name of its note has at most `longest` bytes; cut between
+/// characters.
 [[nodiscard]] std::string trashName(std::string_view name, int number, std::size_t longest = longestName);
 
 /// The smallest number, or nearly so, from 1 on that is not taken, in few questions however many are.
 [[nodiscard]] int freeNumber(const std::function<bool(int)>& isTaken);
 
-/// `path` as it stands in a note and in the list of sizes: all but plain letters, digits and "-._~/" as "%XX".
+/// `path` as it stands in a note and in the list of sizes: all but plain letters, digits and "-._~/" as
+/// "%XX".
 [[nodiscard]] std::string percentEncoded(std::string_view path);
 
 [[nodiscard]] std::string noteText(std::string_view path, std::time_t when);
@@ -31,8 +33,10 @@ inline constexpr std::size_t longestName = 255;
 /// A note on its way: removed with the object unless it is kept.
 class TrashNote {
 public:
-    /// Complete and on its way to the disk before anything that happens after it; EEXIST where the name is taken.
-    [[nodiscard]] static std::expected<TrashNote, std::error_code> write(const Directory& notes, std::string name,
+    /// Complete and on its way to the disk before anything that happens after it; EEXIST where the name is
+    /// taken.
+    [[nodiscard]] static std::expected<TrashNote, std::error_code> write(const Directory& notes,
+                                                                         std::string name,
                                                                          std::string_view text);
     ~TrashNote();
     TrashNote(TrashNote&& other) noexcept;

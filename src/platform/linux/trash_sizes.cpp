@@ -13,8 +13,9 @@
 #include "platform/linux/trash_note.h"
 #include "platform/trash.h"
 
-// The list "directorysizes" of a Trash: for each folder in it the bytes that it holds, the date of its note, by which
-// the line is known to be about this very folder, and its name. Whoever shows the Trash need not walk through it.
+// The list "directorysizes" of a Trash: for each folder in it the bytes that it holds, the date of its note,
+// by which the line is known to be about this very folder, and its name. Whoever shows the Trash need not
+// walk through it.
 
 namespace ulvak::platform {
 namespace {
@@ -50,8 +51,7 @@ void update(const std::string& trash, const std::map<std::string, std::int64_t>&
         const std::string note = trash + "/" + trashLayout().notes + "/" + name + trashLayout().noteSuffix;
         const std::string shown = percentEncoded(name);
         if (there.contains(shown) && ::lstat(note.c_str(), &info) == 0)
-            lines[shown] =
-                std::to_string(bytes) + " " + std::to_string(info.st_mtim.tv_sec) + " " + shown;
+            lines[shown] = std::to_string(bytes) + " " + std::to_string(info.st_mtim.tv_sec) + " " + shown;
     }
     std::string list;
     for (const auto& [name, line] : lines)

@@ -124,11 +124,11 @@ std::vector<Mount> uncoveredMounts() {
 
 enum class Backing : std::uint8_t { none, disk, other };
 
-/// What stands behind a file system. One that is on a disk has the disk's number, but for a few that have numbers of
-/// their own; others with a number of their own are servers', or hold nothing that lasts.
+/// What stands behind a file system. One that is on a disk has the disk's number, but for a few that have
+/// numbers of their own; others with a number of their own are servers', or hold nothing that lasts.
 Backing backingOf(const Mount& mount) {
     constexpr std::array<std::string_view, 4> ownNumbers = {"btrfs", "zfs", "bcachefs", "overlay"};
-    constexpr std::array<std::string_view, 10> servers = {"nfs",  "nfs4",      "cifs",  "smb3", "9p",
+    constexpr std::array<std::string_view, 10> servers = {"nfs",  "nfs4",      "cifs",   "smb3", "9p",
                                                           "ceph", "glusterfs", "lustre", "afs",  "virtiofs"};
     const bool isProgram = mount.type == "fuse" || mount.type.starts_with("fuse.") || mount.type == "fuseblk";
     if (std::ranges::find(ownNumbers, mount.type) != ownNumbers.end())
