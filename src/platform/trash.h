@@ -1,16 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <expected>
 #include <optional>
+#include <span>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "platform/directory.h"
 #include "platform/file_error.h"
 #include "platform/removal.h"
 
-/// The desktop's Trash. Threads: any. `moveToTrash` blocks for as long as the disk takes, never call it on
-/// that of the user interface; the others answer at once.
+/// The desktop's Trash. Threads: any. Everything here blocks for as long as the disk takes, never call it on
+/// the thread of the user interface; `trashLayout` and `trashEmptyingCommand` answer at once.
 namespace ulvak::platform {
 
 /// An item that was moved to a Trash, with what is needed to put it back.
@@ -23,13 +26,45 @@ struct TrashedItem {
 };
 
 /// Moves the entry `name` of the open folder `parent`, a link itself and not where it leads, to the Trash, if
-/// it is still `item`; `path` is its absolute path, for the note about it. Nothing is ever copied or removed
-/// for good instead: on a file system without a Trash, and where the service's Trash would be another home
-/// folder's, it fails with an error, and the item stays where it is.
+/// it is still `item`; `path` is its absolute path, for the note about it, from which every file manager
+/// restores it.
+///
+/// The item is taken from `parent`, wherever that is, and only while `path` leads there. What takes its name
+/// at the last moment is put back where it was, or, where something has taken that place in turn, beside it
+/// under a name that shows it (ESTALE). Nothing is ever copied, overwritten or removed for good instead:
+/// where there is no Trash that outlives a reboot (ENOTSUP), or no room for the note, the item stays where it
+/// is. The error's detail is the Trash that failed, if it was not the item.
 [[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent,
                                                                 const std::string& name,
                                                                 const ItemIdentity& item,
                                                                 const std::string& path);
+
+/// A folder in a Trash, and the bytes that it holds on disk.
+struct TrashedFolder {
+    std::string location;  ///< as in `TrashedItem`
+    std::int64_t bytes = 0;
+};
+
+/// Tells file managers the sizes of folders that have come into a Trash, where they keep a list of them.
+/// Rewrites each list once, so that this is for whole batches. Nothing depends on the list: a failure leaves
+/// it as it was.
+void recordTrashedFolders(std::span<const TrashedFolder> folders);
+
+/// A Trash of this user.
+struct TrashFolder {
+    std::string path;  ///< absolute
+    /// Open, or why it cannot be looked into. No link was followed on the way from its volume's top.
+    std::expected<Directory, std::error_code> folder;
+};
+
+struct TrashFolders {
+    std::vector<TrashFolder> folders;  ///< those that are there; the home's comes first
+    /// Whether they are all that the desktop may know of. Volumes that could keep the caller waiting (of a
+    /// server, of another program) are not looked at.
+    bool isAll = true;
+};
+
+[[nodiscard]] TrashFolders trashFolders();
 
 /// Two folders in the user's Trash. Both names are empty on a system where the items lie in the Trash itself.
 struct TrashLayout {

@@ -1,78 +1,246 @@
 #include "platform/trash.h"
 
-#include <gio/gio.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
-#include <system_error>
+#include <climits>
+#include <ctime>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "platform/files.h"
+#include "platform/linux/trash_calls.h"
+#include "platform/linux/trash_folder.h"
+#include "platform/linux/trash_note.h"
+#include "platform/posix/system.h"
 #include "platform/posix/system_home.h"
 #include "platform/user_folders.h"
 
 namespace ulvak::platform {
 namespace {
 
-/// The number that stands for an error of GIO, EIO where there is none: the service's words say the rest.
-int numberOf(const GError& error) {
-    if (error.domain != G_IO_ERROR)
-        return EIO;
-    switch (error.code) {
-        case G_IO_ERROR_NOT_FOUND:
-            return ENOENT;
-        case G_IO_ERROR_PERMISSION_DENIED:
-            return EACCES;
-        case G_IO_ERROR_NO_SPACE:
-            return ENOSPC;
-        case G_IO_ERROR_READ_ONLY:
-            return EROFS;
-        case G_IO_ERROR_BUSY:
-            return EBUSY;
-        case G_IO_ERROR_FILENAME_TOO_LONG:
-            return ENAMETOOLONG;
-        case G_IO_ERROR_NOT_SUPPORTED:
-            return ENOTSUP;
-        case G_IO_ERROR_TIMED_OUT:
-            return ETIMEDOUT;
-        default:
-            return EIO;
-    }
+/// How often another name is tried, and another Trash where somebody is just removing its folders.
+constexpr int mostAttempts = 100;
+
+std::error_code systemError(int number) {
+    return {number, std::generic_category()};
 }
+
+/// What is at `path` without its last name.
+std::string folderOf(std::string_view path) {
+    return std::string(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1)));
+}
+
+/// A name in an open folder.
+struct Spot {
+    const Directory& folder;
+    std::string name;
+
+    [[nodiscard]] std::optional<ItemIdentity> identity() const { return entryIdentity(folder, name); }
+};
+
+class TrashMove {
+public:
+    TrashMove(Spot from, const ItemIdentity& item, const std::string& path, const posix::TrashCalls& calls)
+        : from_(std::move(from)), item_(item), path_(path), calls_(calls) {}
+    ~TrashMove() {
+        if (pinned_ >= 0)
+            ::close(pinned_);
+    }
+    TrashMove(const TrashMove&) = delete;
+    TrashMove& operator=(const TrashMove&) = delete;
+
+    std::expected<TrashedItem, FileError> run() {
+        if (const int failure = judge())
+            return failed(systemError(failure));
+        for (int attempt = 1;; ++attempt) {
+            auto trashed = intoHome();
+            if (!trashed && trashed.error().code == std::errc::cross_device_link)
+                trashed = intoVolume();
+            const bool hasVanished = !trashed && trashed.error().code == std::errc::no_such_file_or_directory;
+            // The item is there: it was the Trash that somebody has just emptied, with its folders.
+            if (!hasVanished || attempt == mostAttempts || from_.identity() != item_)
+                return trashed;
+        }
+    }
+
+private:
+    using Result = std::expected<TrashedItem, FileError>;
+
+    [[nodiscard]] std::unexpected<FileError> failed(std::error_code code, std::string detail = {}) const {
+        return std::unexpected(FileError{.code = code, .path = path_, .detail = std::move(detail)});
+    }
+
+    /// 0, or why the item is not moved at all. From here on it is held, so that nothing else gets its number.
+    int judge() {
+        if (path_.size() >= PATH_MAX)
+            return ENAMETOOLONG;  // nobody could put it back
+        pinned_ = ::openat(from_.folder.handle(), from_.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
+        if (pinned_ < 0)
+            return errno;
+        if (from_.identity() != item_ || posix::identityAt(pinned_, "") != item_)
+            return ESTALE;
+        return from_.folder.isAt(folderOf(path_)) ? 0 : ESTALE;
+    }
+
+    /// Whether what is at a place is the item, whatever the move has made of its identity: some file systems
+    /// copy what they move.
+    [[nodiscard]] bool isItem(const Spot& spot) const {
+        const auto there = spot.identity();
+        return there && there == posix::identityAt(pinned_, "");
+    }
+
+    Result intoHome() {
+        const auto trash = homeTrash();
+        if (trash)
+            return isOnSameVolume(from_.folder, trash->items) ? into(*trash, folderOf(path_))
+                                                              : failed(systemError(EXDEV));
+        const std::string home = homeDirectory();
+        const auto around = Directory::open(home);
+        const bool isOther = around && !isOnSameVolume(from_.folder, *around);
+        return failed(isOther ? systemError(EXDEV) : trash.error(), trashDirectory(home));
+    }
+
+    Result intoVolume() {
+        const auto real = resolvedPath(folderOf(path_));
+        if (!real || !from_.folder.isAt(*real))
+            return failed(systemError(ESTALE));
+        const auto trash = volumeTrash(from_.folder, *real);
+        return trash ? into(*trash, *real) : failed(trash.error());
+    }
+
+    /// `origin` is the folder's path as the note has it.
+    Result into(const OpenTrash& trash, const std::string& origin) {
+        std::string noted = trash.top.empty() ? path_ : (origin == "/" ? "" : origin) + "/" + from_.name;
+        if (!trash.top.empty())
+            noted = noted.substr(trash.top == "/" ? 1 : trash.top.size() + 1);
+        const std::string text = noteText(noted, std::time(nullptr));
+        std::size_t longest = longestName;
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            const Spot to{.folder = trash.items, .name = newName(trash, longest)};
+            auto note = TrashNote::write(trash.notes, to.name + trashLayout().noteSuffix, text);
+            int failure = note ? rename(from_, to) : note.error().value();
+            if (failure == ENAMETOOLONG && longest == longestName)
+                longest = shorterName(trash);
+            else if (failure == 0)
+                failure = settle(to, *note, origin);
+            else if (failure != EEXIST)
+                return failed(systemError(failure), note ? "" : trash.path);
+            if (failure == 0) {
+                note->keep();
+                return TrashedItem{.origin = path_,
+                                   .location = trash.path + "/" + trashLayout().items + "/" + to.name,
+                                   .identity = to.identity().value_or(item_)};
+            }
+            if (failure == ESTALE)
+                return failed(systemError(failure));
+        }
+        return failed(systemError(EEXIST), trash.path);
+    }
+
+    [[nodiscard]] std::string newName(const OpenTrash& trash, std::size_t longest) const {
+        const auto exists = [](const Directory& folder, const std::string& name) {
+            return ::faccessat(folder.handle(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+        };
+        const int number = freeNumber([&](int candidate) {
+            const std::string name = trashName(from_.name, candidate, longest);
+            return exists(trash.notes, name + trashLayout().noteSuffix) || exists(trash.items, name);
+        });
+        return trashName(from_.name, number, longest);
+    }
+
+    /// What the file system says itself, or less than every one of them has.
+    static std::size_t shorterName(const OpenTrash& trash) {
+        constexpr long shortest = 64;
+        const long most = ::fpathconf(trash.notes.handle(), _PC_NAME_MAX);
+        return static_cast<std::size_t>(most >= shortest && most < static_cast<long>(longestName) ? most
+                                                                                                  : shortest);
+    }
+
+    /// Moves an entry to a name that nothing has, or fails with EEXIST. 0, or the number of the error.
+    [[nodiscard]] int rename(const Spot& from, const Spot& to) const {
+        if (calls_.rename(from.folder.handle(), from.name.c_str(), to.folder.handle(), to.name.c_str(),
+                          RENAME_NOREPLACE) == 0)
+            return 0;
+        return errno == EINVAL || errno == ENOSYS ? renameOverOwn(from, to) : errno;
+    }
+
+    /// Where the file system cannot do it in one step, only something empty of our own making is replaced.
+    /// What is at `from` may be something else by then: then the kernel refuses, or it is put back like all
+    /// that arrives.
+    [[nodiscard]] int renameOverOwn(const Spot& from, const Spot& to) const {
+        struct stat info{};
+        if (::fstatat(from.folder.handle(), from.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
+            return errno;
+        const bool isFolder = S_ISDIR(info.st_mode);
+        const int made = isFolder ? ::mkdirat(to.folder.handle(), to.name.c_str(), 0700)
+                                  : ::openat(to.folder.handle(), to.name.c_str(),
+                                             O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+        if (made < 0)
+            return errno;
+        const auto own = to.identity();
+        if (!isFolder)
+            ::close(made);
+        if (calls_.rename(from.folder.handle(), from.name.c_str(), to.folder.handle(), to.name.c_str(), 0) ==
+            0)
+            return 0;
+        const int failure = errno;
+        if (to.identity() == own)
+            ::unlinkat(to.folder.handle(), to.name.c_str(), isFolder ? AT_REMOVEDIR : 0);
+        return failure;
+    }
+
+    /// What has arrived at `to` is the item, its note is there, and the note tells the truth; or else it goes
+    /// back (ESTALE). 0, or the number of the error.
+    [[nodiscard]] int settle(const Spot& to, TrashNote& note, const std::string& origin) const {
+        const auto isWell = [&] { return isItem(to) && note.isThere() && from_.folder.isAt(origin); };
+        if (isWell())
+            return 0;
+        if (rename(to, from_) == 0)
+            return ESTALE;
+        // Whoever swaps has put the item back in its place meanwhile: then the two change places.
+        if (isItem(from_) && !isItem(to) &&
+            calls_.rename(to.folder.handle(), to.name.c_str(), from_.folder.handle(), from_.name.c_str(),
+                          RENAME_EXCHANGE) == 0 &&
+            isWell())
+            return 0;
+        if (!putBeside(to))
+            note.keep();  // its folder is gone: the note is all that tells where it was
+        return ESTALE;
+    }
+
+    /// Where it was there is something else now: a name beside it that nobody overlooks.
+    [[nodiscard]] bool putBeside(const Spot& spot) const {
+        for (int number = 2; number < 2 + mostAttempts; ++number) {
+            const int failure = rename(spot, {.folder = from_.folder, .name = trashName(from_.name, number)});
+            if (failure != EEXIST)
+                return failure == 0;
+        }
+        return false;
+    }
+
+    Spot from_;
+    ItemIdentity item_;
+    std::string path_;
+    const posix::TrashCalls& calls_;
+    int pinned_ = -1;  ///< the item, open for nothing but being known again
+};
 
 }  // namespace
 
 std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
                                                   const ItemIdentity& item, const std::string& path) {
-    const auto failed = [&](int number, std::string detail = {}) {
-        return std::unexpected(
-            FileError{.code = {number, std::generic_category()}, .path = path, .detail = std::move(detail)});
-    };
-    const auto there = entryIdentity(parent, name);
-    if (!there)
-        return failed(ENOENT);
-    if (there != item || !parent.isAt(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1))))
-        return failed(ESTALE);
-    // The local file system's own implementation: what else is installed to serve files is not even loaded.
-    const std::unique_ptr<GFile, void (*)(void*)> file(
-        g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()), &g_object_unref);
-    GError* failure = nullptr;
-    if (g_file_trash(file.get(), nullptr, &failure) == FALSE) {
-        const std::unique_ptr<GError, void (*)(GError*)> error(failure, &g_error_free);
-        return failed(numberOf(*error), error->message);
-    }
-    if (entryIdentity(parent, name) == item)
-        return failed(ESTALE);
-    TrashedItem trashed{.origin = path, .location = {}, .identity = item};
-    const std::string files = trashDirectory(homeDirectory()) + "/files";
-    if (const auto folder = Directory::open(files)) {
-        for (const std::string& trashedName : listNames(files)) {
-            if (entryIdentity(*folder, trashedName) == item)
-                trashed.location = files + "/" + trashedName;
-        }
-    }
-    return trashed;
+    return posix::moveToTrash(parent, name, item, path, {});
+}
+
+std::expected<TrashedItem, FileError> posix::moveToTrash(const Directory& parent, const std::string& name,
+                                                         const ItemIdentity& item, const std::string& path,
+                                                         const TrashCalls& calls) {
+    return TrashMove({.folder = parent, .name = name}, item, path, calls).run();
 }
 
 const TrashLayout& trashLayout() {

@@ -1,19 +1,12 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/ptrace.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
-#include <cstdint>
-#include <optional>
 #include <string>
 
 #include "platform/durable_file.h"
 #include "platform/files.h"
+#include "support/linux/traced_child.h"
 #include "support/temp_tree.h"
 
 // Every moment at which a program that replaces a file can die, one after the other: before and after each of
@@ -31,59 +24,10 @@ const std::string oldBytes(100'000, 'o');
 const std::string newBytes(200'000, 'n');
 
 /// A child that replaces a file and stops at every call.
-class TracedReplacement {
+class TracedReplacement : public test::TracedChild {
 public:
-    explicit TracedReplacement(const std::string& path) {
-        process_ = ::fork();
-        if (process_ == 0) {
-            if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
-                ::_exit(1);
-            ::raise(SIGSTOP);
-            (void)replaceFile(path, newBytes);
-            ::_exit(0);
-        }
-        int status = 0;
-        isTraced_ =
-            ::waitpid(process_, &status, 0) == process_ && WIFSTOPPED(status) &&
-            ::ptrace(PTRACE_SETOPTIONS, process_, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL) == 0;
-        isRunning_ = WIFSTOPPED(status);
-    }
-    ~TracedReplacement() {
-        if (isRunning_) {
-            ::kill(process_, SIGKILL);
-            ::waitpid(process_, nullptr, 0);
-        }
-    }
-    TracedReplacement(const TracedReplacement&) = delete;
-    TracedReplacement& operator=(const TracedReplacement&) = delete;
-
-    [[nodiscard]] bool isTraced() const { return isTraced_; }
-
-    /// Goes on to where the next call begins or ends; whether there is one.
-    bool step() {
-        int status = 0;
-        do {
-            ::ptrace(PTRACE_SYSCALL, process_, nullptr, nullptr);
-            if (::waitpid(process_, &status, 0) != process_)
-                return false;
-        } while (WIFSTOPPED(status) && WSTOPSIG(status) != (SIGTRAP | 0x80));
-        isRunning_ = WIFSTOPPED(status);
-        return isRunning_;
-    }
-
-    /// The number of the call that is about to begin.
-    [[nodiscard]] std::optional<std::uint64_t> call() const {
-        __ptrace_syscall_info info{};
-        if (::ptrace(PTRACE_GET_SYSCALL_INFO, process_, sizeof info, &info) <= 0 ||
-            info.op != PTRACE_SYSCALL_INFO_ENTRY)
-            return std::nullopt;
-        return info.entry.nr;
-    }
-
-private:
-    pid_t process_ = -1;
-    bool isTraced_ = false;
-    bool isRunning_ = false;
+    explicit TracedReplacement(const std::string& path)
+        : TracedChild([&] { (void)replaceFile(path, newBytes); }) {}
 };
 
 TEST(ReplaceFileKilled, LeavesTheOldFileOrTheNewOneWhereverThatHappens) {

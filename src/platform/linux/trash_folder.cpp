@@ -1,0 +1,229 @@
+#include "platform/linux/trash_folder.h"
+
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/durable_file.h"
+#include "platform/files.h"
+#include "platform/posix/system.h"
+#include "platform/trash.h"
+#include "platform/user_folders.h"
+#include "platform/volume.h"
+
+namespace ulvak::platform {
+namespace {
+
+using posix::lastError;
+
+constexpr mode_t onlyThisUser = 0700;
+constexpr mode_t writableByOthers = S_IWGRP | S_IWOTH;
+
+std::error_code notSupported() {
+    return {ENOTSUP, std::generic_category()};
+}
+
+/// The folder `name` of `parent`, if it is this user's and nobody else may change what is in it.
+std::expected<Directory, std::error_code> openOwn(const Directory& parent, const std::string& name) {
+    auto folder = parent.openBelow(name.c_str());
+    if (!folder)
+        return folder;
+    struct stat info{};
+    if (::fstat(folder->handle(), &info) != 0)
+        return std::unexpected(lastError());
+    if (info.st_uid != ::geteuid())
+        return std::unexpected(std::make_error_code(std::errc::permission_denied));
+    // Older programs have made it with what the umask left.
+    if ((info.st_mode & writableByOthers) != 0 &&
+        (::fchmod(folder->handle(), onlyThisUser) != 0 || ::fstat(folder->handle(), &info) != 0 ||
+         (info.st_mode & writableByOthers) != 0))
+        return std::unexpected(std::make_error_code(std::errc::permission_denied));
+    return folder;
+}
+
+std::expected<Directory, std::error_code> makeOwn(const Directory& parent, const std::string& name) {
+    if (::mkdirat(parent.handle(), name.c_str(), onlyThisUser) != 0 && errno != EEXIST)
+        return std::unexpected(lastError());
+    return openOwn(parent, name);
+}
+
+/// With its two folders.
+std::expected<OpenTrash, std::error_code> whole(std::expected<Directory, std::error_code> folder,
+                                                std::string path, std::string top) {
+    if (!folder)
+        return std::unexpected(folder.error());
+    auto items = makeOwn(*folder, trashLayout().items);
+    if (!items)
+        return std::unexpected(items.error());
+    auto notes = makeOwn(*folder, trashLayout().notes);
+    if (!notes)
+        return std::unexpected(notes.error());
+    return OpenTrash{.path = std::move(path),
+                     .top = std::move(top),
+                     .folder = std::move(*folder),
+                     .items = std::move(*items),
+                     .notes = std::move(*notes)};
+}
+
+/// The folder at the top of a volume that all its users share, if it is as it must be: a real folder in which
+/// one user cannot rename another's.
+std::expected<Directory, std::error_code> openShared(const Directory& top) {
+    auto shared = top.openBelow(".Trash");
+    struct stat info{};
+    if (shared && (::fstat(shared->handle(), &info) != 0 || (info.st_mode & S_ISVTX) == 0))
+        return std::unexpected(notSupported());
+    return shared;
+}
+
+struct Names {
+    std::string user = std::to_string(::geteuid());
+    std::string shared = ".Trash/" + user;
+    std::string own = ".Trash-" + user;
+};
+
+/// Which mount a place belongs to; its device where the kernel does not say.
+std::optional<std::uint64_t> mountOf(int folder, const char* path) {
+    struct statx info{};
+    if (::statx(folder, path, AT_NO_AUTOMOUNT | AT_EMPTY_PATH, STATX_MNT_ID, &info) != 0)
+        return std::nullopt;
+    return (info.stx_mask & STATX_MNT_ID) != 0
+               ? info.stx_mnt_id
+               : (std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor;
+}
+
+/// The top of the volume that holds `inside`, which lies at the path `realPath`.
+std::string topOf(const Directory& inside, const std::string& realPath) {
+    const auto mount = mountOf(inside.handle(), "");
+    std::string top = realPath;
+    while (top.size() > 1) {
+        const std::string around = top.substr(0, std::max<std::size_t>(top.rfind('/'), 1));
+        if (!mount || mountOf(AT_FDCWD, around.c_str()) != mount)
+            break;
+        top = around;
+    }
+    return top;
+}
+
+bool isInMemory(const Directory& folder) {
+    struct statfs info{};
+    return ::fstatfs(folder.handle(), &info) != 0 || info.f_type == TMPFS_MAGIC || info.f_type == RAMFS_MAGIC;
+}
+
+std::string joined(const std::string& top, const std::string& name) {
+    return top.ends_with('/') ? top + name : top + "/" + name;
+}
+
+struct Volumes {
+    std::vector<std::string> tops;
+    /// Whether there are no others that a user keeps files on.
+    bool isAll = true;
+};
+
+/// Those on which nobody waits for more than a disk: no server's and no program's, nor any that lies below
+/// one.
+Volumes promptVolumes() {
+    // What is mounted here is the kernel's and the session's own: nobody trashes anything there.
+    constexpr std::array<std::string_view, 4> notForFiles = {"/proc", "/sys", "/dev", "/run/user"};
+    const auto isBelow = [](std::string_view path, std::string_view folder) {
+        return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
+    };
+    const std::vector<Mount> all = mounts();
+    Volumes volumes;
+    for (const Mount& mount : all) {
+        const bool isReached = std::ranges::none_of(
+            all, [&](const Mount& around) { return around.mayHang() && isBelow(mount.path, around.path); });
+        const bool isForFiles = std::ranges::none_of(
+            notForFiles, [&](std::string_view folder) { return isBelow(mount.path, folder); });
+        if (mount.backing == Backing::disk && isReached)
+            volumes.tops.push_back(mount.path);
+        else if (mount.backing != Backing::memory && isForFiles)
+            volumes.isAll = false;
+    }
+    return volumes;
+}
+
+}  // namespace
+
+bool isOnSameVolume(const Directory& one, const Directory& other) {
+    struct stat first{};
+    struct stat second{};
+    return ::fstat(one.handle(), &first) == 0 && ::fstat(other.handle(), &second) == 0 &&
+           first.st_dev == second.st_dev;
+}
+
+std::expected<OpenTrash, std::error_code> homeTrash() {
+    std::string path = trashDirectory(homeDirectory());
+    const std::size_t slash = path.rfind('/');
+    const std::string data = path.substr(0, slash);
+    if (const auto error = makeFolders(data))
+        return std::unexpected(error);
+    const auto parent = Directory::open(data);
+    if (!parent)
+        return std::unexpected(parent.error());
+    auto folder = makeOwn(*parent, path.substr(slash + 1));
+    return whole(std::move(folder), std::move(path), "");
+}
+
+std::expected<OpenTrash, std::error_code> volumeTrash(const Directory& inside, const std::string& realPath) {
+    if (isInMemory(inside))
+        return std::unexpected(notSupported());
+    const std::string top = topOf(inside, realPath);
+    const auto folder = Directory::open(top);
+    if (!folder)
+        return std::unexpected(folder.error());
+    const Names names;
+    if (const auto shared = openShared(*folder)) {
+        if (auto trash = whole(makeOwn(*shared, names.user), joined(top, names.shared), top))
+            return trash;
+    }
+    auto trash = whole(makeOwn(*folder, names.own), joined(top, names.own), top);
+    // Nobody has made one here for this user, who may not either.
+    if (!trash && trash.error() == std::errc::permission_denied)
+        return std::unexpected(notSupported());
+    return trash;
+}
+
+TrashFolders trashFolders() {
+    TrashFolders result;
+    std::set<FileNumber> seen;
+    const auto add = [&](std::string path, std::expected<Directory, std::error_code> folder) {
+        if (!folder && (folder.error() == std::errc::no_such_file_or_directory ||
+                        folder.error() == std::errc::not_a_directory))
+            return;
+        // One volume may be mounted at several places.
+        const auto identity = folder ? posix::identityAt(folder->handle(), "") : std::nullopt;
+        if (!identity || seen.insert(identity->number).second)
+            result.folders.push_back({.path = std::move(path), .folder = std::move(folder)});
+    };
+    const std::string home = trashDirectory(homeDirectory());
+    const std::size_t slash = home.rfind('/');
+    const auto data = Directory::open(home.substr(0, slash));
+    add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
+
+    const Names names;
+    const Volumes volumes = promptVolumes();
+    for (const std::string& top : volumes.tops) {
+        const auto folder = Directory::open(top);
+        if (!folder)
+            continue;  // what nobody may enter holds no Trash that the desktop shows either
+        if (const auto shared = openShared(*folder))
+            add(joined(top, names.shared), openOwn(*shared, names.user));
+        add(joined(top, names.own), openOwn(*folder, names.own));
+    }
+    result.isAll = volumes.isAll;
+    return result;
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,162 @@
+#include "platform/linux/trash_note.h"
+
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <utility>
+
+#include "platform/posix/system.h"
+#include "platform/trash.h"
+
+namespace ulvak::platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using posix::lastError;
+
+/// What is left of `text` in at most `most` bytes. Where it is UTF-8, no character is cut through.
+std::string_view cut(std::string_view text, std::size_t most) {
+    if (text.size() <= most)
+        return text;
+    constexpr std::size_t longestCharacter = 4;
+    const auto continues = [&](std::size_t at) {
+        return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+    };
+    std::size_t end = most;
+    while (end > 0 && continues(end) && most - end < longestCharacter)
+        --end;
+    return text.substr(0, most - end < longestCharacter && end > 0 ? end : most);
+}
+
+/// Whether a crash leaves no rename behind without the note that was written before it, as long as the note's
+/// bytes had a place on the disk by then.
+bool keepsOrder(int file) {
+    struct statfs info{};
+    if (::fstatfs(file, &info) != 0)
+        return false;
+    constexpr std::array<std::uint64_t, 4> journaling = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC,
+                                                         F2FS_SUPER_MAGIC};
+    return std::ranges::find(journaling, static_cast<std::uint64_t>(info.f_type)) != journaling.end();
+}
+
+/// A flush waits for the drive, some milliseconds: one item gets one, and thousands in a row share it, so
+/// that they spend no more than a part of their time on it. In between the order is enough.
+std::error_code flushSparingly(int file, int folder) {
+    static std::atomic<Clock::duration::rep> nextFlush = 0;
+    const auto start = Clock::now();
+    if (start.time_since_epoch().count() < nextFlush.load() && keepsOrder(file)) {
+        if (::sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE) == 0)
+            return {};
+    }
+    for (const int handle : {file, folder}) {
+        // Some file systems do not know the call for folders.
+        if (posix::flushToDisk(handle) != 0 && (handle == file || errno != EINVAL))
+            return lastError();
+    }
+    constexpr int share = 10;
+    const auto end = Clock::now();
+    nextFlush = (end + share * (end - start)).time_since_epoch().count();
+    return {};
+}
+
+}  // namespace
+
+std::string trashName(std::string_view name, int number, std::size_t longest) {
+    const std::size_t room = longest - trashLayout().noteSuffix.size();
+    if (number == 1)
+        return std::string(cut(name, room));
+    constexpr std::size_t longestExtension = 16;
+    const std::size_t dot = name.rfind('.');
+    const bool hasExtension =
+        dot != std::string_view::npos && dot > 0 && name.size() - dot <= longestExtension;
+    const std::string_view extension = hasExtension ? name.substr(dot) : "";
+    const std::string end = "." + std::to_string(number) + std::string(extension);
+    return std::string(cut(name.substr(0, name.size() - extension.size()), room - end.size())) + end;
+}
+
+int freeNumber(const std::function<bool(int)>& isTaken) {
+    if (!isTaken(1))
+        return 1;
+    constexpr int last = 1 << 30;
+    int taken = 1;
+    int free = 2;
+    while (free < last && isTaken(free)) {
+        taken = free;
+        free *= 2;
+    }
+    while (free - taken > 1) {
+        const int middle = taken + (free - taken) / 2;
+        (isTaken(middle) ? taken : free) = middle;
+    }
+    return free;
+}
+
+std::string percentEncoded(std::string_view path) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+    std::string text;
+    for (const char character : path) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (plain.find(character) != std::string_view::npos)
+            text += character;
+        else
+            text.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+    }
+    return text;
+}
+
+std::string noteText(std::string_view path, std::time_t when) {
+    std::tm local{};
+    std::array<char, 32> date{};
+    if (::localtime_r(&when, &local) != nullptr)
+        (void)std::strftime(date.data(), date.size(), "%Y-%m-%dT%H:%M:%S", &local);
+    return "[Trash Info]\nPath=" + percentEncoded(path) + "\nDeletionDate=" + date.data() + "\n";
+}
+
+std::expected<TrashNote, std::error_code> TrashNote::write(const Directory& notes, std::string name,
+                                                           std::string_view text) {
+    const int file =
+        ::openat(notes.handle(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (file < 0)
+        return std::unexpected(lastError());
+    TrashNote note(notes, std::move(name), file);
+    if (const auto error = note.fill(text))
+        return std::unexpected(error);
+    return note;
+}
+
+std::error_code TrashNote::fill(std::string_view text) const {
+    while (!text.empty()) {
+        const ssize_t written = ::write(file_, text.data(), text.size());
+        if (written < 0 && errno != EINTR)
+            return lastError();
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return flushSparingly(file_, notes_->handle());
+}
+
+TrashNote::~TrashNote() {
+    if (file_ >= 0)
+        ::close(file_);
+    if (!name_.empty())
+        ::unlinkat(notes_->handle(), name_.c_str(), 0);
+}
+
+TrashNote::TrashNote(TrashNote&& other) noexcept
+    : notes_(other.notes_), name_(std::exchange(other.name_, {})), file_(std::exchange(other.file_, -1)) {}
+
+bool TrashNote::isThere() const {
+    struct stat info{};
+    return ::fstat(file_, &info) == 0 && info.st_nlink > 0;
+}
+
+}  // namespace ulvak::platform

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <ctime>
+#include <expected>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "platform/directory.h"
+
+/// What a Trash keeps about each of its items: under which name, and where it came from.
+namespace ulvak::platform {
+
+/// Bytes of a file's name where a file system does not say less.
+inline constexpr std::size_t longestName = 255;
+
+/// The name that an item gets in the Trash: its own, or from the second of that name on one with a number
+/// before the extension. So short that the name of its note has at most `longest` bytes; cut between
+/// characters.
+[[nodiscard]] std::string trashName(std::string_view name, int number, std::size_t longest = longestName);
+
+/// The smallest number, or nearly so, from 1 on that is not taken, in few questions however many are.
+[[nodiscard]] int freeNumber(const std::function<bool(int)>& isTaken);
+
+/// `path` as it stands in a note and in the list of sizes: all but plain letters, digits and "-._~/" as
+/// "%XX".
+[[nodiscard]] std::string percentEncoded(std::string_view path);
+
+[[nodiscard]] std::string noteText(std::string_view path, std::time_t when);
+
+/// A note on its way: removed with the object unless it is kept.
+class TrashNote {
+public:
+    /// Complete and on its way to the disk before anything that happens after it; EEXIST where the name is
+    /// taken.
+    [[nodiscard]] static std::expected<TrashNote, std::error_code> write(const Directory& notes,
+                                                                         std::string name,
+                                                                         std::string_view text);
+    ~TrashNote();
+    TrashNote(TrashNote&& other) noexcept;
+    TrashNote(const TrashNote&) = delete;
+    TrashNote& operator=(const TrashNote&) = delete;
+    TrashNote& operator=(TrashNote&&) = delete;
+
+    /// Whoever empties the Trash meanwhile may have found it without an item.
+    [[nodiscard]] bool isThere() const;
+    void keep() { name_.clear(); }
+
+private:
+    TrashNote(const Directory& notes, std::string name, int file)
+        : notes_(&notes), name_(std::move(name)), file_(file) {}
+    [[nodiscard]] std::error_code fill(std::string_view text) const;
+
+    const Directory* notes_;
+    std::string name_;  ///< empty once it is kept
+    int file_;
+};
+
+}  // namespace ulvak::platform

@@ -1,0 +1,273 @@
+#include "platform/trash.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/linux/trash_world.h"
+#include "support/isolation.h"
+#include "support/linux/disk_image.h"
+#include "support/linux/traced_child.h"
+
+namespace ulvak::platform {
+namespace {
+
+using test::file;
+using test::folder;
+using test::link;
+using test::TempTree;
+using test::textFile;
+namespace fs = std::filesystem;
+
+const std::string homeTrash = "home/.local/share/Trash";
+
+std::size_t countIn(const std::string& path) {
+    return isThere(path) ? listNames(path).size() : 0;
+}
+
+mode_t modeOf(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0 ? info.st_mode & 07777U : 0U;
+}
+
+/// Whether `text` ends in the middle of a character, if it is UTF-8 otherwise.
+bool isCutThrough(const std::string& text, const std::string& whole) {
+    return text.size() < whole.size() && (static_cast<unsigned char>(whole[text.size()]) & 0xC0U) == 0x80U;
+}
+
+TEST(MoveToTrash, TellsWhereTheItemIsNow) {
+    const TempTree tree({folder("home", {folder("a", {textFile("b.txt", "b")})})});
+    const HomeIn home(tree.path("home"));
+    const auto folderOfIt = Directory::open(tree.path("home/a"));
+    const auto identity = entryIdentity(*folderOfIt, "b.txt");
+    const auto moved = trash(tree.path("home/a/b.txt"));
+    ASSERT_TRUE(moved) << moved.error().code.message();
+    EXPECT_EQ(*moved, (TrashedItem{.origin = tree.path("home/a/b.txt"),
+                                   .location = tree.path(homeTrash + "/files/b.txt"),
+                                   .identity = identity.value()}));
+    EXPECT_FALSE(isThere(tree.path("home/a/b.txt")));
+    EXPECT_EQ(test::textOf(moved->location), "b");
+    EXPECT_EQ(notedPath(moved->location), tree.path("home/a/b.txt"));
+    for (const char* part : {"", "/files", "/info"})
+        EXPECT_EQ(modeOf(tree.path(homeTrash + part)), 0700U) << part;
+}
+
+TEST(MoveToTrash, MovesEverythingThatHasAName) {
+    const TempTree tree({folder(
+        "home", {folder("items", {link("link", "nowhere"), test::fifo("fifo"), test::socket("socket"),
+                                  folder("empty"), folder("full", {folder("in", {textFile("f", "f")})}),
+                                  textFile("locked", "l").withMode(0)})})});
+    const HomeIn home(tree.path("home"));
+    for (const std::string& name : listNames(tree.path("home/items"))) {
+        const auto moved = trash(tree.path("home/items/" + name));
+        ASSERT_TRUE(moved) << name << moved.error().code.message();
+        EXPECT_TRUE(isThere(moved->location)) << name;
+    }
+    EXPECT_EQ(countIn(tree.path("home/items")), 0U);
+    EXPECT_EQ(fs::read_symlink(tree.path(homeTrash + "/files/link")), "nowhere");
+    EXPECT_EQ(test::textOf(tree.path(homeTrash + "/files/full/in/f")), "f");
+}
+
+TEST(MoveToTrash, KeepsTheOriginOfNamesOfAnyLengthAndAnyBytes) {
+    const TempTree tree({folder("home", {folder("items")})});
+    const HomeIn home(tree.path("home"));
+    for (const std::string unit : {"n", "ğ", "\xff", "%", "\n", "😀", "a.b"}) {
+        for (std::size_t length = 1; length <= 255; ++length) {
+            std::string name;
+            while (name.size() + unit.size() <= length)
+                name += unit;
+            name += std::string(length - name.size(), 'x');
+            const std::string path = tree.path("home/items/" + name);
+            ASSERT_EQ(::mknod(path.c_str(), S_IFREG | 0600, 0), 0) << length;
+            const auto moved = trash(path);
+            ASSERT_TRUE(moved) << unit << length << moved.error().code.message();
+            ASSERT_EQ(notedPath(moved->location), path) << length;
+            const std::size_t kept = nameOf(moved->location).size();
+            ASSERT_TRUE(length <= 245 ? kept == length : kept <= 245 && kept > 245 - 4) << length;
+            ASSERT_TRUE(unit == "\xff" || !isCutThrough(nameOf(moved->location), name)) << length;
+            ASSERT_EQ(::rename(moved->location.c_str(), path.c_str()), 0) << "it can be put back";
+            ASSERT_EQ(::unlink(path.c_str()), 0);
+            ASSERT_EQ(
+                ::unlink(tree.path(homeTrash + "/info/" + nameOf(moved->location) + ".trashinfo").c_str()),
+                0);
+        }
+    }
+}
+
+TEST(MoveToTrash, KeepsThousandsOfOneNameApart) {
+    constexpr int many = 5000;
+    const TempTree tree({folder("home", {folder("items")})});
+    const HomeIn home(tree.path("home"));
+    std::set<std::string> locations;
+    for (int i = 0; i < many; ++i) {
+        const std::string path = tree.path("home/items/" + std::to_string(i)) + "/aynı ad";
+        fs::create_directories(path);
+        const auto moved = trash(path);
+        ASSERT_TRUE(moved) << moved.error().code.message();
+        ASSERT_EQ(notedPath(moved->location), path);
+        locations.insert(moved->location);
+    }
+    EXPECT_EQ(locations.size(), many);
+    EXPECT_EQ(countIn(tree.path(homeTrash + "/files")), many);
+    EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), many);
+    EXPECT_TRUE(isThere(tree.path(homeTrash + "/files/aynı ad.5000")));
+}
+
+TEST(MoveToTrash, PassesOverNamesOfWhichHalfIsTaken) {
+    const TempTree tree({folder("home", {textFile("a", "new"), textFile("b", "new")})});
+    const HomeIn home(tree.path("home"));
+    fs::create_directories(tree.path(homeTrash + "/files/a"));
+    fs::create_directories(tree.path(homeTrash + "/info/b.trashinfo"));
+    const auto first = trash(tree.path("home/a"));
+    const auto second = trash(tree.path("home/b"));
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(nameOf(first->location), "a.2");
+    EXPECT_EQ(nameOf(second->location), "b.2");
+    EXPECT_FALSE(isThere(tree.path(homeTrash + "/info/a.trashinfo")));
+    EXPECT_FALSE(isThere(tree.path(homeTrash + "/files/b")));
+}
+
+TEST(MoveToTrash, LeavesWhatIsNoLongerTheItem) {
+    const TempTree tree(
+        {folder("home", {textFile("a", "a"), textFile("b", "b"), folder("way", {textFile("c", "")})})});
+    const HomeIn home(tree.path("home"));
+    const auto parent = Directory::open(tree.path("home"));
+    const auto moved = moveToTrash(*parent, "a", *entryIdentity(*parent, "b"), tree.path("home/a"));
+    ASSERT_FALSE(moved);
+    EXPECT_EQ(moved.error().code.value(), ESTALE);
+    EXPECT_EQ(moved.error().path, tree.path("home/a"));
+    const auto way = Directory::open(tree.path("home/way"));
+    const auto elsewhere = moveToTrash(*way, "c", *entryIdentity(*way, "c"), tree.path("home/c"));
+    ASSERT_FALSE(elsewhere) << "its path does not lead there";
+    EXPECT_EQ(elsewhere.error().code.value(), ESTALE);
+    EXPECT_TRUE(isThere(tree.path("home/a")) && isThere(tree.path("home/way/c")));
+    EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), 0U);
+}
+
+TEST(MoveToTrash, WithoutRoomForTheNoteTheItemStays) {
+    if (const auto reason = test::whyNoDiskImages())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home")});
+    test::withPrivateMounts([&] {
+        const HomeIn home(tree.path("home"));
+        ASSERT_TRUE(test::mountImage(tree.path("image"), tree.path("home")));
+        std::vector<std::string> paths;
+        for (const std::size_t length : {1UZ, 100UZ, 243UZ, 244UZ, 245UZ, 246UZ, 255UZ}) {
+            paths.push_back(tree.path("home/") + std::string(length, 'n'));
+            ASSERT_EQ(::mknod(paths.back().c_str(), S_IFREG | 0600, 0), 0);
+        }
+        for (const bool hasTrash : {false, true}) {
+            if (hasTrash)
+                fs::create_directories(tree.path(homeTrash + "/files"));
+            if (hasTrash)
+                fs::create_directories(tree.path(homeTrash + "/info"));
+            const int filler = ::open(tree.path("home/filler").c_str(), O_WRONLY | O_CREAT, 0600);
+            ASSERT_GE(filler, 0);
+            const std::string block(4096, 'f');
+            while (::write(filler, block.data(), block.size()) > 0) {
+            }
+            for (int byte = 0; byte < 4096 && ::write(filler, "f", 1) > 0; ++byte) {
+            }
+            for (const std::string& path : paths) {
+                const auto moved = trash(path);
+                ASSERT_FALSE(moved) << path.size();
+                EXPECT_EQ(moved.error().code, std::errc::no_space_on_device) << moved.error().code.message();
+                EXPECT_TRUE(isThere(path));
+            }
+            EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), 0U);
+            EXPECT_EQ(countIn(tree.path(homeTrash + "/files")), 0U);
+            ::close(filler);
+            ASSERT_EQ(::unlink(tree.path("home/filler").c_str()), 0);
+        }
+        for (const std::string& path : paths) {
+            const auto moved = trash(path);
+            ASSERT_TRUE(moved) << moved.error().code.message();
+            EXPECT_EQ(notedPath(moved->location), path);
+        }
+    });
+}
+
+TEST(MoveToTrash, WhereverItIsKilledTheItemIsInItsPlaceOrHasItsNote) {
+    bool isOver = false;
+    bool wasHere = false;
+    bool wasThere = false;
+    for (int moment = 1; !isOver; ++moment) {
+        const TempTree tree({folder("home", {folder("a", {textFile("b", "b")})})});
+        const HomeIn home(tree.path("home"));
+        {
+            test::TracedChild child([&] { (void)trash(tree.path("home/a/b")); });
+            if (!child.isTraced())
+                GTEST_SKIP() << "this user may not trace a program";
+            for (int i = 0; i < moment && !isOver; ++i)
+                isOver = !child.step();
+        }
+        const std::string location = tree.path(homeTrash + "/files/b");
+        const bool isHere = isThere(tree.path("home/a/b"));
+        ASSERT_NE(isHere, isThere(location)) << moment;
+        ASSERT_TRUE(isHere || notedPath(location) == tree.path("home/a/b")) << moment;
+        wasHere = wasHere || isHere;
+        wasThere = wasThere || (!isHere && !isOver);
+        // Whatever was left behind is in nobody's way.
+        ASSERT_TRUE(!isHere || trash(tree.path("home/a/b"))) << moment;
+    }
+    EXPECT_TRUE(wasHere && wasThere) << "the moments were all of them on one side";
+}
+
+TEST(MoveToTrash, TheNoteIsOnTheDiskBeforeTheItemMoves) {
+    const TempTree tree({folder("home", {textFile("a", "a"), folder(".local", {folder("share")})})});
+    const HomeIn home(tree.path("home"));
+    test::TracedChild child([&] { (void)trash(tree.path("home/a")); });
+    if (!child.isTraced())
+        GTEST_SKIP() << "this user may not trace a program";
+    std::string order;
+    while (child.step()) {
+        const auto call = child.call();
+        if (call == SYS_write)
+            order += "write ";
+        if (call == SYS_fsync)
+            order += "fsync ";
+        if (call == SYS_renameat2)
+            order += "rename ";
+    }
+    EXPECT_EQ(order, "write fsync fsync rename ");
+}
+
+std::string sizesIn(const TempTree& tree) {
+    return test::textOf(tree.path(homeTrash + "/directorysizes"));
+}
+
+TEST(RecordTrashedFolders, KeepsTheListOfTheFoldersThatAreThere) {
+    const TempTree tree({folder("home", {folder("a b"), folder("c"), folder("ğ\n")})});
+    const HomeIn home(tree.path("home"));
+    std::vector<std::string> locations;
+    std::vector<std::string> dates;
+    for (const char* name : {"a b", "c", "ğ\n"}) {
+        const auto moved = trash(tree.path("home/") + name);
+        ASSERT_TRUE(moved);
+        locations.push_back(moved->location);
+        struct stat info{};
+        ASSERT_EQ(::lstat(tree.path(homeTrash + "/info/" + name + ".trashinfo").c_str(), &info), 0);
+        dates.push_back(std::to_string(info.st_mtim.tv_sec));
+    }
+    recordTrashedFolders({});
+    EXPECT_FALSE(isThere(tree.path(homeTrash + "/directorysizes")));
+    recordTrashedFolders(std::vector<TrashedFolder>{{.location = locations[0], .bytes = 12},
+                                                    {.location = locations[1], .bytes = 3'000'000'000},
+                                                    {.location = "/elsewhere/x", .bytes = 1}});
+    EXPECT_EQ(sizesIn(tree), "12 " + dates[0] + " a%20b\n3000000000 " + dates[1] + " c\n");
+    ASSERT_EQ(::rename(locations[1].c_str(), tree.path("home/c").c_str()), 0);
+    recordTrashedFolders(std::vector<TrashedFolder>{{.location = locations[0], .bytes = 13},
+                                                    {.location = locations[2], .bytes = 0}});
+    EXPECT_EQ(sizesIn(tree), "0 " + dates[2] + " %C4%9F%0A\n13 " + dates[0] + " a%20b\n");
+}
+
+}  // namespace
+}  // namespace ulvak::platform

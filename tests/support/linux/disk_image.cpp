@@ -1,0 +1,70 @@
+#include "support/linux/disk_image.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+extern char** environ;  // NOLINT(readability-redundant-declaration): glibc declares it, others do not
+
+namespace ulvak::test {
+
+bool hasRun(const std::vector<std::string>& words) {
+    std::vector<std::string> copies = words;
+    std::vector<char*> argv;
+    for (std::string& word : copies)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions{};
+    ::posix_spawn_file_actions_init(&actions);
+    for (const int output : {STDOUT_FILENO, STDERR_FILENO})
+        ::posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
+    pid_t process = 0;
+    int status = -1;
+    const bool isStarted = ::posix_spawn(&process, argv[0], &actions, nullptr, argv.data(), environ) == 0;
+    ::posix_spawn_file_actions_destroy(&actions);
+    return isStarted && ::waitpid(process, &status, 0) == process && status == 0;
+}
+
+testing::AssertionResult mountImage(const std::string& image, const std::string& path, std::int64_t bytes) {
+    std::ofstream(image).close();
+    std::error_code error;
+    std::filesystem::resize_file(image, static_cast<std::uintmax_t>(bytes), error);
+    if (error || !hasRun({"/usr/sbin/mkfs.ext4", "-q", "-F", "-m", "0", image}))
+        return testing::AssertionFailure() << "no file system can be made in " << image;
+    if (!hasRun({"/usr/bin/mount", "-o", "loop", image, path}))
+        return testing::AssertionFailure() << image << " cannot be mounted";
+    ::chmod(path.c_str(), 0777);
+    // It belongs to the file system, and would be in the way of who counts entries.
+    std::filesystem::remove(path + "/lost+found", error);
+    return testing::AssertionSuccess();
+}
+
+std::optional<std::string> whyNoDiskImages() {
+    if (auto reason = whyNoPrivateMounts())
+        return reason;
+    const TempTree tree({folder("disk")});
+    int ends[2] = {-1, -1};
+    if (::pipe(ends) != 0)
+        return "no pipe";
+    withPrivateMounts([&] {
+        const char answer = mountImage(tree.path("image"), tree.path("disk")) ? '1' : '0';
+        (void)!::write(ends[1], &answer, 1);
+    });
+    char answer = '0';
+    const bool isMounted = ::read(ends[0], &answer, 1) == 1 && answer == '1';
+    ::close(ends[0]);
+    ::close(ends[1]);
+    if (!isMounted)
+        return "no image of a disk can be mounted here";
+    return std::nullopt;
+}
+
+}  // namespace ulvak::test
