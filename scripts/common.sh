@@ -47,3 +47,21 @@ source_files() {
             fi
         done
 }
+
+# make_debian_13 FOLDER PACKAGE...: a Debian 13 with these packages, from where this machine's apt gets its own, by
+# way of the same proxy. There is all of it or none. Takes root and debootstrap.
+make_debian_13() {
+    local folder=$1 packages=("${@:2}") mirror proxy=
+    # shellcheck disable=SC2016 # apt's own
+    mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Origin: Debian' 'Label: Debian' 'Created-By: Packages' 2>/dev/null |
+        head -n 1 || true)
+    eval "$(apt-config shell proxy Acquire::http::Proxy 2>/dev/null || true)"
+    rm -rf -- "$folder.new"
+    mkdir -p "$folder.new"
+    # In a namespace of its own, so that what is mounted meanwhile goes whatever happens.
+    # shellcheck disable=SC2086 # no mirror is no argument
+    env ${proxy:+http_proxy="$proxy"} unshare --mount debootstrap --variant=minbase \
+        ${packages[0]:+--include="$(IFS=,; echo "${packages[*]}")"} trixie "$folder.new" $mirror >&2
+    rm -rf -- "$folder"
+    mv "$folder.new" "$folder"
+}

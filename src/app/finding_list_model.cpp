@@ -65,6 +65,7 @@ void FindingListModel::setLevel(std::optional<SafetyLevel> level) {
     rows_ = level ? app_.findings(*level) : Findings();
     largest_ = rows_.empty() ? 0 : std::ranges::max(rows_, {}, &Finding::size)->size;
     endResetModel();
+    emit followed();
     emit countChanged();
 }
 
@@ -151,6 +152,7 @@ void FindingListModel::follow() {
     removeAllBut(longestAscending(targets));
     insertMissing(wanted);
     replaceChanged(wanted);
+    emit followed();
     if (count() != before)
         emit countChanged();
 }

@@ -55,6 +55,9 @@ public:
 
 signals:
     void countChanged();
+    /// The rows are the application's again: after each change as a whole, where the signals of the base
+    /// class tell of its steps, in which a row that moves has gone for a moment.
+    void followed();
 
 private:
     void follow();

@@ -84,15 +84,14 @@ ScrollColumn {
         symbol: "trash"
         prominent: true
         Layout.maximumWidth: parent.width
-        onClicked: root.several.asksFirst ? confirm.ask() : root.app.cleanTokens(root.several.cleanableTokens)
+        onClicked: root.several.asksFirst ? confirm.ask() : root.app.cleanSelected()
     }
 
     ConfirmDialog {
         id: confirm
         /// What was shown is what is cleaned, whatever is selected by then.
-        property var asked: []
         function ask() {
-            asked = root.several.cleanableTokens
+            root.several.ask()
             message = root.several.warning
             confirmText = root.several.cleanText
             open()
@@ -102,6 +101,6 @@ ScrollColumn {
         message: ""
         confirmText: ""
         destructive: true
-        onConfirmed: root.app.cleanTokens(asked)
+        onConfirmed: root.app.cleanAsked()
     }
 }

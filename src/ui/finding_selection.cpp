@@ -1,6 +1,8 @@
 #include "ui/finding_selection.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace ulvak {
@@ -14,10 +16,7 @@ bool has(int modifiers, Qt::KeyboardModifier key) {
 
 FindingSelection::FindingSelection(const FindingListModel& rows, QObject* parent)
     : QObject(parent), rows_(rows) {
-    // The row of the focus moves with what is in front of it.
-    connect(&rows, &QAbstractItemModel::rowsInserted, this, &FindingSelection::notify);
-    connect(&rows, &QAbstractItemModel::rowsRemoved, this, &FindingSelection::notify);
-    connect(&rows, &QAbstractItemModel::modelReset, this, &FindingSelection::notify);
+    connect(&rows, &FindingListModel::followed, this, &FindingSelection::followRows);
 }
 
 std::optional<std::string> FindingSelection::idAt(int row) const {
@@ -26,15 +25,13 @@ std::optional<std::string> FindingSelection::idAt(int row) const {
 }
 
 int FindingSelection::currentRow() const {
-    if (current_.empty())
-        return -1;
-    const int row = rows_.rowOf(current_);
-    return row >= 0 ? row : std::min(place_, rows_.count() - 1);
+    return current_.empty() ? -1 : rows_.rowOf(current_);
 }
 
 void FindingSelection::set(Ids ids) {
-    anchor_ = current_ = ids.empty() ? std::string() : *ids.begin();
     ids_ = std::move(ids);
+    keepWhatHasRows();
+    anchor_ = current_ = ids_.empty() ? std::string() : *ids_.begin();
     notify();
 }
 
@@ -82,16 +79,16 @@ void FindingSelection::toggleCurrent() {
 }
 
 void FindingSelection::extendTo(int row, bool keepsOthers) {
-    const int from = anchor_.empty() ? row : rows_.rowOf(anchor_);
+    if (anchor_.empty())
+        anchor_ = idAt(row).value_or(std::string());
     if (!keepsOthers)
         ids_.clear();
-    const auto [first, last] = std::minmax(from < 0 ? row : from, row);
+    const int from = rows_.rowOf(anchor_);
+    const auto [first, last] = std::minmax(from, row);
     for (int index = first; index <= last; ++index) {
         if (auto id = idAt(index))
             ids_.insert(std::move(*id));
     }
-    if (from < 0 || anchor_.empty())
-        anchor_ = idAt(row).value_or(std::string());
 }
 
 void FindingSelection::selectAll() {
@@ -107,9 +104,25 @@ void FindingSelection::clear() {
     notify();
 }
 
+void FindingSelection::keepWhatHasRows() {
+    std::unordered_set<std::string_view> there;
+    for (int row = 0; row < rows_.count(); ++row)
+        there.insert(rows_.at(row)->id);
+    std::erase_if(ids_, [&](const std::string& id) { return !there.contains(id); });
+}
+
+void FindingSelection::followRows() {
+    keepWhatHasRows();
+    if (rows_.rowOf(anchor_) < 0)
+        anchor_.clear();
+    // The focus passes to the row that is there now.
+    if (currentRow() < 0)
+        current_ = idAt(std::min(place_, rows_.count() - 1)).value_or(std::string());
+    notify();
+}
+
 void FindingSelection::notify() {
-    if (const int row = current_.empty() ? -1 : rows_.rowOf(current_); row >= 0 || current_.empty())
-        place_ = row;
+    place_ = currentRow();
     ++revision_;
     emit changed();
 }

@@ -12,7 +12,8 @@
 namespace ulvak {
 
 /// What is selected in a list of findings, and where the keyboard is in it. Bound to ids, never to rows: when
-/// the list changes, what is selected stays selected, and what has gone is still in the set but in no row.
+/// the list changes, what is selected stays selected wherever its row is then. It holds only what has a row:
+/// what leaves the list leaves the selection with it, and does not come back with the row.
 ///
 /// Threads: the UI thread only.
 class FindingSelection : public QObject {
@@ -30,6 +31,7 @@ public:
     [[nodiscard]] const Ids& ids() const { return ids_; }
     [[nodiscard]] int revision() const { return revision_; }
     [[nodiscard]] int currentRow() const;
+    /// Ids without a row are left out.
     void set(Ids ids);
 
     [[nodiscard]] Q_INVOKABLE bool contains(const QString& token) const { return ids_.contains(idOf(token)); }
@@ -50,13 +52,15 @@ signals:
 private:
     [[nodiscard]] std::optional<std::string> idAt(int row) const;
     void extendTo(int row, bool keepsOthers);
+    void keepWhatHasRows();
+    void followRows();
     void notify();
 
     const FindingListModel& rows_;
     Ids ids_;
     std::string anchor_;   ///< from where Shift extends
     std::string current_;  ///< has the focus
-    int place_ = -1;       ///< its row, or where that was before it went
+    int place_ = -1;       ///< its row when somebody was told last
     int revision_ = 0;
 };
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/shown.h"
 #include "app/texts.h"
 #include "core/checked_add.h"
 
@@ -43,13 +42,13 @@ void MultiSelectionModel::count(const Finding& finding) {
     addChecked(sums_.cleanableBytes, finding.size);
 }
 
-QStringList MultiSelectionModel::cleanableTokens() const {
-    QStringList tokens;
+std::vector<std::string> MultiSelectionModel::cleanableIds() const {
+    std::vector<std::string> ids;
     for (const FindingPointer& finding : items_) {
         if (canBeCleaned(*finding))
-            tokens.append(tokenOf(finding->id));
+            ids.push_back(finding->id);
     }
-    return tokens;
+    return ids;
 }
 
 QString MultiSelectionModel::countText() const {

@@ -2,10 +2,12 @@
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <QVariantList>
 #include <cstdint>
 #include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "app/app_model.h"
 
@@ -22,8 +24,6 @@ class MultiSelectionModel : public QObject {
     Q_PROPERTY(QVariantList levels READ levels NOTIFY changed)
     /// Empty when nothing is skipped.
     Q_PROPERTY(QString skippedText READ skippedText NOTIFY changed)
-    /// Of those that can be cleaned, in order.
-    Q_PROPERTY(QStringList cleanableTokens READ cleanableTokens NOTIFY changed)
     Q_PROPERTY(bool canClean READ canClean NOTIFY changed)
     Q_PROPERTY(bool asksFirst READ asksFirst NOTIFY changed)
     /// Whether something among them is deleted for good: a simulator has no way back.
@@ -43,7 +43,13 @@ public:
     [[nodiscard]] QString totalText() const;
     [[nodiscard]] QVariantList levels() const;
     [[nodiscard]] QString skippedText() const;
-    [[nodiscard]] QStringList cleanableTokens() const;
+    /// Of those that can be cleaned, in order.
+    [[nodiscard]] std::vector<std::string> cleanableIds() const;
+    /// Keeps them as what the user is asked about, whatever is selected when the answer comes. Here and not
+    /// in a view: what a view keeps of a list may be the list as it is by then.
+    Q_INVOKABLE void ask() { asked_ = cleanableIds(); }
+    /// Once for each time that was asked.
+    [[nodiscard]] std::vector<std::string> takeAsked() { return std::exchange(asked_, {}); }
     [[nodiscard]] bool canClean() const;
     [[nodiscard]] bool asksFirst() const;
     [[nodiscard]] bool deletesForGood() const;
@@ -69,6 +75,7 @@ private:
 
     const AppModel& app_;
     Findings items_;
+    std::vector<std::string> asked_;
     Sums sums_;
 };
 

@@ -351,7 +351,8 @@ bool WindowModel::offersBatch() const {
 void WindowModel::followDetail() {
     Findings selected;
     std::unordered_set<std::string_view> taken;
-    for (const FindingPointer& finding : app_.findings()) {
+    for (int row = 0; row < findings_.count(); ++row) {
+        const FindingPointer finding = findings_.at(row);
         // Of two with one id the first counts, as for what is done with it.
         if (selection_.ids().contains(finding->id) && taken.insert(finding->id).second)
             selected.push_back(finding);
@@ -376,7 +377,7 @@ QVariantMap WindowModel::sourceInfo(const QString& source) const {
 }
 
 QVariantMap WindowModel::menuInfo(const QString& token) const {
-    const FindingPointer finding = app_.finding(idOf(token));
+    const FindingPointer finding = findings_.at(findings_.rowOf(idOf(token)));
     if (!finding)
         return {};
     return {{QStringLiteral("canTrash"), canBeCleaned(*finding)},
@@ -416,11 +417,13 @@ void WindowModel::removePermanently(const QString& token) {
     app_.clean({idOf(token)}, CleanMode::permanent);
 }
 
-void WindowModel::cleanTokens(const QStringList& tokens) {
-    std::vector<std::string> ids;
-    for (const QString& token : tokens)
-        ids.push_back(idOf(token));
-    app_.clean(std::move(ids), CleanMode::trash);
+void WindowModel::cleanSelected() {
+    if (!several_.asksFirst())
+        app_.clean(several_.cleanableIds(), CleanMode::trash);
+}
+
+void WindowModel::cleanAsked() {
+    app_.clean(several_.takeAsked(), CleanMode::trash);
 }
 
 void WindowModel::emptyTrash() {

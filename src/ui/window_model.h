@@ -143,7 +143,7 @@ public:
     /// A source's `label` and `symbol`.
     [[nodiscard]] Q_INVOKABLE QVariantMap sourceInfo(const QString& source) const;
     /// What a row's menu offers: `canTrash` and `canReset`, and whether it `isCleaning` already. Empty when
-    /// the finding has gone.
+    /// the finding has gone from the list.
     [[nodiscard]] Q_INVOKABLE QVariantMap menuInfo(const QString& token) const;
     /// The next row after `row` whose title begins with these letters; -1 when there is none.
     [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
@@ -157,8 +157,10 @@ public:
     Q_INVOKABLE void cancelBatch() { app_.cancelBatch(); }
     Q_INVOKABLE void moveToTrash(const QString& token);
     Q_INVOKABLE void removePermanently(const QString& token);
-    /// To the Trash, one after the other.
-    Q_INVOKABLE void cleanTokens(const QStringList& tokens);
+    /// Several to the Trash, one after the other: what is selected now, unless it is to be asked about, and
+    /// what was asked about last.
+    Q_INVOKABLE void cleanSelected();
+    Q_INVOKABLE void cleanAsked();
     Q_INVOKABLE void emptyTrash();
     Q_INVOKABLE void reveal(const QString& token);
     Q_INVOKABLE void openFullDiskAccessSettings() { app_.openFullDiskAccessSettings(); }

@@ -140,6 +140,16 @@ TEST_F(FindingListTest, TheSubmenuRelabels) {
     EXPECT_EQ(app->finding("/v/b")->source, VerdictSource::user);
 }
 
+TEST_F(FindingListTest, TheMenuGoesWithItsRow) {
+    stage.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)};
+    openScanned(QStringLiteral("safe"));
+    openMenu(QStringLiteral("b"));
+    app->setLevel(SafetyLevel::keep, "/v/a");
+    EXPECT_TRUE(isOpen(QStringLiteral("rowMenu")));
+    app->setLevel(SafetyLevel::keep, "/v/b");
+    EXPECT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("rowMenu")); }));
+}
+
 TEST_F(FindingListTest, TheMenuDoesWhatItSaysToItsRow) {
     stage.result = {finding("/v/a", SafetyLevel::keep, 2), finding("/v/b", SafetyLevel::keep, 1)};
     openScanned(QStringLiteral("keep"));

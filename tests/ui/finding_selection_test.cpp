@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/shown.h"
 #include "ui/staged_window.h"
 
@@ -111,7 +113,7 @@ TEST_F(FindingSelectionTest, TheFocusPassesToTheRowAfterOneThatGoes) {
     selection().press(2, Qt::NoModifier);
     app->clean({"/v/2"}, CleanMode::trash);
     ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
-    EXPECT_EQ(selected(), "2");  // still in the set, and in no row
+    EXPECT_EQ(selected(), "");
     EXPECT_EQ(model->detailKind(), QStringLiteral("empty"));
     EXPECT_EQ(selection().currentRow(), 2);
     EXPECT_EQ(model->findings()->at(selection().currentRow())->id, "/v/3");
@@ -124,6 +126,91 @@ TEST_F(FindingSelectionTest, TheFocusPassesToTheNewLastRowWhenTheLastGoes) {
     EXPECT_EQ(selection().currentRow(), 3);
 }
 
+TEST_F(FindingSelectionTest, ALabelThatTakesARowAwayTakesItOutOfTheSelection) {
+    selection().selectAll();
+    app->setLevel(SafetyLevel::keep, "/v/1");
+    EXPECT_EQ(selected(), "0234");
+    EXPECT_EQ(model->several()->countText(), QStringLiteral("4 öğe seçili"));
+}
+
+TEST_F(FindingSelectionTest, SoDoesALabelThatIsTakenBack) {
+    app->setLevel(SafetyLevel::keep, "/v/1");
+    app->setLevel(SafetyLevel::keep, "/v/2");
+    model->setSidebar(QStringLiteral("keep"));
+    selection().selectAll();
+    ASSERT_EQ(selected(), "12");
+    app->resetVerdict("/v/1");
+    EXPECT_EQ(selected(), "2");
+}
+
+TEST_F(FindingSelectionTest, SoDoesWhatTheModelSays) {
+    app->setLevel(SafetyLevel::unknown, "/v/1");
+    app->setLevel(SafetyLevel::unknown, "/v/2");
+    model->setSidebar(QStringLiteral("unknown"));
+    selection().selectAll();
+    app->analyze("/v/1", "");
+    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 1; }));
+    EXPECT_EQ(selected(), "2");
+}
+
+TEST_F(FindingSelectionTest, SoDoesAScanThatFindsItNoMore) {
+    selection().selectAll();
+    stage.result.erase(stage.result.begin() + 1);
+    scanAll();
+    EXPECT_EQ(selected(), "0234");
+}
+
+TEST_F(FindingSelectionTest, WhatMovesInTheListStaysSelectedAllTheTime) {
+    selection().press(1, Qt::NoModifier);
+    selection().press(3, Qt::ControlModifier);
+    bool wasEverLess = false;
+    QObject::connect(&selection(), &FindingSelection::changed, &selection(), [&] {
+        wasEverLess = wasEverLess || selected() != "13" || model->detailKind() != QStringLiteral("several");
+    });
+    std::ranges::reverse(stage.result);
+    for (std::size_t index = 0; index < stage.result.size(); ++index)
+        stage.result[index].size = 2000 - static_cast<std::int64_t>(index);
+    scanAll();
+    ASSERT_EQ(model->findings()->at(0)->id, "/v/4");
+    EXPECT_EQ(selected(), "13");
+    EXPECT_EQ(selection().currentRow(), 1);
+    EXPECT_FALSE(wasEverLess);
+}
+
+TEST_F(FindingSelectionTest, WhatComesBackIsNotSelected) {
+    selection().press(1, Qt::NoModifier);
+    app->setLevel(SafetyLevel::keep, "/v/1");
+    app->resetVerdict("/v/1");
+    ASSERT_EQ(model->findings()->count(), 5);
+    EXPECT_EQ(selected(), "");
+    EXPECT_EQ(model->detailKind(), QStringLiteral("empty"));
+}
+
+TEST_F(FindingSelectionTest, ShiftDoesNotExtendFromWhatHasGone) {
+    selection().press(1, Qt::NoModifier);
+    app->setLevel(SafetyLevel::keep, "/v/1");
+    app->resetVerdict("/v/1");
+    selection().press(3, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "3");
+    selection().press(4, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "34");
+}
+
+TEST_F(FindingSelectionTest, TheFocusMovesWithItsRow) {
+    selection().press(2, Qt::NoModifier);
+    app->setLevel(SafetyLevel::keep, "/v/2");  // passes to the row of "/v/3"
+    app->setLevel(SafetyLevel::keep, "/v/0");
+    ASSERT_EQ(selection().currentRow(), 1);
+    EXPECT_EQ(model->findings()->at(1)->id, "/v/3");
+}
+
+TEST_F(FindingSelectionTest, WhatHasNoRowCannotBeSelected) {
+    app->setLevel(SafetyLevel::keep, "/v/2");
+    selection().set({"/v/1", "/v/2", "/v/gone"});
+    EXPECT_EQ(selected(), "1");
+    EXPECT_EQ(model->detailKind(), QStringLiteral("one"));
+}
+
 TEST_F(FindingSelectionTest, RowsThatAreNotThereAreIgnored) {
     selection().press(5, Qt::NoModifier);
     selection().press(-1, Qt::ShiftModifier);
@@ -134,6 +221,8 @@ TEST_F(FindingSelectionTest, RowsThatAreNotThereAreIgnored) {
 
 TEST_F(FindingSelectionTest, IdsNeedNotBeText) {
     const QString token = tokenOf("/v/\xff");
+    stage.result.push_back(finding("/v/\xff", SafetyLevel::safe));
+    scanAll();
     EXPECT_FALSE(selection().contains(token));
     selection().set({"/v/\xff"});
     EXPECT_TRUE(selection().contains(token));

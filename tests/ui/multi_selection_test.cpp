@@ -184,7 +184,51 @@ TEST_F(MultiSelectionTest, SimulatorsAreCleanedWithTheOthers) {
         modelOf({simulator(finding("/v/a", SafetyLevel::safe)), finding("/v/b", SafetyLevel::safe)});
     EXPECT_TRUE(several.canClean());
     EXPECT_TRUE(several.skippedText().isEmpty());
-    EXPECT_EQ(several.cleanableTokens().size(), 2);
+    EXPECT_THAT(several.cleanableIds(), ElementsAre("/v/a", "/v/b"));
+}
+
+TEST_F(MultiSelectionTest, WhatWasRelabelledOutOfTheListIsNotCleaned) {
+    selectAll({finding("/v/a", SafetyLevel::safe, 3), finding("/v/b", SafetyLevel::safe, 2),
+               finding("/v/c", SafetyLevel::safe, 1)});
+    for (const bool isByKey : {true, false}) {
+        click(row(QStringLiteral("a")));
+        click(QStringLiteral("relabel"));
+        ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("detailLevels")); }));
+        click(inPopup(QStringLiteral("detailLevels"), QStringLiteral("level-keep")));
+        ASSERT_TRUE(waitUntil([&] { return rowCount() == 2; }));
+        EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailEmpty")); }));
+        focus(QStringLiteral("rows"));
+        if (isByKey) {
+            key(Qt::Key_A, Qt::ControlModifier);
+        } else {
+            click(row(QStringLiteral("b")), Qt::LeftButton, Qt::ControlModifier);
+            click(row(QStringLiteral("c")), Qt::LeftButton, Qt::ControlModifier);
+        }
+        EXPECT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("2 öğe seçili"));
+        if (isByKey) {
+            app->resetVerdict("/v/a");
+            ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
+        }
+    }
+    key(Qt::Key_Delete);
+    ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
+    EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/b", "clean trash /v/c"));
+    EXPECT_EQ(app->finding("/v/a")->level, SafetyLevel::keep);
+}
+
+TEST_F(MultiSelectionTest, WhatIsToBeAskedAboutIsNotCleanedUnasked) {
+    modelOf({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::safe)});
+    model->cleanSelected();
+    model->cleanAsked();
+    EXPECT_TRUE(app->cleaning().empty());
+    EXPECT_EQ(stage.count("clean"), 0);
+}
+
+TEST_F(MultiSelectionTest, AnAnswerCountsOnce) {
+    modelOf({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::safe)});
+    model->several()->ask();
+    EXPECT_THAT(model->several()->takeAsked(), ElementsAre("/v/a", "/v/b"));
+    EXPECT_THAT(model->several()->takeAsked(), testing::IsEmpty());
 }
 
 }  // namespace

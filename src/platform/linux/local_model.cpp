@@ -141,26 +141,58 @@ std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool may
     return list;
 }
 
-/// Where the models of one server run, as far as it says.
+/// Where the models of one server run. A model is asked only where that is known to be here: facts about the
+/// user's folders must not leave by way of a server that was too slow to say that it passes them on.
 class Whereabouts {
 public:
     Whereabouts(const ModelAddress& address, milliseconds deadline, const std::stop_token& stop)
-        : address_(address), stop_(stop), time_(deadline) {}
+        : address_(address), stop_(stop), deadline_(deadline), time_(deadline) {}
 
-    /// A server that does not know the question has models of its own only. Once it has said that one runs
-    /// elsewhere it has to answer for the others too.
-    [[nodiscard]] bool isElsewhere(const std::string& model) {
+    /// Nothing when it runs here, else why it must not be asked. A server that does not know the question has
+    /// models of its own only. One that seems to know it has to answer for each.
+    [[nodiscard]] std::optional<Missing> obstacle(const std::string& model, Reason ifElsewhere) {
         const auto reply = ask(address_, "/api/show", showBody(model), time_, stop_);
-        const bool isElsewhere = reply ? isShownElsewhere(reply->status, reply->body) : passesOn_;
-        passesOn_ = passesOn_ || isElsewhere;
-        return isElsewhere;
+        const ModelPlace place = reply ? readShow(reply->status, reply->body) : ModelPlace::unclear;
+        if (place == ModelPlace::here || (place == ModelPlace::notAsked && !mayKnow_)) {
+            mayKnow_ = mayKnow_ || place == ModelPlace::here;
+            return std::nullopt;
+        }
+        mayKnow_ = true;
+        if (place == ModelPlace::elsewhere)
+            return refusedCloud(ifElsewhere, model).error();
+        return unclear(model, reply
+                                  ? "beklenmeyen bir yanıt verdi (HTTP " + std::to_string(reply->status) + ")"
+                                  : failing(reply.error()));
     }
 
 private:
+    [[nodiscard]] std::string failing(const HttpError& error) const {
+        switch (error.kind) {
+            case HttpError::Kind::late:
+                return std::to_string(std::chrono::ceil<std::chrono::seconds>(deadline_).count()) +
+                       " saniye içinde yanıt vermedi";
+            case HttpError::Kind::brokenOff:
+                return "bağlantıyı yanıt bitmeden kesti";
+            case HttpError::Kind::tooLong:
+                return "sınırsız uzunlukta bir yanıt gönderdi";
+            default:
+                return "yanıt vermedi";
+        }
+    }
+
+    [[nodiscard]] Missing unclear(std::string_view model, const std::string& why) const {
+        return without(address_, Reason::other,
+                       "\"" + clipped(model, 200) + "\" modelinin nerede çalıştığı sorulunca " + why +
+                           ". Klasör bilgileri bu bilgisayardan çıkmasın diye bu modele sorulmuyor. Sunucuyu "
+                           "yeniden başlat ya da ULVAK_MODEL ile başka bir model seç.")
+            .error();
+    }
+
     const ModelAddress& address_;
     const std::stop_token& stop_;
+    const milliseconds deadline_;
     const SharedTime time_;
-    bool passesOn_ = false;
+    bool mayKnow_ = false;
 };
 
 /// The first model that runs here, or why there is none.
@@ -172,15 +204,21 @@ std::expected<std::string, Missing> chosenModel(const ModelList& list, const Mod
                                                          ") hiç model yok. Önce bir model indir ve yükle."),
                     .isModelServer = true});
     Whereabouts whereabouts(address, deadline, stop);
+    std::optional<Missing> first;
     int shown = 0;
     for (const std::string& name : list.names) {
         if (isCloudModel(name))
             continue;
         if (++shown > mostShown)
             break;
-        if (!whereabouts.isElsewhere(name))
+        auto obstacle = whereabouts.obstacle(name, Reason::other);
+        if (!obstacle)
             return name;
+        if (!first)
+            first = std::move(obstacle);
     }
+    if (first)
+        return std::unexpected(std::move(*first));
     return refusedCloud(Reason::other, list.names.front());
 }
 
@@ -193,8 +231,9 @@ std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalMo
         return std::unexpected(list.error());
     Place place{.address = address};
     if (named) {
-        if (Whereabouts(address, settings.showDeadline, stop).isElsewhere(*named))
-            return refusedCloud(Reason::deviceNotEligible, *named);
+        Whereabouts whereabouts(address, settings.showDeadline, stop);
+        if (auto obstacle = whereabouts.obstacle(*named, Reason::deviceNotEligible))
+            return std::unexpected(std::move(*obstacle));
         place.model = *named;
         place.isListed = std::ranges::find(list->names, *named) != list->names.end();
     } else {

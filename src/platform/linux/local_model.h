@@ -22,7 +22,7 @@ struct LocalModelSettings {
     std::chrono::milliseconds probeDeadline{
         1'000};  ///< for all that is asked to find out what such a port is
     std::chrono::milliseconds namedDeadline{5'000};     ///< the same for the server that the user names
-    std::chrono::milliseconds showDeadline{1'000};      ///< for asking a server found where its models run
+    std::chrono::milliseconds showDeadline{5'000};      ///< for asking a server found where its models run
     std::chrono::milliseconds answerDeadline{180'000};  ///< until a model has answered
 
     /// ULVAK_MODEL_URL, ULVAK_MODEL, and ULVAK_MODEL_OFF (anything but "0"); an empty one counts as unset.

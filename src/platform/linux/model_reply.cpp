@@ -207,11 +207,25 @@ std::string showBody(std::string_view model) {
     return body.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-bool isShownElsewhere(long status, std::string_view body) {
-    if (status != 200)
-        return false;
+ModelPlace readShow(long status, std::string_view body) {
+    constexpr std::array<long, 3> unknown = {404, 405, 501};
+    if (std::ranges::find(unknown, status) != unknown.end())
+        return ModelPlace::notAsked;
     const Json json = parsed(body);
-    return !text(json, "remote_host").empty() || !text(json, "remote_model").empty();
+    if (status != 200 || !json.is_object())
+        return ModelPlace::unclear;
+    // One of the servers has status 200 also for what it does not know.
+    if (const auto error = serviceError(json))
+        return lowerAscii(error->message).starts_with("unexpected endpoint") ? ModelPlace::notAsked
+                                                                             : ModelPlace::unclear;
+    for (const char* key : {"remote_host", "remote_model"}) {
+        const Json* place = member(json, key);
+        if (place != nullptr && !place->is_string())
+            return ModelPlace::unclear;
+        if (place != nullptr && !place->get_ref<const std::string&>().empty())
+            return ModelPlace::elsewhere;
+    }
+    return ModelPlace::here;
 }
 
 bool isLoading(long status, std::string_view body) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <expected>
 #include <string>
 #include <string_view>
@@ -32,8 +33,16 @@ struct ModelList {
 /// The body of POST /api/show.
 [[nodiscard]] std::string showBody(std::string_view model);
 
-/// Whether the reply to it says that the model runs elsewhere: a name can be anything, a copied model's too.
-[[nodiscard]] bool isShownElsewhere(long status, std::string_view body);
+/// Where a model runs, by what its server says: a name can be anything, a copied model's too.
+enum class ModelPlace : std::uint8_t {
+    here,
+    elsewhere,
+    notAsked,  ///< the server does not know the question, so that all its models are its own
+    unclear,   ///< anything else
+};
+
+/// The reply to it.
+[[nodiscard]] ModelPlace readShow(long status, std::string_view body);
 
 /// Whether a reply says that a model is being loaded: by an error that speaks of it, or any with status 503.
 /// Without an error in JSON a 503 is that of something else, a proxy's for instance.

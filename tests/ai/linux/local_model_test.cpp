@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <thread>
 
 #include "ai/ai_classifier.h"
@@ -287,28 +288,86 @@ TEST(LocalModel, WithoutAModelThatRunsHereTheNextPortIsTried) {
     EXPECT_EQ(timesAsked(here, "/v1/chat/completions"), 1);
 }
 
+/// A server that answers this where it is asked where a model runs, and would answer about folders.
+ScriptedServer::Script whereabouts(ScriptedServer::Script show) {
+    return [show = std::move(show)](const Connection& client, const Request& request) {
+        if (request.path == "/api/show")
+            show(client, request);
+        else
+            modelServer(200, chatReply("x"))(client, request);
+    };
+}
+
+ScriptedServer::Script always(std::string sent) {
+    return [sent = std::move(sent)](const Connection& client, const Request&) { client.send(sent); };
+}
+
 TEST(LocalModel, ServerThatDoesNotKnowWhereModelsRunHasItsOwn) {
+    for (const std::string& sent :
+         {reply(404, "no"), reply(404, R"({"error":{"code":404,"message":"File Not Found"}})"),
+          reply(405, R"({"detail":"Method Not Allowed"})"), reply(501, ""),
+          reply(200, R"_({"error":"Unexpected endpoint or method. (POST /api/show)"})_"),
+          reply(200, R"({"remote_host":""})")}) {
+        const ScriptedServer server(whereabouts(always(sent)));
+        EXPECT_EQ(named(server).respond(anyRequest).value_or("error"), "x") << sent;
+    }
+}
+
+TEST(LocalModel, ServerThatLeavesOpenWhereItsModelRunsIsNotAskedAboutFolders) {
     const std::vector<ScriptedServer::Script> shows = {
-        [](const Connection& client, const Request&) { client.send(reply(404, "no")); },
-        [](const Connection& client, const Request&) { client.send(reply(500, R"({"error":"x"})")); },
-        [](const Connection& client, const Request&) { client.send(reply(200, "<html>")); },
-        [](const Connection& client, const Request&) { client.send(reply(200, R"({"remote_host":""})")); },
-        [](const Connection& client, const Request&) {
-            client.send(reply(200, std::string(1'000'000, ' ')));
-        },
-        [](const Connection&, const Request&) {},
+        always(reply(500, R"({"error":"x"})")),
+        always(reply(503, "")),
+        always(reply(401, R"({"error":"unauthorized"})")),
+        always(reply(302, "", "Location: /elsewhere\r\n")),
+        always(reply(200, "<html>")),
+        always(reply(200, R"(["remote_host"])")),
+        always(reply(200, R"({"error":"busy"})")),
+        always(reply(200, R"({"remote_host":true})")),
+        always(reply(200, std::string(1'000'000, ' '))),
+        always("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{\"modelfile\":"),
+        always(""),
         [](const Connection& client, const Request&) { client.waitForItsEnd(); },
     };
     for (std::size_t i = 0; i < shows.size(); ++i) {
-        const ScriptedServer server([&](const Connection& client, const Request& request) {
-            if (request.path == "/api/show")
-                shows[i](client, request);
-            else
-                modelServer(200, chatReply("x"))(client, request);
-        });
-        const LocalModel model({.url = server.url(), .namedDeadline = 60s, .showDeadline = 100ms});
-        EXPECT_EQ(model.respond(anyRequest).value_or("error"), "x") << i;
+        const ScriptedServer server(whereabouts(shows[i]));
+        for (const std::optional<std::string>& model :
+             {std::optional<std::string>(), std::optional<std::string>("test-model")}) {
+            const bool isSilent = i == shows.size() - 1;
+            const LocalModel local({.url = server.url(),
+                                    .model = model,
+                                    .namedDeadline = 60s,
+                                    .showDeadline = isSilent ? 100ms : 60'000ms});
+            const auto absence = local.absence();
+            ASSERT_TRUE(absence) << i;
+            EXPECT_EQ(absence->reason, Reason::other) << i;
+            EXPECT_TRUE(absence->detail.contains("\"test-model\" modelinin nerede çalıştığı sorulunca"))
+                << absence->detail;
+            EXPECT_EQ(absence->detail.contains("1 saniye içinde yanıt vermedi"), isSilent) << absence->detail;
+            EXPECT_FALSE(local.respond(anyRequest)) << i;
+        }
+        EXPECT_EQ(timesAsked(server, "/v1/chat/completions"), 0) << i;
     }
+}
+
+TEST(LocalModel, ServerThatSaysOnlyAfterTheDeadlineThatItPassesRequestsOnIsNotAsked) {
+    const ScriptedServer server(whereabouts([](const Connection& client, const Request&) {
+        (void)client.isGoneWithin(60s);
+        client.send(reply(200, R"({"remote_model":"m","remote_host":"https://example.com"})"));
+    }));
+    const LocalModel model({.url = server.url(), .namedDeadline = 60s, .showDeadline = 100ms});
+    EXPECT_FALSE(model.respond(anyRequest));
+    EXPECT_EQ(timesAsked(server, "/v1/chat/completions"), 0);
+}
+
+TEST(LocalModel, ServerThatKnowsTheQuestionHasToAnswerItForEachModel) {
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (request.path == "/api/show" && request.body.contains("second"))
+            client.send(reply(404, "no"));
+        else
+            showing({"first", "second"}, {"first"})(client, request);
+    });
+    EXPECT_FALSE(named(server).respond(anyRequest));
+    EXPECT_EQ(timesAsked(server, "/v1/chat/completions"), 0);
 }
 
 TEST(LocalModel, ServerThatPassesRequestsOnHasToAnswerForEachModel) {

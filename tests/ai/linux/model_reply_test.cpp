@@ -65,13 +65,23 @@ TEST(ModelReply, CloudModelsAreKnownByTheirNames) {
 TEST(ModelReply, ModelsThatRunElsewhereAreShownWithTheirPlace) {
     for (const char* body : {R"({"remote_host":"https://example.com:443"})", R"({"remote_model":"m:120b"})",
                              R"({"license":"","remote_model":"m","remote_host":""})"})
-        EXPECT_TRUE(isShownElsewhere(200, body)) << body;
-    for (const char* body :
-         {R"({"modelfile":"FROM x"})", R"({"remote_host":"","remote_model":null})", R"({"remote_host":true})",
-          R"({"details":{"remote_host":"x"}})", R"(["remote_host"])", "not found", ""})
-        EXPECT_FALSE(isShownElsewhere(200, body)) << body;
-    EXPECT_FALSE(isShownElsewhere(404, R"({"remote_host":"x"})"));
+        EXPECT_EQ(readShow(200, body), ModelPlace::elsewhere) << body;
+    for (const char* body : {R"({"modelfile":"FROM x"})", R"({"remote_host":"","remote_model":null})", "{}",
+                             R"({"details":{"remote_host":"x"}})"})
+        EXPECT_EQ(readShow(200, body), ModelPlace::here) << body;
+    for (const char* body : {R"(["remote_host"])", R"({"remote_host":true})", R"({"remote_model":{}})",
+                             "not found", "", "null", R"({"error":"x","modelfile":"FROM x"})"})
+        EXPECT_EQ(readShow(200, body), ModelPlace::unclear) << body;
     EXPECT_EQ(Json::parse(showBody("a\"\n\xff")), Json({{"model", "a\"\n\uFFFD"}}));
+}
+
+TEST(ModelReply, ServersThatDoNotKnowWhereModelsRunSaySo) {
+    for (const long status : {404L, 405L, 501L})
+        EXPECT_EQ(readShow(status, R"({"remote_host":"x"})"), ModelPlace::notAsked) << status;
+    EXPECT_EQ(readShow(200, R"_({"error":"Unexpected endpoint or method. (POST /api/show)"})_"),
+              ModelPlace::notAsked);
+    for (const long status : {0L, 201L, 204L, 302L, 400L, 401L, 403L, 408L, 429L, 500L, 502L, 503L})
+        EXPECT_EQ(readShow(status, R"({"modelfile":"FROM x"})"), ModelPlace::unclear) << status;
 }
 
 TEST(ModelReply, RequestBeginsWithInstructionsAndPromptUnchanged) {
@@ -136,7 +146,7 @@ TEST(ModelReply, RepliesWithManyKeysAreReadToTheirEnd) {
               "Model sunucusu (s) isteği geri çevirdi (HTTP 500): words");
     EXPECT_EQ(readModelList(200, "{" + many + R"(,"data":[{"id":"a"}]})").names,
               std::vector<std::string>{"a"});
-    EXPECT_TRUE(isShownElsewhere(200, "{" + many + R"(,"remote_host":"x"})"));
+    EXPECT_EQ(readShow(200, "{" + many + R"(,"remote_host":"x"})"), ModelPlace::elsewhere);
 }
 
 TEST(ModelReply, DeeplyNestedRepliesDoNotExhaustTheStack) {
