@@ -46,10 +46,8 @@ int main(int argc, char* argv[]) {
     }
     for (const std::string& argument : line.unknown)
         printError("ulvak: bilinmeyen seçenek: " + printable(argument) + "\n");
-    if (line.dump) {
-        Diagnostics::run(line.ai);
-        return 0;
-    }
+    if (line.dump)
+        return Diagnostics::run(line.ai) ? 0 : 1;
     if (!line.unknown.empty()) {
         printError("Yardım için: ulvak --help\n");
         return 2;

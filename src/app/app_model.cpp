@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <utility>
 
 #include "core/checked_add.h"
@@ -27,6 +28,19 @@ MutableFindings shared(std::vector<Finding> findings) {
     for (Finding& finding : findings)
         result.push_back(std::make_shared<Finding>(std::move(finding)));
     return result;
+}
+
+/// Nothing when memory runs out, in the scan or behind it.
+std::optional<MutableFindings> sharedResult(const decltype(AppServices::scan)& scan, ScanProgress& progress,
+                                            const std::stop_token& stop) {
+    try {
+        auto findings = scan(progress, stop);
+        if (!findings)
+            return std::nullopt;
+        return shared(std::move(*findings));
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -180,13 +194,13 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
 
     // What the result is shown with is asked for on the worker too: a model's server may take its time.
     struct Outcome {
-        MutableFindings findings;
+        std::optional<MutableFindings> findings;  ///< absent when memory ran out
         std::chrono::duration<double> duration{};
         AIStatus status;
     };
     auto walk =
         workers_->run([scan, run = services_.scan, ask = services_.aiStatus, stop = stop_.get_token()] {
-            Outcome outcome{.findings = shared(run(scan->progress, stop))};
+            Outcome outcome{.findings = sharedResult(run, scan->progress, stop)};
             outcome.duration = Scan::Clock::now() - scan->start;
             outcome.status = ask(stop);
             return outcome;
@@ -199,8 +213,14 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
         freeElsewhere(std::move(outcome.findings));
         co_return;
     }
+    if (!outcome.findings) {
+        assign(phase_, findings_.empty() ? Phase::idle : Phase::done, &AppModel::phaseChanged);
+        showAlert("Tarama tamamlanamadı",
+                  "Bellek yetmedi. Açık uygulamalardan bazılarını kapatıp yeniden dene.");
+        co_return;
+    }
 
-    replaceFindings(std::move(outcome.findings));
+    replaceFindings(std::move(*outcome.findings));
     copyCounters(scan->progress);
     assign(scanDuration_, outcome.duration.count(), &AppModel::scanDurationChanged);
     refreshDisk();

@@ -15,6 +15,7 @@
 #include "clean/cleaner.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
+#include "scan/scan_error.h"
 #include "scan/scan_progress.h"
 
 namespace ulvak {
@@ -25,7 +26,7 @@ struct AppServices {
     using Names = std::vector<std::string>;
 
     // On workers, several at once; they may block.
-    std::function<std::vector<Finding>(ScanProgress&, std::stop_token)> scan;
+    std::function<std::expected<std::vector<Finding>, ScanError>(ScanProgress&, std::stop_token)> scan;
     std::function<AIStatus(std::stop_token)> aiStatus;
     /// The names of all running applications, in the system's order.
     std::function<Names()> runningApplications;

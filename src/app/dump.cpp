@@ -88,17 +88,22 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
     }
 }
 
-void run(bool asksModel) {
+bool run(bool asksModel) {
     const auto start = std::chrono::steady_clock::now();
     ScanProgress progress;
-    const std::vector<Finding> findings = Scanner{progress}.run();
+    const auto findings = Scanner{progress}.run();
+    if (!findings) {
+        printError("ulvak: tarama tamamlanamadı: bellek yetmedi\n");
+        return false;
+    }
     const Summary summary{.files = progress.files(),
                           .bytes = progress.bytes(),
                           .denied = progress.denied(),
                           .elapsed = std::chrono::steady_clock::now() - start};
-    print(listing(summary, findings));
+    print(listing(summary, *findings));
     if (asksModel)
-        askModel(findings, platform::systemLanguageModel(), print);
+        askModel(*findings, platform::systemLanguageModel(), print);
+    return true;
 }
 
 }  // namespace ulvak::Diagnostics

@@ -23,8 +23,9 @@ struct Summary {
     std::chrono::nanoseconds elapsed{};
 };
 
-/// Scans and prints, with `asksModel` also the model's answers about what is uncertain.
-void run(bool asksModel);
+/// Scans and prints, with `asksModel` also the model's answers about what is uncertain. False when the scan
+/// could not be finished, which is told on the standard error.
+[[nodiscard]] bool run(bool asksModel);
 
 /// Asks the model about every finding that is unknown or guessed, one after the other in the order given, and
 /// hands each piece of text to `output` as it comes: first the model's availability, then an answer or an

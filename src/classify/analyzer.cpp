@@ -161,6 +161,23 @@ Judgement unknownJudgement(const Place& place) {
             .action = {}};
 }
 
+/// Whether the folder holds another name of the same file.
+bool hasNameBeside(const Place& place) {
+    if (!place.node->linked || place.parent == nullptr)
+        return false;
+    return std::ranges::any_of(place.parent->node->children, [&](const DirNode& node) {
+        return &node != place.node && node.linked && node.linked->isSameAs(*place.node->linked);
+    });
+}
+
+/// One file under several names in a folder is one thing to clean: only all of them together free anything.
+/// Where they are judged differently they stay apart.
+std::string nameGroup(const Finding& finding, const LinkedFile& file) {
+    return finding.parentPath.value_or("") + "|" + std::to_string(file.volume) + ":" +
+           std::to_string(file.number) + "|" + std::string(info(finding.level).rawValue) + "|" +
+           finding.explanation;
+}
+
 Finding findingAt(const Place& place, Judgement judgement) {
     Finding finding;
     finding.id = place.path;
@@ -169,12 +186,15 @@ Finding findingAt(const Place& place, Judgement judgement) {
     finding.action = std::move(judgement.action);
     finding.modified = place.node->modified;
     finding.fileCount = place.node->fileCount;
+    finding.heldElsewhere = place.node->heldElsewhere;
     finding.children = summaries(*place.node);
     if (place.parent != nullptr)
         finding.parentPath = place.parent->path;
     finding.siblings = siblings(place);
     finding.original = judgement.verdict;
     setCurrentVerdict(finding, std::move(judgement.verdict));
+    if (hasNameBeside(place))
+        finding.groupKey = nameGroup(finding, *place.node->linked);
     return finding;
 }
 
@@ -192,7 +212,7 @@ public:
             visitUnmatched(place, state);
         } else if (std::holds_alternative<Rule::Unit>(rule->kind)) {
             if (place.node->size >= analyzer_.unitMinimum)
-                findings_.push_back(ruleFinding(place, *rule));
+                add(place, ruleFinding(place, *rule));
         } else if (place.canBeEntered()) {
             visitChildren(place, intoContainer(rule, state.context));
         } else {
@@ -201,7 +221,7 @@ public:
         }
     }
 
-    [[nodiscard]] std::vector<Finding> takeFindings() { return std::move(findings_); }
+    [[nodiscard]] std::vector<Finding> takeFindings() { return mergeGroups(std::move(findings_), linked_); }
 
 private:
     [[nodiscard]] const Rule* match(const Place& place, ScanContext context) const {
@@ -257,8 +277,10 @@ private:
             reportDefault(place, state);
             return;
         }
-        for (const DirNode* child : bigFolders)
-            findings_.push_back(defaultFinding(place.child(*child), state, guess));
+        for (const DirNode* child : bigFolders) {
+            const Place below = place.child(*child);
+            add(below, defaultFinding(below, state, guess));
+        }
     }
 
     /// Whether there is a known place worth reporting below this one.
@@ -285,7 +307,13 @@ private:
 
     void reportDefault(const Place& place, State state) {
         if (place.node->size >= analyzer_.defaultMinimum)
-            findings_.push_back(defaultFinding(place, state, std::nullopt));
+            add(place, defaultFinding(place, state, std::nullopt));
+    }
+
+    void add(const Place& place, Finding finding) {
+        if (place.node->linked)
+            linked_.emplace(finding.id, *place.node->linked);
+        findings_.push_back(std::move(finding));
     }
 
     [[nodiscard]] Finding ruleFinding(const Place& place, const Rule& rule) const {
@@ -353,6 +381,7 @@ private:
     std::vector<std::string> innerRoots_;
     RuleMatcher matcher_;
     std::vector<Finding> findings_;
+    LinkedFindings linked_;
 };
 
 ChildSummary memberSummary(const Finding& member) {
@@ -361,9 +390,27 @@ ChildSummary memberSummary(const Finding& member) {
             .isDirectory = false};
 }
 
+/// The files with several names that a group has met.
+using MetFiles = std::vector<LinkedFile>;
+
+/// Counts the bytes of a file once among the members of its group. What they do not hold alone is known of
+/// files; of members that are folders, only what each has outside itself.
+void countOnce(Finding& group, Finding& member, const LinkedFile& file, MetFiles& met) {
+    const auto known =
+        std::ranges::find_if(met, [&](const LinkedFile& other) { return other.isSameAs(file); });
+    if (known == met.end()) {
+        met.push_back(file);
+        return;
+    }
+    ++known->seen;
+    member.size = member.heldElsewhere = 0;
+    if (known->isComplete())
+        group.heldElsewhere -= known->size;
+}
+
 void fold(Finding& group, Finding member) {
-    group.children.push_back(memberSummary(member));
     group.size += member.size;
+    group.heldElsewhere += member.heldElsewhere;
     group.fileCount += member.fileCount;
     group.modified = std::max(group.modified, member.modified);  // absent is earlier than any date
     std::ranges::move(member.urls, std::back_inserter(group.urls));
@@ -371,21 +418,26 @@ void fold(Finding& group, Finding member) {
 
 }  // namespace
 
-std::vector<Finding> mergeGroups(std::vector<Finding> findings) {
+std::vector<Finding> mergeGroups(std::vector<Finding> findings, const LinkedFindings& linked) {
     std::vector<Finding> merged;
     std::unordered_map<std::string, std::size_t> positions;
+    std::unordered_map<std::size_t, MetFiles> met;
     for (Finding& finding : findings) {
         if (!finding.groupKey) {
             merged.push_back(std::move(finding));
             continue;
         }
         const auto [position, isFirst] = positions.try_emplace(*finding.groupKey, merged.size());
-        if (isFirst) {
-            finding.children = {memberSummary(finding)};
-            merged.push_back(std::move(finding));
-        } else {
-            fold(merged[position->second], std::move(finding));
-        }
+        const std::size_t index = position->second;
+        ChildSummary summary = memberSummary(finding);
+        if (isFirst)
+            finding.children.clear();
+        Finding& group = isFirst ? merged.emplace_back(finding) : merged[index];
+        group.children.push_back(std::move(summary));
+        if (const auto file = linked.find(finding.id); file != linked.end())
+            countOnce(group, finding, file->second, met[index]);
+        if (!isFirst)
+            fold(group, std::move(finding));
     }
     for (Finding& finding : merged) {
         if (finding.urls.size() < 2)
@@ -401,7 +453,7 @@ std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, std::vector<s
     Analysis analysis(*this, std::move(innerRoots), folders);
     for (const DirNode& root : roots)
         analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});
-    std::vector<Finding> findings = mergeGroups(analysis.takeFindings());
+    std::vector<Finding> findings = analysis.takeFindings();
     sortLargestFirst(findings);
     return findings;
 }

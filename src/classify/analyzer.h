@@ -3,12 +3,14 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "classify/rule.h"
 #include "core/finding.h"
 #include "core/paths.h"
 #include "scan/dir_node.h"
+#include "scan/linked_file.h"
 #include "scan/simulator_info.h"
 
 namespace ulvak {
@@ -30,7 +32,12 @@ struct Analyzer {
                                            const UserFolders& folders = Paths::folders()) const;
 };
 
-/// Merges the findings that share a group key, each group at the place of its first member.
-[[nodiscard]] std::vector<Finding> mergeGroups(std::vector<Finding> findings);
+/// The files among findings that have several names, by the findings' ids.
+using LinkedFindings = std::unordered_map<std::string, LinkedFile>;
+
+/// Merges the findings that share a group key, each group at the place of its first member. Of members that
+/// are names of one file the bytes count once, and are held elsewhere only if it has further names.
+[[nodiscard]] std::vector<Finding> mergeGroups(std::vector<Finding> findings,
+                                               const LinkedFindings& linked = {});
 
 }  // namespace ulvak

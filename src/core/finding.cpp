@@ -1,5 +1,7 @@
 #include "core/finding.h"
 
+#include <algorithm>
+
 #include "core/hash.h"
 
 namespace ulvak {
@@ -32,6 +34,10 @@ void resetVerdict(Finding& finding) {
 
 bool canBeCleaned(const Finding& finding) {
     return !std::holds_alternative<CleanAction::None>(finding.action.value);
+}
+
+std::int64_t bytesFreed(const Finding& finding) {
+    return std::max<std::int64_t>(finding.size - finding.heldElsewhere, 0);
 }
 
 bool isUncertain(const Finding& finding) {

@@ -67,6 +67,8 @@ struct Finding {
     Verdict original;  ///< what the analysis said first, of a group with their number; later verdicts leave
                        ///< it alone
     std::optional<std::string> groupKey;  ///< what like findings were merged under
+    /// Bytes of `size` that cleaning does not free: their files have names outside `urls` too.
+    std::int64_t heldElsewhere = 0;
 };
 
 /// The five fields of a finding that form its current verdict.
@@ -81,6 +83,9 @@ void resetVerdict(Finding& finding);
 
 /// Whether cleaning it does anything at all.
 [[nodiscard]] bool canBeCleaned(const Finding& finding);
+
+/// Bytes on disk that are free once it is gone.
+[[nodiscard]] std::int64_t bytesFreed(const Finding& finding);
 
 /// Unknown, or guessed from a name: what a model is asked about.
 [[nodiscard]] bool isUncertain(const Finding& finding);

@@ -29,6 +29,20 @@ struct DirectoryEntry {
     /// Bytes held on disk, files only; not the length: less when sparse, more for the last block.
     std::int64_t allocatedSize = 0;
     std::optional<FileTime> modified;
+    /// How many names a file has on its whole volume; 1 where the system does not say.
+    std::uint32_t names = 1;
+    // Which file it is; of those with several names only.
+    std::uint32_t volume = 0;
+    std::uint64_t number = 0;
+};
+
+/// What tells an open folder from every other, also from one that is made after it is gone.
+struct FolderIdentity {
+    std::uint64_t volume = 0;
+    std::uint64_t number = 0;
+    std::optional<FileTime> born;  ///< numbers are given again; absent where the file system does not keep it
+
+    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
 };
 
 /// An open folder. Whatever is opened from it is found relative to it, however long its path has become
@@ -52,6 +66,9 @@ public:
 
     /// The folder that holds this one at this moment; whoever moves folders about can make that any folder.
     [[nodiscard]] std::expected<Directory, std::error_code> openParent() const;
+
+    /// Absent when the system does not say.
+    [[nodiscard]] std::optional<FolderIdentity> identity() const;
 
     /// Whether `path`, links followed, leads to this very folder now.
     [[nodiscard]] bool isAt(const std::string& path) const;

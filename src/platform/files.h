@@ -21,6 +21,7 @@ struct FileInfo {
     std::int64_t allocatedSize = 0;
     std::optional<FileTime> modified;
     FileNumber volumeAndNumber;
+    std::uint64_t names = 1;  ///< of a file, wherever they are
 };
 
 /// What is at `path`; a symbolic link is followed. Absent when nothing is there, when a link leads

@@ -1,7 +1,5 @@
 #include "scan/dir_node.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace ulvak {
@@ -17,11 +15,17 @@ DirNodes& DirNodes::operator=(DirNodes&& other) noexcept {
 }
 
 DirNodes::~DirNodes() {
-    std::vector<DirNode> rest(std::move(*this));
-    while (!rest.empty()) {
-        std::vector<DirNode> below(std::move(rest.back().children));
-        rest.pop_back();
-        std::ranges::move(below, std::back_inserter(rest));
+    DirNodes* level = this;
+    while (level != this || !level->empty()) {
+        if (level->empty()) {
+            level = level->around_;
+            level->pop_back();
+        } else if (DirNodes& below = level->back().children; below.empty()) {
+            level->pop_back();
+        } else {
+            below.around_ = level;
+            level = &below;
+        }
     }
 }
 

@@ -49,7 +49,10 @@ SkipTree skipsBelow(const std::string& root, std::string_view real, const DiskWa
 }
 
 DirNode fileNode(const std::string& path, const platform::FileInfo& info) {
-    return {.url = path, .size = info.allocatedSize, .fileCount = 1, .modified = info.modified};
+    DirNode node{.url = path, .size = info.allocatedSize, .fileCount = 1, .modified = info.modified};
+    if (info.names > 1)
+        node.heldElsewhere = info.allocatedSize;
+    return node;
 }
 
 }  // namespace

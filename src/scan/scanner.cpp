@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <future>
 #include <iterator>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -65,17 +66,17 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
     return inner;
 }
 
-}  // namespace
-
-std::vector<Finding> Scanner::run(std::stop_token stop) const {
+std::vector<Finding> scan(ScanProgress& progress, const std::stop_token& stop) {
     // Where no thread can be had, the question is asked when the answer is needed.
     auto simulators =
         std::async(std::launch::async | std::launch::deferred, [stop] { return Simulators::load(stop); });
     const std::vector<Located> located = locatedRoots();
     const std::vector<std::string> inner = innerRoots(located);
 
-    const DiskWalker walker{
-        .progress = progress, .excluded = excluded(), .innerRoots = inner, .keepThreshold = keepThreshold};
+    const DiskWalker walker{.progress = progress,
+                            .excluded = Scanner::excluded(),
+                            .innerRoots = inner,
+                            .keepThreshold = keepThreshold};
     std::vector<std::string> paths;
     for (const Located& root : located)
         paths.push_back(root.path);
@@ -93,6 +94,16 @@ std::vector<Finding> Scanner::run(std::stop_token stop) const {
                             .unitMinimum = keepThreshold,
                             .defaultMinimum = defaultMinimum};
     return analyzer.run(trees, inner);
+}
+
+}  // namespace
+
+std::expected<std::vector<Finding>, ScanError> Scanner::run(std::stop_token stop) const {
+    try {
+        return scan(progress, stop);
+    } catch (const std::bad_alloc&) {
+        return std::unexpected(ScanError::outOfMemory);
+    }
 }
 
 std::vector<std::string> Scanner::roots(const UserFolders& folders) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <expected>
 #include <functional>
 #include <set>
 #include <stop_token>
@@ -8,18 +9,19 @@
 
 #include "core/finding.h"
 #include "core/paths.h"
+#include "scan/scan_error.h"
 #include "scan/scan_progress.h"
 
 namespace ulvak {
 
 /// One complete scan: walks all roots, asks for the simulators meanwhile, and has the trees analysed.
-/// Never fails and never writes; what is missing or unreadable is left out.
-/// Threads: blocks the caller; `progress` may be read from others.
+/// Never writes; what is missing or unreadable is left out. Fails only when memory runs out, and has given
+/// back by then what it had. Threads: blocks the caller; `progress` may be read from others.
 struct Scanner {
     ScanProgress& progress;
 
     /// The findings, largest first; none when stopped.
-    [[nodiscard]] std::vector<Finding> run(std::stop_token stop = {}) const;
+    [[nodiscard]] std::expected<std::vector<Finding>, ScanError> run(std::stop_token stop = {}) const;
 
     /// The places that a scan begins at, in order.
     [[nodiscard]] static std::vector<std::string> roots(const UserFolders& folders = Paths::folders());

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <deque>
 #include <iterator>
 #include <mutex>
+#include <new>
+#include <optional>
 #include <ranges>
 #include <system_error>
 #include <thread>
@@ -69,17 +72,49 @@ struct TreeWalk::Totals {
 /// What listing one folder yields. Each worker has one and uses it again.
 struct TreeWalk::Listing {
     Totals files;
+    LinkedFiles linked;
+    std::int64_t countedBytes = 0;      ///< those that nothing can turn out to have counted before
     std::vector<DirNode> keptFiles;     ///< in listing order
     std::vector<SubFolder> subFolders;  ///< in listing order
     std::string names;                  ///< of the sub-folders, each with its zero byte
 
     void clear() {
         files = {};
+        linked.clear();
+        countedBytes = 0;
         keptFiles.clear();
         clearAndTrim(subFolders);
         clearAndTrim(names);
     }
+    void add(const platform::DirectoryEntry& file, std::int64_t keepThreshold);
 };
+
+void TreeWalk::Listing::add(const platform::DirectoryEntry& file, std::int64_t keepThreshold) {
+    ++files.fileCount;
+    files.newest = std::max(files.newest, file.modified.value_or(distantPast));
+    addChecked(files.size, file.allocatedSize);
+    std::optional<LinkedFile> link;
+    if (file.names < 2) {
+        addChecked(countedBytes, file.allocatedSize);
+    } else {
+        constexpr std::uint32_t most = LinkedFile::mostNames;
+        link = {.number = file.number,
+                .size = file.allocatedSize,
+                .volume = file.volume,
+                .names = static_cast<std::uint16_t>(std::min(file.names, most)),
+                .seen = 1};
+        const LinkedFiles::Effect effect = linked.add(*link);
+        addChecked(files.size, -effect.repeated);
+        addChecked(countedBytes, effect.completed);
+    }
+    if (file.allocatedSize >= keepThreshold)
+        keptFiles.push_back({.url = std::string(file.name),
+                             .size = file.allocatedSize,
+                             .fileCount = 1,
+                             .heldElsewhere = link ? file.allocatedSize : 0,
+                             .modified = file.modified,
+                             .linked = link});
+}
 
 /// A listed folder whose sub-folders are being walked, by one worker or several.
 struct TreeWalk::Frame {
@@ -87,7 +122,9 @@ struct TreeWalk::Frame {
     std::size_t index = 0;    ///< its position among the parent's sub-folders
     int depth = -1;           ///< 0 for a root
     const SkipTree* skips = nullptr;
-    platform::Directory directory;  ///< open until the last sub-folder has been, if handles allow
+    bool keepsHandle = true;        ///< otherwise it is for the worker alone that has made it
+    platform::Directory directory;  ///< open until the last sub-folder has been
+    std::optional<platform::FolderIdentity> identity;  ///< where it is not kept open
 
     std::vector<SubFolder> subFolders;
     std::string names;
@@ -107,6 +144,8 @@ struct TreeWalk::Frame {
     };
     std::mutex keptMutex;
     std::vector<KeptFolder> keptFolders;  ///< guarded by `keptMutex`
+    LinkedFiles linked;                   ///< guarded by `keptMutex`
+    Frame* nextUnused = nullptr;
 
     [[nodiscard]] const char* subFolderName(std::size_t i) const {
         return names.data() + subFolders[i].nameOffset;
@@ -117,6 +156,7 @@ struct TreeWalk::Frame {
     [[nodiscard]] bool hasMore() const {
         return nextSubFolder.load(std::memory_order_relaxed) < subFolders.size();
     }
+    [[nodiscard]] bool canBeJoined() const { return keepsHandle && hasMore(); }
     [[nodiscard]] Totals totals() const {
         return {.size = size.load(std::memory_order_relaxed),
                 .fileCount = fileCount.load(std::memory_order_relaxed),
@@ -177,9 +217,65 @@ std::vector<DirNode> TreeWalk::Frame::takeChildren() {
 
 void TreeWalk::Frame::reset() {
     directory.close();
+    keepsHandle = true;
+    identity.reset();
     clearAndTrim(subFolders);
     clearAndTrim(names);
     nextSubFolder = 0;
+}
+
+/// An open folder that a worker has come to on its way, to find others from.
+struct TreeWalk::Place {
+    platform::Directory directory;
+    std::optional<platform::FolderIdentity> identity;
+    int depth = 0;
+
+    [[nodiscard]] bool isAt(const Frame& frame) const {
+        return directory.isOpen() && identity && identity == frame.identity;
+    }
+    /// Goes to the folder of a frame that is not kept open, if that still is where it was.
+    [[nodiscard]] std::error_code goTo(const Frame& frame);
+
+private:
+    [[nodiscard]] std::error_code goUp(const Frame& frame);
+};
+
+/// Nothing is known of where the folders on the way are by now, nor need it be: the last is the one that was
+/// listed, or is left alone.
+std::error_code TreeWalk::Place::goUp(const Frame& frame) {
+    identity.reset();
+    while (depth > frame.depth) {
+        auto above = directory.openParent();
+        if (!above)
+            return above.error();
+        directory = std::move(*above);
+        --depth;
+    }
+    identity = directory.identity();
+    return {};
+}
+
+std::error_code TreeWalk::Place::goTo(const Frame& frame) {
+    if (isAt(frame))
+        return {};
+    if (directory.isOpen() && depth > frame.depth && depth - frame.depth <= frame.depth) {
+        const std::error_code error = goUp(frame);
+        if (platform::isOutOfHandles(error))
+            return error;
+        if (!error && isAt(frame))
+            return {};
+    }
+    directory.close();
+    auto found = frame.rootFrame().directory.openBelow(frame.parent->pathBelowRoot(frame.index).c_str());
+    if (!found)
+        return found.error();
+    const auto foundIdentity = found->identity();
+    if (foundIdentity != frame.identity)
+        return std::make_error_code(std::errc::no_such_file_or_directory);
+    directory = std::move(*found);
+    identity = foundIdentity;
+    depth = frame.depth;
+    return {};
 }
 
 /// A thread of the walk. `stack` is changed by its own thread only, under the mutex; others read it so.
@@ -188,7 +284,9 @@ struct TreeWalk::Worker {
     std::vector<Frame*> stack;  ///< guarded by `mutex`; outermost first
     platform::EntryReader reader;
     Listing listing;
-    std::vector<std::unique_ptr<Frame>> unused;  ///< finished frames, for their buffers
+    Place place;
+    std::deque<Frame> frames;  ///< all that it has made, until the walk is over: others may still use them
+    Frame* unused = nullptr;  ///< the first of a list of finished ones, for their buffers; made by any worker
 };
 
 TreeWalk::TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop)
@@ -222,10 +320,14 @@ std::vector<DirNode> TreeWalk::run() {
                 threads.emplace_back([this, &own = *worker] { work(own); });
             } catch (const std::system_error&) {
                 break;  // Dropped by design: with fewer threads the walk only takes longer.
+            } catch (const std::bad_alloc&) {
+                break;  // So are these; where there is no memory at all, the walk finds out.
             }
         }
         work(workers_.front());
     }
+    if (isOutOfMemory_)
+        throw std::bad_alloc();
     std::vector<DirNode> nodes;
     std::ranges::sort(top_->keptFolders, {}, &Frame::KeptFolder::index);
     for (Frame::KeptFolder& kept : top_->keptFolders)
@@ -235,6 +337,14 @@ std::vector<DirNode> TreeWalk::run() {
 
 void TreeWalk::work(Worker& worker) noexcept {
     const platform::QuietAccess quiet;
+    try {
+        walk(worker);
+    } catch (const std::bad_alloc&) {
+        giveUp();
+    }
+}
+
+void TreeWalk::walk(Worker& worker) {
     while (Frame* frame = nextFrame(worker)) {
         const std::size_t index = frame->nextSubFolder.fetch_add(1, std::memory_order_relaxed);
         if (index < frame->subFolders.size()) {
@@ -249,8 +359,18 @@ void TreeWalk::work(Worker& worker) noexcept {
     }
 }
 
+/// What is half done stays as it is: nobody looks at it any more.
+void TreeWalk::giveUp() {
+    isOutOfMemory_.store(true);
+    finished_.store(true);
+    wakeUps_.fetch_add(1);
+    wakeUps_.notify_all();
+}
+
 /// The frame to take the next sub-folder from; null when the whole walk is finished.
 TreeWalk::Frame* TreeWalk::nextFrame(Worker& worker) {
+    if (isOutOfMemory_.load(std::memory_order_relaxed))
+        return nullptr;
     if (!worker.stack.empty())
         return worker.stack.back();
     Frame* frame = joinAnother(worker);
@@ -270,7 +390,7 @@ TreeWalk::Frame* TreeWalk::joinAnother(const Worker& worker) {
         if (&other == &worker)
             continue;
         const std::scoped_lock lock(other.mutex);
-        const auto found = std::ranges::find_if(other.stack, &Frame::hasMore);
+        const auto found = std::ranges::find_if(other.stack, &Frame::canBeJoined);
         if (found != other.stack.end()) {
             (*found)->unfinished.fetch_add(1, std::memory_order_relaxed);
             return *found;
@@ -306,7 +426,7 @@ void TreeWalk::push(Worker& worker, Frame& frame) {
         worker.stack.push_back(&frame);
     }
     // This worker takes the first sub-folder itself.
-    if (frame.subFolders.size() > 1)
+    if (frame.keepsHandle && frame.subFolders.size() > 1)
         wakeIdle();
 }
 
@@ -327,29 +447,30 @@ void TreeWalk::enter(Worker& worker, Frame& parent, std::size_t index) {
     if (!stop_.stop_requested() && !isExcluded) {
         if (parent.depth + 1 <= deepestPublished)
             progress_.setCurrent(parent.path(index));
-        directory = open(parent, index);
+        directory = open(worker, parent, index);
     }
     closeWhenAllOpened(parent);
 
+    Listing& listing = worker.listing;
     if (!directory.isOpen() || !list(worker, directory, skips)) {
-        complete(parent, index, totals, {});
+        listing.clear();
+        complete(parent, index, totals, {}, listing.linked);
         release(worker, &parent);
         return;
     }
-    Listing& listing = worker.listing;
     progress_.addFiles(listing.files.fileCount);
-    progress_.addBytes(listing.files.size);
+    progress_.addBytes(listing.countedBytes);
     totals.size = listing.files.size;
     totals.fileCount = listing.files.fileCount;
     totals.newest = std::max(totals.newest, listing.files.newest);
     if (listing.subFolders.empty()) {
-        complete(parent, index, totals, std::move(listing.keptFiles));
+        complete(parent, index, totals, std::move(listing.keptFiles), listing.linked);
         release(worker, &parent);
         return;
     }
     Frame& frame = makeFrame(worker, parent, index, totals);
     frame.skips = skips;
-    keepOpen(frame, std::move(directory));
+    keepOpen(worker, frame, std::move(directory));
     push(worker, frame);
 }
 
@@ -361,29 +482,34 @@ const SkipTree* TreeWalk::skipsOf(const Frame& parent, std::size_t index) const 
 
 /// Not open when the folder cannot be: it counts as denied, unless it has become another volume's since it
 /// was listed, or holds nothing here.
-platform::Directory TreeWalk::open(Frame& parent, std::size_t index) {
-    const auto attempt = [&] {
-        if (parent.isTop())
-            return platform::Directory::open(parent.subFolderName(index));
-        if (parent.directory.isOpen())
-            return parent.directory.openBelow(parent.subFolderName(index));
-        return parent.rootFrame().directory.openBelow(parent.pathBelowRoot(index).c_str());
-    };
+platform::Directory TreeWalk::open(Worker& worker, Frame& parent, std::size_t index) {
     constexpr int mostTries = 200;
-    auto directory = attempt();
+    auto directory = tryToOpen(worker, parent, index);
     for (int tries = 1; !directory && platform::isOutOfHandles(directory.error()) && tries < mostTries;
          ++tries) {
         if (stop_.stop_requested())
             return {};
         // Handles are budgeted, so it is others who hold them; a folder must not be called denied for that.
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        directory = attempt();
+        directory = tryToOpen(worker, parent, index);
     }
     if (directory)
         return std::move(*directory);
     if (directory.error() != std::errc::cross_device_link && !platform::livesElsewhere(directory.error()))
         progress_.addDenied(1);
     return {};
+}
+
+std::expected<platform::Directory, std::error_code> TreeWalk::tryToOpen(Worker& worker, Frame& parent,
+                                                                        std::size_t index) {
+    const char* name = parent.subFolderName(index);
+    if (parent.isTop())
+        return platform::Directory::open(name);
+    if (parent.keepsHandle)
+        return parent.directory.openBelow(name);
+    if (const std::error_code error = worker.place.goTo(parent))
+        return std::unexpected(error);
+    return worker.place.directory.openBelow(name);
 }
 
 /// Fills the worker's listing; false, and counted as denied, when the folder cannot be listed to its end.
@@ -397,14 +523,7 @@ bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const 
                 {.nameOffset = listing.names.size(), .modified = entry->modified.value_or(distantPast)});
             listing.names.append(entry->name).push_back('\0');
         } else if (entry->kind == platform::EntryKind::file) {
-            addChecked(listing.files.size, entry->allocatedSize);
-            ++listing.files.fileCount;
-            listing.files.newest = std::max(listing.files.newest, entry->modified.value_or(distantPast));
-            if (entry->allocatedSize >= options_.keepThreshold)
-                listing.keptFiles.push_back({.url = std::string(entry->name),
-                                             .size = entry->allocatedSize,
-                                             .fileCount = 1,
-                                             .modified = entry->modified});
+            listing.add(*entry, options_.keepThreshold);
         }
     }
     if (!worker.reader.error())
@@ -414,37 +533,36 @@ bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const 
 }
 
 TreeWalk::Frame& TreeWalk::makeFrame(Worker& worker, Frame& parent, std::size_t index, const Totals& totals) {
-    std::unique_ptr<Frame> frame;
-    if (worker.unused.empty()) {
-        frame = std::make_unique<Frame>();
-    } else {
-        frame = std::move(worker.unused.back());
-        worker.unused.pop_back();
-    }
+    Frame* frame = worker.unused;
+    if (frame == nullptr)
+        frame = &worker.frames.emplace_back();
+    else
+        worker.unused = frame->nextUnused;
     frame->parent = &parent;
     frame->index = index;
     frame->depth = parent.depth + 1;
     std::swap(frame->subFolders, worker.listing.subFolders);
     std::swap(frame->names, worker.listing.names);
     std::swap(frame->keptFiles, worker.listing.keptFiles);
+    std::swap(frame->linked, worker.listing.linked);
     frame->unopened.store(frame->subFolders.size(), std::memory_order_relaxed);
     frame->unfinished.store(frame->subFolders.size(), std::memory_order_relaxed);
     frame->size.store(totals.size, std::memory_order_relaxed);
     frame->fileCount.store(totals.fileCount, std::memory_order_relaxed);
     frame->newest.store(totals.newest.time_since_epoch().count(), std::memory_order_relaxed);
-    return *frame.release();  // taken back in `release`
+    return *frame;  // taken back in `release`
 }
 
-/// Beyond the budget a frame goes without its handle, and its sub-folders are opened from the root, whose
-/// handle is always kept.
-void TreeWalk::keepOpen(Frame& frame, platform::Directory directory) {
-    if (frame.isRoot()) {
+/// Beyond the budget a frame goes without its handle; a root never does.
+void TreeWalk::keepOpen(Worker& worker, Frame& frame, platform::Directory directory) {
+    frame.keepsHandle = frame.isRoot() || spareHandles_.fetch_sub(1, std::memory_order_relaxed) > 0;
+    if (frame.keepsHandle) {
         frame.directory = std::move(directory);
-    } else if (spareHandles_.fetch_sub(1, std::memory_order_relaxed) > 0) {
-        frame.directory = std::move(directory);
-    } else {
-        spareHandles_.fetch_add(1, std::memory_order_relaxed);
+        return;
     }
+    spareHandles_.fetch_add(1, std::memory_order_relaxed);
+    frame.identity = directory.identity();
+    worker.place = {.directory = std::move(directory), .identity = frame.identity, .depth = frame.depth};
 }
 
 void TreeWalk::closeWhenAllOpened(Frame& frame) {
@@ -456,10 +574,17 @@ void TreeWalk::closeWhenAllOpened(Frame& frame) {
     }
 }
 
-/// Folds a walked folder into the one that holds it.
-void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
-                        std::vector<DirNode> children) const {
+/// Folds a walked folder into the one that holds it. `linked` is empty afterwards.
+void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals, std::vector<DirNode> children,
+                        LinkedFiles& linked) const {
+    const std::int64_t heldElsewhere = linked.bytes();
     parent.fold(totals);
+    if (!linked.isEmpty()) {
+        const std::scoped_lock lock(parent.keptMutex);
+        const LinkedFiles::Effect effect = parent.linked.absorb(linked);
+        addChecked(parent.size, -effect.repeated);
+        progress_.addBytes(effect.completed);
+    }
     if (!parent.isTop() && totals.size < options_.keepThreshold)
         return;
     const char* name = parent.subFolderName(index);
@@ -468,6 +593,7 @@ void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
                  .isPackage = platform::isPackageName(Paths::lastComponent(name)),
                  .size = totals.size,
                  .fileCount = totals.fileCount,
+                 .heldElsewhere = heldElsewhere,
                  .modified = knownDate(totals.newest)};
     sortLargestFirst(children);
     node.children = DirNodes(std::move(children));
@@ -479,15 +605,16 @@ void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals,
 void TreeWalk::release(Worker& worker, Frame* frame) {
     while (frame->unfinished.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         if (frame->isTop()) {
+            progress_.addBytes(frame->linked.bytes());
             finished_.store(true);
             wakeUps_.fetch_add(1);
             wakeUps_.notify_all();
             return;
         }
         Frame* parent = frame->parent;
-        complete(*parent, frame->index, frame->totals(), frame->takeChildren());
+        complete(*parent, frame->index, frame->totals(), frame->takeChildren(), frame->linked);
         frame->reset();
-        worker.unused.emplace_back(frame);
+        frame->nextUnused = std::exchange(worker.unused, frame);
         frame = parent;
     }
 }

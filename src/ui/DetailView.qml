@@ -65,6 +65,14 @@ ScrollColumn {
             color: Theme.secondary
             font.pixelSize: Theme.title2
         }
+        NoteLine {
+            objectName: "freedNote"
+            visible: root.detail.freedText !== ""
+            symbol: "info.circle"
+            text: root.detail.freedText
+            size: Theme.caption
+            Layout.fillWidth: true
+        }
     }
     SelectableText {
         objectName: "explanation"

@@ -78,6 +78,13 @@ QString DetailModel::sizeText() const {
     return Texts::bytes(shownFinding().size);
 }
 
+QString DetailModel::freedText() const {
+    const QString freed = Texts::bytes(bytesFreed(shownFinding()));
+    return freed == sizeText()
+               ? QString()
+               : QStringLiteral("Silince %1 boşalır: kalanı başka yerlerde de duruyor").arg(freed);
+}
+
 QString DetailModel::explanation() const {
     return shownLines(shownFinding().explanation);
 }

@@ -22,6 +22,8 @@ class DetailModel : public QObject {
     Q_PROPERTY(QString badge READ badge NOTIFY changed)
     Q_PROPERTY(QString confidenceText READ confidenceText NOTIFY changed)
     Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed)
+    /// How much less than the size is freed, and why; empty where it is all of it.
+    Q_PROPERTY(QString freedText READ freedText NOTIFY changed)
     Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
     /// "trash", "simulator" or "none".
     Q_PROPERTY(QString action READ action NOTIFY changed)
@@ -65,6 +67,7 @@ public:
     [[nodiscard]] QString badge() const;
     [[nodiscard]] QString confidenceText() const;
     [[nodiscard]] QString sizeText() const;
+    [[nodiscard]] QString freedText() const;
     [[nodiscard]] QString explanation() const;
     [[nodiscard]] QString action() const;
     [[nodiscard]] QString actionColor() const;

@@ -280,11 +280,83 @@ TEST(DiskWalker, SparseFileCountsWhatItHolds) {
     EXPECT_LT(tree.allocated("sparse"), 1'000'000);
 }
 
-TEST(DiskWalker, EveryNameOfAHardLinkIsAFile) {
-    const TempTree tree({file("x", 8192), hardLink("y", "x")});
+TEST(DiskWalker, EveryNameOfAFileCountsAndItsBytesOnceInEachFolderAroundThem) {
+    const TempTree tree(
+        {folder("p", {folder("a", {file("x", 8192)}), folder("b", {hardLink("x", "p/a/x")}),
+                      folder("c", {folder("d", {hardLink("x", "p/a/x")}), file("y", 4096)})})});
+    Walk walk;
+    const DirNode root = walk.root(tree.path());
+    const std::int64_t x = tree.allocated("p/a/x");
+    const std::int64_t y = tree.allocated("p/c/y");
+    const DirNode& p = child(root, "p");
+    EXPECT_EQ(child(p, "a").size, x);
+    EXPECT_EQ(child(p, "b").size, x);
+    EXPECT_EQ(child(p, "c").size, x + y);
+    EXPECT_EQ(child(child(p, "c"), "d").size, x);
+    EXPECT_EQ(p.size, x + y);
+    EXPECT_EQ(root.size, x + y);
+    EXPECT_EQ(root.fileCount, 4);
+    EXPECT_EQ(walk.progress.files(), 4);
+    EXPECT_EQ(walk.progress.bytes(), x + y);
+}
+
+TEST(DiskWalker, KnowsWhatStaysBecauseItHasNamesElsewhere) {
+    const TempTree tree({folder("a", {file("x", 8192), hardLink("x again", "a/x"), file("own", 4096)}),
+                         folder("b", {hardLink("x", "a/x")}),
+                         folder("c", {file("y", 8192), hardLink("z", "c/y")})});
     const DirNode root = Walk().root(tree.path());
-    EXPECT_EQ(root.fileCount, 2);
-    EXPECT_EQ(root.size, 2 * tree.allocated("x"));
+    const std::int64_t x = tree.allocated("a/x");
+    EXPECT_EQ(child(root, "a").heldElsewhere, x);
+    EXPECT_EQ(child(child(root, "a"), "x").heldElsewhere, x) << "a name alone frees nothing";
+    EXPECT_EQ(child(child(root, "a"), "own").heldElsewhere, 0);
+    EXPECT_EQ(child(root, "b").heldElsewhere, x);
+    EXPECT_EQ(child(root, "c").heldElsewhere, 0);
+    EXPECT_EQ(root.heldElsewhere, 0);
+    EXPECT_EQ(Walk().root(tree.path("a")).heldElsewhere, x) << "also where nobody looks";
+    EXPECT_EQ(Walk().root(tree.path("b/x")).heldElsewhere, x) << "a file as a root";
+    EXPECT_EQ(Walk().root(tree.path("a/own")).heldElsewhere, 0);
+}
+
+TEST(DiskWalker, FolderThatOnlyCountingTwiceWouldMakeBigIsNotKept) {
+    constexpr std::int64_t half = 25'600'000;
+    const TempTree tree(
+        {folder("twice", {folder("a", {file("x", half)}), folder("b", {hardLink("x", "twice/a/x")}),
+                          hardLink("y", "twice/a/x")}),
+         folder("really", {folder("a", {file("x", half)}), folder("b", {file("x", half)})})});
+    Walk walk;
+    walk.walker.keepThreshold = 50'000'000;
+    const DirNode root = walk.root(tree.path());
+    EXPECT_THAT(names(root), testing::ElementsAre("really"));
+    EXPECT_EQ(root.size, 3 * tree.allocated("twice/a/x"));
+    EXPECT_EQ(root.fileCount, 5);
+}
+
+TEST(DiskWalker, NamesBelowSeveralRootsCountOnceInTheWholeScan) {
+    const TempTree tree({folder("a", {file("x", 8192), folder("deep", {hardLink("x", "a/x")})}),
+                         folder("b", {hardLink("x", "a/x"), file("own", 4096)})});
+    const Walk walk;
+    const std::vector<std::string> paths = {tree.path("a"), tree.path("b")};
+    const auto nodes = walk.walker.nodes(paths);
+    const std::int64_t x = tree.allocated("a/x");
+    EXPECT_EQ(nodes[0]->size, x);
+    EXPECT_EQ(nodes[1]->size, x + tree.allocated("b/own"));
+    EXPECT_EQ(nodes[0]->heldElsewhere, x) << "one of the roots can be cleaned without the other";
+    EXPECT_EQ(walk.progress.bytes(), x + tree.allocated("b/own"));
+    EXPECT_EQ(walk.progress.files(), 4);
+}
+
+TEST(DiskWalker, AFileIsLostSightOfNowhereWhenAFolderCannotBeRead) {
+    TempTree tree({folder("a", {file("x", 8192)}), folder("locked", {hardLink("x", "a/x")}).withMode(0)},
+                  TempTree::Owner::unprivileged);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        Walk walk;
+        const DirNode root = walk.root(tree.path());
+        EXPECT_EQ(root.size, tree.allocated("a/x"));
+        EXPECT_EQ(root.heldElsewhere, root.size) << "its other name may be anywhere";
+        EXPECT_EQ(walk.progress.bytes(), root.size);
+    });
 }
 
 TEST(DiskWalker, NamesOfEveryByteAreWalked) {

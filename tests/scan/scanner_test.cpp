@@ -28,7 +28,7 @@ struct Scan {
     ScanProgress progress;
     std::vector<Finding> findings;
 
-    explicit Scan(std::stop_token stop = {}) { findings = Scanner{progress}.run(std::move(stop)); }
+    explicit Scan(std::stop_token stop = {}) { findings = Scanner{progress}.run(std::move(stop)).value(); }
 
     [[nodiscard]] std::set<std::string> ids() const {
         std::set<std::string> result;

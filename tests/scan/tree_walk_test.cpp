@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <map>
 #include <random>
 #include <stop_token>
 #include <string>
@@ -27,19 +28,24 @@ class RandomTree {
 public:
     explicit RandomTree(unsigned seed) : random_(seed) {}
 
-    std::vector<TreeEntry> entries(int depth) {
+    std::vector<TreeEntry> entries(int depth, const std::string& above = "") {
         std::vector<TreeEntry> result;
         const int count = number(0, depth == 0 ? 12 : 6);
         for (int i = 0; i < count; ++i) {
             const std::string name = "n" + std::to_string(number(0, 999'999)) + "-" + std::to_string(i);
-            const int kind = number(0, 9);
+            const int kind = number(0, 11);
             if (kind < 4 && depth < 7)
                 result.push_back(
-                    test::folder(name + (kind == 0 ? ".bundle" : ""), entries(depth + 1)).modifiedAt(date()));
+                    test::folder(name + (kind == 0 ? ".bundle" : ""),
+                                 entries(depth + 1, above + name + (kind == 0 ? ".bundle/" : "/")))
+                        .modifiedAt(date()));
             else if (kind == 9)
                 result.push_back(test::link(name, ".."));
+            else if (kind > 9 && !files_.empty())
+                result.push_back(test::hardLink(
+                    name, files_[static_cast<std::size_t>(number(0, static_cast<int>(files_.size()) - 1))]));
             else
-                result.push_back(test::file(name, std::int64_t{4096} * number(0, 3)).modifiedAt(date()));
+                result.push_back(file(name, above));
         }
         return result;
     }
@@ -48,12 +54,41 @@ private:
     int number(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
     FileTime date() { return FileTime(std::chrono::seconds(number(1'000'000'000, 1'700'000'000))); }
 
+    TreeEntry file(const std::string& name, const std::string& above) {
+        files_.push_back(above + name);
+        return test::file(name, std::int64_t{4096} * number(0, 3)).modifiedAt(date());
+    }
+
     std::mt19937 random_;
+    std::vector<std::string> files_;  ///< that have been made by the time the next entry is
 };
+
+/// All files below a folder, by their numbers: their sizes, the names that were seen, and all their names.
+struct PlainFile {
+    std::int64_t size = 0;
+    nlink_t seen = 0;
+    nlink_t names = 0;
+};
+using PlainFiles = std::map<ino_t, PlainFile>;
+
+std::int64_t sizeOf(const PlainFiles& files) {
+    std::int64_t sum = 0;
+    for (const auto& [number, file] : files)
+        sum += file.size;
+    return sum;
+}
+
+std::int64_t heldElsewhere(const PlainFiles& files) {
+    std::int64_t sum = 0;
+    for (const auto& [number, file] : files)
+        sum += file.seen < file.names ? file.size : 0;
+    return sum;
+}
 
 /// The walk as it would be written if there were all the time in the world.
 DirNode plainWalk(const std::string& path, std::string url, std::optional<FileTime> date,
-                  std::int64_t keepThreshold) {
+                  std::int64_t keepThreshold, PlainFiles& around) {
+    PlainFiles all;
     DirNode node{
         .url = std::move(url), .isDirectory = true, .isPackage = path.ends_with(".bundle"), .modified = date};
     std::vector<DirNode> folders;
@@ -64,15 +99,19 @@ DirNode plainWalk(const std::string& path, std::string url, std::optional<FileTi
             continue;
         const std::string name = entry.path().filename();
         if (S_ISDIR(info.st_mode)) {
-            folders.push_back(plainWalk(entry.path(), name, test::modifiedOf(info), keepThreshold));
+            folders.push_back(plainWalk(entry.path(), name, test::modifiedOf(info), keepThreshold, all));
             continue;
         }
-        files.push_back(
-            {.url = name, .size = info.st_blocks * 512, .fileCount = 1, .modified = test::modifiedOf(info)});
+        PlainFile& file = all[info.st_ino];
+        file = {.size = info.st_blocks * 512, .seen = file.seen + 1, .names = info.st_nlink};
+        files.push_back({.url = name,
+                         .size = info.st_blocks * 512,
+                         .fileCount = 1,
+                         .heldElsewhere = info.st_nlink > 1 ? info.st_blocks * 512 : 0,
+                         .modified = test::modifiedOf(info)});
     }
     for (std::vector<DirNode>* kind : {&folders, &files}) {
         for (DirNode& child : *kind) {
-            node.size += child.size;
             node.fileCount += child.fileCount;
             node.modified = std::max(node.modified, child.modified);
             if (child.size >= keepThreshold)
@@ -80,19 +119,31 @@ DirNode plainWalk(const std::string& path, std::string url, std::optional<FileTi
         }
     }
     std::ranges::stable_sort(node.children, std::ranges::greater(), &DirNode::size);
+    node.size = sizeOf(all);
+    node.heldElsewhere = heldElsewhere(all);
+    for (const auto& [number, file] : all) {
+        PlainFile& known = around[number];
+        known = {.size = file.size, .seen = known.seen + file.seen, .names = file.names};
+    }
     return node;
 }
 
-std::vector<TreeWalk::Root> rootAt(const std::string& path) {
+std::vector<TreeWalk::Root> rootsAt(const std::vector<std::string>& paths) {
     std::vector<TreeWalk::Root> roots;
-    roots.push_back({.path = path, .skips = {}});
+    for (const std::string& path : paths)
+        roots.push_back({.path = path, .skips = {}});
     return roots;
+}
+
+std::vector<TreeWalk::Root> rootAt(const std::string& path) {
+    return rootsAt({path});
 }
 
 std::string described(const DirNode& node, int depth = 0) {
     std::string text(static_cast<std::size_t>(depth) * 2, ' ');
     text += node.url + (node.isDirectory ? "/" : "") + (node.isPackage ? " package" : "") + " " +
             std::to_string(node.size) + " " + std::to_string(node.fileCount) + " " +
+            std::to_string(node.heldElsewhere) + " " +
             (node.modified ? std::to_string(node.modified->time_since_epoch().count()) : "-") + "\n";
     for (const DirNode& child : node.children)
         text += described(child, depth + 1);
@@ -103,8 +154,9 @@ TEST(TreeWalk, YieldsWhatAPlainWalkYieldsWithAnyNumberOfWorkers) {
     for (unsigned seed = 1; seed <= 60; ++seed) {
         const TempTree tree(RandomTree(seed).entries(0));
         for (const std::int64_t keepThreshold : {0, 8192, 40'000}) {
+            PlainFiles all;
             const std::string expected =
-                described(plainWalk(tree.path(), tree.path(), std::nullopt, keepThreshold));
+                described(plainWalk(tree.path(), tree.path(), std::nullopt, keepThreshold, all));
             for (const unsigned workers : {1U, 2U, 3U, 8U}) {
                 ScanProgress progress;
                 TreeWalk walk(rootAt(tree.path()), {.keepThreshold = keepThreshold, .workers = workers},
@@ -112,7 +164,32 @@ TEST(TreeWalk, YieldsWhatAPlainWalkYieldsWithAnyNumberOfWorkers) {
                 const std::vector<DirNode> nodes = walk.run();
                 ASSERT_EQ(nodes.size(), 1U);
                 ASSERT_EQ(described(nodes.front()), expected) << "seed " << seed << ", workers " << workers;
+                ASSERT_EQ(progress.bytes(), sizeOf(all)) << "seed " << seed << ", workers " << workers;
             }
+        }
+    }
+}
+
+TEST(TreeWalk, CountsNamesInSeveralRootsOnceInTheWholeScanWithAnyNumberOfWorkers) {
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        RandomTree random(seed);
+        std::vector<TreeEntry> entries;
+        for (const char* name : {"a", "b", "c"})
+            entries.push_back(test::folder(name, random.entries(1, std::string(name) + "/")));
+        const TempTree tree(entries);
+        const std::vector<std::string> paths = {tree.path("a"), tree.path("b"), tree.path("c")};
+        PlainFiles all;
+        std::string expected;
+        for (const std::string& path : paths)
+            expected += described(plainWalk(path, path, std::nullopt, 8192, all));
+        for (const unsigned workers : {1U, 2U, 8U}) {
+            ScanProgress progress;
+            std::string found;
+            TreeWalk walk(rootsAt(paths), {.keepThreshold = 8192, .workers = workers}, progress, {});
+            for (const DirNode& node : walk.run())
+                found += described(node);
+            ASSERT_EQ(found, expected) << "seed " << seed << ", workers " << workers;
+            ASSERT_EQ(progress.bytes(), sizeOf(all)) << "seed " << seed << ", workers " << workers;
         }
     }
 }

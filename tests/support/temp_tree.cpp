@@ -330,13 +330,15 @@ void TempTree::add(std::string_view below, const std::vector<TreeEntry>& entries
     Maker(tree.get(), owner_).make(folder.get(), entries);
 }
 
-std::string TempTree::addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom) {
+std::string TempTree::addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom,
+                               const std::vector<TreeEntry>& beside) {
     std::string relative;
     const Handle tree = opened(path_);
     auto parent = std::make_unique<Handle>(checked(::openat(tree.get(), ".", folderFlags), "open " + path_));
     Maker maker(tree.get(), owner_);
     for (int level = 0; level < levels; ++level) {
         maker.makeFolder(parent->get(), name);
+        maker.make(parent->get(), beside);
         parent = std::make_unique<Handle>(
             checked(::openat(parent->get(), name.c_str(), folderFlags), "open " + name));
         relative += (level == 0 ? "" : "/") + name;

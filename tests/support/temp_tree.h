@@ -67,9 +67,10 @@ public:
     void add(const std::vector<TreeEntry>& entries) { add("", entries); }
     void add(std::string_view below, const std::vector<TreeEntry>& entries);
 
-    /// `levels` folders of one name, each in the one before, and `bottom` in the last. Returns the path of
-    /// the last, relative to the tree; it may be too long for any call.
-    std::string addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom = {});
+    /// `levels` folders of one name, each in the one before, `bottom` in the last, and `beside` beside each.
+    /// Returns the path of the last, relative to the tree; it may be too long for any call.
+    std::string addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom = {},
+                         const std::vector<TreeEntry>& beside = {});
 
     /// Bytes that one entry holds on disk; a link itself, not where it leads.
     [[nodiscard]] std::int64_t allocated(std::string_view relative) const;

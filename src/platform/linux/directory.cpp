@@ -27,7 +27,28 @@ EntryKind kindOf(const struct statx& info) {
     return isMountPoint ? EntryKind::volume : EntryKind::directory;
 }
 
+/// Looked at only where there are several names. The kernel's own numbers of volumes have 12 and 20 bits.
+void describeNames(DirectoryEntry& entry, const struct statx& info) {
+    constexpr unsigned needed = STATX_NLINK | STATX_INO;
+    if (info.stx_nlink < 2 || (info.stx_mask & needed) != needed)
+        return;
+    entry.names = info.stx_nlink;
+    entry.volume = (info.stx_dev_major << 20U) | info.stx_dev_minor;
+    entry.number = info.stx_ino;
+}
+
 }  // namespace
+
+std::optional<FolderIdentity> Directory::identity() const {
+    struct statx info{};
+    if (::statx(handle_, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &info) != 0)
+        return std::nullopt;
+    FolderIdentity identity{.volume = (std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor,
+                            .number = info.stx_ino};
+    if ((info.stx_mask & STATX_BTIME) != 0)
+        identity.born = fileTime(info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
+    return identity;
+}
 
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
@@ -66,11 +87,13 @@ const DirectoryEntry* EntryReader::next() {
         }
         struct statx info;  // NOLINT(cppcoreguidelines-pro-type-member-init): 256 bytes that the kernel fills
         if (::statx(handle_, record.name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-                    STATX_TYPE | STATX_BLOCKS | STATX_MTIME, &info) != 0)
+                    STATX_TYPE | STATX_BLOCKS | STATX_MTIME | STATX_NLINK | STATX_INO, &info) != 0)
             continue;
         entry_.kind = kindOf(info);
-        if (entry_.kind == EntryKind::file)
+        if (entry_.kind == EntryKind::file) {
             entry_.allocatedSize = allocatedBytes(info.stx_blocks);
+            describeNames(entry_, info);
+        }
         if ((info.stx_mask & STATX_MTIME) != 0)
             entry_.modified = fileTime(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec);
         return &entry_;

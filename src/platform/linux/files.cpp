@@ -15,11 +15,13 @@ namespace ulvak::platform {
 
 std::optional<FileInfo> fileInfo(const std::string& path) {
     struct statx info{};
-    if (::statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_TYPE | STATX_BLOCKS | STATX_MTIME | STATX_INO,
-                &info) != 0)
+    constexpr unsigned wanted = STATX_TYPE | STATX_BLOCKS | STATX_MTIME | STATX_INO | STATX_NLINK;
+    if (::statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, wanted, &info) != 0)
         return std::nullopt;
     FileInfo result{.isDirectory = S_ISDIR(info.stx_mode), .allocatedSize = allocatedBytes(info.stx_blocks)};
     result.volumeAndNumber = {(std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor, info.stx_ino};
+    if (!result.isDirectory && (info.stx_mask & STATX_NLINK) != 0)
+        result.names = info.stx_nlink;
     if ((info.stx_mask & STATX_MTIME) != 0)
         result.modified = fileTime(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec);
     return result;

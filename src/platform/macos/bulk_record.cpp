@@ -111,9 +111,12 @@ std::optional<BulkRecord> recordIn(std::span<const std::byte> bytes) {
     if ((has.common & BulkBits::name) != 0 && !takeName(bytes, fields, record.name))
         return std::nullopt;
     std::optional<Timestamp> modified;
-    if (!fields.takeIf((has.common & BulkBits::objectType) != 0, record.objectType) ||
+    if (!fields.takeIf((has.common & BulkBits::volume) != 0, record.volume) ||
+        !fields.takeIf((has.common & BulkBits::objectType) != 0, record.objectType) ||
         !fields.takeIf((has.common & BulkBits::modified) != 0, modified) ||
+        !fields.takeIf((has.common & BulkBits::number) != 0, record.number) ||
         !fields.takeIf((has.folder & BulkBits::mountStatus) != 0, record.mountStatus) ||
+        !fields.takeIf((has.file & BulkBits::names) != 0, record.names) ||
         !fields.takeIf((has.file & BulkBits::totalAllocated) != 0, record.totalAllocated) ||
         !fields.takeIf((has.file & BulkBits::dataAllocated) != 0, record.dataAllocated))
         return std::nullopt;
@@ -157,6 +160,11 @@ std::optional<DirectoryEntry> entryOf(const BulkRecord& record) {
     }
     const std::int64_t size = record.totalAllocated.value_or(record.dataAllocated.value_or(0));
     entry.allocatedSize = std::max<std::int64_t>(size, 0);
+    if (record.names.value_or(1) > 1 && record.volume && record.number) {
+        entry.names = *record.names;
+        entry.volume = *record.volume;
+        entry.number = *record.number;
+    }
     return entry;
 }
 

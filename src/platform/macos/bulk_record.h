@@ -19,15 +19,19 @@ struct BulkBits {
     static constexpr std::uint32_t returnedAttributes = 0x8000'0000;
     static constexpr std::uint32_t error = 0x2000'0000;
     static constexpr std::uint32_t name = 0x0000'0001;
+    static constexpr std::uint32_t volume = 0x0000'0002;
     static constexpr std::uint32_t objectType = 0x0000'0008;
     static constexpr std::uint32_t modified = 0x0000'0400;
+    static constexpr std::uint32_t number = 0x0200'0000;
     static constexpr std::uint32_t mountStatus = 0x0000'0004;     ///< folders only
+    static constexpr std::uint32_t names = 0x0000'0001;           ///< files only
     static constexpr std::uint32_t totalAllocated = 0x0000'0004;  ///< files only, all their forks
     static constexpr std::uint32_t dataAllocated = 0x0000'0400;   ///< files only, the data fork
 
-    static constexpr std::uint32_t common = returnedAttributes | error | name | objectType | modified;
+    static constexpr std::uint32_t common =
+        returnedAttributes | error | name | volume | objectType | modified | number;
     static constexpr std::uint32_t folder = mountStatus;
-    static constexpr std::uint32_t file = totalAllocated | dataAllocated;
+    static constexpr std::uint32_t file = names | totalAllocated | dataAllocated;
 };
 
 /// Each field is absent when the record does not have it.
@@ -36,9 +40,12 @@ struct BulkRecord {
     /// one that no entry can have.
     std::string_view name;
     std::uint32_t error = 0;  ///< why the system could not describe the entry
+    std::optional<std::uint32_t> volume;
     std::optional<std::uint32_t> objectType;
     std::optional<FileTime> modified;
+    std::optional<std::uint64_t> number;
     std::optional<std::uint32_t> mountStatus;
+    std::optional<std::uint32_t> names;
     std::optional<std::int64_t> totalAllocated;  ///< bytes
     std::optional<std::int64_t> dataAllocated;   ///< bytes
 

@@ -1,6 +1,7 @@
 #include "platform/directory.h"
 
 #include <sys/attr.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #if __has_include(<sys/vnode.h>)
 #include <sys/vnode.h>
@@ -12,6 +13,7 @@
 #include "platform/macos/bulk_listing.h"
 #include "platform/macos/bulk_read.h"
 #include "platform/macos/bulk_record.h"
+#include "platform/posix/file_stamp.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
@@ -20,8 +22,11 @@ static_assert(BulkBits::returnedAttributes == ATTR_CMN_RETURNED_ATTRS);
 static_assert(BulkBits::error == ATTR_CMN_ERROR);
 static_assert(BulkBits::name == ATTR_CMN_NAME);
 static_assert(BulkBits::objectType == ATTR_CMN_OBJTYPE);
+static_assert(BulkBits::volume == ATTR_CMN_DEVID);
 static_assert(BulkBits::modified == ATTR_CMN_MODTIME);
+static_assert(BulkBits::number == ATTR_CMN_FILEID);
 static_assert(BulkBits::mountStatus == ATTR_DIR_MOUNTSTATUS);
+static_assert(BulkBits::names == ATTR_FILE_LINKCOUNT);
 static_assert(BulkBits::totalAllocated == ATTR_FILE_ALLOCSIZE);
 static_assert(BulkBits::dataAllocated == ATTR_FILE_DATAALLOCSIZE);
 static_assert(sizeof(attribute_set_t) == 5 * sizeof(std::uint32_t));
@@ -59,6 +64,15 @@ attrlist nameAttributes() {
 int readBulk(int folder, attrlist attributes, std::span<std::byte> buffer) {
     const QuietAccess quiet;
     return ::getattrlistbulk(folder, &attributes, buffer.data(), buffer.size(), 0);
+}
+
+std::optional<FolderIdentity> Directory::identity() const {
+    struct stat info{};
+    if (::fstat(handle_, &info) != 0)
+        return std::nullopt;
+    return FolderIdentity{.volume = posix::volumeNumber(info),
+                          .number = info.st_ino,
+                          .born = fileTime(info.st_birthtimespec.tv_sec, info.st_birthtimespec.tv_nsec)};
 }
 
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}

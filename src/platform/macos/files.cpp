@@ -20,6 +20,7 @@ std::optional<FileInfo> fileInfo(const std::string& path) {
         .allocatedSize = allocatedBytes(static_cast<std::uint64_t>(std::max<blkcnt_t>(info.st_blocks, 0))),
         .modified = fileTime(info.st_mtimespec.tv_sec, info.st_mtimespec.tv_nsec),
         .volumeAndNumber = {posix::volumeNumber(info), info.st_ino},
+        .names = S_ISDIR(info.st_mode) ? std::uint64_t{1} : std::uint64_t{info.st_nlink},
     };
 }
 

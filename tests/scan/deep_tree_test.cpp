@@ -1,0 +1,130 @@
+// Trees deeper than any path, stack and budget of handles.
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "scan/disk_walker.h"
+#include "scan/scanner.h"
+#include "scan/tree_walk.h"
+#include "support/environment.h"
+#include "support/isolation.h"
+#include "support/temp_tree.h"
+
+namespace ulvak {
+namespace {
+
+using test::file;
+using test::folder;
+using test::inChild;
+using test::TempTree;
+
+constexpr int levels = 100'000;
+constexpr std::int64_t bigFile = 400'000'000;
+
+void allowHandles(rlim_t most) {
+    const rlimit limit{.rlim_cur = most, .rlim_max = most};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+}
+
+/// One folder after the other, each the only child.
+int depthOf(const DirNode& root) {
+    int depth = 0;
+    for (const DirNode* node = &root; !node->children.empty(); node = &node->children.front())
+        ++depth;
+    return depth;
+}
+
+// Whatever grows with the square of the depth would take hours here, or gigabytes.
+
+TEST(DeepTree, IsKeptToTheBottomWithFewHandlesAndWithMany) {
+    TempTree tree;
+    tree.addChain("d", levels, {file("bottom", bigFile)});
+    for (const rlim_t handles : {16U, 64U, 1024U}) {
+        inChild([&] {
+            allowHandles(handles);
+            ScanProgress progress;
+            const auto root = DiskWalker{.progress = progress}.node(tree.path());
+            ASSERT_TRUE(root);
+            EXPECT_EQ(root->size, bigFile);
+            EXPECT_EQ(depthOf(*root), levels + 1);
+            EXPECT_EQ(progress.denied(), 0);
+        });
+    }
+}
+
+TEST(DeepTree, WithFoldersBesideEachLevelIsWalkedWithFewHandlesAndWithMany) {
+    TempTree tree;
+    tree.addChain("m", levels, {file("bottom", 4096)}, {folder("z", {file("f")})});
+    for (const rlim_t handles : {16U, 64U, 1024U}) {
+        inChild([&] {
+            allowHandles(handles);
+            ScanProgress progress;
+            const auto root = DiskWalker{.progress = progress}.node(tree.path());
+            ASSERT_TRUE(root);
+            EXPECT_EQ(root->fileCount, levels + 1);
+            EXPECT_EQ(progress.denied(), 0);
+        });
+    }
+}
+
+TEST(DeepTree, OfLongNamesIsScannedInLittleMemory) {
+    // A whole path for each level would be a terabyte.
+    const std::string name(200, 'n');
+    TempTree tree;
+    tree.addChain(name, levels, {file("bottom", bigFile)});
+    inChild([&] {
+        const test::ScopedEnvironment environment({{"HOME", tree.path()}, {"TMPDIR", tree.path("missing")}});
+        allowHandles(16);
+        ScanProgress progress;
+        const auto findings = Scanner{progress}.run();
+        ASSERT_TRUE(findings);
+        ASSERT_EQ(findings->size(), 1U);
+        EXPECT_EQ(findings->front().size, bigFile);
+        EXPECT_EQ(findings->front().urls, std::vector{tree.path(name)});
+        rusage usage{};
+        ASSERT_EQ(::getrusage(RUSAGE_SELF, &usage), 0);
+        EXPECT_LT(usage.ru_maxrss, 400'000) << "KiB";
+    });
+}
+
+TEST(DeepTree, LeadsNowhereElseWhenItsFoldersAreMovedMeanwhile) {
+    constexpr int chain = 40;
+    constexpr int canaries = 50;
+    std::vector<test::TreeEntry> many;
+    for (int i = 0; i < canaries; ++i)
+        many.push_back(file(std::to_string(i)));
+    TempTree tree({folder("root"), folder("outside", {folder("z", {folder("y", many)})})});
+    std::string deep = "root";
+    for (int i = 0; i < chain; ++i) {
+        tree.add(deep, {folder("m"), folder("z", {folder("y", {file("f")})})});
+        deep += "/m";
+    }
+    // While a folder lies outside, ".." leads there from below, to a folder of the very name that comes next.
+    const std::jthread mover([&](const std::stop_token& stop) {
+        for (int i = 0; !stop.stop_requested(); i = (i + 1) % (chain - 8)) {
+            std::string moved = tree.path("root/m/m/m/m");
+            for (int level = 0; level < i; ++level)
+                moved += "/m";
+            const std::string out = tree.path("outside/m");
+            if (std::rename(moved.c_str(), out.c_str()) == 0)
+                (void)std::rename(out.c_str(), moved.c_str());
+        }
+    });
+    inChild([&] {
+        allowHandles(16);
+        for (int round = 0; round < 2000; ++round) {
+            ScanProgress progress;
+            const auto root = DiskWalker{.progress = progress}.node(tree.path("root"));
+            ASSERT_TRUE(root);
+            ASSERT_LE(root->fileCount, chain) << "round " << round;
+        }
+    });
+}
+
+}  // namespace
+}  // namespace ulvak
