@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "clean/trash_judging.h"
 #include "core/paths.h"
 #include "core/text.h"
 #include "platform/files.h"
@@ -255,61 +256,6 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
     return finding.size;
 }
 
-/// Where the Trash is; its name is empty for a Trash that is no folder in another.
-CleanPlace trashPlace() {
-    const std::string_view trash = Paths::trash();
-    const std::size_t slash = trash.rfind('/');
-    return {.anchor = std::string(trash.substr(0, slash)), .relative = std::string(trash.substr(slash + 1))};
-}
-
-std::vector<std::string> namesIn(const std::expected<Directory, std::error_code>& folder) {
-    return folder ? platform::entryNames(*folder).value_or(std::vector<std::string>())
-                  : std::vector<std::string>();
-}
-
-/// Removes what is in the Trash now, one by one, so that an item that cannot be removed keeps no other. What
-/// is written about it goes after it: whatever stays behind can still be restored.
-void removeTrashedItems(const Directory& trash, const Services& services) {
-    const platform::TrashLayout& layout = platform::trashLayout();
-    const auto items = trash.openBelow(layout.items.c_str());
-    const auto notes = trash.openBelow(layout.notes.c_str());
-    const std::vector<std::string> itemNames = namesIn(items);
-    // Others write the note first and move the item after it, at once.
-    const std::vector<std::string> noteNames = namesIn(notes);
-    for (const std::string& name : itemNames) {
-        // Dropped by design: what stays behind is seen in the listing at the end.
-        (void)services.removeEntry(*items, name);
-    }
-    if (!items && items.error() != std::errc::no_such_file_or_directory)
-        return;
-    for (const std::string& note : noteNames) {
-        const bool isNote = note.ends_with(layout.noteSuffix);
-        const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
-        if (!isNote || !items || !platform::entryNumber(*items, name))
-            (void)services.removeEntry(*notes, note);  // as above
-    }
-    // Only when they are empty: what has come since then stays, for the desktop to decide about.
-    (void)(items && platform::removeEmptyFolder(trash, layout.items));
-    (void)(notes && platform::removeEmptyFolder(trash, layout.notes));
-}
-
-/// Whether the Trash is empty afterwards. The file browser's own ".DS_Store" may stay.
-bool emptiedDirectly(const CleanPlace& place, const Services& services) {
-    const auto parent = Directory::open(place.anchor);
-    const auto trash = parent ? parent->openBelow(place.relative.c_str()) : std::unexpected(parent.error());
-    if (!trash || !platform::entryNames(*trash))
-        return false;
-    const platform::TrashLayout& layout = platform::trashLayout();
-    if (!layout.items.empty())
-        removeTrashedItems(*trash, services);
-    for (const std::string& name : namesIn(trash)) {
-        if (name != layout.items && name != layout.notes)
-            (void)services.removeEntry(*trash, name);  // as above
-    }
-    const auto left = platform::entryNames(*trash);
-    return left && std::ranges::all_of(*left, [](const std::string& name) { return name == ".DS_Store"; });
-}
-
 }  // namespace
 
 const Services& Services::system() {
@@ -324,6 +270,8 @@ const Services& Services::system() {
         .moveToTrash = platform::moveToTrash,
         .run = [](const std::string& program,
                   std::span<const std::string> arguments) { return Shell::run(program, arguments); },
+        .runUntil = [](const std::string& program, std::span<const std::string> arguments,
+                       const std::stop_token& stop) { return Shell::run(program, arguments, stop); },
         .trashEmptyingCommand = platform::trashEmptyingCommand,
     };
     return services;
@@ -371,25 +319,13 @@ std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMod
     return clean(finding, mode, run, services);
 }
 
-std::expected<void, CleanFailure> emptyTrash(const Services& services) {
-    const CleanPlace trash = trashPlace();
-    if (!trash.anchor.empty() && !trash.relative.empty()) {
-        // What must stay would not be safe from the desktop either.
-        if (auto objection = Surroundings().objection(trash, Paths::trash()))
-            return std::unexpected(std::move(*objection));
-        if (emptiedDirectly(trash, services))
-            return {};
-    }
-    const auto command = services.trashEmptyingCommand(Paths::trash());
-    if (!command)
-        return std::unexpected(failed(
-            "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona dokunulmadı."));
-    const auto result = services.run(command->program, command->arguments);
-    if (!result)
-        return std::unexpected(StartError{.program = command->program, .code = result.error()});
-    if (result->status != 0)
-        return std::unexpected(failed("Çöp kutusu boşaltılamadı: " + result->error));
-    return {};
+std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path) {
+    const Surroundings surroundings;
+    const CleanPlace place{.anchor = std::string(Paths::parent(path)),
+                           .relative = std::string(Paths::lastComponent(path))};
+    if (auto objection = surroundings.objection(place, path))
+        return std::unexpected(std::move(*objection));
+    return surroundings.untouchable();
 }
 
 }  // namespace ulvak::Cleaner
