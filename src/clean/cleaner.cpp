@@ -121,6 +121,9 @@ public:
         return std::nullopt;
     }
 
+    /// The numbers of the folders that must stay, and of all around them.
+    [[nodiscard]] const std::set<platform::FileNumber>& untouchable() const { return untouchable_; }
+
 private:
     /// A folder that must stay keeps all those around it.
     void addNumbers(const std::string& path) {
@@ -157,51 +160,56 @@ private:
     std::vector<std::string> mountPoints_;
 };
 
-/// Where each item is, if none of them must stay.
-std::expected<std::vector<CleanPlace>, CleanFailure> judged(const std::vector<std::string>& urls) {
-    std::vector<CleanPlace> places;
+/// An item as it was judged.
+struct Judged {
+    CleanPlace place;
+    /// Nothing where nothing was: what comes to lie there later was never judged.
+    std::optional<platform::ItemIdentity> identity;
+};
+
+/// Where each item is and what, if none of them must stay.
+std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::string>& urls,
+                                                        const Surroundings& surroundings) {
+    std::vector<Judged> items;
     for (const std::string& url : urls) {
         auto place = rails().place(url);
         if (!place)
             return std::unexpected(CleanError{CleanError::Protected{Paths::display(url)}});
-        places.push_back(std::move(*place));
+        items.push_back({.place = std::move(*place), .identity = {}});
     }
-    const Surroundings surroundings;
     for (std::size_t index = 0; index < urls.size(); ++index) {
-        if (auto objection = surroundings.objection(places[index], urls[index]))
+        Judged& item = items[index];
+        // Known before it is judged: what is judged is at least as young.
+        if (const auto folder = openFolder(item.place))
+            item.identity = platform::entryIdentity(*folder, std::string(item.place.name()));
+        if (auto objection = surroundings.objection(item.place, urls[index]))
             return std::unexpected(std::move(*objection));
     }
-    return places;
+    return items;
 }
 
-std::expected<void, CleanFailure> removeItem(const CleanPlace& place, const Services& services) {
+std::expected<void, CleanFailure> removeItem(const Judged& item, CleanMode mode,
+                                             const Surroundings& surroundings, CleanRun& run,
+                                             const Services& services) {
+    const CleanPlace& place = item.place;
     const auto folder = openFolder(place);
     if (!folder)
         return std::unexpected(folder.error());
-    auto removed = services.removeEntry(*folder, std::string(place.name()));
-    if (removed)
-        return {};
-    FileError error = std::move(removed.error());
-    error.path = Paths::join(Paths::join(place.anchor, place.folder()), error.path);
-    return std::unexpected(std::move(error));
-}
-
-/// The Trash takes a path and finds its own way. Looking before and after makes sure that it found ours.
-std::expected<void, CleanFailure> trashItem(const CleanPlace& place, const Services& services) {
-    const auto folder = openFolder(place);
-    if (!folder)
-        return std::unexpected(folder.error());
-    const std::string path = place.path();
+    if (!item.identity)
+        return std::unexpected(fileError(ENOENT, place.path()));
     const std::string name(place.name());
-    const auto item = platform::entryNumber(*folder, name);
-    if (!item)
-        return std::unexpected(fileError(ENOENT, path));
-    if (!folder->isAt(Paths::join(place.anchor, place.folder())))
-        return std::unexpected(fileError(ESTALE, path));
-    if (auto moved = services.moveToTrash(path); !moved)
-        return std::unexpected(std::move(moved.error()));
-    if (platform::entryNumber(*folder, name) == item)
-        return std::unexpected(fileError(ESTALE, path));
+    if (mode == CleanMode::trash) {
+        auto trashed = services.moveToTrash(*folder, name, *item.identity, place.path());
+        if (!trashed)
+            return std::unexpected(std::move(trashed.error()));
+        run.trashed.push_back(std::move(*trashed));
+    } else if (auto removed = services.removeItem(*folder, name, *item.identity, surroundings.untouchable());
+               !removed) {
+        FileError error = std::move(removed.error());
+        error.path = Paths::join(Paths::join(place.anchor, place.folder()), error.path);
+        return std::unexpected(std::move(error));
+    }
+    ++run.done;
     return {};
 }
 
@@ -227,14 +235,21 @@ std::expected<std::int64_t, CleanFailure> deleteSimulator(const std::string& udi
     return size;
 }
 
-std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, CleanMode mode,
+CleanFailure stopped(std::size_t done, std::size_t all) {
+    return failed("Temizlik durduruldu: " + std::to_string(all) + " öğeden " + std::to_string(done) +
+                  " tanesi kaldırıldı, kalanlara dokunulmadı.");
+}
+
+std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, CleanMode mode, CleanRun& run,
                                                       const Services& services) {
-    const auto places = judged(finding.urls);
-    if (!places)
-        return std::unexpected(places.error());
-    for (const CleanPlace& place : *places) {
-        auto done = mode == CleanMode::trash ? trashItem(place, services) : removeItem(place, services);
-        if (!done)
+    const Surroundings surroundings;
+    const auto items = judged(finding.urls, surroundings);
+    if (!items)
+        return std::unexpected(items.error());
+    for (const Judged& item : *items) {
+        if (run.stop.stop_requested())
+            return std::unexpected(stopped(run.done, items->size()));
+        if (auto done = removeItem(item, mode, surroundings, run, services); !done)
             return std::unexpected(std::move(done.error()));
     }
     return finding.size;
@@ -299,7 +314,13 @@ bool emptiedDirectly(const CleanPlace& place, const Services& services) {
 
 const Services& Services::system() {
     static const Services services{
-        .removeEntry = platform::removeEntry,
+        .removeEntry = [](const Directory& parent,
+                          const std::string& name) { return platform::removeEntry(parent, name); },
+        .removeItem =
+            [](const Directory& parent, const std::string& name, const platform::ItemIdentity& item,
+               const std::set<platform::FileNumber>& kept) {
+                return platform::removeEntry(parent, name, item, kept);
+            },
         .moveToTrash = platform::moveToTrash,
         .run = [](const std::string& program,
                   std::span<const std::string> arguments) { return Shell::run(program, arguments); },
@@ -330,13 +351,24 @@ std::vector<std::string> runningApps(std::span<const std::string> among,
     return found;
 }
 
-std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
+std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode, CleanRun& run,
                                                 const Services& services) {
-    if (const auto* simulator = std::get_if<CleanAction::DeleteSimulator>(&finding.action.value))
-        return deleteSimulator(simulator->udid, finding.size, services);
     if (const auto* none = std::get_if<CleanAction::None>(&finding.action.value))
         return std::unexpected(failed(none->reason));
-    return removeFiles(finding, mode, services);
+    const auto* simulator = std::get_if<CleanAction::DeleteSimulator>(&finding.action.value);
+    if (simulator == nullptr)
+        return removeFiles(finding, mode, run, services);
+    if (run.stop.stop_requested())
+        return std::unexpected(stopped(0, 1));
+    auto freed = deleteSimulator(simulator->udid, finding.size, services);
+    run.done += freed ? 1U : 0U;
+    return freed;
+}
+
+std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
+                                                const Services& services) {
+    CleanRun run;
+    return clean(finding, mode, run, services);
 }
 
 std::expected<void, CleanFailure> emptyTrash(const Services& services) {

@@ -4,6 +4,7 @@
 #include <expected>
 #include <functional>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,9 +12,11 @@
 #include <vector>
 
 #include "clean/clean_error.h"
+#include "clean/clean_run.h"
 #include "clean/guard_rails.h"
 #include "core/finding.h"
 #include "platform/directory.h"
+#include "platform/removal.h"
 #include "platform/trash.h"
 #include "scan/shell.h"
 
@@ -37,8 +40,15 @@ struct Services {
     /// The entry of that name in an open folder, for good.
     std::function<std::expected<void, platform::FileError>(const platform::Directory&, const std::string&)>
         removeEntry;
-    /// The item at an absolute path.
-    std::function<std::expected<void, platform::FileError>(const std::string&)> moveToTrash;
+    /// The same, if it is still this item; folders with these numbers stay wherever they turn up.
+    std::function<std::expected<void, platform::FileError>(const platform::Directory&, const std::string&,
+                                                           const platform::ItemIdentity&,
+                                                           const std::set<platform::FileNumber>&)>
+        removeItem;
+    /// The entry of that name in an open folder, if it is still this item, whose absolute path comes last.
+    std::function<std::expected<platform::TrashedItem, platform::FileError>(
+        const platform::Directory&, const std::string&, const platform::ItemIdentity&, const std::string&)>
+        moveToTrash;
     std::function<std::expected<Shell::Result, std::error_code>(const std::string&,
                                                                 std::span<const std::string>)>
         run;
@@ -62,9 +72,15 @@ struct Services {
 /// Does what the finding's action says and returns the bytes that this frees: its size as it was scanned.
 /// The caller has made sure that none of `quitApps` is running.
 ///
-/// All items are judged before the first is touched. They are then removed in order up to the first that
-/// cannot be: what came before it is gone, what comes after it is untouched. An item that turns out to be,
-/// or to hold, a place that must stay, or that lies behind a link, is left alone whatever its path reads.
+/// All items are judged before the first is touched, and each is removed only as what it was then: whatever
+/// has taken its name since stays. They are removed in order up to the first that cannot be: what came before
+/// it is gone, what comes after it is untouched. An item that turns out to be, or to hold, a place that must
+/// stay, or that lies behind a link, is left alone whatever its path reads. Nothing on a volume that does not
+/// hold the item is touched. Asked to stop, it ends before the next item and fails, saying how many are done.
+[[nodiscard]] std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
+                                                              CleanRun& run,
+                                                              const Services& services = Services::system());
+/// The same for whoever needs no more than the result.
 [[nodiscard]] std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
                                                               const Services& services = Services::system());
 

@@ -2,17 +2,31 @@
 
 #include <expected>
 #include <optional>
+#include <set>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "platform/directory.h"
 #include "platform/file_error.h"
+#include "platform/file_time.h"
 #include "platform/files.h"
 
 /// Removing for good. Only `Cleaner` may ask for it: nothing here knows what must be kept.
 /// Threads: blocks the caller for as long as it takes; several at once are independent.
 namespace ulvak::platform {
+
+/// What tells an item from whatever else takes its name. A file system gives a number that has become free to
+/// the next file, so the date of birth belongs to it where the system knows that.
+struct ItemIdentity {
+    FileNumber number;
+    std::optional<FileTime> born;
+
+    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
+};
+
+/// Of the entry `name` of `parent`, a link's own. Absent when nothing is there or this user may not look.
+[[nodiscard]] std::optional<ItemIdentity> entryIdentity(const Directory& parent, const std::string& name);
 
 /// Removes the entry `name` of `parent`, and if it is a folder everything in it first, however deep.
 ///
@@ -22,6 +36,12 @@ namespace ulvak::platform {
 /// the path of that entry from `parent` on; what was removed before stays removed. Entries that others
 /// remove at the same time are no failure, apart from `name` itself when it is missing from the start.
 [[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name);
+
+/// As before, but only if the entry is still `item`: anything else that has taken its name stays (ESTALE).
+/// A folder whose number is in `kept` is not entered wherever it turns up, and stays (EBUSY).
+[[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name,
+                                                         const ItemIdentity& item,
+                                                         const std::set<FileNumber>& kept = {});
 
 /// Removes the folder `name` of `parent` if nothing is in it; whether it did.
 [[nodiscard]] bool removeEmptyFolder(const Directory& parent, const std::string& name);

@@ -5,17 +5,31 @@
 #include <string>
 #include <vector>
 
+#include "platform/directory.h"
 #include "platform/file_error.h"
+#include "platform/removal.h"
 
 /// The desktop's Trash. Threads: any. `moveToTrash` blocks for as long as the disk takes, never call it on
 /// that of the user interface; the others answer at once.
 namespace ulvak::platform {
 
-/// Moves the item at the absolute `path`, a link itself and not where it leads, to the Trash, from where
-/// every file manager restores it. Nothing is ever copied or removed for good instead: on a file system
-/// without a Trash, and where the service's Trash would be another home folder's, it fails with an error, and
-/// the item stays where it is.
-[[nodiscard]] std::expected<void, FileError> moveToTrash(const std::string& path);
+/// An item that was moved to a Trash, with what is needed to put it back.
+struct TrashedItem {
+    std::string origin;    ///< absolute path that it had
+    std::string location;  ///< absolute path that it has now
+    ItemIdentity identity;
+
+    friend bool operator==(const TrashedItem&, const TrashedItem&) = default;
+};
+
+/// Moves the entry `name` of the open folder `parent`, a link itself and not where it leads, to the Trash, if
+/// it is still `item`; `path` is its absolute path, for the note about it. Nothing is ever copied or removed
+/// for good instead: on a file system without a Trash, and where the service's Trash would be another home
+/// folder's, it fails with an error, and the item stays where it is.
+[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent,
+                                                                const std::string& name,
+                                                                const ItemIdentity& item,
+                                                                const std::string& path);
 
 /// Two folders in the user's Trash. Both names are empty on a system where the items lie in the Trash itself.
 struct TrashLayout {

@@ -37,6 +37,10 @@ int openQuietly(int flags, Open open) {
     return handle < 0 && errno == EPERM ? open(flags) : handle;
 }
 
+FileNumber fileNumber(const struct statx& info) {
+    return {(std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor, info.stx_ino};
+}
+
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 /// `openat2` that crosses neither links nor mount points; -1 with `errno` set.
@@ -137,6 +141,17 @@ std::optional<Item> itemAt(int parent, const char* name) {
         .length = static_cast<std::int64_t>(std::min<std::uint64_t>(info.stx_size, std::uint64_t{INT64_MAX})),
         .allocatedSize = allocatedBytes(info.stx_blocks),
     };
+}
+
+std::optional<ItemIdentity> identityAt(int parent, const char* name) {
+    struct statx info{};
+    if (::statx(parent, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH, STATX_INO | STATX_BTIME,
+                &info) != 0)
+        return std::nullopt;
+    ItemIdentity identity{.number = fileNumber(info), .born = {}};
+    if ((info.stx_mask & STATX_BTIME) != 0)
+        identity.born = fileTime(info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
+    return identity;
 }
 
 int removePlaceholder(int /*parent*/, const char* /*name*/) {

@@ -127,6 +127,19 @@ std::optional<Item> itemAt(int parent, const char* name) {
     };
 }
 
+std::optional<ItemIdentity> identityAt(int parent, const char* name) {
+    const QuietAccess quiet;
+    struct stat info{};
+    const bool isItself = *name == '\0';
+    if ((isItself ? ::fstat(parent, &info) : ::fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW)) != 0)
+        return std::nullopt;
+    ItemIdentity identity{.number = {volumeNumber(info), info.st_ino}, .born = {}};
+    // File systems that keep none say the beginning of 1970, or the time before it.
+    if (info.st_birthtimespec.tv_sec > 0)
+        identity.born = fileTime(info.st_birthtimespec.tv_sec, info.st_birthtimespec.tv_nsec);
+    return identity;
+}
+
 int removePlaceholder(int parent, const char* name) {
     // AT_REMOVEDIR_DATALESS: the system takes it from its version 11 on, but its headers do not show it.
     constexpr int removeUnfetched = 0x0100;

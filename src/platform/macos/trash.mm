@@ -2,6 +2,7 @@
 
 #import <Foundation/Foundation.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -51,18 +52,30 @@ FileError failed(int number, const std::string& path, std::string detail) {
 
 }  // namespace
 
-std::expected<void, FileError> moveToTrash(const std::string& path) {
+std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
+                                                  const ItemIdentity& identity, const std::string& path) {
     // Whatever HOME says, the item would go to the Trash of the user who is logged in.
     if (!posix::isInSystemHome())
         return std::unexpected(failed(ENOTSUP, path, "HOME başka bir ev klasörünü gösteriyor"));
+    const auto there = entryIdentity(parent, name);
+    if (!there)
+        return std::unexpected(failed(ENOENT, path, {}));
+    if (there != identity || !parent.isAt(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1))))
+        return std::unexpected(failed(ESTALE, path, {}));
     @autoreleasepool {
         NSURL* item = urlOf(path);
         if (item == nil)
             return std::unexpected(failed(EINVAL, path, "Bu yol okunamadı"));
         @try {
             NSError* error = nil;
-            if ([NSFileManager.defaultManager trashItemAtURL:item resultingItemURL:nil error:&error])
-                return {};
+            NSURL* result = nil;
+            if ([NSFileManager.defaultManager trashItemAtURL:item resultingItemURL:&result error:&error]) {
+                if (entryIdentity(parent, name) == identity)
+                    return std::unexpected(failed(ESTALE, path, {}));
+                const char* location = result.fileSystemRepresentation;
+                return TrashedItem{
+                    .origin = path, .location = location != nullptr ? location : "", .identity = identity};
+            }
             return std::unexpected(failed(numberOf(error), path, textOf(error.localizedDescription)));
         } @catch (NSException* exception) {
             return std::unexpected(failed(EIO, path, textOf(exception.reason)));

@@ -256,9 +256,23 @@ std::expected<void, FileError> removeEntry(const Directory& parent, const std::s
     return posix::removeEntry(parent, name, {});
 }
 
+std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name,
+                                           const ItemIdentity& item, const std::set<FileNumber>& kept) {
+    (void)kept;
+    const auto there = entryIdentity(parent, name);
+    if (there != item)
+        return std::unexpected(FileError{.code = systemError(there ? ESTALE : ENOENT), .path = name});
+    return removeEntry(parent, name);
+}
+
 std::expected<void, FileError> posix::removeEntry(const Directory& parent, const std::string& name,
                                                   const RemovalCalls& calls) {
     return Removal(parent, calls).run(name);
+}
+
+std::optional<ItemIdentity> entryIdentity(const Directory& parent, const std::string& name) {
+    const QuietAccess quiet;
+    return posix::identityAt(parent.handle(), name.c_str());
 }
 
 std::optional<FileNumber> entryNumber(const Directory& parent, const std::string& name) {

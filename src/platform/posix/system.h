@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "platform/quiet_access.h"
+#include "platform/removal.h"
 
 /// What each system does in its own way, for the code of this folder, which they share: the calls below are
 /// defined once in `linux/` and once in `macos/`. Handles belong to the caller, who closes them. Where a call
@@ -49,6 +50,10 @@ struct Item {
 
 /// What is at a name, a link itself. Starts no mount.
 [[nodiscard]] std::optional<Item> itemAt(int parent, const char* name);
+
+/// Of what is at a name, a link's own; of the open file or folder `parent` itself where the name is empty.
+/// Starts no mount.
+[[nodiscard]] std::optional<ItemIdentity> identityAt(int parent, const char* name);
 
 /// Removes a folder whose contents live elsewhere, and those with it, without fetching them; any other folder
 /// only when it is empty. 0 or -1; ENOTSUP where no contents live elsewhere.

@@ -228,12 +228,14 @@ TEST(Faults, AVolumeThatIsMountedDuringTheRemovalIsNotEntered) {
     withPrivateMounts([&] {
         const AtHome environment(tree);
         Cleaner::Services services = Cleaner::Services::system();
-        services.removeEntry = [&](const platform::Directory& parent, const std::string& name) {
+        services.removeItem = [&](const platform::Directory& parent, const std::string& name,
+                                  const platform::ItemIdentity& item,
+                                  const std::set<platform::FileNumber>& kept) {
             if (name == "second") {
                 EXPECT_TRUE(mountMemory(tree.path("home/items/second/disk")));
                 std::ofstream(tree.path("home/items/second/disk/precious")) << "p";
             }
-            return Cleaner::Services::system().removeEntry(parent, name);
+            return Cleaner::Services::system().removeItem(parent, name, item, kept);
         };
         const auto error = expectSecondToFail(tree, "second", CleanMode::permanent,
                                               std::errc::device_or_resource_busy, services);
@@ -333,15 +335,18 @@ TEST(Faults, ADiskThatFailsIsPassedOn) {
             Cleaner::Services services = Cleaner::Services::system();
             const platform::FileError broken{
                 .code = {EIO, std::generic_category()}, .path = "second/b", .detail = "the disk's own words"};
-            services.removeEntry = [&](const platform::Directory& parent, const std::string& name) {
+            services.removeItem = [&](const platform::Directory& parent, const std::string& name,
+                                      const platform::ItemIdentity& item,
+                                      const std::set<platform::FileNumber>& kept) {
                 if (name == "second")
                     return std::expected<void, platform::FileError>(std::unexpect, broken);
-                return Cleaner::Services::system().removeEntry(parent, name);
+                return Cleaner::Services::system().removeItem(parent, name, item, kept);
             };
-            services.moveToTrash = [&](const std::string& path) {
-                if (path.ends_with("/second"))
-                    return std::expected<void, platform::FileError>(std::unexpect, broken);
-                return Cleaner::Services::system().moveToTrash(path);
+            services.moveToTrash = [&](const platform::Directory& parent, const std::string& name,
+                                       const platform::ItemIdentity& item, const std::string& path) {
+                if (name == "second")
+                    return std::expected<platform::TrashedItem, platform::FileError>(std::unexpect, broken);
+                return Cleaner::Services::system().moveToTrash(parent, name, item, path);
             };
             const auto error = expectSecondToFail(tree, "second", mode, std::errc::io_error, services);
             EXPECT_EQ(error.detail, broken.detail);
