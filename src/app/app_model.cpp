@@ -20,6 +20,11 @@ constexpr std::string_view diskAccessSettings =
 
 using MutableFindings = std::vector<std::shared_ptr<Finding>>;
 
+/// Uncertain, but what the user calls unknown is the user's to call so.
+bool isForBatch(const Finding& finding) {
+    return isUncertain(finding) && finding.source != VerdictSource::user;
+}
+
 /// Each finding in a place of its own, so that the list can be handed on without copying what is in it.
 MutableFindings shared(std::vector<Finding> findings) {
     MutableFindings result;
@@ -50,17 +55,16 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       disk_(services_.diskInfo()),
       aiStatus_{.unavailable = ""},
       workers_(std::make_unique<Workers>()),
-      verdictsFile_(*workers_),
+      lasting_(std::make_unique<Workers>()),
       store_(std::move(verdictsPath), VerdictStore::systemTime,
-             [this](const std::string& path, VerdictStore::Contents contents) {
-                 verdictsFile_.write(path, std::move(contents));
-             }) {
+             [this](std::function<void()> job) { saveLabels(std::move(job)); }) {
     refreshStatus();
 }
 
 AppModel::~AppModel() {
     isEnding_ = true;
     stop_.request_stop();
+    lasting_.reset();
     workers_.reset();
 }
 
@@ -68,7 +72,27 @@ bool AppModel::finish(std::chrono::milliseconds time) {
     expectUiThread();
     isEnding_ = true;
     stop_.request_stop();
-    return workers_->waitForDone(time);
+    const auto start = std::chrono::steady_clock::now();
+    const bool hasLastingEnded = lasting_->waitForDone(time);
+    const auto taken = std::chrono::steady_clock::now() - start;
+    return workers_->waitForDone(
+               std::max(time - std::chrono::floor<std::chrono::milliseconds>(taken), 0ms)) &&
+           hasLastingEnded;
+}
+
+void AppModel::finishLasting() {
+    expectUiThread();
+    lasting_->waitForDone();
+    store_.writeRest();
+}
+
+QCoro::Task<> AppModel::saveLabels(std::function<void()> job) {
+    auto call = lasting_->run([job = std::move(job)] {
+        job();
+        return true;
+    });
+    co_await call;
+    store_.adopt();
 }
 
 void AppModel::expectUiThread() const {
@@ -109,6 +133,12 @@ std::int64_t AppModel::uncertainCount() const {
     expectUiThread();
     return std::ranges::count_if(findings_,
                                  [](const FindingPointer& finding) { return isUncertain(*finding); });
+}
+
+std::int64_t AppModel::batchCount() const {
+    expectUiThread();
+    return std::ranges::count_if(findings_,
+                                 [](const FindingPointer& finding) { return isForBatch(*finding); });
 }
 
 void AppModel::showAlert(std::string title, std::string message) {
@@ -229,7 +259,7 @@ void AppModel::cancelScan() {
 
 template <typename Function>
 auto AppModel::oneAtATime(Function function) {
-    return workers_->run([function = std::move(function), turn = removal_,
+    return lasting_->run([function = std::move(function), turn = removal_,
                           stop = stop_.get_token()]() -> std::invoke_result_t<Function&> {
         const std::scoped_lock lock(*turn);
         // What has not begun when the program ends must not begin; nobody is told any more.
@@ -266,12 +296,19 @@ void AppModel::resetVerdict(std::string_view id) {
     store_.remove(finding->id);
 }
 
+FindingPointer AppModel::withVerdict(std::string_view id, const Verdict& verdict) const {
+    FindingPointer now = finding(id);
+    return now && currentVerdict(*now) == verdict ? now : nullptr;
+}
+
 QCoro::Task<> AppModel::analyze(std::string id, std::string note) {
     expectUiThread();
+    const FindingPointer chosen = finding(id);
     co_await refreshStatus();
     if (isEnding_ || !aiStatus_.isAvailable())
         co_return;
-    const FindingPointer asked = finding(id);
+    // Whoever has judged it meanwhile, the user or a scan, is not asked again.
+    const FindingPointer asked = chosen ? withVerdict(id, currentVerdict(*chosen)) : nullptr;
     if (!asked || analyzing_.contains(id))
         co_return;
     analyzing_.insert(id);
@@ -286,9 +323,9 @@ QCoro::Task<> AppModel::analyze(std::string id, std::string note) {
         co_return;
     if (!answer) {
         showAlert("Analiz başarısız", answer.error().description());
-    } else if (const auto place = find(id); place != findings_.end()) {
+    } else if (withVerdict(id, currentVerdict(*asked))) {
         const FindingPointer judged =
-            change(*place, [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
+            change(*find(id), [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
         store_.save(*answer, *judged);
     }
     analyzing_.erase(id);
@@ -299,7 +336,7 @@ void AppModel::analyzeAllUncertain() {
     expectUiThread();
     std::vector<std::string> ids;
     for (const FindingPointer& finding : findings_) {
-        if (isUncertain(*finding))
+        if (isForBatch(*finding))
             ids.push_back(finding->id);
     }
     if (ids.empty())
@@ -317,7 +354,9 @@ QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::
     for (const std::string& id : ids) {
         if (batch->isCancelled)
             break;
-        co_await analyze(id, {});
+        // Its turn comes late: the user may have labelled it by then, or a scan have told what it is.
+        if (const FindingPointer next = finding(id); next && isForBatch(*next))
+            co_await analyze(id, {});
         if (isEnding_)
             co_return;
         ++progress.done;

@@ -5,6 +5,7 @@
 #include <QUuid>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -19,7 +20,6 @@
 
 #include "ai/ai_status.h"
 #include "app/app_services.h"
-#include "app/latest_file.h"
 #include "app/workers.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
@@ -100,8 +100,10 @@ public:
     [[nodiscard]] std::int64_t total(SafetyLevel level) const;
     /// The first with exactly this id; null when there is none.
     [[nodiscard]] FindingPointer finding(std::string_view id) const;
-    /// How many `analyzeAllUncertain` would ask about.
+    /// How many are uncertain, those that the user calls unknown among them.
     [[nodiscard]] std::int64_t uncertainCount() const;
+    /// How many `analyzeAllUncertain` would ask about: all of these but what the user has labelled.
+    [[nodiscard]] std::int64_t batchCount() const;
 
     /// Starts a scan, unless one runs. The previous result stays until the new one replaces it.
     void scan();
@@ -111,10 +113,11 @@ public:
     void setLevel(SafetyLevel level, std::string_view id);
     void resetVerdict(std::string_view id);
 
-    /// Asks the model about one finding. `note` is what the user knows about it, or empty.
+    /// Asks the model about one finding. `note` is what the user knows about it, or empty. The answer counts
+    /// only if the finding's verdict is then still the one that it had when this was called.
     QCoro::Task<> analyze(std::string id, std::string note);
-    /// Asks about every uncertain finding, one after the other. Takes the place of a batch that runs; what
-    /// that one has still to say about its progress is not heard.
+    /// Asks about every uncertain finding that the user has not labelled, one after the other. Takes the
+    /// place of a batch that runs; what that one has still to say about its progress is not heard.
     void analyzeAllUncertain();
     /// Ends that after the finding that is being asked about.
     void cancelBatch();
@@ -129,8 +132,12 @@ public:
     void dismissAlert();
 
     /// Asks everything that runs to stop, and says whether it has within this time: for the end of the
-    /// program. Afterwards the object is only good for being destroyed.
+    /// program. Afterwards the object is only good for `finishLasting` and for being destroyed.
     [[nodiscard]] bool finish(std::chrono::milliseconds time);
+
+    /// Waits, for as long as it takes, until labels are written and the item that is being removed is gone: a
+    /// program that ends before has lost the one and leaves half of the other. For after `finish`.
+    void finishLasting();
 
 signals:
     void phaseChanged();
@@ -168,7 +175,10 @@ private:
     void setStatus(AIStatus status);
     void refreshDisk() { assign(disk_, services_.diskInfo(), &AppModel::diskChanged); }
 
+    /// The finding with this id, if that is its current verdict.
+    [[nodiscard]] FindingPointer withVerdict(std::string_view id, const Verdict& verdict) const;
     QCoro::Task<> refreshStatus();
+    QCoro::Task<> saveLabels(std::function<void()> job);
     QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
     QCoro::Task<> runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids);
     /// The finding, if it can be cleaned and no application runs that uses its files; shows an alert when one
@@ -209,8 +219,8 @@ private:
     std::int64_t trashedBytes_ = 0;
     std::int64_t freedBytes_ = 0;
     std::optional<AlertInfo> alert_;
-    std::unique_ptr<Workers> workers_;
-    LatestFile verdictsFile_;
+    std::unique_ptr<Workers> workers_;  ///< what may be given up when the program ends
+    std::unique_ptr<Workers> lasting_;  ///< what must come to its end: writing labels, removing an item
     VerdictStore store_;
     std::shared_ptr<Scan> scan_;
     std::shared_ptr<Batch> batch_;

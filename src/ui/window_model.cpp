@@ -262,7 +262,7 @@ QString WindowModel::deniedText() const {
 }
 
 QString WindowModel::uncertainText() const {
-    const std::int64_t count = app_.uncertainCount();
+    const std::int64_t count = app_.batchCount();
     return count < 1 ? QString()
                      : QString::number(count) +
                            QStringLiteral(
