@@ -392,6 +392,7 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
         cleaning_.erase(id);
         emit cleaningChanged();
     }
+    recordTrashed();
     refreshDisk();
 }
 
@@ -420,10 +421,14 @@ QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
 }
 
 QCoro::Task<> AppModel::cleanOne(FindingPointer finding, CleanMode mode) {
-    auto work = oneAtATime([finding, mode, clean = services_.clean] { return clean(*finding, mode); });
+    const auto run = std::make_shared<CleanRun>();
+    auto work =
+        oneAtATime([finding, mode, run, clean = services_.clean] { return clean(*finding, mode, *run); });
     const std::expected<std::int64_t, CleanFailure> freed = co_await work;
     if (isEnding_)
         co_return;
+    for (auto* list : {&trashed_, &unrecordedTrash_})
+        list->insert(list->end(), run->trashed.begin(), run->trashed.end());
     if (!freed) {
         showAlert(finding->title + " temizlenemedi", errorDescription(freed.error()));
         co_return;
@@ -444,22 +449,96 @@ void AppModel::removeFindings(std::string_view id) {
         emit findingsChanged();
 }
 
+void AppModel::recordTrashed() {
+    if (unrecordedTrash_.empty())
+        return;
+    workers_->post(
+        [record = services_.recordTrashed, items = std::exchange(unrecordedTrash_, {})] { record(items); });
+}
+
 QCoro::Task<> AppModel::emptyTrash() {
     expectUiThread();
-    auto work = oneAtATime(services_.emptyTrash);
-    const std::expected<void, CleanFailure> emptied = co_await work;
-    if (isEnding_)
+    dismissTrashQuestion();
+    for (bool hasMore = true; hasMore;) {
+        auto look = workers_->run([contents = services_.trashContents, fromHere = trashed_] {
+            return std::make_shared<const Cleaner::TrashContents>(contents(fromHere));
+        });
+        const std::shared_ptr<const Cleaner::TrashContents> contents = co_await look;
+        if (isEnding_)
+            co_return;
+        if (!contents->isAllFromHere()) {
+            assign(trashQuestion_, TrashQuestion{.id = QUuid::createUuid(), .contents = contents},
+                   &AppModel::trashQuestionChanged);
+            co_return;
+        }
+        hasMore = co_await emptyWhatWasSeen(contents);
+    }
+}
+
+QCoro::Task<> AppModel::emptyTrashAsAsked(QUuid question) {
+    expectUiThread();
+    if (!trashQuestion_ || trashQuestion_->id != question)
         co_return;
-    if (emptied) {
-        std::int64_t sum = freedBytes_;
-        addChecked(sum, trashedBytes_);
-        assign(freedBytes_, sum, &AppModel::freedBytesChanged);
+    const auto contents = trashQuestion_->contents;
+    dismissTrashQuestion();
+    const bool hasMore = co_await emptyWhatWasSeen(contents);
+    if (hasMore)
+        co_await emptyTrash();
+}
+
+void AppModel::dismissTrashQuestion() {
+    expectUiThread();
+    assign(trashQuestion_, std::nullopt, &AppModel::trashQuestionChanged);
+}
+
+QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen) {
+    using Emptied = std::expected<Cleaner::EmptiedTrash, CleanFailure>;
+    auto work = oneAtATime([seen, empty = services_.emptyTrash]() -> Emptied { return empty(*seen); });
+    Emptied direct = co_await work;
+    if (isEnding_)
+        co_return false;
+    Cleaner::EmptiedTrash emptied =
+        direct ? std::move(*direct) : Cleaner::EmptiedTrash{.failure = std::move(direct.error())};
+    if (!emptied.isDone() && emptied.mayAskDesktop) {
+        // Not in turn with what removes: nobody knows how long the desktop takes.
+        auto call = workers_->run([seen, ask = services_.emptyTrashByDesktop, stop = stop_.get_token()] {
+            return ask(*seen, stop);
+        });
+        Cleaner::EmptiedTrash rest = co_await call;
+        if (isEnding_)
+            co_return false;
+        addChecked(rest.bytes, emptied.bytes);
+        emptied = std::move(rest);
+    }
+    std::int64_t sum = freedBytes_;
+    addChecked(sum, emptied.bytes);
+    assign(freedBytes_, sum, &AppModel::freedBytesChanged);
+    if (emptied.isDone() && emptied.itemsNew == 0) {
+        trashed_.clear();
         assign(trashedBytes_, 0, &AppModel::trashedBytesChanged);
         removeFindings(Paths::trash());
     } else {
-        showAlert("Çöp kutusu boşaltılamadı", errorDescription(emptied.error()));
+        co_await countTrashed();
+        if (isEnding_)
+            co_return false;
+    }
+    if (emptied.failure) {
+        std::string message = errorDescription(*emptied.failure);
+        if (emptied.itemsLeft > 1)
+            message += "\nÇöp kutusunda " + std::to_string(emptied.itemsLeft) + " öğe kaldı.";
+        showAlert("Çöp kutusu boşaltılamadı", std::move(message));
     }
     refreshDisk();
+    co_return emptied.isDone() && emptied.itemsNew > 0;
+}
+
+QCoro::Task<> AppModel::countTrashed() {
+    auto look = workers_->run([contents = services_.trashContents, fromHere = trashed_] {
+        return contents(fromHere).bytesFromHere;
+    });
+    const std::int64_t bytes = co_await look;
+    if (!isEnding_)
+        assign(trashedBytes_, std::min(trashedBytes_, bytes), &AppModel::trashedBytesChanged);
 }
 
 void AppModel::reveal(const Finding& finding) {

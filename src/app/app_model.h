@@ -62,6 +62,16 @@ public:
         friend bool operator==(const BatchProgress&, const BatchProgress&) = default;
     };
 
+    /// Asked before the Trash is emptied of more than was put there from here.
+    struct TrashQuestion {
+        QUuid id;                                                ///< tells two questions about the same apart
+        std::shared_ptr<const Cleaner::TrashContents> contents;  ///< what was looked at, and all that goes
+
+        friend bool operator==(const TrashQuestion& one, const TrashQuestion& other) {
+            return one.id == other.id;
+        }
+    };
+
     /// Reads the remembered verdicts at `verdictsPath` and asks for the disk's capacity, on this thread: the
     /// window is to begin with both. Nothing is scanned yet.
     explicit AppModel(AppServices services = AppServices::system(),
@@ -90,6 +100,7 @@ public:
     /// Really freed since the program started.
     [[nodiscard]] std::int64_t freedBytes() const { return freedBytes_; }
     [[nodiscard]] const std::optional<AlertInfo>& alert() const { return alert_; }
+    [[nodiscard]] const std::optional<TrashQuestion>& trashQuestion() const { return trashQuestion_; }
     [[nodiscard]] const VerdictStore& store() const { return store_; }
     /// Whether `openFullDiskAccessSettings` leads anywhere on this system.
     [[nodiscard]] bool hasPrivacySettings() const { return services_.hasPrivacySettings; }
@@ -125,7 +136,14 @@ public:
     /// Cleans one after the other; what is being cleaned already is passed over. Asks nothing: whoever calls
     /// has asked the user.
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
+
+    /// Empties it at once while it holds nothing but what was put there from here since the start; otherwise,
+    /// and where that cannot be told, asks by `trashQuestion`.
     QCoro::Task<> emptyTrash();
+    /// The answer to a question, if that is still the one that is asked. What has come into the Trash since
+    /// then is not touched, and asked about in its turn.
+    QCoro::Task<> emptyTrashAsAsked(QUuid question);
+    void dismissTrashQuestion();
 
     void reveal(const Finding& finding);
     void openFullDiskAccessSettings();
@@ -156,6 +174,7 @@ signals:
     void trashedBytesChanged();
     void freedBytesChanged();
     void alertChanged();
+    void trashQuestionChanged();
 
 private:
     struct Scan;
@@ -185,6 +204,11 @@ private:
     /// does.
     QCoro::Task<FindingPointer> readyToClean(std::string id);
     QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
+    /// Whether something has come into the Trash meanwhile.
+    QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
+    /// What is left of it, for the total.
+    QCoro::Task<> countTrashed();
+    void recordTrashed();
     void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
     /// On a worker: thousands of records take their time.
     template <typename List>
@@ -218,7 +242,10 @@ private:
     std::set<std::string> cleaning_;
     std::int64_t trashedBytes_ = 0;
     std::int64_t freedBytes_ = 0;
+    std::vector<platform::TrashedItem> trashed_;  ///< since the start, as far as it may be there still
+    std::vector<platform::TrashedItem> unrecordedTrash_;  ///< the last of these
     std::optional<AlertInfo> alert_;
+    std::optional<TrashQuestion> trashQuestion_;
     std::unique_ptr<Workers> workers_;  ///< what may be given up when the program ends
     std::unique_ptr<Workers> lasting_;  ///< what must come to its end: writing labels, removing an item
     VerdictStore store_;

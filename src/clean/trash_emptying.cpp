@@ -41,22 +41,28 @@ struct ItemFolder {
 
 struct ItemFolders {
     std::vector<ItemFolder> folders;
-    bool isComplete = true;
+    std::optional<FileError> failure;  ///< of the first that cannot be opened
 };
 
 /// Where the items of a Trash are: in a folder of it, and, left by programs that were interrupted, beside
 /// that.
 ItemFolders itemFolders(const TrashFolder& trash) {
     ItemFolders result;
-    if (!trash.folder)
-        return {.folders = {}, .isComplete = false};
+    const auto note = [&](std::error_code code, const std::string& path) {
+        if (!result.failure)
+            result.failure = FileError{.code = code, .path = path, .detail = {}};
+    };
+    if (!trash.folder) {
+        note(trash.folder.error(), trash.path);
+        return result;
+    }
     const platform::TrashLayout& layout = platform::trashLayout();
     const auto add = [&](const std::string& name) {
         auto folder = trash.folder->openBelow(name.c_str());
         if (folder)
             result.folders.push_back({.path = Paths::join(trash.path, name), .folder = std::move(*folder)});
         else if (folder.error() != std::errc::no_such_file_or_directory)
-            result.isComplete = false;
+            note(folder.error(), Paths::join(trash.path, name));
     };
     if (!layout.items.empty()) {
         add(layout.items);
@@ -67,7 +73,7 @@ ItemFolders itemFolders(const TrashFolder& trash) {
     if (itself)
         result.folders.push_back({.path = trash.path, .folder = std::move(*itself)});
     else
-        result.isComplete = false;
+        note(itself.error(), trash.path);
     return result;
 }
 
@@ -87,7 +93,7 @@ public:
     std::vector<Entry> entries(const TrashFolder& trash) {
         std::vector<Entry> result;
         const ItemFolders folders = itemFolders(trash);
-        isComplete_ = isComplete_ && folders.isComplete;
+        isComplete_ = isComplete_ && !folders.failure;
         for (const ItemFolder& folder : folders.folders)
             list(folder, folder.path == trash.path, result);
         measure(result);
@@ -181,15 +187,16 @@ private:
             result_.mayAskDesktop = false;  // what must stay would not be safe from it either
             return;
         }
-        if (!trash.folder) {
-            note(FileError{.code = trash.folder.error(), .path = trash.path, .detail = {}});
+        const ItemFolders folders = itemFolders(trash);
+        if (folders.failure)
+            note(*folders.failure);
+        if (!trash.folder)
             return;
-        }
         kept_ = std::move(*kept);
         // Others write the note first and move the item after it, at once: a note that comes later is not
         // looked at.
         const std::vector<std::string> notes = noteNames(*trash.folder);
-        for (const ItemFolder& folder : itemFolders(trash).folders)
+        for (const ItemFolder& folder : folders.folders)
             emptyFolder(folder, folder.path == trash.path);
         removeRest(*trash.folder, notes);
     }

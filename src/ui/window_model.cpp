@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QPointer>
+#include <QUuid>
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
@@ -74,6 +75,7 @@ void WindowModel::forwardSignals() {
     connect(&app_, &AppModel::batchProgressChanged, this, &WindowModel::batchChanged);
     connect(&app_, &AppModel::cleaningChanged, this, &WindowModel::cleaningChanged);
     connect(&app_, &AppModel::alertChanged, this, &WindowModel::alertChanged);
+    connect(&app_, &AppModel::trashQuestionChanged, this, &WindowModel::trashQuestionChanged);
     connect(this, &WindowModel::sidebarChanged, this, &WindowModel::listChanged);
 }
 
@@ -425,18 +427,52 @@ void WindowModel::cleanTokens(const QStringList& tokens) {
 
 void WindowModel::emptyTrash() {
     if (!isEmptyingTrash_)
-        runEmptyTrash();
+        runEmptyTrash(app_.emptyTrash());
 }
 
-QCoro::Task<> WindowModel::runEmptyTrash() {
+void WindowModel::emptyTrashAsAsked(const QString& question) {
+    if (!isEmptyingTrash_)
+        runEmptyTrash(app_.emptyTrashAsAsked(QUuid::fromString(question)));
+}
+
+void WindowModel::dismissTrashQuestion(const QString& question) {
+    if (question == trashQuestionId())
+        app_.dismissTrashQuestion();
+}
+
+QCoro::Task<> WindowModel::runEmptyTrash(QCoro::Task<> task) {
     const QPointer<WindowModel> self(this);
     isEmptyingTrash_ = true;
     emit emptyingChanged();
-    co_await app_.emptyTrash();
+    co_await task;
     if (!self)  // the window has closed meanwhile
         co_return;
     isEmptyingTrash_ = false;
     emit emptyingChanged();
+}
+
+QString WindowModel::trashQuestionId() const {
+    const auto& question = app_.trashQuestion();
+    return question ? question->id.toString() : QString();
+}
+
+QString WindowModel::trashQuestion() const {
+    const auto& question = app_.trashQuestion();
+    if (!question)
+        return {};
+    const Cleaner::TrashContents& contents = *question->contents;
+    const auto amount = [](std::int64_t bytes, std::int64_t items) {
+        return QStringLiteral("%1 (%2 öğe)").arg(Texts::bytes(bytes), Texts::number(items));
+    };
+    QString text =
+        contents.isComplete
+            ? QStringLiteral("Çöp kutusunda toplam %1 var. ").arg(amount(contents.bytes, contents.items))
+            : QStringLiteral("Çöp kutusunun bir bölümüne bakılamadı. Görülen: %1. ")
+                  .arg(amount(contents.bytes, contents.items));
+    text += contents.itemsFromHere == 0 ? QStringLiteral("Bunların hiçbiri bu oturumda buradan atılmadı. ")
+                                        : QStringLiteral("Bunun %1 kadarı bu oturumda buradan atıldı. ")
+                                              .arg(amount(contents.bytesFromHere, contents.itemsFromHere));
+    return text + QStringLiteral("Boşaltırsan hepsi kalıcı olarak silinir. Bu işlem geri alınamaz.");
 }
 
 void WindowModel::reveal(const QString& token) {

@@ -71,6 +71,10 @@ class WindowModel : public QObject {
     Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY alertChanged)
     Q_PROPERTY(QString alertMessage READ alertMessage NOTIFY alertChanged)
 
+    /// The id of the question that is to be asked before the Trash is emptied; empty for none.
+    Q_PROPERTY(QString trashQuestionId READ trashQuestionId NOTIFY trashQuestionChanged)
+    Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY trashQuestionChanged)
+
     /// "overview", a level's raw value, or empty when nothing is selected.
     Q_PROPERTY(QString sidebar READ sidebar WRITE setSidebar NOTIFY sidebarChanged)
     Q_PROPERTY(bool isOverview READ isOverview NOTIFY sidebarChanged)
@@ -125,6 +129,8 @@ public:
     [[nodiscard]] QString alertId() const;
     [[nodiscard]] QString alertTitle() const;
     [[nodiscard]] QString alertMessage() const;
+    [[nodiscard]] QString trashQuestionId() const;
+    [[nodiscard]] QString trashQuestion() const;
     [[nodiscard]] QString sidebar() const;
     void setSidebar(const QString& item);
     [[nodiscard]] bool isOverview() const;
@@ -160,6 +166,10 @@ public:
     /// To the Trash, one after the other.
     Q_INVOKABLE void cleanTokens(const QStringList& tokens);
     Q_INVOKABLE void emptyTrash();
+    /// After the question with this id; nothing when another is asked by now.
+    Q_INVOKABLE void emptyTrashAsAsked(const QString& question);
+    /// The same for an answer that is no.
+    Q_INVOKABLE void dismissTrashQuestion(const QString& question);
     Q_INVOKABLE void reveal(const QString& token);
     Q_INVOKABLE void openFullDiskAccessSettings() { app_.openFullDiskAccessSettings(); }
     Q_INVOKABLE void dismissAlert() { app_.dismissAlert(); }
@@ -180,6 +190,7 @@ signals:
     void emptyingChanged();
     void cleaningChanged();
     void alertChanged();
+    void trashQuestionChanged();
     void sidebarChanged();
     void listChanged();
     void detailKindChanged();
@@ -190,7 +201,7 @@ private:
     void followDetail();
     void selectFirst();
     [[nodiscard]] std::optional<SafetyLevel> selectedLevel() const;
-    QCoro::Task<> runEmptyTrash();
+    QCoro::Task<> runEmptyTrash(QCoro::Task<> task);
 
     AppModel& app_;
     std::optional<SidebarItem> sidebar_ = SidebarItem{SidebarItem::Overview{}};
