@@ -21,7 +21,8 @@ AppServices AppServices::system() {
                 return AIClassifier::classify(finding, note, running, platform::systemLanguageModel(),
                                               {.stop = stop});
             },
-        .clean = [](const Finding& finding, CleanMode mode) { return Cleaner::clean(finding, mode); },
+        .clean = [](const Finding& finding, CleanMode mode,
+                    CleanRun& run) { return Cleaner::clean(finding, mode, run); },
         .emptyTrash = [] { return Cleaner::emptyTrash(); },
         .reveal = platform::revealInFileBrowser,
         .openUrl = platform::openUrl,

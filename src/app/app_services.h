@@ -12,6 +12,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
+#include "clean/clean_run.h"
 #include "clean/cleaner.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
@@ -34,7 +35,7 @@ struct AppServices {
     std::function<AIClassifier::Result(const Finding&, std::string_view note,
                                        std::span<const std::string> running, std::stop_token)>
         classify;
-    std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode)> clean;
+    std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode, CleanRun&)> clean;
     std::function<std::expected<void, CleanFailure>()> emptyTrash;
     /// Shows and selects all these items in the file browser.
     std::function<void(std::span<const std::string> paths)> reveal;
