@@ -3,6 +3,7 @@
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <utility>
 
@@ -64,6 +65,7 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
 AppModel::~AppModel() {
     isEnding_ = true;
     stop_.request_stop();
+    cleanStop_.request_stop();
     lasting_.reset();
     workers_.reset();
 }
@@ -72,6 +74,7 @@ bool AppModel::finish(std::chrono::milliseconds time) {
     expectUiThread();
     isEnding_ = true;
     stop_.request_stop();
+    cleanStop_.request_stop();
     const auto start = std::chrono::steady_clock::now();
     const bool hasLastingEnded = lasting_->waitForDone(time);
     const auto taken = std::chrono::steady_clock::now() - start;
@@ -260,11 +263,11 @@ void AppModel::cancelScan() {
 template <typename Function>
 auto AppModel::oneAtATime(Function function) {
     return lasting_->run([function = std::move(function), turn = removal_,
-                          stop = stop_.get_token()]() -> std::invoke_result_t<Function&> {
+                          stop = cleanStop_.get_token()]() -> std::invoke_result_t<Function&> {
         const std::scoped_lock lock(*turn);
-        // What has not begun when the program ends must not begin; nobody is told any more.
+        // What has not begun when the program ends must not begin.
         if (stop.stop_requested())
-            return std::unexpected(CleanError{});
+            return std::unexpected(CleanError{CleanError::Failed{.message = "Kapatılırken durduruldu."}});
         return function();
     });
 }
@@ -377,6 +380,20 @@ void AppModel::cancelBatch() {
 
 QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
     expectUiThread();
+    if (cleans_++ == 0)
+        cleanedFindings_ = 0;
+    co_await cleanInTurn(std::move(ids), mode);
+    if (isEnding_)
+        co_return;
+    recordTrashed();
+    refreshDisk();
+    if (--cleans_ > 0)
+        co_return;
+    tellWhatIsLeft();
+    emit cleaningEnded();
+}
+
+QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode) {
     for (const std::string& id : ids) {
         const FindingPointer found = co_await readyToClean(id);
         if (isEnding_)
@@ -384,6 +401,10 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
         // Another click may have come first while the applications were looked at.
         if (!found || cleaning_.contains(id))
             continue;
+        if (cleanStop_.stop_requested()) {
+            leave(*found, "");
+            continue;
+        }
         cleaning_.insert(id);
         emit cleaningChanged();
         co_await cleanOne(found, mode);
@@ -392,8 +413,32 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
         cleaning_.erase(id);
         emit cleaningChanged();
     }
-    recordTrashed();
-    refreshDisk();
+}
+
+void AppModel::stopCleaning() {
+    expectUiThread();
+    cleanStop_.request_stop();
+}
+
+void AppModel::leave(const Finding& finding, std::string why) {
+    left_.push_back({.title = finding.title, .why = std::move(why)});
+}
+
+void AppModel::tellWhatIsLeft() {
+    constexpr std::size_t mostNamed = 5;
+    const std::vector<Left> all = std::exchange(left_, {});
+    if (all.empty() || !cleanStop_.stop_requested())
+        return;
+    const std::string total = std::to_string(cleanedFindings_ + std::ssize(all));
+    std::string message =
+        cleanedFindings_ == 0
+            ? total + " öğeden hiçbiri tümüyle temizlenmedi:"
+            : total + " öğeden yalnız " + std::to_string(cleanedFindings_) + " tanesi temizlendi. Kalanlar:";
+    for (const Left& left : std::span(all).first(std::min(all.size(), mostNamed)))
+        message += "\n• " + left.title + ": " + (left.why.empty() ? "dokunulmadı." : left.why);
+    if (all.size() > mostNamed)
+        message += "\n• ve " + std::to_string(all.size() - mostNamed) + " öğe daha";
+    showAlert("Temizlik durduruldu", std::move(message));
 }
 
 QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
@@ -406,9 +451,10 @@ QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
             co_return FindingPointer();
         FindingPointer now = finding(id);
         if (now && !running.empty()) {
-            showAlert(now->title + " temizlenemedi",
-                      errorDescription(CleanError{CleanError::AppsRunning{.names = running}}) +
-                          ". Açıkken dosyaları kullanmaya devam edebilirler.");
+            const std::string why = errorDescription(CleanError{CleanError::AppsRunning{.names = running}}) +
+                                    ". Açıkken dosyaları kullanmaya devam edebilirler.";
+            leave(*now, why);
+            showAlert(now->title + " temizlenemedi", why);
             co_return FindingPointer();
         }
         // A scan that has ended meanwhile may name other applications.
@@ -421,18 +467,25 @@ QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
 }
 
 QCoro::Task<> AppModel::cleanOne(FindingPointer finding, CleanMode mode) {
-    const auto run = std::make_shared<CleanRun>();
-    auto work =
-        oneAtATime([finding, mode, run, clean = services_.clean] { return clean(*finding, mode, *run); });
+    const auto run = std::make_shared<CleanRun>(CleanRun{.stop = cleanStop_.get_token()});
+    const auto isBegun = std::make_shared<std::atomic<bool>>(false);
+    auto work = oneAtATime([finding, mode, run, isBegun, clean = services_.clean] {
+        *isBegun = true;
+        return clean(*finding, mode, *run);
+    });
     const std::expected<std::int64_t, CleanFailure> freed = co_await work;
     if (isEnding_)
         co_return;
     for (auto* list : {&trashed_, &unrecordedTrash_})
         list->insert(list->end(), run->trashed.begin(), run->trashed.end());
     if (!freed) {
-        showAlert(finding->title + " temizlenemedi", errorDescription(freed.error()));
+        const std::string why = *isBegun ? errorDescription(freed.error()) : "";
+        leave(*finding, why);
+        if (!cleanStop_.stop_requested())
+            showAlert(finding->title + " temizlenemedi", why);
         co_return;
     }
+    ++cleanedFindings_;
     removeFindings(finding->id);
     const bool isInTrash =
         mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding->action.value);
@@ -493,7 +546,9 @@ void AppModel::dismissTrashQuestion() {
 
 QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen) {
     using Emptied = std::expected<Cleaner::EmptiedTrash, CleanFailure>;
-    auto work = oneAtATime([seen, empty = services_.emptyTrash]() -> Emptied { return empty(*seen); });
+    auto work = oneAtATime([seen, empty = services_.emptyTrash, stop = cleanStop_.get_token()]() -> Emptied {
+        return empty(*seen, stop);
+    });
     Emptied direct = co_await work;
     if (isEnding_)
         co_return false;

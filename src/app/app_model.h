@@ -137,6 +137,12 @@ public:
     /// has asked the user.
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
 
+    /// Whether a `clean` is under way: something is being cleaned, or is about to be.
+    [[nodiscard]] bool isCleaning() const { return cleans_ > 0; }
+
+    /// For a window that is to close: the item that is being removed is finished, and nothing is cleaned
+    /// after it. `alert` then says what was left and why, if anything was.
+    void stopCleaning();
     /// Empties it at once while it holds nothing but what was put there from here since the start; otherwise,
     /// and where that cannot be told, asks by `trashQuestion`.
     QCoro::Task<> emptyTrash();
@@ -171,6 +177,8 @@ signals:
     void analyzingChanged();
     void batchProgressChanged();
     void cleaningChanged();
+    /// No `clean` is under way any more; what there is to say about it is in `alert`.
+    void cleaningEnded();
     void trashedBytesChanged();
     void freedBytesChanged();
     void alertChanged();
@@ -203,12 +211,17 @@ private:
     /// The finding, if it can be cleaned and no application runs that uses its files; shows an alert when one
     /// does.
     QCoro::Task<FindingPointer> readyToClean(std::string id);
+    QCoro::Task<> cleanInTurn(std::vector<std::string> ids, CleanMode mode);
     QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
     /// Whether something has come into the Trash meanwhile.
     QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
     /// What is left of it, for the total.
     QCoro::Task<> countTrashed();
     void recordTrashed();
+    /// Notes what the user wanted cleaned and is there still.
+    void leave(const Finding& finding, std::string why);
+    /// After `stopCleaning`, when nobody is cleaning any more.
+    void tellWhatIsLeft();
     void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
     /// On a worker: thousands of records take their time.
     template <typename List>
@@ -240,6 +253,14 @@ private:
     std::set<std::string> analyzing_;
     std::optional<BatchProgress> batchProgress_;
     std::set<std::string> cleaning_;
+    struct Left {
+        std::string title;
+        std::string why;  ///< empty when nothing of it was touched
+    };
+    std::stop_source cleanStop_;
+    int cleans_ = 0;                    ///< calls of `clean` that are under way
+    std::int64_t cleanedFindings_ = 0;  ///< by these
+    std::vector<Left> left_;            ///< by these
     std::int64_t trashedBytes_ = 0;
     std::int64_t freedBytes_ = 0;
     std::vector<platform::TrashedItem> trashed_;  ///< since the start, as far as it may be there still

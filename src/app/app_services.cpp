@@ -24,7 +24,8 @@ AppServices AppServices::system() {
         .clean = [](const Finding& finding, CleanMode mode,
                     CleanRun& run) { return Cleaner::clean(finding, mode, run); },
         .trashContents = Cleaner::trashContents,
-        .emptyTrash = [](const Cleaner::TrashContents& asked) { return Cleaner::emptyTrash(asked); },
+        .emptyTrash = [](const Cleaner::TrashContents& asked,
+                         const std::stop_token& stop) { return Cleaner::emptyTrash(asked, stop); },
         .emptyTrashByDesktop =
             [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
                 return Cleaner::emptyTrashByDesktop(asked, stop);

@@ -40,7 +40,7 @@ struct AppServices {
     /// What the Trashes hold, and how much of it these items.
     std::function<Cleaner::TrashContents(std::span<const platform::TrashedItem> fromHere)> trashContents;
     /// Nothing but what was looked at.
-    std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked)> emptyTrash;
+    std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked, std::stop_token)> emptyTrash;
     std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked, std::stop_token)>
         emptyTrashByDesktop;
     /// For file managers, after a batch.

@@ -162,7 +162,8 @@ const HeldItem* find(const std::vector<HeldItem>& held, const ItemIdentity& iden
 /// Empties one Trash after the other.
 class Emptying {
 public:
-    Emptying(const TrashContents& asked, const Services& services) : asked_(asked), services_(services) {}
+    Emptying(const TrashContents& asked, const std::stop_token& stop, const Services& services)
+        : asked_(asked), stop_(stop), services_(services) {}
 
     EmptiedTrash run() {
         result_.mayAskDesktop = true;
@@ -219,11 +220,19 @@ private:
                 continue;
             const auto identity = platform::entryIdentity(folder.folder, name);
             const HeldItem* item = identity ? find(asked_.held, *identity) : nullptr;
-            if (item != nullptr)
+            if (item != nullptr && stop_.stop_requested())
+                leaveItem();
+            else if (item != nullptr)
                 removeItem(folder, name, *item);
             else if (identity)
                 ++result_.itemsNew;
         }
+    }
+
+    void leaveItem() {
+        ++result_.itemsLeft;
+        result_.mayAskDesktop = false;
+        note(failed("Çöp kutusunu boşaltma durduruldu."));
     }
 
     void removeItem(const ItemFolder& folder, const std::string& name, const HeldItem& item) {
@@ -270,6 +279,7 @@ private:
     }
 
     const TrashContents& asked_;
+    const std::stop_token& stop_;
     const Services& services_;
     std::set<platform::FileNumber> kept_;
     EmptiedTrash result_;
@@ -340,8 +350,8 @@ TrashContents trashContents(std::span<const platform::TrashedItem> fromHere) {
     return contents;
 }
 
-EmptiedTrash emptyTrash(const TrashContents& asked, const Services& services) {
-    return Emptying(asked, services).run();
+EmptiedTrash emptyTrash(const TrashContents& asked, const std::stop_token& stop, const Services& services) {
+    return Emptying(asked, stop, services).run();
 }
 
 EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_token& stop,
@@ -369,7 +379,7 @@ EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_tok
 
 std::expected<std::int64_t, CleanFailure> emptyTrash(const Services& services) {
     const TrashContents asked = trashContents({});
-    EmptiedTrash emptied = emptyTrash(asked, services);
+    EmptiedTrash emptied = emptyTrash(asked, {}, services);
     if (emptied.isDone())
         return emptied.bytes;
     if (!emptied.mayAskDesktop)

@@ -53,8 +53,9 @@ struct EmptiedTrash {
 };
 
 /// Removes what `asked` holds, one by one, so that an item that cannot be removed keeps no other. What is
-/// written about it goes after it: whatever stays behind can still be restored.
-[[nodiscard]] EmptiedTrash emptyTrash(const TrashContents& asked,
+/// written about it goes after it: whatever stays behind can still be restored. Asked to stop, it ends before
+/// the next item.
+[[nodiscard]] EmptiedTrash emptyTrash(const TrashContents& asked, const std::stop_token& stop = {},
                                       const Services& services = Services::system());
 
 /// Has the desktop empty the Trash, for what is left of `asked`. May take long: it is given up at a stop, and

@@ -51,6 +51,9 @@ WindowModel::WindowModel(AppModel& app, QObject* parent)
     connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::selectFirst);
+    connect(&app_, &AppModel::cleaningEnded, this, &WindowModel::stoppingChanged);
+    connect(&app_, &AppModel::cleaningEnded, this, &WindowModel::closeWhenStopped);
+    connect(&app_, &AppModel::alertChanged, this, &WindowModel::closeWhenStopped);
 }
 
 void WindowModel::forwardSignals() {
@@ -90,6 +93,26 @@ void WindowModel::launch(const QStringList& arguments) {
     selectsFirst_ = arguments.contains(QStringLiteral("--select-first"));
     if (arguments.contains(QStringLiteral("--autoscan")))
         app_.scan();
+}
+
+bool WindowModel::mayClose() {
+    if (isClosing_ || !app_.isCleaning())
+        return true;
+    emit closeQuestioned();
+    return false;
+}
+
+void WindowModel::stopAndClose() {
+    isClosing_ = true;
+    app_.stopCleaning();
+    emit stoppingChanged();
+    closeWhenStopped();
+}
+
+void WindowModel::closeWhenStopped() {
+    // From the event loop: this may be said from within what goes with the window.
+    if (isClosing_ && !app_.isCleaning() && !app_.alert())
+        QMetaObject::invokeMethod(this, &WindowModel::closeRequested, Qt::QueuedConnection);
 }
 
 void WindowModel::selectFirst() {

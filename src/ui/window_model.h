@@ -75,6 +75,9 @@ class WindowModel : public QObject {
     Q_PROPERTY(QString trashQuestionId READ trashQuestionId NOTIFY trashQuestionChanged)
     Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY trashQuestionChanged)
 
+    /// The window is to close, and only waits for the item that is being cleaned.
+    Q_PROPERTY(bool isStopping READ isStopping NOTIFY stoppingChanged)
+
     /// "overview", a level's raw value, or empty when nothing is selected.
     Q_PROPERTY(QString sidebar READ sidebar WRITE setSidebar NOTIFY sidebarChanged)
     Q_PROPERTY(bool isOverview READ isOverview NOTIFY sidebarChanged)
@@ -97,6 +100,9 @@ public:
     /// Obeys "--level=…", "--autoscan" and "--select-first". Once, when the window has been made; a scan goes
     /// on in the event loop.
     void launch(const QStringList& arguments);
+
+    /// The session ends: nobody is there to be asked whether the window may close.
+    void closeUnasked() { isClosing_ = true; }
 
     [[nodiscard]] QString phase() const;
     [[nodiscard]] QString scanButtonText() const;
@@ -131,6 +137,7 @@ public:
     [[nodiscard]] QString alertMessage() const;
     [[nodiscard]] QString trashQuestionId() const;
     [[nodiscard]] QString trashQuestion() const;
+    [[nodiscard]] bool isStopping() const { return isClosing_ && app_.isCleaning(); }
     [[nodiscard]] QString sidebar() const;
     void setSidebar(const QString& item);
     [[nodiscard]] bool isOverview() const;
@@ -153,6 +160,13 @@ public:
     [[nodiscard]] Q_INVOKABLE QVariantMap menuInfo(const QString& token) const;
     /// The next row after `row` whose title begins with these letters; -1 when there is none.
     [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
+
+    /// Whether the window may close at once. If not, `closeQuestioned` asks for the question that comes
+    /// first. Whoever closes it a second time while it is stopping does not want to wait.
+    [[nodiscard]] Q_INVOKABLE bool mayClose();
+    /// The answer: the item that is being cleaned is the last. `closeRequested` comes after it, and after
+    /// what there is to say about the rest.
+    Q_INVOKABLE void stopAndClose();
 
     Q_INVOKABLE void scan() { app_.scan(); }
     Q_INVOKABLE void cancelScan() { app_.cancelScan(); }
@@ -191,6 +205,9 @@ signals:
     void cleaningChanged();
     void alertChanged();
     void trashQuestionChanged();
+    void stoppingChanged();
+    void closeQuestioned();
+    void closeRequested();
     void sidebarChanged();
     void listChanged();
     void detailKindChanged();
@@ -200,6 +217,7 @@ private:
     void countLevels();
     void followDetail();
     void selectFirst();
+    void closeWhenStopped();
     [[nodiscard]] std::optional<SafetyLevel> selectedLevel() const;
     QCoro::Task<> runEmptyTrash(QCoro::Task<> task);
 
@@ -213,6 +231,7 @@ private:
     QVariantList levels_;  ///< the views read a list again for each of its rows
     bool selectsFirst_ = false;
     bool isEmptyingTrash_ = false;
+    bool isClosing_ = false;  ///< has been decided
 };
 
 }  // namespace ulvak

@@ -216,9 +216,28 @@ TEST(EmptyTrash, CountsWhatWentOfAnItemThatStays) {
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EIO, std::generic_category()}, .path = name});
         };
-        const auto emptied = Cleaner::emptyTrash(Cleaner::trashContents({}), services);
+        const auto emptied = Cleaner::emptyTrash(Cleaner::trashContents({}), {}, services);
         EXPECT_EQ(emptied.itemsLeft, 1);
         EXPECT_EQ(emptied.bytes, 4 * oneMegabyte);
+    });
+}
+
+TEST(EmptyTrash, AskedToStopItEndsBeforeTheNextItem) {
+    const TempTree tree(homeWithTrash());
+    inHome(tree, [&] {
+        (void)trashed({tree.path("home/mine"), tree.path("home/new")});
+        std::stop_source stop;
+        Cleaner::Services services = Cleaner::Services::system();
+        services.removeItem = [&](const platform::Directory& parent, const std::string& name,
+                                  const platform::ItemIdentity& item,
+                                  const std::set<platform::FileNumber>& kept) {
+            stop.request_stop();
+            return Cleaner::Services::system().removeItem(parent, name, item, kept);
+        };
+        const auto emptied = Cleaner::emptyTrash(Cleaner::trashContents({}), stop.get_token(), services);
+        EXPECT_EQ(emptied.itemsLeft, 2);
+        EXPECT_FALSE(emptied.isDone());
+        EXPECT_FALSE(emptied.mayAskDesktop);
     });
 }
 
@@ -277,7 +296,7 @@ TEST(EmptyTrashByDesktop, IsNotAskedWhereItWouldTakeWhatHasComeSince) {
         const auto services = withDesktop("rm -r '" + tree.path(trashFolder) + "'/files");
         const auto contents = Cleaner::trashContents({});
         const auto late = trashed({tree.path("home/new")});
-        EXPECT_FALSE(Cleaner::emptyTrash(contents, services).mayAskDesktop);
+        EXPECT_FALSE(Cleaner::emptyTrash(contents, {}, services).mayAskDesktop);
         const auto emptied = Cleaner::emptyTrashByDesktop(contents, {}, services);
         EXPECT_EQ(emptied.itemsNew, 1);
         EXPECT_TRUE(exists(late[0].location));
