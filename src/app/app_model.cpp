@@ -3,6 +3,7 @@
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -20,6 +21,11 @@ constexpr std::string_view diskAccessSettings =
     "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
 
 using MutableFindings = std::vector<std::shared_ptr<Finding>>;
+
+/// Uncertain, but what the user calls unknown is the user's to call so.
+bool isForBatch(const Finding& finding) {
+    return isUncertain(finding) && finding.source != VerdictSource::user;
+}
 
 /// Each finding in a place of its own, so that the list can be handed on without copying what is in it.
 MutableFindings shared(std::vector<Finding> findings) {
@@ -64,17 +70,17 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       disk_(services_.diskInfo()),
       aiStatus_{.unavailable = ""},
       workers_(std::make_unique<Workers>()),
-      verdictsFile_(*workers_),
+      lasting_(std::make_unique<Workers>()),
       store_(std::move(verdictsPath), VerdictStore::systemTime,
-             [this](const std::string& path, VerdictStore::Contents contents) {
-                 verdictsFile_.write(path, std::move(contents));
-             }) {
+             [this](std::function<void()> job) { saveLabels(std::move(job)); }) {
     refreshStatus();
 }
 
 AppModel::~AppModel() {
     isEnding_ = true;
     stop_.request_stop();
+    cleanStop_.request_stop();
+    lasting_.reset();
     workers_.reset();
 }
 
@@ -82,7 +88,28 @@ bool AppModel::finish(std::chrono::milliseconds time) {
     expectUiThread();
     isEnding_ = true;
     stop_.request_stop();
-    return workers_->waitForDone(time);
+    cleanStop_.request_stop();
+    const auto start = std::chrono::steady_clock::now();
+    const bool hasLastingEnded = lasting_->waitForDone(time);
+    const auto taken = std::chrono::steady_clock::now() - start;
+    return workers_->waitForDone(
+               std::max(time - std::chrono::floor<std::chrono::milliseconds>(taken), 0ms)) &&
+           hasLastingEnded;
+}
+
+void AppModel::finishLasting() {
+    expectUiThread();
+    lasting_->waitForDone();
+    store_.writeRest();
+}
+
+QCoro::Task<> AppModel::saveLabels(std::function<void()> job) {
+    auto call = lasting_->run([job = std::move(job)] {
+        job();
+        return true;
+    });
+    co_await call;
+    store_.adopt();
 }
 
 void AppModel::expectUiThread() const {
@@ -123,6 +150,12 @@ std::int64_t AppModel::uncertainCount() const {
     expectUiThread();
     return std::ranges::count_if(findings_,
                                  [](const FindingPointer& finding) { return isUncertain(*finding); });
+}
+
+std::int64_t AppModel::batchCount() const {
+    expectUiThread();
+    return std::ranges::count_if(findings_,
+                                 [](const FindingPointer& finding) { return isForBatch(*finding); });
 }
 
 void AppModel::showAlert(std::string title, std::string message) {
@@ -249,12 +282,12 @@ void AppModel::cancelScan() {
 
 template <typename Function>
 auto AppModel::oneAtATime(Function function) {
-    return workers_->run([function = std::move(function), turn = removal_,
-                          stop = stop_.get_token()]() -> std::invoke_result_t<Function&> {
+    return lasting_->run([function = std::move(function), turn = removal_,
+                          stop = cleanStop_.get_token()]() -> std::invoke_result_t<Function&> {
         const std::scoped_lock lock(*turn);
-        // What has not begun when the program ends must not begin; nobody is told any more.
+        // What has not begun when the program ends must not begin.
         if (stop.stop_requested())
-            return std::unexpected(CleanError{});
+            return std::unexpected(CleanError{CleanError::Failed{.message = "Kapatılırken durduruldu."}});
         return function();
     });
 }
@@ -286,12 +319,19 @@ void AppModel::resetVerdict(std::string_view id) {
     store_.remove(finding->id);
 }
 
+FindingPointer AppModel::withVerdict(std::string_view id, const Verdict& verdict) const {
+    FindingPointer now = finding(id);
+    return now && currentVerdict(*now) == verdict ? now : nullptr;
+}
+
 QCoro::Task<> AppModel::analyze(std::string id, std::string note) {
     expectUiThread();
+    const FindingPointer chosen = finding(id);
     co_await refreshStatus();
     if (isEnding_ || !aiStatus_.isAvailable())
         co_return;
-    const FindingPointer asked = finding(id);
+    // Whoever has judged it meanwhile, the user or a scan, is not asked again.
+    const FindingPointer asked = chosen ? withVerdict(id, currentVerdict(*chosen)) : nullptr;
     if (!asked || analyzing_.contains(id))
         co_return;
     analyzing_.insert(id);
@@ -306,9 +346,9 @@ QCoro::Task<> AppModel::analyze(std::string id, std::string note) {
         co_return;
     if (!answer) {
         showAlert("Analiz başarısız", answer.error().description());
-    } else if (const auto place = find(id); place != findings_.end()) {
+    } else if (withVerdict(id, currentVerdict(*asked))) {
         const FindingPointer judged =
-            change(*place, [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
+            change(*find(id), [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
         store_.save(*answer, *judged);
     }
     analyzing_.erase(id);
@@ -319,7 +359,7 @@ void AppModel::analyzeAllUncertain() {
     expectUiThread();
     std::vector<std::string> ids;
     for (const FindingPointer& finding : findings_) {
-        if (isUncertain(*finding))
+        if (isForBatch(*finding))
             ids.push_back(finding->id);
     }
     if (ids.empty())
@@ -337,7 +377,9 @@ QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::
     for (const std::string& id : ids) {
         if (batch->isCancelled)
             break;
-        co_await analyze(id, {});
+        // Its turn comes late: the user may have labelled it by then, or a scan have told what it is.
+        if (const FindingPointer next = finding(id); next && isForBatch(*next))
+            co_await analyze(id, {});
         if (isEnding_)
             co_return;
         ++progress.done;
@@ -358,6 +400,20 @@ void AppModel::cancelBatch() {
 
 QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
     expectUiThread();
+    if (cleans_++ == 0)
+        cleanedFindings_ = 0;
+    co_await cleanInTurn(std::move(ids), mode);
+    if (isEnding_)
+        co_return;
+    recordTrashed();
+    refreshDisk();
+    if (--cleans_ > 0)
+        co_return;
+    tellWhatIsLeft();
+    emit cleaningEnded();
+}
+
+QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode) {
     for (const std::string& id : ids) {
         const FindingPointer found = co_await readyToClean(id);
         if (isEnding_)
@@ -365,6 +421,10 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
         // Another click may have come first while the applications were looked at.
         if (!found || cleaning_.contains(id))
             continue;
+        if (cleanStop_.stop_requested()) {
+            leave(*found, "");
+            continue;
+        }
         cleaning_.insert(id);
         emit cleaningChanged();
         co_await cleanOne(found, mode);
@@ -373,7 +433,32 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
         cleaning_.erase(id);
         emit cleaningChanged();
     }
-    refreshDisk();
+}
+
+void AppModel::stopCleaning() {
+    expectUiThread();
+    cleanStop_.request_stop();
+}
+
+void AppModel::leave(const Finding& finding, std::string why) {
+    left_.push_back({.title = finding.title, .why = std::move(why)});
+}
+
+void AppModel::tellWhatIsLeft() {
+    constexpr std::size_t mostNamed = 5;
+    const std::vector<Left> all = std::exchange(left_, {});
+    if (all.empty() || !cleanStop_.stop_requested())
+        return;
+    const std::string total = std::to_string(cleanedFindings_ + std::ssize(all));
+    std::string message =
+        cleanedFindings_ == 0
+            ? total + " öğeden hiçbiri tümüyle temizlenmedi:"
+            : total + " öğeden yalnız " + std::to_string(cleanedFindings_) + " tanesi temizlendi. Kalanlar:";
+    for (const Left& left : std::span(all).first(std::min(all.size(), mostNamed)))
+        message += "\n• " + left.title + ": " + (left.why.empty() ? "dokunulmadı." : left.why);
+    if (all.size() > mostNamed)
+        message += "\n• ve " + std::to_string(all.size() - mostNamed) + " öğe daha";
+    showAlert("Temizlik durduruldu", std::move(message));
 }
 
 QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
@@ -386,9 +471,10 @@ QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
             co_return FindingPointer();
         FindingPointer now = finding(id);
         if (now && !running.empty()) {
-            showAlert(now->title + " temizlenemedi",
-                      errorDescription(CleanError{CleanError::AppsRunning{.names = running}}) +
-                          ". Açıkken dosyaları kullanmaya devam edebilirler.");
+            const std::string why = errorDescription(CleanError{CleanError::AppsRunning{.names = running}}) +
+                                    ". Açıkken dosyaları kullanmaya devam edebilirler.";
+            leave(*now, why);
+            showAlert(now->title + " temizlenemedi", why);
             co_return FindingPointer();
         }
         // A scan that has ended meanwhile may name other applications.
@@ -401,14 +487,25 @@ QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
 }
 
 QCoro::Task<> AppModel::cleanOne(FindingPointer finding, CleanMode mode) {
-    auto work = oneAtATime([finding, mode, clean = services_.clean] { return clean(*finding, mode); });
+    const auto run = std::make_shared<CleanRun>(CleanRun{.stop = cleanStop_.get_token()});
+    const auto isBegun = std::make_shared<std::atomic<bool>>(false);
+    auto work = oneAtATime([finding, mode, run, isBegun, clean = services_.clean] {
+        *isBegun = true;
+        return clean(*finding, mode, *run);
+    });
     const std::expected<std::int64_t, CleanFailure> freed = co_await work;
     if (isEnding_)
         co_return;
+    for (auto* list : {&trashed_, &unrecordedTrash_})
+        list->insert(list->end(), run->trashed.begin(), run->trashed.end());
     if (!freed) {
-        showAlert(finding->title + " temizlenemedi", errorDescription(freed.error()));
+        const std::string why = *isBegun ? errorDescription(freed.error()) : "";
+        leave(*finding, why);
+        if (!cleanStop_.stop_requested())
+            showAlert(finding->title + " temizlenemedi", why);
         co_return;
     }
+    ++cleanedFindings_;
     removeFindings(finding->id);
     const bool isInTrash =
         mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding->action.value);
@@ -425,22 +522,98 @@ void AppModel::removeFindings(std::string_view id) {
         emit findingsChanged();
 }
 
+void AppModel::recordTrashed() {
+    if (unrecordedTrash_.empty())
+        return;
+    workers_->post(
+        [record = services_.recordTrashed, items = std::exchange(unrecordedTrash_, {})] { record(items); });
+}
+
 QCoro::Task<> AppModel::emptyTrash() {
     expectUiThread();
-    auto work = oneAtATime(services_.emptyTrash);
-    const std::expected<void, CleanFailure> emptied = co_await work;
-    if (isEnding_)
+    dismissTrashQuestion();
+    for (bool hasMore = true; hasMore;) {
+        auto look = workers_->run([contents = services_.trashContents, fromHere = trashed_] {
+            return std::make_shared<const Cleaner::TrashContents>(contents(fromHere));
+        });
+        const std::shared_ptr<const Cleaner::TrashContents> contents = co_await look;
+        if (isEnding_)
+            co_return;
+        if (!contents->isAllFromHere()) {
+            assign(trashQuestion_, TrashQuestion{.id = QUuid::createUuid(), .contents = contents},
+                   &AppModel::trashQuestionChanged);
+            co_return;
+        }
+        hasMore = co_await emptyWhatWasSeen(contents);
+    }
+}
+
+QCoro::Task<> AppModel::emptyTrashAsAsked(QUuid question) {
+    expectUiThread();
+    if (!trashQuestion_ || trashQuestion_->id != question)
         co_return;
-    if (emptied) {
-        std::int64_t sum = freedBytes_;
-        addChecked(sum, trashedBytes_);
-        assign(freedBytes_, sum, &AppModel::freedBytesChanged);
+    const auto contents = trashQuestion_->contents;
+    dismissTrashQuestion();
+    const bool hasMore = co_await emptyWhatWasSeen(contents);
+    if (hasMore)
+        co_await emptyTrash();
+}
+
+void AppModel::dismissTrashQuestion() {
+    expectUiThread();
+    assign(trashQuestion_, std::nullopt, &AppModel::trashQuestionChanged);
+}
+
+QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen) {
+    using Emptied = std::expected<Cleaner::EmptiedTrash, CleanFailure>;
+    auto work = oneAtATime([seen, empty = services_.emptyTrash, stop = cleanStop_.get_token()]() -> Emptied {
+        return empty(*seen, stop);
+    });
+    Emptied direct = co_await work;
+    if (isEnding_)
+        co_return false;
+    Cleaner::EmptiedTrash emptied =
+        direct ? std::move(*direct) : Cleaner::EmptiedTrash{.failure = std::move(direct.error())};
+    if (!emptied.isDone() && emptied.mayAskDesktop) {
+        // Not in turn with what removes: nobody knows how long the desktop takes.
+        auto call = workers_->run([seen, ask = services_.emptyTrashByDesktop, stop = stop_.get_token()] {
+            return ask(*seen, stop);
+        });
+        Cleaner::EmptiedTrash rest = co_await call;
+        if (isEnding_)
+            co_return false;
+        addChecked(rest.bytes, emptied.bytes);
+        emptied = std::move(rest);
+    }
+    std::int64_t sum = freedBytes_;
+    addChecked(sum, emptied.bytes);
+    assign(freedBytes_, sum, &AppModel::freedBytesChanged);
+    if (emptied.isDone() && emptied.itemsNew == 0) {
+        trashed_.clear();
         assign(trashedBytes_, 0, &AppModel::trashedBytesChanged);
         removeFindings(Paths::trash());
     } else {
-        showAlert("Çöp kutusu boşaltılamadı", errorDescription(emptied.error()));
+        co_await countTrashed();
+        if (isEnding_)
+            co_return false;
+    }
+    if (emptied.failure) {
+        std::string message = errorDescription(*emptied.failure);
+        if (emptied.itemsLeft > 1)
+            message += "\nÇöp kutusunda " + std::to_string(emptied.itemsLeft) + " öğe kaldı.";
+        showAlert("Çöp kutusu boşaltılamadı", std::move(message));
     }
     refreshDisk();
+    co_return emptied.isDone() && emptied.itemsNew > 0;
+}
+
+QCoro::Task<> AppModel::countTrashed() {
+    auto look = workers_->run([contents = services_.trashContents, fromHere = trashed_] {
+        return contents(fromHere).bytesFromHere;
+    });
+    const std::int64_t bytes = co_await look;
+    if (!isEnding_)
+        assign(trashedBytes_, std::min(trashedBytes_, bytes), &AppModel::trashedBytesChanged);
 }
 
 void AppModel::reveal(const Finding& finding) {

@@ -5,6 +5,7 @@
 #include <QUuid>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -19,7 +20,6 @@
 
 #include "ai/ai_status.h"
 #include "app/app_services.h"
-#include "app/latest_file.h"
 #include "app/workers.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
@@ -62,6 +62,16 @@ public:
         friend bool operator==(const BatchProgress&, const BatchProgress&) = default;
     };
 
+    /// Asked before the Trash is emptied of more than was put there from here.
+    struct TrashQuestion {
+        QUuid id;                                                ///< tells two questions about the same apart
+        std::shared_ptr<const Cleaner::TrashContents> contents;  ///< what was looked at, and all that goes
+
+        friend bool operator==(const TrashQuestion& one, const TrashQuestion& other) {
+            return one.id == other.id;
+        }
+    };
+
     /// Reads the remembered verdicts at `verdictsPath` and asks for the disk's capacity, on this thread: the
     /// window is to begin with both. Nothing is scanned yet.
     explicit AppModel(AppServices services = AppServices::system(),
@@ -90,6 +100,7 @@ public:
     /// Really freed since the program started.
     [[nodiscard]] std::int64_t freedBytes() const { return freedBytes_; }
     [[nodiscard]] const std::optional<AlertInfo>& alert() const { return alert_; }
+    [[nodiscard]] const std::optional<TrashQuestion>& trashQuestion() const { return trashQuestion_; }
     [[nodiscard]] const VerdictStore& store() const { return store_; }
     /// Whether `openFullDiskAccessSettings` leads anywhere on this system.
     [[nodiscard]] bool hasPrivacySettings() const { return services_.hasPrivacySettings; }
@@ -100,8 +111,10 @@ public:
     [[nodiscard]] std::int64_t total(SafetyLevel level) const;
     /// The first with exactly this id; null when there is none.
     [[nodiscard]] FindingPointer finding(std::string_view id) const;
-    /// How many `analyzeAllUncertain` would ask about.
+    /// How many are uncertain, those that the user calls unknown among them.
     [[nodiscard]] std::int64_t uncertainCount() const;
+    /// How many `analyzeAllUncertain` would ask about: all of these but what the user has labelled.
+    [[nodiscard]] std::int64_t batchCount() const;
 
     /// Starts a scan, unless one runs. The previous result stays until the new one replaces it.
     void scan();
@@ -111,10 +124,11 @@ public:
     void setLevel(SafetyLevel level, std::string_view id);
     void resetVerdict(std::string_view id);
 
-    /// Asks the model about one finding. `note` is what the user knows about it, or empty.
+    /// Asks the model about one finding. `note` is what the user knows about it, or empty. The answer counts
+    /// only if the finding's verdict is then still the one that it had when this was called.
     QCoro::Task<> analyze(std::string id, std::string note);
-    /// Asks about every uncertain finding, one after the other. Takes the place of a batch that runs; what
-    /// that one has still to say about its progress is not heard.
+    /// Asks about every uncertain finding that the user has not labelled, one after the other. Takes the
+    /// place of a batch that runs; what that one has still to say about its progress is not heard.
     void analyzeAllUncertain();
     /// Ends that after the finding that is being asked about.
     void cancelBatch();
@@ -122,15 +136,32 @@ public:
     /// Cleans one after the other; what is being cleaned already is passed over. Asks nothing: whoever calls
     /// has asked the user.
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
+
+    /// Whether a `clean` is under way: something is being cleaned, or is about to be.
+    [[nodiscard]] bool isCleaning() const { return cleans_ > 0; }
+
+    /// For a window that is to close: the item that is being removed is finished, and nothing is cleaned
+    /// after it. `alert` then says what was left and why, if anything was.
+    void stopCleaning();
+    /// Empties it at once while it holds nothing but what was put there from here since the start; otherwise,
+    /// and where that cannot be told, asks by `trashQuestion`.
     QCoro::Task<> emptyTrash();
+    /// The answer to a question, if that is still the one that is asked. What has come into the Trash since
+    /// then is not touched, and asked about in its turn.
+    QCoro::Task<> emptyTrashAsAsked(QUuid question);
+    void dismissTrashQuestion();
 
     void reveal(const Finding& finding);
     void openFullDiskAccessSettings();
     void dismissAlert();
 
     /// Asks everything that runs to stop, and says whether it has within this time: for the end of the
-    /// program. Afterwards the object is only good for being destroyed.
+    /// program. Afterwards the object is only good for `finishLasting` and for being destroyed.
     [[nodiscard]] bool finish(std::chrono::milliseconds time);
+
+    /// Waits, for as long as it takes, until labels are written and the item that is being removed is gone: a
+    /// program that ends before has lost the one and leaves half of the other. For after `finish`.
+    void finishLasting();
 
 signals:
     void phaseChanged();
@@ -146,9 +177,12 @@ signals:
     void analyzingChanged();
     void batchProgressChanged();
     void cleaningChanged();
+    /// No `clean` is under way any more; what there is to say about it is in `alert`.
+    void cleaningEnded();
     void trashedBytesChanged();
     void freedBytesChanged();
     void alertChanged();
+    void trashQuestionChanged();
 
 private:
     struct Scan;
@@ -168,13 +202,26 @@ private:
     void setStatus(AIStatus status);
     void refreshDisk() { assign(disk_, services_.diskInfo(), &AppModel::diskChanged); }
 
+    /// The finding with this id, if that is its current verdict.
+    [[nodiscard]] FindingPointer withVerdict(std::string_view id, const Verdict& verdict) const;
     QCoro::Task<> refreshStatus();
+    QCoro::Task<> saveLabels(std::function<void()> job);
     QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
     QCoro::Task<> runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids);
     /// The finding, if it can be cleaned and no application runs that uses its files; shows an alert when one
     /// does.
     QCoro::Task<FindingPointer> readyToClean(std::string id);
+    QCoro::Task<> cleanInTurn(std::vector<std::string> ids, CleanMode mode);
     QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
+    /// Whether something has come into the Trash meanwhile.
+    QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
+    /// What is left of it, for the total.
+    QCoro::Task<> countTrashed();
+    void recordTrashed();
+    /// Notes what the user wanted cleaned and is there still.
+    void leave(const Finding& finding, std::string why);
+    /// After `stopCleaning`, when nobody is cleaning any more.
+    void tellWhatIsLeft();
     void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
     /// On a worker: thousands of records take their time.
     template <typename List>
@@ -206,11 +253,22 @@ private:
     std::set<std::string> analyzing_;
     std::optional<BatchProgress> batchProgress_;
     std::set<std::string> cleaning_;
+    struct Left {
+        std::string title;
+        std::string why;  ///< empty when nothing of it was touched
+    };
+    std::stop_source cleanStop_;
+    int cleans_ = 0;                    ///< calls of `clean` that are under way
+    std::int64_t cleanedFindings_ = 0;  ///< by these
+    std::vector<Left> left_;            ///< by these
     std::int64_t trashedBytes_ = 0;
     std::int64_t freedBytes_ = 0;
+    std::vector<platform::TrashedItem> trashed_;  ///< since the start, as far as it may be there still
+    std::vector<platform::TrashedItem> unrecordedTrash_;  ///< the last of these
     std::optional<AlertInfo> alert_;
-    std::unique_ptr<Workers> workers_;
-    LatestFile verdictsFile_;
+    std::optional<TrashQuestion> trashQuestion_;
+    std::unique_ptr<Workers> workers_;  ///< what may be given up when the program ends
+    std::unique_ptr<Workers> lasting_;  ///< what must come to its end: writing labels, removing an item
     VerdictStore store_;
     std::shared_ptr<Scan> scan_;
     std::shared_ptr<Batch> batch_;

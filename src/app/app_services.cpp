@@ -21,8 +21,16 @@ AppServices AppServices::system() {
                 return AIClassifier::classify(finding, note, running, platform::systemLanguageModel(),
                                               {.stop = stop});
             },
-        .clean = [](const Finding& finding, CleanMode mode) { return Cleaner::clean(finding, mode); },
-        .emptyTrash = [] { return Cleaner::emptyTrash(); },
+        .clean = [](const Finding& finding, CleanMode mode,
+                    CleanRun& run) { return Cleaner::clean(finding, mode, run); },
+        .trashContents = Cleaner::trashContents,
+        .emptyTrash = [](const Cleaner::TrashContents& asked,
+                         const std::stop_token& stop) { return Cleaner::emptyTrash(asked, stop); },
+        .emptyTrashByDesktop =
+            [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
+                return Cleaner::emptyTrashByDesktop(asked, stop);
+            },
+        .recordTrashed = Cleaner::recordTrashedFolders,
         .reveal = platform::revealInFileBrowser,
         .openUrl = platform::openUrl,
         .hasPrivacySettings = platform::hasPrivacySettings(),

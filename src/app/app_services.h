@@ -12,7 +12,9 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
+#include "clean/clean_run.h"
 #include "clean/cleaner.h"
+#include "clean/trash_emptying.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
 #include "scan/scan_error.h"
@@ -35,8 +37,15 @@ struct AppServices {
     std::function<AIClassifier::Result(const Finding&, std::string_view note,
                                        std::span<const std::string> running, std::stop_token)>
         classify;
-    std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode)> clean;
-    std::function<std::expected<void, CleanFailure>()> emptyTrash;
+    std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode, CleanRun&)> clean;
+    /// What the Trashes hold, and how much of it these items.
+    std::function<Cleaner::TrashContents(std::span<const platform::TrashedItem> fromHere)> trashContents;
+    /// Nothing but what was looked at.
+    std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked, std::stop_token)> emptyTrash;
+    std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked, std::stop_token)>
+        emptyTrashByDesktop;
+    /// For file managers, after a batch.
+    std::function<void(std::span<const platform::TrashedItem>)> recordTrashed;
     /// Shows and selects all these items in the file browser.
     std::function<void(std::span<const std::string> paths)> reveal;
     std::function<void(std::string_view url)> openUrl;

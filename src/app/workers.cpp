@@ -146,6 +146,10 @@ bool Workers::waitForDone(std::chrono::milliseconds time) {
     return pool_->waitForAll(time);
 }
 
+void Workers::waitForDone() {
+    pool_->waitForAll();
+}
+
 void Workers::start(std::function<void()> function, std::coroutine_handle<> waiting) {
     ++home_->awaited;
     pool_->start([home = home_.get(), function = std::move(function), waiting] {

@@ -75,6 +75,8 @@ public:
 
     /// Whether all functions have ended, or do so in time.
     [[nodiscard]] bool waitForDone(std::chrono::milliseconds time);
+    /// Until they have.
+    void waitForDone();
 
 private:
     void start(std::function<void()> function, std::coroutine_handle<> waiting);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "clean/surroundings.h"
+#include "clean/trash_judging.h"
 #include "core/paths.h"
 #include "core/text.h"
 #include "platform/removal.h"
@@ -163,73 +164,6 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
     return finding.size;
 }
 
-/// Where the Trash is; its name is empty for a Trash that is no folder in another.
-CleanPlace trashPlace() {
-    const std::string_view trash = Paths::trash();
-    const std::size_t slash = trash.rfind('/');
-    return {.anchor = std::string(trash.substr(0, slash)), .relative = std::string(trash.substr(slash + 1))};
-}
-
-/// Why the Trash must stay as it is.
-std::optional<CleanFailure> objectionTo(const CleanPlace& trash) {
-    const Surroundings surroundings(rails(), {&trash, 1});
-    if (auto objection = surroundings.objection())
-        return objection;
-    if (auto objection = surroundings.objection(trash, Paths::trash()))
-        return objection;
-    const auto folder = openFolder(trash);
-    const auto item = folder ? platform::entryIdentity(*folder, std::string(trash.name())) : std::nullopt;
-    return item ? surroundings.objection(trash, Paths::trash(), item->number) : std::nullopt;
-}
-
-std::vector<std::string> namesIn(const std::expected<Directory, std::error_code>& folder) {
-    return folder ? platform::entryNames(*folder).value_or(std::vector<std::string>())
-                  : std::vector<std::string>();
-}
-
-/// Removes what is in the Trash now, one by one, so that an item that cannot be removed keeps no other. What
-/// is written about it goes after it: whatever stays behind can still be restored.
-void removeTrashedItems(const Directory& trash, const Services& services) {
-    const platform::TrashLayout& layout = platform::trashLayout();
-    const auto items = trash.openBelow(layout.items.c_str());
-    const auto notes = trash.openBelow(layout.notes.c_str());
-    const std::vector<std::string> itemNames = namesIn(items);
-    // Others write the note first and move the item after it, at once.
-    const std::vector<std::string> noteNames = namesIn(notes);
-    for (const std::string& name : itemNames) {
-        // Dropped by design: what stays behind is seen in the listing at the end.
-        (void)services.removeEntry(*items, name);
-    }
-    if (!items && items.error() != std::errc::no_such_file_or_directory)
-        return;
-    for (const std::string& note : noteNames) {
-        const bool isNote = note.ends_with(layout.noteSuffix);
-        const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
-        if (!isNote || !items || !platform::entryNumber(*items, name))
-            (void)services.removeEntry(*notes, note);  // as above
-    }
-    // Only when they are empty: what has come since then stays, for the desktop to decide about.
-    (void)(items && platform::removeEmptyFolder(trash, layout.items));
-    (void)(notes && platform::removeEmptyFolder(trash, layout.notes));
-}
-
-/// Whether the Trash is empty afterwards. The file browser's own ".DS_Store" may stay.
-bool emptiedDirectly(const CleanPlace& place, const Services& services) {
-    const auto parent = Directory::open(place.anchor);
-    const auto trash = parent ? parent->openBelow(place.relative.c_str()) : std::unexpected(parent.error());
-    if (!trash || !platform::entryNames(*trash))
-        return false;
-    const platform::TrashLayout& layout = platform::trashLayout();
-    if (!layout.items.empty())
-        removeTrashedItems(*trash, services);
-    for (const std::string& name : namesIn(trash)) {
-        if (name != layout.items && name != layout.notes)
-            (void)services.removeEntry(*trash, name);  // as above
-    }
-    const auto left = platform::entryNames(*trash);
-    return left && std::ranges::all_of(*left, [](const std::string& name) { return name == ".DS_Store"; });
-}
-
 }  // namespace
 
 const Services& Services::system() {
@@ -244,6 +178,8 @@ const Services& Services::system() {
         .moveToTrash = platform::moveToTrash,
         .run = [](const std::string& program,
                   std::span<const std::string> arguments) { return Shell::run(program, arguments); },
+        .runUntil = [](const std::string& program, std::span<const std::string> arguments,
+                       const std::stop_token& stop) { return Shell::run(program, arguments, stop); },
         .trashEmptyingCommand = platform::trashEmptyingCommand,
     };
     return services;
@@ -291,25 +227,22 @@ std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMod
     return clean(finding, mode, run, services);
 }
 
-std::expected<void, CleanFailure> emptyTrash(const Services& services) {
-    const CleanPlace trash = trashPlace();
-    if (!trash.anchor.empty() && !trash.relative.empty()) {
-        // What must stay would not be safe from the desktop either.
-        if (auto objection = objectionTo(trash))
-            return std::unexpected(std::move(*objection));
-        if (emptiedDirectly(trash, services))
-            return {};
+std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path) {
+    const CleanPlace place{.anchor = std::string(Paths::parent(path)),
+                           .relative = std::string(Paths::lastComponent(path))};
+    const Surroundings surroundings(rails(), {&place, 1});
+    auto objection = surroundings.objection();
+    if (!objection)
+        objection = surroundings.objection(place, path);
+    if (!objection) {
+        const auto folder = openFolder(place);
+        const auto trash = folder ? platform::entryIdentity(*folder, place.relative) : std::nullopt;
+        if (trash)
+            objection = surroundings.objection(place, path, trash->number);
     }
-    const auto command = services.trashEmptyingCommand(Paths::trash());
-    if (!command)
-        return std::unexpected(failed(
-            "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona dokunulmadı."));
-    const auto result = services.run(command->program, command->arguments);
-    if (!result)
-        return std::unexpected(StartError{.program = command->program, .code = result.error()});
-    if (result->status != 0)
-        return std::unexpected(failed("Çöp kutusu boşaltılamadı: " + result->error));
-    return {};
+    if (objection)
+        return std::unexpected(std::move(*objection));
+    return surroundings.untouchable();
 }
 
 }  // namespace ulvak::Cleaner

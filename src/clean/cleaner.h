@@ -1,11 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <functional>
 #include <optional>
 #include <set>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -52,8 +54,13 @@ struct Services {
     std::function<std::expected<Shell::Result, std::error_code>(const std::string&,
                                                                 std::span<const std::string>)>
         run;
+    /// The same, ended at a stop.
+    std::function<std::expected<Shell::Result, std::error_code>(
+        const std::string&, std::span<const std::string>, const std::stop_token&)>
+        runUntil;
     /// How the desktop empties the Trash in that folder, if it is the desktop's.
     std::function<std::optional<platform::Command>(const std::string&)> trashEmptyingCommand;
+    std::chrono::milliseconds desktopLimit = std::chrono::minutes(2);  ///< for that
 
     /// The system's.
     [[nodiscard]] static const Services& system();
@@ -83,9 +90,6 @@ struct Services {
 /// The same for whoever needs no more than the result.
 [[nodiscard]] std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
                                                               const Services& services = Services::system());
-
-/// Empties the user's Trash: directly, or where something stays behind, through the desktop.
-[[nodiscard]] std::expected<void, CleanFailure> emptyTrash(const Services& services = Services::system());
 
 }  // namespace Cleaner
 }  // namespace ulvak

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <expected>
 #include <string>
@@ -26,6 +27,34 @@ namespace ulvak::platform {
 /// The bytes are first written next to the file, in a hidden one. A program that is killed leaves that
 /// behind; the next call for the same folder removes it.
 [[nodiscard]] std::error_code replaceFile(const std::string& path, std::string_view bytes);
+
+/// As `replaceFile`, for what could not be read or understood and may be worth a lot: what was there stays
+/// beside the new file, under the first name that is free of its own with ".old", ".old.1", ".old.2" and so
+/// on behind it. It is not read for that. Where it cannot be kept, nothing is replaced. The new file can be
+/// read and written by this user alone, whatever the old one's permissions were.
+[[nodiscard]] std::error_code replaceFileKeepingOld(const std::string& path, std::string_view bytes);
+
+/// Keeps other programs from changing the file at `path` between a look at it and its replacement, as long as
+/// they take this lock too. It ends with the object, or with the process however that ends. Not for the UI
+/// thread.
+///
+/// It is a lock on the file's folder, so that nothing is left lying beside the file; where a server locks
+/// files only, on a hidden file there. Nobody's death or silence may cost a label: whoever cannot have the
+/// lock, because nothing can be locked there or because somebody has held it for all of `patience`, goes on
+/// without.
+class FileLock {
+public:
+    FileLock(const std::string& path, std::chrono::milliseconds patience);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    [[nodiscard]] bool isHeld() const { return isHeld_; }
+
+private:
+    int handle_ = -1;
+    bool isHeld_ = false;
+};
 
 /// Makes a folder, and those above it that are missing, for this user alone. No error when it is there.
 [[nodiscard]] std::error_code makeFolders(const std::string& path);

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <utility>
 
-#include "platform/durable_file.h"
 #include "platform/files.h"
 #include "platform/user_folders.h"
 
@@ -36,27 +35,15 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
     return false;
 }
 
-/// The first is never written over: what comes after it may be worth less.
-void keepAside(const std::string& path, const std::string& text) {
-    const std::string name = std::string(Paths::lastComponent(path)) + ".old";
-    const bool isTaken = platform::existsIn(std::string(Paths::parent(path)), name);
-    // Dropped by design: where it cannot be kept, the store is as empty.
-    (void)platform::replaceFile(path + (isTaken ? ".old.1" : ".old"), text);
-}
-
 }  // namespace
 
-VerdictStore::VerdictStore(std::string path, Clock now, Writer write)
-    : path_(std::move(path)), now_(std::move(now)), write_(std::move(write)) {
-    // Dropped by design, here and below: no failure of the store reaches the user.
-    (void)platform::makeFolders(std::string(Paths::parent(path_)));
-    const auto text = platform::readFile(path_, longestVerdictFile);
-    if (!text)
-        return;
-    if (auto entries = decodeEntries(*text))
-        entries_ = std::move(*entries);
-    else
-        keepAside(path_, *text);
+VerdictStore::VerdictStore(std::string path, Clock now, Runner run)
+    : path_(std::move(path)),
+      now_(std::move(now)),
+      run_(std::move(run)),
+      shared_(std::make_shared<SharedVerdicts>(path_, now_)) {
+    shared_->load();
+    entries_ = shared_->entries();
 }
 
 std::string VerdictStore::defaultPath(const UserFolders& folders) {
@@ -71,8 +58,9 @@ void VerdictStore::apply(Finding& finding) const {
 }
 
 void VerdictStore::save(const Verdict& verdict, const Finding& finding) {
-    entries_.insert_or_assign(
-        finding.id, VerdictEntry{.verdict = verdict, .size = finding.size, .date = StoredDate::from(now_())});
+    const VerdictEntry entry{.verdict = verdict, .size = finding.size, .date = StoredDate::from(now_())};
+    entries_.insert_or_assign(finding.id, entry);
+    shared_->change(finding.id, entry, entry.date);
     persist();
     notify();
 }
@@ -80,6 +68,7 @@ void VerdictStore::save(const Verdict& verdict, const Finding& finding) {
 void VerdictStore::remove(std::string_view id) {
     const auto found = entries_.find(id);
     const bool isThere = found != entries_.end();
+    shared_->change(id, std::nullopt, StoredDate::from(now_()));
     if (isThere)
         entries_.erase(found);
     persist();
@@ -87,17 +76,32 @@ void VerdictStore::remove(std::string_view id) {
         notify();
 }
 
+void VerdictStore::adopt() {
+    VerdictEntries now = shared_->entries();
+    if (now == entries_)
+        return;
+    entries_ = std::move(now);
+    notify();
+}
+
+void VerdictStore::writeRest() {
+    if (!shared_->isSaved())
+        shared_->synchronize();
+}
+
 FileTime VerdictStore::systemTime() {
     return std::chrono::floor<FileTime::duration>(std::chrono::system_clock::now());
 }
 
-void VerdictStore::persist() const {
-    write_(path_, [entries = entries_] { return encodeEntries(entries); });
-}
-
-void VerdictStore::replaceNow(const std::string& path, const Contents& contents) {
-    if (const auto bytes = contents())
-        (void)platform::replaceFile(path, *bytes);
+void VerdictStore::persist() {
+    if (!shared_->request())
+        return;
+    if (run_) {
+        run_([shared = shared_] { shared->synchronize(); });
+        return;
+    }
+    shared_->synchronize();
+    adopt();
 }
 
 void VerdictStore::notify() const {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "core/finding.h"
 #include "core/paths.h"
+#include "store/shared_verdicts.h"
 #include "store/verdict_file.h"
 
 namespace ulvak {
@@ -14,32 +15,30 @@ namespace ulvak {
 /// Remembers from run to run which verdict the user or the model gave to which finding. Nothing is ever
 /// forgotten but by `remove`; entries for what is no longer there stay.
 ///
-/// Threads: the UI thread only. `save` and `remove` write the whole file and, unless another writer is given,
-/// block until the disk has answered; after that not even a power cut loses the entry. Two programs with one
-/// file: each writes what it knows, and the later one wins. Failures: silent by design. What cannot be read
-/// is empty, and the next `save` replaces it; a file that can be read but not understood is first copied, if
-/// that can be done, to one named ".old" beside it (".old.1" when that is there), for it may be all that
-/// somebody ever decided. What cannot be written is
-/// remembered until the program ends, and the file stays as it was.
+/// Threads: the UI thread only. `save` and `remove` write the whole file and, unless another runner is given,
+/// block until the disk has answered; after that neither a kill nor a power cut loses the entry. Several
+/// programs with one file lose nothing of each other's (`SharedVerdicts`). Failures: silent by design. What
+/// cannot be read is empty, and stays beside the file that the next `save` makes; what can be read but not
+/// understood is copied there at once, if that can be done. What cannot be written is remembered until the
+/// program ends, and the file stays as it was.
 class VerdictStore {
 public:
-    using Clock = std::function<FileTime()>;
-    /// What the file is to hold; absent when it cannot be put into words. Can be called on any thread, also
-    /// when the store is gone: thousands of labels take their time.
-    using Contents = std::function<std::optional<std::string>()>;
-    /// Puts the contents into the file at that path, whole or not at all.
-    using Writer = std::function<void(const std::string& path, Contents contents)>;
+    using Clock = SharedVerdicts::Clock;
+    /// Runs a job at once or later, on any thread; afterwards somebody calls `adopt` on the store's. Never
+    /// two jobs wait. A job can run when the store is gone.
+    using Runner = std::function<void(std::function<void()> job)>;
 
     [[nodiscard]] static FileTime systemTime();
 
-    /// Makes the folder of the file at `path` and reads the file.
-    explicit VerdictStore(std::string path, Clock now = systemTime, Writer write = replaceNow);
+    /// Makes the folder of the file at `path` and reads the file. Without `run`, jobs run at once.
+    explicit VerdictStore(std::string path, Clock now = systemTime, Runner run = {});
     VerdictStore(const VerdictStore&) = delete;
     VerdictStore& operator=(const VerdictStore&) = delete;
 
     /// Where a user's verdicts are: "Ulvak/verdicts.json" among the data of this user's applications.
     [[nodiscard]] static std::string defaultPath(const UserFolders& folders = Paths::folders());
 
+    /// Those of other programs as of the last job.
     [[nodiscard]] const VerdictEntries& entries() const { return entries_; }
     [[nodiscard]] const std::string& path() const { return path_; }
 
@@ -56,16 +55,22 @@ public:
     /// Writes the file also when there is no such entry.
     void remove(std::string_view id);
 
+    /// Takes over what a job has found in the file.
+    void adopt();
+
+    /// Tries once more to write what could not be written, on this thread: for the end of the program.
+    void writeRest();
+
 private:
-    static void replaceNow(const std::string& path, const Contents& contents);
-    void persist() const;
+    void persist();
     void notify() const;
 
     std::string path_;
     Clock now_;
-    Writer write_;
+    Runner run_;
     std::function<void()> changed_;
-    VerdictEntries entries_;
+    std::shared_ptr<SharedVerdicts> shared_;
+    VerdictEntries entries_;  ///< as `shared_` has them
 };
 
 }  // namespace ulvak

@@ -102,5 +102,6 @@ Item {
             onDeleteRequested: detail.pressMain()
         }
     }
+    TrashDialog { app: root.app }
     AlertDialog { app: root.app }
 }

@@ -21,6 +21,8 @@ ApplicationWindow {
     visible: true
     color: Theme.window
 
+    onClosing: event => { event.accepted = root.app.mayClose() }
+
     Binding {
         target: Theme
         property: "appearance"
@@ -44,5 +46,19 @@ ApplicationWindow {
     ContentView {
         anchors.fill: parent
         app: root.app
+    }
+    ConfirmDialog {
+        id: closeQuestion
+        objectName: "confirmClose"
+        title: "Temizlik sürüyor"
+        message: "Kapatırsan şu anda temizlenen öğe bitirilir, sıradakilere dokunulmaz. Kapanmadan önce neyin kaldığı söylenir."
+        confirmText: "Durdur ve Kapat"
+        onConfirmed: root.app.stopAndClose()
+    }
+    StoppingNote { shown: root.app.isStopping }
+    Connections {
+        target: root.app
+        function onCloseQuestioned() { closeQuestion.open() }
+        function onCloseRequested() { root.close() }
     }
 }

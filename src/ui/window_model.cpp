@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QPointer>
+#include <QUuid>
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
@@ -50,6 +51,9 @@ WindowModel::WindowModel(AppModel& app, QObject* parent)
     connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::selectFirst);
+    connect(&app_, &AppModel::cleaningEnded, this, &WindowModel::stoppingChanged);
+    connect(&app_, &AppModel::cleaningEnded, this, &WindowModel::closeWhenStopped);
+    connect(&app_, &AppModel::alertChanged, this, &WindowModel::closeWhenStopped);
 }
 
 void WindowModel::forwardSignals() {
@@ -74,6 +78,7 @@ void WindowModel::forwardSignals() {
     connect(&app_, &AppModel::batchProgressChanged, this, &WindowModel::batchChanged);
     connect(&app_, &AppModel::cleaningChanged, this, &WindowModel::cleaningChanged);
     connect(&app_, &AppModel::alertChanged, this, &WindowModel::alertChanged);
+    connect(&app_, &AppModel::trashQuestionChanged, this, &WindowModel::trashQuestionChanged);
     connect(this, &WindowModel::sidebarChanged, this, &WindowModel::listChanged);
 }
 
@@ -88,6 +93,26 @@ void WindowModel::launch(const QStringList& arguments) {
     selectsFirst_ = arguments.contains(QStringLiteral("--select-first"));
     if (arguments.contains(QStringLiteral("--autoscan")))
         app_.scan();
+}
+
+bool WindowModel::mayClose() {
+    if (isClosing_ || !app_.isCleaning())
+        return true;
+    emit closeQuestioned();
+    return false;
+}
+
+void WindowModel::stopAndClose() {
+    isClosing_ = true;
+    app_.stopCleaning();
+    emit stoppingChanged();
+    closeWhenStopped();
+}
+
+void WindowModel::closeWhenStopped() {
+    // From the event loop: this may be said from within what goes with the window.
+    if (isClosing_ && !app_.isCleaning() && !app_.alert())
+        QMetaObject::invokeMethod(this, &WindowModel::closeRequested, Qt::QueuedConnection);
 }
 
 void WindowModel::selectFirst() {
@@ -262,7 +287,7 @@ QString WindowModel::deniedText() const {
 }
 
 QString WindowModel::uncertainText() const {
-    const std::int64_t count = app_.uncertainCount();
+    const std::int64_t count = app_.batchCount();
     return count < 1 ? QString()
                      : QString::number(count) +
                            QStringLiteral(
@@ -428,18 +453,52 @@ void WindowModel::cleanAsked() {
 
 void WindowModel::emptyTrash() {
     if (!isEmptyingTrash_)
-        runEmptyTrash();
+        runEmptyTrash(app_.emptyTrash());
 }
 
-QCoro::Task<> WindowModel::runEmptyTrash() {
+void WindowModel::emptyTrashAsAsked(const QString& question) {
+    if (!isEmptyingTrash_)
+        runEmptyTrash(app_.emptyTrashAsAsked(QUuid::fromString(question)));
+}
+
+void WindowModel::dismissTrashQuestion(const QString& question) {
+    if (question == trashQuestionId())
+        app_.dismissTrashQuestion();
+}
+
+QCoro::Task<> WindowModel::runEmptyTrash(QCoro::Task<> task) {
     const QPointer<WindowModel> self(this);
     isEmptyingTrash_ = true;
     emit emptyingChanged();
-    co_await app_.emptyTrash();
+    co_await task;
     if (!self)  // the window has closed meanwhile
         co_return;
     isEmptyingTrash_ = false;
     emit emptyingChanged();
+}
+
+QString WindowModel::trashQuestionId() const {
+    const auto& question = app_.trashQuestion();
+    return question ? question->id.toString() : QString();
+}
+
+QString WindowModel::trashQuestion() const {
+    const auto& question = app_.trashQuestion();
+    if (!question)
+        return {};
+    const Cleaner::TrashContents& contents = *question->contents;
+    const auto amount = [](std::int64_t bytes, std::int64_t items) {
+        return QStringLiteral("%1 (%2 öğe)").arg(Texts::bytes(bytes), Texts::number(items));
+    };
+    QString text =
+        contents.isComplete
+            ? QStringLiteral("Çöp kutusunda toplam %1 var. ").arg(amount(contents.bytes, contents.items))
+            : QStringLiteral("Çöp kutusunun bir bölümüne bakılamadı. Görülen: %1. ")
+                  .arg(amount(contents.bytes, contents.items));
+    text += contents.itemsFromHere == 0 ? QStringLiteral("Bunların hiçbiri bu oturumda buradan atılmadı. ")
+                                        : QStringLiteral("Bunun %1 kadarı bu oturumda buradan atıldı. ")
+                                              .arg(amount(contents.bytesFromHere, contents.itemsFromHere));
+    return text + QStringLiteral("Boşaltırsan hepsi kalıcı olarak silinir. Bu işlem geri alınamaz.");
 }
 
 void WindowModel::reveal(const QString& token) {

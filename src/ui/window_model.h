@@ -71,6 +71,13 @@ class WindowModel : public QObject {
     Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY alertChanged)
     Q_PROPERTY(QString alertMessage READ alertMessage NOTIFY alertChanged)
 
+    /// The id of the question that is to be asked before the Trash is emptied; empty for none.
+    Q_PROPERTY(QString trashQuestionId READ trashQuestionId NOTIFY trashQuestionChanged)
+    Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY trashQuestionChanged)
+
+    /// The window is to close, and only waits for the item that is being cleaned.
+    Q_PROPERTY(bool isStopping READ isStopping NOTIFY stoppingChanged)
+
     /// "overview", a level's raw value, or empty when nothing is selected.
     Q_PROPERTY(QString sidebar READ sidebar WRITE setSidebar NOTIFY sidebarChanged)
     Q_PROPERTY(bool isOverview READ isOverview NOTIFY sidebarChanged)
@@ -93,6 +100,9 @@ public:
     /// Obeys "--level=…", "--autoscan" and "--select-first". Once, when the window has been made; a scan goes
     /// on in the event loop.
     void launch(const QStringList& arguments);
+
+    /// The session ends: nobody is there to be asked whether the window may close.
+    void closeUnasked() { isClosing_ = true; }
 
     [[nodiscard]] QString phase() const;
     [[nodiscard]] QString scanButtonText() const;
@@ -125,6 +135,9 @@ public:
     [[nodiscard]] QString alertId() const;
     [[nodiscard]] QString alertTitle() const;
     [[nodiscard]] QString alertMessage() const;
+    [[nodiscard]] QString trashQuestionId() const;
+    [[nodiscard]] QString trashQuestion() const;
+    [[nodiscard]] bool isStopping() const { return isClosing_ && app_.isCleaning(); }
     [[nodiscard]] QString sidebar() const;
     void setSidebar(const QString& item);
     [[nodiscard]] bool isOverview() const;
@@ -148,6 +161,13 @@ public:
     /// The next row after `row` whose title begins with these letters; -1 when there is none.
     [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
 
+    /// Whether the window may close at once. If not, `closeQuestioned` asks for the question that comes
+    /// first. Whoever closes it a second time while it is stopping does not want to wait.
+    [[nodiscard]] Q_INVOKABLE bool mayClose();
+    /// The answer: the item that is being cleaned is the last. `closeRequested` comes after it, and after
+    /// what there is to say about the rest.
+    Q_INVOKABLE void stopAndClose();
+
     Q_INVOKABLE void scan() { app_.scan(); }
     Q_INVOKABLE void cancelScan() { app_.cancelScan(); }
     Q_INVOKABLE void setLevel(const QString& level, const QString& token);
@@ -162,6 +182,10 @@ public:
     Q_INVOKABLE void cleanSelected();
     Q_INVOKABLE void cleanAsked();
     Q_INVOKABLE void emptyTrash();
+    /// After the question with this id; nothing when another is asked by now.
+    Q_INVOKABLE void emptyTrashAsAsked(const QString& question);
+    /// The same for an answer that is no.
+    Q_INVOKABLE void dismissTrashQuestion(const QString& question);
     Q_INVOKABLE void reveal(const QString& token);
     Q_INVOKABLE void openFullDiskAccessSettings() { app_.openFullDiskAccessSettings(); }
     Q_INVOKABLE void dismissAlert() { app_.dismissAlert(); }
@@ -182,6 +206,10 @@ signals:
     void emptyingChanged();
     void cleaningChanged();
     void alertChanged();
+    void trashQuestionChanged();
+    void stoppingChanged();
+    void closeQuestioned();
+    void closeRequested();
     void sidebarChanged();
     void listChanged();
     void detailKindChanged();
@@ -191,8 +219,9 @@ private:
     void countLevels();
     void followDetail();
     void selectFirst();
+    void closeWhenStopped();
     [[nodiscard]] std::optional<SafetyLevel> selectedLevel() const;
-    QCoro::Task<> runEmptyTrash();
+    QCoro::Task<> runEmptyTrash(QCoro::Task<> task);
 
     AppModel& app_;
     std::optional<SidebarItem> sidebar_ = SidebarItem{SidebarItem::Overview{}};
@@ -204,6 +233,7 @@ private:
     QVariantList levels_;  ///< the views read a list again for each of its rows
     bool selectsFirst_ = false;
     bool isEmptyingTrash_ = false;
+    bool isClosing_ = false;  ///< has been decided
 };
 
 }  // namespace ulvak

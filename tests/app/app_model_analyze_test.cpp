@@ -187,6 +187,116 @@ TEST_F(AppModelAnalyze, AnAnswerIsLaidOverWhatAScanHasFoundMeanwhile) {
     EXPECT_EQ(app().store().entries().find("/a")->second.size, 12345);
 }
 
+/// Where a label comes between a question and its answer.
+class AppModelOverwriting : public AppModelAnalyze {
+protected:
+    void SetUp() override { startWith({guessed("/a"), guessed("/b")}); }
+    QCoro::Task<> askAbout(const std::string& id) {
+        auto task = app().analyze(id, "");
+        EXPECT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+        return task;
+    }
+    void answerNow(const QCoro::Task<>& task) {
+        gate->open();
+        ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    }
+    void expectLabel(const std::string& id) {
+        EXPECT_EQ(app().finding(id)->source, VerdictSource::user);
+        EXPECT_EQ(app().finding(id)->level, SafetyLevel::keep);
+        EXPECT_EQ(app().store().entries().find(id)->second.verdict.source, VerdictSource::user);
+        EXPECT_TRUE(eventually([&] {
+            return remembered().contains(id) && remembered()[id].verdict.level == SafetyLevel::keep;
+        }));
+    }
+};
+
+TEST_F(AppModelOverwriting, ALabelGivenMeanwhileStays) {
+    const auto task = askAbout("/a");
+    app().setLevel(SafetyLevel::keep, "/a");
+    answerNow(task);
+    expectLabel("/a");
+    EXPECT_THAT(app().analyzing(), IsEmpty());
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelOverwriting, ALabelThatAScanHasBroughtBackStays) {
+    const auto task = askAbout("/a");
+    app().setLevel(SafetyLevel::keep, "/a");
+    scanFor({guessed("/a")});
+    answerNow(task);
+    expectLabel("/a");
+}
+
+TEST_F(AppModelOverwriting, WhatAScanHasMeanwhileJudgedOtherwiseStays) {
+    const auto task = askAbout("/a");
+    Finding other = guessed("/a");
+    other.explanation = other.original.explanation = "başka bir neden";
+    scanFor({other});
+    answerNow(task);
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), other.original);
+    EXPECT_THAT(app().store().entries(), IsEmpty());
+}
+
+TEST_F(AppModelOverwriting, ALabelThatWasTakenBackMeanwhileIsNoneAndTheAnswerCounts) {
+    const auto task = askAbout("/a");
+    app().setLevel(SafetyLevel::keep, "/a");
+    app().resetVerdict("/a");
+    answerNow(task);
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
+}
+
+TEST_F(AppModelOverwriting, AnAnswerAboutTheUsersOwnLabelMayReplaceIt) {
+    app().setLevel(SafetyLevel::keep, "/a");
+    gate->open();
+    analyze("/a");
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
+}
+
+TEST_F(AppModelOverwriting, ABatchPassesOverWhatIsLabelledBeforeItsTurn) {
+    watchBatch();
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    app().setLevel(SafetyLevel::keep, "/a");
+    app().setLevel(SafetyLevel::keep, "/b");
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    expectLabel("/a");
+    expectLabel("/b");
+    EXPECT_THAT(asked(), ElementsAre("/a")) << "the other had its label before its turn came";
+    EXPECT_EQ(batch[batch.size() - 2], (std::pair<std::int64_t, std::int64_t>(2, 2)));
+}
+
+TEST_F(AppModelOverwriting, ABatchLeavesWhatTheUserCallsUnknown) {
+    app().setLevel(SafetyLevel::unknown, "/a");
+    app().setLevel(SafetyLevel::unknown, "/b");
+    EXPECT_EQ(app().uncertainCount(), 2);
+    EXPECT_EQ(app().batchCount(), 0) << "nothing that a batch would ask about";
+    app().analyzeAllUncertain();
+    EXPECT_EQ(app().batchProgress(), std::nullopt);
+    gate->open();
+    analyze("/gone");
+    EXPECT_THAT(asked(), IsEmpty());
+}
+
+TEST_F(AppModelAnalyze, ALabelGivenWhileTheModelIsLookedForIsNotAskedAbout) {
+    const auto door = std::make_shared<Gate>();
+    services.aiStatus = [door](const std::stop_token& stop) {
+        door->pass(stop);
+        return AIStatus{};
+    };
+    start();
+    stage({.findings = {guessed("/a")}});
+    app().scan();
+    door->open();
+    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    const auto task = app().analyze("/a", "");  // awaits the status, which comes as an event
+    app().setLevel(SafetyLevel::keep, "/a");
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_THAT(asked(), IsEmpty());
+    EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
+}
+
 // What is uncertain, row by row.
 TEST_F(AppModelAnalyze, UnknownOrGuessedIsUncertain) {
     Finding labelled = staged("/user", SafetyLevel::unknown);

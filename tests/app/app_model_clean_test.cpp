@@ -31,8 +31,8 @@ class AppModelClean : public AppTest {
 protected:
     /// A Trash that has no room for anything with this id.
     void makeTrashFullFor(const std::string& id) {
-        services.clean = [record = cleaned, id](const Finding& finding,
-                                                CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+        services.clean = [record = cleaned, id](const Finding& finding, CleanMode,
+                                                CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
             record->add(finding.id);
             if (finding.id == id)
                 return std::unexpected(fullTrash(id));
@@ -55,7 +55,8 @@ protected:
     /// Cleaning that waits at the gate.
     void makeCleaningSlow() {
         services.clean = [record = cleaned, gate = gate](
-                             const Finding& finding, CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+                             const Finding& finding, CleanMode,
+                             CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
             record->add(finding.id);
             gate->pass();
             return finding.size;

@@ -7,9 +7,12 @@
 
 #include <atomic>
 #include <csignal>
+#include <filesystem>
+#include <memory>
 #include <thread>
 
 #include "app/app_world.h"
+#include "platform/durable_file.h"
 #include "platform/files.h"
 #include "support/environment.h"
 #include "support/system.h"
@@ -36,7 +39,8 @@ protected:
     /// Makes removing wait at the gate, which no stop opens.
     void makeCleaningSlow() {
         services.clean = [gate = gate, record = cleaned](
-                             const Finding& finding, CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+                             const Finding& finding, CleanMode,
+                             CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
             record->add(finding.id);
             gate->pass();
             return finding.size;
@@ -109,6 +113,48 @@ TEST_F(AppModelEnding, ARemovalThatRunsIsWaitedForAndTheNextDoesNotBegin) {
     EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
 }
 
+TEST_F(AppModelEnding, ARemovalThatRunsIsWaitedForAsLongAsItTakes) {
+    makeCleaningSlow();
+    startWith({staged("/1")});
+    const auto task = app().clean({"/1"}, CleanMode::permanent);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    EXPECT_FALSE(app().finish(1ms));
+    std::atomic<bool> hasOpened = false;
+    std::thread opener([&] {
+        hasOpened = true;
+        gate->open();
+    });
+    app().finishLasting();
+    EXPECT_TRUE(hasOpened) << "what is being removed was given up";
+    opener.join();
+    EXPECT_TRUE(app().finish(60s));
+}
+
+TEST_F(AppModelEnding, ALabelThatADiskIsSlowToTakeIsWaitedFor) {
+    startWith({staged("/a")});
+    // Who holds the lock may read and write as long as it likes; the label comes after that.
+    auto held = std::make_unique<platform::FileLock>(verdictsPath, 1s);
+    ASSERT_TRUE(held->isHeld());
+    app().setLevel(SafetyLevel::keep, "/a");
+    EXPECT_FALSE(app().finish(1ms)) << "nothing is to be waited for";
+    EXPECT_FALSE(remembered().contains("/a"));
+    std::thread other([&] { held.reset(); });
+    app().finishLasting();
+    other.join();
+    EXPECT_TRUE(remembered().contains("/a"));
+}
+
+TEST_F(AppModelEnding, ALabelThatTheDiskDidNotTakeIsTriedAgainAtTheEnd) {
+    startWith({staged("/a")});
+    std::filesystem::remove(verdictsPath);
+    std::filesystem::create_directory(verdictsPath);
+    app().setLevel(SafetyLevel::keep, "/a");
+    EXPECT_TRUE(app().finish(60s));
+    std::filesystem::remove(verdictsPath);
+    app().finishLasting();
+    EXPECT_TRUE(remembered().contains("/a"));
+}
+
 TEST_F(AppModelEnding, AllAtOnceEndSoonAndNoLabelIsLost) {
     startWith({guessed("/a"), staged("/b")});
     scanSlowly();
@@ -144,6 +190,84 @@ TEST_F(AppModelEnding, AfterTheEndNothingIsAppliedAndNothingIsTold) {
     EXPECT_THAT(signalled->values(), IsEmpty());
 }
 
+/// Cleaning that is stopped because the window is to close: each finding has three items, and waits at the
+/// gate after the first.
+class AppModelStopping : public AppModelEnding {
+protected:
+    void SetUp() override {
+        services.clean = [gate = gate, record = cleaned](
+                             const Finding& finding, CleanMode,
+                             CleanRun& run) -> std::expected<std::int64_t, CleanFailure> {
+            record->add(finding.id);
+            run.done = 1;
+            gate->pass();
+            if (run.stop.stop_requested())
+                return std::unexpected(CleanError{CleanError::Failed{.message = "üçte bir"}});
+            run.done = 3;
+            return finding.size;
+        };
+        startWith({staged("/1"), staged("/2"), staged("/3")});
+    }
+    /// Cleans these, stops at the first, and lets that one go on.
+    void stopMidway(const std::vector<std::vector<std::string>>& calls) {
+        std::vector<QCoro::Task<>> tasks;
+        for (const auto& ids : calls) {
+            tasks.push_back(app().clean(ids, CleanMode::permanent));
+            ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+        }
+        EXPECT_TRUE(app().isCleaning());
+        int ends = 0;
+        QObject::connect(&app(), &AppModel::cleaningEnded, [&] {
+            ++ends;
+            EXPECT_FALSE(app().isCleaning());
+        });
+        app().stopCleaning();
+        EXPECT_TRUE(app().isCleaning()) << "the item that is being removed is finished";
+        gate->open();
+        ASSERT_TRUE(eventually([&] { return ends == 1; }));
+    }
+};
+
+TEST_F(AppModelStopping, EndsAfterTheItemAndTellsWhatIsLeft) {
+    stopMidway({{"/1", "/2"}, {"/3"}});
+    EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
+    EXPECT_THAT(ids(), ElementsAre("/1", "/2", "/3"));
+    EXPECT_THAT(app().cleaning(), IsEmpty());
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->title, "Temizlik durduruldu");
+    EXPECT_THAT(app().alert()->message, testing::StartsWith("3 öğeden hiçbiri tümüyle temizlenmedi:\n"));
+    for (const char* line : {"• ad /1: üçte bir", "• ad /2: dokunulmadı.", "• ad /3: dokunulmadı."})
+        EXPECT_THAT(app().alert()->message, testing::HasSubstr(line));
+}
+
+TEST_F(AppModelStopping, CountsWhatWasDone) {
+    const auto late = std::make_shared<Gate>();
+    services.clean = [late](const Finding& finding, CleanMode,
+                            CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
+        if (finding.id == "/2")
+            late->pass();
+        return finding.size;
+    };
+    startWith({staged("/1"), staged("/2"), staged("/3")});
+    const auto task = app().clean({"/1", "/2", "/3"}, CleanMode::permanent);
+    ASSERT_TRUE(eventually([&] { return late->arrived() == 1; }));
+    app().stopCleaning();
+    late->open();
+    ASSERT_TRUE(eventually([&] { return !app().isCleaning(); }));
+    EXPECT_THAT(ids(), ElementsAre("/3"));
+    EXPECT_EQ(app().alert()->message,
+              "3 öğeden yalnız 2 tanesi temizlendi. Kalanlar:\n• ad /3: dokunulmadı.");
+}
+
+TEST_F(AppModelStopping, SaysNothingWhenNothingIsLeft) {
+    gate->open();
+    const auto task = app().clean({"/1"}, CleanMode::permanent);
+    ASSERT_TRUE(eventually([&] { return !app().isCleaning(); }));
+    app().stopCleaning();
+    EXPECT_EQ(app().alert(), std::nullopt);
+    EXPECT_THAT(ids(), ElementsAre("/2", "/3"));
+}
+
 /// A program that moves folders to the Trash, and does not live to see the end of it.
 class AppModelKilled : public AppModelEnding {
 protected:
@@ -172,11 +296,11 @@ protected:
                                              {"XDG_CONFIG_HOME", std::nullopt}});
         // Half the way there it only waits for its end: that comes midway, however late it comes.
         services.clean = [clean = AppServices::system().clean, begun = std::make_shared<std::atomic<int>>(0)](
-                             const Finding& finding, CleanMode mode) {
+                             const Finding& finding, CleanMode mode, CleanRun& run) {
             while (*begun == items / 2)
                 ::pause();
             ++*begun;
-            return clean(finding, mode);
+            return clean(finding, mode, run);
         };
         std::vector<Finding> findings;
         std::vector<std::string> paths;

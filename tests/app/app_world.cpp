@@ -100,8 +100,8 @@ AppTest::AppTest() : stage_(std::make_shared<Stage>()) {
                        const std::stop_token&) -> AIClassifier::Result {
             return std::unexpected(AIClassifier::Error{AIClassifier::Failure::guardrail});
         },
-        .clean = [record = cleaned](const Finding& finding,
-                                    CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+        .clean = [record = cleaned](const Finding& finding, CleanMode,
+                                    CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
             record->add(finding.id);
             return finding.size;
         },

@@ -187,7 +187,8 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
         gate->pass(stop);
         return answer(SafetyLevel::safe);
     };
-    services.clean = [gate](const Finding&, CleanMode) -> std::expected<std::int64_t, CleanFailure> {
+    services.clean = [gate](const Finding&, CleanMode,
+                            CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
         gate->pass();
         return std::unexpected(CleanError{});
     };

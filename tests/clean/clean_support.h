@@ -3,12 +3,14 @@
 #include <sys/stat.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <source_location>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "clean/cleaner.h"
+#include "clean/trash_emptying.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
@@ -77,6 +79,12 @@ inline Cleaner::Services withDesktopsTrash() {
 inline bool exists(const std::string& path) {
     struct stat info{};
     return ::lstat(path.c_str(), &info) == 0;
+}
+
+/// A Trash that nobody looks into, whatever is behind it.
+inline void makeTrashALink(const TempTree& tree) {
+    std::filesystem::create_directories(std::filesystem::path(Paths::trash()).parent_path());
+    std::filesystem::create_directory_symlink(tree.path("canaries"), Paths::trash());
 }
 
 inline std::string text(const CleanFailure& failure) {

@@ -267,7 +267,7 @@ TEST(Cleaner, EmptiesTheTrashDirectly) {
     inHome(tree, [&] {
         ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/proje")}), CleanMode::trash));
         Cleaner::Services services = Cleaner::Services::system();
-        services.run = [](const std::string&, std::span<const std::string>) {
+        services.runUntil = [](const std::string&, std::span<const std::string>, const std::stop_token&) {
             ADD_FAILURE() << "no program is needed";
             return Shell::Result{};
         };
@@ -285,18 +285,19 @@ TEST(Cleaner, ATrashThatKeepsOnlyTheFileBrowsersOwnFileNeedsNoProgram) {
         std::ofstream(Paths::trash() + "/.DS_Store") << "d";
         Cleaner::Services services = withDesktopsTrash();
         int started = 0;
-        services.removeEntry = [](const platform::Directory&, const std::string& name) {
+        services.removeItem = [](const platform::Directory&, const std::string& name,
+                                 const platform::ItemIdentity&, const std::set<platform::FileNumber>&) {
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EPERM, std::generic_category()}, .path = name});
         };
-        services.run = [&](const std::string&, std::span<const std::string>) {
+        services.runUntil = [&](const std::string&, std::span<const std::string>, const std::stop_token&) {
             ++started;
             return Shell::Result{};
         };
         EXPECT_TRUE(Cleaner::emptyTrash(services));
         EXPECT_EQ(started, 0);
         std::ofstream(Paths::trash() + "/other") << "o";
-        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_FALSE(Cleaner::emptyTrash(services)) << "the desktop has not removed it either";
         EXPECT_EQ(started, 1);
     });
 }
@@ -306,11 +307,13 @@ TEST(Cleaner, ATrashThatCannotBeListedIsLeftToTheDesktop) {
     inHome(tree, [&] {
         Cleaner::Services services = withDesktopsTrash();
         std::vector<std::string> command;
-        services.run = [&](const std::string& program, std::span<const std::string> arguments) {
+        services.runUntil = [&](const std::string& program, std::span<const std::string> arguments,
+                                const std::stop_token&) {
             command = {program};
             command.insert(command.end(), arguments.begin(), arguments.end());
             return Shell::Result{.status = 1, .error = "no service"};
         };
+        makeTrashALink(tree);
         const auto emptied = Cleaner::emptyTrash(services);
         ASSERT_FALSE(emptied);
         EXPECT_EQ(text(emptied.error()), "Çöp kutusu boşaltılamadı: no service");
@@ -321,11 +324,12 @@ TEST(Cleaner, ATrashThatCannotBeListedIsLeftToTheDesktop) {
 TEST(Cleaner, ATrashThatIsALinkIsNotEmptiedThroughIt) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        std::filesystem::create_directories(std::filesystem::path(Paths::trash()).parent_path());
-        std::filesystem::create_directory_symlink(tree.path("canaries"), Paths::trash());
+        makeTrashALink(tree);
         Cleaner::Services services = withDesktopsTrash();
-        services.run = [](const std::string&, std::span<const std::string>) { return Shell::Result{}; };
-        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        services.runUntil = [](const std::string&, std::span<const std::string>, const std::stop_token&) {
+            return Shell::Result{};
+        };
+        EXPECT_FALSE(Cleaner::emptyTrash(services)) << "nobody can tell what is left";
         EXPECT_TRUE(exists(tree.path("canaries/canary")));
     });
 }
@@ -335,25 +339,23 @@ TEST(Cleaner, AsksNoDesktopToEmptyTheTrashOfAnotherHome) {
     inHome(tree, [&] {
         // The desktop would empty that of whoever runs the test.
         Cleaner::Services services = Cleaner::Services::system();
-        services.run = [](const std::string&, std::span<const std::string>) {
+        services.runUntil = [](const std::string&, std::span<const std::string>, const std::stop_token&) {
             ADD_FAILURE() << "the desktop was asked";
             return Shell::Result{};
         };
-        services.removeEntry = [](const platform::Directory&, const std::string& name) {
+        services.removeItem = [](const platform::Directory&, const std::string& name,
+                                 const platform::ItemIdentity&, const std::set<platform::FileNumber>&) {
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EPERM, std::generic_category()}, .path = name});
         };
-        for (const bool isThere : {false, true}) {
-            if (isThere) {
-                std::filesystem::create_directories(Paths::trash());
-                std::ofstream(Paths::trash() + "/kept") << "k";
-            }
-            const auto emptied = Cleaner::emptyTrash(services);
-            ASSERT_FALSE(emptied);
-            EXPECT_EQ(text(emptied.error()),
-                      "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona "
-                      "dokunulmadı.");
-        }
+        EXPECT_TRUE(Cleaner::emptyTrash(services)) << "where there is no Trash, nothing is left in it";
+        std::filesystem::create_directories(Paths::trash());
+        std::ofstream(Paths::trash() + "/kept") << "k";
+        const auto emptied = Cleaner::emptyTrash(services);
+        ASSERT_FALSE(emptied);
+        EXPECT_EQ(text(emptied.error()),
+                  "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona "
+                  "dokunulmadı.");
     });
 }
 

@@ -6,8 +6,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <csignal>
 #include <limits>
+#include <memory>
 #include <string>
+#include <thread>
 
 #include "platform/files.h"
 #include "support/isolation.h"
@@ -244,6 +248,77 @@ TEST(MakeFolders, FailsWhereSomethingElseIs) {
     EXPECT_TRUE(makeFolders(tree.path() + std::string(5000, '/') + "a"));
     EXPECT_TRUE(makeFolders(""));
     EXPECT_THAT(listNames(tree.path()), UnorderedElementsAre("file", "nowhere", "loop"));
+}
+
+TEST(ReplaceFileKeepingOld, KeepsTheOldOneUnderTheFirstFreeName) {
+    const TempTree tree({textFile("f", "0").withMode(0640), textFile("f.old.1", "taken")});
+    for (const char* text : {"1", "2", "3"})
+        EXPECT_FALSE(replaceFileKeepingOld(tree.path("f"), text));
+    EXPECT_EQ(contents(tree.path("f")), "3");
+    EXPECT_EQ(contents(tree.path("f.old")), "0");
+    EXPECT_EQ(contents(tree.path("f.old.1")), "taken");
+    EXPECT_EQ(contents(tree.path("f.old.2")), "1");
+    EXPECT_EQ(contents(tree.path("f.old.3")), "2");
+    EXPECT_EQ(modeOf(tree.path("f")), 0600U)
+        << "those of a file that could not be read are none to take over";
+    EXPECT_EQ(modeOf(tree.path("f.old")), 0640U);
+}
+
+TEST(ReplaceFileKeepingOld, MakesAFileWhereThereIsNone) {
+    const TempTree tree;
+    EXPECT_FALSE(replaceFileKeepingOld(tree.path("f"), "1"));
+    EXPECT_THAT(listNames(tree.path()), ElementsAre("f"));
+}
+
+TEST(ReplaceFileKeepingOld, KeepsWhatALinkLeadsToBesideThat) {
+    const TempTree tree({folder("there", {textFile("f", "old")}), link("f", "there/f")});
+    EXPECT_FALSE(replaceFileKeepingOld(tree.path("f"), "new"));
+    EXPECT_TRUE(isLink(tree.path("f")));
+    EXPECT_EQ(contents(tree.path("there/f")), "new");
+    EXPECT_EQ(contents(tree.path("there/f.old")), "old");
+    EXPECT_THAT(listNames(tree.path()), UnorderedElementsAre("there", "f"));
+}
+
+constexpr std::chrono::milliseconds noPatience{0};
+
+TEST(AFileLock, IsOneProgramsAtATime) {
+    const TempTree tree;
+    auto held = std::make_unique<FileLock>(tree.path("f"), noPatience);
+    EXPECT_TRUE(held->isHeld());
+    test::inChild([&] { EXPECT_FALSE(FileLock(tree.path("f"), noPatience).isHeld()); });
+    held.reset();
+    test::inChild([&] { EXPECT_TRUE(FileLock(tree.path("f"), noPatience).isHeld()); });
+    EXPECT_THAT(listNames(tree.path()), testing::IsEmpty()) << "nothing is left of it";
+}
+
+TEST(AFileLock, IsWaitedFor) {
+    const TempTree tree;
+    auto held = std::make_unique<FileLock>(tree.path("f"), noPatience);
+    std::thread holder([&] { held.reset(); });
+    EXPECT_TRUE(FileLock(tree.path("f"), std::chrono::minutes(1)).isHeld());
+    holder.join();
+}
+
+TEST(AFileLock, IsTheSameForEveryNameOfTheFile) {
+    const TempTree tree({folder("there"), link("f", "there/g")});
+    const FileLock held(tree.path("f"), noPatience);
+    EXPECT_FALSE(FileLock(tree.path("there/g"), noPatience).isHeld());
+}
+
+TEST(AFileLock, EndsWithTheProgramHoweverThatEnds) {
+    const TempTree tree;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const FileLock held(tree.path("f"), noPatience);
+        ::raise(SIGKILL);
+    }
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    EXPECT_TRUE(FileLock(tree.path("f"), noPatience).isHeld());
+}
+
+TEST(AFileLock, IsDoneWithoutWhereThereIsNoFolder) {
+    const TempTree tree;
+    EXPECT_FALSE(FileLock(tree.path("none/f"), std::chrono::hours(1)).isHeld());
 }
 
 }  // namespace

@@ -63,8 +63,8 @@ AppServices StagedServices::services() {
             return std::unexpected(AIClassifier::Error{platform::ModelError{.text = classifyFailure}});
         return answer;
     };
-    services.clean = [this](const Finding& finding,
-                            CleanMode mode) -> std::expected<std::int64_t, CleanFailure> {
+    services.clean = [this](const Finding& finding, CleanMode mode,
+                            CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
         note((mode == CleanMode::trash ? "clean trash " : "clean permanent ") + finding.id);
         cleanDoor.pass();
         if (cleanFailure)

@@ -53,6 +53,8 @@ void update(const std::string& trash, const std::map<std::string, std::int64_t>&
         if (there.contains(shown) && ::lstat(note.c_str(), &info) == 0)
             lines[shown] = std::to_string(bytes) + " " + std::to_string(info.st_mtim.tv_sec) + " " + shown;
     }
+    if (lines.empty())
+        return;  // the Trash was emptied meanwhile
     std::string list;
     for (const auto& [name, line] : lines)
         list.append(line).append("\n");

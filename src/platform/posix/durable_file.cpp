@@ -12,6 +12,7 @@
 #include <climits>
 #include <cstdint>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "platform/files.h"
@@ -29,6 +30,15 @@ constexpr std::string_view draftPrefix = ".ulvak-";
 constexpr std::string_view draftSuffix = ".tmp";
 constexpr std::string_view hexDigits = "0123456789abcdef";
 constexpr std::size_t draftDigits = 16;
+
+/// The result of a call that a signal may interrupt.
+template <typename Call>
+int whole(Call call) {
+    int result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
 
 /// An open file or folder; none when the number is negative.
 class Handle {
@@ -83,6 +93,10 @@ std::expected<Place, std::error_code> endOfLinks(std::string path) {
         path = target->starts_with('/') ? *target : place.folder + "/" + *target;
     }
     return std::unexpected(std::make_error_code(std::errc::too_many_symbolic_link_levels));
+}
+
+int openFolderOf(const Place& place) {
+    return whole([&] { return ::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
 }
 
 /// Until it is on the disk. Some file systems do not know the call: there it is as safe as it gets.
@@ -140,6 +154,48 @@ void removeDeadDrafts(int folder, const std::string& folderPath) {
     }
 }
 
+/// Gives the file a second name, which no other has. Where a file has but one name, it takes that in place of
+/// the old: in between there is none of the old name.
+std::error_code keepAs(int folder, const std::string& name, const std::string& kept) {
+    if (whole([&] { return ::linkat(folder, name.c_str(), folder, kept.c_str(), 0); }) == 0)
+        return {};
+    if (errno == EEXIST)
+        return lastError();
+    // The name is made sure of by an empty file, for a rename asks for nobody's.
+    const Handle own(whole([&] {
+        return ::openat(folder, kept.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        onlyThisUser);
+    }));
+    if (!own.isOpen())
+        return lastError();
+    if (whole([&] { return ::renameat(folder, name.c_str(), folder, kept.c_str()); }) == 0)
+        return {};
+    const std::error_code error = lastError();
+    ::unlinkat(folder, kept.c_str(), 0);
+    return error;
+}
+
+/// The name that it has from then on.
+std::expected<std::string, std::error_code> keepAside(int folder, const std::string& name) {
+    constexpr int mostKept = 10'000;
+    std::string kept = name + ".old";
+    std::error_code error = keepAs(folder, name, kept);
+    for (int number = 1; error == std::errc::file_exists && number < mostKept; ++number) {
+        kept = name + ".old." + std::to_string(number);
+        error = keepAs(folder, name, kept);
+    }
+    if (error)
+        return std::unexpected(error);
+    return kept;
+}
+
+/// The old file is where it was, and has no other name.
+void takeBack(int folder, const std::string& name, const std::string& kept) {
+    // Of two names of one file a rename leaves both.
+    if (whole([&] { return ::renameat(folder, kept.c_str(), folder, name.c_str()); }) == 0)
+        ::unlinkat(folder, kept.c_str(), 0);
+}
+
 /// The new contents on their way: a file next to the one that it will replace. Gone with the object unless it
 /// has taken that one's place.
 class Draft {
@@ -151,8 +207,10 @@ public:
             auto name = newDraftName();
             if (!name)
                 return std::unexpected(name.error());
-            Handle file(::openat(folder, name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                                 onlyThisUser));
+            Handle file(whole([&] {
+                return ::openat(folder, name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                                onlyThisUser);
+            }));
             if (!file.isOpen() && errno != EEXIST)
                 return std::unexpected(lastError());
             if (!file.isOpen())
@@ -195,10 +253,22 @@ public:
 
     /// Nobody who looks sees anything but the old file or the new one.
     std::error_code become(const std::string& name) {
-        if (::renameat(folder_, name_.c_str(), folder_, name.c_str()) != 0)
+        if (whole([&] { return ::renameat(folder_, name_.c_str(), folder_, name.c_str()); }) != 0)
             return lastError();
         name_.clear();
         return {};
+    }
+
+    /// The old one stays under another name. Only now that nothing else is left to do: whatever fails before,
+    /// the old file has its name.
+    std::error_code becomeBeside(const std::string& name) {
+        const auto kept = keepAside(folder_, name);
+        if (!kept)
+            return kept.error();
+        const std::error_code error = become(name);
+        if (error)
+            takeBack(folder_, name, *kept);
+        return error;
     }
 
 private:
@@ -231,10 +301,58 @@ std::expected<std::optional<struct stat>, std::error_code> regularFileAt(int fol
     return info;
 }
 
+enum class Old : std::uint8_t { goes, isKept };
+
+std::error_code replace(const std::string& path, std::string_view bytes, Old what) {
+    const auto place = endOfLinks(path);
+    if (!place)
+        return place.error();
+    const Handle folder(openFolderOf(*place));
+    if (!folder.isOpen())
+        return lastError();
+    auto old = regularFileAt(folder.get(), place->name);
+    if (!old)
+        return old.error();
+    const bool keeps = *old && what == Old::isKept;
+
+    removeDeadDrafts(folder.get(), place->folder);
+    auto draft = Draft::make(folder.get());
+    if (!draft)
+        return draft.error();
+    if (const auto error = draft->takePermissions(keeps ? std::nullopt : *old))
+        return error;
+    if (const auto error = draft->write(bytes))
+        return error;
+    if (const auto error = keeps ? draft->becomeBeside(place->name) : draft->become(place->name))
+        return error;
+    return flush(folder.get());  // the new name, too
+}
+
+/// The lock of a folder or file: held, taken by somebody else, or not to be had.
+enum class Locking : std::uint8_t { held, taken, impossible };
+
+Locking tryLock(int handle) {
+    if (whole([&] { return ::flock(handle, LOCK_EX | LOCK_NB); }) == 0)
+        return Locking::held;
+    return errno == EWOULDBLOCK ? Locking::taken : Locking::impossible;
+}
+
+Locking waitForLock(int handle, std::chrono::milliseconds patience) {
+    using Clock = std::chrono::steady_clock;
+    // Not much longer than somebody who writes one file after the other leaves it free.
+    constexpr auto pause = std::chrono::microseconds(300);
+    const auto end = Clock::now() + patience;
+    Locking result = tryLock(handle);
+    for (; result == Locking::taken && Clock::now() < end; result = tryLock(handle))
+        std::this_thread::sleep_for(pause);
+    return result;
+}
+
 }  // namespace
 
 std::expected<std::string, std::error_code> readFile(const std::string& path, std::size_t most) {
-    const Handle file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const Handle file(
+        whole([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     struct stat info{};
     if (!file.isOpen() || ::fstat(file.get(), &info) != 0)
         return std::unexpected(lastError());
@@ -259,27 +377,33 @@ std::expected<std::string, std::error_code> readFile(const std::string& path, st
 }
 
 std::error_code replaceFile(const std::string& path, std::string_view bytes) {
+    return replace(path, bytes, Old::goes);
+}
+
+std::error_code replaceFileKeepingOld(const std::string& path, std::string_view bytes) {
+    return replace(path, bytes, Old::isKept);
+}
+
+FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience) {
     const auto place = endOfLinks(path);
     if (!place)
-        return place.error();
-    const Handle folder(::open(place->folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen())
-        return lastError();
-    const auto old = regularFileAt(folder.get(), place->name);
-    if (!old)
-        return old.error();
+        return;
+    handle_ = openFolderOf(*place);
+    Locking result = handle_ < 0 ? Locking::impossible : waitForLock(handle_, patience);
+    if (handle_ >= 0 && result == Locking::impossible) {
+        const int file = whole([&] {
+            return ::openat(handle_, ("." + place->name + ".lock").c_str(),
+                            O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, onlyThisUser);
+        });
+        ::close(std::exchange(handle_, file));
+        result = handle_ < 0 ? Locking::impossible : waitForLock(handle_, patience);
+    }
+    isHeld_ = result == Locking::held;
+}
 
-    removeDeadDrafts(folder.get(), place->folder);
-    auto draft = Draft::make(folder.get());
-    if (!draft)
-        return draft.error();
-    if (const auto error = draft->takePermissions(*old))
-        return error;
-    if (const auto error = draft->write(bytes))
-        return error;
-    if (const auto error = draft->become(place->name))
-        return error;
-    return flush(folder.get());  // the new name, too
+FileLock::~FileLock() {
+    if (handle_ >= 0)
+        ::close(handle_);
 }
 
 std::error_code makeFolders(const std::string& path) {

@@ -179,7 +179,8 @@ TEST(Trash, TheTrashItselfCannotBeTrashed) {
 class CountingDesktop {
 public:
     CountingDesktop() : services(withDesktopsTrash()) {
-        services.run = [this](const std::string& program, std::span<const std::string>) {
+        services.runUntil = [this](const std::string& program, std::span<const std::string>,
+                                   const std::stop_token&) {
             EXPECT_EQ(program, "/desktop");
             ++asked;
             return Shell::Result{};
@@ -197,14 +198,16 @@ TEST(EmptyingTheTrash, AnItemThatCannotBeRemovedKeepsNoOther) {
             Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
                            CleanMode::trash));
         CountingDesktop desktop;
-        const auto remove = desktop.services.removeEntry;
-        desktop.services.removeEntry = [&](const platform::Directory& parent, const std::string& name) {
+        const auto remove = desktop.services.removeItem;
+        desktop.services.removeItem = [&](const platform::Directory& parent, const std::string& name,
+                                          const platform::ItemIdentity& item,
+                                          const std::set<platform::FileNumber>& kept) {
             if (name != "three")
-                return remove(parent, name);
+                return remove(parent, name, item, kept);
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EIO, std::generic_category()}, .path = name});
         };
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_FALSE(Cleaner::emptyTrash(desktop.services)) << "the desktop has not removed it either";
         EXPECT_EQ(desktop.asked, 1);
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/one")));
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/info/one.trashinfo")));
@@ -226,7 +229,7 @@ TEST(EmptyingTheTrash, ALockedItemIsLeftToTheDesktop) {
         const std::string locked = tree.path(std::string(trashFolder) + "/files/proje/build");
         ASSERT_EQ(::chmod(locked.c_str(), 0500), 0);
         CountingDesktop desktop;
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_FALSE(Cleaner::emptyTrash(desktop.services)) << "the desktop has not removed it either";
         EXPECT_EQ(desktop.asked, 1);
         EXPECT_TRUE(exists(locked + "/a.o"));
         EXPECT_TRUE(exists(tree.path(std::string(trashFolder) + "/info/proje.trashinfo")));
@@ -248,7 +251,7 @@ TEST(EmptyingTheTrash, ItemsThatCannotBeListedKeepTheirNotes) {
         const std::string items = tree.path(std::string(trashFolder) + "/files");
         ASSERT_EQ(::chmod(items.c_str(), 0), 0);
         CountingDesktop desktop;
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_FALSE(Cleaner::emptyTrash(desktop.services)) << "nobody can tell what is left";
         EXPECT_EQ(desktop.asked, 1);
         ASSERT_EQ(::chmod(items.c_str(), 0700), 0);
         EXPECT_EQ(restoreAll(tree), 1);
@@ -260,11 +263,12 @@ TEST(EmptyingTheTrash, ADesktopThatCannotBeAskedIsNamed) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
         Cleaner::Services services = withDesktopsTrash();
-        services.run = [](const std::string&,
-                          std::span<const std::string>) -> std::expected<Shell::Result, std::error_code> {
+        services.runUntil = [](const std::string&, std::span<const std::string>,
+                               const std::stop_token&) -> std::expected<Shell::Result, std::error_code> {
             return std::unexpected(std::make_error_code(std::errc::no_such_file_or_directory));
         };
-        const auto emptied = Cleaner::emptyTrash(services);  // there is no Trash yet
+        makeTrashALink(tree);
+        const auto emptied = Cleaner::emptyTrash(services);
         ASSERT_FALSE(emptied);
         EXPECT_EQ(std::get<StartError>(emptied.error()).program, "/desktop");
         EXPECT_EQ(text(emptied.error()), "“/desktop” başlatılamadı: program bu bilgisayarda yok.");
@@ -316,8 +320,8 @@ TEST(EmptyingTheTrash, FollowsNoLinkInIt) {
                                                         link("info", tree.path("canaries"))})})})});
     inHome(tree, [&] {
         CountingDesktop desktop;
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
-        EXPECT_EQ(desktop.asked, 1) << "what to do about the link is the desktop's business";
+        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services)) << "a folder of notes that is none holds no item";
+        EXPECT_EQ(desktop.asked, 0);
         EXPECT_TRUE(exists(tree.path("canaries/canary")));
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/way")));
     });

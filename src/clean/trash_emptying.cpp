@@ -1,0 +1,414 @@
+#include "clean/trash_emptying.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <condition_variable>
+#include <mutex>
+#include <set>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "clean/trash_judging.h"
+#include "core/checked_add.h"
+#include "core/paths.h"
+#include "scan/disk_walker.h"
+
+namespace ulvak::Cleaner {
+namespace {
+
+using platform::Directory;
+using platform::FileError;
+using platform::ItemIdentity;
+using platform::TrashFolder;
+
+CleanFailure failed(std::string message) {
+    return CleanError{CleanError::Failed{std::move(message)}};
+}
+
+/// What other programs keep in a Trash for themselves: no item of anybody's.
+bool isOwnPart(std::string_view name) {
+    const platform::TrashLayout& layout = platform::trashLayout();
+    return name == ".DS_Store" || (!layout.items.empty() && (name == layout.items || name == layout.notes ||
+                                                             name == "directorysizes"));
+}
+
+/// A folder of a Trash in which items lie.
+struct ItemFolder {
+    std::string path;
+    Directory folder;
+};
+
+struct ItemFolders {
+    std::vector<ItemFolder> folders;
+    std::optional<FileError> failure;  ///< of the first that cannot be opened
+};
+
+/// Where the items of a Trash are: in a folder of it, and, left by programs that were interrupted, beside
+/// that.
+ItemFolders itemFolders(const TrashFolder& trash) {
+    ItemFolders result;
+    const auto note = [&](std::error_code code, const std::string& path) {
+        if (!result.failure)
+            result.failure = FileError{.code = code, .path = path, .detail = {}};
+    };
+    if (!trash.folder) {
+        note(trash.folder.error(), trash.path);
+        return result;
+    }
+    const platform::TrashLayout& layout = platform::trashLayout();
+    const auto add = [&](const std::string& name) {
+        auto folder = trash.folder->openBelow(name.c_str());
+        if (folder)
+            result.folders.push_back({.path = Paths::join(trash.path, name), .folder = std::move(*folder)});
+        else if (folder.error() != std::errc::no_such_file_or_directory)
+            note(folder.error(), Paths::join(trash.path, name));
+    };
+    if (!layout.items.empty()) {
+        add(layout.items);
+        // Where the items wait that the desktop is removing.
+        add("expunged");
+    }
+    auto itself = trash.folder->openBelow(".");
+    if (itself)
+        result.folders.push_back({.path = trash.path, .folder = std::move(*itself)});
+    else
+        note(itself.error(), trash.path);
+    return result;
+}
+
+/// One entry in which an item is.
+struct Entry {
+    std::string path;
+    std::string name;
+    ItemIdentity identity;
+    std::int64_t bytes = 0;
+    bool isFolder = false;
+};
+
+/// Looks at Trashes, and adds up what they hold.
+class Look {
+public:
+    /// Everything in a Trash that emptying takes. `isComplete` becomes false when something is not seen.
+    std::vector<Entry> entries(const TrashFolder& trash) {
+        std::vector<Entry> result;
+        const ItemFolders folders = itemFolders(trash);
+        isComplete_ = isComplete_ && !folders.failure;
+        for (const ItemFolder& folder : folders.folders)
+            list(folder, folder.path == trash.path, result);
+        measure(result);
+        return result;
+    }
+
+    [[nodiscard]] bool isComplete() const { return isComplete_; }
+
+private:
+    void list(const ItemFolder& folder, bool isTop, std::vector<Entry>& result) {
+        platform::EntryReader reader;
+        reader.start(folder.folder);
+        while (const platform::DirectoryEntry* entry = reader.next()) {
+            const std::string name(entry->name);
+            if (isTop &&
+                (isOwnPart(name) || (name == "expunged" && entry->kind == platform::EntryKind::directory)))
+                continue;
+            const auto identity = platform::entryIdentity(folder.folder, name);
+            isComplete_ = isComplete_ && identity && entry->kind != platform::EntryKind::volume;
+            if (identity)
+                result.push_back({.path = Paths::join(folder.path, name),
+                                  .name = name,
+                                  .identity = *identity,
+                                  .bytes = entry->allocatedSize,
+                                  .isFolder = entry->kind == platform::EntryKind::directory});
+        }
+        isComplete_ = isComplete_ && !reader.error();
+    }
+
+    void measure(std::vector<Entry>& entries) {
+        std::vector<std::string> paths;
+        for (const Entry& entry : entries) {
+            if (entry.isFolder)
+                paths.push_back(entry.path);
+        }
+        ScanProgress progress;
+        const auto nodes = DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.nodes(paths);
+        std::size_t at = 0;
+        for (Entry& entry : entries) {
+            if (!entry.isFolder)
+                continue;
+            const auto& node = nodes[at++];
+            entry.bytes = node ? node->size : 0;
+            isComplete_ = isComplete_ && node;
+        }
+        isComplete_ = isComplete_ && progress.denied() == 0;
+    }
+
+    bool isComplete_ = true;
+};
+
+bool hasSmallerNumber(const HeldItem& one, const HeldItem& other) {
+    return one.identity.number < other.identity.number;
+}
+
+const HeldItem* find(const std::vector<HeldItem>& held, const ItemIdentity& identity) {
+    const HeldItem wanted{.identity = identity};
+    for (auto at = std::ranges::lower_bound(held, wanted, hasSmallerNumber);
+         at != held.end() && at->identity.number == identity.number; ++at) {
+        if (at->identity == identity)
+            return &*at;
+    }
+    return nullptr;
+}
+
+/// Empties one Trash after the other.
+class Emptying {
+public:
+    Emptying(const TrashContents& asked, const std::stop_token& stop, const Services& services)
+        : asked_(asked), stop_(stop), services_(services) {}
+
+    EmptiedTrash run() {
+        result_.mayAskDesktop = true;
+        for (const TrashFolder& trash : platform::trashFolders().folders)
+            empty(trash);
+        // It would take with it what was not to go.
+        result_.mayAskDesktop =
+            result_.mayAskDesktop && result_.itemsNew == 0 && (asked_.isAll || !asked_.isComplete);
+        return std::move(result_);
+    }
+
+private:
+    void note(CleanFailure failure) {
+        if (!result_.failure)
+            result_.failure = std::move(failure);
+    }
+
+    void empty(const TrashFolder& trash) {
+        auto kept = judgedTrash(trash.path);
+        if (!kept) {
+            note(std::move(kept.error()));
+            result_.mayAskDesktop = false;  // what must stay would not be safe from it either
+            return;
+        }
+        const ItemFolders folders = itemFolders(trash);
+        if (folders.failure)
+            note(*folders.failure);
+        if (!trash.folder)
+            return;
+        kept_ = std::move(*kept);
+        // Others write the note first and move the item after it, at once: a note that comes later is not
+        // looked at.
+        const std::vector<std::string> notes = noteNames(*trash.folder);
+        for (const ItemFolder& folder : folders.folders)
+            emptyFolder(folder, folder.path == trash.path);
+        removeRest(*trash.folder, notes);
+    }
+
+    static std::vector<std::string> noteNames(const Directory& trash) {
+        const std::string& name = platform::trashLayout().notes;
+        if (name.empty())
+            return {};
+        const auto notes = trash.openBelow(name.c_str());
+        return notes ? platform::entryNames(*notes).value_or(std::vector<std::string>())
+                     : std::vector<std::string>();
+    }
+
+    void emptyFolder(const ItemFolder& folder, bool isTop) {
+        const auto names = platform::entryNames(folder.folder);
+        if (!names)
+            note(FileError{.code = names.error(), .path = folder.path, .detail = {}});
+        for (const std::string& name : names.value_or(std::vector<std::string>())) {
+            if (isTop && (isOwnPart(name) || name == "expunged"))
+                continue;
+            const auto identity = platform::entryIdentity(folder.folder, name);
+            const HeldItem* item = identity ? find(asked_.held, *identity) : nullptr;
+            if (item != nullptr && stop_.stop_requested())
+                leaveItem();
+            else if (item != nullptr)
+                removeItem(folder, name, *item);
+            else if (identity)
+                ++result_.itemsNew;
+        }
+    }
+
+    void leaveItem() {
+        ++result_.itemsLeft;
+        result_.mayAskDesktop = false;
+        note(failed("Çöp kutusunu boşaltma durduruldu."));
+    }
+
+    void removeItem(const ItemFolder& folder, const std::string& name, const HeldItem& item) {
+        auto removed = services_.removeItem(folder.folder, name, item.identity, kept_);
+        if (removed) {
+            addChecked(result_.bytes, item.bytes);
+            return;
+        }
+        if (platform::entryIdentity(folder.folder, name) != item.identity)
+            return;  // somebody else has restored or removed it
+        // It may have gone in part.
+        ScanProgress progress;
+        const auto left =
+            DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.node(Paths::join(folder.path, name));
+        if (left && progress.denied() == 0)
+            addChecked(result_.bytes, std::max<std::int64_t>(item.bytes - left->size, 0));
+        ++result_.itemsLeft;
+        FileError error = std::move(removed.error());
+        error.path = Paths::join(folder.path, error.path);
+        note(std::move(error));
+    }
+
+    /// What is written about items that have gone, and folders in which nothing is any more.
+    void removeRest(const Directory& trash, const std::vector<std::string>& noteNames) const {
+        const platform::TrashLayout& layout = platform::trashLayout();
+        if (layout.items.empty())
+            return;
+        const auto items = trash.openBelow(layout.items.c_str());
+        if (!items && items.error() != std::errc::no_such_file_or_directory)
+            return;
+        if (const auto notes = trash.openBelow(layout.notes.c_str())) {
+            for (const std::string& note : noteNames) {
+                const bool isNote = note.ends_with(layout.noteSuffix);
+                const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
+                // Dropped by design: a note that stays behind is in nobody's way.
+                if (!isNote || !items || !platform::entryIdentity(*items, name))
+                    (void)services_.removeEntry(*notes, note);
+            }
+        }
+        if (platform::removeEmptyFolder(trash, layout.items) || !items)
+            (void)services_.removeEntry(trash, "directorysizes");  // as above
+        for (const std::string& part : {layout.notes, std::string("expunged")})
+            (void)platform::removeEmptyFolder(trash, part);
+    }
+
+    const TrashContents& asked_;
+    const std::stop_token& stop_;
+    const Services& services_;
+    std::set<platform::FileNumber> kept_;
+    EmptiedTrash result_;
+};
+
+/// Stops when the time is over or `stop` is asked for.
+class Limit {
+public:
+    Limit(std::chrono::milliseconds time, const std::stop_token& stop)
+        : forward_(stop, [this] { source_.request_stop(); }),
+          thread_([this, time](const std::stop_token& done) {
+              std::unique_lock lock(mutex_);
+              if (!changed_.wait_for(lock, done, time, [] { return false; }) && !done.stop_requested())
+                  source_.request_stop();
+          }) {}
+
+    [[nodiscard]] std::stop_token token() const { return source_.get_token(); }
+
+private:
+    std::stop_source source_;
+    std::stop_callback<std::function<void()>> forward_;
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    std::jthread thread_;
+};
+
+/// Why the desktop has not emptied the Trash; nothing when it says that it has.
+std::optional<CleanFailure> askDesktop(const std::stop_token& stop, const Services& services) {
+    const auto command = services.trashEmptyingCommand(Paths::trash());
+    if (!command)
+        return failed(
+            "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona dokunulmadı.");
+    const Limit limit(services.desktopLimit, stop);
+    const auto result = services.runUntil(command->program, command->arguments, limit.token());
+    if (!result)
+        return StartError{.program = command->program, .code = result.error()};
+    if (limit.token().stop_requested())
+        return failed("Çöp kutusu boşaltılamadı: masaüstü zamanında yanıt vermedi.");
+    if (result->status != 0)
+        return failed("Çöp kutusu boşaltılamadı: " + result->error);
+    return std::nullopt;
+}
+
+}  // namespace
+
+TrashContents trashContents(std::span<const platform::TrashedItem> fromHere) {
+    std::vector<HeldItem> ours;
+    for (const platform::TrashedItem& item : fromHere)
+        ours.push_back({.identity = item.identity});
+    std::ranges::sort(ours, hasSmallerNumber);
+    TrashContents contents;
+    Look look;
+    const platform::TrashFolders trashes = platform::trashFolders();
+    for (const TrashFolder& trash : trashes.folders) {
+        for (const Entry& entry : look.entries(trash)) {
+            addChecked(contents.bytes, entry.bytes);
+            ++contents.items;
+            contents.held.push_back({.identity = entry.identity, .bytes = entry.bytes});
+            if (find(ours, entry.identity) != nullptr) {
+                addChecked(contents.bytesFromHere, entry.bytes);
+                ++contents.itemsFromHere;
+            }
+        }
+    }
+    std::ranges::sort(contents.held, hasSmallerNumber);
+    contents.isComplete = look.isComplete();
+    contents.isAll = trashes.isAll;
+    return contents;
+}
+
+EmptiedTrash emptyTrash(const TrashContents& asked, const std::stop_token& stop, const Services& services) {
+    return Emptying(asked, stop, services).run();
+}
+
+EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_token& stop,
+                                 const Services& services) {
+    const auto left = [&](const TrashContents& now) {
+        EmptiedTrash result;
+        for (const HeldItem& item : now.held)
+            ++(find(asked.held, item.identity) != nullptr ? result.itemsLeft : result.itemsNew);
+        return result;
+    };
+    const TrashContents before = trashContents({});
+    EmptiedTrash result = left(before);
+    if (result.itemsNew > 0)
+        return result;
+    auto failure = askDesktop(stop, services);
+    const TrashContents after = trashContents({});
+    result = left(after);
+    result.bytes = result.itemsNew == 0 ? std::max<std::int64_t>(before.bytes - after.bytes, 0) : 0;
+    if (failure)
+        result.failure = std::move(failure);
+    else if (result.itemsLeft > 0 || !after.isComplete)
+        result.failure = failed("Çöp kutusu boşaltılamadı: masaüstü hepsini kaldıramadı.");
+    return result;
+}
+
+std::expected<std::int64_t, CleanFailure> emptyTrash(const Services& services) {
+    const TrashContents asked = trashContents({});
+    EmptiedTrash emptied = emptyTrash(asked, {}, services);
+    if (emptied.isDone())
+        return emptied.bytes;
+    if (!emptied.mayAskDesktop)
+        return std::unexpected(std::move(*emptied.failure));
+    EmptiedTrash rest = emptyTrashByDesktop(asked, {}, services);
+    if (!rest.isDone())
+        return std::unexpected(rest.failure ? std::move(*rest.failure) : std::move(*emptied.failure));
+    addChecked(rest.bytes, emptied.bytes);
+    return rest.bytes;
+}
+
+void recordTrashedFolders(std::span<const platform::TrashedItem> items) {
+    std::vector<std::string> paths;
+    for (const platform::TrashedItem& item : items) {
+        const auto folder = Directory::open(std::string(Paths::parent(item.location)));
+        const std::string name(Paths::lastComponent(item.location));
+        // Only folders open, and only those that are still what was moved.
+        if (folder && platform::entryIdentity(*folder, name) == item.identity &&
+            folder->openBelow(name.c_str()))
+            paths.push_back(item.location);
+    }
+    ScanProgress progress;
+    const auto nodes = DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.nodes(paths);
+    std::vector<platform::TrashedFolder> folders;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (nodes[i])
+            folders.push_back({.location = std::move(paths[i]), .bytes = nodes[i]->size});
+    }
+    platform::recordTrashedFolders(folders);
+}
+
+}  // namespace ulvak::Cleaner

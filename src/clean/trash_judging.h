@@ -1,0 +1,17 @@
+#pragma once
+
+#include <expected>
+#include <set>
+#include <string>
+
+#include "clean/clean_error.h"
+#include "platform/files.h"
+
+namespace ulvak::Cleaner {
+
+/// The numbers of folders that stay wherever they turn up, if the Trash at `path` may be emptied at all: it
+/// is not where something must stay, and no other volume is mounted in it.
+[[nodiscard]] std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(
+    const std::string& path);
+
+}  // namespace ulvak::Cleaner

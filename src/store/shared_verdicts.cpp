@@ -1,0 +1,168 @@
+#include "store/shared_verdicts.h"
+
+#include <chrono>
+#include <utility>
+
+#include "core/paths.h"
+#include "platform/durable_file.h"
+#include "platform/files.h"
+
+namespace ulvak {
+namespace {
+
+/// Far longer than anybody merges: whoever holds the lock then has been stopped.
+constexpr std::chrono::seconds lockPatience{10};
+
+std::optional<VerdictEntry> entryOf(const VerdictEntries& entries, std::string_view id) {
+    const auto found = entries.find(id);
+    return found == entries.end() ? std::nullopt : std::optional(found->second);
+}
+
+void put(VerdictEntries& entries, const std::string& id, const std::optional<VerdictEntry>& entry) {
+    if (entry)
+        entries.insert_or_assign(id, *entry);
+    else
+        entries.erase(id);
+}
+
+/// Once more when it fails: a disk may fail once.
+std::expected<std::string, std::error_code> readText(const std::string& path) {
+    auto text = platform::readFile(path, longestVerdictFile);
+    if (!text && text.error() != std::errc::no_such_file_or_directory)
+        text = platform::readFile(path, longestVerdictFile);
+    return text;
+}
+
+/// What nobody understands is copied at once: the first is never written over, for what comes after it may be
+/// worth less. Whether it was.
+bool copiedAside(const std::string& path, const std::string& text) {
+    const std::string name = std::string(Paths::lastComponent(path)) + ".old";
+    const bool isTaken = platform::existsIn(std::string(Paths::parent(path)), name);
+    return !platform::replaceFile(path + (isTaken ? ".old.1" : ".old"), text);
+}
+
+}  // namespace
+
+SharedVerdicts::SharedVerdicts(std::string path, Clock now) : path_(std::move(path)), now_(std::move(now)) {}
+
+void SharedVerdicts::load() {
+    const std::scoped_lock writing(writing_);
+    // Dropped by design, here and below: no failure of the store reaches the user.
+    (void)platform::makeFolders(std::string(Paths::parent(path_)));
+    const auto text = readText(path_);
+    if (!text)
+        return;  // looked at again before it is written
+    if (auto entries = decodeEntries(*text)) {
+        const std::scoped_lock lock(mutex_);
+        known_ = std::move(*entries);
+    } else if (copiedAside(path_, *text)) {
+        keptText_ = *text;
+    }
+}
+
+VerdictEntries SharedVerdicts::entries() const {
+    const std::scoped_lock lock(mutex_);
+    VerdictEntries all = known_;
+    for (const auto& [id, change] : changes_)
+        put(all, id, change.entry);
+    return all;
+}
+
+void SharedVerdicts::change(std::string_view id, std::optional<VerdictEntry> entry, StoredDate date) {
+    const std::scoped_lock lock(mutex_);
+    const auto earlier = changes_.find(id);
+    auto before = earlier == changes_.end() ? entryOf(known_, id) : std::move(earlier->second.before);
+    changes_.insert_or_assign(std::string(id),
+                              Change{.entry = std::move(entry), .before = std::move(before), .date = date});
+}
+
+bool SharedVerdicts::request() {
+    const std::scoped_lock lock(mutex_);
+    isUnwritten_ = true;
+    return !std::exchange(isRequested_, true);
+}
+
+bool SharedVerdicts::isSaved() const {
+    const std::scoped_lock lock(mutex_);
+    return !isUnwritten_;
+}
+
+void SharedVerdicts::synchronize() {
+    const std::scoped_lock writing(writing_);
+    {
+        const std::scoped_lock lock(mutex_);
+        isRequested_ = false;
+    }
+    // A disk may fail once, a server lose its connection: nobody comes to click again.
+    if (mergeAndWrite())
+        (void)mergeAndWrite();
+}
+
+SharedVerdicts::Found SharedVerdicts::look() const {
+    auto text = readText(path_);
+    if (!text)
+        return {.isWorthKeeping = text.error() != std::errc::no_such_file_or_directory};
+    if (auto entries = decodeEntries(*text))
+        return {.entries = std::move(*entries)};
+    return {.isWorthKeeping = text != keptText_};
+}
+
+std::error_code SharedVerdicts::mergeAndWrite() {
+    (void)platform::makeFolders(std::string(Paths::parent(path_)));
+    const platform::FileLock lock(path_, lockPatience);
+    Found found = look();
+    Changes changes;
+    VerdictEntries entries;
+    {
+        const std::scoped_lock state(mutex_);
+        if (found.entries)
+            known_ = *found.entries;  // also when nothing can be written
+        changes = changes_;
+        entries = known_;
+        isUnwritten_ = false;
+    }
+    entries = merged(std::move(entries), changes);
+    const auto text = encodeEntries(entries);
+    const auto replace = found.isWorthKeeping ? platform::replaceFileKeepingOld : platform::replaceFile;
+    const std::error_code error =
+        text ? replace(path_, *text) : std::make_error_code(std::errc::invalid_argument);
+    if (error) {
+        const std::scoped_lock state(mutex_);
+        isUnwritten_ = true;
+    } else {
+        keptText_.reset();
+        settle(std::move(entries), changes);
+    }
+    return error;
+}
+
+bool SharedVerdicts::isNewer(StoredDate there, StoredDate here) const {
+    return there.secondsSince2001 > here.secondsSince2001 &&
+           there.secondsSince2001 <= StoredDate::from(now_()).secondsSince2001;
+}
+
+VerdictEntries SharedVerdicts::merged(VerdictEntries entries, const Changes& changes) const {
+    for (const auto& [id, change] : changes) {
+        const auto there = entries.find(id);
+        const bool isUnseen = there != entries.end() && there->second != change.before;
+        if (!isUnseen || !isNewer(there->second.date, change.date))
+            put(entries, id, change.entry);
+    }
+    return entries;
+}
+
+void SharedVerdicts::settle(VerdictEntries written, const Changes& changes) {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& [id, change] : changes) {
+        const auto now = changes_.find(id);
+        if (now == changes_.end())
+            continue;
+        if (now->second == change)
+            changes_.erase(now);
+        else
+            now->second.before = entryOf(written, id);  // changed again meanwhile, over this
+    }
+    known_ = std::move(written);
+}
+
+}  // namespace ulvak

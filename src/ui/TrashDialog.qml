@@ -1,0 +1,35 @@
+import QtQuick
+
+/// Asks before the Trash is emptied of more than was put there from here. The answer is about what was asked, whatever
+/// is asked by then.
+ConfirmDialog {
+    id: root
+
+    required property var app
+    property string asked: ""
+
+    function follow() {
+        if (app.trashQuestionId === "") {
+            close()
+            return
+        }
+        asked = app.trashQuestionId
+        message = app.trashQuestion
+        open()
+    }
+
+    objectName: "confirmEmptyTrash"
+    title: "Çöp kutusundaki her şey silinsin mi?"
+    message: ""
+    confirmText: "Hepsini Boşalt"
+    destructive: true
+
+    onConfirmed: app.emptyTrashAsAsked(asked)
+    onClosed: app.dismissTrashQuestion(asked)
+    Component.onCompleted: follow()
+
+    Connections {
+        target: root.app
+        function onTrashQuestionChanged() { root.follow() }
+    }
+}

@@ -1,0 +1,143 @@
+#include "platform/single_instance.h"
+
+#include <gio/gio.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "support/environment.h"
+#include "support/isolation.h"
+
+namespace ulvak::platform {
+namespace {
+
+using Role = SingleInstance::Role;
+
+/// What a first one has received.
+class Received {
+public:
+    void add(LaunchRequest request) {
+        const std::scoped_lock lock(mutex_);
+        requests_.push_back(std::move(request));
+        changed_.notify_all();
+    }
+    std::vector<LaunchRequest> waitFor(std::size_t count) {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, std::chrono::minutes(1), [&] { return requests_.size() >= count; });
+        return requests_;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<LaunchRequest> requests_;  ///< guarded by `mutex_`
+};
+
+/// Runs `body` in a process whose session has a bus with nothing on it.
+void withBus(const std::function<void()>& body) {
+    test::inChild([&] {
+        GTestDBus* session = g_test_dbus_new(G_TEST_DBUS_NONE);
+        g_test_dbus_up(session);
+        body();
+        g_test_dbus_down(session);
+        g_object_unref(session);
+    });
+}
+
+class OneInstance : public testing::Test {
+protected:
+    void SetUp() override {
+#ifdef __SANITIZE_THREAD__
+        GTEST_SKIP() << "the bus's library hands things from thread to thread unseen";
+#endif
+    }
+};
+
+TEST_F(OneInstance, TheSecondHandsItsRequestToTheFirst) {
+    withBus([] {
+        Received received;
+        SingleInstance first("/ev", {});
+        ASSERT_EQ(first.role(), Role::first);
+        first.listen(
+            [&](LaunchRequest request, const std::shared_ptr<void>&) { received.add(std::move(request)); });
+        const LaunchRequest full{.arguments = {"--level=safe", "--autoscan", "ğüş \n"},
+                                 .activationToken = "jeton"};
+        EXPECT_EQ(SingleInstance("/ev", full).role(), Role::handedOver);
+        EXPECT_EQ(SingleInstance("/ev", {}).role(), Role::handedOver);
+        EXPECT_EQ(received.waitFor(2), (std::vector<LaunchRequest>{full, {}}));
+    });
+}
+
+TEST_F(OneInstance, BytesThatAreNoTextAreLeftOut) {
+    withBus([] {
+        Received received;
+        SingleInstance first("/ev", {});
+        first.listen(
+            [&](LaunchRequest request, const std::shared_ptr<void>&) { received.add(std::move(request)); });
+        EXPECT_EQ(SingleInstance("/ev", {.arguments = {"\xff", "--autoscan"}}).role(), Role::handedOver);
+        EXPECT_EQ(received.waitFor(1), (std::vector<LaunchRequest>{{.arguments = {"--autoscan"}}}));
+    });
+}
+
+TEST_F(OneInstance, ARequestThatComesBeforeAnybodyListensIsKept) {
+    withBus([] {
+        Received received;
+        SingleInstance first("/ev", {});
+        std::thread second([] { EXPECT_EQ(SingleInstance("/ev", {}).role(), Role::handedOver); });
+        first.listen(
+            [&](LaunchRequest request, const std::shared_ptr<void>&) { received.add(std::move(request)); });
+        second.join();
+        EXPECT_EQ(received.waitFor(1).size(), 1U);
+    });
+}
+
+TEST_F(OneInstance, OneThatDoesNotObeyIsSilent) {
+    withBus([] {
+        std::mutex mutex;
+        std::shared_ptr<void> never;
+        SingleInstance first("/ev", {});
+        first.listen([&](const LaunchRequest&, std::shared_ptr<void> turn) {
+            const std::scoped_lock lock(mutex);
+            never = std::move(turn);
+        });
+        EXPECT_EQ(SingleInstance("/ev", {}).role(), Role::silent);
+    });
+}
+
+TEST_F(OneInstance, EachPlaceHasItsOwn) {
+    withBus([] {
+        const SingleInstance first("/ev", {});
+        const SingleInstance other("/başka ev", {});
+        EXPECT_EQ(other.role(), Role::first);
+    });
+}
+
+TEST_F(OneInstance, TheNextIsFirstWhenThatIsGone) {
+    withBus([] {
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(SingleInstance("/ev", {}).role(), Role::first);
+    });
+}
+
+TEST_F(OneInstance, WithoutABusEveryoneIsFirst) {
+    for (const auto& address : {std::optional<std::string>("unix:path=/nonexistent"),
+                                std::optional<std::string>("nonsense"), std::optional<std::string>()}) {
+        const test::ScopedEnvironment environment(
+            {{"DBUS_SESSION_BUS_ADDRESS", address}, {"XDG_RUNTIME_DIR", "/nonexistent"}});
+        const SingleInstance first("/ev", {});
+        EXPECT_EQ(first.role(), Role::first);
+        EXPECT_EQ(SingleInstance("/ev", {}).role(), Role::first);
+    }
+}
+
+}  // namespace
+}  // namespace ulvak::platform
