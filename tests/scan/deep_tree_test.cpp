@@ -74,7 +74,7 @@ TEST(DeepTree, IsKeptToTheBottomAndScannedWithFewHandlesAndLittleMemory) {
 
 TEST(DeepTree, WithAFolderBesideEachLevelIsWalkedWithFewHandles) {
     TempTree tree;
-    tree.addChain("m", levels, {}, {folder("z")});
+    tree.addChain("m", levels / 4, {}, {folder("z")});
     inChild([&] {
         allowHandles(16);
         ScanProgress progress;
