@@ -16,7 +16,8 @@ namespace ulvak {
 
 /// Measures trees. Never writes, never follows a link below the root, never leaves the volume, opens
 /// nothing but folders. Holds one name and one date for each folder that waits to be entered, and the
-/// nodes that are big enough to keep; nothing for each file.
+/// nodes that are big enough to keep; nothing for each file, but for one with several names what tells it
+/// from others.
 /// Threads: blocks the caller, which is one of the workers.
 struct DiskWalker {
     ScanProgress& progress;

@@ -24,7 +24,8 @@ public:
 
     /// Files counted so far.
     [[nodiscard]] std::int64_t files() const { return files_.load(std::memory_order_relaxed); }
-    /// Allocated bytes counted so far.
+    /// Allocated bytes counted so far, each file once: one with several names as soon as the last of them has
+    /// been seen, or when the walk is over. Never goes down.
     [[nodiscard]] std::int64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
     /// Folders that could not be listed.
     [[nodiscard]] std::int64_t denied() const { return denied_.load(std::memory_order_relaxed); }

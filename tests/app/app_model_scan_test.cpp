@@ -5,6 +5,10 @@
 #include <QSignalSpy>
 #include <QTimer>
 #include <algorithm>
+#include <atomic>
+#include <expected>
+#include <memory>
+#include <new>
 #include <thread>
 
 #include "app/app_world.h"
@@ -54,6 +58,38 @@ private:
     std::shared_ptr<int> held_ = std::make_shared<int>();  ///< by the application, and by each walk
     long heldWithoutWalks_ = 0;
 };
+
+TEST_F(AppModelScan, ThatRunsOutOfMemorySaysSoAndLeavesWhatThereWas) {
+    const auto isShort = std::make_shared<std::atomic<int>>(0);
+    services.scan = [isShort, scan = services.scan](
+                        ScanProgress& progress,
+                        const std::stop_token& stop) -> std::expected<std::vector<Finding>, ScanError> {
+        if (*isShort == 1)
+            return std::unexpected(ScanError::outOfMemory);
+        if (*isShort == 2)
+            throw std::bad_alloc();
+        return scan(progress, stop);
+    };
+    AppModel& app = start();
+    *isShort = 1;
+    app.scan();
+    ASSERT_TRUE(eventually([&] { return app.phase() == Phase::idle; }));
+    ASSERT_TRUE(app.alert());
+    EXPECT_EQ(app.alert()->title, "Tarama tamamlanamadı");
+    EXPECT_TRUE(app.alert()->message.starts_with("Bellek yetmedi."));
+    app.dismissAlert();
+
+    *isShort = 0;
+    stage({.findings = {staged("/v/a")}});
+    app.scan();
+    ASSERT_TRUE(eventually([&] { return app.phase() == Phase::done; }));
+    EXPECT_FALSE(app.alert());
+    *isShort = 2;
+    app.scan();
+    ASSERT_TRUE(eventually([&] { return app.alert().has_value(); }));
+    EXPECT_EQ(app.phase(), Phase::done);
+    EXPECT_EQ(app.findings().size(), 1U);
+}
 
 TEST_F(AppModelScan, StartsEmptyWithoutScanning) {
     const AppModel& app = start();

@@ -139,6 +139,28 @@ TEST_F(Program, HostileNamesStayOneLineEach) {
     EXPECT_EQ(std::ranges::count(result.output, '\n'), 2 + 5 + 5 + 3);
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The sanitizers reserve more than any limit leaves.
+TEST_F(Program, WithoutEnoughMemoryItSaysSoAndEnds) {
+    const std::string deep(200, 'n');
+    TempTree many;
+    many.addChain(deep, 10'000, {file("bottom", 60'000'000)});
+    const ScopedEnvironment home{{"HOME", many.path()}};
+    int withoutMemory = 0;
+    for (int limit = 20'000; limit <= 160'000; limit += 10'000) {
+        const Shell::Result result = shell("ulimit -v " + std::to_string(limit) + "; ulvak --dump");
+        // The linker says 127 where not even the program fits.
+        ASSERT_THAT(result.status, testing::AnyOf(0, 1, 127)) << limit << ": " << result.error;
+        if (result.status == 1) {
+            EXPECT_EQ(result.output, "");
+            EXPECT_EQ(result.error, "ulvak: tarama tamamlanamadı: bellek yetmedi\n");
+            ++withoutMemory;
+        }
+    }
+    EXPECT_GT(withoutMemory, 0);
+}
+#endif
+
 /// Everything that a scan must leave as it was, by path.
 std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) {
     std::map<std::string, std::vector<std::int64_t>> result;

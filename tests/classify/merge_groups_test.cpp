@@ -130,5 +130,45 @@ TEST(MergeGroups, HasAllMembersAsChildrenHoweverMany) {
     EXPECT_EQ(result[0].title, "Kayıtlar (500 öğe)");
 }
 
+LinkedFile linkedFile(std::uint64_t number, std::int64_t size, std::uint16_t names) {
+    return {.number = number, .size = size, .volume = 1, .names = names, .seen = 1};
+}
+
+TEST(MergeGroups, NamesOfOneFileCountTheirBytesOnce) {
+    std::vector<Finding> findings;
+    LinkedFindings linked;
+    for (const char* id : {"/x/a", "/x/b", "/x/c"}) {
+        findings.push_back(finding(id, 100, "g"));
+        findings.back().heldElsewhere = 100;
+        linked.emplace(id, linkedFile(7, 100, 4));
+    }
+    findings.push_back(finding("/x/other", 30, "g"));
+    Finding group = mergeGroups(findings, linked).front();
+    EXPECT_EQ(group.size, 130);
+    EXPECT_EQ(group.heldElsewhere, 100) << "a fourth name lies somewhere else";
+    EXPECT_EQ(group.urls.size(), 4U);
+    EXPECT_EQ(group.children.front().size, 100) << "each name leads to all of it";
+
+    for (auto& [id, file] : linked)
+        file.names = 3;
+    group = mergeGroups(findings, linked).front();
+    EXPECT_EQ(group.size, 130);
+    EXPECT_EQ(group.heldElsewhere, 0) << "all names go together";
+    EXPECT_EQ(bytesFreed(group), 130);
+}
+
+TEST(MergeGroups, SeveralFilesWithSeveralNamesAreToldApart) {
+    std::vector<Finding> findings;
+    LinkedFindings linked;
+    for (const auto& [id, number] : {std::pair("/x/a", 1U), std::pair("/x/b", 2U), std::pair("/x/c", 1U)}) {
+        findings.push_back(finding(id, 100, "g"));
+        findings.back().heldElsewhere = 100;
+        linked.emplace(id, linkedFile(number, 100, 2));
+    }
+    const Finding group = mergeGroups(findings, linked).front();
+    EXPECT_EQ(group.size, 200);
+    EXPECT_EQ(group.heldElsewhere, 100) << "of b";
+}
+
 }  // namespace
 }  // namespace ulvak

@@ -309,6 +309,47 @@ TEST(EntryReader, TellsEveryKindOfEntry) {
     EXPECT_EQ(seen.at("folder").allocatedSize, 0) << "what a folder's own list takes is not counted";
 }
 
+TEST(EntryReader, TellsTheNamesOfOneFileFromOthers) {
+    const TempTree tree({file("a", 4096), file("b", 4096), folder("f", {test::hardLink("a again", "a")}),
+                         test::hardLink("second", "a"), fifo("pipe"), test::hardLink("pipe too", "pipe")});
+    struct Names {
+        std::uint32_t count = 0;
+        std::pair<std::uint32_t, std::uint64_t> file;
+    };
+    const auto namesIn = [](const std::string& path) {
+        const Directory directory = opened(path);
+        EntryReader reader;
+        reader.start(directory);
+        std::map<std::string, Names> result;
+        while (const DirectoryEntry* entry = reader.next())
+            result[std::string(entry->name)] = {.count = entry->names,
+                                                .file = {entry->volume, entry->number}};
+        return result;
+    };
+    auto seen = namesIn(tree.path());
+    EXPECT_EQ(seen["a"].count, 3U);
+    EXPECT_EQ(seen["second"].file, seen["a"].file);
+    EXPECT_EQ(namesIn(tree.path("f"))["a again"].file, seen["a"].file);
+    EXPECT_EQ(seen["pipe"].count, 2U);
+    EXPECT_EQ(seen["pipe"].file, seen["pipe too"].file);
+    EXPECT_NE(seen["pipe"].file, seen["a"].file);
+    EXPECT_EQ(seen["b"].count, 1U);
+    EXPECT_EQ(seen["f"].count, 1U) << "a folder has one name, whatever is in it";
+}
+
+TEST(Directory, KnowsItselfAgainWhereverItIs) {
+    const TempTree tree({folder("a", {folder("b")}), folder("c")});
+    const Directory a = opened(tree.path("a"));
+    const auto identity = a.identity();
+    ASSERT_TRUE(identity);
+    EXPECT_EQ(opened(tree.path("a")).identity(), identity);
+    EXPECT_EQ(opened(tree.path("a/b")).openParent()->identity(), identity);
+    EXPECT_NE(opened(tree.path("c")).identity(), identity);
+    ASSERT_EQ(std::rename(tree.path("a").c_str(), tree.path("c/a").c_str()), 0);
+    EXPECT_EQ(opened(tree.path("c/a")).identity(), identity);
+    EXPECT_EQ(Directory().identity(), std::nullopt);
+}
+
 TEST(EntryReader, ALinkHasNothingOfTheEntryBeforeIt) {
     const FileTime old = std::chrono::sys_days{std::chrono::year{2001} / 2 / 3};
     TempTree tree;

@@ -75,6 +75,53 @@ TEST(Scanner, MissingRootsContributeNothing) {
     scanning(tree.path("nobody"), tree.path("missing/T"), [] { EXPECT_TRUE(Scan().findings.empty()); });
 }
 
+/// The folder, its tenfold file, and as many more entries.
+test::TreeEntry tenNames(const std::string& folderName, const std::string& where) {
+    std::vector<test::TreeEntry> names = {file("film", 409'600'000)};
+    for (int i = 1; i < 10; ++i)
+        names.push_back(test::hardLink("film " + std::to_string(i), where + "/film"));
+    return folder(folderName, names);
+}
+
+TEST(Scanner, TenNamesOfOneFileAreReportedOnce) {
+    const TempTree tree({folder("h", {tenNames("Documents", "h/Documents"), tenNames(".npm", "h/.npm")}),
+                         folder("T", {tenNames("a", "T/a"), file("loose", 409'600'000),
+                                      test::hardLink("loose too", "T/loose")})});
+    scanning(tree.path("h"), tree.path("T"), [&] {
+        const Scan scan;
+        ASSERT_EQ(scan.findings.size(), 4U);
+        std::int64_t all = 0;
+        for (const Finding& finding : scan.findings) {
+            EXPECT_EQ(finding.heldElsewhere, 0) << finding.id;
+            all += finding.size;
+        }
+        EXPECT_EQ(all, tree.allocated("h/Documents/film") + tree.allocated("h/.npm/film") +
+                           tree.allocated("T/a/film") + tree.allocated("T/loose"));
+        EXPECT_EQ(scan.progress.files(), 32);
+        EXPECT_EQ(scan.progress.bytes(), all);
+        const auto film = std::ranges::find(scan.findings, true, &Finding::isPersonal);
+        EXPECT_EQ(film->urls.size(), 10U) << "all of them go, or nothing is freed";
+        EXPECT_TRUE(film->title.ends_with(" (10 öğe)")) << film->title;
+        EXPECT_EQ(film->original.title, film->title);
+    });
+}
+
+TEST(Scanner, TellsWhatStaysElsewhere) {
+    const TempTree tree(
+        {folder("h", {folder("Documents", {file("film", 409'600'000)}),
+                      folder(".npm", {file("x", 61'440'000), file("own", 61'440'000)})}),
+         folder("outside", {test::hardLink("film", "h/Documents/film"), test::hardLink("x", "h/.npm/x")})});
+    scanning(tree.path("h"), tree.path("missing/T"), [&] {
+        const Scan scan;
+        const Finding& film = scan.at(tree.path("h/Documents/film"));
+        EXPECT_EQ(film.size, tree.allocated("h/Documents/film"));
+        EXPECT_EQ(film.heldElsewhere, film.size);
+        EXPECT_EQ(bytesFreed(film), 0);
+        EXPECT_EQ(scan.at(tree.path("h/.npm")).heldElsewhere, tree.allocated("h/.npm/x"));
+        EXPECT_EQ(bytesFreed(scan.at(tree.path("h/.npm"))), tree.allocated("h/.npm/own"));
+    });
+}
+
 TEST(Scanner, StoppedScanIsEmpty) {
     const TempTree tree({folder("h", {folder(".npm", {file("x", 60'000'000)})}), folder("T")});
     scanning(tree.path("h"), tree.path("T"), [] {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/texts.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -43,6 +44,23 @@ TEST_F(DetailModelTest, WhatIsToBeKeptOrUnknownIsAskedAbout) {
         EXPECT_FALSE(detail.offersPermanent());
         EXPECT_TRUE(detail.asksBeforeTrash());
     }
+}
+
+TEST_F(DetailModelTest, TellsHowMuchIsFreedWhereThatIsLessThanTheSize) {
+    Finding shared = finding("/v/a", SafetyLevel::safe);
+    shared.size = 3'000'000'000;
+    EXPECT_EQ(show(shared).freedText(), QString());
+    shared.heldElsewhere = 2'700'000'000;
+    EXPECT_EQ(show(shared).freedText(),
+              QStringLiteral("Silince 300 MB boşalır: kalanı başka yerlerde de duruyor"));
+    EXPECT_EQ(show(shared).sizeText(), QStringLiteral("3 GB"));
+    shared.heldElsewhere = 4096;
+    EXPECT_EQ(show(shared).freedText(), QString()) << "nobody would see the difference";
+    shared.heldElsewhere = shared.size;
+    EXPECT_TRUE(show(shared).freedText().startsWith(QStringLiteral("Silince ") + Texts::bytes(0)));
+    shared.heldElsewhere = shared.size + 1;
+    EXPECT_TRUE(show(shared).freedText().startsWith(QStringLiteral("Silince ") + Texts::bytes(0)))
+        << "of members of a group that hold files together, each counts what the others have";
 }
 
 TEST_F(DetailModelTest, OtherActions) {

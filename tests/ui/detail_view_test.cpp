@@ -51,6 +51,19 @@ TEST_F(DetailViewTest, WhatIsToBeKeptIsAskedAboutByItsLevel) {
     ASSERT_TRUE(waitUntil([&] { return stage.count("clean trash /v/a") == 1; }));
 }
 
+TEST_F(DetailViewTest, WhatStaysElsewhereIsToldUnderTheSize) {
+    Finding shared = finding("/v/a", SafetyLevel::safe, 3'000'000'000);
+    shared.heldElsewhere = 2'700'000'000;
+    show({shared, finding("/v/b", SafetyLevel::safe, 2'000'000'000)});
+    EXPECT_TRUE(shows(QStringLiteral("freedNote")));
+    EXPECT_EQ(text(QStringLiteral("freedNote")),
+              QStringLiteral("Silince 300 MB boşalır: kalanı başka yerlerde de duruyor"));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_Down);
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
+    EXPECT_FALSE(shows(QStringLiteral("freedNote")));
+}
+
 TEST_F(DetailViewTest, ACautiousOneMovesAtOnceAndCannotBeDeletedForGood) {
     show({finding("/v/a", SafetyLevel::caution)});
     EXPECT_FALSE(shows(QStringLiteral("removePermanently")));

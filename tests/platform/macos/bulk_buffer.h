@@ -40,9 +40,12 @@ void put(Bytes& bytes, std::size_t at, Value value) {
 struct Written {
     std::optional<std::string> name;
     std::optional<std::uint32_t> error;
+    std::optional<std::uint32_t> volume;
     std::optional<std::uint32_t> type;
     std::optional<std::pair<std::int64_t, std::int64_t>> modified;
+    std::optional<std::uint64_t> number;
     std::optional<std::uint32_t> mountStatus;
+    std::optional<std::uint32_t> names;
     std::optional<std::int64_t> totalAllocated;
     std::optional<std::int64_t> dataAllocated;
 };
@@ -55,11 +58,12 @@ inline Bytes record(const Written& what) {
     append(bytes, std::uint32_t{0});
     const auto bit = [](const auto& field, std::uint32_t value) { return field ? value : 0U; };
     append(bytes, BulkBits::returnedAttributes | bit(what.name, BulkBits::name) |
-                      bit(what.error, BulkBits::error) | bit(what.type, BulkBits::objectType) |
-                      bit(what.modified, BulkBits::modified));
+                      bit(what.error, BulkBits::error) | bit(what.volume, BulkBits::volume) |
+                      bit(what.type, BulkBits::objectType) | bit(what.modified, BulkBits::modified) |
+                      bit(what.number, BulkBits::number));
     append(bytes, std::uint32_t{0});
     append(bytes, bit(what.mountStatus, BulkBits::mountStatus));
-    append(bytes, bit(what.totalAllocated, BulkBits::totalAllocated) |
+    append(bytes, bit(what.names, BulkBits::names) | bit(what.totalAllocated, BulkBits::totalAllocated) |
                       bit(what.dataAllocated, BulkBits::dataAllocated));
     append(bytes, std::uint32_t{0});
     if (what.error)
@@ -67,14 +71,20 @@ inline Bytes record(const Written& what) {
     const std::size_t reference = bytes.size();
     if (what.name)
         append(bytes, std::uint64_t{0});
+    if (what.volume)
+        append(bytes, *what.volume);
     if (what.type)
         append(bytes, *what.type);
     if (what.modified) {
         append(bytes, what.modified->first);
         append(bytes, what.modified->second);
     }
+    if (what.number)
+        append(bytes, *what.number);
     if (what.mountStatus)
         append(bytes, *what.mountStatus);
+    if (what.names)
+        append(bytes, *what.names);
     if (what.totalAllocated)
         append(bytes, *what.totalAllocated);
     if (what.dataAllocated)

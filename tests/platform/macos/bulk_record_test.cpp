@@ -38,8 +38,11 @@ Bytes ofLength(const Bytes& record, std::uint32_t length) {
 
 const Written wholeFile{.name = "dosya.txt",
                         .error = 0,
+                        .volume = 0x0100'0004,
                         .type = fileType,
                         .modified = {{1'000'000'000, 123'456'789}},
+                        .number = 0x1'0000'0007,
+                        .names = 3,
                         .totalAllocated = 12'288,
                         .dataAllocated = 8'192};
 
@@ -51,13 +54,16 @@ TEST(BulkRecord, HasEveryFieldOfAFile) {
     EXPECT_EQ(found->name.data()[found->name.size()], '\0') << "others take it as a C string";
     EXPECT_EQ(found->objectType, fileType);
     EXPECT_EQ(found->modified, FileTime(1'000'000'000s + 123'456us));
+    EXPECT_EQ(found->volume, 0x0100'0004U);
+    EXPECT_EQ(found->number, 0x1'0000'0007U);
+    EXPECT_EQ(found->names, 3U);
     EXPECT_EQ(found->mountStatus, std::nullopt);
     EXPECT_EQ(found->totalAllocated, 12'288);
     EXPECT_EQ(found->dataAllocated, 8'192);
 }
 
 TEST(BulkRecord, FieldsThatTheSystemLeftOutAreAbsentAndMoveTheOthersUp) {
-    for (unsigned absent = 0; absent < 32; ++absent) {
+    for (unsigned absent = 0; absent < 256; ++absent) {
         Written what = wholeFile;
         if ((absent & 1U) != 0)
             what.error.reset();
@@ -69,6 +75,12 @@ TEST(BulkRecord, FieldsThatTheSystemLeftOutAreAbsentAndMoveTheOthersUp) {
             what.totalAllocated.reset();
         if ((absent & 16U) != 0)
             what.dataAllocated.reset();
+        if ((absent & 32U) != 0)
+            what.volume.reset();
+        if ((absent & 64U) != 0)
+            what.number.reset();
+        if ((absent & 128U) != 0)
+            what.names.reset();
         const Bytes bytes = record(what);
         const auto found = only(bytes);
         ASSERT_TRUE(found) << absent;
@@ -77,6 +89,9 @@ TEST(BulkRecord, FieldsThatTheSystemLeftOutAreAbsentAndMoveTheOthersUp) {
         EXPECT_EQ(found->modified.has_value(), what.modified.has_value()) << absent;
         EXPECT_EQ(found->totalAllocated, what.totalAllocated) << absent;
         EXPECT_EQ(found->dataAllocated, what.dataAllocated) << absent;
+        EXPECT_EQ(found->volume, what.volume) << absent;
+        EXPECT_EQ(found->number, what.number) << absent;
+        EXPECT_EQ(found->names, what.names) << absent;
     }
 }
 
@@ -90,7 +105,9 @@ TEST(BulkRecord, HasEveryFieldInTheOrderOfItsGroupAndBit) {
     EXPECT_EQ(found->name, "dosya.txt");
     EXPECT_EQ(found->objectType, fileType);
     EXPECT_EQ(found->modified, FileTime(1'000'000'000s + 123'456us));
+    EXPECT_EQ(found->number, 0x1'0000'0007U);
     EXPECT_EQ(found->mountStatus, trigger);
+    EXPECT_EQ(found->names, 3U);
     EXPECT_EQ(found->totalAllocated, 12'288);
     EXPECT_EQ(found->dataAllocated, 8'192);
 }
@@ -250,7 +267,7 @@ TEST(BulkRecord, ANameNeverLeadsOutOfItsRecord) {
     EXPECT_FALSE(with(0, static_cast<std::uint32_t>(size)));
     EXPECT_FALSE(with(0, std::numeric_limits<std::uint32_t>::max()));
     EXPECT_FALSE(with(size - static_cast<std::int32_t>(fieldsOffset), 0)) << "without its zero byte";
-    EXPECT_FALSE(with(48, 3)) << "cut before its zero byte";
+    EXPECT_FALSE(with(64, 3)) << "cut before its zero byte";
 }
 
 TEST(BulkRecord, ANameHasItsZeroByteInItsRecord) {
@@ -367,6 +384,31 @@ TEST(BulkEntry, CountsAllForksOfAFileElseItsDataElseNothing) {
     EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = -most - 1}), 0);
     EXPECT_EQ(sizeOf({.name = "a", .type = fileType, .totalAllocated = -1}), 0);
     EXPECT_EQ(sizeOf({.name = "a", .type = linkType, .totalAllocated = 4'096}), 0) << "links hold nothing";
+}
+
+TEST(BulkEntry, KnowsAFileByItsNumberWhereItHasSeveralNames) {
+    const auto entry = [](const Written& what) {
+        const Bytes bytes = record(what);
+        return *entryOf(*only(bytes));
+    };
+    EXPECT_EQ(entry(wholeFile).names, 3U);
+    EXPECT_EQ(entry(wholeFile).volume, 0x0100'0004U);
+    EXPECT_EQ(entry(wholeFile).number, 0x1'0000'0007U);
+    Written what = wholeFile;
+    what.names = 1;
+    EXPECT_EQ(entry(what).names, 1U);
+    EXPECT_EQ(entry(what).number, 0U) << "nobody asks";
+    for (auto absent : {&Written::volume, &Written::names}) {
+        what = wholeFile;
+        what.*absent = std::nullopt;
+        EXPECT_EQ(entry(what).names, 1U) << "what cannot be told apart is a file of its own";
+    }
+    what = wholeFile;
+    what.number.reset();
+    EXPECT_EQ(entry(what).names, 1U);
+    what = wholeFile;
+    what.type = folderType;
+    EXPECT_EQ(entry(what).names, 1U) << "a folder's names are its own and those of the folders in it";
 }
 
 TEST(BulkEntry, HoldsDatesBeyondTheRangeAtItsEnds) {
