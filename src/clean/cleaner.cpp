@@ -23,9 +23,11 @@ namespace {
 using platform::Directory;
 using platform::FileError;
 
+/// Whether there is a cache is asked anew each time: until then its place may have become somebody's.
 const GuardRails& rails() {
-    static const GuardRails built(Paths::folders());
-    return built;
+    static const GuardRails withCache(Paths::folders(), true);
+    static const GuardRails without(Paths::folders(), false);
+    return Paths::hasOwnCache() ? withCache : without;
 }
 
 CleanFailure failed(std::string message) {

@@ -5,13 +5,18 @@
 #include <vector>
 
 namespace ulvak {
+namespace {
+
+constexpr std::size_t cachePrefix = 2;  ///< of the allowed ones
+
+}  // namespace
 
 std::string_view CleanPlace::folder() const {
     const std::size_t slash = relative.rfind('/');
     return std::string_view(relative).substr(0, slash == std::string::npos ? 0 : slash);
 }
 
-GuardRails::GuardRails(const UserFolders& folders)
+GuardRails::GuardRails(const UserFolders& folders, bool hasCache)
     : protected_{"/",
                  "/System",
                  "/Library",
@@ -46,7 +51,8 @@ GuardRails::GuardRails(const UserFolders& folders)
       forbidden_{"/System/", "/private/var/db/", "/private/var/vm/", "/usr/",
                  folders.home + "/Library/Keychains/"},
       allowed_{folders.home + "/", folders.temp + "/", folders.cache + "/", "/Applications/",
-               "/Users/Shared/"} {}
+               "/Users/Shared/"},
+      hasCache_(hasCache) {}
 
 std::optional<std::string> GuardRails::standardized(std::string_view path) {
     if (!path.starts_with('/') || path.find('\0') != std::string_view::npos)
@@ -81,6 +87,8 @@ std::optional<CleanPlace> GuardRails::place(std::string_view path) const {
     // Of folders that lie in one another the innermost: nothing above it is of any concern.
     const std::string* innermost = nullptr;
     for (const std::string& prefix : allowed_) {
+        if (&prefix == &allowed_[cachePrefix] && !hasCache_)
+            continue;
         if (item.starts_with(prefix) && (innermost == nullptr || prefix.size() > innermost->size()))
             innermost = &prefix;
     }

@@ -27,7 +27,8 @@ struct CleanPlace {
 /// What may be removed, judged by the text of a path alone. Immutable; safe from any thread.
 class GuardRails {
 public:
-    explicit GuardRails(const UserFolders& folders);
+    /// Without `hasCache` the cache folder's place is one like any other: see `Paths::hasOwnCache`.
+    explicit GuardRails(const UserFolders& folders, bool hasCache = true);
 
     /// Whether the item at an absolute path may be removed. Links are not resolved on purpose: the path that
     /// was shown is the path that is judged.
@@ -41,7 +42,7 @@ public:
     [[nodiscard]] const std::set<std::string, std::less<>>& protectedPaths() const { return protected_; }
     /// Nothing below is removed. All prefixes end in "/".
     [[nodiscard]] const std::array<std::string, 5>& forbiddenPrefixes() const { return forbidden_; }
-    /// Nothing is removed anywhere else.
+    /// Nothing is removed anywhere else; below the cache's only where there is one.
     [[nodiscard]] const std::array<std::string, 5>& allowedPrefixes() const { return allowed_; }
 
     /// An absolute path without ".", "..", doubled "/" and a "/" at the end, as text: "/a/../b" is "/b" even
@@ -55,6 +56,7 @@ private:
     std::set<std::string, std::less<>> protected_;
     std::array<std::string, 5> forbidden_;
     std::array<std::string, 5> allowed_;
+    bool hasCache_;
 };
 
 }  // namespace ulvak

@@ -26,6 +26,16 @@ std::string tidied(const std::string& path) {
     return result.empty() ? "/" : result;
 }
 
+std::string besideTemp(const std::string& temp) {
+    return Paths::join(Paths::parent(temp), "C");
+}
+
+/// Whether what is guessed to be the cache looks like one. What is missing does no harm.
+bool isGoodGuess(const UserFolders& folders) {
+    return Paths::lastComponent(folders.temp) == "T" && platform::isOwnFolder(folders.temp).value_or(true) &&
+           platform::isOwnFolder(folders.cache).value_or(true);
+}
+
 }  // namespace
 
 UserFolders UserFolders::ofCurrentUser() {
@@ -35,7 +45,7 @@ UserFolders UserFolders::ofCurrentUser() {
     if (const auto cache = platform::cacheDirectory())
         folders.cache = tidied(*cache);
     else
-        folders.cache = Paths::join(Paths::parent(folders.temp), "C");
+        folders.cache = besideTemp(folders.temp);
     folders.trash = tidied(platform::trashDirectory(folders.home));
     return folders;
 }
@@ -60,6 +70,9 @@ std::string expand(std::string_view text, const UserFolders& folders) {
 }
 
 bool hasOwnCache(const UserFolders& folders) {
+    const bool isGuessed = folders.cache == besideTemp(folders.temp) && !platform::cacheDirectory();
+    if (isGuessed && !isGoodGuess(folders))
+        return false;
     // The folder itself may be missing or be a link; where it stands decides as well as where it leads.
     const auto real = [](const std::string& path) { return platform::resolvedPath(path).value_or(path); };
     const std::string home = real(folders.home);

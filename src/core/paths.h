@@ -39,9 +39,11 @@ namespace Paths {
 /// anything else comes back unchanged.
 [[nodiscard]] std::string expand(std::string_view text, const UserFolders& folders = Paths::folders());
 
-/// Whether `cache` is a folder of its own. Where its place is derived from the temporary folder's it may come
-/// to lie in the home folder, or be a link there, and "~/C" may well be somebody's work; "/C" may be a disk
-/// of somebody's. Then there is no cache folder to speak of. Looks at the disk.
+/// Whether `cache` is a cache. Where the system names none, its place is derived from the temporary folder's,
+/// and what stands there may be anything: it is believed only beside a temporary folder named "T", as the
+/// systems have it that name one, and where neither is somebody else's or a link. In the home folder, or as
+/// a link there, it never is: "~/C" may well be somebody's work; nor is "/C", which may be somebody's disk.
+/// Without one nothing is scanned, called a cache or removed for lying there. Looks at the disk.
 [[nodiscard]] bool hasOwnCache(const UserFolders& folders = Paths::folders());
 
 /// The short form of a full path for the user: "~/Library", "Geçici klasör/x", "Sistem önbelleği/x". The

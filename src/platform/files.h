@@ -35,6 +35,9 @@ struct FileInfo {
 /// The names in a folder, in the system's order, hidden ones included. Empty when it cannot be listed.
 [[nodiscard]] std::vector<std::string> listNames(const std::string& path);
 
+/// Whether what is at `path` is a folder of this user's and no link. Absent when nothing is there.
+[[nodiscard]] std::optional<bool> isOwnFolder(const std::string& path);
+
 /// `path` with every link on the way resolved; absent when nothing is there.
 [[nodiscard]] std::optional<std::string> resolvedPath(const std::string& path);
 

@@ -73,6 +73,23 @@ TEST(Cleaner, AFindingWhoseLastItemIsProtectedRemovesNothing) {
     });
 }
 
+TEST(Cleaner, RemovesBesideTheTemporaryFolderOnlyWhereThatMakesACache) {
+    const TempTree tree({folder("home"), folder("data", {folder("T"), folder("tmp"),
+                                                         folder("C", {file("one", 1), file("two", 1)})})});
+    const auto cleanWith = [&](const char* temp, const char* name) {
+        inChild([&] {
+            const ScopedEnvironment environment(
+                {{"HOME", tree.path("home")}, {"TMPDIR", tree.path(temp)}, {"XDG_DATA_HOME", std::nullopt}});
+            for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent})
+                (void)Cleaner::clean(finding({tree.path(name)}), mode);
+        });
+    };
+    cleanWith("data/tmp", "data/C/one");
+    cleanWith("data/T", "data/C/two");
+    EXPECT_TRUE(exists(tree.path("data/C/one")));
+    EXPECT_FALSE(exists(tree.path("data/C/two")));
+}
+
 TEST(Cleaner, ARefusalShowsThePathAsItWasGiven) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {

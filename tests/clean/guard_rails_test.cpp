@@ -97,6 +97,16 @@ TEST(GuardRails, NothingIsAllowedInAHomeThatIsTheRoot) {
     EXPECT_TRUE(rails.isAllowed("/tmp/x"));
 }
 
+TEST(GuardRails, WithoutACacheItsPlaceIsLikeAnyOther) {
+    const UserFolders outside{.home = "/h", .temp = "/data/tmp", .cache = "/data/C"};
+    EXPECT_TRUE(GuardRails(outside).isAllowed("/data/C/work"));
+    EXPECT_FALSE(GuardRails(outside, false).isAllowed("/data/C/work"));
+    EXPECT_TRUE(GuardRails(outside, false).isAllowed("/data/tmp/x"));
+    const GuardRails inHome({.home = "/h", .temp = "/h/tmp", .cache = "/h/C"}, false);
+    EXPECT_EQ(inHome.place("/h/C/work"), (CleanPlace{.anchor = "/h", .relative = "C/work"}));
+    EXPECT_FALSE(inHome.isAllowed("/h/C"));
+}
+
 TEST(GuardRails, OfNestedFoldersTheInnermostIsTheAnchor) {
     const GuardRails rails({.home = "/h", .temp = "/h/tmp", .cache = "/h/C"});
     EXPECT_EQ(rails.place("/h/tmp/a/b"), (CleanPlace{.anchor = "/h/tmp", .relative = "a/b"}));

@@ -2,13 +2,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "platform/user_folders.h"
 #include "support/environment.h"
+#include "support/isolation.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {
@@ -77,6 +80,52 @@ TEST(HasOwnCache, LinksDoNotHideThatItLiesInTheHomeFolder) {
     EXPECT_FALSE(has("home-link", "home/C")) << "the home folder by another name";
     EXPECT_FALSE(has("home", "home-link/C"));
     EXPECT_FALSE(has("home", "home/outwards/real")) << "as it is written";
+}
+
+/// With these two in `tree`, and the home folder somewhere else.
+bool believesIn(const TempTree& tree, const char* temp, const char* cache) {
+    return Paths::hasOwnCache(
+        {.home = "/home/ayse", .temp = tree.path(temp), .cache = tree.path(cache), .trash = {}});
+}
+
+TEST(HasOwnCache, OfAGuessOnlyBesideATemporaryFolderNamedT) {
+    if (platform::cacheDirectory())
+        GTEST_SKIP() << "here the system names its cache";
+    const TempTree tree(
+        {folder("tmp"), folder("t"), folder("T"), folder("C"), folder("outer", {folder("T")})});
+    EXPECT_TRUE(believesIn(tree, "T", "C"));
+    EXPECT_TRUE(believesIn(tree, "outer/T", "outer/C")) << "missing, and so nobody's";
+    for (const char* temp : {"tmp", "t", "missing"})
+        EXPECT_FALSE(believesIn(tree, temp, "C")) << temp;
+}
+
+TEST(HasOwnCache, OfAGuessOnlyWhereBothAreFolders) {
+    if (platform::cacheDirectory())
+        GTEST_SKIP() << "here the system names its cache";
+    const TempTree tree({folder("work"), folder("a", {folder("T"), link("C", "../work")}),
+                         folder("b", {link("T", "../work"), folder("C")}),
+                         folder("c", {folder("T"), test::file("C", 1)})});
+    for (const char* name : {"a", "b", "c"})
+        EXPECT_FALSE(believesIn(tree, (std::string(name) + "/T").c_str(), (std::string(name) + "/C").c_str()))
+            << name;
+}
+
+TEST(HasOwnCache, OfAGuessOnlyWhereBothAreThisUsers) {
+    if (platform::cacheDirectory())
+        GTEST_SKIP() << "here the system names its cache";
+    const TempTree tree({folder("a", {folder("T"), folder("C")}), folder("b", {folder("T"), folder("C")})});
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    if (::chown(tree.path("a/T").c_str(), test::unprivilegedId, test::unprivilegedId) != 0)
+        GTEST_SKIP() << "only root can have folders that are somebody else's";
+    ASSERT_EQ(::chown(tree.path("b/C").c_str(), test::unprivilegedId, test::unprivilegedId), 0);
+    EXPECT_FALSE(believesIn(tree, "a/T", "a/C"));
+    EXPECT_FALSE(believesIn(tree, "b/T", "b/C"));
+    ASSERT_EQ(::chown(tree.path("a/C").c_str(), test::unprivilegedId, test::unprivilegedId), 0);
+    test::asUnprivileged([&] {
+        EXPECT_TRUE(believesIn(tree, "a/T", "a/C"));
+        EXPECT_FALSE(believesIn(tree, "b/T", "b/C"));
+    });
 }
 
 TEST(UserFolders, TheRootFolderIsASlash) {

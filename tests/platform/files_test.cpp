@@ -148,6 +148,17 @@ TEST(ListNames, IsEmptyForAFolderThisUserMayNotList) {
     test::asUnprivileged([&] { EXPECT_THAT(listNames(tree.path("locked")), IsEmpty()); });
 }
 
+TEST(IsOwnFolder, HoldsForFoldersOfThisUserAlone) {
+    const TempTree tree({folder("own"), file("file"), link("link", "own"), link("nowhere", "absent")});
+    EXPECT_EQ(isOwnFolder(tree.path("own")), true);
+    for (const char* name : {"file", "link", "nowhere", "file/x"})
+        EXPECT_EQ(isOwnFolder(tree.path(name)), false) << name;
+    EXPECT_EQ(isOwnFolder(tree.path("absent")), std::nullopt);
+    if (const auto reason = test::whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    test::asUnprivileged([] { EXPECT_EQ(isOwnFolder("/"), false); });
+}
+
 TEST(ResolvedPath, HasNoLinksDotsOrDoubledSlashes) {
     const TempTree tree({folder("a", {folder("b")}), link("l", "a")});
     EXPECT_EQ(resolvedPath(tree.path("l/b")), tree.path("a/b"));

@@ -143,6 +143,17 @@ TEST(Scanner, CacheLiesBesideTheTemporaryFolder) {
     });
 }
 
+TEST(Scanner, WhatLiesBesideATemporaryFolderOfAnyOtherNameIsNoCache) {
+    const TempTree tree(
+        {folder("h"), folder("data", {folder("tmp", {file("x", 60'000'000)}),
+                                      folder("C", {folder("work", {file("y", 70'000'000)})})})});
+    scanning(tree.path("h"), tree.path("data/tmp"), [&] {
+        const Scan scan;
+        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("data/tmp/x")));
+        EXPECT_EQ(scan.progress.files(), 1);
+    });
+}
+
 TEST(Scanner, TemporaryFolderBelowHomeIsCountedOnce) {
     const TempTree tree({folder(
         "h", {folder("tmp", {file("x", 60'000'000)}), folder(".npm", {file("y", 60'000'000)}),

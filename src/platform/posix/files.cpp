@@ -1,7 +1,10 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -23,6 +26,13 @@ std::vector<std::string> listNames(const std::string& path) {
             names.emplace_back(name);
     }
     return names;
+}
+
+std::optional<bool> isOwnFolder(const std::string& path) {
+    struct stat status{};
+    if (::lstat(path.c_str(), &status) == 0)
+        return S_ISDIR(status.st_mode) && status.st_uid == ::geteuid();
+    return errno == ENOENT ? std::nullopt : std::optional(false);
 }
 
 std::optional<std::string> resolvedPath(const std::string& path) {
