@@ -124,7 +124,8 @@ public:
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
     QCoro::Task<> emptyTrash();
 
-    void reveal(const Finding& finding);
+    /// Tells when nothing opens.
+    QCoro::Task<> reveal(const Finding& finding);
     void openFullDiskAccessSettings();
     void dismissAlert();
 

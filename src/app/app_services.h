@@ -36,8 +36,8 @@ struct AppServices {
         classify;
     std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode)> clean;
     std::function<std::expected<void, CleanFailure>()> emptyTrash;
-    /// Shows and selects all these items in the file browser.
-    std::function<void(std::span<const std::string> paths)> reveal;
+    /// Shows and selects all these items in the file browser. False when there is none that opens.
+    std::function<bool(std::span<const std::string> paths)> reveal;
     std::function<void(std::string_view url)> openUrl;
 
     /// Whether the system has a page of settings on which the user can let this program see more.
