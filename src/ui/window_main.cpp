@@ -1,12 +1,14 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 #include <QtPlugin>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 
 #include "app/app_model.h"
+#include "ui/appearance.h"
 #include "ui/motion.h"
 #include "ui/open_window.h"
 #include "ui/window_model.h"
@@ -22,16 +24,21 @@ int main(int argc, char* argv[]) {
     QGuiApplication application(argc, argv);
     std::signal(SIGABRT, SIG_DFL);
     QGuiApplication::setApplicationName(QStringLiteral("Ulvak"));
+    // What a task bar shows beside the title of a window that does not name the program itself.
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ulvak"));
     QGuiApplication::setDesktopFileName(QStringLiteral("ulvak"));
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
 
     const QStringList arguments = QGuiApplication::arguments().mid(1);
+    DesktopAppearance appearance;
     AppModel app;
     WindowModel window(app);
     QQmlApplicationEngine engine;
-    if (openWindow(engine, window, {{QStringLiteral("reducedMotion"), wantsReducedMotion(arguments)}}) ==
-        nullptr)
+    QQuickWindow* view =
+        openWindow(engine, window, {{QStringLiteral("reducedMotion"), wantsReducedMotion(arguments)}});
+    if (view == nullptr)
         return EXIT_FAILURE;
+    appearance.follow(*view);
     window.launch(arguments);
     const int status = QGuiApplication::exec();
     // A walk over a dead disk or a server that says nothing must not keep a closed program alive.
