@@ -208,10 +208,9 @@ int main(int argc, char* argv[]) {
         return 1;
     Pictures pictures(*view, QDir(QString::fromLocal8Bit(argv[1])), QString::fromLocal8Bit(argv[2]));
 
-    if (argc > 4) {
-        const QList<QByteArray> size = QByteArray(argv[4]).split('x');
-        view->resize(size.value(0).toInt(), size.value(1).toInt());
-    }
+    // Whatever the screen is, which is a small one where there is no display.
+    const QList<QByteArray> size = QByteArray(argc > 4 ? argv[4] : "1320x840").split('x');
+    view->resize(size.value(0).toInt(), size.value(1).toInt());
     view->requestActivate();
 
     pictures.take(QStringLiteral("welcome"));

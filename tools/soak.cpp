@@ -185,7 +185,7 @@ AppServices servicesWithin() {
         return Cleaner::clean(finding, mode, alone);
     };
     services.emptyTrash = [] { return Cleaner::emptyTrash(alone); };
-    services.reveal = [](std::span<const std::string>) {};
+    services.reveal = [](std::span<const std::string>) { return true; };
     services.openUrl = [](std::string_view) {};
     return services;
 }

@@ -616,9 +616,15 @@ QCoro::Task<> AppModel::countTrashed() {
         assign(trashedBytes_, std::min(trashedBytes_, bytes), &AppModel::trashedBytesChanged);
 }
 
-void AppModel::reveal(const Finding& finding) {
+QCoro::Task<> AppModel::reveal(const Finding& finding) {
     expectUiThread();
-    workers_->post([reveal = services_.reveal, urls = finding.urls] { reveal(urls); });
+    const std::vector<std::string> urls = finding.urls;  // the finding may go while the desktop is asked
+    auto work = workers_->run([reveal = services_.reveal, urls] { return reveal(urls); });
+    const bool isShown = co_await work;
+    if (!isShown && !isEnding_)
+        showAlert("Klasör açılamadı",
+                  "“" + Paths::display(urls.front()) +
+                      "” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı.");
 }
 
 void AppModel::openFullDiskAccessSettings() {

@@ -151,7 +151,8 @@ public:
     QCoro::Task<> emptyTrashAsAsked(QUuid question);
     void dismissTrashQuestion();
 
-    void reveal(const Finding& finding);
+    /// Tells when nothing opens.
+    QCoro::Task<> reveal(const Finding& finding);
     void openFullDiskAccessSettings();
     void dismissAlert();
 

@@ -46,8 +46,8 @@ struct AppServices {
         emptyTrashByDesktop;
     /// For file managers, after a batch.
     std::function<void(std::span<const platform::TrashedItem>)> recordTrashed;
-    /// Shows and selects all these items in the file browser.
-    std::function<void(std::span<const std::string> paths)> reveal;
+    /// Shows and selects all these items in the file browser. False when there is none that opens.
+    std::function<bool(std::span<const std::string> paths)> reveal;
     std::function<void(std::string_view url)> openUrl;
 
     /// Whether the system has a page of settings on which the user can let this program see more.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -16,7 +17,7 @@ struct Overloaded : Cases... {
     using Cases::operator()...;
 };
 
-constexpr std::array<std::pair<int, std::string_view>, 15> reasons = {{
+constexpr std::array<std::pair<int, std::string_view>, 31> reasons = {{
     {EACCES, "bunun için iznin yok."},
     {EPERM, "bunun için iznin yok ya da öğe değiştirilemez olarak işaretli."},
     {ENOENT, "öğe artık yerinde değil."},
@@ -32,15 +33,31 @@ constexpr std::array<std::pair<int, std::string_view>, 15> reasons = {{
     {ESTALE, "öğe bu sırada başka bir yere taşındı."},
     {EDEADLK, "klasörün içindekiler bu bilgisayarda değil; indirilmeden silinemiyor."},
     {ENOTSUP, "bu diskte çöp kutusu yok."},
+    {ENAMETOOLONG, "adı ya da yolu bu disk için çok uzun."},
+    {EEXIST, "aynı adda başka bir öğe var."},
+    {EISDIR, "öğe artık bir klasör."},
+    {EINVAL, "disk buna izin vermiyor."},
+    {ETXTBSY, "öğe şu anda çalışan bir program."},
+    {EMLINK, "klasörde daha fazla öğeye yer yok."},
+    {EFBIG, "dosya bu disk için çok büyük."},
+    {EMFILE, "aynı anda çok fazla dosya açık."},
+    {ENFILE, "bilgisayarda aynı anda çok fazla dosya açık."},
+    {ENOMEM, "bellek yetmedi."},
+    {EAGAIN, "sistem şu anda çok meşgul; biraz sonra yeniden dene."},
+    {EINTR, "işlem yarıda kesildi; yeniden dene."},
+    {ENODEV, "disk artık bağlı değil."},
+    {ENXIO, "disk artık bağlı değil."},
+    {ETIMEDOUT, "disk ya da sunucu yanıt vermiyor."},
+    {ENOEXEC, "bu bilgisayarda çalışmıyor."},
 }};
 
-/// Why, in Turkish; the system's own words for what is rare.
+/// Why, in Turkish. What is rare is told by its number: the system's own words are in another language.
 std::string reason(std::error_code code) {
     for (const auto& [number, text] : reasons) {
         if (code == std::error_code(number, std::generic_category()))
             return std::string(text);
     }
-    return code.message() + ".";
+    return "sistem beklenmedik bir hata bildirdi (" + std::to_string(code.value()) + ").";
 }
 
 std::string describe(const platform::FileError& error) {

@@ -8,9 +8,12 @@ AbstractButton {
     /// Off for what destroys: Return is pressed too easily.
     property bool activatesOnReturn: true
 
+    /// For what gets the keyboard in this button's place: whether it shows.
+    readonly property int reasonToHandOn: visualFocus ? Qt.TabFocusReason : Qt.MouseFocusReason
+
     /// What a click does.
     function activate() {
-        if (enabled)
+        if (enabled && visible)
             clicked()
     }
 
@@ -22,6 +25,9 @@ AbstractButton {
 
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
+
+    // The toolkit leaves the keyboard with what it hides.
+    onVisibleChanged: if (!visible) focus = false
 
     Accessible.role: Accessible.Button
     Accessible.name: text

@@ -44,7 +44,7 @@ Rectangle {
             Layout.columnSpan: row.isTight ? 2 : 1
             Layout.fillWidth: true
         }
-        // Below the text where there is too little room beside it.
+        // At the end of the line, or below the text where there is too little room beside it.
         RowLayout {
             id: place
             spacing: Theme.spaceM
@@ -52,6 +52,8 @@ Rectangle {
             Layout.row: row.isTight ? 1 : 0
             Layout.columnSpan: row.isTight ? 3 : 1
             Layout.maximumWidth: row.width
+            Layout.fillWidth: false  // or it would share the room that the text leaves
+            Layout.alignment: Qt.AlignRight | Qt.AlignVCenter
         }
     }
 }

@@ -66,16 +66,26 @@ ColumnLayout {
             Accessible.name: "Analiz edilen"
         }
         PushButton {
+            id: cancelBatch
             objectName: "cancelBatch"
             visible: root.app.isBatchRunning
             text: "Durdur"
-            onClicked: root.app.cancelBatch()
+            onClicked: {
+                const reason = reasonToHandOn
+                root.app.cancelBatch()
+                analyzeAll.forceActiveFocus(reason)
+            }
         }
         PushButton {
+            id: analyzeAll
             objectName: "analyzeAll"
             visible: !root.app.isBatchRunning && root.app.isModelAvailable
             text: "Hepsini Analiz Et"
-            onClicked: root.app.analyzeAllUncertain()
+            onClicked: {
+                const reason = reasonToHandOn
+                root.app.analyzeAllUncertain()
+                cancelBatch.forceActiveFocus(reason)
+            }
         }
     }
 }

@@ -71,6 +71,7 @@ Popup {
                         objectName: "dialogTitle"
                         text: root.title
                         textFormat: Text.PlainText
+                        horizontalAlignment: Text.AlignLeft
                         color: Theme.text
                         font.pixelSize: Theme.headline
                         font.bold: true
@@ -81,6 +82,7 @@ Popup {
                         objectName: "dialogMessage"
                         text: root.message
                         textFormat: Text.PlainText
+                        horizontalAlignment: Text.AlignLeft
                         color: Theme.secondary
                         font.pixelSize: Theme.body
                         wrapMode: Text.WrapAtWordBoundaryOrAnywhere

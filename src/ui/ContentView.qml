@@ -9,17 +9,39 @@ Item {
 
     required property var app
 
-    // In a narrow window the content keeps its least width, and the columns beside it give theirs.
+    readonly property real scale13: Math.max(1, Math.min(Theme.base / 13, 1.6))
+    // What the columns beside the content have where there is room; what the user gives them is remembered here.
+    property real sideWish: Math.max(230 * scale13, Math.min(side.wholeWidth, 270 * scale13))
+    property real detailWish: 380
+    // On a screen that is too small for all three together, each gives its part.
+    readonly property real squeeze: Math.min(1, columns.width / 952)
+
+    // In a narrow window the content keeps its least width, and the columns beside it give theirs until there is room.
     function fit() {
         const room = columns.width - content.SplitView.minimumWidth - 2
-        const narrow = (item, other) => {
-            const width = Math.max(item.SplitView.minimumWidth, room - other)
-            if (item.SplitView.preferredWidth > width)
-                item.SplitView.preferredWidth = width
+        const give = (item, wish, other) => {
+            item.fitted = Math.max(item.SplitView.minimumWidth, Math.min(wish, room - other))
+            item.SplitView.preferredWidth = item.fitted
         }
-        narrow(detail, side.SplitView.preferredWidth)
-        narrow(side, detail.SplitView.preferredWidth)
+        give(detail, detailWish, sideWish)
+        give(side, sideWish, detail.fitted)
     }
+
+    function rememberDragged() {
+        if (side.SplitView.preferredWidth !== side.fitted)
+            sideWish = side.SplitView.preferredWidth
+        if (detail.SplitView.preferredWidth !== detail.fitted)
+            detailWish = detail.SplitView.preferredWidth
+        fit()
+    }
+
+    // What had the keyboard has gone with the face that it stood on.
+    function keepFocus() {
+        if (app.phase === "scanning" && app.isOverview && content.activeFocus)
+            bar.focusScanButton(Qt.TabFocusReason)
+    }
+
+    onSideWishChanged: fit()
 
     ColumnLayout {
         anchors.fill: parent
@@ -35,6 +57,7 @@ Item {
             objectName: "columns"
             orientation: Qt.Horizontal
             onWidthChanged: root.fit()
+            onResizingChanged: if (!resizing) root.rememberDragged()
             Layout.fillWidth: true
             Layout.fillHeight: true
 
@@ -57,13 +80,13 @@ Item {
                 id: side
                 app: root.app
                 focus: true
-                SplitView.minimumWidth: 210
-                SplitView.preferredWidth: 230 * Math.max(1, Math.min(Theme.base / 13, 1.6))
+                property real fitted: 0
+                SplitView.minimumWidth: Math.floor(210 * root.squeeze)
             }
             FocusScope {
                 id: content
                 objectName: "content"
-                SplitView.minimumWidth: 420
+                SplitView.minimumWidth: Math.floor(420 * root.squeeze)
                 SplitView.preferredWidth: 520
                 SplitView.fillWidth: true
 
@@ -80,20 +103,28 @@ Item {
             DetailContainer {
                 id: detail
                 app: root.app
-                SplitView.minimumWidth: 320
-                SplitView.preferredWidth: 380
+                property real fitted: 0
+                SplitView.minimumWidth: Math.floor(320 * root.squeeze)
                 onFocusLost: content.forceActiveFocus()
             }
         }
     }
 
+    Connections {
+        target: root.app
+        // Later: what has been pressed may hand the keyboard on itself.
+        function onPhaseChanged() { Qt.callLater(root.keepFocus) }
+    }
     Shortcut {
         sequences: ["F10"]
         onActivated: bar.openMenu()
     }
     Component {
         id: overview
-        OverviewView { app: root.app }
+        OverviewView {
+            app: root.app
+            onScanBegun: reason => bar.focusScanButton(reason)
+        }
     }
     Component {
         id: list

@@ -98,6 +98,7 @@ ColumnLayout {
             objectName: "relabel"
             width: Math.min(implicitWidth, others.width)
             text: "Etiketi Değiştir"
+            opensMenu: true
             Accessible.role: Accessible.ButtonMenu
             onClicked: levels.openFromKeyboard(visualFocus)
 

@@ -39,6 +39,7 @@ ColumnLayout {
                 id: name
                 text: line.modelData.name
                 textFormat: Text.PlainText
+                horizontalAlignment: Text.AlignLeft
                 color: Theme.text
                 font.pixelSize: Theme.body
                 elide: Text.ElideMiddle

@@ -13,6 +13,15 @@ ColumnLayout {
     /// What the bar lies on.
     property color surface: Theme.window
 
+    // Where each part ends: at whole units, or what is between two could be lost.
+    readonly property var ends: {
+        let sum = 0
+        return segments.map(segment => {
+            sum += Math.max(0, segment.fraction)
+            return Math.round(bar.width * sum)
+        })
+    }
+
     spacing: Theme.spaceS
 
     Accessible.role: Accessible.Graphic
@@ -42,7 +51,7 @@ ColumnLayout {
 
                     objectName: "segment-" + (isOther ? "other" : segment.level)
                     visible: segment.fraction > 0
-                    width: Math.max(0, bar.width * segment.fraction)
+                    width: (root.ends[index] ?? 0) - (root.ends[index - 1] ?? 0)
                     height: row.height
                     gradient: Gradient {
                         GradientStop { position: 0; color: part.isOther ? part.tint : Qt.lighter(part.tint, Theme.dark ? 1.1 : 1.3) }

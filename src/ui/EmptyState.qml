@@ -15,7 +15,7 @@ Item {
 
     ColumnLayout {
         anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * Theme.padding, 340 * Theme.u)
+        width: Math.round(Math.min(parent.width - 2 * Theme.padding, 340 * Theme.u))
         spacing: Theme.spaceM
 
         Symbol {

@@ -57,7 +57,11 @@ Item {
                 enabled: !root.app.isBatchRunning
                 text: "Analiz Et"
                 symbol: "apple.intelligence"
-                onClicked: root.app.analyzeAllUncertain()
+                onClicked: {
+                    // It cannot be used while they are analysed; the rows show how that goes.
+                    rows.forceActiveFocus(reasonToHandOn)
+                    root.app.analyzeAllUncertain()
+                }
                 ToolTipText {
                     visible: analyze.hovered
                     text: "Bilinmeyen ve tahmin edilen klasörleri Apple Intelligence ile analiz et"
@@ -65,6 +69,7 @@ Item {
             }
         }
         Loader {
+            id: rows
             focus: true
             Layout.fillWidth: true
             Layout.fillHeight: true

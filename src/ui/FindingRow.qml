@@ -65,7 +65,7 @@ Item {
     Item {
         id: words
         x: Theme.spaceM + symbol.width + Theme.spaceM
-        y: (root.height - root.lines) / 2
+        y: Math.round((root.height - root.lines) / 2)
         width: figures.x - x - Theme.spaceM
 
         Text {
@@ -73,6 +73,7 @@ Item {
             width: Math.min(implicitWidth, words.width - (root.hasMark && !root.isMarkBelow ? mark.width + Theme.spaceS : 0))
             text: root.title
             textFormat: Text.PlainText
+            horizontalAlignment: Text.AlignLeft
             color: Theme.text
             font.pixelSize: Theme.body
             elide: Text.ElideMiddle
@@ -80,8 +81,8 @@ Item {
         }
         Loader {
             id: mark
-            x: root.isMarkBelow ? 0 : titleText.width + Theme.spaceS
-            y: root.isMarkBelow ? titleText.height + root.gap : (titleText.height - height) / 2
+            x: root.isMarkBelow ? 0 : Math.ceil(titleText.width) + Theme.spaceS
+            y: Math.round(root.isMarkBelow ? titleText.height + root.gap : (titleText.height - height) / 2)
             width: Math.min(implicitWidth, words.width)
             active: root.hasMark
             sourceComponent: root.isAnalyzing ? busyMark : sourceMark
@@ -92,6 +93,7 @@ Item {
             width: words.width
             text: root.location
             textFormat: Text.PlainText
+            horizontalAlignment: Text.AlignLeft
             color: Theme.secondary
             font.pixelSize: Theme.caption
             elide: Text.ElideMiddle
@@ -102,7 +104,7 @@ Item {
         id: figures
         readonly property real gap: Math.round(5 * Theme.u)
         x: root.width - Theme.spaceM - width
-        y: (root.height - height) / 2
+        y: Math.round((root.height - height) / 2)
         width: Math.max(amount.width, bar.width)
         height: amount.height + gap + bar.height
 

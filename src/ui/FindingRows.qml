@@ -32,7 +32,7 @@ ListView {
         }
         const item = row < 0 ? null : itemAtIndex(row)
         if (item)
-            menu.openFor(item.findingId, item, Qt.point(item.width / 3, item.height), true)
+            menu.openFor(item.findingId, item, Qt.point(Math.round(item.width / 3), item.height), true)
     }
 
     function type(letters: string) {
@@ -50,6 +50,7 @@ ListView {
     activeFocusOnTab: true
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
+    pixelAligned: true
     leftMargin: Theme.spaceM
     rightMargin: Theme.spaceM
     bottomMargin: Theme.spaceM

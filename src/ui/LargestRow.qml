@@ -28,6 +28,7 @@ ActionButton {
             id: title
             text: root.text
             textFormat: Text.PlainText
+            horizontalAlignment: Text.AlignLeft
             color: Theme.text
             font.pixelSize: Theme.body
             elide: Text.ElideMiddle

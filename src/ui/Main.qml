@@ -9,6 +9,8 @@ ApplicationWindow {
     required property var app
     /// "light" or "dark"; empty follows the desktop.
     property string appearance: ""
+    /// What the desktop asks for, in the same words; empty where it does not say.
+    property string desktopAppearance: ""
 
     property bool reducedMotion: false
 
@@ -18,7 +20,6 @@ ApplicationWindow {
     height: 840
     minimumWidth: 1000
     minimumHeight: 640
-    visible: true
     color: Theme.window
 
     onClosing: event => { event.accepted = root.app.mayClose() }
@@ -26,7 +27,7 @@ ApplicationWindow {
     Binding {
         target: Theme
         property: "appearance"
-        value: root.appearance
+        value: root.appearance || root.desktopAppearance
     }
     Binding {
         target: Theme

@@ -33,7 +33,7 @@ MenuItem {
         Text {
             visible: text !== ""
             text: root.shortcut
-            color: Theme.secondary
+            color: root.highlighted ? Theme.text : Theme.secondary
             font: root.font
         }
     }
@@ -43,7 +43,7 @@ MenuItem {
         color: Theme.secondary
         size: Theme.caption
         x: root.width - width - Theme.spaceS
-        y: (root.height - height) / 2
+        y: Math.round((root.height - height) / 2)
     }
     background: Rectangle {
         radius: Theme.radiusS - 1

@@ -2,12 +2,14 @@ import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
-/// What the language model can say about the finding, and a note for it.
-Rectangle {
+/// What the language model can say about the finding, and a note for it. Has the keyboard itself while its button
+/// waits for an answer.
+FocusScope {
     id: root
 
     required property var app
     readonly property var detail: app.detail
+    readonly property bool hasFocus: Window.activeFocusItem === root
 
     function forget() {
         note.text = ""  // and with it what could be undone
@@ -15,13 +17,19 @@ Rectangle {
 
     objectName: "modelSection"
     implicitHeight: column.implicitHeight + 2 * Math.round(14 * Theme.u)
-    radius: Theme.radiusM
-    color: Theme.faint(Theme.purple, 0.06)
-    border.color: Theme.faint(Theme.purple, 0.2)
 
     Accessible.role: Accessible.Grouping
     Accessible.name: "Apple Intelligence"
+    Accessible.focusable: hasFocus
+    Accessible.focused: hasFocus
 
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radiusM
+        color: Theme.faint(Theme.purple, 0.06)
+        border.width: root.hasFocus ? 2 : 1
+        border.color: root.hasFocus ? Theme.accent : Theme.faint(Theme.purple, 0.2)
+    }
     ColumnLayout {
         id: column
         anchors.fill: parent
@@ -104,7 +112,7 @@ Rectangle {
                 radius: Theme.radiusS
                 color: Theme.raised
                 border.width: note.activeFocus ? 2 : 1
-                border.color: note.activeFocus ? Theme.accent : note.hovered ? Theme.tertiary : Theme.line
+                border.color: note.activeFocus ? Theme.accent : note.hovered ? Theme.secondary : Theme.edge
             }
         }
         PushButton {

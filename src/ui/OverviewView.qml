@@ -7,6 +7,9 @@ ScrollColumn {
 
     required property var app
 
+    /// By the welcome's button, which had the keyboard by this `Qt.FocusReason`, and goes.
+    signal scanBegun(int reason)
+
     objectName: "overview"
 
     Loader {
@@ -18,7 +21,10 @@ ScrollColumn {
 
     Component {
         id: welcome
-        WelcomeFace { app: root.app }
+        WelcomeFace {
+            app: root.app
+            onScanBegun: reason => root.scanBegun(reason)
+        }
     }
     Component {
         id: scanning

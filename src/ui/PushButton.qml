@@ -9,12 +9,13 @@ ActionButton {
     property bool prominent: false
     property bool destructive: false
     property bool busy: false
+    property bool opensMenu: false
     property color tint: destructive ? Theme.red : Theme.accent
     property real labelPadding: 0
     readonly property color ink: prominent ? Theme.onTint : destructive ? Theme.red : Theme.text
 
-    implicitHeight: Math.max(Theme.controlHeight, content.implicitHeight + 2 * (5 * Theme.u + labelPadding))
-    implicitWidth: content.implicitWidth + 2 * (12 * Theme.u + labelPadding) + 1
+    implicitHeight: Math.max(Theme.controlHeight, Math.ceil(content.implicitHeight + 2 * (5 * Theme.u + labelPadding)))
+    implicitWidth: Math.ceil(content.implicitWidth + 2 * (12 * Theme.u + labelPadding)) + 1
     opacity: enabled ? 1 : 0.45
 
     contentItem: Item {
@@ -48,6 +49,12 @@ ActionButton {
                 wrapMode: Text.Wrap
                 Layout.fillWidth: true
             }
+            Symbol {
+                visible: root.opensMenu
+                name: "chevron.down"
+                color: Theme.secondary
+                size: Theme.caption
+            }
         }
     }
 
@@ -60,8 +67,8 @@ ActionButton {
         Rectangle {
             anchors.fill: parent
             radius: parent.radius
-            color: root.down ? (root.prominent ? Qt.rgba(0, 0, 0, 0.18) : Theme.press)
-                             : root.hovered && root.enabled ? (root.prominent ? Qt.rgba(1, 1, 1, 0.12) : Theme.hover) : "transparent"
+            color: root.down ? (root.prominent ? Qt.rgba(0, 0, 0, 0.22) : Theme.press)
+                             : root.hovered && root.enabled ? (root.prominent ? Qt.rgba(0, 0, 0, 0.11) : Theme.hover) : "transparent"
             Behavior on color { ColorAnimation { duration: Theme.quick } }
         }
         Rectangle {

@@ -30,9 +30,11 @@ Flickable {
         contentY = Math.max(0, Math.min(y, contentHeight - height))
     }
 
+    implicitWidth: column.implicitWidth + 2 * margin
     contentWidth: width
     contentHeight: column.implicitHeight + 2 * margin
     boundsBehavior: Flickable.StopAtBounds
+    pixelAligned: true
     clip: true
 
     // What no control in the column has taken.
@@ -66,7 +68,9 @@ Flickable {
             const item = root.Window.activeFocusItem
             for (let parent = item; parent; parent = parent.parent) {
                 if (parent === column) {
-                    root.reveal(item)
+                    // What is around a control has the focus once the control has gone. Nobody went there.
+                    if (item.activeFocusOnTab)
+                        root.reveal(item)
                     return
                 }
             }

@@ -8,6 +8,7 @@ TextEdit {
     selectByMouse: true
     selectByKeyboard: true
     textFormat: TextEdit.PlainText
+    horizontalAlignment: TextEdit.AlignLeft  // whichever way a name is read
     wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
     color: Theme.text
     selectionColor: Theme.faint(Theme.accent, 0.35)

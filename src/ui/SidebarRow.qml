@@ -17,6 +17,9 @@ Item {
     /// A press with Ctrl on the row that is selected.
     signal unchosen()
 
+    // On one line, as bold as it is when it is selected.
+    implicitWidth: 2 * content.anchors.leftMargin + mark.implicitWidth + content.spacing + Math.ceil(bold.advanceWidth) + 1
+                   + (trailing === "" ? 0 : texts.columnSpacing + size.implicitWidth)
     implicitHeight: Math.max(Math.round(32 * Theme.u), texts.implicitHeight + Theme.spaceS)
 
     Accessible.role: Accessible.ListItem
@@ -36,13 +39,21 @@ Item {
         border.color: Theme.accent
         Behavior on color { ColorAnimation { duration: Theme.quick } }
     }
+    TextMetrics {
+        id: bold
+        text: root.title
+        font.pixelSize: Theme.body
+        font.weight: Font.DemiBold
+    }
     RowLayout {
+        id: content
         anchors.fill: parent
-        anchors.leftMargin: Theme.spaceM
-        anchors.rightMargin: Theme.spaceM
-        spacing: Theme.spaceM
+        anchors.leftMargin: Math.round(8 * Theme.u)
+        anchors.rightMargin: anchors.leftMargin
+        spacing: Math.round(8 * Theme.u)
 
         Symbol {
+            id: mark
             name: root.symbol
             color: root.tint
             size: Theme.body * 1.3

@@ -12,6 +12,8 @@ FocusScope {
         names.unshift("overview")
         return names
     }
+    /// Enough for every row to stay on one line.
+    readonly property real wholeWidth: list.implicitWidth
     readonly property int current: items.indexOf(app.sidebar)
 
     function choose(item: string) {
@@ -54,7 +56,7 @@ FocusScope {
         ScrollColumn {
             id: list
             activeFocusOnTab: false
-            margin: Theme.spaceM
+            margin: Theme.spaceS
             spacing: Math.round(2 * Theme.u)
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -77,7 +79,7 @@ FocusScope {
                 font.pixelSize: Theme.caption
                 font.weight: Font.DemiBold
                 Layout.topMargin: Theme.spaceL
-                Layout.leftMargin: Theme.spaceM
+                Layout.leftMargin: Math.round(8 * Theme.u)
                 Layout.bottomMargin: Math.round(4 * Theme.u)
             }
             Repeater {

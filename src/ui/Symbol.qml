@@ -13,18 +13,23 @@ Item {
         return Math.round(part * 255).toString(16).padStart(2, "0")
     }
 
-    implicitWidth: size
-    implicitHeight: size
+    // Whole pixels of the screen, which are more than the item's own units on a dense one: between two pixels a line is
+    // drawn on both.
+    readonly property real density: Screen.devicePixelRatio
+    readonly property int pixels: Math.round(size * density)
+
+    implicitWidth: pixels / density
+    implicitHeight: implicitWidth
 
     Accessible.ignored: true
 
-    // As many pixels as the screen has there, which is more than the item's own units on a dense one.
     Image {
-        anchors.centerIn: parent
-        width: root.size
-        height: root.size
-        sourceSize.width: Math.ceil(root.size * Screen.devicePixelRatio)
-        sourceSize.height: Math.ceil(root.size * Screen.devicePixelRatio)
+        x: Math.round((root.width - width) / 2 * root.density) / root.density
+        y: Math.round((root.height - height) / 2 * root.density) / root.density
+        width: root.implicitWidth
+        height: root.implicitHeight
+        sourceSize.width: root.pixels
+        sourceSize.height: root.pixels
         source: root.name === "" ? "" : "image://symbols/" + root.name + "/" + root.hex(root.color.r) + root.hex(root.color.g)
                                         + root.hex(root.color.b) + root.hex(root.color.a)
         asynchronous: false

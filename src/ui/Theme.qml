@@ -5,7 +5,7 @@ import QtQuick
 QtObject {
     id: theme
 
-    /// "light", "dark", or empty to follow the desktop.
+    /// "light", "dark", or empty to follow the desktop's palette.
     property string appearance: ""
     /// Set where the user wants none: transitions then take no time.
     property bool reducedMotion: false
@@ -41,6 +41,7 @@ QtObject {
     readonly property color detail: dark ? "#1f2025" : "#f8f8fa"
     readonly property color raised: dark ? "#2a2c32" : "#ffffff"
     readonly property color line: dark ? "#33353b" : "#e3e4e9"
+    readonly property color edge: dark ? "#7a808b" : "#7d838e"  ///< of a field to write in: it must be seen
     readonly property color fill: dark ? Qt.rgba(1, 1, 1, 0.10) : Qt.rgba(0, 0, 0, 0.07)
     readonly property color hover: dark ? Qt.rgba(1, 1, 1, 0.06) : Qt.rgba(0, 0, 0, 0.045)
     readonly property color press: dark ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0, 0, 0, 0.09)
@@ -49,7 +50,7 @@ QtObject {
     // Ink.
     readonly property color text: dark ? "#f2f3f5" : "#1a1c20"
     readonly property color secondary: dark ? "#abb0ba" : "#5b616b"
-    readonly property color tertiary: dark ? "#8f95a0" : "#6a707b"
+    readonly property color tertiary: dark ? "#8f95a0" : "#666c77"
     readonly property color onTint: "#ffffff"
 
     // Named colours.

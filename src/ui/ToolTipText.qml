@@ -12,6 +12,7 @@ ToolTip {
     contentItem: Text {
         text: root.text
         textFormat: Text.PlainText
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.WrapAtWordBoundaryOrAnywhere
         color: Theme.text
         font.pixelSize: Theme.caption

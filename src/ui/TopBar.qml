@@ -11,6 +11,10 @@ Rectangle {
         menu.openFromKeyboard(true)
     }
 
+    function focusScanButton(reason: int) {
+        scanButton.forceActiveFocus(reason)
+    }
+
     implicitHeight: Math.max(Math.round(46 * Theme.u), row.implicitHeight + Theme.spaceL)
     color: Theme.side
 

@@ -7,6 +7,8 @@ ColumnLayout {
 
     required property var app
 
+    signal scanBegun(int reason)
+
     spacing: Theme.spaceL
 
     Symbol {
@@ -46,7 +48,13 @@ ColumnLayout {
         labelPadding: Math.round(8 * Theme.u)
         focus: true
         Layout.maximumWidth: root.width
-        onClicked: root.app.scan()
+        onClicked: {
+            const hadFocus = activeFocus
+            const reason = reasonToHandOn
+            root.app.scan()
+            if (hadFocus)
+                root.scanBegun(reason)
+        }
     }
     ModelStatus {
         app: root.app

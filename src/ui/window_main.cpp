@@ -16,6 +16,7 @@
 #include "core/paths.h"
 #include "platform/ending_signals.h"
 #include "platform/single_instance.h"
+#include "ui/appearance.h"
 #include "ui/motion.h"
 #include "ui/open_window.h"
 #include "ui/window_model.h"
@@ -88,10 +89,13 @@ int main(int argc, char* argv[]) {
     QGuiApplication application(argc, argv);
     std::signal(SIGABRT, SIG_DFL);
     QGuiApplication::setApplicationName(QStringLiteral("Ulvak"));
+    // What a task bar shows beside the title of a window that does not name the program itself.
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ulvak"));
     QGuiApplication::setDesktopFileName(QStringLiteral("ulvak"));
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
 
     const QStringList arguments = QGuiApplication::arguments().mid(1);
+    DesktopAppearance appearance;
     AppModel app;
     WindowModel model(app);
     QQmlApplicationEngine engine;
@@ -99,6 +103,7 @@ int main(int argc, char* argv[]) {
         openWindow(engine, model, {{QStringLiteral("reducedMotion"), wantsReducedMotion(arguments)}});
     if (window == nullptr)
         return EXIT_FAILURE;
+    appearance.follow(*window);
     QObject::connect(
         &application, &QGuiApplication::commitDataRequest, &model, [&model] { model.closeUnasked(); },
         Qt::DirectConnection);

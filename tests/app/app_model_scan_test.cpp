@@ -423,6 +423,7 @@ TEST_F(AppModelScan, RevealsAllItemsOfAFindingAtOnce) {
     const auto revealed = std::make_shared<Record<std::vector<std::string>>>();
     services.reveal = [revealed](std::span<const std::string> paths) {
         revealed->add({paths.begin(), paths.end()});
+        return true;
     };
     start();
     Finding group = staged("/a");
@@ -430,6 +431,17 @@ TEST_F(AppModelScan, RevealsAllItemsOfAFindingAtOnce) {
     app().reveal(group);
     ASSERT_TRUE(eventually([&] { return revealed->size() > 0; }));
     EXPECT_THAT(revealed->values(), ElementsAre(ElementsAre("/a", "/b", "/c\n")));
+    EXPECT_FALSE(app().alert());
+}
+
+TEST_F(AppModelScan, TellsWhenNothingOpensTheFolder) {
+    services.reveal = [](std::span<const std::string>) { return false; };
+    start();
+    app().reveal(staged("/v/önbellek"));
+    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    EXPECT_EQ(app().alert()->title, "Klasör açılamadı");
+    EXPECT_EQ(app().alert()->message,
+              "“/v/önbellek” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı.");
 }
 
 TEST_F(AppModelScan, OpensThePageOfTheDiskAccessSettings) {

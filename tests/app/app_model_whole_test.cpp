@@ -27,7 +27,7 @@ bool exists(const std::string& path) {
 /// The system's services, but for a model: whether this machine has one is left open by asking for none.
 AppServices realServices() {
     AppServices services = AppServices::system();
-    services.reveal = [](std::span<const std::string>) {};
+    services.reveal = [](std::span<const std::string>) { return true; };
     services.openUrl = [](std::string_view) {};
     return services;
 }

@@ -106,7 +106,7 @@ AppTest::AppTest() : stage_(std::make_shared<Stage>()) {
             return finding.size;
         },
         .emptyTrash = []() -> std::expected<void, CleanFailure> { return {}; },
-        .reveal = [](std::span<const std::string>) {},
+        .reveal = [](std::span<const std::string>) { return true; },
         .openUrl = [](std::string_view) {},
         .diskInfo = [] { return std::optional(DiskInfo{.total = 1000, .available = 400}); },
     };

@@ -393,12 +393,22 @@ TEST(CleanError, SaysWhatItMeansInTurkish) {
     EXPECT_EQ(errorDescription(CleanError{CleanError::Failed{"Olmadı."}}), "Olmadı.");
 }
 
-TEST(CleanError, SaysWhatIsRareInTheSystemsWords) {
-    const std::error_code tooManyLinks = std::make_error_code(std::errc::too_many_links);
+TEST(CleanError, SaysWhatIsRareByItsNumberAndNeverInTheSystemsWords) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        const CleanFailure failure = platform::FileError{.code = tooManyLinks, .path = "/a"};
-        EXPECT_EQ(text(failure), "“/a” kaldırılamadı: " + tooManyLinks.message() + ".");
+        for (int number = 1; number < 200; ++number) {
+            const std::error_code code(number, std::generic_category());
+            for (const CleanFailure& failure : {CleanFailure(platform::FileError{.code = code, .path = "/a"}),
+                                                CleanFailure(StartError{.program = "/b", .code = code})}) {
+                const std::string said = text(failure);
+                EXPECT_FALSE(said.contains(code.message())) << said;
+                EXPECT_TRUE(said.ends_with(".")) << said;
+            }
+        }
+        const std::error_code rare = std::make_error_code(std::errc::protocol_error);
+        EXPECT_EQ(
+            text(platform::FileError{.code = rare, .path = "/a"}),
+            "“/a” kaldırılamadı: sistem beklenmedik bir hata bildirdi (" + std::to_string(EPROTO) + ").");
     });
 }
 

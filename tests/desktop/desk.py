@@ -210,16 +210,25 @@ class DesktopTest(unittest.TestCase):
 
     # What the desktop knows.
 
-    def window_classes(self):
-        """The names by which a window manager knows the program's window."""
+    def _window_property(self, kind, name):
+        """The texts of a property of the program's window."""
         window = subprocess.run(
             ["xdotool", "search", "--pid", str(self.process.pid), "--name", "."],
             check=True, timeout=10, capture_output=True, text=True,
         ).stdout.split()[-1]
         told = subprocess.run(
-            ["xprop", "-id", window, "WM_CLASS"], check=True, timeout=10, capture_output=True, text=True
+            ["xprop", "-id", window, "-f", name, kind, name],
+            check=True, timeout=10, capture_output=True, text=True, env=dict(os.environ, LC_ALL="C.UTF-8"),
         ).stdout
         return re.findall('"([^"]*)"', told)
+
+    def window_classes(self):
+        """The names by which a window manager knows the program's window."""
+        return self._window_property("8s", "WM_CLASS")
+
+    def window_title(self):
+        """What a task bar shows."""
+        return self._window_property("8u", "_NET_WM_NAME")[0]
 
     def entry(self, key):
         """A line of the desktop entry that is installed."""

@@ -144,6 +144,12 @@ class Starting(DesktopTest):
         self.start()
         self.assertIn(self.entry("StartupWMClass"), self.window_classes())
 
+    def test_a_task_bar_names_the_program_beside_the_page(self):
+        self.start("--level=keep")
+        self.assertEqual(self.window_title(), "Dokunma — Ulvak")
+        self.press("Home")
+        wait_for("the summary's title, which is the program's", lambda: self.window_title() == "Ulvak")
+
 
 class Ending(DesktopTest):
     def close_by_window_manager(self, when):

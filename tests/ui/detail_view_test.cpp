@@ -9,6 +9,7 @@ namespace ulvak {
 namespace {
 
 using test::finding;
+using test::guessed;
 using test::simulator;
 using test::uncleanable;
 using test::waitUntil;
@@ -158,6 +159,32 @@ TEST_F(DetailViewTest, WhatCannotBeCleanedSaysWhyAndOffersTheRest) {
     EXPECT_EQ(inPopup(QStringLiteral("detailLevels"), QStringLiteral("reset")), nullptr);
     click(inPopup(QStringLiteral("detailLevels"), QStringLiteral("level-caution")));
     EXPECT_TRUE(waitUntil([&] { return app->finding("/v/a")->level == SafetyLevel::caution; }));
+}
+
+TEST_F(DetailViewTest, WhatOpensAMenuShowsIt) {
+    show({finding("/v/a", SafetyLevel::keep)});
+    const auto arrows = [&](const char* button) {
+        QStringList names;
+        for (const QQuickItem* image : item(QString::fromLatin1(button))->findChildren<QQuickItem*>()) {
+            if (image->isVisible() &&
+                image->property("name").toString().startsWith(QStringLiteral("chevron")))
+                names.append(image->property("name").toString());
+        }
+        return names;
+    };
+    EXPECT_EQ(arrows("relabel"), QStringList(QStringLiteral("chevron.down")));
+    EXPECT_EQ(arrows("moveToTrash"), QStringList());
+}
+
+TEST_F(DetailViewTest, TheKeyboardWaitsInTheModelsSectionForItsAnswer) {
+    show({guessed(finding("/v/a", SafetyLevel::safe))});
+    stage.classifyDoor.shut();
+    focus(QStringLiteral("analyze"));
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return !isEnabled(QStringLiteral("analyze")); }));
+    EXPECT_EQ(focused(), QStringLiteral("modelSection"));
+    stage.classifyDoor.open();
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("analyze"); })) << focused().toStdString();
 }
 
 TEST_F(DetailViewTest, LevelsAreChosenByKeyboardFromTheFirstOn) {

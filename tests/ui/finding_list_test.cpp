@@ -88,6 +88,17 @@ TEST_F(FindingListTest, TheToolbarAnalysesWhereThereIsAGuess) {
     EXPECT_TRUE(waitUntil([&] { return stage.count("classify") == 2; }));
 }
 
+TEST_F(FindingListTest, TheKeyboardGoesFromTheToolbarsButtonToTheRowsThatAreAnalysed) {
+    stage.result = {guessed(finding("/v/g", SafetyLevel::safe))};
+    openScanned(QStringLiteral("safe"));
+    stage.classifyDoor.shut();
+    focus(QStringLiteral("analyzeList"));
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return stage.count("classify") == 1; }));
+    EXPECT_EQ(focused(), QStringLiteral("rows"));
+    stage.classifyDoor.open();
+}
+
 TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
     stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));

@@ -5,6 +5,8 @@
 #include <QRectF>
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <utility>
 
 #include "ui/staged_window.h"
 
@@ -21,6 +23,19 @@ bool isFigures(const QQuickItem& item) {
 
 bool isText(const QQuickItem& item) {
     return item.inherits("QQuickText") || isFigures(item);
+}
+
+bool isSelectable(const QQuickItem& item) {
+    return item.inherits("QQuickTextEdit");
+}
+
+template <typename Visit>
+void forEachIn(const QQuickItem& root, Visit visit) {
+    if (!root.isVisible())
+        return;
+    visit(root);
+    for (const QQuickItem* child : root.childItems())
+        forEachIn(*child, visit);
 }
 
 bool isButton(const QQuickItem& item) {
@@ -117,14 +132,19 @@ private:
     static void checkSymbol(const QQuickItem& symbol, const QQuickItem& drawing) {
         const std::string name = symbol.property("name").toString().toStdString();
         const double size = symbol.property("size").toDouble();
-        EXPECT_EQ(symbol.implicitWidth(), size) << name;
-        EXPECT_NEAR(symbol.height(), size, 1) << name;  // layouts give whole pixels
-        EXPECT_EQ(drawing.width(), size) << name;
-        EXPECT_GE(drawing.property("sourceSize").toSizeF().width(),
-                  size * symbol.window()->devicePixelRatio())
-            << name;
+        EXPECT_NEAR(symbol.implicitWidth(), size, 1) << name;  // whole pixels
+        EXPECT_NEAR(symbol.height(), size, 1) << name;
+        checkPixels(drawing, name);
         EXPECT_GE(symbol.y(), -1) << name;
         EXPECT_LE(symbol.y() + symbol.height(), symbol.parentItem()->height() + 1) << name;
+    }
+    /// Each pixel of the drawing is one of the screen: neither larger nor smaller, nor between two.
+    static void checkPixels(const QQuickItem& drawing, const std::string& name) {
+        const double scale = drawing.window()->effectiveDevicePixelRatio();
+        EXPECT_EQ(drawing.property("sourceSize").toSizeF(), drawing.size() * scale) << name;
+        const QPointF place = drawing.mapToScene({}) * scale;
+        EXPECT_NEAR(place.x(), std::round(place.x()), 0.001) << name;
+        EXPECT_NEAR(place.y(), std::round(place.y()), 0.001) << name;
     }
     static void checkText(const QQuickItem& text, const Room& room) {
         const std::string words = text.property("text").toString().left(60).toStdString();
@@ -208,6 +228,61 @@ TEST_P(LayoutTest, DialogsAndMenusAreWhole) {
         key(next);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
     check("menu");
+}
+
+TEST_P(LayoutTest, BannersEndInTheirButtons) {
+    openSmall();
+    scanAll();
+    app->clean({"/v/b"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("emptyTrash")); }));
+    for (const int width : {window->minimumWidth(), 1320, 1800, 2400}) {
+        window->resize(width, window->height());
+        ASSERT_TRUE(waitUntil([&] { return item(QStringLiteral("columns"))->width() == width; }));
+        place();
+        for (const auto& [banner, button] :
+             {std::pair("trashBanner", "emptyTrash"), std::pair("uncertainBanner", "analyzeAll")}) {
+            const QQuickItem* around = item(QString::fromLatin1(banner));
+            const QQuickItem* last = item(QString::fromLatin1(button));
+            const double end = last->mapToItem(around, QPointF(last->width(), 0)).x();
+            EXPECT_NEAR(around->width() - end, GetParam() == 13 ? 12 : 17, 1) << button << " at " << width;
+        }
+    }
+}
+
+/// Whichever way the name is read, the list is read from the left.
+TEST_P(LayoutTest, NamesOfEveryScriptBeginAtTheLeadingEdge) {
+    const std::string name = "שלום עולם";
+    stage.result = {finding("/v/" + name, SafetyLevel::safe, 888'888'888'888)};
+    stage.result.front().children = {{.name = name, .size = 1}};
+    stage.result.front().explanation = name;
+    stage.current = name;
+    const auto check = [&](int least) {
+        place();
+        int found = 0;
+        forEachIn(*window->contentItem(), [&](const QQuickItem& item) {
+            if (!item.property("text").toString().contains(u'ש') || !(isText(item) || isSelectable(item)))
+                return;
+            ++found;
+            EXPECT_EQ(item.property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft))
+                << item.objectName().toStdString() << " in " << item.parentItem()->metaObject()->className();
+        });
+        EXPECT_GE(found, least);
+    };
+    stage.scanDoor.shut();
+    openSmall();
+    app->scan();
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).contains(u'ש'); }));
+    check(1);
+    stage.scanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
+    check(1);
+    model->setSidebar(QStringLiteral("safe"));
+    model->selection()->press(0, Qt::NoModifier);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
+    check(6);  // title and place in the row and beside it, what it is, what lies in it
+    click(QStringLiteral("removePermanently"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
+    check(7);
 }
 
 INSTANTIATE_TEST_SUITE_P(Letters, LayoutTest, testing::Values(13, 26));

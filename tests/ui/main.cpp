@@ -13,7 +13,9 @@ int main(int argc, char* argv[]) {
     for (const char* name : {"QT_QPA_PLATFORMTHEME", "QT_QUICK_CONTROLS_STYLE", "QT_QUICK_CONTROLS_CONF",
                              "QT_STYLE_OVERRIDE", "QT_FONT_DPI", "QT_LOGGING_RULES", "QML_IMPORT_PATH"})
         qunsetenv(name);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A test of small screens brings its own.
+    if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen:"))
+        qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" ULVAK_SCREENS "/desk.json");
     qputenv("QT_QUICK_BACKEND", "software");
     QGuiApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));

@@ -3,7 +3,9 @@
 
 #include <QGuiApplication>
 #include <QPalette>
+#include <QScreen>
 #include <QtTest>
+#include <array>
 #include <set>
 
 #include "app/texts.h"
@@ -37,6 +39,21 @@ TEST_F(MainWindowTest, HasItsTitleAndSize) {
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Tara"));
     model->setSidebar(QStringLiteral("keep"));
     EXPECT_EQ(window->title(), QStringLiteral("Dokunma"));
+}
+
+/// On a large screen, and on the small ones that this is run on too: with room for a frame around it.
+TEST_F(MainWindowTest, IsNeverLargerThanItsScreen) {
+    open();
+    const QSize room = window->screen()->availableSize();
+    for (const QSize size : {window->size(), window->minimumSize()}) {
+        EXPECT_LE(size.width(), room.width());
+        EXPECT_LE(size.height(), room.height() - 40);
+    }
+    window->resize(window->minimumSize());
+    ASSERT_TRUE(waitUntil([&] {
+        const QQuickItem* detail = item(QStringLiteral("detailContainer"));
+        return detail->mapToScene(QPointF(detail->width(), 0)).x() <= window->width();
+    }));
 }
 
 TEST_F(MainWindowTest, OpensOnALevelAndScansAtOnce) {
@@ -119,6 +136,21 @@ TEST_F(MainWindowTest, TheSidebarListsTheLevelsInOrderAndTheirSizesOnceKnown) {
     EXPECT_TRUE(
         waitUntil([&] { return rowSize(item(QStringLiteral("row-keep"))) == QStringLiteral("3 GB"); }));
     EXPECT_EQ(rowSize(item(QStringLiteral("row-caution"))), QStringLiteral("Sıfır KB"));
+}
+
+TEST_F(MainWindowTest, EveryRowOfTheSidebarStaysOnOneLine) {
+    stage.result.clear();
+    for (const SafetyLevel level : allSafetyLevels)
+        stage.result.push_back(finding("/v/" + std::string(info(level).rawValue), level, 888'888'888'888));
+    openScanned();
+    for (const SafetyLevel level : displayedSafetyLevels()) {
+        model->setSidebar(Texts::fixed(info(level).rawValue));
+        settle();
+        const QQuickItem* row = item(QStringLiteral("row-") + Texts::fixed(info(level).rawValue));
+        EXPECT_EQ(row->height(), item(QStringLiteral("row-overview"))->height()) << info(level).title;
+        const auto* size = row->findChild<QQuickItem*>(QStringLiteral("rowSize"));
+        EXPECT_LE(size->mapToItem(row, QPointF(size->width(), 0)).x(), row->width()) << info(level).title;
+    }
 }
 
 TEST_F(MainWindowTest, TheDiskIsRedOnlyBelowTwentyGigabytes) {
@@ -261,6 +293,33 @@ TEST_F(MainWindowTest, ColumnsKeepTheirLeastWidthsInTheSmallestWindow) {
     EXPECT_GE(columns()[0], 210);
     EXPECT_GE(columns()[1], 420);
     EXPECT_GE(columns()[2], 320);
+}
+
+TEST_F(MainWindowTest, ColumnsThatGaveWayInANarrowWindowGrowBack) {
+    openScanned(QStringLiteral("keep"));
+    settle();
+    const auto width = [&](const char* name) { return item(QString::fromLatin1(name))->width(); };
+    const auto widths = [&] { return std::array{width("sidebar"), width("detailContainer")}; };
+    const auto resize = [&](int to) {
+        window->resize(to, 700);
+        ASSERT_TRUE(waitUntil([&] { return item(QStringLiteral("columns"))->width() == to; }));
+        settle();
+    };
+    resize(1000);
+    EXPECT_LT(widths()[1], 380);
+    resize(1320);
+    EXPECT_EQ(widths(), (std::array{230.0, 380.0}));
+    const QPoint edge = item(QStringLiteral("detailContainer"))->mapToScene(QPointF(0, 300)).toPoint();
+    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, edge);
+    QTest::mouseMove(window, edge - QPoint(20, 0));
+    QTest::mouseMove(window, edge - QPoint(60, 0));
+    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, edge - QPoint(60, 0));
+    ASSERT_TRUE(waitUntil([&] { return widths()[1] > 400; }));
+    const auto dragged = widths();
+    resize(1000);
+    EXPECT_LT(widths()[1], dragged[1]);
+    resize(1320);
+    EXPECT_EQ(widths(), dragged);
 }
 
 }  // namespace

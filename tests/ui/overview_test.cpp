@@ -232,11 +232,12 @@ TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
     stage.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
     openScanned();
     const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
-    EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, 0.01);
-    EXPECT_NEAR(width(QStringLiteral("segment-keep")), bar * 0.1, 0.01);
-    EXPECT_NEAR(width(QStringLiteral("segment-other")), bar * 0.4, 0.01);
+    const double pixel = 0.51;  // they end at whole ones
+    EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, pixel);
+    EXPECT_NEAR(width(QStringLiteral("segment-keep")), bar * 0.1, 2 * pixel);
+    EXPECT_NEAR(width(QStringLiteral("segment-other")), bar * 0.4, 2 * pixel);
     EXPECT_FALSE(shows(QStringLiteral("segment-caution")));
-    EXPECT_NEAR(item(QStringLiteral("segment-keep"))->x(), bar * 0.2 + 1, 0.01);
+    EXPECT_NEAR(item(QStringLiteral("segment-keep"))->x(), bar * 0.2 + 1, pixel);
 }
 
 TEST_F(OverviewTest, SegmentsBeyondWhatIsUsedLeaveNoOther) {
@@ -257,6 +258,93 @@ TEST_F(OverviewTest, SegmentsBeyondTheDiskStayInTheBar) {
     const QImage picture = window->grabWindow();
     const double scale = window->effectiveDevicePixelRatio();
     EXPECT_EQ(picture.pixelColor((beyond * scale).toPoint()), window->color());
+}
+
+TEST_F(OverviewTest, PartsOfTheBarAreApartInAWindowOfAnyWidth) {
+    stage.disk = DiskInfo{.total = 1000, .available = 300};
+    stage.result = {finding("/v/a", SafetyLevel::safe, 137), finding("/v/b", SafetyLevel::regenerable, 91),
+                    finding("/v/c", SafetyLevel::caution, 53), finding("/v/d", SafetyLevel::unknown, 211),
+                    finding("/v/e", SafetyLevel::keep, 77)};
+    openScanned();
+    const double scale = window->effectiveDevicePixelRatio();
+    for (int width = 1200; width < 1240; width += 3) {
+        window->resize(width, 700);
+        ASSERT_TRUE(waitUntil([&] { return item(QStringLiteral("columns"))->width() == width; }));
+        settle();
+        const QQuickItem* row = item(QStringLiteral("segment-safe"))->parentItem();
+        const QImage picture = window->grabWindow();
+        const auto at = [&](double x) {
+            return (row->mapToScene(QPointF(x, row->height() / 2)) * scale).toPoint();
+        };
+        const QRgb ground = picture.pixel(at(row->width() - 10));
+        const QQuickItem* other = item(QStringLiteral("segment-other"));
+        std::vector<int> gaps;
+        for (QPoint pixel = at(10); pixel.x() < at(other->x() + other->width() / 2).x(); pixel.rx() += 1) {
+            if (picture.pixel(pixel) != ground)
+                continue;
+            if (picture.pixel(pixel - QPoint(1, 0)) == ground)
+                ++gaps.back();
+            else
+                gaps.push_back(1);
+        }
+        EXPECT_THAT(gaps, testing::ElementsAreArray(std::vector<int>(5, int(scale)))) << width;
+    }
+}
+
+/// The button that had the keyboard goes, and what is looked at stays.
+TEST_F(OverviewTest, StaysWhereItIsWhenTheTrashHasBeenEmptied) {
+    stage.result.push_back(finding("/v/trash", SafetyLevel::safe, 1000));
+    for (int number = 0; number < 8; ++number)
+        stage.result.push_back(finding("/v/" + std::to_string(number), SafetyLevel::caution, 100 - number));
+    openScanned();
+    app->clean({"/v/trash"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("emptyTrash")); }));
+    window->resize(1000, 640);
+    settle();
+    QQuickItem* overview = item(QStringLiteral("overview"));
+    const auto top = [&] { return overview->property("contentY").toDouble(); };
+    focus(QStringLiteral("emptyTrash"));
+    overview->setProperty("contentY", 90);
+    model->emptyTrash();
+    ASSERT_TRUE(waitUntil([&] { return !shows(QStringLiteral("emptyTrash")); }));
+    settle();
+    EXPECT_EQ(top(), 90);
+    EXPECT_NE(focused(), QStringLiteral("emptyTrash")) << "a key must not press what cannot be seen";
+}
+
+TEST_F(OverviewTest, TheKeyboardGoesFromTheButtonThatScansToTheOneThatStops) {
+    stage.scanDoor.shut();
+    open();
+    focus(QStringLiteral("start"));
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return app->phase() == AppModel::Phase::scanning; }));
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("scan"); })) << focused().toStdString();
+    EXPECT_TRUE(item(QStringLiteral("scan"))->property("visualFocus").toBool());
+    key(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([&] { return app->phase() == AppModel::Phase::idle; }));
+}
+
+TEST_F(OverviewTest, TheKeyboardStaysWithAScanThatTakesACardAway) {
+    stage.result = {finding("/v/a", SafetyLevel::safe)};
+    openScanned();
+    stage.scanDoor.shut();
+    focus(QStringLiteral("card-safe"));
+    key(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("scan"); })) << focused().toStdString();
+}
+
+TEST_F(OverviewTest, TheKeyboardGoesFromABatchsButtonToTheOneThatStopsItAndBack) {
+    stage.result = {finding("/v/a", SafetyLevel::unknown, 2), guessed(finding("/v/b", SafetyLevel::safe, 1))};
+    openScanned();
+    stage.classifyDoor.shut();
+    focus(QStringLiteral("analyzeAll"));
+    key(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("cancelBatch"); }))
+        << focused().toStdString();
+    key(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("analyzeAll"); }))
+        << focused().toStdString();
+    stage.classifyDoor.open();
 }
 
 TEST_F(OverviewTest, KeysScrollWhatNoControlReaches) {

@@ -75,7 +75,10 @@ AppServices StagedServices::services() {
         note("empty");
         return {};
     };
-    services.reveal = [this](std::span<const std::string> paths) { note("reveal " + paths.front()); };
+    services.reveal = [this](std::span<const std::string> paths) {
+        note("reveal " + paths.front());
+        return hasFileBrowser;
+    };
     services.openUrl = [this](std::string_view url) { note("open " + std::string(url)); };
     services.hasPrivacySettings = hasPrivacySettings;
     services.diskInfo = [this] { return disk; };

@@ -52,6 +52,7 @@ public:
     std::int64_t bytes = 0;
     std::int64_t denied = 0;
     bool hasPrivacySettings = false;
+    bool hasFileBrowser = true;
     std::string current = "/home/biri/klasör";
 
     std::atomic<int> statusRequests = 0;

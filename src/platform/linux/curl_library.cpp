@@ -40,7 +40,6 @@ std::optional<CurlLibrary> loaded() {
         find(library, "curl_easy_cleanup", curl.easyCleanup) &&
         find(library, "curl_easy_setopt", curl.easySetopt) &&
         find(library, "curl_easy_getinfo", curl.easyGetinfo) &&
-        find(library, "curl_easy_strerror", curl.easyStrerror) &&
         find(library, "curl_multi_init", curl.multiInit) &&
         find(library, "curl_multi_cleanup", curl.multiCleanup) &&
         find(library, "curl_multi_add_handle", curl.multiAddHandle) &&

@@ -12,7 +12,6 @@ struct CurlLibrary {
     decltype(&::curl_easy_cleanup) easyCleanup = nullptr;
     decltype(&::curl_easy_setopt) easySetopt = nullptr;
     decltype(&::curl_easy_getinfo) easyGetinfo = nullptr;
-    decltype(&::curl_easy_strerror) easyStrerror = nullptr;
     decltype(&::curl_multi_init) multiInit = nullptr;
     decltype(&::curl_multi_cleanup) multiCleanup = nullptr;
     decltype(&::curl_multi_add_handle) multiAddHandle = nullptr;

@@ -42,16 +42,15 @@ bool showItems(std::span<const std::string> paths) {
 
 }  // namespace
 
-void revealInFileBrowser(std::span<const std::string> paths) {
+bool revealInFileBrowser(std::span<const std::string> paths) {
     if (paths.empty() || showItems(paths))
-        return;
+        return true;
     const std::string& first = paths.front();
-    openUrl(uriOf(first.substr(0, std::max<std::size_t>(first.rfind('/'), 1))));
+    return openUrl(uriOf(first.substr(0, std::max<std::size_t>(first.rfind('/'), 1))));
 }
 
-void openUrl(std::string_view url) {
-    // Dropped by design: where nothing can open it, nothing opens.
-    (void)g_app_info_launch_default_for_uri(std::string(url).c_str(), nullptr, nullptr);
+bool openUrl(std::string_view url) {
+    return g_app_info_launch_default_for_uri(std::string(url).c_str(), nullptr, nullptr) == TRUE;
 }
 
 bool hasPrivacySettings() {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <csignal>
 #include <ctime>
+#include <string>
+#include <utility>
 
 #include "platform/linux/curl_library.h"
 
@@ -107,31 +109,31 @@ public:
 
     std::expected<HttpReply, HttpError> run(const std::stop_token& stop) {
         if (!isReady_ || curl_.multiAddHandle(multi_, easy_) != CURLM_OK)
-            return failed(HttpError::Kind::other, "libcurl cannot be set up");
+            return failed(HttpError::Kind::other, "libcurl kullanılamadı");
         isAdded_ = true;
         const std::stop_callback wake(stop, [this] { curl_.multiWakeup(multi_); });
         for (;;) {
             // Before the first step too: it connects, and may already send.
             if (stop.stop_requested())
-                return failed(HttpError::Kind::stopped, "stopped");
+                return failed(HttpError::Kind::stopped);
             const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
             if (left.count() <= 0)
-                return failed(lateKind(), "deadline passed");
+                return failed(lateKind());
             int running = 0;
             if (curl_.multiPerform(multi_, &running) != CURLM_OK)
-                return failed(HttpError::Kind::other, "libcurl failed");
+                return failed(HttpError::Kind::other, "libcurl çalışmadı");
             if (running == 0)
                 return result();
             constexpr std::chrono::milliseconds longestWait{60'000};
             const int wait = static_cast<int>(std::min(left, longestWait).count());
             if (curl_.multiPoll(multi_, nullptr, 0, wait, nullptr) != CURLM_OK)
-                return failed(HttpError::Kind::other, "libcurl failed");
+                return failed(HttpError::Kind::other, "libcurl çalışmadı");
         }
     }
 
 private:
-    static std::unexpected<HttpError> failed(HttpError::Kind kind, const char* text) {
-        return std::unexpected(HttpError{.kind = kind, .text = text});
+    static std::unexpected<HttpError> failed(HttpError::Kind kind, std::string text = {}) {
+        return std::unexpected(HttpError{.kind = kind, .text = std::move(text)});
     }
 
     /// An option that libcurl does not take leaves no request to make.
@@ -197,10 +199,31 @@ private:
         const CURLMsg* message = curl_.multiInfoRead(multi_, &waiting);
         const CURLcode code = message != nullptr ? message->data.result : CURLE_FAILED_INIT;
         if (code != CURLE_OK)
-            return failed(kindOf(code), curl_.easyStrerror(code));
+            return failed(kindOf(code), wordsOf(code));
         HttpReply reply{.body = std::move(received_.body)};
         curl_.easyGetinfo(easy_, CURLINFO_RESPONSE_CODE, &reply.status);
         return reply;
+    }
+
+    /// Those of libcurl itself are English.
+    static std::string wordsOf(CURLcode code) {
+        switch (code) {
+            case CURLE_UNSUPPORTED_PROTOCOL:
+            case CURLE_WEIRD_SERVER_REPLY:
+                return "gelen yanıt HTTP değil";
+            case CURLE_COULDNT_RESOLVE_HOST:
+                return "bu ad bu bilgisayarı göstermiyor";
+            case CURLE_SSL_CONNECT_ERROR:
+                return "güvenli bağlantı kurulamadı";
+            case CURLE_PEER_FAILED_VERIFICATION:
+                return "sunucunun sertifikası güvenilir değil";
+            case CURLE_BAD_CONTENT_ENCODING:
+                return "yanıtın kodlaması bozuk";
+            case CURLE_OUT_OF_MEMORY:
+                return "bellek yetmedi";
+            default:
+                return "libcurl hatası " + std::to_string(static_cast<int>(code));
+        }
     }
 
     /// Which of the two it is that took too long. With TLS a connection is one once both sides agree on it.
@@ -248,7 +271,7 @@ std::expected<HttpReply, HttpError> exchange(const ModelAddress& address, const 
                                              const std::stop_token& stop) {
     const CurlLibrary* curl = CurlLibrary::instance();
     if (curl == nullptr)
-        return std::unexpected(HttpError{.text = "libcurl is not installed"});
+        return std::unexpected(HttpError{.text = "libcurl kurulu değil"});
     return Exchange(*curl, address, request).run(stop);
 }
 

@@ -36,7 +36,7 @@ struct HttpError {
         other,        ///< not HTTP, no trust, no libcurl
     };
     Kind kind = Kind::other;
-    std::string text;  ///< libcurl's words, English
+    std::string text;  ///< why, of `other`: Turkish, for people, without a full stop
 };
 
 /// Bytes of a reply's body; no answer of a model comes near.

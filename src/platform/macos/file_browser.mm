@@ -6,7 +6,7 @@
 
 namespace ulvak::platform {
 
-void revealInFileBrowser(std::span<const std::string> paths) {
+bool revealInFileBrowser(std::span<const std::string> paths) {
     @autoreleasepool {
         NSMutableArray<NSURL*>* urls = [NSMutableArray array];
         for (const std::string& path : paths) {
@@ -14,17 +14,16 @@ void revealInFileBrowser(std::span<const std::string> paths) {
                 [urls addObject:url];
         }
         if (urls.count > 0)
-            [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:urls];
+            [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:urls];  // the Finder is always there
+        return paths.empty() || urls.count > 0;
     }
 }
 
-void openUrl(std::string_view url) {
+bool openUrl(std::string_view url) {
     @autoreleasepool {
         NSString* text = [NSString stringWithUTF8String:std::string(url).c_str()];
         NSURL* address = text != nil ? [NSURL URLWithString:text] : nil;
-        // Dropped by design: where nothing can open it, nothing opens.
-        if (address != nil)
-            (void)[NSWorkspace.sharedWorkspace openURL:address];
+        return address != nil && [NSWorkspace.sharedWorkspace openURL:address];
     }
 }
 

@@ -240,7 +240,7 @@ TEST(LocalModelErrors, WhatIsNotHttpSaysSo) {
          {"SSH-2.0-OpenSSH\r\n", "\x15\x03\x01", "{\"choices\":[]}", "HTTP/9.9 200\r\n\r\n"}) {
         const std::string text =
             ending([&](const Connection& client, const Request&) { client.send(bytes); });
-        EXPECT_TRUE(text.contains("konuşulamadı")) << text;
+        EXPECT_TRUE(text.contains("konuşulamadı: gelen yanıt HTTP değil.")) << text;
     }
 }
 

@@ -1,0 +1,59 @@
+#include "ui/appearance.h"
+
+#include <QGuiApplication>
+#include <QStyleHints>
+#include <QWindow>
+
+namespace ulvak {
+namespace {
+
+using platform::ColorScheme;
+
+/// What the toolkit knows by itself. The oldest that we build with knows nothing.
+ColorScheme toolkitScheme() {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    switch (QGuiApplication::styleHints()->colorScheme()) {
+        case Qt::ColorScheme::Dark:
+            return ColorScheme::dark;
+        case Qt::ColorScheme::Light:
+            return ColorScheme::light;
+        case Qt::ColorScheme::Unknown:
+            break;
+    }
+#endif
+    return ColorScheme::unsaid;
+}
+
+}  // namespace
+
+DesktopAppearance::DesktopAppearance()
+    : watch_([this](ColorScheme scheme) {
+          desktop_ = scheme;
+          QMetaObject::invokeMethod(this, &DesktopAppearance::changed, Qt::QueuedConnection);
+      }) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this,
+            &DesktopAppearance::changed);
+#endif
+}
+
+QString DesktopAppearance::wish() const {
+    const ColorScheme known = toolkitScheme();
+    switch (known == ColorScheme::unsaid ? desktop_.load() : known) {
+        case ColorScheme::dark:
+            return QStringLiteral("dark");
+        case ColorScheme::light:
+            return QStringLiteral("light");
+        case ColorScheme::unsaid:
+            break;
+    }
+    return {};
+}
+
+void DesktopAppearance::follow(QWindow& window) {
+    const auto show = [this, &window] { window.setProperty("desktopAppearance", wish()); };
+    show();
+    connect(this, &DesktopAppearance::changed, &window, show);
+}
+
+}  // namespace ulvak

@@ -1,0 +1,138 @@
+#include "platform/color_scheme.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "support/isolation.h"
+#include "support/linux/stand_in_portal.h"
+#include "support/temp_tree.h"
+
+namespace ulvak::platform {
+namespace {
+
+using test::SessionBus;
+using test::StandInPortal;
+
+/// What has been heard, in order.
+class Heard {
+public:
+    void add(ColorScheme scheme) {
+        const std::scoped_lock lock(mutex_);
+        schemes_.push_back(scheme);
+        more_.notify_all();
+    }
+    /// The last of so many; an impossible one when they do not come within a minute.
+    ColorScheme last(std::size_t count) {
+        std::unique_lock lock(mutex_);
+        const bool came =
+            more_.wait_for(lock, std::chrono::minutes(1), [&] { return schemes_.size() >= count; });
+        return came ? schemes_[count - 1] : static_cast<ColorScheme>(99);
+    }
+    /// Whether this has been the last, now or after some time.
+    bool hears(ColorScheme scheme, std::chrono::milliseconds time) {
+        std::unique_lock lock(mutex_);
+        return more_.wait_for(lock, time, [&] { return !schemes_.empty() && schemes_.back() == scheme; });
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable more_;
+    std::vector<ColorScheme> schemes_;  ///< guarded by `mutex_`
+};
+
+class ColorSchemeTest : public testing::TestWithParam<StandInPortal::Age> {
+protected:
+    void SetUp() override {
+#ifdef __SANITIZE_THREAD__
+        GTEST_SKIP() << "the bus's library hands things from thread to thread unseen";
+#endif
+    }
+};
+
+TEST_P(ColorSchemeTest, IsToldAtFirstAndWheneverItChanges) {
+    test::inChild([] {
+        const SessionBus bus;
+        StandInPortal portal(bus, GetParam(), 1);
+        Heard heard;
+        const ColorSchemeWatch watch([&](ColorScheme scheme) { heard.add(scheme); });
+        EXPECT_EQ(heard.last(1), ColorScheme::dark);
+        portal.changeContrast(1);
+        portal.change(2);
+        EXPECT_EQ(heard.last(2), ColorScheme::light) << "and nothing of another setting";
+        portal.change(0);
+        EXPECT_EQ(heard.last(3), ColorScheme::unsaid);
+        portal.change(7);
+        EXPECT_EQ(heard.last(4), ColorScheme::unsaid) << "what a later portal may say";
+        EXPECT_EQ(portal.requests(), 1);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Ages, ColorSchemeTest,
+                         testing::Values(StandInPortal::Age::old, StandInPortal::Age::current),
+                         [](const auto& age) {
+                             return age.param == StandInPortal::Age::old ? "Old" : "Current";
+                         });
+
+class ColorSchemeBus : public ColorSchemeTest {};
+
+TEST_F(ColorSchemeBus, EndsAtOnceWhateverIsUnderWay) {
+    test::inChild([] {
+        const SessionBus bus;
+        const StandInPortal portal(bus, StandInPortal::Age::current, 1);
+        for (int times = 0; times < 200; ++times)
+            const ColorSchemeWatch watch([](ColorScheme) {});
+    });
+}
+
+TEST_F(ColorSchemeBus, APortalThatComesLaterIsHeard) {
+    test::inChild([] {
+        const SessionBus bus;
+        Heard heard;
+        const ColorSchemeWatch watch([&](ColorScheme scheme) { heard.add(scheme); });
+        StandInPortal portal(bus, StandInPortal::Age::current, 0);
+        // Until it listens; it may have asked before there was anybody to answer.
+        while (!heard.hears(ColorScheme::dark, std::chrono::milliseconds(20)))
+            portal.change(1);
+    });
+}
+
+TEST_F(ColorSchemeBus, WithoutABusNothingWaits) {
+    test::inChild([] {
+        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
+        const ColorSchemeWatch watch([](ColorScheme) { ADD_FAILURE(); });
+    });
+}
+
+/// Something listens at the bus's address, and never says a word.
+TEST_F(ColorSchemeBus, ASilentBusHoldsNobodyUp) {
+    test::inChild([] {
+        const test::TempTree tree;
+        const std::string path = tree.path("bus");
+        const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        ASSERT_LT(path.size(), sizeof(address.sun_path));
+        std::memcpy(address.sun_path, path.c_str(), path.size());
+        ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+        ASSERT_EQ(listen(listener, 5), 0);
+        setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+        {
+            const ColorSchemeWatch watch([](ColorScheme) {});
+            const int client = accept(listener, nullptr, nullptr);  // it has begun to wait for an answer
+            EXPECT_GE(client, 0);
+        }
+        close(listener);
+    });
+}
+
+}  // namespace
+}  // namespace ulvak::platform

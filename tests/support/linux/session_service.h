@@ -1,0 +1,48 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <functional>
+#include <future>
+#include <string>
+#include <thread>
+
+namespace ulvak::test {
+
+/// One object on the bus at an address, under a name of its own. Answers in a thread of its own; once made,
+/// it can be called.
+class SessionService {
+public:
+    struct Place {
+        const char* name;
+        const char* path;
+        const char* interfaces;  ///< XML, of one interface
+    };
+    /// What a call returns, floating; null for nothing. Runs in the service's thread.
+    using Answer = std::function<GVariant*(const std::string& method, GVariant* parameters)>;
+
+    SessionService(std::string address, Place place, Answer answer);
+    ~SessionService();
+    SessionService(const SessionService&) = delete;
+    SessionService& operator=(const SessionService&) = delete;
+
+    /// Takes `parameters`, floating. From any thread.
+    void emitSignal(const char* interface, const char* signal, GVariant* parameters);
+
+private:
+    void serve();
+    static gboolean sayItIsThere(gpointer self);
+    static void call(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
+                     const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
+                     gpointer self);
+
+    const std::string address_;
+    const Place place_;
+    const Answer answer_;
+    std::promise<void> isThere_;
+    GMainLoop* loop_ = nullptr;       ///< set before `isThere_`
+    GDBusConnection* bus_ = nullptr;  ///< set before `isThere_`
+    std::thread thread_;
+};
+
+}  // namespace ulvak::test
