@@ -7,6 +7,7 @@
 #include "core/paths.h"
 #include "platform/files.h"
 #include "platform/reach.h"
+#include "platform/user_folders.h"
 #include "platform/volume.h"
 #include "scan/tree_walk.h"
 
@@ -66,7 +67,8 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
     std::vector<std::optional<DirNode>> result(paths.size());
     std::vector<TreeWalk::Root> roots;
     std::vector<std::size_t> positions;
-    const platform::Reach reach({&Paths::home(), 1}, platform::Reach::Others::prompt);
+    const std::string home = platform::homeDirectory();
+    const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const platform::Reach::Place place = reach.follow(paths[i]);
         const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;

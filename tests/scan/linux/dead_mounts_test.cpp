@@ -47,7 +47,9 @@ TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromScanning) {
         const DeadMount nas(tree.path("home/nas"));
         ASSERT_TRUE(nas.isMounted());
         ScanProgress progress;
-        EXPECT_FALSE(Scanner{progress}.run({}).empty());
+        const auto findings = Scanner{progress}.run({});
+        ASSERT_TRUE(findings);
+        EXPECT_FALSE(findings->empty());
         EXPECT_FALSE(nas.wasAsked());
     });
 }
