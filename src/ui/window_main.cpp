@@ -2,20 +2,13 @@
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
-#include <QSocketNotifier>
 #include <QtPlugin>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
-#include <optional>
-#include <utility>
 
 #include "app/app_model.h"
-#include "core/paths.h"
-#include "platform/ending_signals.h"
-#include "platform/single_instance.h"
+#include "app/one_window.h"
 #include "ui/appearance.h"
 #include "ui/motion.h"
 #include "ui/open_window.h"
@@ -26,50 +19,38 @@ Q_IMPORT_PLUGIN(UlvakPlugin)
 namespace {
 
 using namespace ulvak;
-using platform::LaunchRequest;
-using platform::SingleInstance;
 
-/// As this program was started. Whoever has another home or other labels has another window.
-std::unique_ptr<SingleInstance> makeInstance(int argc, char* argv[]) {
-    LaunchRequest request{.activationToken = platform::activationToken()};
-    for (int i = 1; i < argc; ++i)
-        request.arguments.emplace_back(argv[i]);
-    return std::make_unique<SingleInstance>(Paths::home() + '\n' + VerdictStore::defaultPath(), request);
-}
-
-/// What another start has asked for, and the window to the front.
-void obey(const LaunchRequest& request, WindowModel& model, QQuickWindow& window) {
-    QStringList arguments;
-    for (const std::string& argument : request.arguments)
-        arguments.append(QString::fromStdString(argument));
+/// Does what another start has asked for, with the window in front.
+void obey(const QStringList& arguments, const QByteArray& token, WindowModel& model, QQuickWindow& window) {
     if (!arguments.isEmpty())
         model.launch(arguments);
-    // The toolkit looks for it there when the window asks to be activated.
-    if (!request.activationToken.empty())
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(request.activationToken));
+    // The toolkit looks for it there when a window asks to be activated.
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token);
     window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
     window.show();
-    window.raise();
     window.requestActivate();
 }
 
-void endBySignals(int descriptor, QQuickWindow& window) {
-    auto* notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &window);
-    QObject::connect(notifier, &QSocketNotifier::activated, &window, [notifier, &window] {
-        notifier->setEnabled(false);
+/// What ends the program besides closing its window, and asks nobody.
+void followEndings(QGuiApplication& application, WindowModel& model, QQuickWindow& window) {
+    QObject::connect(
+        &application, &QGuiApplication::commitDataRequest, &model, [&model] { model.closeUnasked(); },
+        Qt::DirectConnection);
+    OneWindow::whenAskedToEnd(&window, [&window] {
         window.hide();
-        QCoreApplication::exit(EXIT_SUCCESS);  // not `quit`, which asks the window
+        QCoreApplication::exit(EXIT_SUCCESS);  // `quit` would ask the window
     });
 }
 
 /// When the window is gone. A walk over a dead disk or a server that says nothing must not keep a closed
-/// program alive; a label or half an item must.
+/// program alive; a label that is not written or half an item must.
 void finish(AppModel& app, int status) {
     using namespace std::chrono_literals;
     QGuiApplication::sync();
     const bool hasAllEnded = app.finish(800ms);
     app.finishLasting();
-    platform::endBySignal();
+    OneWindow::endAsAsked();
     if (!hasAllEnded)
         std::_Exit(status);
 }
@@ -77,12 +58,9 @@ void finish(AppModel& app, int status) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    auto instance = makeInstance(argc, argv);
-    if (instance->role() == SingleInstance::Role::handedOver)
+    OneWindow oneWindow(argc, argv);
+    if (oneWindow.isElsewhere())
         return EXIT_SUCCESS;
-    if (instance->role() == SingleInstance::Role::silent)
-        std::fputs("ulvak: açık olan pencere yanıt vermiyor; bir pencere daha açılıyor.\n", stderr);
-    const std::optional<int> endingSignals = platform::watchEndingSignals();
     // Without a display the toolkit says so and aborts. That is no bug of ours: the program ends like any
     // other that cannot begin, without a core dump.
     std::signal(SIGABRT, [](int) { std::_Exit(EXIT_FAILURE); });
@@ -104,22 +82,13 @@ int main(int argc, char* argv[]) {
     if (window == nullptr)
         return EXIT_FAILURE;
     appearance.follow(*window);
-    QObject::connect(
-        &application, &QGuiApplication::commitDataRequest, &model, [&model] { model.closeUnasked(); },
-        Qt::DirectConnection);
-    if (endingSignals)
-        endBySignals(*endingSignals, *window);
+    followEndings(application, model, *window);
     model.launch(arguments);
-    instance->listen([&model, window](LaunchRequest request, std::shared_ptr<void> turn) {
-        QMetaObject::invokeMethod(
-            window,
-            [request = std::move(request), turn = std::move(turn), &model, window] {
-                obey(request, model, *window);
-            },
-            Qt::QueuedConnection);
+    oneWindow.listen(window, [&model, window](const QStringList& later, const QByteArray& token) {
+        obey(later, token, model, *window);
     });
     const int status = QGuiApplication::exec();
-    instance.reset();  // another start has a window of its own from here on
+    oneWindow.leave();
     finish(app, status);
     return status;
 }

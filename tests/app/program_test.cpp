@@ -1,8 +1,12 @@
 // The program itself, as a user starts it.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -181,6 +185,20 @@ TEST_F(Program, DumpChangesNothing) {
     after.erase(tree.path("gecici/T"));
 #endif
     EXPECT_EQ(after, before);
+}
+
+TEST_F(Program, DumpSpeaksToNobodyOnTheSessionsBus) {
+    const std::string path = tree.path("gecici/bus");
+    const int bus = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(::fcntl(bus, F_SETFL, O_NONBLOCK), 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(bus, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(bus, 1), 0);
+    EXPECT_EQ(shell("DBUS_SESSION_BUS_ADDRESS='unix:path=" + path + "' ulvak --dump").status, 0);
+    EXPECT_EQ(::accept(bus, nullptr, nullptr), -1) << "somebody has called";
+    ::close(bus);
 }
 
 TEST_F(Program, TheWindowsProgramIsToldOfNoRelativeFolder) {
