@@ -204,9 +204,9 @@ TEST_F(AppModelClean, AFindingIsNotCleanedTwiceAtOnce) {
 TEST_F(AppModelClean, TwoRemovalsTakeTurns) {
     makeCleaningSlow();
     const auto emptied = std::make_shared<Record<int>>();
-    services.emptyTrash = [emptied]() -> std::expected<void, CleanFailure> {
+    services.emptyTrash = [emptied](const Cleaner::TrashContents&, const std::stop_token&) {
         emptied->add(0);
-        return {};
+        return Cleaner::EmptiedTrash();
     };
     startWith({staged("/1"), staged("/2")});
     const auto first = app().clean({"/1"}, CleanMode::trash);
@@ -278,8 +278,8 @@ TEST_F(AppModelClean, AnEmptiedTrashFreesWhatWasInItAndLeavesTheList) {
 
 TEST_F(AppModelClean, ATrashThatCannotBeEmptiedLeavesTheTotals) {
     const CleanFailure failure = CleanError{CleanError::Failed{"Olmadı."}};
-    services.emptyTrash = [failure]() -> std::expected<void, CleanFailure> {
-        return std::unexpected(failure);
+    services.emptyTrash = [failure](const Cleaner::TrashContents&, const std::stop_token&) {
+        return Cleaner::EmptiedTrash{.itemsLeft = 1, .failure = failure};
     };
     const auto looks = std::make_shared<Record<int>>();
     services.diskInfo = [looks] {
@@ -297,6 +297,126 @@ TEST_F(AppModelClean, ATrashThatCannotBeEmptiedLeavesTheTotals) {
     EXPECT_EQ(app().alert()->title, "Çöp kutusu boşaltılamadı");
     EXPECT_EQ(app().alert()->message, "Olmadı.");
     EXPECT_EQ(looks->size(), before + 1);
+}
+
+TEST_F(AppModelClean, ATrashThatHoldsMoreIsEmptiedOnlyWhenTheAnswerIsYes) {
+    startWith({staged("/1", SafetyLevel::safe, 90), staged(Paths::trash())});
+    clean({"/1"});
+    trash->others = 420;
+    emptyTrash();
+    ASSERT_TRUE(app().trashQuestion());
+    EXPECT_EQ(app().trashQuestion()->contents->bytes, 510);
+    EXPECT_EQ(app().trashQuestion()->contents->bytesFromHere, 90);
+    EXPECT_EQ(trash->others, 420);
+    EXPECT_EQ(app().trashedBytes(), 90);
+    const QUuid asked = app().trashQuestion()->id;
+    runToEnd(app().emptyTrashAsAsked(QUuid::createUuid()));
+    EXPECT_EQ(trash->others, 420) << "the answer to another question";
+    app().dismissTrashQuestion();
+    runToEnd(app().emptyTrashAsAsked(asked));
+    EXPECT_EQ(trash->others, 420) << "no is no";
+    emptyTrash();
+    ASSERT_TRUE(app().trashQuestion());
+    runToEnd(app().emptyTrashAsAsked(app().trashQuestion()->id));
+    EXPECT_EQ(app().trashQuestion(), std::nullopt);
+    EXPECT_EQ(trash->others, 0);
+    EXPECT_EQ(app().freedBytes(), 510);
+    EXPECT_EQ(app().trashedBytes(), 0);
+    EXPECT_THAT(ids(), IsEmpty());
+}
+
+TEST_F(AppModelClean, ATrashThatCannotBeToldIsAskedAbout) {
+    services.trashContents = [](std::span<const platform::TrashedItem>) {
+        return Cleaner::TrashContents{.isComplete = false};
+    };
+    startWith({});
+    emptyTrash();
+    EXPECT_TRUE(app().trashQuestion());
+}
+
+TEST_F(AppModelClean, WhatHasComeSinceTheQuestionIsAskedAboutInItsTurn) {
+    services.emptyTrash = [trash = trash](const Cleaner::TrashContents& asked, const std::stop_token&) {
+        trash->fromHere = 0;
+        trash->others = 7;
+        return Cleaner::EmptiedTrash{.bytes = asked.bytes, .itemsNew = 1};
+    };
+    startWith({staged("/1", SafetyLevel::safe, 90), staged(Paths::trash())});
+    clean({"/1"});
+    trash->others = 420;
+    emptyTrash();
+    const QUuid first = app().trashQuestion()->id;
+    runToEnd(app().emptyTrashAsAsked(first));
+    EXPECT_EQ(app().freedBytes(), 510);
+    EXPECT_EQ(app().trashedBytes(), 0);
+    EXPECT_THAT(ids(), ElementsAre(Paths::trash())) << "it is not empty";
+    ASSERT_TRUE(app().trashQuestion());
+    EXPECT_NE(app().trashQuestion()->id, first);
+    EXPECT_EQ(app().trashQuestion()->contents->bytes, 7);
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelClean, OfATrashThatWentInPartCountsWhatWent) {
+    services.emptyTrash = [trash = trash](const Cleaner::TrashContents&, const std::stop_token&) {
+        trash->fromHere = 10;
+        return Cleaner::EmptiedTrash{
+            .bytes = 20, .itemsLeft = 2, .failure = CleanError{CleanError::Failed{"Olmadı."}}};
+    };
+    startWith({staged("/1", SafetyLevel::safe, 30), staged(Paths::trash())});
+    clean({"/1"});
+    emptyTrash();
+    EXPECT_EQ(app().freedBytes(), 20);
+    EXPECT_EQ(app().trashedBytes(), 10);
+    EXPECT_THAT(ids(), ElementsAre(Paths::trash()));
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->message, "Olmadı.\nÇöp kutusunda 2 öğe kaldı.");
+}
+
+TEST_F(AppModelClean, WhileTheDesktopEmptiesOtherRemovalsGoOn) {
+    services.emptyTrash = [](const Cleaner::TrashContents&, const std::stop_token&) {
+        return Cleaner::EmptiedTrash{
+            .bytes = 5, .itemsLeft = 1, .failure = CleanError{}, .mayAskDesktop = true};
+    };
+    services.emptyTrashByDesktop = [gate = gate](const Cleaner::TrashContents&, const std::stop_token& stop) {
+        gate->pass(stop);
+        return Cleaner::EmptiedTrash{.bytes = 25};
+    };
+    startWith({staged("/1", SafetyLevel::safe, 30), staged("/2", SafetyLevel::safe, 4)});
+    clean({"/1"});
+    const auto emptying = app().emptyTrash();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    clean({"/2"}, CleanMode::permanent);
+    EXPECT_EQ(app().freedBytes(), 4);
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return emptying.isReady(); }));
+    EXPECT_EQ(app().freedBytes(), 34);
+    EXPECT_EQ(app().trashedBytes(), 0);
+    EXPECT_EQ(app().alert(), std::nullopt);
+}
+
+TEST_F(AppModelClean, WhatWasTrashedIsKnownAgainWhenItIsEmptiedAndRecordedOnceABatch) {
+    const auto known = std::make_shared<Record<std::size_t>>();
+    const auto recorded = std::make_shared<Record<std::size_t>>();
+    services.clean = [](const Finding& finding, CleanMode,
+                        CleanRun& run) -> std::expected<std::int64_t, CleanFailure> {
+        run.trashed = {{.origin = finding.id + "/x", .location = "/t/x", .identity = {}}};
+        if (finding.id == "/2")
+            return std::unexpected(CleanError{CleanError::Failed{"yarıda"}});
+        return finding.size;
+    };
+    services.trashContents = [known](std::span<const platform::TrashedItem> fromHere) {
+        known->add(fromHere.size());
+        return Cleaner::TrashContents();
+    };
+    services.recordTrashed = [recorded](std::span<const platform::TrashedItem> items) {
+        recorded->add(items.size());
+    };
+    startWith({staged("/1"), staged("/2")});
+    clean({"/1", "/2"});
+    ASSERT_TRUE(eventually([&] { return recorded->size() == 1; }));
+    EXPECT_THAT(recorded->values(), ElementsAre(2U)) << "also of what failed later";
+    emptyTrash();
+    emptyTrash();
+    EXPECT_THAT(known->values(), ElementsAre(2U, 0U));
 }
 
 TEST_F(AppModelClean, TotalsThatOverflowEndTheProgram) {

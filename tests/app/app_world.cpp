@@ -100,12 +100,20 @@ AppTest::AppTest() : stage_(std::make_shared<Stage>()) {
                        const std::stop_token&) -> AIClassifier::Result {
             return std::unexpected(AIClassifier::Error{AIClassifier::Failure::guardrail});
         },
-        .clean = [record = cleaned](const Finding& finding, CleanMode,
-                                    CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
+        .clean = [record = cleaned, trash = trash](const Finding& finding, CleanMode mode,
+                                                   CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
             record->add(finding.id);
+            if (mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding.action.value))
+                trash->fromHere += finding.size;
             return finding.size;
         },
-        .emptyTrash = []() -> std::expected<void, CleanFailure> { return {}; },
+        .trashContents = [trash =
+                              trash](std::span<const platform::TrashedItem>) { return trash->contents(); },
+        .emptyTrash = [trash = trash](const Cleaner::TrashContents&,
+                                      const std::stop_token&) { return trash->empty(); },
+        .emptyTrashByDesktop = [](const Cleaner::TrashContents&,
+                                  const std::stop_token&) { return Cleaner::EmptiedTrash(); },
+        .recordTrashed = [](std::span<const platform::TrashedItem>) {},
         .reveal = [](std::span<const std::string>) { return true; },
         .openUrl = [](std::string_view) {},
         .diskInfo = [] { return std::optional(DiskInfo{.total = 1000, .available = 400}); },
@@ -139,6 +147,7 @@ AppModel& AppTest::start() {
         {&AppModel::trashedBytesChanged, "trashedBytes"},
         {&AppModel::freedBytesChanged, "freedBytes"},
         {&AppModel::alertChanged, "alert"},
+        {&AppModel::trashQuestionChanged, "trashQuestion"},
     };
     for (const auto& [signal, name] : all)
         QObject::connect(app_.get(), signal, app_.get(), [this, text = name] { signalled->add(text); });

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -68,6 +69,22 @@ struct StagedScan {
     bool heedsStop = true;
 };
 
+/// Bytes in a Trash. Threads: any.
+struct StagedTrash {
+    std::atomic<std::int64_t> fromHere = 0;
+    std::atomic<std::int64_t> others = 0;
+
+    [[nodiscard]] Cleaner::TrashContents contents() const {
+        return {.bytes = fromHere + others,
+                .items = (fromHere > 0 ? 1 : 0) + (others > 0 ? 1 : 0),
+                .bytesFromHere = fromHere,
+                .itemsFromHere = fromHere > 0 ? 1 : 0};
+    }
+    [[nodiscard]] Cleaner::EmptiedTrash empty() {
+        return {.bytes = fromHere.exchange(0) + others.exchange(0)};
+    }
+};
+
 /// A finding of the Trash action, judged by a rule.
 [[nodiscard]] Finding staged(const std::string& id, SafetyLevel level = SafetyLevel::safe,
                              std::int64_t size = 100);
@@ -105,6 +122,7 @@ protected:
     TempTree tree;
     std::string verdictsPath = tree.path("veri/verdicts.json");
     AppServices services;
+    std::shared_ptr<StagedTrash> trash = std::make_shared<StagedTrash>();
     std::shared_ptr<Record<std::string>> cleaned = std::make_shared<Record<std::string>>();
     std::shared_ptr<Record<std::string>> signalled = std::make_shared<Record<std::string>>();
 

@@ -114,6 +114,47 @@ TEST_F(OverviewTest, ReturnDoesNotEmptyTheTrashAndSpaceDoes) {
     EXPECT_EQ(stage.count("empty"), 1);
 }
 
+TEST_F(OverviewTest, ATrashThatHoldsMoreIsAskedAboutAndCancelIsTheDefault) {
+    stage.result = {finding("/v/one", SafetyLevel::safe, 90'000'000)};
+    stage.trash = {.bytes = 510'000'000, .items = 1200, .bytesFromHere = 90'000'000, .itemsFromHere = 1};
+    openScanned();
+    app->clean({"/v/one"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
+    click(QStringLiteral("emptyTrash"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmEmptyTrash")); }));
+    EXPECT_EQ(
+        popup(QStringLiteral("confirmEmptyTrash"))->property("message").toString(),
+        QStringLiteral("Çöp kutusunda toplam 510 MB (1.200 öğe) var. Bunun 90 MB (1 öğe) kadarı bu oturumda "
+                       "buradan atıldı. Boşaltırsan hepsi kalıcı olarak silinir. Bu işlem geri alınamaz."));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmEmptyTrash")); }));
+    ASSERT_TRUE(waitUntil([&] { return !app->trashQuestion(); }));
+    EXPECT_EQ(stage.count("empty"), 0);
+    EXPECT_TRUE(shows(QStringLiteral("trashBanner")));
+
+    click(QStringLiteral("emptyTrash"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmEmptyTrash")); }));
+    click(inPopup(QStringLiteral("confirmEmptyTrash"), QStringLiteral("confirm")));
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("freedBanner")); }));
+    EXPECT_EQ(stage.count("empty"), 1);
+    EXPECT_EQ(text(QStringLiteral("freedBanner")), QStringLiteral("Bu oturumda 510 MB yer açtın."));
+}
+
+TEST_F(OverviewTest, ATrashThatCouldNotBeSeenWholeSaysSo) {
+    stage.result = {finding("/v/one", SafetyLevel::safe, 1)};
+    stage.trash = {.bytes = 5'000'000, .items = 2, .isComplete = false};
+    openScanned();
+    app->clean({"/v/one"}, CleanMode::trash);
+    ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
+    click(QStringLiteral("emptyTrash"));
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmEmptyTrash")); }));
+    EXPECT_EQ(
+        popup(QStringLiteral("confirmEmptyTrash"))->property("message").toString(),
+        QStringLiteral("Çöp kutusunun bir bölümüne bakılamadı. Görülen: 5 MB (2 öğe). Bunların hiçbiri bu "
+                       "oturumda buradan atılmadı. Boşaltırsan hepsi kalıcı olarak silinir. Bu işlem geri "
+                       "alınamaz."));
+}
+
 TEST_F(OverviewTest, WhatCanBeDoneAboutAnAbsentModelIsToldWithItsReason) {
     stage.status = AIStatus{.unavailable = "Model yok.", .hint = "ULVAK_MODEL_URL <b>ayarla</b>."};
     open();

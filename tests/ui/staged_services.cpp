@@ -71,10 +71,15 @@ AppServices StagedServices::services() {
             return std::unexpected(*cleanFailure);
         return finding.size;
     };
-    services.emptyTrash = [this]() -> std::expected<void, CleanFailure> {
+    services.trashContents = [this](std::span<const platform::TrashedItem>) { return trash; };
+    services.emptyTrash = [this](const Cleaner::TrashContents& asked, const std::stop_token&) {
         note("empty");
-        return {};
+        return Cleaner::EmptiedTrash{.bytes = asked.bytes};
     };
+    services.emptyTrashByDesktop = [](const Cleaner::TrashContents&, const std::stop_token&) {
+        return Cleaner::EmptiedTrash();
+    };
+    services.recordTrashed = [](std::span<const platform::TrashedItem>) {};
     services.reveal = [this](std::span<const std::string> paths) {
         note("reveal " + paths.front());
         return hasFileBrowser;

@@ -48,6 +48,7 @@ public:
                       .explanation = "Modelin açıklaması.",
                       .source = VerdictSource::ai,
                       .confidence = 85};
+    Cleaner::TrashContents trash{.bytes = 1, .items = 1, .bytesFromHere = 1, .itemsFromHere = 1};
     std::int64_t files = 0;
     std::int64_t bytes = 0;
     std::int64_t denied = 0;
