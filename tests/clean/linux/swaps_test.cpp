@@ -79,15 +79,20 @@ struct Plan {
     std::function<Swap(const std::string& victim, const std::string& bait)> swap = exchanging;
 };
 
+/// As people rename: nothing is replaced.
+bool renamed(const std::string& from, const std::string& to) {
+    return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
+}
+
 /// The victim steps aside, the bait takes its place, and both go back, by plain renaming.
 Swap stepping(const std::string& victim, const std::string& bait) {
     return [victim, bait, aside = bait + ".aside"] {
-        const bool isAside = std::rename(victim.c_str(), aside.c_str()) == 0;
-        const bool isThere = std::rename(bait.c_str(), victim.c_str()) == 0;
+        const bool isAside = renamed(victim, aside);
+        const bool isThere = renamed(bait, victim);
         if (isThere)
-            (void)std::rename(victim.c_str(), bait.c_str());
+            (void)renamed(victim, bait);
         if (isAside)
-            (void)std::rename(aside.c_str(), victim.c_str());
+            (void)renamed(aside, victim);
         return isThere;
     };
 }
@@ -194,6 +199,8 @@ TEST_P(Swaps, DocumentsInPlaceOfAnItem) {
 }
 
 TEST_P(Swaps, DocumentsInPlaceOfAFolderInAnItem) {
+    if (GetParam() == CleanMode::trash)
+        GTEST_SKIP() << "an item is moved whole, with what is in it at that moment, and can be moved back";
     survive({.bait = "Documents", .holds = inside, .victim = "round/arena/item/sub"},
             {folder("Documents", shaped())});
 }
@@ -240,6 +247,7 @@ Swap mounting(const std::string& victim, const std::string& bait) {
 TEST_P(Swaps, MountsOverAnItemAndWhatHoldsIt) {
     if (const auto reason = whyNoPrivateMounts())
         GTEST_SKIP() << *reason;
+    // What is mounted inside an item is not moved with it, and not entered.
     for (const char* victim : {"round/arena/item", "round/arena", "round/arena/item/sub"}) {
         SCOPED_TRACE(victim);
         TempTree tree({folder("home", {folder("other", {folder("item", shaped()), folder("first", shaped()),
