@@ -1,6 +1,9 @@
 # What every target of this project has in common. Flags sit on the targets, never on the directory,
 # so that a library found on the system is compiled against as it is.
 
+include(UlvakHardening)
+ulvak_find_hardening()
+
 function(ulvak_common target)
   # Every field of our records has a default: leaving one out is what designated initialisers are for. GCC 12
   # sees overlaps that are none in "x" + std::string, and clang the standard library's own use of what that
@@ -22,6 +25,11 @@ function(ulvak_common target)
     # The Swift in it is a library like others.
     set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
   endif()
+  target_compile_options(${target} PRIVATE "$<${ours}:${ULVAK_HARDENING_FLAGS}>")
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "EXECUTABLE")
+    target_link_options(${target} PRIVATE ${ULVAK_HARDENING_LINKS})
+  endif()
   if(ULVAK_SANITIZE)
     # What GCC 12 makes of instrumented code looks to it as if it read what was never written.
     target_compile_options(${target} PRIVATE -fsanitize=${ULVAK_SANITIZE} -fno-omit-frame-pointer
@@ -42,6 +50,8 @@ endfunction()
 # ulvak_test_code(<target>): of the tests, only what they test is as users run it. To optimise them takes longer
 # than to run them.
 function(ulvak_test_code target)
+  set(ULVAK_HARDENING_FLAGS "")  # which take optimised code
+  set(ULVAK_HARDENING_LINKS "")
   ulvak_common(${target})
   target_compile_options(${target} PRIVATE -O0)
 endfunction()
