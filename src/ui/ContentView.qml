@@ -113,7 +113,12 @@ Item {
     Connections {
         target: root.app
         // Later: what has been pressed may hand the keyboard on itself.
-        function onPhaseChanged() { Qt.callLater(root.keepFocus) }
+        function onPhaseChanged() { focusKeeper.restart() }
+    }
+    Timer {
+        id: focusKeeper
+        interval: 0
+        onTriggered: root.keepFocus()
     }
     Shortcut {
         sequences: ["F10"]

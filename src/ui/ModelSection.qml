@@ -4,12 +4,11 @@ import QtQuick.Layouts
 
 /// What the language model can say about the finding, and a note for it. Has the keyboard itself while its button
 /// waits for an answer.
-FocusScope {
+Rectangle {
     id: root
 
     required property var app
     readonly property var detail: app.detail
-    readonly property bool hasFocus: Window.activeFocusItem === root
 
     function forget() {
         note.text = ""  // and with it what could be undone
@@ -17,19 +16,14 @@ FocusScope {
 
     objectName: "modelSection"
     implicitHeight: column.implicitHeight + 2 * Math.round(14 * Theme.u)
+    radius: Theme.radiusM
+    color: Theme.faint(Theme.purple, 0.06)
+    border.width: activeFocus ? 2 : 1
+    border.color: activeFocus ? Theme.accent : Theme.faint(Theme.purple, 0.2)
 
     Accessible.role: Accessible.Grouping
     Accessible.name: "Apple Intelligence"
-    Accessible.focusable: hasFocus
-    Accessible.focused: hasFocus
 
-    Rectangle {
-        anchors.fill: parent
-        radius: Theme.radiusM
-        color: Theme.faint(Theme.purple, 0.06)
-        border.width: root.hasFocus ? 2 : 1
-        border.color: root.hasFocus ? Theme.accent : Theme.faint(Theme.purple, 0.2)
-    }
     ColumnLayout {
         id: column
         anchors.fill: parent
@@ -117,13 +111,26 @@ FocusScope {
         }
         PushButton {
             id: ask
+            property int pressedBy: Qt.TabFocusReason
             objectName: "analyze"
             visible: root.app.isModelAvailable
             enabled: !root.detail.isAnalyzing
             busy: root.detail.isAnalyzing
             text: root.detail.analyzeText
             Layout.maximumWidth: column.width
-            onClicked: root.app.analyze(root.detail.token, note.text)
+            // The toolkit takes the keyboard from what cannot be used, and leaves it with what is around all of this.
+            onEnabledChanged: {
+                if (enabled && root.activeFocus)
+                    forceActiveFocus(pressedBy)
+                for (let around = enabled || !focus ? null : root.parent; around; around = around.parent) {
+                    if (around === Window.activeFocusItem)
+                        root.forceActiveFocus(pressedBy)
+                }
+            }
+            onClicked: {
+                pressedBy = reasonToHandOn
+                root.app.analyze(root.detail.token, note.text)
+            }
         }
         PlainText {
             objectName: "modelWarning"

@@ -7,7 +7,7 @@
 namespace ulvak {
 namespace {
 
-using platform::ColorScheme;
+using ColorScheme = DesktopScheme::Scheme;
 
 /// What the toolkit knows by itself. The oldest that we build with knows nothing.
 ColorScheme toolkitScheme() {
@@ -26,11 +26,8 @@ ColorScheme toolkitScheme() {
 
 }  // namespace
 
-DesktopAppearance::DesktopAppearance()
-    : watch_([this](ColorScheme scheme) {
-          desktop_ = scheme;
-          QMetaObject::invokeMethod(this, &DesktopAppearance::changed, Qt::QueuedConnection);
-      }) {
+DesktopAppearance::DesktopAppearance() {
+    connect(&desktop_, &DesktopScheme::changed, this, &DesktopAppearance::changed);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this,
             &DesktopAppearance::changed);
@@ -39,7 +36,7 @@ DesktopAppearance::DesktopAppearance()
 
 QString DesktopAppearance::wish() const {
     const ColorScheme known = toolkitScheme();
-    switch (known == ColorScheme::unsaid ? desktop_.load() : known) {
+    switch (known == ColorScheme::unsaid ? desktop_.current() : known) {
         case ColorScheme::dark:
             return QStringLiteral("dark");
         case ColorScheme::light:

@@ -2,9 +2,8 @@
 
 #include <QObject>
 #include <QString>
-#include <atomic>
 
-#include "platform/color_scheme.h"
+#include "app/desktop_scheme.h"
 
 class QWindow;
 
@@ -29,9 +28,7 @@ signals:
     void changed();
 
 private:
-    std::atomic<platform::ColorScheme> desktop_ =
-        platform::ColorScheme::unsaid;  ///< what the watch said last
-    platform::ColorSchemeWatch watch_;  ///< last: it uses the others, from its own thread
+    DesktopScheme desktop_;
 };
 
 }  // namespace ulvak

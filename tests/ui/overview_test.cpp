@@ -272,6 +272,7 @@ TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
     stage.disk = DiskInfo{.total = 1000, .available = 300};
     stage.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
     openScanned();
+    settle();
     const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
     const double pixel = 0.51;  // they end at whole ones
     EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, pixel);

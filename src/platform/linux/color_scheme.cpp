@@ -69,6 +69,9 @@ private:
             g_dbus_connection_signal_unsubscribe(bus_, subscription_);
             g_object_unref(bus_);
         }
+        // Signals on their way here hold the connection, and the loop that would have dropped them.
+        while (g_main_context_iteration(context_, FALSE) == TRUE) {
+        }
         g_main_context_pop_thread_default(context_);
     }
 
