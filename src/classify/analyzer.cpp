@@ -161,21 +161,19 @@ Judgement unknownJudgement(const Place& place) {
             .action = {}};
 }
 
-/// Whether the folder holds another name of the same file.
-bool hasNameBeside(const Place& place) {
-    if (!place.node->linked || place.parent == nullptr)
-        return false;
-    return std::ranges::any_of(place.parent->node->children, [&](const DirNode& node) {
-        return &node != place.node && node.linked && node.linked->isSameAs(*place.node->linked);
-    });
-}
-
-/// One file under several names in a folder is one thing to clean: only all of them together free anything.
-/// Where they are judged differently they stay apart.
-std::string nameGroup(const Finding& finding, const LinkedFile& file) {
-    return finding.parentPath.value_or("") + "|" + std::to_string(file.volume) + ":" +
-           std::to_string(file.number) + "|" + std::string(info(finding.level).rawValue) + "|" +
-           finding.explanation;
+/// What unites the names that one file has in one folder: to clean them is one thing, for only all of them
+/// together free anything. Where they are judged differently they stay apart.
+std::optional<std::string> nameGroup(const Place& place, const Finding& finding) {
+    const std::optional<LinkedFile>& file = place.node->linked;
+    if (!file || place.parent == nullptr)
+        return std::nullopt;
+    const auto isOtherName = [&](const DirNode& node) {
+        return &node != place.node && node.linked && node.linked->isSameAs(*file);
+    };
+    if (std::ranges::none_of(place.parent->node->children, isOtherName))
+        return std::nullopt;
+    return place.parent->path + "|" + std::to_string(file->volume) + ":" + std::to_string(file->number) +
+           "|" + std::string(info(finding.level).rawValue) + "|" + finding.explanation;
 }
 
 Finding findingAt(const Place& place, Judgement judgement) {
@@ -193,8 +191,7 @@ Finding findingAt(const Place& place, Judgement judgement) {
     finding.siblings = siblings(place);
     finding.original = judgement.verdict;
     setCurrentVerdict(finding, std::move(judgement.verdict));
-    if (hasNameBeside(place))
-        finding.groupKey = nameGroup(finding, *place.node->linked);
+    finding.groupKey = nameGroup(place, finding);
     return finding;
 }
 
