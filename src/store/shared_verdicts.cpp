@@ -1,6 +1,7 @@
 #include "store/shared_verdicts.h"
 
 #include <chrono>
+#include <expected>
 #include <utility>
 
 #include "core/paths.h"
