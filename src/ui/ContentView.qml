@@ -9,6 +9,7 @@ Item {
 
     required property var app
 
+    readonly property string phase: app.phase
     readonly property real scale13: Math.max(1, Math.min(Theme.base / 13, 1.6))
     // What the columns beside the content have where there is room; what the user gives them is remembered here.
     property real sideWish: Math.max(230 * scale13, Math.min(side.wholeWidth, 270 * scale13))
@@ -42,6 +43,8 @@ Item {
     }
 
     onSideWishChanged: fit()
+    // Later: what has been pressed may hand the keyboard on itself.
+    onPhaseChanged: Qt.callLater(root.keepFocus)  // qmllint disable
 
     ColumnLayout {
         anchors.fill: parent
@@ -110,16 +113,6 @@ Item {
         }
     }
 
-    Connections {
-        target: root.app
-        // Later: what has been pressed may hand the keyboard on itself.
-        function onPhaseChanged() { focusKeeper.restart() }
-    }
-    Timer {
-        id: focusKeeper
-        interval: 0
-        onTriggered: root.keepFocus()
-    }
     Shortcut {
         sequences: ["F10"]
         onActivated: bar.openMenu()
