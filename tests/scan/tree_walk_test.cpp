@@ -66,8 +66,8 @@ private:
 /// All files below a folder, by their numbers: their sizes, the names that were seen, and all their names.
 struct PlainFile {
     std::int64_t size = 0;
-    nlink_t seen = 0;
-    nlink_t names = 0;
+    std::uint64_t seen = 0;
+    std::uint64_t names = 0;
 };
 using PlainFiles = std::map<ino_t, PlainFile>;
 
