@@ -231,6 +231,7 @@ TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
     stage.disk = DiskInfo{.total = 1000, .available = 300};
     stage.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
     openScanned();
+    settle();
     const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
     EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, 0.01);
     EXPECT_NEAR(width(QStringLiteral("segment-keep")), bar * 0.1, 0.01);
