@@ -11,6 +11,7 @@
 #include "ai/fact_text.h"
 #include "core/text.h"
 #include "platform/folder_facts.h"
+#include "platform/reach.h"
 
 namespace ulvak::FolderContext {
 namespace {
@@ -186,10 +187,14 @@ std::string_view withoutExtension(std::string_view name) {
     return extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1);
 }
 
-/// The first name in a folder that passes, bounded.
+/// The first name in a folder that passes, bounded. A folder out of reach has none: nobody has asked for it.
 template <typename Predicate>
-std::optional<std::string> firstName(const std::string& folder, std::size_t most, Predicate passes) {
-    platform::FolderListing listing(folder);
+std::optional<std::string> firstName(const std::string& folder, std::size_t most,
+                                     const platform::Reach& reach, Predicate passes) {
+    const platform::Reach::Place place = reach.follow(folder);
+    if (!place.isThere)
+        return std::nullopt;
+    platform::FolderListing listing(place.path);
     for (std::size_t seen = 0; seen < most; ++seen) {
         const auto name = listing.next();
         if (!name)
@@ -200,9 +205,9 @@ std::optional<std::string> firstName(const std::string& folder, std::size_t most
     return std::nullopt;
 }
 
-std::string installedHint(std::string_view owner, const Surroundings& around) {
+std::string installedHint(std::string_view owner, const Surroundings& around, const platform::Reach& reach) {
     const std::string ownerKey = matchKey(owner);
-    const auto app = firstName(around.applications, around.mostNames, [&](std::string_view entry) {
+    const auto app = firstName(around.applications, around.mostNames, reach, [&](std::string_view entry) {
         return isSameApp(ownerKey, matchKey(withoutExtension(entry)));
     });
     if (app)
@@ -212,16 +217,17 @@ std::string installedHint(std::string_view owner, const Surroundings& around) {
            "\" is installed in /Applications (it may be a command line tool or a removed app).";
 }
 
-std::optional<std::string> sourceFolder(std::string_view owner, const Surroundings& around) {
+std::optional<std::string> sourceFolder(std::string_view owner, const Surroundings& around,
+                                        const platform::Reach& reach) {
     const std::string wanted = lowerCased(owner);
     for (const std::string_view folder : sourceFolders) {
         const std::string place = Paths::join(around.folders.home, folder);
-        const auto entry = firstName(place, around.mostNames,
+        const auto entry = firstName(place, around.mostNames, reach,
                                      [&](std::string_view name) { return lowerCased(name) == wanted; });
         if (!entry)
             continue;
         const auto marker =
-            firstName(Paths::join(place, *entry), around.mostNames, [](std::string_view name) {
+            firstName(Paths::join(place, *entry), around.mostNames, reach, [](std::string_view name) {
                 return isOneOf(sourceMarkers, name) || name.ends_with(".xcodeproj");
             });
         if (marker)
@@ -235,12 +241,13 @@ void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
     const auto owner = ownerName(url, around.folders);
     if (!owner)
         return;
-    lines.push_back(installedHint(*owner, around));
+    const platform::Reach reach({&around.folders.home, 1}, platform::Reach::Others::prompt);
+    lines.push_back(installedHint(*owner, around, reach));
     const std::string ownerKey = matchKey(*owner);
     if (std::ranges::any_of(runningApps,
                             [&](const std::string& app) { return isSameApp(ownerKey, matchKey(app)); }))
         lines.push_back("Hint: \"" + FactText::name(*owner) + "\" is currently running.");
-    if (const auto source = sourceFolder(*owner, around))
+    if (const auto source = sourceFolder(*owner, around, reach))
         lines.push_back(
             "Hint: the user has a source code repository with the same name at " + FactText::path(*source) +
             ". The user is probably developing this app, so benchmark, trace, build and test folders "

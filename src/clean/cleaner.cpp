@@ -9,15 +9,13 @@
 #include <set>
 #include <utility>
 
+#include "clean/surroundings.h"
 #include "clean/trash_judging.h"
 #include "core/paths.h"
 #include "core/text.h"
-#include "platform/files.h"
-#include "platform/guarded_folders.h"
 #include "platform/removal.h"
 #include "platform/running_applications.h"
 #include "platform/trash.h"
-#include "platform/volume.h"
 
 namespace ulvak::Cleaner {
 namespace {
@@ -52,115 +50,6 @@ std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
     return std::move(*folder);
 }
 
-/// Folders that must stay, by every path that leads to them and by their numbers on the disk: a link, letter
-/// case that the file system does not tell apart, or a second mount can give any of them another path.
-class KeptFolders {
-public:
-    void add(const std::string& path) {
-        paths_.push_back(path);
-        const auto real = platform::resolvedPath(path);
-        if (!real)
-            return;
-        paths_.push_back(*real);
-        if (const auto info = platform::fileInfo(*real))
-            numbers_.insert(info->volumeAndNumber);
-    }
-
-    /// Whether one of them is the item at `path`, or lies in it.
-    [[nodiscard]] bool areWithin(std::string_view path) const {
-        return std::ranges::any_of(paths_,
-                                   [&](const std::string& kept) { return Paths::isWithin(kept, path); });
-    }
-
-    /// Whether the item at `path` is one of them, or lies in one.
-    [[nodiscard]] bool hold(std::string_view path) const {
-        return std::ranges::any_of(paths_,
-                                   [&](const std::string& kept) { return Paths::isWithin(path, kept); });
-    }
-
-    [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
-    [[nodiscard]] const std::set<platform::FileNumber>& numbers() const { return numbers_; }
-
-private:
-    std::vector<std::string> paths_;
-    std::set<platform::FileNumber> numbers_;
-};
-
-/// What the disk and the system know of places that must stay, beyond the text of a path.
-class Surroundings {
-public:
-    Surroundings() : mountPoints_(platform::mountPoints()) {
-        const platform::GuardedFolders guarded = platform::guardedFolders(Paths::home());
-        for (const std::string& path : rails().protectedPaths())
-            kept_.add(path);
-        for (const std::string& path : guarded.themselves)
-            kept_.add(path);
-        for (const std::string& prefix : rails().forbiddenPrefixes())
-            closed_.add(prefix.substr(0, prefix.size() - 1));
-        for (const std::string& path : guarded.withContents)
-            closed_.add(path);
-        for (const KeptFolders* folders : {&kept_, &closed_}) {
-            for (const std::string& path : folders->paths())
-                addNumbers(path);
-        }
-    }
-
-    /// Why an item that the guard rails let pass must stay all the same.
-    [[nodiscard]] std::optional<CleanFailure> objection(const CleanPlace& place, std::string_view url) const {
-        const std::string path = place.path();
-        if (mountPoints_.empty())
-            return fileError(EIO, path);  // "/" is always one: what lies inside the item cannot be told
-        // No link is followed below the anchor, so this is where the item really is.
-        const std::string real =
-            Paths::join(platform::resolvedPath(place.anchor).value_or(place.anchor), place.relative);
-        if (isRefused(path) || isRefused(real) || isRefusedByNumber(place))
-            return CleanError{CleanError::Protected{Paths::display(url)}};
-        const auto isInside = [&](const std::string& point) { return Paths::isWithin(point, real); };
-        const auto mounted = std::ranges::find_if(mountPoints_, isInside);
-        if (mounted != mountPoints_.end())
-            return fileError(EBUSY, *mounted);
-        return std::nullopt;
-    }
-
-    /// The numbers of the folders that must stay, and of all around them.
-    [[nodiscard]] const std::set<platform::FileNumber>& untouchable() const { return untouchable_; }
-
-private:
-    /// A folder that must stay keeps all those around it.
-    void addNumbers(const std::string& path) {
-        for (std::string_view around = path; around.starts_with('/');
-             around = around.substr(0, around.rfind('/'))) {
-            if (const auto info = platform::fileInfo(std::string(around)))
-                untouchable_.insert(info->volumeAndNumber);
-        }
-    }
-
-    [[nodiscard]] bool isRefused(std::string_view path) const {
-        return kept_.areWithin(path) || closed_.areWithin(path) || closed_.hold(path);
-    }
-
-    [[nodiscard]] bool isRefusedByNumber(const CleanPlace& place) const {
-        const auto folder = openFolder(place);
-        if (!folder)
-            return false;  // and so nothing can be removed there
-        const auto item = platform::entryNumber(*folder, std::string(place.name()));
-        if (item && untouchable_.contains(*item))
-            return true;
-        const std::string path = place.path();
-        for (std::size_t end = path.rfind('/'); end > 0; end = path.rfind('/', end - 1)) {
-            const auto info = platform::fileInfo(path.substr(0, end));
-            if (info && closed_.numbers().contains(info->volumeAndNumber))
-                return true;
-        }
-        return false;
-    }
-
-    KeptFolders kept_;    ///< what lies in them may go
-    KeptFolders closed_;  ///< nothing in them is removed either
-    std::set<platform::FileNumber> untouchable_;
-    std::vector<std::string> mountPoints_;
-};
-
 /// An item as it was judged.
 struct Judged {
     CleanPlace place;
@@ -168,23 +57,39 @@ struct Judged {
     std::optional<platform::ItemIdentity> identity;
 };
 
-/// Where each item is and what, if none of them must stay.
-std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::string>& urls,
-                                                        const Surroundings& surroundings) {
-    std::vector<Judged> items;
+/// Where the items are, if the paths alone allow all of them to go.
+std::expected<std::vector<CleanPlace>, CleanFailure> placesOf(const std::vector<std::string>& urls) {
+    std::vector<CleanPlace> places;
     for (const std::string& url : urls) {
         auto place = rails().place(url);
         if (!place)
             return std::unexpected(CleanError{CleanError::Protected{Paths::display(url)}});
-        items.push_back({.place = std::move(*place), .identity = {}});
+        places.push_back(std::move(*place));
     }
+    return places;
+}
+
+/// What each item is, if none of them must stay.
+std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::string>& urls,
+                                                        std::vector<CleanPlace> places,
+                                                        const Surroundings& surroundings) {
+    if (auto objection = surroundings.objection())
+        return std::unexpected(std::move(*objection));
+    std::vector<Judged> items;
     for (std::size_t index = 0; index < urls.size(); ++index) {
-        Judged& item = items[index];
-        // Known before it is judged: what is judged is at least as young.
-        if (const auto folder = openFolder(item.place))
-            item.identity = platform::entryIdentity(*folder, std::string(item.place.name()));
-        if (auto objection = surroundings.objection(item.place, urls[index]))
+        CleanPlace& place = places[index];
+        if (auto objection = surroundings.objection(place, urls[index]))
             return std::unexpected(std::move(*objection));
+        Judged item;
+        // A folder that cannot be opened is no objection: nothing can be removed there either.
+        if (const auto folder = openFolder(place))
+            item.identity = platform::entryIdentity(*folder, std::string(place.name()));
+        if (item.identity) {
+            if (auto objection = surroundings.objection(place, urls[index], item.identity->number))
+                return std::unexpected(std::move(*objection));
+        }
+        item.place = std::move(place);
+        items.push_back(std::move(item));
     }
     return items;
 }
@@ -243,8 +148,11 @@ CleanFailure stopped(std::size_t done, std::size_t all) {
 
 std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, CleanMode mode, CleanRun& run,
                                                       const Services& services) {
-    const Surroundings surroundings;
-    const auto items = judged(finding.urls, surroundings);
+    auto places = placesOf(finding.urls);
+    if (!places)
+        return std::unexpected(std::move(places.error()));
+    const Surroundings surroundings(rails(), *places);
+    const auto items = judged(finding.urls, std::move(*places), surroundings);
     if (!items)
         return std::unexpected(items.error());
     for (const Judged& item : *items) {
@@ -320,10 +228,17 @@ std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMod
 }
 
 std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path) {
-    const Surroundings surroundings;
-    const CleanPlace place{.anchor = std::string(Paths::parent(path)),
+    const CleanPlace trash{.anchor = std::string(Paths::parent(path)),
                            .relative = std::string(Paths::lastComponent(path))};
-    if (auto objection = surroundings.objection(place, path))
+    const Surroundings surroundings(rails(), {&trash, 1});
+    auto objection = surroundings.objection();
+    if (!objection)
+        objection = surroundings.objection(trash, path);
+    const auto folder = openFolder(trash);
+    const auto item = folder ? platform::entryIdentity(*folder, std::string(trash.name())) : std::nullopt;
+    if (!objection && item)
+        objection = surroundings.objection(trash, path, item->number);
+    if (objection)
         return std::unexpected(std::move(*objection));
     return surroundings.untouchable();
 }

@@ -27,8 +27,8 @@ struct FileInfo {
 /// nowhere, or when this user may not look.
 [[nodiscard]] std::optional<FileInfo> fileInfo(const std::string& path);
 
-/// Whether there is something named `name` in `folder`. A link there counts when what it leads to does, and
-/// that lies on the same volume: a server that is gone must not be waited for.
+/// Whether there is something named `name` in `folder`. A link there counts when what it leads to exists, but
+/// not when that lies on another volume which may never answer: a server that is gone must not be waited for.
 [[nodiscard]] bool existsIn(const std::string& folder, const std::string& name);
 
 /// The names in a folder, in the system's order, hidden ones included. Empty when it cannot be listed.

@@ -18,19 +18,21 @@ struct VolumeCapacity {
 /// blocks while that volume answers.
 [[nodiscard]] std::optional<VolumeCapacity> volumeCapacity(const std::string& path);
 
-/// The absolute paths at which volumes are mounted, in the system's order, read without touching the
-/// volumes themselves: a server that does not answer cannot hold the caller. Empty when unknown. Safe from
-/// any thread.
-[[nodiscard]] std::vector<std::string> mountPoints();
-
-struct Volumes {
-    std::vector<std::string> points;  ///< as `mountPoints`
-    /// Whether there are no others that a user keeps files on.
-    bool isAll = true;
+/// A volume that is mounted somewhere.
+struct Mount {
+    std::string path;          ///< absolute, without links
+    std::uint64_t volume = 0;  ///< the same for each place at which one file system is mounted
+    /// Whether a look at it may never return: it lies on another computer or is served by a program, which
+    /// may be gone. Never so for that at "/".
+    bool mayHang = false;
 };
 
-/// Those on which nobody waits for more than a disk: no server's and no program's, nor any that lies below
-/// one. What the kernel only shows, and what is kept in memory, is no volume. Read as `mountPoints`.
-[[nodiscard]] Volumes promptVolumes();
+/// The volumes that are mounted and not covered by others, in the system's order, read without touching the
+/// volumes themselves: a server that does not answer cannot hold the caller. Empty when unknown. Safe from
+/// any thread.
+[[nodiscard]] std::vector<Mount> mounts();
+
+/// Their places.
+[[nodiscard]] std::vector<std::string> mountPoints();
 
 }  // namespace ulvak::platform

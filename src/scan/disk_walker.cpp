@@ -6,6 +6,8 @@
 
 #include "core/paths.h"
 #include "platform/files.h"
+#include "platform/reach.h"
+#include "platform/user_folders.h"
 #include "platform/volume.h"
 #include "scan/tree_walk.h"
 
@@ -26,8 +28,8 @@ std::optional<std::string_view> relativeTo(std::string_view folder, std::string_
     return path;
 }
 
-SkipTree skipsBelow(const std::string& root, const DiskWalker& walker,
-                    std::span<const std::string> mountPoints) {
+SkipTree skipsBelow(const std::string& root, std::string_view real, const DiskWalker& walker,
+                    std::span<const platform::Mount> mounts) {
     SkipTree skips;
     for (const std::string& path : walker.excluded) {
         if (path == root)
@@ -40,9 +42,8 @@ SkipTree skipsBelow(const std::string& root, const DiskWalker& walker,
             skips.addExcluded(*relative);
     }
     // The system knows mount points by their real paths.
-    const std::string real = platform::resolvedPath(root).value_or(root);
-    for (const std::string& path : mountPoints) {
-        if (const auto relative = relativeTo(real, path))
+    for (const platform::Mount& mount : mounts) {
+        if (const auto relative = relativeTo(real, mount.path))
             skips.addVolume(*relative);
     }
     return skips;
@@ -63,11 +64,14 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
     std::vector<std::optional<DirNode>> result(paths.size());
     std::vector<TreeWalk::Root> roots;
     std::vector<std::size_t> positions;
-    const std::vector<std::string> mountPoints = platform::mountPoints();
+    const std::string home = platform::homeDirectory();
+    const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        const auto info = platform::fileInfo(paths[i]);
+        const platform::Reach::Place place = reach.follow(paths[i]);
+        const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;
         if (info && info->isDirectory) {
-            roots.push_back({.path = paths[i], .skips = skipsBelow(paths[i], *this, mountPoints)});
+            roots.push_back(
+                {.path = paths[i], .skips = skipsBelow(paths[i], place.path, *this, reach.mounts())});
             positions.push_back(i);
         } else if (info) {
             result[i] = fileNode(paths[i], *info);

@@ -28,9 +28,10 @@ struct DiskWalker {
     /// Bytes; smaller children are counted but not kept.
     std::int64_t keepThreshold = 50'000'000;
 
-    /// The tree at `path` (absolute; a link there is followed), or nothing when nothing is there. A folder
-    /// that cannot be listed is empty and counted in `progress.denied`. Stopping ends the walk soon, with
-    /// what it has.
+    /// The tree at `path` (absolute; a link there is followed), or nothing when nothing is there, or when it
+    /// is on a volume that may never answer and does not hold the home folder: nobody waits for that. A
+    /// folder that cannot be listed is empty and counted in `progress.denied`. Stopping ends the walk soon,
+    /// with what it has.
     [[nodiscard]] std::optional<DirNode> node(const std::string& path, std::stop_token stop = {}) const;
 
     /// The same for several trees at once; results in the order of `paths`.

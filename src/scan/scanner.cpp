@@ -9,6 +9,7 @@
 #include "classify/analyzer.h"
 #include "classify/rule_book.h"
 #include "platform/files.h"
+#include "platform/reach.h"
 #include "scan/disk_walker.h"
 #include "scan/simulators.h"
 
@@ -28,16 +29,17 @@ struct Located {
 /// The roots that exist, each place once: of two names for one folder, the first in order stands.
 std::vector<Located> locatedRoots() {
     std::vector<Located> located;
+    const platform::Reach reach({&Paths::home(), 1}, platform::Reach::Others::prompt);
     for (const std::string& path : Scanner::roots()) {
-        auto real = platform::resolvedPath(path);
-        const auto info = platform::fileInfo(path);
-        if (!real || !info || (path == Paths::cache() && !Paths::hasOwnCache()))
+        platform::Reach::Place real = reach.follow(path);
+        const auto info = real.isThere ? platform::fileInfo(real.path) : std::nullopt;
+        if (!info || (path == Paths::cache() && !Paths::hasOwnCache()))
             continue;
         const auto isSame = [&](const Located& other) {
-            return other.real == *real || other.info.volumeAndNumber == info->volumeAndNumber;
+            return other.real == real.path || other.info.volumeAndNumber == info->volumeAndNumber;
         };
         if (std::ranges::none_of(located, isSame))
-            located.push_back({.path = path, .real = std::move(*real), .info = *info});
+            located.push_back({.path = path, .real = std::move(real.path), .info = *info});
     }
     // A file inside another root is one of its files.
     std::vector<Located> kept;

@@ -99,7 +99,7 @@ TEST(ExistsIn, FindsNothingWhereThisUserMayNotLook) {
     test::asUnprivileged([&] { EXPECT_FALSE(existsIn(tree.path("locked"), "inside")); });
 }
 
-TEST(ExistsIn, DoesNotFollowALinkToAnotherVolume) {
+TEST(ExistsIn, FollowsALinkWhereverItLeads) {
     if (const auto reason = test::whyNoPrivateMounts())
         GTEST_SKIP() << *reason;
     TempTree tree(
@@ -107,8 +107,12 @@ TEST(ExistsIn, DoesNotFollowALinkToAnotherVolume) {
     test::withPrivateMounts([&] {
         ASSERT_TRUE(test::mountMemory(tree.path("server")));
         tree.add("server", {folder("room")});
-        EXPECT_FALSE(existsIn(tree.path(), "out"));
-        EXPECT_FALSE(existsIn(tree.path(), "up")) << "nor through another volume";
+        tree.add({link("absolute", tree.path("near")), link("absolute-out", tree.path("server/room")),
+                  link("absolute-nowhere", tree.path("absent")), link("nowhere", "server/absent")});
+        for (const char* name : {"out", "up", "absolute", "absolute-out"})
+            EXPECT_TRUE(existsIn(tree.path(), name)) << name;
+        for (const char* name : {"nowhere", "absolute-nowhere"})
+            EXPECT_FALSE(existsIn(tree.path(), name)) << name;
         EXPECT_TRUE(existsIn(tree.path(), "server")) << "what is mounted there is there";
         EXPECT_TRUE(existsIn(tree.path("server"), "room"));
     });

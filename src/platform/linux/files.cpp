@@ -9,19 +9,9 @@
 #include <cerrno>
 
 #include "platform/posix/file_stamp.h"
-#include "platform/posix/near_link.h"
-#include "platform/volume.h"
+#include "platform/reach.h"
 
 namespace ulvak::platform {
-
-namespace {
-
-bool leadsNear(const std::string& folder, const std::string& name) {
-    const auto resolved = resolvedPath(folder);
-    return resolved && posix::leadsToSomethingNear(*resolved, name, mountPoints());
-}
-
-}  // namespace
 
 std::optional<FileInfo> fileInfo(const std::string& path) {
     struct statx info{};
@@ -47,8 +37,12 @@ bool existsIn(const std::string& folder, const std::string& name) {
         how.flags = O_PATH | O_CLOEXEC;
         how.resolve = RESOLVE_NO_XDEV;
         const auto target = static_cast<int>(::syscall(SYS_openat2, parent, name.c_str(), &how, sizeof how));
-        // Kernels before 5.6 do not know the call, and some sandboxes refuse it.
-        exists = target >= 0 || ((errno == ENOSYS || errno == EPERM) && leadsNear(folder, name));
+        // With this flag the kernel refuses every absolute link, wherever it leads; those before 5.6 do not
+        // know the call, and some sandboxes refuse it.
+        const bool isUndecided = target < 0 && (errno == EXDEV || errno == ENOSYS || errno == EPERM);
+        exists =
+            target >= 0 ||
+            (isUndecided && Reach({&folder, 1}, Reach::Others::prompt).follow(folder + "/" + name).isThere);
         if (target >= 0)
             ::close(target);
     }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/posix/common_folders.h"
+#include "platform/reach.h"
 
 namespace ulvak::platform {
 
@@ -17,7 +18,11 @@ GuardedFolders guardedFolders(const std::string& home) {
     folders.withContents.push_back(data + "/keyrings");
     folders.withContents.push_back(home + "/.local/share/keyrings");
     // Documents, pictures and their like under the names that the user's language gives them.
-    for (int kind = 0; kind < G_USER_N_DIRECTORIES; ++kind) {
+    const std::string setting = std::string(g_get_user_config_dir()) + "/user-dirs.dirs";
+    const Reach reach({&home, 1}, Reach::Others::prompt);
+    if (const Reach::Place place = reach.follow(setting); !reach.includes(place.path))
+        folders.unread = setting;
+    for (int kind = 0; folders.unread.empty() && kind < G_USER_N_DIRECTORIES; ++kind) {
         if (const char* folder = g_get_user_special_dir(static_cast<GUserDirectory>(kind)))
             folders.themselves.emplace_back(folder);
     }

@@ -1,8 +1,7 @@
 #include "platform/running_applications.h"
 
 #include <fcntl.h>
-#include <gio/gdesktopappinfo.h>
-#include <gio/gio.h>
+#include <glib.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,11 +10,16 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string_view>
 #include <utility>
 
+#include "platform/durable_file.h"
 #include "platform/files.h"
 #include "platform/linux/application_match.h"
+#include "platform/reach.h"
+#include "platform/user_folders.h"
 
 namespace ulvak::platform {
 namespace {
@@ -88,49 +92,132 @@ std::vector<ProcessFacts> ownProcesses() {
     return processes;
 }
 
-std::vector<std::string> commandWords(GAppInfo* application) {
-    const char* line = g_app_info_get_commandline(application);
+struct Application {
+    ApplicationEntry entry;
+    std::vector<std::string>
+        names;  ///< in the user's language, and the one that it gave itself when that differs
+};
+
+std::vector<std::string> commandWords(const std::string& line) {
     int count = 0;
     char** words = nullptr;
-    if (line == nullptr || g_shell_parse_argv(line, &count, &words, nullptr) == FALSE)
+    if (g_shell_parse_argv(line.c_str(), &count, &words, nullptr) == FALSE)
         return {};
     std::vector<std::string> result(words, words + count);
     g_strfreev(words);
     return result;
 }
 
-ApplicationEntry entryOf(GAppInfo* application) {
-    const char* id = g_app_info_get_id(application);
-    ApplicationEntry entry{.id = id != nullptr ? id : "", .words = commandWords(application)};
-    const std::vector<std::string> words = withoutEnvironment(entry.words);
-    if (!words.empty()) {
-        const CString found(g_find_program_in_path(words.front().c_str()), &g_free);
-        if (found)
-            entry.program = resolvedPath(found.get()).value_or(found.get());
-    }
-    return entry;
+std::vector<std::string> searchedFolders() {
+    const char* searched = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): nobody sets it
+    return split(searched != nullptr ? searched : "", ':');
 }
 
-/// The name in the user's language, and the one that the application gave itself when that differs.
-std::vector<std::string> namesOf(GAppInfo* application) {
-    std::vector<std::string> names;
-    if (const char* name = g_app_info_get_name(application))
-        names.emplace_back(name);
-    const CString plain(g_desktop_app_info_get_string(G_DESKTOP_APP_INFO(application), "Name"), &g_free);
-    if (plain && (names.empty() || names.front() != plain.get()))
-        names.emplace_back(plain.get());
-    return names;
+/// The file that a word of a command line names as a program, links resolved; empty when there is none.
+std::string programOf(const std::string& word, const Reach& reach) {
+    std::vector<std::string> places = {word};
+    if (!word.contains('/')) {
+        places = searchedFolders();
+        for (std::string& place : places)
+            place.append("/").append(word);
+    }
+    for (const std::string& place : places) {
+        Reach::Place found = reach.follow(place);
+        if (found.isThere && ::access(found.path.c_str(), X_OK) == 0)
+            return std::move(found.path);
+    }
+    return {};
 }
+
+std::string valueOf(GKeyFile* file, const char* key) {
+    const CString value(g_key_file_get_string(file, G_KEY_FILE_DESKTOP_GROUP, key, nullptr), &g_free);
+    return value ? value.get() : "";
+}
+
+/// What a desktop entry says, unless it is none of an application.
+std::optional<Application> applicationOf(std::string id, const std::string& text, const Reach& reach) {
+    const std::unique_ptr<GKeyFile, void (*)(GKeyFile*)> file(g_key_file_new(), &g_key_file_free);
+    if (g_key_file_load_from_data(file.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) == FALSE ||
+        valueOf(file.get(), G_KEY_FILE_DESKTOP_KEY_TYPE) != G_KEY_FILE_DESKTOP_TYPE_APPLICATION ||
+        g_key_file_get_boolean(file.get(), G_KEY_FILE_DESKTOP_GROUP, G_KEY_FILE_DESKTOP_KEY_HIDDEN,
+                               nullptr) != FALSE)
+        return std::nullopt;
+    Application application{.entry = {.id = std::move(id),
+                                      .words = commandWords(valueOf(file.get(), G_KEY_FILE_DESKTOP_KEY_EXEC)),
+                                      .program = {}},
+                            .names = {}};
+    const std::vector<std::string> words = withoutEnvironment(application.entry.words);
+    if (!words.empty())
+        application.entry.program = programOf(words.front(), reach);
+    const CString name(g_key_file_get_locale_string(file.get(), G_KEY_FILE_DESKTOP_GROUP,
+                                                    G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr),
+                       &g_free);
+    if (name)
+        application.names.emplace_back(name.get());
+    const std::string plain = valueOf(file.get(), G_KEY_FILE_DESKTOP_KEY_NAME);
+    if (!plain.empty() && (application.names.empty() || application.names.front() != plain))
+        application.names.push_back(plain);
+    return application;
+}
+
+/// The desktop entries of this user and the system. They are read here and not by GIO, which looks for the
+/// program of each, on whatever volume that is.
+class DesktopEntries {
+public:
+    explicit DesktopEntries(const Reach& reach) : reach_(reach) {
+        addFrom(std::string(g_get_user_data_dir()) + "/applications", "", 0);
+        for (const char* const* folder = g_get_system_data_dirs(); *folder != nullptr; ++folder)
+            addFrom(std::string(*folder) + "/applications", "", 0);
+    }
+
+    [[nodiscard]] const std::vector<Application>& applications() const { return applications_; }
+
+private:
+    /// An entry's name is its path from there on, and the first with a name stands for all.
+    void addFrom(const std::string& folder, const std::string& prefix, int depth) {
+        constexpr int mostLevels = 8;
+        const Reach::Place place = reach_.follow(folder);
+        if (!place.isThere || depth == mostLevels)
+            return;
+        for (const std::string& name : listNames(place.path)) {
+            const std::string path = place.path + "/" + name;
+            if (name.ends_with(".desktop"))
+                addEntry(prefix + name, path);
+            else if (const auto info = reach_.follow(path); info.isThere && isFolder(info.path))
+                addFrom(info.path, prefix + name + "-", depth + 1);
+        }
+    }
+
+    void addEntry(const std::string& id, const std::string& path) {
+        const Reach::Place place = reach_.follow(path);
+        if (!place.isThere || !known_.insert(id).second)
+            return;
+        constexpr std::size_t longestEntry = std::size_t{1} << 20U;
+        const auto text = readFile(place.path, longestEntry);
+        if (!text)
+            return;
+        if (auto application = applicationOf(id, *text, reach_))
+            applications_.push_back(std::move(*application));
+    }
+
+    static bool isFolder(const std::string& path) {
+        const auto info = fileInfo(path);
+        return info && info->isDirectory;
+    }
+
+    const Reach& reach_;
+    std::set<std::string> known_;
+    std::vector<Application> applications_;
+};
 
 /// Where the programs of many applications lie side by side.
-std::vector<std::string> sharedFolders() {
+std::vector<std::string> sharedFolders(const Reach& reach) {
     std::vector<std::string> folders = {"/bin",       "/sbin", "/usr/bin",   "/usr/sbin", "/usr/local/bin",
                                         "/usr/games", "/usr",  "/usr/local", "/usr/lib",  "/usr/libexec",
                                         "/opt",       "/snap", "/usr/share"};
-    const char* searched = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): nobody sets it
-    for (const std::string& folder : split(searched != nullptr ? searched : "", ':')) {
+    for (const std::string& folder : searchedFolders()) {
         folders.push_back(folder);
-        folders.push_back(resolvedPath(folder).value_or(folder));
+        folders.push_back(reach.follow(folder).path);
     }
     return folders;
 }
@@ -138,18 +225,18 @@ std::vector<std::string> sharedFolders() {
 }  // namespace
 
 std::vector<std::string> runningApplications() {
+    const std::string home = homeDirectory();
+    const Reach reach({&home, 1}, Reach::Others::prompt);
     const std::vector<ProcessFacts> processes = ownProcesses();
-    const std::vector<std::string> shared = sharedFolders();
+    const std::vector<std::string> shared = sharedFolders(reach);
     std::vector<std::string> running;
-    GList* applications = g_app_info_get_all();
-    for (const GList* item = applications; item != nullptr; item = item->next) {
-        auto* application = static_cast<GAppInfo*>(item->data);
-        const ApplicationEntry entry = entryOf(application);
-        if (std::ranges::any_of(
-                processes, [&](const ProcessFacts& process) { return mayBelong(process, entry, shared); }))
-            std::ranges::move(namesOf(application), std::back_inserter(running));
+    const DesktopEntries entries(reach);
+    for (const Application& application : entries.applications()) {
+        if (std::ranges::any_of(processes, [&](const ProcessFacts& process) {
+                return mayBelong(process, application.entry, shared);
+            }))
+            std::ranges::copy(application.names, std::back_inserter(running));
     }
-    g_list_free_full(applications, &g_object_unref);
     return running;
 }
 

@@ -2,14 +2,18 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <linux/openat2.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/sysmacros.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <string>
 
 #include "platform/linux/directory_record.h"
 #include "platform/posix/file_stamp.h"
@@ -35,6 +39,10 @@ template <typename Open>
 int openQuietly(int flags, Open open) {
     const int handle = open(flags | O_NOATIME);
     return handle < 0 && errno == EPERM ? open(flags) : handle;
+}
+
+bool mayBePermitted(const struct stat& folder) {
+    return folder.st_uid == ::geteuid() && (folder.st_mode & S_IRWXU) != S_IRWXU;
 }
 
 FileNumber fileNumber(const struct statx& info) {
@@ -141,6 +149,40 @@ std::optional<Item> itemAt(int parent, const char* name) {
         .length = static_cast<std::int64_t>(std::min<std::uint64_t>(info.stx_size, std::uint64_t{INT64_MAX})),
         .allocatedSize = allocatedBytes(info.stx_blocks),
     };
+}
+
+int moveToFreeName(int folder, const char* name, const char* freeName) {
+    return ::renameat2(folder, name, folder, freeName, RENAME_NOREPLACE);
+}
+
+int exchange(int folder, const char* one, const char* other) {
+    return ::renameat2(folder, one, folder, other, RENAME_EXCHANGE);
+}
+
+/// A file of a lower layer is copied up to be renamed.
+bool movingCopies(int folder) {
+    struct statfs info{};
+    return ::fstatfs(folder, &info) == 0 && info.f_type == OVERLAYFS_SUPER_MAGIC;
+}
+
+bool permit(int folder) {
+    struct stat info{};
+    return ::fstat(folder, &info) == 0 && mayBePermitted(info) &&
+           ::fchmod(folder, (info.st_mode & 07777) | S_IRWXU) == 0;
+}
+
+bool permitBelow(int parent, const char* name, const FileNumber& number) {
+    const int handle = openStepBelow(parent, name);
+    if (handle < 0)
+        return false;
+    struct stat info{};
+    // A handle without the right to read knows no fchmod(2), but the name that "/proc" has for it does.
+    const bool isPermitted =
+        ::fstat(handle, &info) == 0 && mayBePermitted(info) &&
+        FileNumber{volumeNumber(info), info.st_ino} == number &&
+        ::chmod(("/proc/self/fd/" + std::to_string(handle)).c_str(), (info.st_mode & 07777) | S_IRWXU) == 0;
+    ::close(handle);
+    return isPermitted;
 }
 
 std::optional<ItemIdentity> identityAt(int parent, const char* name) {

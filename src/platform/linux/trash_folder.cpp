@@ -16,10 +16,10 @@
 
 #include "platform/durable_file.h"
 #include "platform/files.h"
+#include "platform/posix/prompt_volumes.h"
 #include "platform/posix/system.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
-#include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {
@@ -182,8 +182,8 @@ TrashFolders trashFolders() {
     add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
 
     const Names names;
-    const Volumes volumes = promptVolumes();
-    for (const std::string& top : volumes.points) {
+    const posix::PromptVolumes volumes = posix::promptVolumes();
+    for (const std::string& top : volumes.places) {
         const auto folder = Directory::open(top);
         if (!folder)
             continue;  // what nobody may enter holds no Trash that the desktop shows either

@@ -7,9 +7,9 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/files.h"
 #include "platform/posix/environment.h"
 #include "platform/posix/system_home.h"
+#include "platform/reach.h"
 
 namespace ulvak::platform {
 namespace {
@@ -17,7 +17,9 @@ namespace {
 using posix::absoluteFromEnvironment;
 
 bool leadsToRoot(const std::string& path) {
-    return resolvedPath(path).value_or(std::filesystem::path(path).lexically_normal()) == "/";
+    const std::string home = homeDirectory();
+    const Reach::Place place = Reach({&home, 1}, Reach::Others::prompt).follow(path);
+    return place.path == "/" || std::filesystem::path(path).lexically_normal() == "/";
 }
 
 }  // namespace

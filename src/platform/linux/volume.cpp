@@ -7,6 +7,7 @@
 #include <charconv>
 #include <fstream>
 #include <limits>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <unordered_map>
@@ -32,52 +33,72 @@ std::string unescaped(std::string_view text) {
     return result;
 }
 
-struct Mount {
+struct TableRow {
     int id = 0;
     int parentId = 0;
-    std::string path;
-    std::string device;  ///< "MAJOR:MINOR"
-    std::string type;    ///< of the file system
+    Mount mount;
 };
 
 bool isNumber(std::string_view text, int& number) {
     return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
-/// The kernel's table: "36 35 98:0 /root /mount/point options… - type source options". Only blanks separate.
-std::vector<Mount> mountTable() {
-    std::vector<Mount> mounts;
+/// The next field of a line, in which only blanks separate.
+std::string_view nextField(std::string_view& rest) {
+    const std::size_t blank = rest.find(' ');
+    const std::string_view field = rest.substr(0, blank);
+    rest.remove_prefix(blank == std::string_view::npos ? rest.size() : blank + 1);
+    return field;
+}
+
+/// Whether a file system of that type and source asks another computer or another program.
+bool asksOthers(std::string_view type, std::string_view source) {
+    constexpr std::array<std::string_view, 34> types = {
+        "9p",    "acfs",  "afs",   "aufs",    "autofs",   "beegfs",   "ceph",  "cifs",   "coda",
+        "davfs", "fhgfs", "fuse",  "fuseblk", "gfs",      "gfs2",     "gpfs",  "lustre", "mfs",
+        "ncp",   "ncpfs", "nfs",   "nfs4",    "ocfs2",    "orangefs", "panfs", "prl_fs", "pvfs2",
+        "smb3",  "smbfs", "sshfs", "vboxsf",  "virtiofs", "vmhgfs",   "wekafs"};
+    // What nobody has heard of is known by its server: "host:/path", "//host/path".
+    return std::ranges::find(types, type) != types.end() || type.starts_with("fuse.") ||
+           source.starts_with("//") || (source.contains(":/") && !source.starts_with('/'));
+}
+
+/// The kernel's table: "36 35 98:0 /root /mount/point options… - type source options".
+std::vector<TableRow> mountTable() {
+    std::vector<TableRow> rows;
     std::ifstream table("/proc/self/mountinfo", std::ios::binary);
     std::string line;
     while (std::getline(table, line)) {
-        std::array<std::string_view, 5> fields;
         std::string_view rest = line;
-        for (std::string_view& field : fields) {
-            const std::size_t blank = rest.find(' ');
-            field = rest.substr(0, blank);
-            rest.remove_prefix(blank == std::string_view::npos ? rest.size() : blank + 1);
-        }
-        constexpr std::string_view dash = "- ";
-        const std::size_t end = rest.starts_with(dash) ? 0 : rest.find(" - ");
-        const std::string_view after =
-            end == std::string_view::npos ? "" : rest.substr(rest.find(dash, end) + dash.size());
-        Mount mount{.path = unescaped(fields[4]),
-                    .device = std::string(fields[2]),
-                    .type = std::string(after.substr(0, after.find(' ')))};
-        if (!isNumber(fields[0], mount.id) || !isNumber(fields[1], mount.parentId))
+        TableRow row;
+        if (!isNumber(nextField(rest), row.id) || !isNumber(nextField(rest), row.parentId))
             return {};  // a table that cannot be understood is none
-        if (mount.path.starts_with('/'))
-            mounts.push_back(std::move(mount));
+        const std::string_view volume = nextField(rest);
+        const std::size_t colon = std::min(volume.find(':'), volume.size());
+        int major = 0;
+        int minor = 0;
+        if (!isNumber(volume.substr(0, colon), major) ||
+            !isNumber(volume.substr(std::min(colon + 1, volume.size())), minor))
+            return {};
+        row.mount.volume = (static_cast<std::uint64_t>(major) << 32U) | static_cast<std::uint32_t>(minor);
+        (void)nextField(rest);
+        row.mount.path = unescaped(nextField(rest));
+        while (!rest.empty() && nextField(rest) != "-") {
+        }
+        const std::string_view type = nextField(rest);
+        row.mount.mayHang = row.mount.path != "/" && asksOthers(type, unescaped(nextField(rest)));
+        if (row.mount.path.starts_with('/'))
+            rows.push_back(std::move(row));
     }
-    return mounts;
+    return rows;
 }
 
-using MountsByPath = std::unordered_map<std::string, std::vector<const Mount*>>;
-using MountsById = std::unordered_map<int, const Mount*>;
+using MountsByPath = std::unordered_map<std::string, std::vector<const TableRow*>>;
+using MountsById = std::unordered_map<int, const TableRow*>;
 
 /// Whether `mount` is `upper`, or is mounted on it, directly or through others.
-bool isMountedOn(const Mount& mount, const Mount& upper, const MountsById& byId) {
-    const Mount* at = &mount;
+bool isMountedOn(const TableRow& mount, const TableRow& upper, const MountsById& byId) {
+    const TableRow* at = &mount;
     for (std::size_t steps = 0; steps <= byId.size(); ++steps) {
         if (at->id == upper.id)
             return true;
@@ -90,60 +111,19 @@ bool isMountedOn(const Mount& mount, const Mount& upper, const MountsById& byId)
 }
 
 /// A mount that a later one, at its place or above, has covered: its path may now be a folder like others.
-bool isCovered(const Mount& mount, const MountsByPath& byPath, const MountsById& byId) {
-    for (std::size_t end = mount.path.size(); end > 0; end = mount.path.rfind('/', end - 1)) {
+bool isCovered(const TableRow& row, const MountsByPath& byPath, const MountsById& byId) {
+    for (std::size_t end = row.mount.path.size(); end > 0; end = row.mount.path.rfind('/', end - 1)) {
         if (end == std::string::npos)
             break;
-        const auto there = byPath.find(mount.path.substr(0, end));
+        const auto there = byPath.find(row.mount.path.substr(0, end));
         if (there == byPath.end())
             continue;
-        for (const Mount* other : there->second) {
-            if (!isMountedOn(mount, *other, byId))
+        for (const TableRow* other : there->second) {
+            if (!isMountedOn(row, *other, byId))
                 return true;
         }
     }
     return false;
-}
-
-/// Mounts whose place no other has taken.
-std::vector<Mount> uncoveredMounts() {
-    std::vector<Mount> mounts = mountTable();
-    MountsByPath byPath;
-    MountsById byId;
-    for (const Mount& mount : mounts) {
-        byPath[mount.path].push_back(&mount);
-        byId[mount.id] = &mount;
-    }
-    std::vector<Mount> result;
-    for (const Mount& mount : mounts) {
-        if (!isCovered(mount, byPath, byId))
-            result.push_back(mount);
-    }
-    return result;
-}
-
-enum class Backing : std::uint8_t { none, disk, other };
-
-/// What stands behind a file system. One that is on a disk has the disk's number, but for a few that have
-/// numbers of their own; others with a number of their own are servers', or hold nothing that lasts.
-Backing backingOf(const Mount& mount) {
-    constexpr std::array<std::string_view, 4> ownNumbers = {"btrfs", "zfs", "bcachefs", "overlay"};
-    constexpr std::array<std::string_view, 10> servers = {"nfs",  "nfs4",      "cifs",   "smb3", "9p",
-                                                          "ceph", "glusterfs", "lustre", "afs",  "virtiofs"};
-    const bool isProgram = mount.type == "fuse" || mount.type.starts_with("fuse.") || mount.type == "fuseblk";
-    if (std::ranges::find(ownNumbers, mount.type) != ownNumbers.end())
-        return Backing::disk;
-    if (!isProgram && !mount.device.starts_with("0:"))
-        return Backing::disk;
-    // The session's own are no volumes that anybody trashes from.
-    const bool isSession = mount.path.starts_with("/run/user/");
-    const bool isServer = std::ranges::find(servers, mount.type) != servers.end();
-    return (isProgram && !isSession) || isServer ? Backing::other : Backing::none;
-}
-
-/// Whether `path` lies below the place of `mount`.
-bool isBelow(const std::string& path, const Mount& mount) {
-    return path.size() > mount.path.size() && path.starts_with(mount.path) && path[mount.path.size()] == '/';
 }
 
 std::int64_t bytes(std::uint64_t blocks, std::uint64_t blockSize) {
@@ -164,29 +144,27 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
                           .available = bytes(info.f_bavail, blockSize)};
 }
 
-std::vector<std::string> mountPoints() {
-    std::vector<std::string> points;
-    for (const Mount& mount : uncoveredMounts())
-        points.push_back(mount.path);
-    return points;
+std::vector<Mount> mounts() {
+    const std::vector<TableRow> rows = mountTable();
+    MountsByPath byPath;
+    MountsById byId;
+    for (const TableRow& row : rows) {
+        byPath[row.mount.path].push_back(&row);
+        byId[row.id] = &row;
+    }
+    std::vector<Mount> mounts;
+    for (const TableRow& row : rows) {
+        if (!isCovered(row, byPath, byId))
+            mounts.push_back(row.mount);
+    }
+    return mounts;
 }
 
-Volumes promptVolumes() {
-    const std::vector<Mount> mounts = uncoveredMounts();
-    Volumes volumes;
-    for (const Mount& mount : mounts) {
-        const Backing backing = backingOf(mount);
-        const bool isReached = std::ranges::none_of(mounts, [&](const Mount& around) {
-            const bool mayHang = backingOf(around) == Backing::other || around.type == "autofs" ||
-                                 around.type.starts_with("fuse");
-            return mayHang && isBelow(mount.path, around);
-        });
-        if (backing == Backing::disk && isReached)
-            volumes.points.push_back(mount.path);
-        else if (backing != Backing::none)
-            volumes.isAll = false;
-    }
-    return volumes;
+std::vector<std::string> mountPoints() {
+    std::vector<std::string> points;
+    for (Mount& mount : mounts())
+        points.push_back(std::move(mount.path));
+    return points;
 }
 
 }  // namespace ulvak::platform

@@ -5,9 +5,8 @@
 #include <algorithm>
 
 #include "platform/posix/file_stamp.h"
-#include "platform/posix/near_link.h"
 #include "platform/posix/system.h"
-#include "platform/volume.h"
+#include "platform/reach.h"
 
 namespace ulvak::platform {
 
@@ -32,8 +31,7 @@ bool existsIn(const std::string& folder, const std::string& name) {
         return false;
     if (!S_ISLNK(info.st_mode))
         return true;
-    const auto resolved = resolvedPath(folder);
-    return resolved && posix::leadsToSomethingNear(*resolved, name, mountPoints());
+    return Reach({&folder, 1}, Reach::Others::prompt).follow(path).isThere;
 }
 
 }  // namespace ulvak::platform

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -71,6 +72,10 @@ int openBelow(int parent, const char* path, int flags) {
     return -1;
 }
 
+bool mayBePermitted(const struct stat& folder) {
+    return folder.st_uid == ::geteuid() && (folder.st_mode & S_IRWXU) != S_IRWXU;
+}
+
 /// Whether another volume is mounted on this very folder, or is as soon as somebody looks.
 bool isMountPoint(int parent, const char* name) {
     attrlist wanted{};
@@ -125,6 +130,35 @@ std::optional<Item> itemAt(int parent, const char* name) {
         .length = info.st_size,
         .allocatedSize = allocatedBytes(static_cast<std::uint64_t>(std::max<blkcnt_t>(info.st_blocks, 0))),
     };
+}
+
+int moveToFreeName(int folder, const char* name, const char* freeName) {
+    const QuietAccess quiet;
+    return ::renameatx_np(folder, name, folder, freeName, RENAME_EXCL);
+}
+
+int exchange(int folder, const char* one, const char* other) {
+    const QuietAccess quiet;
+    return ::renameatx_np(folder, one, folder, other, RENAME_SWAP);
+}
+
+bool movingCopies(int /*folder*/) {
+    return false;
+}
+
+bool permit(int folder) {
+    struct stat info{};
+    return ::fstat(folder, &info) == 0 && mayBePermitted(info) &&
+           ::fchmod(folder, (info.st_mode & 07777) | S_IRWXU) == 0;
+}
+
+/// A folder without any right cannot be opened at all, so that its name has to do.
+bool permitBelow(int parent, const char* name, const FileNumber& number) {
+    const QuietAccess quiet;
+    struct stat info{};
+    return ::fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(info.st_mode) &&
+           mayBePermitted(info) && FileNumber{volumeNumber(info), info.st_ino} == number &&
+           ::fchmodat(parent, name, (info.st_mode & 07777) | S_IRWXU, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 std::optional<ItemIdentity> identityAt(int parent, const char* name) {

@@ -4,27 +4,12 @@
 #include <sys/mount.h>
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 #include "platform/macos/text.h"
 
 namespace ulvak::platform {
-namespace {
-
-std::vector<struct statfs> volumes() {
-    // Others may mount meanwhile: with some room to spare, and again when that was not enough.
-    constexpr std::size_t spare = 8;
-    std::vector<struct statfs> volumes;
-    int count = ::getfsstat(nullptr, 0, MNT_NOWAIT);
-    while (count >= 0 && static_cast<std::size_t>(count) >= volumes.size()) {
-        volumes.resize(static_cast<std::size_t>(count) + spare);
-        count =
-            ::getfsstat(volumes.data(), static_cast<int>(volumes.size() * sizeof(struct statfs)), MNT_NOWAIT);
-    }
-    volumes.resize(static_cast<std::size_t>(std::max(count, 0)));
-    return volumes;
-}
-
-}  // namespace
 
 std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
     // An empty path would be taken for the folder that the program works in.
@@ -45,23 +30,34 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
     }
 }
 
-std::vector<std::string> mountPoints() {
-    std::vector<std::string> points;
-    for (const struct statfs& volume : volumes())
-        points.emplace_back(volume.f_mntonname);
-    return points;
+std::vector<Mount> mounts() {
+    // Others may mount meanwhile: with some room to spare, and again when that was not enough.
+    constexpr std::size_t spare = 8;
+    std::vector<struct statfs> volumes;
+    int count = ::getfsstat(nullptr, 0, MNT_NOWAIT);
+    while (count >= 0 && static_cast<std::size_t>(count) >= volumes.size()) {
+        volumes.resize(static_cast<std::size_t>(count) + spare);
+        count =
+            ::getfsstat(volumes.data(), static_cast<int>(volumes.size() * sizeof(struct statfs)), MNT_NOWAIT);
+    }
+    std::vector<Mount> mounts;
+    for (int i = 0; i < count; ++i) {
+        const struct statfs& volume = volumes[static_cast<std::size_t>(i)];
+        const std::string_view type = volume.f_fstypename;
+        const bool asksOthers =
+            (volume.f_flags & MNT_LOCAL) == 0 || type == "autofs" || type.contains("fuse");
+        mounts.push_back({.path = volume.f_mntonname,
+                          .volume = static_cast<std::uint32_t>(volume.f_fsid.val[0]),
+                          .mayHang = asksOthers && std::string_view(volume.f_mntonname) != "/"});
+    }
+    return mounts;
 }
 
-Volumes promptVolumes() {
-    Volumes result;
-    for (const struct statfs& volume : volumes()) {
-        // What the system keeps out of people's sight holds no Trash of theirs.
-        if ((volume.f_flags & MNT_LOCAL) != 0 && (volume.f_flags & MNT_DONTBROWSE) == 0)
-            result.points.emplace_back(volume.f_mntonname);
-        else if ((volume.f_flags & MNT_DONTBROWSE) == 0)
-            result.isAll = false;
-    }
-    return result;
+std::vector<std::string> mountPoints() {
+    std::vector<std::string> points;
+    for (Mount& mount : mounts())
+        points.push_back(std::move(mount.path));
+    return points;
 }
 
 }  // namespace ulvak::platform

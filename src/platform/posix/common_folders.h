@@ -11,6 +11,7 @@ namespace ulvak::platform::posix {
     return {
         .themselves = {home + "/.local", home + "/.local/share", home + "/.local/state", home + "/.config"},
         .withContents = {home + "/.gnupg", home + "/.ssh", home + "/.pki", home + "/.password-store"},
+        .unread = {},
     };
 }
 

@@ -51,6 +51,23 @@ struct Item {
 /// What is at a name, a link itself. Starts no mount.
 [[nodiscard]] std::optional<Item> itemAt(int parent, const char* name);
 
+/// Gives an entry of a folder a name in it that nothing has; 0 or -1, EEXIST when something has it. EINVAL,
+/// ENOSYS or ENOTSUP where the file system cannot do that in one step.
+[[nodiscard]] int moveToFreeName(int folder, const char* name, const char* freeName);
+
+/// Swaps two entries of a folder in one step; 0 or -1.
+[[nodiscard]] int exchange(int folder, const char* one, const char* other);
+
+/// Whether the file system of an open folder may copy what gets another name there.
+[[nodiscard]] bool movingCopies(int folder);
+
+/// Lets this user list and change an open folder, if it is his and he may not yet; whether that was so.
+/// Nobody else gets any right.
+[[nodiscard]] bool permit(int folder);
+
+/// The same for the folder `name` of `parent`, if it has that number: one that may not even be opened.
+[[nodiscard]] bool permitBelow(int parent, const char* name, const FileNumber& number);
+
 /// Of what is at a name, a link's own; of the open file or folder `parent` itself where the name is empty.
 /// Starts no mount.
 [[nodiscard]] std::optional<ItemIdentity> identityAt(int parent, const char* name);

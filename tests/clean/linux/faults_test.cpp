@@ -62,18 +62,61 @@ void forEachMode(const std::function<void(CleanMode)>& test) {
     }
 }
 
-TEST(Faults, AFolderInWhichNothingMayBeChanged) {
-    const TempTree tree(threeItems(folder("second", {folder("locked", {textFile("b", "b")}).withMode(0500)})),
-                        TempTree::Owner::unprivileged);
+/// As build tools leave the sources of others, so that nobody changes them by mistake.
+TreeEntry readOnlyTree() {
+    return folder("second",
+                  {folder("mod", {folder("inner",
+                                         {textFile("b", "b").withMode(0400), folder("empty").withMode(0500)})
+                                      .withMode(0500),
+                                  textFile("c", "c").withMode(0400)})
+                       .withMode(0500),
+                   folder("unlisted", {textFile("d", "d"), folder("e", {textFile("f", "f")}).withMode(0)})
+                       .withMode(0300),
+                   folder("closed", {textFile("g", "g")}).withMode(0),
+                   folder("named", {folder("h"), textFile("i", "i")}).withMode(0400)})
+        .withMode(0500);
+}
+
+TEST(Faults, AReadOnlyTreeOfTheUsersOwnGoesForGood) {
+    const TempTree tree(threeItems(readOnlyTree()), TempTree::Owner::unprivileged);
     if (const auto reason = whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
     asUnprivileged([&] {
         const AtHome environment(tree);
+        struct stat before{};
+        ASSERT_EQ(::stat(tree.path("home/items").c_str(), &before), 0);
+        const auto freed = Cleaner::clean(three(tree, "second"), CleanMode::permanent);
+        EXPECT_TRUE(freed) << text(freed.error());
+        for (const char* item : {"first", "second", "third"})
+            EXPECT_FALSE(exists(tree.path(std::string("home/items/") + item))) << item;
+        struct stat after{};
+        ASSERT_EQ(::stat(tree.path("home/items").c_str(), &after), 0);
+        EXPECT_EQ(after.st_mode, before.st_mode) << "what is around the items stays as it is";
+    });
+}
+
+TEST(Faults, FoldersThatNobodyRefusesKeepTheirPermissions) {
+    const TempTree tree(
+        threeItems(
+            folder("second",
+                   {folder("wide", {folder("theirs").withMode(0555), textFile("b", "b")}).withMode(0755)})),
+        TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(tree.path("home/items/second/wide/theirs").c_str(), 0, 0), 0);
+        ASSERT_EQ(::mknod(tree.path("home/items/second/wide/theirs/x").c_str(), S_IFREG | 0644, 0), 0);
+    }
+    asUnprivileged([&] {
+        const AtHome environment(tree);
         const auto error =
             expectSecondToFail(tree, "second", CleanMode::permanent, std::errc::permission_denied);
-        EXPECT_EQ(error.path, tree.path("home/items/second/locked/b"));
-        EXPECT_EQ(text(error), "“~/items/second/locked/b” kaldırılamadı: bunun için iznin yok.");
-        EXPECT_TRUE(exists(tree.path("home/items/second/locked/b")));
+        EXPECT_EQ(error.path, tree.path("home/items/second/wide/theirs/x"));
+        struct stat info{};
+        ASSERT_EQ(::stat(tree.path("home/items/second/wide/theirs").c_str(), &info), 0);
+        EXPECT_EQ(info.st_mode & 07777U, 0555U) << "another user's";
+        ASSERT_EQ(::stat(tree.path("home/items/second/wide").c_str(), &info), 0);
+        EXPECT_EQ(info.st_mode & 07777U, 0755U);
     });
 }
 
@@ -93,18 +136,25 @@ TEST(Faults, AnItemInAFolderInWhichNothingMayBeChanged) {
 }
 
 TEST(Faults, AFolderThatMayNotBeListed) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root gives files away";
     const TempTree tree(threeItems(folder("second", {folder("empty").withMode(0300),
                                                      folder("full", {textFile("b", "b")}).withMode(0300)})),
                         TempTree::Owner::unprivileged);
     if (const auto reason = whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
+    for (const char* theirs : {"empty", "full"})
+        ASSERT_EQ(::chown(tree.path(std::string("home/items/second/") + theirs).c_str(), 0, 0), 0);
     asUnprivileged([&] {
         const AtHome environment(tree);
         const auto error =
             expectSecondToFail(tree, "second", CleanMode::permanent, std::errc::permission_denied);
         EXPECT_EQ(error.path, tree.path("home/items/second/full"));
-        EXPECT_TRUE(exists(tree.path("home/items/second/full/b")));
-        ASSERT_EQ(::chmod(tree.path("home/items/second/full").c_str(), 0700), 0);
+        EXPECT_TRUE(exists(tree.path("home/items/second/full")));
+    });
+    ASSERT_EQ(::unlink(tree.path("home/items/second/full/b").c_str()), 0);
+    asUnprivileged([&] {
+        const AtHome environment(tree);
         EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/items/second")}), CleanMode::permanent))
             << "a folder that cannot be listed but is empty can be removed";
     });

@@ -13,6 +13,7 @@
 #include "platform/files.h"
 #include "platform/removal.h"
 #include "support/isolation.h"
+#include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"
 
 // What `Directory`, and what removes, promise on kernels without openat2 and in sandboxes that refuse it.
@@ -139,19 +140,20 @@ TEST_P(DirectoryWithoutOpenat2, RemovesNothingOfAnotherMount) {
 INSTANTIATE_TEST_SUITE_P(Errors, DirectoryWithoutOpenat2, testing::Values(ENOSYS, EPERM),
                          [](const auto& error) { return error.param == ENOSYS ? "unknown" : "refused"; });
 
-TEST(ExistsInWithoutOpenat2, DoesNotFollowALinkToAnotherVolume) {
-    if (const auto reason = test::whyNoPrivateMounts())
+TEST(ExistsInWithoutOpenat2, DoesNotFollowALinkToAServer) {
+    if (const auto reason = test::DeadMount::whyNone())
         GTEST_SKIP() << *reason;
     for (const int error : {ENOSYS, EPERM}) {
         TempTree tree({folder("server"), folder("near"), link("out", "server/room"),
                        link("up", "server/../near"), link("good", "near"), link("dangling", "absent")});
         test::withPrivateMounts([&] {
-            ASSERT_TRUE(test::mountMemory(tree.path("server")));
-            tree.add("server", {folder("room")});
+            const test::DeadMount server(tree.path("server"));
+            ASSERT_TRUE(server.isMounted());
             refuseOpenat2(error);
             EXPECT_TRUE(existsIn(tree.path(), "good"));
             for (const char* name : {"out", "up", "dangling"})
                 EXPECT_FALSE(existsIn(tree.path(), name)) << name;
+            EXPECT_FALSE(server.wasAsked());
         });
     }
 }

@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+
+#include <algorithm>
+#include <string>
+
+#include "platform/files.h"
+#include "platform/guarded_folders.h"
+#include "platform/reach.h"
+#include "platform/user_folders.h"
+#include "platform/volume.h"
+#include "support/environment.h"
+#include "support/isolation.h"
+#include "support/linux/dead_mount.h"
+#include "support/temp_tree.h"
+
+namespace ulvak::platform {
+namespace {
+
+using test::DeadMount;
+using test::folder;
+using test::link;
+using test::TempTree;
+using test::textFile;
+
+TEST(DeadMounts, ALinkToOneLeadsToNothing) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    TempTree tree({folder("nas"), folder("near"), link("out", "nas/room"), link("up", "nas/../near"),
+                   link("chain", "out"), link("itself", "nas"), link("good", "near")});
+    tree.add({link("absolute", tree.path("nas/room")), link("absolute-good", tree.path("near"))});
+    test::withPrivateMounts([&] {
+        const DeadMount nas(tree.path("nas"));
+        ASSERT_TRUE(nas.isMounted());
+        for (const char* name : {"out", "up", "chain", "itself", "absolute"})
+            EXPECT_FALSE(existsIn(tree.path(), name)) << name;
+        for (const char* name : {"good", "absolute-good"})
+            EXPECT_TRUE(existsIn(tree.path(), name)) << name;
+        EXPECT_FALSE(nas.wasAsked());
+    });
+}
+
+TEST(DeadMounts, AreKnownFromTheSystemsTable) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("nas"), folder("memory"), folder("again"), folder("room")});
+    test::withPrivateMounts([&] {
+        const DeadMount nas(tree.path("nas"));
+        ASSERT_TRUE(nas.isMounted());
+        ASSERT_TRUE(test::mountMemory(tree.path("memory")));
+        ASSERT_TRUE(test::mountAgain(tree.path("room"), tree.path("again")));
+        const auto all = mounts();
+        const auto at = [&](const std::string& path) { return *std::ranges::find(all, path, &Mount::path); };
+        EXPECT_TRUE(at(tree.path("nas")).mayHang);
+        EXPECT_FALSE(at(tree.path("memory")).mayHang);
+        EXPECT_FALSE(at("/").mayHang);
+        const Reach reach({&tree.path(), 1}, Reach::Others::none);
+        EXPECT_TRUE(reach.includes(tree.path("again"))) << "the same volume, a second time";
+        EXPECT_FALSE(reach.includes(tree.path("memory")));
+        EXPECT_FALSE(reach.includes(tree.path("nas/x")));
+        EXPECT_FALSE(nas.wasAsked());
+    });
+}
+
+TEST(DeadMounts, FoldersThatTheEnvironmentNamesAreNotLookedAt) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home", {folder("nas"), folder("set"), link("temp", "nas/tmp")})});
+    test::withPrivateMounts([&] {
+        const DeadMount nas(tree.path("home/nas"));
+        ASSERT_TRUE(nas.isMounted());
+        const test::ScopedEnvironment environment({{"HOME", tree.path("home")},
+                                                   {"TMPDIR", tree.path("home/temp")},
+                                                   {"XDG_CONFIG_HOME", tree.path("home/nas/set")},
+                                                   {"XDG_DATA_HOME", tree.path("home/nas/data")}});
+        EXPECT_EQ(temporaryDirectory(), tree.path("home/temp"));
+        EXPECT_EQ(guardedFolders(tree.path("home")).unread, tree.path("home/nas/set/user-dirs.dirs"));
+        EXPECT_FALSE(nas.wasAsked());
+    });
+}
+
+}  // namespace
+}  // namespace ulvak::platform
