@@ -55,6 +55,7 @@ struct Judged {
     CleanPlace place;
     /// Nothing where nothing was: what comes to lie there later was never judged.
     std::optional<platform::ItemIdentity> identity;
+    platform::HeldEntry held;  ///< where its number alone tells it from others
 };
 
 /// Where the items are, if the paths alone allow all of them to go.
@@ -82,8 +83,11 @@ std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::s
             return std::unexpected(std::move(*objection));
         Judged item;
         // A folder that cannot be opened is no objection: nothing can be removed there either.
-        if (const auto folder = openFolder(place))
+        if (const auto folder = openFolder(place)) {
             item.identity = platform::entryIdentity(*folder, std::string(place.name()));
+            if (item.identity && !item.identity->born)
+                item.held = platform::HeldEntry(*folder, std::string(place.name()));
+        }
         if (item.identity) {
             if (auto objection = surroundings.objection(place, urls[index], item.identity->number))
                 return std::unexpected(std::move(*objection));
@@ -142,6 +146,8 @@ std::expected<std::int64_t, CleanFailure> deleteSimulator(const std::string& udi
 }
 
 CleanFailure stopped(std::size_t done, std::size_t all) {
+    if (done == 0)
+        return failed("Temizlik durduruldu: hiçbir öğeye dokunulmadı.");
     return failed("Temizlik durduruldu: " + std::to_string(all) + " öğeden " + std::to_string(done) +
                   " tanesi kaldırıldı, kalanlara dokunulmadı.");
 }

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "platform/directory.h"
@@ -27,6 +28,26 @@ struct ItemIdentity {
 
 /// Of the entry `name` of `parent`, a link's own. Absent when nothing is there or this user may not look.
 [[nodiscard]] std::optional<ItemIdentity> entryIdentity(const Directory& parent, const std::string& name);
+
+/// Keeps the number of an entry, a link's own, from being given to another while it lives, for file systems
+/// that know no dates of birth. Holds a handle, or nothing where none is to be had, or where numbers are
+/// never given twice.
+class HeldEntry {
+public:
+    HeldEntry() = default;
+    HeldEntry(const Directory& parent, const std::string& name);
+    ~HeldEntry();
+    HeldEntry(HeldEntry&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
+    HeldEntry& operator=(HeldEntry&& other) noexcept {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
+    HeldEntry(const HeldEntry&) = delete;
+    HeldEntry& operator=(const HeldEntry&) = delete;
+
+private:
+    int handle_ = -1;
+};
 
 /// Removes the entry `name` of `parent`, and if it is a folder everything in it first, however deep.
 ///

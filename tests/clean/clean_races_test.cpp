@@ -3,14 +3,12 @@
 #include <sys/stat.h>
 
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <string>
-#include <thread>
 
 #include "clean_support.h"
-#include "support/system.h"
+#include "swapper.h"
 
 // Somebody swaps folders for links to a folder of canaries while they are cleaned. Whoever follows such a
 // link kills canaries: they bear the names of what is cleaned.
@@ -30,78 +28,15 @@ constexpr int share = 1;
 /// Where the two threads get so little time that the test would be ended for it, fewer rounds must do.
 constexpr auto longEnough = std::chrono::minutes(10);
 
-/// Swaps two entries for one another, without pause while it is on.
-class Swapper {
-public:
-    Swapper() : thread_([this] { work(); }) {}
-    ~Swapper() {
-        quits_ = true;
-        isOn_ = true;
-        isOn_.notify_one();
-        thread_.join();
-    }
-    Swapper(const Swapper&) = delete;
-    Swapper& operator=(const Swapper&) = delete;
-
-    /// Returns when it has swapped once.
-    void start(std::string first, std::string second) {
-        first_ = std::move(first);
-        second_ = std::move(second);
-        isOn_ = true;
-        isOn_.notify_one();
-        isAtWork_.wait(false);
-    }
-
-    /// Returns when it rests.
-    void stop() {
-        isOn_ = false;
-        isAtWork_.wait(true);
-    }
-
-    [[nodiscard]] long swaps() const { return swaps_; }
-
-private:
-    void work() {
-        for (;;) {
-            isOn_.wait(false);
-            if (quits_)
-                return;
-            swap();  // before it is said: this thread may get no more time in this round
-            setAtWork(true);
-            while (isOn_ && !quits_)
-                swap();
-            setAtWork(false);
-        }
-    }
-
-    void swap() {
-        if (test::exchange(first_, second_) == 0)
-            ++swaps_;
-    }
-
-    void setAtWork(bool isAtWork) {
-        isAtWork_ = isAtWork;
-        isAtWork_.notify_one();
-    }
-
-    std::string first_;   // handed over by `isOn_`
-    std::string second_;  // as above
-    std::atomic<bool> isOn_ = false;
-    std::atomic<bool> isAtWork_ = false;
-    std::atomic<bool> quits_ = false;
-    std::atomic<long> swaps_ = 0;
-    std::thread thread_;
-};
-
 /// What is swapped, seen from the round's folder, and the link that leads from there to its likeness among
 /// the canaries. It goes up by "..": from the root on, it would leave the mount as well, which is refused
 /// anyway.
-struct Swap {
+struct Bait {
     std::string_view victim;
     std::string_view link;
 };
 
-constexpr std::array<Swap, 3> swapped = {{
+constexpr std::array<Bait, 3> swapped = {{
     {"arena", "../../canaries/arena"},
     {"arena/item", "../../../canaries/arena/item"},
     {"arena/item/sub", "../../../../canaries/arena/item/sub"},
@@ -157,7 +92,8 @@ Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& 
         const auto& [victim, target] = swapped[static_cast<std::size_t>(round) % swapped.size()];
         tree.add("home", {folder("round", arena())});
         tree.add("home/round", {link("bait", std::string(target))});
-        swapper.start(tree.path("home/round/" + std::string(victim)), tree.path("home/round/bait"));
+        swapper.start(
+            exchanging(tree.path("home/round/" + std::string(victim)), tree.path("home/round/bait")));
         const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode);
         swapper.stop();
         ++(freed ? outcome.done : outcome.failed);
@@ -218,7 +154,7 @@ TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
                 ASSERT_EQ(::mkdir(deep.c_str(), 0755), 0);
             }
             ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
-            swapper.start(tree.path("home/round/item/sub"), tree.path("home/round/bait"));
+            swapper.start(exchanging(tree.path("home/round/item/sub"), tree.path("home/round/bait")));
             failed += Cleaner::clean(finding({tree.path("home/round/item")}), CleanMode::permanent) ? 0 : 1;
             swapper.stop();
             ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &usual), 0);

@@ -99,6 +99,61 @@ TEST(Cleaner, StopsAtTheFirstItemThatFails) {
     });
 }
 
+TEST(Cleaner, EndsBetweenItemsWhenItIsAskedTo) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        for (const CleanMode mode : {CleanMode::permanent, CleanMode::trash}) {
+            const std::string first = mode == CleanMode::trash ? "home/three" : "home/one";
+            std::stop_source stop;
+            Cleaner::Services services = Cleaner::Services::system();
+            services.removeItem = [&](const auto& parent, const auto& name, const auto& item,
+                                      const auto& kept) {
+                stop.request_stop();
+                return Cleaner::Services::system().removeItem(parent, name, item, kept);
+            };
+            services.moveToTrash = [&](const auto& parent, const auto& name, const auto& item,
+                                       const auto& path) {
+                stop.request_stop();
+                return Cleaner::Services::system().moveToTrash(parent, name, item, path);
+            };
+            CleanRun run{.stop = stop.get_token()};
+            const auto freed =
+                Cleaner::clean(finding({tree.path(first), tree.path("home/two"), tree.path("home/proje")}),
+                               mode, run, services);
+            ASSERT_FALSE(freed);
+            EXPECT_EQ(std::get<CleanError>(freed.error()),
+                      CleanError{CleanError::Failed{
+                          "Temizlik durduruldu: 3 öğeden 1 tanesi kaldırıldı, kalanlara dokunulmadı."}});
+            EXPECT_FALSE(exists(tree.path(first))) << "what was being removed is finished";
+            EXPECT_TRUE(exists(tree.path("home/two")));
+            EXPECT_EQ(run.done, 1U);
+            ASSERT_EQ(run.trashed.size(), mode == CleanMode::trash ? 1U : 0U);
+            if (mode == CleanMode::trash) {
+                EXPECT_EQ(run.trashed.front().origin, tree.path(first));
+                EXPECT_TRUE(exists(run.trashed.front().location));
+            }
+        }
+    });
+}
+
+TEST(Cleaner, AskedToStopBeforeItBeginsItDoesNothing) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        std::stop_source stop;
+        stop.request_stop();
+        CleanRun run{.stop = stop.get_token()};
+        const auto freed = Cleaner::clean(finding({tree.path("home/one")}), CleanMode::permanent, run);
+        ASSERT_FALSE(freed);
+        EXPECT_EQ(text(freed.error()), "Temizlik durduruldu: hiçbir öğeye dokunulmadı.");
+        EXPECT_EQ(run.done, 0U);
+        EXPECT_TRUE(exists(tree.path("home/one")));
+        CleanRun whole;
+        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two")}),
+                                   CleanMode::permanent, whole));
+        EXPECT_EQ(whole.done, 2U);
+    });
+}
+
 TEST(Cleaner, AFindingThatCannotBeCleanedFailsWithItsReason) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {

@@ -9,12 +9,15 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/posix/removal_calls.h"
 #include "support/isolation.h"
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::platform {
@@ -155,6 +158,72 @@ TEST(Removal, TwoAtOnceInTheSameTreeDoNotFail) {
         }
     }
     EXPECT_TRUE(results[0] || results[1]);
+}
+
+TEST(Removal, TakesNothingThatHasAnItemsName) {
+    for (const bool isFile : {false, true}) {
+        const TempTree tree({isFile ? textFile("item", "i") : folder("item", {textFile("a", "a")}),
+                             isFile ? textFile("other", "o") : folder("other", {textFile("b", "b")}),
+                             folder("empty"), link("link", "other")});
+        const Directory parent = opened(tree);
+        const auto item = entryIdentity(parent, "item");
+        ASSERT_TRUE(item);
+        for (const char* other : {"other", "empty", "link"}) {
+            const auto before = entryIdentity(parent, other);
+            ASSERT_EQ(exchange(tree.path("item"), tree.path(other)), 0);
+            const auto result = removeEntry(parent, "item", *item);
+            ASSERT_FALSE(result) << other;
+            EXPECT_EQ(result.error().code.value(), ESTALE);
+            EXPECT_EQ(entryIdentity(parent, "item"), before) << other;
+            ASSERT_EQ(exchange(tree.path("item"), tree.path(other)), 0);
+        }
+        EXPECT_TRUE(exists(tree.path(isFile ? "other" : "other/b")));
+        EXPECT_TRUE(removeEntry(parent, "item", *item));
+        EXPECT_EQ(entryNames(parent), (std::vector<std::string>{"empty", "link", "other"}));
+    }
+}
+
+TEST(Removal, ANumberThatIsUsedAgainIsAnotherItem) {
+    const TempTree tree({textFile("item", "i")});
+    const Directory parent = opened(tree);
+    const auto item = entryIdentity(parent, "item");
+    ASSERT_TRUE(item);
+    if (!item->born)
+        GTEST_SKIP() << "this file system knows no dates of birth";
+    ItemIdentity later = *item;
+    later.born = *item->born + std::chrono::seconds(1);
+    EXPECT_FALSE(removeEntry(parent, "item", later));
+    EXPECT_TRUE(exists(tree.path("item")));
+}
+
+TEST(Removal, AHeldEntryKeepsItsNumber) {
+    const TempTree tree;
+    const Directory parent = opened(tree);
+    const auto make = [&] {
+        ::close(::openat(parent.handle(), "item", O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+    };
+    make();
+    const FileNumber number = entryIdentity(parent, "item")->number;
+    const HeldEntry held(parent, "item");
+    for (int time = 0; time < 100; ++time) {
+        ASSERT_TRUE(removeEntry(parent, "item"));
+        make();
+        ASSERT_NE(entryIdentity(parent, "item")->number, number);
+    }
+}
+
+TEST(Removal, AFolderThatMustStayIsNotEnteredWhereverItTurnsUp) {
+    const TempTree tree({folder("item", {folder("sub", {folder("Documents", {textFile("d", "d")})})}),
+                         folder("Documents2", {textFile("e", "e")})});
+    const Directory parent = opened(tree);
+    const std::set<FileNumber> kept = {entryIdentity(*parent.openBelow("item/sub"), "Documents")->number,
+                                       entryIdentity(parent, "Documents2")->number};
+    const auto inside = removeEntry(parent, "item", *entryIdentity(parent, "item"), kept);
+    ASSERT_FALSE(inside);
+    EXPECT_EQ(inside.error().path, "item/sub/Documents");
+    EXPECT_TRUE(exists(tree.path("item/sub/Documents/d")));
+    EXPECT_FALSE(removeEntry(parent, "Documents2", *entryIdentity(parent, "Documents2"), kept));
+    EXPECT_TRUE(exists(tree.path("Documents2/e")));
 }
 
 TEST(Removal, SaysWhatIsNotThere) {

@@ -196,6 +196,10 @@ std::optional<ItemIdentity> identityAt(int parent, const char* name) {
     return identity;
 }
 
+int holdAt(int parent, const char* name) {
+    return ::openat(parent, name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+}
+
 int removePlaceholder(int /*parent*/, const char* /*name*/) {
     errno = ENOTSUP;
     return -1;

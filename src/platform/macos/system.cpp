@@ -174,6 +174,11 @@ std::optional<ItemIdentity> identityAt(int parent, const char* name) {
     return identity;
 }
 
+/// Its own file systems never use a number again.
+int holdAt(int /*parent*/, const char* /*name*/) {
+    return -1;
+}
+
 int removePlaceholder(int parent, const char* name) {
     // AT_REMOVEDIR_DATALESS: the system takes it from its version 11 on, but its headers do not show it.
     constexpr int removeUnfetched = 0x0100;

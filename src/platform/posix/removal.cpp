@@ -418,6 +418,15 @@ std::expected<void, FileError> posix::removeEntry(const Directory& parent, const
     return Removal(parent, *item, {}, calls).run(name);
 }
 
+// Of many items the last may find no handle left: half of them are for the removal.
+HeldEntry::HeldEntry(const Directory& parent, const std::string& name)
+    : handle_(spareHandles() > 2 * mostOpen ? posix::holdAt(parent.handle(), name.c_str()) : -1) {}
+
+HeldEntry::~HeldEntry() {
+    if (handle_ >= 0)
+        ::close(handle_);
+}
+
 std::optional<ItemIdentity> entryIdentity(const Directory& parent, const std::string& name) {
     const QuietAccess quiet;
     return posix::identityAt(parent.handle(), name.c_str());

@@ -72,6 +72,10 @@ struct Item {
 /// Starts no mount.
 [[nodiscard]] std::optional<ItemIdentity> identityAt(int parent, const char* name);
 
+/// A handle of what is at a name, a link's own, that keeps its number from being used again; -1 where there
+/// is none, or no need.
+[[nodiscard]] int holdAt(int parent, const char* name);
+
 /// Removes a folder whose contents live elsewhere, and those with it, without fetching them; any other folder
 /// only when it is empty. 0 or -1; ENOTSUP where no contents live elsewhere.
 [[nodiscard]] int removePlaceholder(int parent, const char* name);

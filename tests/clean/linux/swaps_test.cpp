@@ -1,0 +1,275 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <climits>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "clean/clean_support.h"
+#include "clean/swapper.h"
+#include "platform/volume.h"
+
+// While the items of a finding are removed one after the other, somebody gives the name of one that is still
+// to come, or of what holds it, to something else. Whatever was not judged must stay, wherever it is
+// afterwards, and whoever says "done" must have removed what was judged.
+
+namespace ulvak {
+namespace {
+
+using namespace test;
+namespace fs = std::filesystem;
+
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int rounds = 400;
+#else
+constexpr int rounds = 2200;
+#endif
+/// On a machine that stalls fewer rounds must do.
+constexpr auto longEnough = std::chrono::seconds(15);
+
+/// Something that is held, so that it is known wherever it is moved.
+class Held {
+public:
+    explicit Held(const std::string& path) : handle_(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
+    ~Held() { ::close(handle_); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+    [[nodiscard]] bool isGone() const {
+        struct stat info{};
+        return ::fstat(handle_, &info) != 0 || info.st_nlink == 0;
+    }
+    [[nodiscard]] bool holds(const std::string& relative) const {
+        struct stat info{};
+        return ::fstatat(handle_, relative.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
+    }
+    [[nodiscard]] std::string path() const {
+        std::array<char, PATH_MAX> buffer{};
+        const ssize_t length =
+            ::readlink(("/proc/self/fd/" + std::to_string(handle_)).c_str(), buffer.data(), buffer.size());
+        return {buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
+    }
+
+private:
+    int handle_;
+};
+
+std::vector<TreeEntry> shaped() {
+    return {textFile("a", "alive"),
+            folder("sub", {textFile("c", "alive"), folder("inner", {textFile("e", "alive")})})};
+}
+
+const std::vector<std::string> inside = {"a", "sub/c", "sub/inner/e"};
+
+struct Plan {
+    std::string bait;                ///< in the home folder
+    std::vector<std::string> holds;  ///< what must be in it afterwards
+    std::string victim = "round/arena/item";
+    bool isFile = false;
+    std::function<Swap(const std::string& victim, const std::string& bait)> swap = exchanging;
+};
+
+/// As people rename: nothing is replaced.
+bool renamed(const std::string& from, const std::string& to) {
+    return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
+}
+
+/// The victim steps aside, the bait takes its place, and both go back, by plain renaming.
+Swap stepping(const std::string& victim, const std::string& bait) {
+    return [victim, bait, aside = bait + ".aside"] {
+        const bool isAside = renamed(victim, aside);
+        const bool isThere = renamed(bait, victim);
+        if (isThere)
+            (void)renamed(victim, bait);
+        if (isAside)
+            (void)renamed(aside, victim);
+        return isThere;
+    };
+}
+
+struct Outcome {
+    int done = 0;
+    int failed = 0;
+};
+
+void makeRound(TempTree& tree, const Plan& plan) {
+    fs::remove_all(tree.path("home/round"));
+    fs::remove_all(tree.path("home/" + plan.bait + ".aside"));
+    fs::remove_all(tree.path("home/.local"));
+    std::vector<TreeEntry> first = {folder("x", {textFile("1", "1"), textFile("2", "2")})};
+    tree.add("home", {folder("round", {folder("arena", {folder("first", std::move(first)),
+                                                        plan.isFile ? textFile("item", "judged")
+                                                                    : folder("item", shaped())})})});
+}
+
+/// Where the bait is after a round; it goes back to its own place.
+void expectUnharmed(const TempTree& tree, const Plan& plan, const Held& bait, const std::string& what) {
+    ASSERT_FALSE(bait.isGone()) << "the bait was taken: " << what;
+    for (const std::string& name : plan.holds)
+        ASSERT_TRUE(bait.holds(name)) << name << " was taken: " << what;
+    const std::string home = tree.path("home/" + plan.bait);
+    const std::string now = bait.path();
+    ASSERT_EQ(now.find("/Trash/"), std::string::npos) << "the bait is in the Trash: " << what;
+    if (now == home)
+        return;
+    fs::remove_all(home);
+    ASSERT_EQ(std::rename(now.c_str(), home.c_str()), 0) << now;
+}
+
+/// The swaps begin when all items are judged, and the first is about to go.
+Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap) {
+    Cleaner::Services services = Cleaner::Services::system();
+    const auto start = [&swapper, swap](const std::string& name) {
+        if (name == "first")
+            swapper.start(swap);
+    };
+    services.removeItem = [start, remove = services.removeItem](const auto& parent, const std::string& name,
+                                                                const auto& item, const auto& kept) {
+        start(name);
+        return remove(parent, name, item, kept);
+    };
+    services.moveToTrash = [start, move = services.moveToTrash](const auto& parent, const std::string& name,
+                                                                const auto& item, const std::string& path) {
+        start(name);
+        return move(parent, name, item, path);
+    };
+    return services;
+}
+
+/// A mount whose place was renamed while it was made is not where it was meant to be.
+void unmountBelow(const std::string& folder) {
+    for (const std::string& point : platform::mountPoints()) {
+        if (point.starts_with(folder + "/"))
+            (void)::umount2(point.c_str(), MNT_DETACH);
+    }
+}
+
+Outcome cleanWhileSwapping(TempTree& tree, const Plan& plan, CleanMode mode, Swapper& swapper) {
+    Outcome outcome;
+    const auto start = std::chrono::steady_clock::now();
+    for (int round = 0; round < rounds && std::chrono::steady_clock::now() - start < longEnough; ++round) {
+        makeRound(tree, plan);
+        const Held item(tree.path("home/round/arena/item"));
+        const Held bait(tree.path("home/" + plan.bait));
+        const auto freed = Cleaner::clean(
+            finding({tree.path("home/round/arena/first"), tree.path("home/round/arena/item")}), mode,
+            swappingFromTheFirstOn(
+                swapper, plan.swap(tree.path("home/" + plan.victim), tree.path("home/" + plan.bait))));
+        swapper.stop();
+        unmountBelow(tree.path("home"));
+        ++(freed ? outcome.done : outcome.failed);
+        const std::string what =
+            "round " + std::to_string(round) + ": " + (freed ? "done" : text(freed.error()));
+        expectUnharmed(tree, plan, bait, what);
+        const bool isRemoved = item.isGone() || item.path().contains("/Trash/files/");
+        EXPECT_TRUE(isRemoved || !freed) << "what was judged is still there: " << item.path();
+        if (testing::Test::HasFailure())
+            break;
+    }
+    return outcome;
+}
+
+class Swaps : public testing::TestWithParam<CleanMode> {
+protected:
+    static void survive(const Plan& plan, std::vector<TreeEntry> bait) {
+        TempTree tree({folder("home"), folder("tmp")});
+        tree.add("home", std::move(bait));
+        const auto race = [&] {
+            Swapper swapper;
+            const Outcome outcome = cleanWhileSwapping(tree, plan, GetParam(), swapper);
+            EXPECT_GT(swapper.swaps(), outcome.done + outcome.failed);
+            EXPECT_GT(outcome.failed, 0);
+        };
+        inHome(tree, race);
+    }
+};
+
+TEST_P(Swaps, DocumentsInPlaceOfAnItem) {
+    survive({.bait = "Documents", .holds = inside}, {folder("Documents", shaped())});
+}
+
+TEST_P(Swaps, DocumentsInPlaceOfAFolderInAnItem) {
+    if (GetParam() == CleanMode::trash)
+        GTEST_SKIP() << "an item is moved whole, with what is in it at that moment, and can be moved back";
+    survive({.bait = "Documents", .holds = inside, .victim = "round/arena/item/sub"},
+            {folder("Documents", shaped())});
+}
+
+TEST_P(Swaps, EmptyDocumentsInPlaceOfAnItem) {
+    survive({.bait = "Documents", .holds = {}}, {folder("Documents")});
+}
+
+TEST_P(Swaps, AnotherFolderOfTheSameShapeInPlaceOfAnItem) {
+    survive({.bait = "other", .holds = inside}, {folder("other", shaped())});
+}
+
+TEST_P(Swaps, AnotherFolderInPlaceOfWhatHoldsTheItems) {
+    survive({.bait = "other", .holds = {"item/a", "item/sub/c", "first/f"}, .victim = "round/arena"},
+            {folder("other", {folder("item", shaped()), folder("first", {textFile("f", "alive")})})});
+}
+
+TEST_P(Swaps, AnotherFileInPlaceOfOne) {
+    survive({.bait = "letter", .holds = {}, .isFile = true}, {textFile("letter", "alive")});
+}
+
+TEST_P(Swaps, AFileInPlaceOfAFolder) {
+    survive({.bait = "letter", .holds = {}}, {textFile("letter", "alive")});
+}
+
+TEST_P(Swaps, DocumentsThatAreRenamedToAnItem) {
+    survive({.bait = "Documents", .holds = inside, .swap = stepping}, {folder("Documents", shaped())});
+}
+
+TEST_P(Swaps, AFileThatIsRenamedToOne) {
+    survive({.bait = "letter", .holds = {}, .isFile = true, .swap = stepping}, {textFile("letter", "alive")});
+}
+
+/// A folder is shown in place of another, and no more.
+Swap mounting(const std::string& victim, const std::string& bait) {
+    return [victim, bait] {
+        const bool isMounted = ::mount(bait.c_str(), victim.c_str(), nullptr, MS_BIND, nullptr) == 0;
+        if (isMounted)
+            (void)::umount2(victim.c_str(), MNT_DETACH);
+        return isMounted;
+    };
+}
+
+TEST_P(Swaps, MountsOverAnItemAndWhatHoldsIt) {
+    if (const auto reason = whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    // What is mounted inside an item is not moved with it, and not entered.
+    for (const char* victim : {"round/arena/item", "round/arena", "round/arena/item/sub"}) {
+        SCOPED_TRACE(victim);
+        TempTree tree({folder("home", {folder("other", {folder("item", shaped()), folder("first", shaped()),
+                                                        textFile("a", "alive"), folder("sub", shaped())})}),
+                       folder("tmp")});
+        withPrivateMounts([&] {
+            const AtHome environment(tree);
+            Swapper swapper;
+            const Plan plan{.bait = "other",
+                            .holds = {"item/a", "first/a", "sub/a", "a"},
+                            .victim = victim,
+                            .swap = mounting};
+            (void)cleanWhileSwapping(tree, plan, GetParam(), swapper);
+            EXPECT_GT(swapper.swaps(), 0);
+        });
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, Swaps, testing::Values(CleanMode::permanent, CleanMode::trash),
+                         [](const auto& mode) {
+                             return mode.param == CleanMode::trash ? "trash" : "permanent";
+                         });
+
+}  // namespace
+}  // namespace ulvak
