@@ -125,6 +125,9 @@ QCoro::Task<> cleanAndEmpty(AppModel& app, bool& isDone) {
     co_await app.clean(std::move(moved), CleanMode::trash);
     co_await app.clean(std::move(removed), CleanMode::permanent);
     co_await app.emptyTrash();
+    // Its home's Trash held something before.
+    if (const auto question = app.trashQuestion())
+        co_await app.emptyTrashAsAsked(question->id);
     isDone = true;
 }
 
@@ -178,13 +181,21 @@ AppServices servicesWithin() {
         services.run = [](const auto&, const auto&) {
             return std::unexpected(std::make_error_code(std::errc::operation_not_permitted));
         };
+        services.runUntil = [](const auto&, const auto&, const auto&) {
+            return std::unexpected(std::make_error_code(std::errc::operation_not_permitted));
+        };
         return services;
     }();
     AppServices services = AppServices::system();
-    services.clean = [](const Finding& finding, CleanMode mode) {
-        return Cleaner::clean(finding, mode, alone);
+    services.clean = [](const Finding& finding, CleanMode mode, CleanRun& run) {
+        return Cleaner::clean(finding, mode, run, alone);
     };
-    services.emptyTrash = [] { return Cleaner::emptyTrash(alone); };
+    services.emptyTrash = [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
+        return Cleaner::emptyTrash(asked, stop, alone);
+    };
+    services.emptyTrashByDesktop = [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
+        return Cleaner::emptyTrashByDesktop(asked, stop, alone);
+    };
     services.reveal = [](std::span<const std::string>) { return true; };
     services.openUrl = [](std::string_view) {};
     return services;

@@ -236,18 +236,16 @@ std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMod
 }
 
 std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path) {
-    const CleanPlace place{.anchor = std::string(Paths::parent(path)),
+    const CleanPlace trash{.anchor = std::string(Paths::parent(path)),
                            .relative = std::string(Paths::lastComponent(path))};
-    const Surroundings surroundings(rails(), {&place, 1});
+    const Surroundings surroundings(rails(), {&trash, 1});
     auto objection = surroundings.objection();
     if (!objection)
-        objection = surroundings.objection(place, path);
-    if (!objection) {
-        const auto folder = openFolder(place);
-        const auto trash = folder ? platform::entryIdentity(*folder, place.relative) : std::nullopt;
-        if (trash)
-            objection = surroundings.objection(place, path, trash->number);
-    }
+        objection = surroundings.objection(trash, path);
+    const auto folder = openFolder(trash);
+    const auto item = folder ? platform::entryIdentity(*folder, std::string(trash.name())) : std::nullopt;
+    if (!objection && item)
+        objection = surroundings.objection(trash, path, item->number);
     if (objection)
         return std::unexpected(std::move(*objection));
     return surroundings.untouchable();

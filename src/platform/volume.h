@@ -18,23 +18,13 @@ struct VolumeCapacity {
 /// blocks while that volume answers.
 [[nodiscard]] std::optional<VolumeCapacity> volumeCapacity(const std::string& path);
 
-/// What stands behind a mounted volume.
-enum class Backing : std::uint8_t {
-    memory,  ///< nothing that lasts: kept in memory, or only shown by the kernel
-    disk,    ///< a disk of this computer's
-    others,  ///< another computer or a program, which may be gone
-};
-
 /// A volume that is mounted somewhere.
 struct Mount {
     std::string path;          ///< absolute, without links
     std::uint64_t volume = 0;  ///< the same for each place at which one file system is mounted
-    Backing backing = Backing::disk;
-
-    /// Whether a look at it may never return. Never so for that at "/".
-    [[nodiscard]] bool mayHang() const { return backing == Backing::others && path != "/"; }
-
-    friend bool operator==(const Mount&, const Mount&) = default;
+    /// Whether a look at it may never return: it lies on another computer or is served by a program, which
+    /// may be gone. Never so for that at "/".
+    bool mayHang = false;
 };
 
 /// The volumes that are mounted and not covered by others, in the system's order, read without touching the

@@ -22,8 +22,7 @@ protected:
                               Reach::Others others = Reach::Others::prompt) const {
         std::vector<Mount> mounts = {{.path = "/", .volume = 1}, {.path = "/proc", .volume = 2}};
         for (const std::string& server : servers)
-            mounts.push_back(
-                {.path = tree.path(server), .volume = 2 + mounts.size(), .backing = Backing::others});
+            mounts.push_back({.path = tree.path(server), .volume = 2 + mounts.size(), .mayHang = true});
         return {{&tree.path(), 1}, others, std::move(mounts)};
     }
 
@@ -109,13 +108,13 @@ TEST_F(ReachTest, AFileIsNoFolder) {
 TEST_F(ReachTest, IncludesTheVolumesOfItsFoldersAndOthersThatAnswer) {
     const std::vector<std::string> folders = {"/home/ayse", "/scratch/t"};
     const std::vector<Mount> mounts = {{.path = "/", .volume = 1},
-                                       {.path = "/home", .volume = 2, .backing = Backing::others},
-                                       {.path = "/home/ayse", .volume = 3, .backing = Backing::others},
-                                       {.path = "/home/ayse/nas", .volume = 4, .backing = Backing::others},
+                                       {.path = "/home", .volume = 2, .mayHang = true},
+                                       {.path = "/home/ayse", .volume = 3, .mayHang = true},
+                                       {.path = "/home/ayse/nas", .volume = 4, .mayHang = true},
                                        {.path = "/home/ayse/disk", .volume = 5},
-                                       {.path = "/again", .volume = 3, .backing = Backing::others},
+                                       {.path = "/again", .volume = 3, .mayHang = true},
                                        {.path = "/data", .volume = 6},
-                                       {.path = "/data/nas", .volume = 7, .backing = Backing::others}};
+                                       {.path = "/data/nas", .volume = 7, .mayHang = true}};
     for (const Reach::Others others : {Reach::Others::none, Reach::Others::prompt}) {
         const Reach reach(folders, others, mounts);
         for (const char* path :

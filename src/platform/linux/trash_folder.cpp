@@ -7,21 +7,19 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <optional>
 #include <set>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "platform/durable_file.h"
 #include "platform/files.h"
+#include "platform/posix/prompt_volumes.h"
 #include "platform/posix/system.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
-#include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {
@@ -125,35 +123,6 @@ std::string joined(const std::string& top, const std::string& name) {
     return top.ends_with('/') ? top + name : top + "/" + name;
 }
 
-struct Volumes {
-    std::vector<std::string> tops;
-    /// Whether there are no others that a user keeps files on.
-    bool isAll = true;
-};
-
-/// Those on which nobody waits for more than a disk: no server's and no program's, nor any that lies below
-/// one.
-Volumes promptVolumes() {
-    // What is mounted here is the kernel's and the session's own: nobody trashes anything there.
-    constexpr std::array<std::string_view, 4> notForFiles = {"/proc", "/sys", "/dev", "/run/user"};
-    const auto isBelow = [](std::string_view path, std::string_view folder) {
-        return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
-    };
-    const std::vector<Mount> all = mounts();
-    Volumes volumes;
-    for (const Mount& mount : all) {
-        const bool isReached = std::ranges::none_of(
-            all, [&](const Mount& around) { return around.mayHang() && isBelow(mount.path, around.path); });
-        const bool isForFiles = std::ranges::none_of(
-            notForFiles, [&](std::string_view folder) { return isBelow(mount.path, folder); });
-        if (mount.backing == Backing::disk && isReached)
-            volumes.tops.push_back(mount.path);
-        else if (mount.backing != Backing::memory && isForFiles)
-            volumes.isAll = false;
-    }
-    return volumes;
-}
-
 }  // namespace
 
 bool isOnSameVolume(const Directory& one, const Directory& other) {
@@ -213,8 +182,8 @@ TrashFolders trashFolders() {
     add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
 
     const Names names;
-    const Volumes volumes = promptVolumes();
-    for (const std::string& top : volumes.tops) {
+    const posix::PromptVolumes volumes = posix::promptVolumes();
+    for (const std::string& top : volumes.places) {
         const auto folder = Directory::open(top);
         if (!folder)
             continue;  // what nobody may enter holds no Trash that the desktop shows either

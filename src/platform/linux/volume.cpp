@@ -53,23 +53,14 @@ std::string_view nextField(std::string_view& rest) {
 
 /// Whether a file system of that type and source asks another computer or another program.
 bool asksOthers(std::string_view type, std::string_view source) {
-    constexpr std::array<std::string_view, 35> types = {
-        "9p",    "acfs",  "afs",   "aufs",    "autofs", "beegfs",   "ceph",      "cifs",  "coda",
-        "davfs", "fhgfs", "fuse",  "fuseblk", "gfs",    "gfs2",     "glusterfs", "gpfs",  "lustre",
-        "mfs",   "ncp",   "ncpfs", "nfs",     "nfs4",   "ocfs2",    "orangefs",  "panfs", "prl_fs",
-        "pvfs2", "smb3",  "smbfs", "sshfs",   "vboxsf", "virtiofs", "vmhgfs",    "wekafs"};
+    constexpr std::array<std::string_view, 34> types = {
+        "9p",    "acfs",  "afs",   "aufs",    "autofs",   "beegfs",   "ceph",  "cifs",   "coda",
+        "davfs", "fhgfs", "fuse",  "fuseblk", "gfs",      "gfs2",     "gpfs",  "lustre", "mfs",
+        "ncp",   "ncpfs", "nfs",   "nfs4",    "ocfs2",    "orangefs", "panfs", "prl_fs", "pvfs2",
+        "smb3",  "smbfs", "sshfs", "vboxsf",  "virtiofs", "vmhgfs",   "wekafs"};
     // What nobody has heard of is known by its server: "host:/path", "//host/path".
     return std::ranges::find(types, type) != types.end() || type.starts_with("fuse.") ||
            source.starts_with("//") || (source.contains(":/") && !source.starts_with('/'));
-}
-
-/// A file system on a disk has the disk's number, but for a few that have numbers of their own.
-Backing backingOf(std::string_view type, std::string_view source, bool hasDisksNumber) {
-    constexpr std::array<std::string_view, 4> ownNumbers = {"btrfs", "zfs", "bcachefs", "overlay"};
-    if (asksOthers(type, source))
-        return Backing::others;
-    return hasDisksNumber || std::ranges::find(ownNumbers, type) != ownNumbers.end() ? Backing::disk
-                                                                                     : Backing::memory;
 }
 
 /// The kernel's table: "36 35 98:0 /root /mount/point options… - type source options".
@@ -95,7 +86,7 @@ std::vector<TableRow> mountTable() {
         while (!rest.empty() && nextField(rest) != "-") {
         }
         const std::string_view type = nextField(rest);
-        row.mount.backing = backingOf(type, unescaped(nextField(rest)), major != 0);
+        row.mount.mayHang = row.mount.path != "/" && asksOthers(type, unescaped(nextField(rest)));
         if (row.mount.path.starts_with('/'))
             rows.push_back(std::move(row));
     }

@@ -2,14 +2,22 @@
 
 #import <Foundation/Foundation.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include "platform/macos/text.h"
+#include "platform/posix/prompt_volumes.h"
 #include "platform/posix/system_home.h"
+#include "platform/user_folders.h"
 
 namespace ulvak::platform {
 namespace {
@@ -50,37 +58,92 @@ FileError failed(int number, const std::string& path, std::string detail) {
     return {.code = {number, std::generic_category()}, .path = path, .detail = std::move(detail)};
 }
 
+std::string folderOf(const std::string& path) {
+    return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+}
+
+/// Of what is at a path, a link's own.
+std::optional<ItemIdentity> identityAt(const std::string& path) {
+    const auto folder = path.empty() ? std::unexpected(std::error_code()) : Directory::open(folderOf(path));
+    return folder ? entryIdentity(*folder, path.substr(path.rfind('/') + 1)) : std::nullopt;
+}
+
+bool isLink(const Directory& parent, const std::string& name) {
+    struct stat info{};
+    return ::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(info.st_mode);
+}
+
+/// What has come to lie at `location` is the item; anything else goes back to where it was, where nothing is
+/// by then, and is found in the Trash otherwise.
+std::expected<TrashedItem, FileError> arrived(const Directory& parent, const std::string& name,
+                                              const ItemIdentity& item, const std::string& path,
+                                              const std::string& location) {
+    if (identityAt(location) == item)
+        return TrashedItem{.origin = path, .location = location, .identity = item};
+    if (location.empty() ||
+        ::renameatx_np(AT_FDCWD, location.c_str(), parent.handle(), name.c_str(), RENAME_EXCL) != 0)
+        return std::unexpected(failed(ESTALE, path, location));
+    return std::unexpected(failed(ESTALE, path, {}));
+}
+
 }  // namespace
 
 std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
-                                                  const ItemIdentity& identity, const std::string& path) {
+                                                  const ItemIdentity& item, const std::string& path) {
     // Whatever HOME says, the item would go to the Trash of the user who is logged in.
     if (!posix::isInSystemHome())
         return std::unexpected(failed(ENOTSUP, path, "HOME başka bir ev klasörünü gösteriyor"));
     const auto there = entryIdentity(parent, name);
     if (!there)
         return std::unexpected(failed(ENOENT, path, {}));
-    if (there != identity || !parent.isAt(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1))))
+    if (there != item || !parent.isAt(folderOf(path)))
         return std::unexpected(failed(ESTALE, path, {}));
     @autoreleasepool {
-        NSURL* item = urlOf(path);
-        if (item == nil)
-            return std::unexpected(failed(EINVAL, path, "Bu yol okunamadı"));
+        // By the file's number: whatever takes the path from here on is not what moves. A link has no such
+        // reference of its own, as a look at what it stands for tells.
+        NSURL* place = urlOf(path);
+        NSURL* reference = [place fileReferenceURL];
+        if (reference == nil || identityAt(pathOf(reference)) != item)
+            reference = isLink(parent, name) ? place : nil;
+        if (reference == nil)
+            return std::unexpected(failed(ESTALE, path, {}));
         @try {
             NSError* error = nil;
             NSURL* result = nil;
-            if ([NSFileManager.defaultManager trashItemAtURL:item resultingItemURL:&result error:&error]) {
-                if (entryIdentity(parent, name) == identity)
-                    return std::unexpected(failed(ESTALE, path, {}));
-                const char* location = result.fileSystemRepresentation;
-                return TrashedItem{
-                    .origin = path, .location = location != nullptr ? location : "", .identity = identity};
-            }
-            return std::unexpected(failed(numberOf(error), path, textOf(error.localizedDescription)));
+            if (![NSFileManager.defaultManager trashItemAtURL:reference
+                                             resultingItemURL:&result
+                                                        error:&error])
+                return std::unexpected(failed(numberOf(error), path, textOf(error.localizedDescription)));
+            return arrived(parent, name, item, path, pathOf(result));
         } @catch (NSException* exception) {
             return std::unexpected(failed(EIO, path, textOf(exception.reason)));
         }
     }
+}
+
+void recordTrashedFolders(std::span<const TrashedFolder> /*folders*/) {}
+
+TrashFolders trashFolders() {
+    TrashFolders result;
+    const auto add = [&](const std::string& path) {
+        const std::size_t slash = path.rfind('/');
+        const auto around = Directory::open(path.substr(0, slash));
+        auto folder =
+            around ? around->openBelow(path.substr(slash + 1).c_str()) : std::unexpected(around.error());
+        struct stat info{};
+        if (folder && (::fstat(folder->handle(), &info) != 0 || info.st_uid != ::geteuid()))
+            folder = std::unexpected(std::make_error_code(std::errc::permission_denied));
+        if (folder || folder.error() != std::errc::no_such_file_or_directory)
+            result.folders.push_back({.path = path, .folder = std::move(folder)});
+    };
+    add(trashDirectory(homeDirectory()));
+    const posix::PromptVolumes volumes = posix::promptVolumes();
+    for (const std::string& top : volumes.places) {
+        if (top != "/")
+            add(top + "/.Trashes/" + std::to_string(::geteuid()));
+    }
+    result.isAll = volumes.isAll;
+    return result;
 }
 
 const TrashLayout& trashLayout() {

@@ -48,7 +48,7 @@ std::vector<Mount> mounts() {
             (volume.f_flags & MNT_LOCAL) == 0 || type == "autofs" || type.contains("fuse");
         mounts.push_back({.path = volume.f_mntonname,
                           .volume = static_cast<std::uint32_t>(volume.f_fsid.val[0]),
-                          .backing = asksOthers ? Backing::others : Backing::disk});
+                          .mayHang = asksOthers && std::string_view(volume.f_mntonname) != "/"});
     }
     return mounts;
 }

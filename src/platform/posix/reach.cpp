@@ -97,7 +97,7 @@ bool Reach::includes(std::string_view path) const {
         return true;
     const bool isOnTheWay = std::ranges::any_of(
         folders_, [&](const std::string& folder) { return isWithin(folder, mount->path); });
-    if (!mount->mayHang())
+    if (!mount->mayHang)
         return isOnTheWay || others_ == Others::prompt;
     // Of a volume on the way to a folder only that way is known to be passable.
     return std::ranges::any_of(folders_, [&](const std::string& folder) { return isWithin(folder, path); });

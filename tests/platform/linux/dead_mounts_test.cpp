@@ -50,9 +50,9 @@ TEST(DeadMounts, AreKnownFromTheSystemsTable) {
         ASSERT_TRUE(test::mountAgain(tree.path("room"), tree.path("again")));
         const auto all = mounts();
         const auto at = [&](const std::string& path) { return *std::ranges::find(all, path, &Mount::path); };
-        EXPECT_TRUE(at(tree.path("nas")).mayHang());
-        EXPECT_FALSE(at(tree.path("memory")).mayHang());
-        EXPECT_FALSE(at("/").mayHang());
+        EXPECT_TRUE(at(tree.path("nas")).mayHang);
+        EXPECT_FALSE(at(tree.path("memory")).mayHang);
+        EXPECT_FALSE(at("/").mayHang);
         const Reach reach({&tree.path(), 1}, Reach::Others::none);
         EXPECT_TRUE(reach.includes(tree.path("again"))) << "the same volume, a second time";
         EXPECT_FALSE(reach.includes(tree.path("memory")));

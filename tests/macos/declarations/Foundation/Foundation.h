@@ -145,6 +145,8 @@ extern NSURLResourceKey const NSURLVolumeAvailableCapacityForImportantUsageKey;
                                 relativeToURL:(NSURL* ULVAK_NULLABLE)baseURL;
 // foundation/nsurl/urlwithstring:
 + (instancetype ULVAK_NULLABLE)URLWithString:(NSString*)URLString;
+// foundation/nsurl/filereferenceurl()
+- (NSURL* ULVAK_NULLABLE)fileReferenceURL;
 // foundation/nsurl/filesystemrepresentation
 @property(readonly) const char* fileSystemRepresentation;
 // foundation/nsurl/resourcevaluesforkeys:error:
