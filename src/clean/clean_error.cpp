@@ -16,7 +16,7 @@ struct Overloaded : Cases... {
     using Cases::operator()...;
 };
 
-constexpr std::array<std::pair<int, std::string_view>, 15> reasons = {{
+constexpr std::array<std::pair<int, std::string_view>, 19> reasons = {{
     {EACCES, "bunun için iznin yok."},
     {EPERM, "bunun için iznin yok ya da öğe değiştirilemez olarak işaretli."},
     {ENOENT, "öğe artık yerinde değil."},
@@ -32,6 +32,10 @@ constexpr std::array<std::pair<int, std::string_view>, 15> reasons = {{
     {ESTALE, "öğe bu sırada başka bir yere taşındı."},
     {EDEADLK, "klasörün içindekiler bu bilgisayarda değil; indirilmeden silinemiyor."},
     {ENOTSUP, "bu diskte çöp kutusu yok."},
+    {ENAMETOOLONG, "adı ya da yolu çok uzun."},
+    {EEXIST, "çöp kutusunda boş bir ad bulunamadı."},
+    {EMFILE, "açık dosya sınırına ulaşıldı."},
+    {ENOMEM, "bellek yetmedi."},
 }};
 
 /// Why, in Turkish; the system's own words for what is rare.
