@@ -1,11 +1,13 @@
 #include "app/desktop_scheme.h"
 
+#include <QTimer>
+
 namespace ulvak {
 
 DesktopScheme::DesktopScheme()
     : watch_([this](Scheme scheme) {
           current_ = scheme;
-          QMetaObject::invokeMethod(this, &DesktopScheme::changed, Qt::QueuedConnection);
+          QTimer::singleShot(0, this, &DesktopScheme::changed);  // on the thread of this object
       }) {}
 
 }  // namespace ulvak

@@ -1,7 +1,7 @@
 #include "app/one_window.h"
 
-#include <QMetaObject>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -30,16 +30,15 @@ bool OneWindow::isElsewhere() const {
 }
 
 void OneWindow::listen(QObject* context, std::function<void(const QStringList&, const QByteArray&)> obey) {
-    instance_->listen([context, obey = std::move(obey)](LaunchRequest request, std::shared_ptr<void> turn) {
-        QStringList arguments;
-        for (const std::string& argument : request.arguments)
-            arguments.append(QString::fromStdString(argument));
-        QMetaObject::invokeMethod(
-            context,
-            [obey, arguments, token = QByteArray::fromStdString(request.activationToken),
-             turn = std::move(turn)] { obey(arguments, token); },
-            Qt::QueuedConnection);
-    });
+    instance_->listen(
+        [context, obey = std::move(obey)](const LaunchRequest& request, std::shared_ptr<void> turn) {
+            QStringList arguments;
+            for (const std::string& argument : request.arguments)
+                arguments.append(QString::fromStdString(argument));
+            QTimer::singleShot(0, context,
+                               [obey, arguments, token = QByteArray::fromStdString(request.activationToken),
+                                turn = std::move(turn)] { obey(arguments, token); });
+        });
 }
 
 void OneWindow::whenAskedToEnd(QObject* context, std::function<void()> end) {

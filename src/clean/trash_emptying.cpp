@@ -380,13 +380,13 @@ EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_tok
 std::expected<std::int64_t, CleanFailure> emptyTrash(const Services& services) {
     const TrashContents asked = trashContents({});
     EmptiedTrash emptied = emptyTrash(asked, {}, services);
-    if (emptied.isDone())
+    if (!emptied.failure)
         return emptied.bytes;
     if (!emptied.mayAskDesktop)
         return std::unexpected(std::move(*emptied.failure));
     EmptiedTrash rest = emptyTrashByDesktop(asked, {}, services);
     if (!rest.isDone())
-        return std::unexpected(rest.failure ? std::move(*rest.failure) : std::move(*emptied.failure));
+        return std::unexpected(std::move(rest.failure ? *rest.failure : *emptied.failure));
     addChecked(rest.bytes, emptied.bytes);
     return rest.bytes;
 }
@@ -405,8 +405,8 @@ void recordTrashedFolders(std::span<const platform::TrashedItem> items) {
     const auto nodes = DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.nodes(paths);
     std::vector<platform::TrashedFolder> folders;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        if (nodes[i])
-            folders.push_back({.location = std::move(paths[i]), .bytes = nodes[i]->size});
+        if (const auto& node = nodes[i])
+            folders.push_back({.location = std::move(paths[i]), .bytes = node->size});
     }
     platform::recordTrashedFolders(folders);
 }

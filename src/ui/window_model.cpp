@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QPointer>
+#include <QTimer>
 #include <QUuid>
 #include <algorithm>
 #include <string_view>
@@ -112,7 +113,7 @@ void WindowModel::stopAndClose() {
 void WindowModel::closeWhenStopped() {
     // From the event loop: this may be said from within what goes with the window.
     if (isClosing_ && !app_.isCleaning() && !app_.alert())
-        QMetaObject::invokeMethod(this, &WindowModel::closeRequested, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, &WindowModel::closeRequested);
 }
 
 void WindowModel::selectFirst() {

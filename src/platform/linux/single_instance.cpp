@@ -188,6 +188,7 @@ private:
     Owned<GDBusConnection> connect() {
         return Owned<GDBusConnection>(g_dbus_connection_new_for_address_sync(
             address_.c_str(),
+            // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): the type of both together
             static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                               G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
             nullptr, stop_.get(), nullptr));

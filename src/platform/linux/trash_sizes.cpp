@@ -48,10 +48,19 @@ void update(const std::string& trash, const std::map<std::string, std::int64_t>&
         there.insert(percentEncoded(name));
     std::erase_if(lines, [&](const auto& line) { return !there.contains(line.first); });
     for (const auto& [name, bytes] : sizes) {
-        const std::string note = trash + "/" + trashLayout().notes + "/" + name + trashLayout().noteSuffix;
+        std::string note = trash;
+        note.append("/")
+            .append(trashLayout().notes)
+            .append("/")
+            .append(name)
+            .append(trashLayout().noteSuffix);
         const std::string shown = percentEncoded(name);
         if (there.contains(shown) && ::lstat(note.c_str(), &info) == 0)
-            lines[shown] = std::to_string(bytes) + " " + std::to_string(info.st_mtim.tv_sec) + " " + shown;
+            lines[shown] = std::to_string(bytes)
+                               .append(" ")
+                               .append(std::to_string(info.st_mtim.tv_sec))
+                               .append(" ")
+                               .append(shown);
     }
     if (lines.empty())
         return;  // the Trash was emptied meanwhile
