@@ -583,6 +583,9 @@ QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::Tras
         if (isEnding_)
             co_return false;
         addChecked(rest.bytes, emptied.bytes);
+        // Not asked after all, because something has come: then the first failure is why.
+        if (rest.itemsLeft > 0 && !rest.failure)
+            rest.failure = std::move(emptied.failure);
         emptied = std::move(rest);
     }
     std::int64_t sum = freedBytes_;

@@ -169,7 +169,7 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
         if (auto done = removeItem(item, mode, surroundings, run, services); !done)
             return std::unexpected(std::move(done.error()));
     }
-    return finding.size;
+    return bytesFreed(finding);
 }
 
 }  // namespace

@@ -76,8 +76,8 @@ struct Services {
 [[nodiscard]] std::vector<std::string> runningApps(std::span<const std::string> among,
                                                    std::span<const std::string> running);
 
-/// Does what the finding's action says and returns the bytes that this frees: its size as it was scanned.
-/// The caller has made sure that none of `quitApps` is running.
+/// Does what the finding's action says and returns the bytes that this frees: its size as it was scanned,
+/// without what names elsewhere hold on to. The caller has made sure that none of `quitApps` is running.
 ///
 /// All items are judged before the first is touched, and each is removed only as what it was then: whatever
 /// has taken its name since stays. They are removed in order up to the first that cannot be: what came before

@@ -83,6 +83,7 @@ struct Entry {
     std::string name;
     ItemIdentity identity;
     std::int64_t bytes = 0;
+    std::int64_t heldElsewhere = 0;  ///< of these, by other names of its files
     bool isFolder = false;
 };
 
@@ -118,6 +119,7 @@ private:
                                   .name = name,
                                   .identity = *identity,
                                   .bytes = entry->allocatedSize,
+                                  .heldElsewhere = entry->names > 1 ? entry->allocatedSize : 0,
                                   .isFolder = entry->kind == platform::EntryKind::directory});
         }
         isComplete_ = isComplete_ && !reader.error();
@@ -137,6 +139,7 @@ private:
                 continue;
             const auto& node = nodes[at++];
             entry.bytes = node ? node->size : 0;
+            entry.heldElsewhere = node ? node->heldElsewhere : 0;
             isComplete_ = isComplete_ && node;
         }
         isComplete_ = isComplete_ && progress.denied() == 0;
@@ -306,6 +309,13 @@ private:
     std::jthread thread_;
 };
 
+std::int64_t bytesFreed(const TrashContents& contents) {
+    std::int64_t sum = 0;
+    for (const HeldItem& item : contents.held)
+        addChecked(sum, item.bytes);
+    return sum;
+}
+
 /// Why the desktop has not emptied the Trash; nothing when it says that it has.
 std::optional<CleanFailure> askDesktop(const std::stop_token& stop, const Services& services) {
     const auto command = services.trashEmptyingCommand(Paths::trash());
@@ -337,7 +347,7 @@ TrashContents trashContents(std::span<const platform::TrashedItem> fromHere) {
         for (const Entry& entry : look.entries(trash)) {
             addChecked(contents.bytes, entry.bytes);
             ++contents.items;
-            contents.held.push_back({.identity = entry.identity, .bytes = entry.bytes});
+            contents.held.push_back({.identity = entry.identity, .bytes = entry.bytes - entry.heldElsewhere});
             if (find(ours, entry.identity) != nullptr) {
                 addChecked(contents.bytesFromHere, entry.bytes);
                 ++contents.itemsFromHere;
@@ -369,7 +379,8 @@ EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_tok
     auto failure = askDesktop(stop, services);
     const TrashContents after = trashContents({});
     result = left(after);
-    result.bytes = result.itemsNew == 0 ? std::max<std::int64_t>(before.bytes - after.bytes, 0) : 0;
+    result.bytes =
+        result.itemsNew == 0 ? std::max<std::int64_t>(bytesFreed(before) - bytesFreed(after), 0) : 0;
     if (failure)
         result.failure = std::move(failure);
     else if (result.itemsLeft > 0 || !after.isComplete)

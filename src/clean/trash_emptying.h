@@ -20,7 +20,9 @@ namespace ulvak::Cleaner {
 /// An entry of a Trash as it was looked at.
 struct HeldItem {
     platform::ItemIdentity identity;
-    std::int64_t bytes = 0;  ///< held on disk by it and what lies in it
+    /// Held on disk by it and what lies in it, and free when it goes: nothing of a file that has a name
+    /// elsewhere.
+    std::int64_t bytes = 0;
 };
 
 /// What this user's Trashes hold: the home folder's and those of mounted volumes that emptying reaches.

@@ -59,7 +59,7 @@ private:
 [[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name);
 
 /// As before, but only if the entry is still `item`: anything else that has taken its name stays (ESTALE).
-/// A folder whose number is in `kept` is not entered wherever it turns up, and stays (EBUSY).
+/// A folder whose number is in `kept` is not entered wherever it turns up, and stays (ESTALE).
 [[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name,
                                                          const ItemIdentity& item,
                                                          const std::set<FileNumber>& kept = {});

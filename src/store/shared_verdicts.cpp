@@ -137,6 +137,11 @@ std::error_code SharedVerdicts::mergeAndWrite() {
     return error;
 }
 
+bool SharedVerdicts::yields(const Change& change, const VerdictEntry& there) {
+    return change.entry && change.entry->verdict.source == VerdictSource::ai &&
+           there.verdict.source == VerdictSource::user;
+}
+
 bool SharedVerdicts::isNewer(StoredDate there, StoredDate here) const {
     return there.secondsSince2001 > here.secondsSince2001 &&
            there.secondsSince2001 <= StoredDate::from(now_()).secondsSince2001;
@@ -146,7 +151,7 @@ VerdictEntries SharedVerdicts::merged(VerdictEntries entries, const Changes& cha
     for (const auto& [id, change] : changes) {
         const auto there = entries.find(id);
         const bool isUnseen = there != entries.end() && there->second != change.before;
-        if (!isUnseen || !isNewer(there->second.date, change.date))
+        if (!isUnseen || (!isNewer(there->second.date, change.date) && !yields(change, there->second)))
             put(entries, id, change.entry);
     }
     return entries;

@@ -17,7 +17,8 @@ namespace ulvak {
 /// is kept apart until it is in the file; all else is as the file has it. So nobody's label is lost because
 /// somebody else did not know of it.
 ///
-/// Of two changes to one entry the later counts, by their dates. But whoever changes an entry has seen it: it
+/// Of two changes to one entry the later counts, by their dates; but no answer of a model replaces a label of
+/// the user's that was not seen when the model was asked. And whoever changes an entry has seen it: it
 /// gives way also when its date is later, for then a clock has been set back. The same goes for a date that
 /// has not come yet.
 ///
@@ -73,6 +74,8 @@ private:
     [[nodiscard]] std::error_code mergeAndWrite();
     [[nodiscard]] VerdictEntries merged(VerdictEntries entries, const Changes& changes) const;
     [[nodiscard]] bool isNewer(StoredDate there, StoredDate here) const;
+    /// Whether a change gives way to an entry that it has not seen, whatever their dates.
+    [[nodiscard]] static bool yields(const Change& change, const VerdictEntry& there);
     void settle(VerdictEntries written, const Changes& changes);
 
     const std::string path_;

@@ -97,7 +97,7 @@ void WindowModel::launch(const QStringList& arguments) {
 }
 
 bool WindowModel::mayClose() {
-    if (isClosing_ || !app_.isCleaning())
+    if (isClosing_ || asksNobody_ || !app_.isCleaning())
         return true;
     emit closeQuestioned();
     return false;

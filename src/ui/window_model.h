@@ -101,8 +101,9 @@ public:
     /// on in the event loop.
     void launch(const QStringList& arguments);
 
-    /// The session ends: nobody is there to be asked whether the window may close.
-    void closeUnasked() { isClosing_ = true; }
+    /// The session ends: nobody is there to be asked whether the window may close. It may yet go on, and then
+    /// so does the window.
+    void closeUnasked() { asksNobody_ = true; }
 
     [[nodiscard]] QString phase() const;
     [[nodiscard]] QString scanButtonText() const;
@@ -234,6 +235,7 @@ private:
     bool selectsFirst_ = false;
     bool isEmptyingTrash_ = false;
     bool isClosing_ = false;  ///< has been decided
+    bool asksNobody_ = false;
 };
 
 }  // namespace ulvak

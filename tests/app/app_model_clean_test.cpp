@@ -393,6 +393,20 @@ TEST_F(AppModelClean, WhileTheDesktopEmptiesOtherRemovalsGoOn) {
     EXPECT_EQ(app().alert(), std::nullopt);
 }
 
+TEST_F(AppModelClean, WhatStaysIsToldAlsoWhenTheDesktopIsNotAskedAfterAll) {
+    services.emptyTrash = [](const Cleaner::TrashContents&, const std::stop_token&) {
+        return Cleaner::EmptiedTrash{
+            .itemsLeft = 1, .failure = CleanError{CleanError::Failed{"Olmadı."}}, .mayAskDesktop = true};
+    };
+    services.emptyTrashByDesktop = [](const Cleaner::TrashContents&, const std::stop_token&) {
+        return Cleaner::EmptiedTrash{.itemsLeft = 1, .itemsNew = 1};
+    };
+    startWith({});
+    emptyTrash();
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->message, "Olmadı.");
+}
+
 TEST_F(AppModelClean, WhatWasTrashedIsKnownAgainWhenItIsEmptiedAndRecordedOnceABatch) {
     const auto known = std::make_shared<Record<std::size_t>>();
     const auto recorded = std::make_shared<Record<std::size_t>>();

@@ -35,6 +35,17 @@ TEST(Cleaner, RemovesAFolderForGoodAndReturnsItsScannedSize) {
     });
 }
 
+TEST(Cleaner, CountsNothingAsFreedThatOtherNamesHold) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        Finding shared = finding({tree.path("home/proje/build")}, 12345);
+        shared.heldElsewhere = 12000;
+        const auto freed = Cleaner::clean(shared, CleanMode::permanent);
+        ASSERT_TRUE(freed) << text(freed.error());
+        EXPECT_EQ(*freed, 345);
+    });
+}
+
 TEST(Cleaner, MovesAFolderToTheTrash) {
     if (const auto reason = whyNoTrashOfItsOwn())
         GTEST_SKIP() << *reason;

@@ -95,6 +95,23 @@ TEST_F(SharedVerdictsTest, OfTwoLabelsTheLaterStays) {
     EXPECT_EQ(one.entries(), onDisk());
 }
 
+TEST_F(SharedVerdictsTest, AnAnswerOfTheModelReplacesNoLabelThatItKnewNothingOf) {
+    VerdictStore& one = start();
+    VerdictStore& other = start();
+    const auto answer = [&](const std::string& id) {
+        other.save({.level = SafetyLevel::safe, .title = "ad", .source = VerdictSource::ai, .confidence = 90},
+                   Finding{.id = id, .size = 1});
+    };
+    save(one, "/a", SafetyLevel::keep);
+    now += 1s;
+    answer("/a");
+    EXPECT_EQ(levelOnDisk("/a"), SafetyLevel::keep);
+    EXPECT_EQ(other.entries(), onDisk());
+    now += 1s;
+    answer("/a");
+    EXPECT_EQ(levelOnDisk("/a"), SafetyLevel::safe) << "asked about the label itself";
+}
+
 TEST_F(SharedVerdictsTest, ALabelThatWasWrittenLateDoesNotReplaceALaterOne) {
     VerdictStore& one = start();
     VerdictStore& other = start();

@@ -108,5 +108,16 @@ TEST_F(ClosingTest, NobodyIsAskedWhenTheSessionEnds) {
     stage.cleanDoor.open();
 }
 
+TEST_F(ClosingTest, ASessionThatGoesOnAfterAllTakesNoWindowAlong) {
+    cleanBoth();
+    model->closeUnasked();
+    EXPECT_FALSE(model->isStopping());
+    stage.cleanDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return !app->isCleaning(); }));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(stage.count("clean"), 2);
+}
+
 }  // namespace
 }  // namespace ulvak

@@ -18,6 +18,7 @@
 #include "platform/files.h"
 #include "platform/posix/prompt_volumes.h"
 #include "platform/posix/system.h"
+#include "platform/reach.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
 
@@ -114,6 +115,13 @@ std::string topOf(const Directory& inside, const std::string& realPath) {
     return top;
 }
 
+/// Whether a folder can be looked at without waiting for a server or a program, as nobody has asked for it.
+bool isWithinReach(const std::string& folder) {
+    const std::string home = homeDirectory();
+    const Reach reach({&home, 1}, Reach::Others::prompt);
+    return reach.includes(reach.follow(folder).path);
+}
+
 bool isInMemory(const Directory& folder) {
     struct statfs info{};
     return ::fstatfs(folder.handle(), &info) != 0 || info.f_type == TMPFS_MAGIC || info.f_type == RAMFS_MAGIC;
@@ -136,6 +144,8 @@ std::expected<OpenTrash, std::error_code> homeTrash() {
     std::string path = trashDirectory(homeDirectory());
     const std::size_t slash = path.rfind('/');
     const std::string data = path.substr(0, slash);
+    if (!isWithinReach(data))
+        return std::unexpected(std::make_error_code(std::errc::cross_device_link));
     if (const auto error = makeFolders(data))
         return std::unexpected(error);
     const auto parent = Directory::open(data);
@@ -178,8 +188,11 @@ TrashFolders trashFolders() {
     };
     const std::string home = trashDirectory(homeDirectory());
     const std::size_t slash = home.rfind('/');
-    const auto data = Directory::open(home.substr(0, slash));
-    add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
+    const bool isReached = isWithinReach(home.substr(0, slash));
+    if (isReached) {
+        const auto data = Directory::open(home.substr(0, slash));
+        add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
+    }
 
     const Names names;
     const posix::PromptVolumes volumes = posix::promptVolumes();
@@ -191,7 +204,7 @@ TrashFolders trashFolders() {
             add(joined(top, names.shared), openOwn(*shared, names.user));
         add(joined(top, names.own), openOwn(*folder, names.own));
     }
-    result.isAll = volumes.isAll;
+    result.isAll = volumes.isAll && isReached;
     return result;
 }
 

@@ -21,7 +21,8 @@ struct OpenTrash {
     Directory notes;
 };
 
-/// The home's; made where it is missing.
+/// The home's; made where it is missing. EXDEV where it lies on a volume that could keep the caller waiting,
+/// as a link or a setting may have it: then it is not looked at.
 [[nodiscard]] std::expected<OpenTrash, std::error_code> homeTrash();
 
 /// That of the volume which holds the open folder `inside`, at the path `realPath` without links; made where

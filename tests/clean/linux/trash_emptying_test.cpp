@@ -135,6 +135,19 @@ TEST(EmptyTrash, CountsWhatWent) {
     });
 }
 
+TEST(EmptyTrash, CountsNothingAsFreedThatHasANameElsewhere) {
+    const TempTree tree(homeWithTrash());
+    inHome(tree, [&] {
+        fs::create_hard_link(tree.path(trashFolder + "/files/theirs/g"), tree.path("home/kept"));
+        fs::create_hard_link(tree.path("home/mine/f"), tree.path(trashFolder + "/files/name"));
+        const auto contents = Cleaner::trashContents({});
+        EXPECT_EQ(contents.bytes, 5 * oneMegabyte);
+        const auto emptied = Cleaner::emptyTrash(contents);
+        EXPECT_TRUE(emptied.isDone());
+        EXPECT_EQ(emptied.bytes, 0);
+    });
+}
+
 TEST(EmptyTrash, TakesNothingThatHasComeSinceItWasLookedAt) {
     const TempTree tree(homeWithTrash());
     inHome(tree, [&] {

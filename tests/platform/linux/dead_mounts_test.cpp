@@ -2,10 +2,13 @@
 #include <sys/mount.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "platform/files.h"
+#include "platform/linux/trash_folder.h"
 #include "platform/reach.h"
+#include "platform/trash.h"
 #include "platform/user_folders.h"
 #include "platform/volume.h"
 #include "support/environment.h"
@@ -73,6 +76,24 @@ TEST(DeadMounts, ATemporaryFolderThatTheEnvironmentNamesIsNotLookedAt) {
                                                    {"XDG_DATA_HOME", tree.path("home/nas/data")}});
         EXPECT_EQ(temporaryDirectory(), tree.path("home/temp"));
         EXPECT_FALSE(nas.wasAsked());
+    });
+}
+
+TEST(DeadMounts, ATrashThereIsNeitherLookedAtNorUsed) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home", {folder("nas"), folder(".local", {link("share", "../nas/share")})})});
+    test::withPrivateMounts([&] {
+        const DeadMount nas(tree.path("home/nas"));
+        ASSERT_TRUE(nas.isMounted());
+        for (const auto& data : {std::optional(tree.path("home/nas/data")), std::optional<std::string>()}) {
+            const test::ScopedEnvironment environment({{"HOME", tree.path("home")}, {"XDG_DATA_HOME", data}});
+            const auto trash = homeTrash();
+            ASSERT_FALSE(trash);
+            EXPECT_EQ(trash.error(), std::errc::cross_device_link) << "as any Trash on another volume";
+            EXPECT_FALSE(trashFolders().isAll);
+            EXPECT_FALSE(nas.wasAsked());
+        }
     });
 }
 
