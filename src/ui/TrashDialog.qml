@@ -25,7 +25,11 @@ ConfirmDialog {
     destructive: true
 
     onConfirmed: app.emptyTrashAsAsked(asked)
-    onClosed: app.dismissTrashQuestion(asked)
+    // Without motion it is closed before the answer is told.
+    onClosed: {
+        const answered = asked
+        Qt.callLater(() => app.dismissTrashQuestion(answered))
+    }
     Component.onCompleted: follow()
 
     Connections {
