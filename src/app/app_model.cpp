@@ -565,6 +565,16 @@ void AppModel::dismissTrashQuestion() {
 }
 
 QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen) {
+    ++empties_;
+    const bool hasMore = co_await emptyAndTell(std::move(seen));
+    if (isEnding_)
+        co_return false;
+    --empties_;
+    emit cleaningEnded();
+    co_return hasMore && !cleanStop_.stop_requested();
+}
+
+QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen) {
     using Emptied = std::expected<Cleaner::EmptiedTrash, CleanFailure>;
     auto work = oneAtATime([seen, empty = services_.emptyTrash, stop = cleanStop_.get_token()]() -> Emptied {
         return empty(*seen, stop);
@@ -574,7 +584,10 @@ QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::Tras
         co_return false;
     Cleaner::EmptiedTrash emptied =
         direct ? std::move(*direct) : Cleaner::EmptiedTrash{.failure = std::move(direct.error())};
-    if (!emptied.isDone() && emptied.mayAskDesktop) {
+    if (cleanStop_.stop_requested()) {
+        if (emptied.itemsLeft > 0 && !emptied.failure)
+            emptied.failure = CleanError{CleanError::Failed{"Çöp kutusunun boşaltılması durduruldu."}};
+    } else if (!emptied.isDone() && emptied.mayAskDesktop) {
         // Not in turn with what removes: nobody knows how long the desktop takes.
         auto call = workers_->run([seen, ask = services_.emptyTrashByDesktop, stop = stop_.get_token()] {
             return ask(*seen, stop);

@@ -138,7 +138,7 @@ public:
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
 
     /// Whether a `clean` is under way: something is being cleaned, or is about to be.
-    [[nodiscard]] bool isCleaning() const { return cleans_ > 0; }
+    [[nodiscard]] bool isCleaning() const { return cleans_ > 0 || empties_ > 0; }
 
     /// For a window that is to close: the item that is being removed is finished, and nothing is cleaned
     /// after it. `alert` then says what was left and why, if anything was.
@@ -216,6 +216,7 @@ private:
     QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
     /// Whether something has come into the Trash meanwhile.
     QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
+    QCoro::Task<bool> emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen);
     /// What is left of it, for the total.
     QCoro::Task<> countTrashed();
     void recordTrashed();
@@ -260,6 +261,7 @@ private:
     };
     std::stop_source cleanStop_;
     int cleans_ = 0;                    ///< calls of `clean` that are under way
+    int empties_ = 0;                   ///< the same of emptying the Trash
     std::int64_t cleanedFindings_ = 0;  ///< by these
     std::vector<Left> left_;            ///< by these
     std::int64_t trashedBytes_ = 0;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/files.h"
+#include "platform/reach.h"
 #include "platform/user_folders.h"
 
 namespace ulvak {
@@ -32,7 +33,12 @@ std::string besideTemp(const std::string& temp) {
 
 /// Whether what is guessed to be the cache looks like one. What is missing does no harm.
 bool isGoodGuess(const UserFolders& folders) {
-    return Paths::lastComponent(folders.temp) == "T" && platform::isOwnFolder(folders.temp).value_or(true) &&
+    if (Paths::lastComponent(folders.temp) != "T")
+        return false;
+    // A server that is gone must not be waited for, only to hear what it has.
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
+    return reach.includes(reach.follow(folders.temp).path) &&
+           platform::isOwnFolder(folders.temp).value_or(true) &&
            platform::isOwnFolder(folders.cache).value_or(true);
 }
 

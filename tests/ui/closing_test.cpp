@@ -90,6 +90,22 @@ TEST_F(ClosingTest, ClosesAtOnceWhenTheCleaningEndedBeforeTheAnswer) {
     EXPECT_EQ(stage.count("clean"), 2);
 }
 
+TEST_F(ClosingTest, EmptyingTheTrashIsAskedAboutAndToldOfAsWell) {
+    stage.trash.items = stage.trash.itemsFromHere = 3;
+    stage.emptyDoor.shut();
+    app->emptyTrash();
+    ASSERT_TRUE(waitUntil([&] { return stage.count("empty") == 1; }));
+    closeAndSee(QStringLiteral("confirmClose"));
+    answer(QStringLiteral("confirm"));
+    stage.emptyDoor.open();
+    ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
+    EXPECT_EQ(inPopup(QStringLiteral("alert"), QStringLiteral("dialogMessage"))->property("text").toString(),
+              QStringLiteral("Çöp kutusunun boşaltılması durduruldu.\nÇöp kutusunda 3 öğe kaldı."));
+    EXPECT_TRUE(window->isVisible());
+    click(inPopup(QStringLiteral("alert"), QStringLiteral("cancel")));
+    EXPECT_TRUE(waitUntil([&] { return !window->isVisible(); }));
+}
+
 TEST_F(ClosingTest, WhoClosesAgainDoesNotWait) {
     cleanBoth();
     closeAndSee(QStringLiteral("confirmClose"));

@@ -19,7 +19,7 @@ void Door::pass() {
 }
 
 StagedServices::~StagedServices() {
-    for (Door* door : {&scanDoor, &classifyDoor, &cleanDoor})
+    for (Door* door : {&scanDoor, &classifyDoor, &cleanDoor, &emptyDoor})
         door->open();
 }
 
@@ -72,8 +72,11 @@ AppServices StagedServices::services() {
         return finding.size;
     };
     services.trashContents = [this](std::span<const platform::TrashedItem>) { return trash; };
-    services.emptyTrash = [this](const Cleaner::TrashContents& asked, const std::stop_token&) {
+    services.emptyTrash = [this](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
         note("empty");
+        emptyDoor.pass();
+        if (stop.stop_requested())
+            return Cleaner::EmptiedTrash{.itemsLeft = asked.items};
         return Cleaner::EmptiedTrash{.bytes = asked.bytes};
     };
     services.emptyTrashByDesktop = [](const Cleaner::TrashContents&, const std::stop_token&) {

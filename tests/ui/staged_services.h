@@ -61,6 +61,7 @@ public:
     Door scanDoor;
     Door classifyDoor;
     Door cleanDoor;
+    Door emptyDoor;
 
     /// "scan", "clean trash ID", "clean permanent ID", "classify ID NOTE", "reveal PATH", "empty", "open
     /// URL".

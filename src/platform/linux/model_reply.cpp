@@ -209,9 +209,13 @@ std::string showBody(std::string_view model) {
 
 ModelPlace readShow(long status, std::string_view body) {
     constexpr std::array<long, 3> unknown = {404, 405, 501};
-    if (std::ranges::find(unknown, status) != unknown.end())
-        return ModelPlace::notAsked;
     const Json json = parsed(body);
+    if (std::ranges::find(unknown, status) != unknown.end()) {
+        // A server that knows the question says in the same way that it has no such model.
+        const auto error = serviceError(json);
+        return error && lowerAscii(error->message).contains("model") ? ModelPlace::unclear
+                                                                     : ModelPlace::notAsked;
+    }
     if (status != 200 || !json.is_object())
         return ModelPlace::unclear;
     // One of the servers has status 200 also for what it does not know.

@@ -1,9 +1,7 @@
 #include "platform/linux/trash_note.h"
 
 #include <fcntl.h>
-#include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -37,34 +35,22 @@ std::string_view cut(std::string_view text, std::size_t most) {
     return text.substr(0, most - end < longestCharacter && end > 0 ? end : most);
 }
 
-/// Whether a crash leaves no rename behind without the note that was written before it, as long as the note's
-/// bytes had a place on the disk by then.
-bool keepsOrder(int file) {
-    struct statfs info{};
-    if (::fstatfs(file, &info) != 0)
-        return false;
-    constexpr std::array<std::uint64_t, 4> journaling = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC,
-                                                         F2FS_SUPER_MAGIC};
-    return std::ranges::find(journaling, static_cast<std::uint64_t>(info.f_type)) != journaling.end();
-}
-
-/// A flush waits for the drive, some milliseconds: one item gets one, and thousands in a row share it, so
-/// that they spend no more than a part of their time on it. In between the order is enough.
-std::error_code flushSparingly(int file, int folder) {
-    static std::atomic<Clock::duration::rep> nextFlush = 0;
+/// The note itself is on the disk before its item moves. A flush of the folder, which most file systems have
+/// made with that of a new file, takes as long again: of thousands in a row only so many are made that they
+/// take a small part of the time.
+std::error_code flush(int file, int folder) {
+    static std::atomic<Clock::duration::rep> nextFolderFlush = 0;
+    if (posix::flushToDisk(file) != 0)
+        return lastError();
     const auto start = Clock::now();
-    if (start.time_since_epoch().count() < nextFlush.load() && keepsOrder(file)) {
-        if (::sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE) == 0)
-            return {};
-    }
-    for (const int handle : {file, folder}) {
-        // Some file systems do not know the call for folders.
-        if (posix::flushToDisk(handle) != 0 && (handle == file || errno != EINVAL))
-            return lastError();
-    }
+    if (start.time_since_epoch().count() < nextFolderFlush.load())
+        return {};
+    // Some file systems do not know the call for folders.
+    if (posix::flushToDisk(folder) != 0 && errno != EINVAL)
+        return lastError();
     constexpr int share = 10;
     const auto end = Clock::now();
-    nextFlush = (end + share * (end - start)).time_since_epoch().count();
+    nextFolderFlush = (end + share * (end - start)).time_since_epoch().count();
     return {};
 }
 
@@ -141,7 +127,7 @@ std::error_code TrashNote::fill(std::string_view text) const {
             return lastError();
         text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
-    return flushSparingly(file_, notes_->handle());
+    return flush(file_, notes_->handle());
 }
 
 TrashNote::~TrashNote() {

@@ -78,6 +78,11 @@ TEST(ModelReply, ModelsThatRunElsewhereAreShownWithTheirPlace) {
 TEST(ModelReply, ServersThatDoNotKnowWhereModelsRunSaySo) {
     for (const long status : {404L, 405L, 501L})
         EXPECT_EQ(readShow(status, R"({"remote_host":"x"})"), ModelPlace::notAsked) << status;
+    for (const char* body :
+         {"", R"({"detail":"Not Found"})", R"({"error":{"code":404,"message":"File Not Found"}})"})
+        EXPECT_EQ(readShow(404, body), ModelPlace::notAsked) << body;
+    EXPECT_EQ(readShow(404, R"({"error":"model 'x' not found"})"), ModelPlace::unclear)
+        << "it knows the question";
     EXPECT_EQ(readShow(200, R"_({"error":"Unexpected endpoint or method. (POST /api/show)"})_"),
               ModelPlace::notAsked);
     for (const long status : {0L, 201L, 204L, 302L, 400L, 401L, 403L, 408L, 429L, 500L, 502L, 503L})

@@ -181,9 +181,9 @@ Outcome cleanWhileSwapping(TempTree& tree, const Plan& plan, CleanMode mode, Swa
 
 class Swaps : public testing::TestWithParam<CleanMode> {
 protected:
-    static void survive(const Plan& plan, std::vector<TreeEntry> bait) {
+    static void survive(const Plan& plan, const std::vector<TreeEntry>& bait) {
         TempTree tree({folder("home"), folder("tmp")});
-        tree.add("home", std::move(bait));
+        tree.add("home", bait);
         const auto race = [&] {
             Swapper swapper;
             const Outcome outcome = cleanWhileSwapping(tree, plan, GetParam(), swapper);

@@ -23,7 +23,6 @@ using test::DeadMount;
 using test::folder;
 using test::link;
 using test::TempTree;
-using test::textFile;
 
 TEST(DeadMounts, ALinkToOneLeadsToNothing) {
     if (const auto reason = DeadMount::whyNone())

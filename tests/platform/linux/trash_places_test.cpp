@@ -20,7 +20,6 @@ namespace {
 
 using test::folder;
 using test::TempTree;
-using test::textFile;
 namespace fs = std::filesystem;
 
 /// A volume at "disk", beside a home on another.

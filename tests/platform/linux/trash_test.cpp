@@ -20,7 +20,6 @@
 namespace ulvak::platform {
 namespace {
 
-using test::file;
 using test::folder;
 using test::link;
 using test::TempTree;

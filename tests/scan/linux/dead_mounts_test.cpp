@@ -42,7 +42,7 @@ TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromScanning) {
     const TempTree tree({folder("home", {folder("nas"), folder("work", {file("big", 400'000'000)})})});
     withPrivateMounts([&] {
         const ScopedEnvironment environment({{"HOME", tree.path("home")},
-                                             {"TMPDIR", tree.path("home/nas/tmp")},
+                                             {"TMPDIR", tree.path("home/nas/T")},
                                              {"XDG_DATA_HOME", std::nullopt}});
         const DeadMount nas(tree.path("home/nas"));
         ASSERT_TRUE(nas.isMounted());

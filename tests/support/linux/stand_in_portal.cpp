@@ -66,6 +66,7 @@ StandInPortal::StandInPortal(const SessionBus& bus, Age age, std::uint32_t wish)
         return method == "Read" ? g_variant_new("(v)", g_variant_new_variant(value))
                                 : g_variant_new("(v)", value);
     };
+    // NOLINTNEXTLINE(modernize-make-unique): what answers is made in its place
     service_.reset(new Service{.interfaces = interfaces, .service{bus.address(), place, answer}});
 }
 
