@@ -152,7 +152,7 @@ TEST_P(ContrastTest, EveryTextOfListsAndDetailsIsLegible) {
         model->selection()->press(0, Qt::NoModifier);
         ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("moveToTrash")); }));
         hover(item(QStringLiteral("moveToTrash")));
-        EXPECT_GE(check(info(level).title.data()), 20);
+        EXPECT_GE(check(std::string(info(level).title).c_str()), 20);
         hover(item(QStringLiteral("relabel")));
         check("a plain button under the pointer");
     }
