@@ -19,7 +19,8 @@ namespace ulvak {
 ///
 /// Of two changes to one entry the later counts, by their dates. But whoever changes an entry has seen it: it
 /// gives way also when its date is later, for then a clock has been set back. The same goes for a date that
-/// has not come yet.
+/// has not come yet. A model's answer never takes the place of a label that the user gave elsewhere
+/// meanwhile.
 ///
 /// A file that cannot be read or understood is never replaced: a new one takes its name, and it stays beside
 /// that (`replaceFileKeepingOld`). A file that is missing is none of these: it is made again, with all that
@@ -72,6 +73,7 @@ private:
     [[nodiscard]] Found look() const;
     [[nodiscard]] std::error_code mergeAndWrite();
     [[nodiscard]] VerdictEntries merged(VerdictEntries entries, const Changes& changes) const;
+    [[nodiscard]] bool givesWay(const Change& change, const VerdictEntry& there) const;
     [[nodiscard]] bool isNewer(StoredDate there, StoredDate here) const;
     void settle(VerdictEntries written, const Changes& changes);
 
