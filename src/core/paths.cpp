@@ -1,10 +1,12 @@
 #include "core/paths.h"
 
+#include <algorithm>
 #include <array>
 #include <ranges>
 #include <utility>
 
 #include "platform/files.h"
+#include "platform/reach.h"
 #include "platform/user_folders.h"
 
 namespace ulvak {
@@ -30,10 +32,15 @@ std::string besideTemp(const std::string& temp) {
     return Paths::join(Paths::parent(temp), "C");
 }
 
-/// Whether what is guessed to be the cache looks like one. What is missing does no harm.
+/// Whether what is guessed to be the cache looks like one. What is missing does no harm; what lies on a
+/// volume that may never answer is not looked at.
 bool isGoodGuess(const UserFolders& folders) {
-    return Paths::lastComponent(folders.temp) == "T" && platform::isOwnFolder(folders.temp).value_or(true) &&
-           platform::isOwnFolder(folders.cache).value_or(true);
+    if (Paths::lastComponent(folders.temp) != "T")
+        return false;
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
+    return std::ranges::all_of(std::array{folders.temp, folders.cache}, [&](const std::string& folder) {
+        return reach.includes(reach.follow(folder).path) && platform::isOwnFolder(folder).value_or(true);
+    });
 }
 
 }  // namespace

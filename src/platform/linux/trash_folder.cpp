@@ -18,6 +18,7 @@
 #include "platform/files.h"
 #include "platform/posix/prompt_volumes.h"
 #include "platform/posix/system.h"
+#include "platform/reach.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
 
@@ -119,6 +120,14 @@ bool isInMemory(const Directory& folder) {
     return ::fstatfs(folder.handle(), &info) != 0 || info.f_type == TMPFS_MAGIC || info.f_type == RAMFS_MAGIC;
 }
 
+/// Whether the home's Trash lies where nobody keeps the caller waiting, on the home's own volume at the
+/// least.
+bool isHomeTrashInReach(const std::string& path) {
+    const std::string home = homeDirectory();
+    const Reach reach({&home, 1}, Reach::Others::prompt);
+    return reach.includes(reach.follow(path.substr(0, path.rfind('/'))).path);
+}
+
 std::string joined(const std::string& top, const std::string& name) {
     return top.ends_with('/') ? top + name : top + "/" + name;
 }
@@ -136,6 +145,8 @@ std::expected<OpenTrash, std::error_code> homeTrash() {
     std::string path = trashDirectory(homeDirectory());
     const std::size_t slash = path.rfind('/');
     const std::string data = path.substr(0, slash);
+    if (!isHomeTrashInReach(path))
+        return std::unexpected(std::make_error_code(std::errc::cross_device_link));
     if (const auto error = makeFolders(data))
         return std::unexpected(error);
     const auto parent = Directory::open(data);
@@ -177,9 +188,12 @@ TrashFolders trashFolders() {
             result.folders.push_back({.path = std::move(path), .folder = std::move(folder)});
     };
     const std::string home = trashDirectory(homeDirectory());
-    const std::size_t slash = home.rfind('/');
-    const auto data = Directory::open(home.substr(0, slash));
-    add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
+    result.isAll = isHomeTrashInReach(home);
+    if (result.isAll) {
+        const std::size_t slash = home.rfind('/');
+        const auto data = Directory::open(home.substr(0, slash));
+        add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
+    }
 
     const Names names;
     const posix::PromptVolumes volumes = posix::promptVolumes();
@@ -191,7 +205,7 @@ TrashFolders trashFolders() {
             add(joined(top, names.shared), openOwn(*shared, names.user));
         add(joined(top, names.own), openOwn(*folder, names.own));
     }
-    result.isAll = volumes.isAll;
+    result.isAll = result.isAll && volumes.isAll;
     return result;
 }
 
