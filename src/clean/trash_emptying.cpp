@@ -59,6 +59,9 @@ ItemFolders itemFolders(const TrashFolder& trash) {
     const platform::TrashLayout& layout = platform::trashLayout();
     const auto add = [&](const std::string& name) {
         auto folder = trash.folder->openBelow(name.c_str());
+        // One that may be listed but not entered names its items and shows none.
+        if (folder)
+            folder = folder->openBelow(".");
         if (folder)
             result.folders.push_back({.path = Paths::join(trash.path, name), .folder = std::move(*folder)});
         else if (folder.error() != std::errc::no_such_file_or_directory)
@@ -266,6 +269,8 @@ private:
         const auto items = trash.openBelow(layout.items.c_str());
         if (!items && items.error() != std::errc::no_such_file_or_directory)
             return;
+        if (items && !items->openBelow("."))
+            return;  // nobody can say what is still in it
         if (const auto notes = trash.openBelow(layout.notes.c_str())) {
             for (const std::string& note : noteNames) {
                 const bool isNote = note.ends_with(layout.noteSuffix);

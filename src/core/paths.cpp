@@ -1,5 +1,6 @@
 #include "core/paths.h"
 
+#include <algorithm>
 #include <array>
 #include <ranges>
 #include <utility>
@@ -31,15 +32,16 @@ std::string besideTemp(const std::string& temp) {
     return Paths::join(Paths::parent(temp), "C");
 }
 
-/// Whether what is guessed to be the cache looks like one. What is missing does no harm.
+/// Whether what is guessed to be the cache looks like one. What is missing does no harm; what lies on a
+/// volume that may never answer is not looked at.
 bool isGoodGuess(const UserFolders& folders) {
     if (Paths::lastComponent(folders.temp) != "T")
         return false;
     // A server that is gone must not be waited for, only to hear what it has.
     const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
-    return reach.includes(reach.follow(folders.temp).path) &&
-           platform::isOwnFolder(folders.temp).value_or(true) &&
-           platform::isOwnFolder(folders.cache).value_or(true);
+    return std::ranges::all_of(std::array{folders.temp, folders.cache}, [&](const std::string& folder) {
+        return reach.includes(reach.follow(folder).path) && platform::isOwnFolder(folder).value_or(true);
+    });
 }
 
 }  // namespace

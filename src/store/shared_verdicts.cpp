@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <expected>
+#include <string>
 #include <utility>
 
 #include "core/paths.h"
@@ -34,12 +35,24 @@ std::expected<std::string, std::error_code> readText(const std::string& path) {
     return text;
 }
 
+bool isNotUnderstood(const std::string& path) {
+    const auto text = readText(path);
+    return text && !decodeEntries(*text);
+}
+
 /// What nobody understands is copied at once: the first is never written over, for what comes after it may be
-/// worth less. Whether it was.
+/// worth less, nor is a file that was kept because it could not be read. Whether it was.
 bool copiedAside(const std::string& path, const std::string& text) {
-    const std::string name = std::string(Paths::lastComponent(path)) + ".old";
-    const bool isTaken = platform::existsIn(std::string(Paths::parent(path)), name);
-    return !platform::replaceFile(path + (isTaken ? ".old.1" : ".old"), text);
+    constexpr int mostKept = 100;
+    const std::string folder(Paths::parent(path));
+    std::string kept = path + ".old";
+    for (int number = 1; number <= mostKept; ++number) {
+        const bool isTaken = platform::existsIn(folder, std::string(Paths::lastComponent(kept)));
+        if (!isTaken || (number > 1 && isNotUnderstood(kept)))
+            return !platform::replaceFile(kept, text);
+        kept = path + ".old." + std::to_string(number);
+    }
+    return false;
 }
 
 }  // namespace
@@ -137,21 +150,23 @@ std::error_code SharedVerdicts::mergeAndWrite() {
     return error;
 }
 
-bool SharedVerdicts::yields(const Change& change, const VerdictEntry& there) {
-    return change.entry && change.entry->verdict.source == VerdictSource::ai &&
-           there.verdict.source == VerdictSource::user;
-}
-
 bool SharedVerdicts::isNewer(StoredDate there, StoredDate here) const {
     return there.secondsSince2001 > here.secondsSince2001 &&
            there.secondsSince2001 <= StoredDate::from(now_()).secondsSince2001;
 }
 
+bool SharedVerdicts::givesWay(const Change& change, const VerdictEntry& there) const {
+    if (there == change.before)
+        return false;
+    const bool replacesTheUsers = change.entry && change.entry->verdict.source != VerdictSource::user &&
+                                  there.verdict.source == VerdictSource::user;
+    return replacesTheUsers || isNewer(there.date, change.date);
+}
+
 VerdictEntries SharedVerdicts::merged(VerdictEntries entries, const Changes& changes) const {
     for (const auto& [id, change] : changes) {
         const auto there = entries.find(id);
-        const bool isUnseen = there != entries.end() && there->second != change.before;
-        if (!isUnseen || (!isNewer(there->second.date, change.date) && !yields(change, there->second)))
+        if (there == entries.end() || !givesWay(change, there->second))
             put(entries, id, change.entry);
     }
     return entries;

@@ -73,9 +73,9 @@ private:
     [[nodiscard]] Found look() const;
     [[nodiscard]] std::error_code mergeAndWrite();
     [[nodiscard]] VerdictEntries merged(VerdictEntries entries, const Changes& changes) const;
+    /// Whether a change gives way to the entry that is there.
+    [[nodiscard]] bool givesWay(const Change& change, const VerdictEntry& there) const;
     [[nodiscard]] bool isNewer(StoredDate there, StoredDate here) const;
-    /// Whether a change gives way to an entry that it has not seen, whatever their dates.
-    [[nodiscard]] static bool yields(const Change& change, const VerdictEntry& there);
     void settle(VerdictEntries written, const Changes& changes);
 
     const std::string path_;

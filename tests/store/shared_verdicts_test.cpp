@@ -147,6 +147,17 @@ TEST_F(SharedVerdictsTest, ALabelThatWasWrittenLateReplacesAnEarlierOne) {
     EXPECT_FALSE(onDisk().contains("/b"));
 }
 
+TEST_F(SharedVerdictsTest, AModelsAnswerDoesNotReplaceTheUsersLabelOfTheOther) {
+    VerdictStore& one = start();
+    VerdictStore& other = start();
+    save(other, "/a", SafetyLevel::keep);
+    now += 1s;
+    one.save({.level = SafetyLevel::safe, .title = "ad", .source = VerdictSource::ai},
+             Finding{.id = "/a", .size = 1});
+    EXPECT_EQ(levelOnDisk("/a"), SafetyLevel::keep);
+    EXPECT_EQ(one.entries(), onDisk());
+}
+
 TEST_F(SharedVerdictsTest, AClockThatIsSetBackLosesNoLabel) {
     VerdictStore& one = start();
     save(one, "/a", SafetyLevel::keep);

@@ -375,6 +375,17 @@ TEST_F(UnreadableVerdicts, AreNotReplacedWhereTheyCannotBeKept) {
     });
 }
 
+TEST(VerdictStoreDurability, WhatIsNotUnderstoodDoesNotReplaceWhatWasKeptForNotBeingRead) {
+    TempTree tree(
+        {folder("Ulvak", {test::textFile("verdicts.json", "{"), test::textFile("verdicts.json.old", "{}"),
+                          test::textFile("verdicts.json.old.1", "{}")})});
+    const std::string path = tree.path("Ulvak/verdicts.json");
+    const VerdictStore store(path);
+    EXPECT_EQ(textOf(path + ".old"), "{}");
+    EXPECT_EQ(textOf(path + ".old.1"), "{}");
+    EXPECT_EQ(textOf(path + ".old.2"), "{");
+}
+
 TEST(VerdictStoreDurability, WhatBecomesUnintelligibleMeanwhileIsKeptEachTime) {
     TempTree tree({folder("Ulvak")});
     const std::string path = tree.path("Ulvak/verdicts.json");

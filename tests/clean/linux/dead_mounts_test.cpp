@@ -100,6 +100,14 @@ TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromCleaningTheHome) {
     });
 }
 
+TEST(DeadMounts, ACacheIsNotLookedForThere) {
+    TempTree tree(withNas());
+    besideADeadServer(tree, [&] {
+        const ScopedEnvironment temporary({{"TMPDIR", tree.path("home/nas/T")}});
+        expectCleaned(tree);
+    });
+}
+
 TEST(DeadMounts, NothingGoesWhenWhatIsKeptCannotBeReadThere) {
     TempTree tree(withNas());
     besideADeadServer(tree, [&] {

@@ -108,6 +108,23 @@ TEST(TrashContents, WhatCannotBeLookedAtIsNotTakenForNothing) {
     });
 }
 
+TEST(EmptyTrash, TakesNoNoteOfItemsThatCannotBeLookedAt) {
+    const TempTree tree(lifelike(), TempTree::Owner::unprivileged);
+    if (const auto reason = whyNotUnprivileged(tree.path()))
+        GTEST_SKIP() << *reason;
+    asUnprivileged([&] {
+        const AtHome environment(tree);
+        const auto ours = trashed({tree.path("home/proje")});
+        const std::string items = tree.path(trashFolder + "/files");
+        ASSERT_EQ(::chmod(items.c_str(), 0600), 0);
+        const auto contents = Cleaner::trashContents(ours);
+        EXPECT_FALSE(contents.isComplete);
+        EXPECT_FALSE(Cleaner::emptyTrash(contents).isDone());
+        ASSERT_EQ(::chmod(items.c_str(), 0700), 0);
+        EXPECT_TRUE(exists(tree.path(trashFolder + "/info/proje.trashinfo")));
+    });
+}
+
 TEST(TrashContents, WhatOtherProgramsKeepThereForThemselvesIsNoItem) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <optional>
@@ -7,6 +9,7 @@
 
 #include "platform/files.h"
 #include "platform/linux/trash_folder.h"
+#include "platform/linux/trash_world.h"
 #include "platform/reach.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
@@ -14,6 +17,7 @@
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/linux/dead_mount.h"
+#include "support/linux/disk_image.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::platform {
@@ -59,6 +63,31 @@ TEST(DeadMounts, AreKnownFromTheSystemsTable) {
         EXPECT_TRUE(reach.includes(tree.path("again"))) << "the same volume, a second time";
         EXPECT_FALSE(reach.includes(tree.path("memory")));
         EXPECT_FALSE(reach.includes(tree.path("nas/x")));
+        EXPECT_FALSE(nas.wasAsked());
+    });
+}
+
+TEST(DeadMounts, AHomeTrashThereIsThatOfAnotherVolume) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    if (const auto reason = test::whyNoDiskImages())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("home")});
+    const std::string home = tree.path("home");
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountImage(tree.path("image"), home));
+        ASSERT_EQ(::mkdir((home + "/nas").c_str(), 0700), 0);
+        ASSERT_EQ(::mkdir((home + "/item").c_str(), 0700), 0);
+        const DeadMount nas(home + "/nas");
+        ASSERT_TRUE(nas.isMounted());
+        const test::ScopedEnvironment environment({{"HOME", home}, {"XDG_DATA_HOME", home + "/nas/data"}});
+        const std::string own = home + "/.Trash-" + std::to_string(::geteuid());
+        const auto moved = trash(home + "/item");
+        ASSERT_TRUE(moved) << moved.error().code.message();
+        EXPECT_EQ(moved->location, own + "/files/item");
+        const TrashFolders trashes = trashFolders();
+        EXPECT_NE(std::ranges::find(trashes.folders, own, &TrashFolder::path), trashes.folders.end());
+        EXPECT_FALSE(trashes.isAll);
         EXPECT_FALSE(nas.wasAsked());
     });
 }
