@@ -22,6 +22,14 @@ configure() {
     fi
 }
 
+# What has been compiled before is not compiled again where ccache is installed, in whichever clone it was. Not where the
+# compiler leaves notes that name the sources' folder.
+if command -v ccache >/dev/null; then
+    export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+    export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+
 # build PRESET [TARGET...]: says nothing when nothing is to be done.
 build() {
     local preset=$1 targets=()
@@ -34,6 +42,25 @@ build() {
     fi
     env -u TMPDIR cmake --build "$root/build/$preset" --parallel "$(cores)" ${targets[@]+"${targets[@]}"} |
         sed -u '/^ninja: no work to do\.$/d'
+}
+
+# run_tests PRESET [CTEST ARGUMENTS]: in memory where there is enough of it, for a disk may take a millisecond for each
+# folder that is removed, and the tests remove some hundred thousand. What is about disks and volumes stays on one.
+run_tests() {
+    local preset=$1 memory=/dev/shm least_kib=$((6 * 1024 * 1024)) disks='TrashPlaces|DeadMounts|Swaps|EmptyTrash'
+    local free tests status=0
+    shift
+    tests=(ctest --preset "$preset" --parallel "$(cores)" --no-tests=error)
+    free=$(df -k --output=avail "$memory" 2>/dev/null | tail -n 1 || true)
+    if (($# > 0 || ${free:-0} < least_kib)); then
+        (cd "$root" && "${tests[@]}" "$@")
+        return
+    fi
+    memory=$(mktemp -d "$memory/ulvak-tests.XXXXXX")
+    (cd "$root" && TMPDIR=$memory "${tests[@]}" --exclude-regex "$disks") || status=$?
+    rm -rf -- "$memory"
+    (cd "$root" && "${tests[@]}" --tests-regex "$disks") || status=$?
+    return "$status"
 }
 
 # source_files PATTERN...: tracked files and new ones that are not ignored, each ending in a zero byte.
