@@ -47,7 +47,7 @@ build() {
 # run_tests PRESET [CTEST ARGUMENTS]: in memory where there is enough of it, for a disk may take a millisecond for each
 # folder that is removed, and the tests remove some hundred thousand. What is about disks and volumes stays on one.
 run_tests() {
-    local preset=$1 memory=/dev/shm least_kib=$((6 * 1024 * 1024)) disks='TrashPlaces|DeadMounts|Swaps|EmptyTrash'
+    local preset=$1 memory=/dev/shm least_kib=$((6 * 1024 * 1024)) disks='TrashPlaces|DeadMounts|Swaps|EmptyTrash|WholeApp'
     local free tests status=0
     shift
     tests=(ctest --preset "$preset" --parallel "$(cores)" --no-tests=error)
