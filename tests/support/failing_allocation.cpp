@@ -42,16 +42,25 @@ bool FailingAllocation::hasFailed() const {
 
 }  // namespace ulvak::test
 
-// The standard library's other forms call these.
+// The standard library's other forms call these; the address sanitizer has forms of its own, so that what is
+// deleted in the same way must be allocated here.
+
+void* operator new(std::size_t size, const std::nothrow_t& /*none*/) noexcept {
+    return ulvak::test::fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
 
 void* operator new(std::size_t size) {
-    void* memory = ulvak::test::fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* memory = operator new(size, std::nothrow);
     if (memory == nullptr)
         throw std::bad_alloc();
     return memory;
 }
 
 void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t& /*none*/) noexcept {
     std::free(memory);
 }
 

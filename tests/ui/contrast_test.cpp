@@ -27,7 +27,7 @@ double luminance(QColor color) {
 }
 
 double contrast(QColor one, QColor other) {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
