@@ -14,8 +14,8 @@ namespace {
 
 QStringList* collected = nullptr;
 
-/// About the user's folders, and the toolkit's own bookkeeping where a window goes between two frames: not the
-/// program's.
+/// About the user's folders, and the toolkit's own bookkeeping where a window goes between two frames: not
+/// the program's.
 bool isNobodys(const QString& text) {
     return text.startsWith(QStringLiteral("QStandardPaths: ")) ||
            text == QStringLiteral("QUnifiedTimer::stopAnimationDriver: driver is not running");
