@@ -160,8 +160,9 @@ std::optional<DirectoryEntry> entryOf(const BulkRecord& record) {
     }
     const std::int64_t size = record.totalAllocated.value_or(record.dataAllocated.value_or(0));
     entry.allocatedSize = std::max<std::int64_t>(size, 0);
-    if (record.names.value_or(1) > 1 && record.volume && record.number) {
-        entry.names = *record.names;
+    const auto names = record.names.value_or(1);
+    if (names > 1 && record.volume && record.number) {
+        entry.names = names;
         entry.volume = *record.volume;
         entry.number = *record.number;
     }

@@ -18,6 +18,7 @@ SingleInstance::Role SingleInstance::role() const {
     return Role::first;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): another system keeps it
 void SingleInstance::listen(Received /*received*/) {}
 
 }  // namespace ulvak::platform
