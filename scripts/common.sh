@@ -57,6 +57,7 @@ run_tests() {
         return
     fi
     memory=$(mktemp -d "$memory/ulvak-tests.XXXXXX")
+    chmod 711 "$memory"  # some tests become another user
     (cd "$root" && TMPDIR=$memory "${tests[@]}" --exclude-regex "$disks") || status=$?
     rm -rf -- "$memory"
     (cd "$root" && "${tests[@]}" --tests-regex "$disks") || status=$?

@@ -112,19 +112,20 @@ TEST(DeepTree, LeadsNowhereElseWhenItsFoldersAreMovedMeanwhile) {
         tree.add(deep, {folder("m"), folder("z", {folder("y", {file("f")})})});
         deep += "/m";
     }
-    // While a folder lies outside, ".." leads there from below, to a folder of the very name that comes next.
-    const std::jthread mover([&](const std::stop_token& stop) {
-        for (int i = 0; !stop.stop_requested(); i = (i + 1) % (chain - 8)) {
-            std::string moved = tree.path("root/m/m/m/m");
-            for (int level = 0; level < i; ++level)
-                moved += "/m";
-            const std::string out = tree.path("outside/m");
-            if (std::rename(moved.c_str(), out.c_str()) == 0)
-                (void)std::rename(out.c_str(), moved.c_str());
-        }
-    });
     inChild([&] {
         allowHandles(16);
+        // While a folder lies outside, ".." leads there from below, to a folder of the very name that comes
+        // next.
+        const std::jthread mover([&](const std::stop_token& stop) {
+            for (int i = 0; !stop.stop_requested(); i = (i + 1) % (chain - 8)) {
+                std::string moved = tree.path("root/m/m/m/m");
+                for (int level = 0; level < i; ++level)
+                    moved += "/m";
+                const std::string out = tree.path("outside/m");
+                if (std::rename(moved.c_str(), out.c_str()) == 0)
+                    (void)std::rename(out.c_str(), moved.c_str());
+            }
+        });
         for (int round = 0; round < 500; ++round) {
             ScanProgress progress;
             const auto root = DiskWalker{.progress = progress}.node(tree.path("root"));

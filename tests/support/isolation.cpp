@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <thread>
 
 #include "support/system.h"
 
@@ -50,8 +52,22 @@ int runAsChild(const Preparation& prepare, const Body& body) {
     return failedParts() == before ? 0 : 1;
 }
 
-/// What went wrong, or nothing.
+bool hasOtherThreads() {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (detail::threads() > 1) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return true;
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(1));  // one that was joined is listed a moment longer
+    }
+    return false;
+}
+
+/// What went wrong, or nothing. A lock that another thread holds at this moment, as in the allocator, would
+/// stay locked in the child for ever.
 std::optional<std::string> forked(const Preparation& prepare, const Body& body) {
+    if (hasOtherThreads())
+        return "a child cannot be forked beside other threads";
     std::fflush(nullptr);
     const pid_t child = ::fork();
     if (child < 0)

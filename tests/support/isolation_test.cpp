@@ -7,8 +7,11 @@
 
 #include <csignal>
 #include <cstdio>
+#include <future>
 #include <stdexcept>
+#include <thread>
 
+#include "support/system.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::test {
@@ -35,6 +38,14 @@ TEST(Isolation, FailsWhenWhatTheBodyExpectsIsNotSo) {
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
+}
+
+TEST(Isolation, IsNotToBeHadBesideOtherThreads) {
+    std::promise<void> done;
+    const std::jthread other([ended = done.get_future()] { ended.wait(); });
+    if (detail::threads() > 1)
+        EXPECT_NONFATAL_FAILURE(inChild([] {}), "beside other threads");
+    done.set_value();
 }
 
 TEST(Isolation, KeepsChangesInTheChild) {

@@ -39,5 +39,8 @@ namespace detail {
 /// Gives this process mounts of its own; what went wrong, or nothing. For `withPrivateMounts`.
 [[nodiscard]] std::optional<std::string> separateMounts();
 
+/// How many this process has, without those of a sanitizer; 1 where the system does not tell.
+[[nodiscard]] std::size_t threads();
+
 }  // namespace detail
 }  // namespace ulvak::test

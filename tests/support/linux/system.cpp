@@ -71,6 +71,15 @@ std::optional<std::string> whyNoTrashOfItsOwn() {
     return std::nullopt;
 }
 
+std::size_t detail::threads() {
+#ifdef __SANITIZE_THREAD__
+    constexpr std::size_t sanitizers = 1;
+#else
+    constexpr std::size_t sanitizers = 0;
+#endif
+    return platform::listNames("/proc/self/task").size() - sanitizers;
+}
+
 std::size_t openHandles() {
     return platform::listNames("/proc/self/fd").size();
 }

@@ -44,6 +44,10 @@ std::optional<std::string> whyNoTrashOfItsOwn() {
     return "this system knows one Trash of a user, wherever HOME leads";
 }
 
+std::size_t detail::threads() {
+    return 1;
+}
+
 std::size_t openHandles() {
     // The system gives the lowest number that is free, and no test holds more than this.
     constexpr int mostHandles = 4096;
