@@ -15,10 +15,13 @@ namespace {
 constexpr std::string_view privatePrefix = "/private";
 
 /// A folder as it is known from then on: "/home//ayse/./" is "/home/ayse". Only the disk can tell what ".."
-/// after a link means.
-std::string tidied(const std::string& path) {
-    if ((path + "/").contains("/../"))
-        return platform::resolvedPath(path).value_or(path);
+/// after a link means; a disk that may never answer is not asked, but for the folder `home`.
+std::string tidied(const std::string& path, const std::string& home) {
+    if ((path + "/").contains("/../")) {
+        platform::Reach::Place place =
+            platform::Reach({&home, 1}, platform::Reach::Others::prompt).follow(path);
+        return place.isThere ? std::move(place.path) : path;
+    }
     std::string result;
     for (const auto piece : path | std::views::split('/')) {
         const std::string_view name(piece.begin(), piece.end());
@@ -48,13 +51,14 @@ bool isGoodGuess(const UserFolders& folders) {
 
 UserFolders UserFolders::ofCurrentUser() {
     UserFolders folders;
-    folders.home = tidied(platform::homeDirectory());
-    folders.temp = tidied(platform::temporaryDirectory());
+    const std::string home = platform::homeDirectory();
+    folders.home = tidied(home, home);
+    folders.temp = tidied(platform::temporaryDirectory(), home);
     if (const auto cache = platform::cacheDirectory())
-        folders.cache = tidied(*cache);
+        folders.cache = tidied(*cache, home);
     else
         folders.cache = besideTemp(folders.temp);
-    folders.trash = tidied(platform::trashDirectory(folders.home));
+    folders.trash = tidied(platform::trashDirectory(folders.home), home);
     return folders;
 }
 

@@ -12,6 +12,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/reach.h"
+
 namespace ulvak::platform {
 namespace {
 
@@ -52,11 +54,13 @@ std::string busAddress() {
         return named;
     const char* folder = std::getenv("XDG_RUNTIME_DIR");  // NOLINT(concurrency-mt-unsafe)
     const std::string socket = std::string(folder == nullptr ? "" : folder) + "/bus";
-    struct stat info{};
-    if (!socket.starts_with('/') || socket == "/bus" || ::stat(socket.c_str(), &info) != 0 ||
-        !S_ISSOCK(info.st_mode))
+    if (!socket.starts_with('/') || socket == "/bus")
         return {};
-    const Owned<char> escaped(g_dbus_address_escape_value(socket.c_str()));
+    const Reach::Place place = Reach({}, Reach::Others::prompt).follow(socket);
+    struct stat info{};
+    if (!place.isThere || ::stat(place.path.c_str(), &info) != 0 || !S_ISSOCK(info.st_mode))
+        return {};
+    const Owned<char> escaped(g_dbus_address_escape_value(place.path.c_str()));
     return "unix:path=" + std::string(escaped.get());
 }
 

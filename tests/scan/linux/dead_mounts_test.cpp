@@ -36,13 +36,12 @@ TEST(DeadMounts, ARootThereIsPassedOver) {
     });
 }
 
-TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromScanning) {
-    if (const auto reason = DeadMount::whyNone())
-        GTEST_SKIP() << *reason;
+/// `temp` is below the home folder, where "nas" never answers.
+void scanWithTemp(const std::string& temp) {
     const TempTree tree({folder("home", {folder("nas"), folder("work", {file("big", 400'000'000)})})});
     withPrivateMounts([&] {
         const ScopedEnvironment environment({{"HOME", tree.path("home")},
-                                             {"TMPDIR", tree.path("home/nas/T")},
+                                             {"TMPDIR", tree.path("home/" + temp)},
                                              {"XDG_DATA_HOME", std::nullopt}});
         const DeadMount nas(tree.path("home/nas"));
         ASSERT_TRUE(nas.isMounted());
@@ -52,6 +51,18 @@ TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromScanning) {
         EXPECT_FALSE(findings->empty());
         EXPECT_FALSE(nas.wasAsked());
     });
+}
+
+TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromScanning) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    scanWithTemp("nas/T");
+}
+
+TEST(DeadMounts, ATemporaryFolderBehindOneKeepsNobodyFromScanning) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    scanWithTemp("nas/../T");
 }
 
 }  // namespace
