@@ -19,8 +19,9 @@
 #include "store/verdict_store.h"
 #include "support/temp_tree.h"
 
-// Every call with which the store reads, merges, locks and writes fails once, and then for good: no label may
-// be lost by that. The functions of the C library are stood in for, in this thread and while `Faults` lives.
+// Every call with which the store reads, merges, locks and writes fails once, every two of them, and then all
+// for good: no label may be lost by that. The functions of the C library are stood in for, in this thread and
+// while `Faults` lives.
 
 namespace ulvak {
 namespace {
@@ -32,7 +33,11 @@ public:
     /// In place of an error: one byte is read or written.
     static constexpr int shortCount = -1;
 
-    Faults(int first, int error, Span span) : first_(first), error_(error), span_(span) { current = this; }
+    Faults(int first, int error, Span span) : Faults(first, first, error, span) {}
+    Faults(int first, int second, int error, Span span = Span::once)
+        : first_(first), second_(second), error_(error), span_(span) {
+        current = this;
+    }
     ~Faults() { current = nullptr; }
     Faults(const Faults&) = delete;
     Faults& operator=(const Faults&) = delete;
@@ -42,16 +47,18 @@ public:
         if (current == nullptr)
             return 0;
         const int number = current->calls_++;
-        const bool fails =
-            number == current->first_ || (number > current->first_ && current->span_ == Span::forGood);
+        const bool fails = number == current->first_ || number == current->second_ ||
+                           (number > current->first_ && current->span_ == Span::forGood);
         return fails ? current->error_ : 0;
     }
 
-    [[nodiscard]] bool hasStruck() const { return calls_ > first_; }
+    /// The first, and the second too.
+    [[nodiscard]] bool hasStruck() const { return calls_ > first_ && calls_ > second_; }
 
 private:
     static thread_local Faults* current;
     int first_;
+    int second_;
     int error_;
     Span span_;
     int calls_ = 0;
@@ -244,6 +251,31 @@ TEST(VerdictStoreWithFaults, LosesNoLabelWhenOneCallFails) {
         EXPECT_THAT(programs.onDisk(), testing::SizeIs(4));
     });
     EXPECT_GT(runs, 200);
+}
+
+TEST(VerdictStoreWithFaults, LosesNoLabelWhenTwoCallsFail) {
+    int runs = 0;
+    for (const int error : {ENOSPC, EIO, EINTR, EACCES, ESTALE, Faults::shortCount}) {
+        for (int first = 0, second = 1; second > first; ++first) {
+            bool hasStruck = true;
+            for (second = first; hasStruck; ++runs) {
+                ++second;
+                SCOPED_TRACE("calls " + std::to_string(first) + " and " + std::to_string(second) + ": " +
+                             std::to_string(error));
+                TwoPrograms programs;
+                {
+                    const Faults faults(first, second, error);
+                    saveNew(programs);
+                    hasStruck = faults.hasStruck();
+                }
+                programs.one.writeRest();
+                ASSERT_THAT(programs.onDisk(), testing::IsSupersetOf({Key("/new"), Key("/one")}));
+                ASSERT_THAT(programs.allOnDisk(), allThree) << "beside the file if it could not be read";
+            }
+        }
+    }
+    RecordProperty("runs", runs);
+    EXPECT_GT(runs, 1000);
 }
 
 TEST(VerdictStoreWithFaults, LosesNoLabelWhenNothingWorksAnyMoreAndThenAllDoes) {
