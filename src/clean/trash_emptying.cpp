@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <set>
@@ -200,8 +201,7 @@ private:
         if (!trash.folder)
             return;
         kept_ = std::move(*kept);
-        // Others write the note first and move the item after it, at once: a note that comes later is not
-        // looked at.
+        gone_.clear();
         const std::vector<std::string> notes = noteNames(*trash.folder);
         for (const ItemFolder& folder : folders.folders)
             emptyFolder(folder, folder.path == trash.path);
@@ -244,6 +244,7 @@ private:
     void removeItem(const ItemFolder& folder, const std::string& name, const HeldItem& item) {
         auto removed = services_.removeItem(folder.folder, name, item.identity, kept_);
         if (removed) {
+            gone_.insert(name);
             addChecked(result_.bytes, item.bytes);
             return;
         }
@@ -261,6 +262,23 @@ private:
         note(std::move(error));
     }
 
+    /// Whoever moves an item to the Trash writes its note before that: these may still await their items.
+    static std::set<std::string> freshNotes(const Directory& trash) {
+        constexpr std::chrono::minutes longestMove{1};
+        const auto since = std::chrono::system_clock::now() - longestMove;
+        std::set<std::string> names;
+        const auto notes = trash.openBelow(platform::trashLayout().notes.c_str());
+        if (!notes)
+            return names;
+        platform::EntryReader reader;
+        reader.start(*notes);
+        while (const platform::DirectoryEntry* note = reader.next()) {
+            if (note->kind == platform::EntryKind::file && note->modified && *note->modified > since)
+                names.emplace(note->name);
+        }
+        return names;
+    }
+
     /// What is written about items that have gone, and folders in which nothing is any more.
     void removeRest(const Directory& trash, const std::vector<std::string>& noteNames) const {
         const platform::TrashLayout& layout = platform::trashLayout();
@@ -272,11 +290,14 @@ private:
         if (items && !items->openBelow("."))
             return;  // nobody can say what is still in it
         if (const auto notes = trash.openBelow(layout.notes.c_str())) {
+            const std::set<std::string> fresh = freshNotes(trash);
             for (const std::string& note : noteNames) {
                 const bool isNote = note.ends_with(layout.noteSuffix);
                 const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
+                if (isNote && items && platform::entryIdentity(*items, name))
+                    continue;
                 // Dropped by design: a note that stays behind is in nobody's way.
-                if (!isNote || !items || !platform::entryIdentity(*items, name))
+                if (!isNote || gone_.contains(name) || !fresh.contains(note))
                     (void)services_.removeEntry(*notes, note);
             }
         }
@@ -290,6 +311,7 @@ private:
     const std::stop_token& stop_;
     const Services& services_;
     std::set<platform::FileNumber> kept_;
+    std::set<std::string> gone_;  ///< names of the items that this has removed from the Trash at hand
     EmptiedTrash result_;
 };
 

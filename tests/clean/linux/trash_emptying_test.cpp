@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -137,6 +138,20 @@ TEST(TrashContents, WhatOtherProgramsKeepThereForThemselvesIsNoItem) {
         EXPECT_FALSE(Cleaner::trashContents(ours).isAllFromHere());
         EXPECT_TRUE(Cleaner::emptyTrash());
         EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
+    });
+}
+
+TEST(EmptyTrash, TakesNoNoteThatMayAwaitItsItem) {
+    const TempTree tree(homeWithTrash());
+    inHome(tree, [&] {
+        const auto ours = trashed({tree.path("home/mine")});
+        const std::string notes = tree.path(trashFolder + "/info/");
+        for (const char* name : {"on-its-way", "left-behind"})
+            std::ofstream(notes + name + ".trashinfo") << "[Trash Info]\n";
+        fs::last_write_time(notes + "left-behind.trashinfo",
+                            fs::file_time_type::clock::now() - std::chrono::minutes(2));
+        EXPECT_TRUE(Cleaner::emptyTrash(Cleaner::trashContents(ours)).isDone());
+        EXPECT_THAT(platform::listNames(notes), testing::ElementsAre("on-its-way.trashinfo"));
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -297,6 +298,8 @@ TEST(EmptyingTheTrash, CopesWithAHalfWrittenTrash) {
                                                       textFile("no note.tmp", "")}),
                                       folder("expunged", {folder("123", {textFile("z", "z")})}),
                                       textFile("directorysizes", ""), textFile("loose", "l")})})})});
+    fs::last_write_time(tree.path(std::string(trashFolder) + "/info/without an item.trashinfo"),
+                        fs::file_time_type::clock::now() - std::chrono::hours(1));
     inHome(tree, [&] {
         CountingDesktop desktop;
         EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
