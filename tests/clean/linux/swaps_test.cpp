@@ -189,6 +189,7 @@ protected:
             const Outcome outcome = cleanWhileSwapping(tree, plan, GetParam(), swapper);
             EXPECT_GT(swapper.swaps(), outcome.done + outcome.failed);
             EXPECT_GT(outcome.failed, 0);
+            std::printf("%d rounds, %ld swaps\n", outcome.done + outcome.failed, swapper.swaps());
         };
         inHome(tree, race);
     }
