@@ -26,6 +26,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -305,11 +306,14 @@ int measure(int argc, char** argv, const Options& options) {
     std::string folder = (fs::temp_directory_path() / "ulvak-window-XXXXXX").string();
     if (::mkdtemp(folder.data()) == nullptr)
         failWith("no temporary folder");
+    // Without a display the screen is smaller than the window.
+    const std::string screen = folder + "/screen.json";
+    std::ofstream(screen) << R"({"screens": [{"name": "desk", "width": 1920, "height": 1080}]})";
     for (const auto& [name, value] : {std::pair<const char*, std::string>("HOME", folder),
                                       {"TMPDIR", folder},
                                       {"XDG_DATA_HOME", folder + "/data"},
                                       {"QT_NO_GLIB", "1"},
-                                      {"QT_QPA_PLATFORM", "offscreen"},
+                                      {"QT_QPA_PLATFORM", "offscreen:configfile=" + screen},
                                       {"QT_QUICK_BACKEND", "software"}})
         ::setenv(name, value.c_str(), 1);  // NOLINT(concurrency-mt-unsafe): no thread has begun
     std::vector<double> firstFrames;
