@@ -2,13 +2,10 @@
 
 #include <array>
 #include <cstdint>
-#include <expected>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <nlohmann/json_fwd.hpp>
 
 #include "core/safety_level.h"
 
@@ -57,13 +54,6 @@ struct Verdict {
 struct DataCorrupted {
     std::string what;  ///< for developers, English
 };
-
-/// An object with the keys level, title, explanation, source and, only when there is one, confidence, in
-/// that order. Bytes of a name that are not UTF-8 come out as U+FFFD.
-[[nodiscard]] nlohmann::ordered_json toJson(const Verdict& verdict);
-
-/// Other keys are ignored; a confidence that is null is absent.
-[[nodiscard]] std::expected<Verdict, DataCorrupted> verdictFromJson(const nlohmann::ordered_json& json);
 
 }  // namespace ulvak
 

@@ -10,6 +10,7 @@
 
 #include "core/json_integer.h"
 #include "core/text.h"
+#include "core/verdict_json.h"
 
 namespace ulvak {
 namespace {

@@ -11,6 +11,7 @@
 #include "core/paths.h"
 #include "core/text.h"
 #include "core/verdict.h"
+#include "core/verdict_json.h"
 #include "support/turkish_locale.h"
 
 // A Turkish user's locale changes nothing: there "I" is not the capital of "i", and numbers are written in

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "core/verdict_json.h"
+
 namespace ulvak {
 namespace {
 
