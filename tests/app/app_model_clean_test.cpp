@@ -337,6 +337,9 @@ TEST_F(AppModelClean, TheVerdictOfWhatIsCleanedStaysRemembered) {
 }
 
 TEST_F(AppModelClean, AnEmptiedTrashFreesWhatWasInItAndLeavesTheList) {
+    if (Paths::trash() != Paths::home() + "/.local/share/Trash" &&
+        Paths::trash() != Paths::home() + "/.Trash")
+        GTEST_SKIP() << "this user's Trash is elsewhere than usual: " << Paths::trash();
     std::vector<Finding> findings = scannedTrash();
     ASSERT_THAT(findings, ElementsAre(testing::Field(&Finding::id, Paths::trash())));
     const std::string above(Paths::parent(Paths::trash()));
