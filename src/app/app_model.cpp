@@ -193,10 +193,6 @@ void AppModel::scan() {
     const auto scan = std::make_shared<Scan>();
     scan_ = scan;
     assign(phase_, Phase::scanning, &AppModel::phaseChanged);
-    assign(scannedFiles_, 0, &AppModel::scannedFilesChanged);
-    assign(scannedBytes_, 0, &AppModel::scannedBytesChanged);
-    assign(deniedCount_, 0, &AppModel::deniedCountChanged);
-    assign(currentPath_, {}, &AppModel::currentPathChanged);
     runScan(scan);
 }
 
@@ -223,7 +219,7 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
         poller.start(pollInterval);
     };
     connect(&poller, &QTimer::timeout, this, poll);
-    poll();
+    poll();  // at once: the counters begin anew
 
     // What the result is shown with is asked for on the worker too: a model's server may take its time.
     struct Outcome {

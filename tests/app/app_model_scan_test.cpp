@@ -2,13 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QSignalSpy>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <expected>
 #include <memory>
 #include <new>
+#include <ostream>
 #include <thread>
 
 #include "app/app_world.h"
@@ -21,6 +24,35 @@ using namespace test;
 using Phase = AppModel::Phase;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// Sees the pauses of every timer that comes on this thread, but those of the tests' own.
+class PauseWatch : public QObject {
+public:
+    struct Pause {
+        std::chrono::milliseconds length{};
+        bool isOnce = false;
+        bool isPrecise = false;
+
+        friend bool operator==(const Pause&, const Pause&) = default;
+        friend void PrintTo(const Pause& pause, std::ostream* stream) {
+            *stream << pause.length.count() << " ms" << (pause.isOnce ? ", once" : "")
+                    << (pause.isPrecise ? ", precise" : "");
+        }
+    };
+
+    PauseWatch() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        const auto* timer = qobject_cast<QTimer*>(object);
+        if (timer != nullptr && event->type() == QEvent::Timer && timer->objectName() != testsTimer)
+            pauses.push_back({.length = timer->intervalAsDuration(),
+                              .isOnce = timer->isSingleShot(),
+                              .isPrecise = timer->timerType() == Qt::PreciseTimer});
+        return false;
+    }
+
+    std::vector<Pause> pauses;
+};
 
 class AppModelScan : public AppTest {
 protected:
@@ -169,18 +201,57 @@ TEST_F(AppModelScan, TheResultIsSetInOrderAndThePhaseLast) {
 
 TEST_F(AppModelScan, TheProgressIsLookedAtOnceBeforeTheFirstPause) {
     start();
-    signalled = std::make_shared<Record<std::string>>();
-    const auto gate = startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = Paths::home() + "/x"});
+    const auto first =
+        startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = Paths::home() + "/x"});
     // One look may fall between two counters of the walk.
     ASSERT_TRUE(eventually([&] {
         return app().scannedFiles() == 12 && app().scannedBytes() == 34 && app().deniedCount() == 5 &&
                app().currentPath() == "~/x";
     }));
+    first->open();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    // The look at a walk that has not begun is over when the call returns: no timer has come yet.
+    stage({.gate = std::make_shared<Gate>()});
+    signalled = std::make_shared<Record<std::string>>();
+    app().scan();
+    EXPECT_THAT(signalled->values(),
+                ElementsAre("phase", "scannedFiles", "scannedBytes", "deniedCount", "currentPath"));
+}
+
+TEST_F(AppModelScan, TheNextLookIsAFifthOfASecondAfterTheLast) {
+    PauseWatch watch;
+    start();
+    signalled = std::make_shared<Record<std::string>>();
+    const auto gate = startSlowScan({.files = 12, .current = Paths::home() + "/x"});
+    ASSERT_TRUE(eventually([&] { return watch.pauses.size() >= 3; }));
     gate->open();
     ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    const PauseWatch::Pause pause{
+        .length = std::chrono::milliseconds(200), .isOnce = true, .isPrecise = true};
+    EXPECT_THAT(watch.pauses, testing::Each(pause));
     // What does not change is not told again, though many looks were taken.
     EXPECT_EQ(std::ranges::count(signalled->values(), "scannedFiles"), 1);
     EXPECT_EQ(std::ranges::count(signalled->values(), "currentPath"), 1);
+}
+
+TEST_F(AppModelScan, WhatIsCountedAfterTheLastLookIsInTheFinalCounters) {
+    const auto gate = std::make_shared<Gate>();
+    services.scan = [gate](ScanProgress& progress, const std::stop_token& stop) {
+        progress.addFiles(1);
+        gate->pass(stop);
+        progress.addFiles(11);
+        progress.addBytes(34);
+        progress.addDenied(5);
+        return std::vector<Finding>();
+    };
+    start();
+    // Within a look: the next is a pause away, and the walk is at its end.
+    QObject::connect(&app(), &AppModel::scannedFilesChanged, [gate] { gate->open(); });
+    app().scan();
+    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    EXPECT_EQ(app().scannedFiles(), 12);
+    EXPECT_EQ(app().scannedBytes(), 34);
+    EXPECT_EQ(app().deniedCount(), 5);
 }
 
 TEST_F(AppModelScan, ProgressIsToldAtMostFiveTimesASecond) {
@@ -224,9 +295,17 @@ TEST_F(AppModelScan, AnotherScanResetsTheCountersAndLeavesTheRest) {
     startWith({staged("/old", SafetyLevel::safe, 70)});
     clean({"/old"});
     ASSERT_EQ(app().trashedBytes(), 70);
-    const auto first = startSlowScan({.findings = {staged("/older")}, .files = 9, .bytes = 8, .denied = 7});
+    const auto first = startSlowScan({.findings = {staged("/older")},
+                                      .files = 9,
+                                      .bytes = 8,
+                                      .denied = 7,
+                                      .current = Paths::home() + "/x"});
+    ASSERT_TRUE(eventually([&] { return app().currentPath() == "~/x"; }));
     first->open();
     ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_EQ(app().scannedFiles(), 9);
+    ASSERT_EQ(app().scannedBytes(), 8);
+    ASSERT_EQ(app().deniedCount(), 7);
     const auto duration = app().scanDuration();
     // Nothing may come from the walk before this test has looked.
     const auto gate = std::make_shared<Gate>();

@@ -11,6 +11,7 @@ using namespace std::chrono_literals;
 testing::AssertionResult eventually(const std::function<bool()>& holds) {
     const QDeadlineTimer deadline(60s);
     QTimer look;  // what the test waits for need not come as an event
+    look.setObjectName(testsTimer);
     look.start(2ms);
     while (!holds()) {
         if (deadline.hasExpired())

@@ -23,6 +23,9 @@ namespace ulvak::test {
 /// Runs the event loop until it holds. Fails after far longer than anything here takes.
 [[nodiscard]] testing::AssertionResult eventually(const std::function<bool()>& holds);
 
+/// The name of the timer with which that looks.
+inline constexpr QLatin1StringView testsTimer("eventually");
+
 /// Holds workers back until the test lets them go. Threads: any.
 class Gate {
 public:

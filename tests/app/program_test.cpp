@@ -165,17 +165,23 @@ TEST_F(Program, WithoutEnoughMemoryItSaysSoAndEnds) {
 }
 #endif
 
-/// Everything that a scan must leave as it was, by path.
+/// Everything that a scan must leave as it was, by path, the folder itself included.
 std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) {
-    std::map<std::string, std::vector<std::int64_t>> result;
+    std::map<std::string, std::vector<std::int64_t>> result = {{path, test::stateOf(path)}};
     for (const auto& entry : std::filesystem::recursive_directory_iterator(path))
         result[entry.path()] = test::stateOf(entry.path());
     return result;
 }
 
 TEST_F(Program, DumpChangesNothing) {
-    tree.add("ev", {folder(".local",
-                           {folder("share", {folder("Ulvak", {test::textFile("verdicts.json", "{}")})})})});
+    // What the window would put aside or write anew, and where programs keep what they know.
+    tree.add("ev", {folder("veri", {folder("Ulvak", {test::textFile("verdicts.json", "bozuk")})}),
+                    folder("ayar"), folder("durum"), folder("onbellek"), folder("calisma")});
+    const ScopedEnvironment folders{{"XDG_DATA_HOME", tree.path("ev/veri")},
+                                    {"XDG_CONFIG_HOME", tree.path("ev/ayar")},
+                                    {"XDG_STATE_HOME", tree.path("ev/durum")},
+                                    {"XDG_CACHE_HOME", tree.path("ev/onbellek")},
+                                    {"XDG_RUNTIME_DIR", tree.path("ev/calisma")}};
     auto before = state(tree.path());
     EXPECT_EQ(shell("cd \"$HOME\" && ulvak --dump --ai").status, 0);
     auto after = state(tree.path());

@@ -131,6 +131,17 @@ TEST_F(SharedVerdictsTest, ALabelThatWasWrittenLateDoesNotReplaceALaterOne) {
     EXPECT_EQ(one.entries(), onDisk());
 }
 
+TEST_F(SharedVerdictsTest, ALaterLabelOfThisVeryMomentCounts) {
+    VerdictStore& one = start();
+    VerdictStore& other = start();
+    save(one, "/absent", SafetyLevel::keep);
+    withoutADisk([&] { save(one, "/a", SafetyLevel::keep); });
+    now += 1s;
+    save(other, "/a", SafetyLevel::safe);
+    one.remove("/c");
+    EXPECT_EQ(levelOnDisk("/a"), SafetyLevel::safe);
+}
+
 TEST_F(SharedVerdictsTest, ALabelThatWasWrittenLateReplacesAnEarlierOne) {
     VerdictStore& one = start();
     VerdictStore& other = start();

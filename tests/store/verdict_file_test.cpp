@@ -133,6 +133,7 @@ TEST(VerdictFile, ThatIsNoJsonIsRejected) {
     expectRejected("{\"/\xff\":" + good.substr(6));
     expectRejected("{\"\\ud800\":" + good.substr(6));
     expectRejected("{'/a':" + good.substr(6));
+    EXPECT_NE(decodeEntries("{").error().what, "");
 }
 
 TEST(VerdictFile, ThatIsNoObjectIsRejected) {

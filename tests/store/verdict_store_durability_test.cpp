@@ -10,6 +10,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -410,6 +411,7 @@ TEST(VerdictStoreDurability, AFileThatIsNotUnderstoodIsKeptBesideTheFreshOne) {
     store.remove("/absent");
     EXPECT_EQ(textOf(tree.path("Ulvak/verdicts.json")), "{}");
     EXPECT_EQ(textOf(tree.path("Ulvak/verdicts.json.old")), newer);
+    EXPECT_FALSE(std::filesystem::exists(tree.path("Ulvak/verdicts.json.old.1"))) << "kept once";
     EXPECT_TRUE(VerdictStore(tree.path("Ulvak/verdicts.json")).entries().empty());
     EXPECT_EQ(textOf(tree.path("Ulvak/verdicts.json.old")), newer) << "what is understood is no reason";
     for (const char* later : {"{", "[]"}) {

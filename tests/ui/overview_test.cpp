@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QtTest>
+#include <cmath>
 
 #include "ui/staged_window.h"
 
@@ -273,13 +274,17 @@ TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
     stage.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
     openScanned();
     settle();
+    // Each ends at the whole unit that is nearest to where what it stands for does.
     const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
-    const double pixel = 0.51;  // they end at whole ones
-    EXPECT_NEAR(width(QStringLiteral("segment-safe")), bar * 0.2, pixel);
-    EXPECT_NEAR(width(QStringLiteral("segment-keep")), bar * 0.1, 2 * pixel);
-    EXPECT_NEAR(width(QStringLiteral("segment-other")), bar * 0.4, 2 * pixel);
+    const double safe = std::round(bar * 0.2);
+    const double keep = std::round(bar * (0.2 + 0.1));
+    const double other = std::round(bar * (0.2 + 0.1 + 0.4));
+    EXPECT_EQ(width(QStringLiteral("segment-safe")), safe);
+    EXPECT_EQ(width(QStringLiteral("segment-keep")), keep - safe);
+    EXPECT_EQ(width(QStringLiteral("segment-other")), other - keep);
     EXPECT_FALSE(shows(QStringLiteral("segment-caution")));
-    EXPECT_NEAR(item(QStringLiteral("segment-keep"))->x(), bar * 0.2 + 1, pixel);
+    EXPECT_EQ(item(QStringLiteral("segment-keep"))->x(), safe + 1);
+    EXPECT_EQ(item(QStringLiteral("segment-other"))->x(), keep + 2);
 }
 
 TEST_F(OverviewTest, SegmentsBeyondWhatIsUsedLeaveNoOther) {

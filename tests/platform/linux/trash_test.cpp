@@ -16,6 +16,7 @@
 #include "support/isolation.h"
 #include "support/linux/disk_image.h"
 #include "support/linux/traced_child.h"
+#include "support/system.h"
 
 namespace ulvak::platform {
 namespace {
@@ -144,9 +145,11 @@ TEST(MoveToTrash, LeavesWhatIsNoLongerTheItem) {
     EXPECT_EQ(moved.error().code.value(), ESTALE);
     EXPECT_EQ(moved.error().path, tree.path("home/a"));
     const auto way = Directory::open(tree.path("home/way"));
+    const std::vector<std::int64_t> before = test::stateOf(tree.path("home/way"));
     const auto elsewhere = moveToTrash(*way, "c", *entryIdentity(*way, "c"), tree.path("home/c"));
     ASSERT_FALSE(elsewhere) << "its path does not lead there";
     EXPECT_EQ(elsewhere.error().code.value(), ESTALE);
+    EXPECT_EQ(test::stateOf(tree.path("home/way")), before) << "moved, and put back";
     EXPECT_TRUE(isThere(tree.path("home/a")) && isThere(tree.path("home/way/c")));
     EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), 0U);
 }
