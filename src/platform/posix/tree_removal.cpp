@@ -173,14 +173,21 @@ private:
 
     void startHelpers(std::vector<std::jthread>& helpers) {
         try {
-            for (std::size_t number = 1; number < mostWorkers_; ++number) {
-                helpers.emplace_back([this] {
-                    Worker worker;
-                    work(worker, nullptr);
-                });
-            }
+            for (std::size_t number = 1; number < mostWorkers_; ++number)
+                helpers.emplace_back([this] { help(); });
         } catch (const std::system_error&) {
             return;  // Dropped by design: with fewer threads the removal only takes longer.
+        } catch (const std::bad_alloc&) {
+            return;  // So it is here; where there is no memory at all, the removal finds out.
+        }
+    }
+
+    void help() noexcept {
+        try {
+            Worker worker;
+            work(worker, nullptr);
+        } catch (const std::bad_alloc&) {
+            return;  // As a thread that could not be started.
         }
     }
 
