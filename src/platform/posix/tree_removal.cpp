@@ -30,6 +30,9 @@ constexpr std::size_t handlesPerWorker = 4;
 /// How often a folder is listed again because something has come into it, or because the file system
 /// skips entries when others are removed during a listing.
 constexpr int mostListings = 64;
+/// Folders that have to be left for a worker that rests: it would be woken for each where every folder holds
+/// but one or two.
+constexpr std::size_t worthWaking = 4;
 
 std::optional<FileNumber> numberOf(int handle) {
     struct stat info{};
@@ -226,7 +229,7 @@ private:
         Task task{.level = level, .folder = std::move(level.pending.back()), .order = level.taken++};
         level.pending.pop_back();
         ++level.inside;
-        if (!level.pending.empty() && waiting_ > 0)
+        if (--pending_ >= worthWaking && waiting_ > 0)
             condition_.notify_one();
         return task;
     }
@@ -418,6 +421,7 @@ private:
         if (outermost == nullptr)
             return false;
         outermost->folder.close();
+        pending_ -= outermost->pending.size();
         outermost->pending = {};
         std::erase(open_, outermost);
         return true;
@@ -476,6 +480,7 @@ private:
         }
         const std::scoped_lock lock(mutex_);
         level.pending = std::move(folders);
+        pending_ += level.pending.size();
         return 0;
     }
 
@@ -577,6 +582,7 @@ private:
     std::size_t entered_ = 0;
     std::size_t active_ = 0;  ///< workers that have a level; when it is 0 all have nothing left to do
     std::size_t waiting_ = 0;
+    std::size_t pending_ = 0;         ///< in all levels together
     std::optional<Failure> failure_;  ///< the first as a single worker would have come to them
     bool isOutOfMemory_ = false;
 };
