@@ -71,12 +71,39 @@ std::vector<TreeEntry> bushy(int count, std::optional<mode_t> mode = std::nullop
     return entries;
 }
 
+/// Lists folders so that those who come to the ones with these numbers wait there for one another.
+class Meeting {
+public:
+    Meeting(std::set<FileNumber> places, posix::RemovalCalls& calls) : places_(std::move(places)) {
+        calls.read = [this](posix::NameReader& reader, int handle) {
+            struct stat info{};
+            if (::fstat(handle, &info) == 0)
+                await({posix::volumeNumber(info), info.st_ino});
+            return reader.read(handle);
+        };
+    }
+
+private:
+    void await(const FileNumber& place) {
+        std::unique_lock lock(mutex_);
+        if (places_.erase(place) == 0)
+            return;
+        condition_.notify_all();
+        condition_.wait_for(lock, std::chrono::seconds(10), [&] { return places_.empty(); });
+    }
+
+    std::set<FileNumber> places_;
+    std::mutex mutex_;
+    std::condition_variable condition_;
+};
+
 TEST(RemovalTogether, SeveralThreadsTakePartInOneTree) {
     const TempTree tree({folder("item", bushy(50)), textFile("beside", "b")});
     const auto itemNumber = entryNumber(opened(tree), "item");
     std::mutex mutex;
     std::condition_variable condition;
     std::set<std::thread::id> threads;
+    bool isPatient = true;
     posix::RemovalCalls calls = together();
     // Below the item nobody goes on before somebody else has come.
     calls.read = [&](posix::NameReader& reader, int handle) {
@@ -85,7 +112,9 @@ TEST(RemovalTogether, SeveralThreadsTakePartInOneTree) {
             std::unique_lock lock(mutex);
             threads.insert(std::this_thread::get_id());
             condition.notify_all();
-            condition.wait_for(lock, std::chrono::seconds(30), [&] { return threads.size() > 1; });
+            if (isPatient)
+                isPatient =
+                    condition.wait_for(lock, std::chrono::seconds(30), [&] { return threads.size() > 1; });
         }
         return reader.read(handle);
     };
@@ -119,6 +148,59 @@ TEST(RemovalTogether, TellsTheFailureThatASingleThreadComesToFirst) {
     ASSERT_TRUE(expected.ends_with("/b/d")) << expected;
     for (int round = 0; round < 60; ++round)
         ASSERT_EQ(failure(4), expected) << round;
+}
+
+TEST(RemovalTogether, ALaterFailureThatComesSoonerIsNotTold) {
+    const auto tree = [] {
+        return std::vector{folder("item", {folder("a", {folder("kept")}), folder("b", {folder("kept")})})};
+    };
+    const auto keptIn = [](const TempTree& all) {
+        std::set<FileNumber> kept;
+        for (const char* path : {"item/a", "item/b"})
+            kept.insert(entryNumber(*opened(all).openBelow(path), "kept").value());
+        return kept;
+    };
+    const TempTree alone(tree());
+    const std::string expected = removeItem(alone, together(1), keptIn(alone)).error().path;
+    const std::string first = expected.substr(0, expected.rfind('/'));
+    for (int round = 0; round < 10; ++round) {
+        const TempTree both(tree());
+        const auto number = entryNumber(opened(both), "item").value();
+        const auto slow = entryNumber(*opened(both).openBelow("item"), first.substr(5)).value();
+        posix::RemovalCalls calls = together();
+        calls.read = [&](posix::NameReader& reader, int handle) {
+            struct stat info{};
+            const bool isSlow = ::fstat(handle, &info) == 0 && info.st_ino == slow.second;
+            if (isSlow)
+                std::this_thread::sleep_for(std::chrono::milliseconds(30));
+            return reader.read(handle);
+        };
+        const auto result = removeItem(both, calls, keptIn(both));
+        ASSERT_FALSE(result);
+        ASSERT_EQ(result.error().path, expected) << round;
+        ASSERT_EQ(entryNumber(opened(both), "item"), number);
+    }
+}
+
+TEST(RemovalTogether, AFolderThatAllWantToChangeAtOnceIsOpenedToAll) {
+    const std::vector<std::string> names = {"a", "b", "c", "d"};
+    for (int round = 0; round < 200; ++round) {
+        const TempTree tree(
+            {folder(
+                "item",
+                {folder("readOnly", {folder("a"), folder("b"), folder("c"), folder("d")}).withMode(0500)})},
+            TempTree::Owner::unprivileged);
+        if (const auto reason = whyNotUnprivileged(tree.path()))
+            GTEST_SKIP() << *reason;
+        std::set<FileNumber> places;
+        for (const std::string& name : names)
+            places.insert(entryNumber(*opened(tree).openBelow("item/readOnly"), name).value());
+        ASSERT_TRUE(asUnprivileged([&] {
+            posix::RemovalCalls calls = together();
+            const Meeting meeting(places, calls);
+            EXPECT_TRUE(isRemoved(tree, calls));
+        }));
+    }
 }
 
 TEST(RemovalTogether, FoldersThatNobodyMayChangeGo) {
