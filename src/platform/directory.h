@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <expected>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -100,6 +101,13 @@ public:
     /// in `untouched` (null for none) is passed over without asking the system about it.
     void start(const Directory& directory, const NameSet* untouched = nullptr);
 
+    /// Takes turns in the listing that `first` has started: each piece of it comes to the reader that asks
+    /// next. `first` may read on meanwhile in another thread, and starts nothing else for as long.
+    void join(EntryReader& first);
+
+    /// Which piece of the whole listing the last entry came from, counted from 0 in the system's order.
+    [[nodiscard]] std::size_t piece() const { return piece_; }
+
     /// The next entry, or nothing at the end of the listing and after an error. An entry that the
     /// system does not describe is passed over; one that vanished after it was listed may be.
     [[nodiscard]] const DirectoryEntry* next();
@@ -108,10 +116,18 @@ public:
     [[nodiscard]] std::error_code error() const { return error_; }
 
 private:
+    struct Turns {
+        std::mutex mutex;
+        std::size_t taken = 0;
+    };
+
     std::unique_ptr<std::byte[]> buffer_;
     std::size_t position_ = 0;
     std::size_t end_ = 0;
     int handle_ = -1;
+    Turns own_;
+    Turns* turns_ = &own_;  ///< of whoever has started the listing
+    std::size_t piece_ = 0;
     const NameSet* untouched_ = nullptr;
     DirectoryEntry entry_;
     std::error_code error_;

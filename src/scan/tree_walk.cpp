@@ -69,25 +69,48 @@ struct TreeWalk::Totals {
     FileTime newest = distantPast;
 };
 
-/// What listing one folder yields. Each worker has one and uses it again.
+/// What listing one folder yields, or those pieces of it that came to one worker. Each worker has one and
+/// uses it again.
 struct TreeWalk::Listing {
+    /// Where, from the second on, a piece begins in the vectors.
+    struct Piece {
+        std::size_t number = 0;
+        std::size_t subFolder = 0;
+        std::size_t keptFile = 0;
+    };
+
     Totals files;
     LinkedFiles linked;
     std::int64_t countedBytes = 0;      ///< those that nothing can turn out to have counted before
     std::vector<DirNode> keptFiles;     ///< in listing order
     std::vector<SubFolder> subFolders;  ///< in listing order
     std::string names;                  ///< of the sub-folders, each with its zero byte
+    std::vector<Piece> pieces;
+    bool isWhole = true;  ///< otherwise the listing could not be read to its end
 
     void clear() {
         files = {};
         linked.clear();
         countedBytes = 0;
         keptFiles.clear();
+        pieces.clear();
+        isWhole = true;
         clearAndTrim(subFolders);
         clearAndTrim(names);
     }
+    void addFolder(std::string_view name, FileTime modified);
     void add(const platform::DirectoryEntry& file, std::int64_t keepThreshold);
+    /// What other workers have found in the same folder. In the end all is in the order of the pieces.
+    void absorb(std::vector<Listing>& others);
+
+private:
+    void putInOrder(std::vector<Listing>& parts);
 };
+
+void TreeWalk::Listing::addFolder(std::string_view name, FileTime modified) {
+    subFolders.push_back({.nameOffset = names.size(), .modified = modified});
+    names.append(name).push_back('\0');
+}
 
 void TreeWalk::Listing::add(const platform::DirectoryEntry& file, std::int64_t keepThreshold) {
     ++files.fileCount;
@@ -114,6 +137,49 @@ void TreeWalk::Listing::add(const platform::DirectoryEntry& file, std::int64_t k
                              .heldElsewhere = link ? file.allocatedSize : 0,
                              .modified = file.modified,
                              .linked = link});
+}
+
+void TreeWalk::Listing::absorb(std::vector<Listing>& others) {
+    if (others.empty())
+        return;
+    for (Listing& other : others) {
+        addChecked(files.size, other.files.size);
+        addChecked(files.fileCount, other.files.fileCount);
+        files.newest = std::max(files.newest, other.files.newest);
+        addChecked(countedBytes, other.countedBytes);
+        const LinkedFiles::Effect effect = linked.absorb(other.linked);
+        addChecked(files.size, -effect.repeated);
+        addChecked(countedBytes, effect.completed);
+        isWhole = isWhole && other.isWhole;
+    }
+    Listing& own = others.emplace_back();
+    std::swap(own.keptFiles, keptFiles);
+    std::swap(own.subFolders, subFolders);
+    std::swap(own.names, names);
+    std::swap(own.pieces, pieces);
+    own.pieces.insert(own.pieces.begin(), Piece());
+    putInOrder(others);
+}
+
+void TreeWalk::Listing::putInOrder(std::vector<Listing>& parts) {
+    struct Found {
+        Piece piece;
+        Piece next;
+        Listing* part = nullptr;
+    };
+    std::vector<Found> found;
+    for (Listing& part : parts) {
+        part.pieces.push_back({.subFolder = part.subFolders.size(), .keptFile = part.keptFiles.size()});
+        for (std::size_t i = 0; i + 1 < part.pieces.size(); ++i)
+            found.push_back({.piece = part.pieces[i], .next = part.pieces[i + 1], .part = &part});
+    }
+    std::ranges::sort(found, {}, [](const Found& one) { return one.piece.number; });
+    for (const auto& [piece, next, part] : found) {
+        for (std::size_t i = piece.subFolder; i < next.subFolder; ++i)
+            addFolder(part->names.data() + part->subFolders[i].nameOffset, part->subFolders[i].modified);
+        for (std::size_t i = piece.keptFile; i < next.keptFile; ++i)
+            keptFiles.push_back(std::move(part->keptFiles[i]));
+    }
 }
 
 /// A listed folder whose sub-folders are being walked, by one worker or several.
@@ -284,9 +350,33 @@ struct TreeWalk::Worker {
     std::vector<Frame*> stack;  ///< guarded by `mutex`; outermost first
     platform::EntryReader reader;
     Listing listing;
+    bool isListingShared = false;      ///< guarded by `mutex`: others may join `reader`
+    std::vector<Listing> found;        ///< guarded by `mutex`: by those who have
+    std::atomic<unsigned> joined = 0;  ///< who still do; as long, `reader` and its folder stay as they are
     Place place;
     std::deque<Frame> frames;  ///< all that it has made, until the walk is over: others may still use them
     Frame* unused = nullptr;  ///< the first of a list of finished ones, for their buffers; made by any worker
+};
+
+/// While it lives, others may join the reader of a worker; it ends when nobody has it joined any more.
+class TreeWalk::SharedListing {
+public:
+    explicit SharedListing(Worker& first) : first_(first) { setShared(true); }
+    ~SharedListing() {
+        setShared(false);
+        for (unsigned left = first_.joined.load(); left > 0; left = first_.joined.load())
+            first_.joined.wait(left);
+    }
+    SharedListing(const SharedListing&) = delete;
+    SharedListing& operator=(const SharedListing&) = delete;
+
+private:
+    void setShared(bool isShared) {
+        const std::scoped_lock lock(first_.mutex);
+        first_.isListingShared = isShared;
+    }
+
+    Worker& first_;
 };
 
 TreeWalk::TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop)
@@ -406,15 +496,31 @@ TreeWalk::Frame* TreeWalk::waitForFrame(Worker& worker) {
         const unsigned seen = wakeUps_.load();
         idle_.fetch_add(1);
         Frame* frame = joinAnother(worker);
-        if (frame == nullptr && !finished_.load())
+        Worker* first = frame == nullptr ? joinListing(worker) : nullptr;
+        if (frame == nullptr && first == nullptr && !finished_.load())
             wakeUps_.wait(seen);
         idle_.fetch_sub(1);
+        if (first != nullptr)
+            helpList(worker, *first);
         if (frame == nullptr)
             continue;
         // One worker is woken for a frame; while there is more in it than for two, it wakes the next.
         if (frame->hasMore())
             wakeIdle();
         return frame;
+    }
+    return nullptr;
+}
+
+/// A worker whose large folder this one lists as well from now on: counted in its `joined`.
+TreeWalk::Worker* TreeWalk::joinListing(Worker& worker) {
+    for (Worker& other : workers_) {
+        const std::scoped_lock lock(other.mutex);
+        if (other.isListingShared) {
+            other.joined.fetch_add(1);
+            worker.reader.join(other.reader);
+            return &other;
+        }
     }
     return nullptr;
 }
@@ -513,23 +619,58 @@ std::expected<platform::Directory, std::error_code> TreeWalk::tryToOpen(Worker& 
 }
 
 /// Fills the worker's listing; false, and counted as denied, when the folder cannot be listed to its end.
-bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const SkipTree* skips) const {
-    Listing& listing = worker.listing;
-    listing.clear();
+bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const SkipTree* skips) {
+    worker.listing.clear();
     worker.reader.start(directory, skips == nullptr ? nullptr : &skips->volumes());
-    while (const platform::DirectoryEntry* entry = worker.reader.next()) {
-        if (entry->kind == platform::EntryKind::directory) {
-            listing.subFolders.push_back(
-                {.nameOffset = listing.names.size(), .modified = entry->modified.value_or(distantPast)});
-            listing.names.append(entry->name).push_back('\0');
-        } else if (entry->kind == platform::EntryKind::file) {
-            listing.add(*entry, options_.keepThreshold);
-        }
-    }
-    if (!worker.reader.error())
+    readEntries(worker, workers_.size() > 1);
+    worker.listing.absorb(worker.found);
+    worker.found.clear();
+    if (worker.listing.isWhole)
         return true;
     progress_.addDenied(1);
     return false;
+}
+
+/// Adds to the worker's listing what its reader comes upon.
+void TreeWalk::readEntries(Worker& worker, bool mayShare) {
+    Listing& listing = worker.listing;
+    std::optional<SharedListing> shared;
+    std::size_t piece = 0;
+    while (const platform::DirectoryEntry* entry = worker.reader.next()) {
+        if (worker.reader.piece() != piece) {
+            piece = worker.reader.piece();
+            listing.pieces.push_back({.number = piece,
+                                      .subFolder = listing.subFolders.size(),
+                                      .keptFile = listing.keptFiles.size()});
+            if (mayShare && !shared) {
+                shared.emplace(worker);
+                wakeIdle();
+            }
+        }
+        if (entry->kind == platform::EntryKind::directory)
+            listing.addFolder(entry->name, entry->modified.value_or(distantPast));
+        else if (entry->kind == platform::EntryKind::file)
+            listing.add(*entry, options_.keepThreshold);
+    }
+    listing.isWhole = !worker.reader.error();
+}
+
+/// Lists what nobody else has taken of the folder of `first`, which `joinListing` has joined.
+void TreeWalk::helpList(Worker& worker, Worker& first) {
+    const struct Leaving {
+        std::atomic<unsigned>& joined;
+        ~Leaving() {
+            joined.fetch_sub(1);
+            joined.notify_all();
+        }
+    } leaving{first.joined};
+    // One is woken for a large folder; there may be enough in it for the next.
+    wakeIdle();
+    worker.listing.clear();
+    readEntries(worker, false);
+    const std::scoped_lock lock(first.mutex);
+    first.isListingShared = false;  // nothing is left to take
+    first.found.push_back(std::exchange(worker.listing, {}));
 }
 
 TreeWalk::Frame& TreeWalk::makeFrame(Worker& worker, Frame& parent, std::size_t index, const Totals& totals) {

@@ -26,6 +26,10 @@ namespace ulvak {
 /// another that still has sub-folders to give. Nothing is queued for a single sub-folder, and a folder
 /// without sub-folders never becomes a frame.
 ///
+/// A folder with so many entries that one piece of its listing does not hold them is listed by all who have
+/// nothing else to do: each takes a piece, and looks at what is in it. Whoever entered the folder puts
+/// together what they have found, in the order of the listing.
+///
 /// A frame keeps its folder open until the last sub-folder has been entered. Where handles do not suffice for
 /// that, it belongs to one worker, which finds its way back to the folder from the one that it has been in
 /// last: by "..", which can lead anywhere by now, and is believed only when the folder is the same. So the
@@ -58,6 +62,7 @@ private:
     struct Listing;
     struct Worker;
     struct Place;
+    class SharedListing;
     struct Totals;
 
     void work(Worker& worker) noexcept;
@@ -65,6 +70,7 @@ private:
     Frame* nextFrame(Worker& worker);
     Frame* joinAnother(const Worker& worker);
     Frame* waitForFrame(Worker& worker);
+    Worker* joinListing(Worker& worker);
     void push(Worker& worker, Frame& frame);
     void wakeIdle();
     void giveUp();
@@ -74,7 +80,9 @@ private:
     [[nodiscard]] platform::Directory open(Worker& worker, Frame& parent, std::size_t index);
     [[nodiscard]] std::expected<platform::Directory, std::error_code> tryToOpen(Worker& worker, Frame& parent,
                                                                                 std::size_t index);
-    bool list(Worker& worker, const platform::Directory& directory, const SkipTree* skips) const;
+    bool list(Worker& worker, const platform::Directory& directory, const SkipTree* skips);
+    void readEntries(Worker& worker, bool mayShare);
+    void helpList(Worker& worker, Worker& first);
     Frame& makeFrame(Worker& worker, Frame& parent, std::size_t index, const Totals& totals);
     void keepOpen(Worker& worker, Frame& frame, platform::Directory directory);
     void closeWhenAllOpened(Frame& frame);

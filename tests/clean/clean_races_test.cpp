@@ -8,6 +8,7 @@
 #include <string>
 
 #include "clean_support.h"
+#include "platform/posix/tree_removal.h"
 #include "swapper.h"
 
 // Somebody swaps folders for links to a folder of canaries while they are cleaned. Whoever follows such a
@@ -41,6 +42,18 @@ constexpr std::array<Bait, 3> swapped = {{
     {"arena/item", "../../../canaries/arena/item"},
     {"arena/item/sub", "../../../../canaries/arena/item/sub"},
 }};
+
+/// Removing by several threads from the first folder on, which an arena is too small for otherwise.
+Cleaner::Services byManyThreads() {
+    Cleaner::Services services = Cleaner::Services::system();
+    services.removeItem = [](const auto& parent, const std::string& name, const auto& item,
+                             const auto& kept) {
+        platform::posix::RemovalCalls calls;
+        calls.foldersAlone = 1;
+        return platform::posix::removeTree(parent, name, item, kept, calls);
+    };
+    return services;
+}
 
 const std::vector<TreeEntry>& arena() {
     static const std::vector<TreeEntry> entries = {
@@ -81,7 +94,8 @@ struct Outcome {
     int failed = 0;
 };
 
-Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& swapper) {
+Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& swapper,
+                           const Cleaner::Services& services) {
     Outcome outcome;
     const auto start = std::chrono::steady_clock::now();
     const auto isEnough = [&] {
@@ -94,7 +108,7 @@ Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& 
         tree.add("home/round", {link("bait", std::string(target))});
         swapper.start(
             exchanging(tree.path("home/round/" + std::string(victim)), tree.path("home/round/bait")));
-        const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode);
+        const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode, services);
         swapper.stop();
         ++(freed ? outcome.done : outcome.failed);
         if (mode == CleanMode::trash && bringBackFromTrash(tree)) {
@@ -110,11 +124,11 @@ Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& 
     return outcome;
 }
 
-void survive(CleanMode mode, int rounds) {
+void survive(CleanMode mode, int rounds, const Cleaner::Services& services = Cleaner::Services::system()) {
     TempTree tree({folder("home"), folder("tmp"), folder("canaries", arena())});
     inHome(tree, [&] {
         Swapper swapper;
-        const Outcome outcome = cleanWhileSwapping(tree, mode, rounds, swapper);
+        const Outcome outcome = cleanWhileSwapping(tree, mode, rounds, swapper, services);
         // It was a race: there was swapping in every round, and it made a difference to some and not to all.
         EXPECT_GT(swapper.swaps(), outcome.done + outcome.failed);
         EXPECT_GT(outcome.done, 0);
@@ -126,13 +140,17 @@ TEST(CleanRaces, RemovingForGoodIsNotLedAstrayByLinks) {
     survive(CleanMode::permanent, 7500 / share);
 }
 
+TEST(CleanRaces, RemovingForGoodByManyThreadsIsNotLedAstrayByLinks) {
+    survive(CleanMode::permanent, 2500 / share, byManyThreads());
+}
+
 TEST(CleanRaces, TheTrashLosesNothingToLinks) {
     if (const auto reason = whyNoTrashOfItsOwn())
         GTEST_SKIP() << *reason;
     survive(CleanMode::trash, 2500 / share);
 }
 
-TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
+void moveAwayWhileCleaning(const Cleaner::Services& services) {
     constexpr int rounds = 100 / share;
     TempTree tree({folder("home"), folder("tmp"), folder("canaries", {textFile("canary", "alive")})});
     inHome(tree, [&] {
@@ -155,7 +173,9 @@ TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
             }
             ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
             swapper.start(exchanging(tree.path("home/round/item/sub"), tree.path("home/round/bait")));
-            failed += Cleaner::clean(finding({tree.path("home/round/item")}), CleanMode::permanent) ? 0 : 1;
+            failed += Cleaner::clean(finding({tree.path("home/round/item")}), CleanMode::permanent, services)
+                          ? 0
+                          : 1;
             swapper.stop();
             ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &usual), 0);
             ASSERT_TRUE(exists(tree.path("home/round/beside"))) << round;
@@ -166,6 +186,14 @@ TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
         EXPECT_GT(swapper.swaps(), rounds);
         EXPECT_GT(failed, 0);
     });
+}
+
+TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAway) {
+    moveAwayWhileCleaning(Cleaner::Services::system());
+}
+
+TEST(CleanRaces, NothingIsRemovedAroundAFolderThatIsMovedAwayFromManyThreads) {
+    moveAwayWhileCleaning(byManyThreads());
 }
 
 }  // namespace

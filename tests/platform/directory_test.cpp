@@ -55,6 +55,15 @@ std::map<std::string, Seen> rest(EntryReader& reader) {
     return seen;
 }
 
+/// The names of a whole listing in its order, each with the number of the piece that it came in.
+using Order = std::vector<std::pair<std::size_t, std::string>>;
+
+void takeRest(EntryReader& reader, Order& order) {
+    while (const DirectoryEntry* entry = reader.next())
+        order.emplace_back(reader.piece(), entry->name);
+    EXPECT_FALSE(reader.error());
+}
+
 std::map<std::string, Seen> listing(const Directory& directory) {
     EntryReader reader;
     reader.start(directory);
@@ -501,6 +510,43 @@ TEST(EntryReader, AFolderThatIsGoneHasNoEntriesAndKeepsItsErrorToItself) {
     reader.start(other);
     EXPECT_EQ(reader.next(), nullptr);
     EXPECT_FALSE(reader.error()) << "the error was the other folder's";
+}
+
+TEST(EntryReader, SeveralTakeTurnsInOneListing) {
+    std::vector<test::TreeEntry> entries;
+    for (int number = 0; number < 5000; ++number)
+        entries.push_back(file("a name that fills the listing " + std::to_string(number)));
+    const TempTree tree(entries);
+    Order expected;
+    EntryReader alone;
+    const Directory folder = std::move(*Directory::open(tree.path()));
+    alone.start(folder);
+    takeRest(alone, expected);
+    ASSERT_EQ(expected.size(), 5000U);
+    ASSERT_GT(expected.back().first, 2U) << "it comes in pieces";
+    for (int round = 0; round < 20; ++round) {
+        const Directory shared = *Directory::open(tree.path());
+        std::array<Order, 3> orders;
+        EntryReader first;
+        first.start(shared);
+        orders[0].emplace_back(0, first.next()->name);
+        {
+            std::vector<std::jthread> others;
+            for (const std::size_t other : {1U, 2U}) {
+                others.emplace_back([&first, &order = orders[other]] {
+                    EntryReader reader;
+                    reader.join(first);
+                    takeRest(reader, order);
+                });
+            }
+            takeRest(first, orders[0]);
+        }
+        Order all;
+        for (const Order& order : orders)
+            all.insert(all.end(), order.begin(), order.end());
+        std::ranges::stable_sort(all, {}, &Order::value_type::first);
+        ASSERT_EQ(all, expected);
+    }
 }
 
 TEST(EntryReader, PassesOverEntriesThatTheSystemDoesNotDescribe) {

@@ -36,6 +36,11 @@ std::vector<TreeEntry> treeOfEverything() {
             inside.push_back(file("a file with a name of its own " + std::to_string(j), 4096));
         entries.push_back(folder("a folder with a long name " + std::to_string(i), inside));
     }
+    // Of which several workers take pieces.
+    std::vector<TreeEntry> large = {folder("in it", {file("x", 4096)}), hardLink("y", "first/x")};
+    for (int i = 0; i < 900; ++i)
+        large.push_back(file(std::string(200, 'n') + std::to_string(i), i % 300 == 0 ? 4096 : 0));
+    entries.push_back(folder("large", large));
     return entries;
 }
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "scan/disk_walker.h"
+#include "support/isolation.h"
 #include "support/system.h"
 #include "support/temp_tree.h"
 
@@ -211,6 +212,98 @@ TEST(TreeWalk, WorkersShareOneFolderThatHoldsEverything) {
         TreeWalk walk(rootAt(tree.path()), {.keepThreshold = 1, .workers = 4}, progress, {});
         ASSERT_EQ(walk.run().front().fileCount, 6000);
         ASSERT_EQ(progress.files(), 6000);
+    }
+}
+
+/// A folder of so many entries that its listing comes in several pieces: among them folders, files of every
+/// size and second names, of each other and of a file elsewhere.
+TreeEntry largeFolder(int entries) {
+    std::vector<TreeEntry> large;
+    for (int i = 0; i < entries; ++i) {
+        const std::string name = "a name that fills the listing " + std::to_string(i);
+        if (i % 500 == 3)
+            large.push_back(test::folder(name, {test::file("x", std::int64_t{4096} * (i % 3))}));
+        else if (i % 500 == 4)
+            large.push_back(test::hardLink(name, "elsewhere"));
+        else if (i % 500 == 5)
+            large.push_back(test::hardLink(name, "large/a name that fills the listing 0"));
+        else
+            large.push_back(test::file(name, i % 50 == 0 ? std::int64_t{4096} * (i % 7 + 1) : 0));
+    }
+    return test::folder("large", std::move(large));
+}
+
+TEST(TreeWalk, WorkersShareTheListingOfOneLargeFolder) {
+    const TempTree tree({test::file("elsewhere", 8192), largeFolder(8000)});
+    for (const std::int64_t keepThreshold : {1, 12'000}) {
+        PlainFiles all;
+        const std::string expected =
+            described(plainWalk(tree.path(), tree.path(), std::nullopt, keepThreshold, all));
+        for (int round = 0; round < 10; ++round) {
+            for (const unsigned workers : {1U, 2U, 8U}) {
+                ScanProgress progress;
+                TreeWalk walk(rootAt(tree.path()), {.keepThreshold = keepThreshold, .workers = workers},
+                              progress, {});
+                const std::vector<DirNode> nodes = walk.run();
+                ASSERT_EQ(described(nodes.front()), expected) << "workers " << workers;
+                ASSERT_EQ(progress.bytes(), sizeOf(all)) << "workers " << workers;
+                ASSERT_EQ(progress.files(), nodes.front().fileCount) << "workers " << workers;
+            }
+        }
+    }
+}
+
+TEST(TreeWalk, CountsWhatStaysInALargeFolderWhoseFilesComeAndGo) {
+    const TempTree tree({test::file("elsewhere", 8192), largeFolder(6000)});
+    const std::string folder = tree.path("large") + "/";
+    const std::jthread changer([&](const std::stop_token& stop) {
+        for (int i = 0; !stop.stop_requested(); i = (i + 1) % 1000) {
+            const std::string name = folder + "comes and goes " + std::to_string(i);
+            if (::mkdir(name.c_str(), 0755) != 0)
+                ::rmdir(name.c_str());
+        }
+    });
+    for (int round = 0; round < 20; ++round) {
+        ScanProgress progress;
+        TreeWalk walk(rootAt(tree.path()), {.keepThreshold = 1, .workers = 4}, progress, {});
+        const std::vector<DirNode> nodes = walk.run();
+        // 5988 files in it, one in each of its 12 folders, and that elsewhere.
+        ASSERT_EQ(nodes.front().fileCount, 6001) << round;
+        ASSERT_EQ(progress.files(), 6001) << round;
+    }
+}
+
+TEST(TreeWalk, EntersNoMountInALargeFolder) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({test::file("elsewhere", 8192), largeFolder(6000)});
+    test::withPrivateMounts([&] {
+        for (const int number : {503, 5503})
+            ASSERT_TRUE(test::mountMemory(tree.path("large/a name that fills the listing ") +
+                                          std::to_string(number)));
+        for (int round = 0; round < 5; ++round) {
+            ScanProgress progress;
+            TreeWalk walk(rootAt(tree.path()), {.keepThreshold = 1, .workers = 4}, progress, {});
+            EXPECT_EQ(walk.run().front().fileCount, 5999);
+            EXPECT_EQ(progress.denied(), 0);
+        }
+    });
+}
+
+TEST(TreeWalk, AStopInALargeFolderLeavesWhatWasCounted) {
+    const TempTree tree({test::file("elsewhere", 8192), largeFolder(6000)});
+    for (int round = 0; round < 20; ++round) {
+        ScanProgress progress;
+        std::stop_source source;
+        TreeWalk walk(rootAt(tree.path()), {.workers = 4}, progress, source.get_token());
+        const std::jthread stopper([&] {
+            for (int pause = 0; pause < round * 20'000; ++pause)
+                std::atomic_signal_fence(std::memory_order_seq_cst);
+            source.request_stop();
+        });
+        const std::vector<DirNode> nodes = walk.run();
+        ASSERT_EQ(nodes.size(), 1U);
+        ASSERT_EQ(nodes.front().fileCount, progress.files());
     }
 }
 

@@ -53,22 +53,17 @@ std::optional<FolderIdentity> Directory::identity() const {
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
 
-void EntryReader::start(const Directory& directory, const NameSet* untouched) {
-    handle_ = directory.handle();
-    untouched_ = untouched;
-    position_ = end_ = 0;
-    error_.clear();
-}
-
 const DirectoryEntry* EntryReader::next() {
     for (;;) {
         if (position_ == end_) {
+            const std::scoped_lock turn(turns_->mutex);
             const auto count = ::syscall(SYS_getdents64, handle_, buffer_.get(), bufferSize);
             if (count <= 0) {
                 if (count < 0)
                     error_ = posix::lastError();
                 return nullptr;
             }
+            piece_ = turns_->taken++;
             position_ = 0;
             end_ = static_cast<std::size_t>(count);
         }

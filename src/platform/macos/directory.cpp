@@ -78,18 +78,15 @@ std::optional<FolderIdentity> Directory::identity() const {
 EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
 
-void EntryReader::start(const Directory& directory, const NameSet* untouched) {
-    handle_ = directory.handle();
-    untouched_ = untouched;
-    position_ = end_ = 0;
-    error_.clear();
-}
-
 /// `end_` counts the records of the piece that are left.
 const DirectoryEntry* EntryReader::next() {
     BulkListing listing({buffer_.get(), bufferSize}, position_, end_);
     const auto read = [this](std::span<std::byte> piece) {
-        return readBulk(handle_, walkAttributes(), piece);
+        const std::scoped_lock turn(turns_->mutex);
+        const int count = readBulk(handle_, walkAttributes(), piece);
+        if (count > 0)
+            piece_ = turns_->taken++;
+        return count;
     };
     const auto entry = listing.nextEntry(read, untouched_, error_);
     if (!entry)

@@ -68,6 +68,25 @@ bool Directory::isAt(const std::string& path) const {
            own.st_ino == other.st_ino;
 }
 
+void EntryReader::start(const Directory& directory, const NameSet* untouched) {
+    handle_ = directory.handle();
+    untouched_ = untouched;
+    position_ = end_ = 0;
+    own_.taken = 0;
+    turns_ = &own_;
+    piece_ = 0;
+    error_.clear();
+}
+
+void EntryReader::join(EntryReader& first) {
+    handle_ = first.handle_;
+    untouched_ = first.untouched_;
+    position_ = end_ = 0;
+    turns_ = &first.own_;
+    piece_ = 0;
+    error_.clear();
+}
+
 std::size_t spareHandles() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)

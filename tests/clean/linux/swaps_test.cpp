@@ -17,6 +17,7 @@
 
 #include "clean/clean_support.h"
 #include "clean/swapper.h"
+#include "platform/posix/tree_removal.h"
 #include "platform/volume.h"
 
 // While the items of a finding are removed one after the other, somebody gives the name of one that is still
@@ -127,16 +128,19 @@ void expectUnharmed(const TempTree& tree, const Plan& plan, const Held& bait, co
 }
 
 /// The swaps begin when all items are judged, and the first is about to go.
-Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap) {
+Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap, bool byManyThreads) {
     Cleaner::Services services = Cleaner::Services::system();
     const auto start = [&swapper, swap](const std::string& name) {
         if (name == "first")
             swapper.start(swap);
     };
-    services.removeItem = [start, remove = services.removeItem](const auto& parent, const std::string& name,
-                                                                const auto& item, const auto& kept) {
+    services.removeItem = [start, byManyThreads](const auto& parent, const std::string& name,
+                                                 const auto& item, const auto& kept) {
         start(name);
-        return remove(parent, name, item, kept);
+        platform::posix::RemovalCalls calls;
+        if (byManyThreads)
+            calls.foldersAlone = 1;
+        return platform::posix::removeTree(parent, name, item, kept, calls);
     };
     services.moveToTrash = [start, move = services.moveToTrash](const auto& parent, const std::string& name,
                                                                 const auto& item, const std::string& path) {
@@ -164,7 +168,8 @@ Outcome cleanWhileSwapping(TempTree& tree, const Plan& plan, CleanMode mode, Swa
         const auto freed = Cleaner::clean(
             finding({tree.path("home/round/arena/first"), tree.path("home/round/arena/item")}), mode,
             swappingFromTheFirstOn(
-                swapper, plan.swap(tree.path("home/" + plan.victim), tree.path("home/" + plan.bait))));
+                swapper, plan.swap(tree.path("home/" + plan.victim), tree.path("home/" + plan.bait)),
+                round % 2 == 1));
         swapper.stop();
         unmountBelow(tree.path("home"));
         ++(freed ? outcome.done : outcome.failed);

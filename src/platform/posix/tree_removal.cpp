@@ -1,0 +1,598 @@
+#include "platform/posix/tree_removal.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <iterator>
+#include <list>
+#include <mutex>
+#include <new>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "platform/posix/system.h"
+#include "platform/posix/unlinking.h"
+
+namespace ulvak::platform::posix {
+namespace {
+
+constexpr std::size_t fewestOpenFolders = 4;
+/// The folder that a worker empties, the one around it, and two that it opens or closes meanwhile.
+constexpr std::size_t handlesPerWorker = 4;
+/// How often a folder is listed again because something has come into it, or because the file system
+/// skips entries when others are removed during a listing.
+constexpr int mostListings = 64;
+/// Folders that have to be left for a worker that rests: it would be woken for each where every folder holds
+/// but one or two.
+constexpr std::size_t worthWaking = 4;
+
+std::optional<FileNumber> numberOf(int handle) {
+    struct stat info{};
+    if (::fstat(handle, &info) != 0)
+        return std::nullopt;
+    return FileNumber{volumeNumber(info), info.st_ino};
+}
+
+/// A folder in a folder, as it was when it was listed.
+struct Listed {
+    std::string name;
+    FileNumber number;
+};
+
+/// A folder that is being emptied. Its listing belongs to one worker, which is alone in it: only when all
+/// that was listed has been removed does the next piece follow. What was listed goes to any worker.
+struct Level {
+    Level* around = nullptr;  ///< null for the item itself
+    std::size_t depth = 0;
+    std::size_t order = 0;  ///< among the folders that were taken from the one around
+    std::string name;
+    FileNumber number;
+    int listings = 1;
+    std::list<Level>::iterator self;
+
+    // Guarded by the mutex of the removal.
+    Directory folder;  ///< closed when too many are open, never while there are users
+    /// Folders in it that were listed and not taken yet, the next one last. Forgotten when it is closed: the
+    /// listing then starts anew.
+    std::vector<Listed> pending;
+    std::size_t taken = 0;
+    std::size_t inside = 0;  ///< taken and not removed yet
+    std::size_t users = 0;   ///< workers in it or in a folder right below it
+    bool isPermitted = false;
+};
+
+/// Where something lies in the order in which a single worker comes to it.
+using Position = std::vector<std::size_t>;
+
+/// Of what is taken from a level as number `next`.
+Position positionOf(const Level& around, std::size_t next) {
+    Position position{next};
+    for (const Level* level = &around; level != nullptr; level = level->around)
+        position.push_back(level->order);
+    std::ranges::reverse(position);
+    return position;
+}
+
+std::string pathOf(const Level* around, const std::string& name) {
+    std::vector<const std::string*> names{&name};
+    for (; around != nullptr; around = around->around)
+        names.push_back(&around->name);
+    std::string path;
+    for (auto component = names.rbegin(); component != names.rend(); ++component)
+        path.append(path.empty() ? "" : "/").append(**component);
+    return path;
+}
+
+/// One removal by several workers. Each goes down its own branch, and up again as long as nobody else is at
+/// work below; then it joins the outermost level that has folders left. Whoever comes last to a level removes
+/// its folder. So nobody waits for another while there is something to take.
+class TreeRemoval {
+public:
+    TreeRemoval(const Directory& parent, const ItemIdentity& item, const std::set<FileNumber>& kept,
+                const RemovalCalls& calls)
+        : parent_(parent),
+          item_(item),
+          kept_(kept),
+          calls_(calls),
+          mostOpen_(std::clamp(spareHandles() / 2, fewestOpenFolders, mostOpenFolders)),
+          mostWorkers_(std::min(calls.workers, mostOpen_ / handlesPerWorker)) {}
+
+    std::expected<void, FileError> run(const std::string& name) {
+        Worker worker;
+        const auto there = identityAt(parent_.handle(), name.c_str());
+        int failure = there == item_ ? refusal(name) : (there ? ESTALE : errno);
+        if (failure == 0)
+            failure = enter(worker, nullptr, {.name = name, .number = item_.number}, 0);
+        if (failure == ENOTDIR || failure == ELOOP)
+            failure = unlinkItem(parent_, name, item_, 0);
+        if (failure != 0)
+            return std::unexpected(FileError{.code = systemError(failure), .path = name});
+        {
+            std::vector<std::jthread> helpers;
+            work(worker, &helpers);
+        }
+        if (isOutOfMemory_)
+            throw std::bad_alloc();
+        if (failure_)
+            return std::unexpected(std::move(failure_->error));
+        return {};
+    }
+
+private:
+    struct Worker {
+        NameReader reader;
+        Level* level = nullptr;
+        // The entry that was tried last.
+        const Level* failedIn = nullptr;
+        std::string failedName;
+    };
+
+    /// A folder to be removed from a level, or without one the next piece of the level's listing.
+    struct Task {
+        Level& level;
+        std::optional<Listed> folder;
+        std::size_t order = 0;
+    };
+
+    struct Failure {
+        Position position;
+        FileError error;
+    };
+
+    static std::error_code systemError(int number) { return {number, std::generic_category()}; }
+
+    void work(Worker& worker, std::vector<std::jthread>* helpers) noexcept {
+        try {
+            while (auto task = next(worker)) {
+                worker.failedIn = &task->level;
+                if (const int failure = step(worker, *task))
+                    fail(worker, *task, failure);
+                if (helpers != nullptr && isWorthSharing())
+                    startHelpers(*helpers);
+            }
+        } catch (const std::bad_alloc&) {
+            const std::scoped_lock lock(mutex_);
+            isOutOfMemory_ = true;
+            condition_.notify_all();
+        }
+    }
+
+    /// Once: a thread costs more than a few folders do.
+    bool isWorthSharing() {
+        if (isShared_ || mostWorkers_ < 2)
+            return false;
+        const std::scoped_lock lock(mutex_);
+        isShared_ = entered_ >= calls_.foldersAlone && outermostToShare() != nullptr;
+        return isShared_;
+    }
+
+    void startHelpers(std::vector<std::jthread>& helpers) {
+        try {
+            for (std::size_t number = 1; number < mostWorkers_; ++number)
+                helpers.emplace_back([this] { help(); });
+        } catch (const std::system_error&) {
+            return;  // Dropped by design: with fewer threads the removal only takes longer.
+        } catch (const std::bad_alloc&) {
+            return;  // So it is here; where there is no memory at all, the removal finds out.
+        }
+    }
+
+    void help() noexcept {
+        try {
+            Worker worker;
+            work(worker, nullptr);
+        } catch (const std::bad_alloc&) {
+            return;  // As a thread that could not be started.
+        }
+    }
+
+    /// What this worker does next; nothing when all is done, or nothing more may be.
+    std::optional<Task> next(Worker& worker) {
+        std::unique_lock lock(mutex_);
+        while (!isOutOfMemory_) {
+            if (Level* level = worker.level; level != nullptr) {
+                if (mayGoOn(*level) && !level->pending.empty())
+                    return take(*level);
+                // Of several that find nothing left, the last one goes on.
+                if (mayGoOn(*level) && level->inside == 0 && level->users == 1)
+                    return Task{.level = *level, .folder = {}};
+                use(*level, -1);
+                worker.level = nullptr;
+                --active_;
+            }
+            if (Level* level = outermostToShare(); level != nullptr) {
+                use(*level, 1);
+                worker.level = level;
+                ++active_;
+                continue;
+            }
+            if (active_ == 0) {
+                condition_.notify_all();
+                break;
+            }
+            ++waiting_;
+            condition_.wait(lock);
+            --waiting_;
+        }
+        return std::nullopt;
+    }
+
+    Task take(Level& level) {
+        Task task{.level = level, .folder = std::move(level.pending.back()), .order = level.taken++};
+        level.pending.pop_back();
+        ++level.inside;
+        if (--pending_ >= worthWaking && waiting_ > 0)
+            condition_.notify_one();
+        return task;
+    }
+
+    static void use(Level& level, int workers) {
+        for (Level* used : {&level, level.around}) {
+            if (used != nullptr)
+                used->users += static_cast<std::size_t>(workers);
+        }
+    }
+
+    /// After a failure only what a single worker would have come to before it is still removed: so it is the
+    /// same failure every time that is told.
+    [[nodiscard]] bool mayGoOn(const Level& level) const {
+        return !failure_ || positionOf(level, level.taken) < failure_->position;
+    }
+
+    [[nodiscard]] Level* outermostToShare() const {
+        Level* outermost = nullptr;
+        for (Level* level : open_) {
+            if (!level->pending.empty() && (outermost == nullptr || level->depth < outermost->depth) &&
+                mayGoOn(*level))
+                outermost = level;
+        }
+        return outermost;
+    }
+
+    void fail(Worker& worker, const Task& task, int failure) {
+        FileError error{.code = systemError(failure), .path = pathOf(worker.failedIn, worker.failedName)};
+        const std::scoped_lock lock(mutex_);
+        Position position = positionOf(task.level, task.folder ? task.order : task.level.taken);
+        if (!failure_ || position < failure_->position)
+            failure_ = {.position = std::move(position), .error = std::move(error)};
+    }
+
+    /// The failure concerns the folder of a level itself.
+    static int failAt(Worker& worker, const Level& level, int failure) {
+        worker.failedIn = level.around;
+        worker.failedName = level.name;
+        return failure;
+    }
+
+    /// Why the item will not go, if that is certain: then a folder need not be emptied first.
+    [[nodiscard]] int refusal(const std::string& name) const {
+        if (::faccessat(parent_.handle(), ".", W_OK | X_OK, AT_EACCESS) != 0)
+            return errno;
+        struct stat around{};
+        struct stat item{};
+        const bool isSticky = ::fstat(parent_.handle(), &around) == 0 && (around.st_mode & S_ISVTX) != 0 &&
+                              ::fstatat(parent_.handle(), name.c_str(), &item, AT_SYMLINK_NOFOLLOW) == 0;
+        const uid_t user = ::geteuid();
+        return isSticky && user != 0 && around.st_uid != user && item.st_uid != user ? EPERM : 0;
+    }
+
+    /// Whether unlinking failed because the entry is a folder. Some file systems say so with EPERM, which
+    /// means much else besides.
+    static bool isFolder(Worker& worker, int failure, const Directory& parent, const std::string& name) {
+        worker.failedName = name;
+        if (failure != EPERM)
+            return failure == EISDIR;
+        struct stat info{};
+        return ::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+               S_ISDIR(info.st_mode);
+    }
+
+    [[nodiscard]] const Directory& folderOf(const Level* level) const {
+        return level != nullptr ? level->folder : parent_;
+    }
+
+    /// Opens where handles may have run out: others give theirs back, or are about to.
+    template <typename Open>
+    std::expected<Directory, std::error_code> openPatiently(Open open) {
+        constexpr int mostTries = 200;
+        auto folder = open();
+        for (int tries = 1; !folder && isOutOfHandles(folder.error()) && tries < mostTries; ++tries) {
+            if (!closeOutermost()) {
+                if (isAlone())
+                    break;
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+            folder = open();
+        }
+        return folder;
+    }
+
+    bool isAlone() {
+        const std::scoped_lock lock(mutex_);
+        return active_ < 2;
+    }
+
+    /// Opens a folder for being listed. One of this user's that may not be becomes one that may.
+    std::expected<Directory, std::error_code> open(Level* around, const Listed& listed) {
+        const Directory& parent = folderOf(around);
+        const char* name = listed.name.c_str();
+        auto folder = openPatiently([&] { return parent.openBelow(name); });
+        const auto isRefused = [&] { return !folder && folder.error() == std::errc::permission_denied; };
+        if (isRefused() && permitLevel(around))
+            folder = parent.openBelow(name);
+        if (isRefused() && permitBelow(parent.handle(), name, listed.number))
+            folder = parent.openBelow(name);
+        return folder;
+    }
+
+    /// Makes the folder `listed` of `around` the level of this worker, or removes it where it need not be
+    /// entered.
+    int enter(Worker& worker, Level* around, const Listed& listed, std::size_t order) {
+        worker.failedName = listed.name;
+        if (kept_.contains(listed.number))
+            return ESTALE;
+        auto folder = open(around, listed);
+        if (!folder) {
+            // What may not be listed may still be empty.
+            if (folder.error() == std::errc::permission_denied && removeEmpty(around, listed) == 0)
+                return 0;
+            if (livesElsewhere(folder.error()))
+                return removeUnfetched(around, listed.name);
+            // Another volume is mounted here: it is in use, as the kernel says of every mount point.
+            return folder.error() == std::errc::cross_device_link ? EBUSY : folder.error().value();
+        }
+        // Another has taken its place. Nobody has said that it may go.
+        if (numberOf(folder->handle()) != listed.number)
+            return ESTALE;
+        push(worker, around, listed, order, std::move(*folder));
+        return 0;
+    }
+
+    void push(Worker& worker, Level* around, const Listed& listed, std::size_t order, Directory folder) {
+        const std::scoped_lock lock(mutex_);
+        Level& level = levels_.emplace_back();
+        level.around = around;
+        level.depth = around != nullptr ? around->depth + 1 : 0;
+        level.order = order;
+        level.name = listed.name;
+        level.number = listed.number;
+        level.folder = std::move(folder);
+        level.self = std::prev(levels_.end());
+        open_.push_back(&level);
+        ++entered_;
+        use(level, 1);
+        if (around != nullptr)
+            use(*around, -1);
+        else
+            ++active_;
+        worker.level = &level;
+        if (open_.size() > mostOpen_)
+            closeOutermostLocked();
+    }
+
+    /// A folder of `around`, if nothing is in it.
+    int removeEmpty(const Level* around, const Listed& listed) {
+        if (around == nullptr)
+            return unlinkItem(parent_, listed.name, item_, AT_REMOVEDIR);
+        const auto there = identityAt(around->folder.handle(), listed.name.c_str());
+        if (!there)
+            return errno;
+        return there->number == listed.number ? unlink(around->folder, listed.name.c_str(), AT_REMOVEDIR)
+                                              : ESTALE;
+    }
+
+    /// Whether the folder is this user's and has only now been opened to changes, by whichever worker: for
+    /// good reason nothing in it may be changed as long as it is to stay.
+    bool permitLevel(Level* level) {
+        if (level == nullptr)
+            return false;
+        const std::scoped_lock lock(mutex_);
+        level->isPermitted = permit(level->folder.handle()) || level->isPermitted;
+        return level->isPermitted;
+    }
+
+    /// A folder whose contents live elsewhere goes as it is: nothing is fetched in order to be removed.
+    int removeUnfetched(const Level* around, const std::string& name) {
+        const int handle = folderOf(around).handle();
+        const bool isGone = calls_.removePlaceholder(handle, name.c_str()) == 0 || errno == ENOENT;
+        return isGone ? 0 : EDEADLK;
+    }
+
+    bool closeOutermost() {
+        const std::scoped_lock lock(mutex_);
+        return closeOutermostLocked();
+    }
+
+    /// Closes the outermost folder that nobody works in, nor in one right below it.
+    bool closeOutermostLocked() {
+        Level* outermost = nullptr;
+        for (Level* level : open_) {
+            if (level->users == 0 && (outermost == nullptr || level->depth < outermost->depth))
+                outermost = level;
+        }
+        if (outermost == nullptr)
+            return false;
+        outermost->folder.close();
+        pending_ -= outermost->pending.size();
+        outermost->pending = {};
+        std::erase(open_, outermost);
+        return true;
+    }
+
+    /// A folder entered, a piece of a listing worked off, or a folder left.
+    int step(Worker& worker, Task& task) {
+        Level& level = task.level;
+        if (task.folder)
+            return removeFolder(worker, level, *task.folder, task.order);
+        const int piece = calls_.read(worker.reader, level.folder.handle());
+        if (piece > 0)
+            return removeListed(worker, level);
+        if (piece < 0 && errno == EDEADLK)
+            return leaveUnfetched(worker, level);
+        // A folder that somebody else has removed cannot be listed, and need not be.
+        if (piece < 0 && errno != ENOENT)
+            return failAt(worker, level, errno);
+        return leave(worker, level);
+    }
+
+    int removeFolder(Worker& worker, Level& around, const Listed& listed, std::size_t order) {
+        const int failure = enter(worker, &around, listed, order);
+        if (worker.level != &around)
+            return 0;
+        // It was a folder when it was listed, and another thing has taken its place.
+        if (failure == ENOTDIR || failure == ELOOP)
+            return ESTALE;
+        // Removed meanwhile: as well.
+        if (failure != 0 && failure != ENOENT)
+            return failure;
+        const std::scoped_lock lock(mutex_);
+        --around.inside;
+        return 0;
+    }
+
+    /// The entries of one piece of a listing: folders are kept for later, all else is removed.
+    int removeListed(Worker& worker, Level& level) {
+        std::vector<Listed> folders;
+        while (const NameReader::Entry* entry = worker.reader.next()) {
+            const char* name = entry->name;
+            if (!entry->isFolder) {
+                int failure = unlink(level.folder, name, 0);
+                if (failure == EACCES && permitLevel(&level))
+                    failure = unlink(level.folder, name, 0);
+                if (failure == 0 || failure == ENOENT)
+                    continue;
+                if (!isFolder(worker, failure, level.folder, name))
+                    return failure;
+            }
+            auto there = identityAt(level.folder.handle(), name);
+            if (!there && errno == EACCES && permitLevel(&level))
+                there = identityAt(level.folder.handle(), name);
+            if (there)  // otherwise it is gone, or the next listing shows it again
+                folders.push_back({.name = name, .number = there->number});
+        }
+        const std::scoped_lock lock(mutex_);
+        level.pending = std::move(folders);
+        pending_ += level.pending.size();
+        return 0;
+    }
+
+    /// The folder is empty as far as its listing says: removes it and goes on in the one around it.
+    int leave(Worker& worker, Level& level) {
+        if (const int failure = reopenAround(worker, level))
+            return failure;
+        const Listed listed{.name = level.name, .number = level.number};
+        int failure = removeEmpty(level.around, listed);
+        if (failure == EACCES && permitLevel(level.around))
+            failure = removeEmpty(level.around, listed);
+        if ((failure == ENOTEMPTY || failure == EEXIST) && level.listings < mostListings) {
+            ++level.listings;
+            return ::lseek(level.folder.handle(), 0, SEEK_SET) < 0 ? failAt(worker, level, errno) : 0;
+        }
+        const bool isElsewhere =
+            failure == ENOENT && level.around == nullptr && hasNameElsewhere(level.folder);
+        if (isElsewhere || failure == ENOTDIR)
+            return failAt(worker, level, ESTALE);
+        if (failure != 0 && failure != ENOENT)
+            return failAt(worker, level, failure);
+        pop(worker, level);
+        return 0;
+    }
+
+    /// Whether a folder that is not where it was is anywhere else.
+    static bool hasNameElsewhere(const Directory& folder) {
+        struct stat info{};
+        return ::fstat(folder.handle(), &info) == 0 && info.st_nlink > 0;
+    }
+
+    /// The contents of the folder, or what is left of them, live elsewhere.
+    int leaveUnfetched(Worker& worker, Level& level) {
+        if (const int failure = reopenAround(worker, level))
+            return failure;
+        if (const int failure = removeUnfetched(level.around, level.name))
+            return failAt(worker, level, failure);
+        pop(worker, level);
+        return 0;
+    }
+
+    /// Takes away a level whose folder is gone. The last handle of a folder takes its contents on the disk
+    /// with it, so that is closed when nobody has to wait for it.
+    void pop(Worker& worker, Level& level) {
+        std::list<Level> gone;
+        const std::scoped_lock lock(mutex_);
+        Level* around = level.around;
+        use(level, -1);
+        std::erase(open_, &level);
+        gone.splice(gone.begin(), levels_, level.self);
+        worker.level = around;
+        if (around == nullptr) {
+            --active_;
+            return;
+        }
+        use(*around, 1);
+        --around->inside;
+    }
+
+    /// Opens the folder around a level again, if it was closed. ".." is no link, but leads elsewhere when the
+    /// folder was moved: then nothing more is touched.
+    int reopenAround(Worker& worker, Level& level) {
+        if (level.around == nullptr || isOpen(*level.around))
+            return 0;
+        Level& around = *level.around;
+        const auto openParent = [&] { return level.folder.openParent(); };
+        auto folder = openPatiently(openParent);
+        if (!folder && folder.error() == std::errc::permission_denied && permitLevel(&level))
+            folder = openPatiently(openParent);
+        if (!folder)
+            return failAt(worker, level, folder.error().value());
+        if (numberOf(folder->handle()) != around.number)
+            return failAt(worker, level, ESTALE);
+        const std::scoped_lock lock(mutex_);
+        if (!around.folder.isOpen()) {  // otherwise another has come back to it from below meanwhile
+            around.folder = std::move(*folder);
+            open_.push_back(&around);
+        }
+        return 0;
+    }
+
+    bool isOpen(const Level& level) {
+        const std::scoped_lock lock(mutex_);
+        return level.folder.isOpen();
+    }
+
+    const Directory& parent_;
+    const ItemIdentity& item_;
+    const std::set<FileNumber>& kept_;
+    const RemovalCalls& calls_;
+    const std::size_t mostOpen_;
+    const std::size_t mostWorkers_;
+    bool isShared_ = false;
+
+    std::mutex mutex_;  ///< of all below; taken a few times for each folder and never for a file
+    std::condition_variable condition_;
+    std::list<Level> levels_;
+    std::vector<Level*> open_;  ///< those whose folder is
+    std::size_t entered_ = 0;
+    std::size_t active_ = 0;  ///< workers that have a level; when it is 0 all have nothing left to do
+    std::size_t waiting_ = 0;
+    std::size_t pending_ = 0;         ///< in all levels together
+    std::optional<Failure> failure_;  ///< the first as a single worker would have come to them
+    bool isOutOfMemory_ = false;
+};
+
+}  // namespace
+
+std::expected<void, FileError> removeTree(const Directory& parent, const std::string& name,
+                                          const ItemIdentity& item, const std::set<FileNumber>& kept,
+                                          const RemovalCalls& calls) {
+    return TreeRemoval(parent, item, kept, calls).run(name);
+}
+
+}  // namespace ulvak::platform::posix
