@@ -53,9 +53,11 @@ private:
 ///
 /// Whatever happens to the tree meanwhile, only what lies in it is removed: everything is reached from a
 /// folder that is open already, links are removed and never followed, and a folder on which another volume
-/// is mounted is not entered. Stops at the first entry that cannot be removed, with the system's error and
-/// the path of that entry from `parent` on; what was removed before stays removed. Entries that others
-/// remove at the same time are no failure, apart from `name` itself when it is missing from the start.
+/// is mounted is not entered. Several threads remove a larger tree, up to four, and this one waits for them.
+/// They stop at an entry that cannot be removed, with the system's error and the path of that entry from
+/// `parent` on: the foremost in the order of the listings if there are several. What comes before it has gone
+/// by then, and of what comes after it whatever was taken up already. Entries that others remove at the same
+/// time are no failure, apart from `name` itself when it is missing from the start.
 [[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name);
 
 /// As before, but only if the entry is still `item`: anything else that has taken its name stays (ESTALE).

@@ -4,14 +4,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <new>
 #include <optional>
+#include <random>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/posix/tree_removal.h"
@@ -203,6 +206,47 @@ TEST(RemovalTogether, AFolderThatAllWantToChangeAtOnceIsOpenedToAll) {
             const Meeting meeting(places, calls);
             EXPECT_TRUE(isRemoved(tree, calls));
         }));
+    }
+}
+
+/// Folders of any shape, fewer levels deep than are held open; the names say nothing of the shape.
+std::vector<std::string> makeFolders(const TempTree& tree, unsigned seed) {
+    constexpr int count = 150;
+    constexpr std::size_t deepest = 12;
+    std::mt19937 random(seed);
+    std::vector<std::pair<std::string, std::size_t>> made = {{"item", 0}};
+    std::vector<std::string> paths;
+    for (int number = 0; number < count; ++number) {
+        const auto [around, depth] = made[made.size() - 1 - random() % std::min<std::size_t>(made.size(), 8)];
+        if (depth == deepest)
+            continue;
+        made.emplace_back(around + "/" + std::to_string(number), depth + 1);
+        paths.push_back(made.back().first);
+        EXPECT_EQ(::mkdir(tree.path(paths.back()).c_str(), 0755), 0);
+    }
+    return paths;
+}
+
+TEST(RemovalTogether, InTreesOfAnyShapeWhatIsKeptStaysAndTheSameFailureIsTold) {
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        std::string expected;
+        for (const std::size_t workers : {1U, 4U, 8U}) {
+            const TempTree tree({folder("item")});
+            const std::vector<std::string> paths = makeFolders(tree, seed);
+            std::set<FileNumber> kept;
+            std::vector<std::string> keptPaths;
+            for (std::size_t i = seed % 7; i < paths.size(); i += 37) {
+                keptPaths.push_back(paths[i]);
+                kept.insert(entryNumber(opened(tree), paths[i]).value());
+            }
+            const auto result = removeItem(tree, together(workers), kept);
+            ASSERT_FALSE(result) << seed;
+            if (workers == 1)
+                expected = result.error().path;
+            ASSERT_EQ(result.error().path, expected) << seed;
+            for (const std::string& path : keptPaths)
+                EXPECT_TRUE(entryNumber(opened(tree), path)) << seed << ' ' << path;
+        }
     }
 }
 

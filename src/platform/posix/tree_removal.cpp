@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <iterator>
 #include <list>
 #include <mutex>
@@ -64,6 +65,9 @@ struct Level {
     /// listing then starts anew.
     std::vector<Listed> pending;
     std::size_t taken = 0;
+    /// What may be taken in all, less after a failure, and whether that lies in this folder.
+    std::size_t limit = SIZE_MAX;
+    bool holdsFailure = false;
     std::size_t inside = 0;  ///< taken and not removed yet
     std::size_t users = 0;   ///< workers in it or in a folder right below it
     bool isPermitted = false;
@@ -241,10 +245,25 @@ private:
         }
     }
 
-    /// After a failure only what a single worker would have come to before it is still removed: so it is the
-    /// same failure every time that is told.
-    [[nodiscard]] bool mayGoOn(const Level& level) const {
-        return !failure_ || positionOf(level, level.taken) < failure_->position;
+    /// After a failure only what a single worker would have come to before it is still removed. So the same
+    /// one is told every time, as long as no folder has to be listed anew.
+    [[nodiscard]] static bool mayGoOn(const Level& level) { return level.taken < level.limit; }
+
+    /// The limit of a level after a failure, when that of the one around it is known.
+    void limit(Level& level) const {
+        const Position& failed = failure_->position;
+        level.holdsFailure = false;
+        if (level.around != nullptr && !level.around->holdsFailure) {
+            level.limit = level.around->limit;
+            return;
+        }
+        const std::size_t there = failed[level.depth];
+        const std::size_t inside = level.depth + 1;
+        level.holdsFailure = level.order == there && inside < failed.size();
+        if (level.holdsFailure)
+            level.limit = failed[inside] + (inside + 1 < failed.size() ? 1 : 0);
+        else
+            level.limit = level.order < there ? SIZE_MAX : 0;
     }
 
     [[nodiscard]] Level* outermostToShare() const {
@@ -261,8 +280,11 @@ private:
         FileError error{.code = systemError(failure), .path = pathOf(worker.failedIn, worker.failedName)};
         const std::scoped_lock lock(mutex_);
         Position position = positionOf(task.level, task.folder ? task.order : task.level.taken);
-        if (!failure_ || position < failure_->position)
-            failure_ = {.position = std::move(position), .error = std::move(error)};
+        if (failure_ && failure_->position <= position)
+            return;
+        failure_ = {.position = std::move(position), .error = std::move(error)};
+        for (Level& level : levels_)  // each comes after the one around it
+            limit(level);
     }
 
     /// The failure concerns the folder of a level itself.
@@ -366,6 +388,8 @@ private:
         level.number = listed.number;
         level.folder = std::move(folder);
         level.self = std::prev(levels_.end());
+        if (failure_)
+            limit(level);
         open_.push_back(&level);
         ++entered_;
         use(level, 1);
