@@ -18,9 +18,9 @@ constexpr std::string_view privatePrefix = "/private";
 /// after a link means; a disk that may never answer is not asked, but for the folder `home`.
 std::string tidied(const std::string& path, const std::string& home) {
     if ((path + "/").contains("/../")) {
-        platform::Reach::Place place =
-            platform::Reach({&home, 1}, platform::Reach::Others::prompt).follow(path);
-        return place.isThere ? std::move(place.path) : path;
+        const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
+        const platform::Reach::Place place = reach.follow(path);
+        return place.isThere ? place.path : path;
     }
     std::string result;
     for (const auto piece : path | std::views::split('/')) {

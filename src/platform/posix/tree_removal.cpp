@@ -14,6 +14,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <ranges>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -90,8 +91,8 @@ std::string pathOf(const Level* around, const std::string& name) {
     for (; around != nullptr; around = around->around)
         names.push_back(&around->name);
     std::string path;
-    for (auto component = names.rbegin(); component != names.rend(); ++component)
-        path.append(path.empty() ? "" : "/").append(**component);
+    for (const std::string* component : names | std::views::reverse)
+        path.append(path.empty() ? "" : "/").append(*component);
     return path;
 }
 
@@ -249,9 +250,8 @@ private:
     /// one is told every time, as long as no folder has to be listed anew.
     [[nodiscard]] static bool mayGoOn(const Level& level) { return level.taken < level.limit; }
 
-    /// The limit of a level after a failure, when that of the one around it is known.
-    void limit(Level& level) const {
-        const Position& failed = failure_->position;
+    /// The limit of a level after a failure at `failed`, when that of the one around it is known.
+    static void limit(Level& level, const Position& failed) {
         level.holdsFailure = false;
         if (level.around != nullptr && !level.around->holdsFailure) {
             level.limit = level.around->limit;
@@ -282,9 +282,9 @@ private:
         Position position = positionOf(task.level, task.folder ? task.order : task.level.taken);
         if (failure_ && failure_->position <= position)
             return;
-        failure_ = {.position = std::move(position), .error = std::move(error)};
         for (Level& level : levels_)  // each comes after the one around it
-            limit(level);
+            limit(level, position);
+        failure_ = {.position = std::move(position), .error = std::move(error)};
     }
 
     /// The failure concerns the folder of a level itself.
@@ -389,7 +389,7 @@ private:
         level.folder = std::move(folder);
         level.self = std::prev(levels_.end());
         if (failure_)
-            limit(level);
+            limit(level, failure_->position);
         open_.push_back(&level);
         ++entered_;
         use(level, 1);
