@@ -106,6 +106,19 @@ TEST(Scanner, TenNamesOfOneFileAreReportedOnce) {
     });
 }
 
+TEST(Scanner, NamesOfDifferentFilesAreReportedApart) {
+    const TempTree tree({folder(
+        "h", {folder("Documents", {file("film", 409'600'000), test::hardLink("film 2", "h/Documents/film"),
+                                   file("show", 409'600'000), test::hardLink("show 2", "h/Documents/show")}),
+              folder("Desktop", {file("film", 409'600'000), test::hardLink("film 2", "h/Desktop/film")})})});
+    scanning(tree.path("h"), tree.path("missing/T"), [] {
+        const Scan scan;
+        EXPECT_EQ(scan.findings.size(), 3U);
+        for (const Finding& finding : scan.findings)
+            EXPECT_EQ(finding.urls.size(), 2U) << finding.id;
+    });
+}
+
 TEST(Scanner, TellsWhatStaysElsewhere) {
     const TempTree tree(
         {folder("h", {folder("Documents", {file("film", 409'600'000)}),
