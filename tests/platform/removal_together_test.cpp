@@ -252,7 +252,7 @@ TEST(RemovalTogether, InTreesOfAnyShapeWhatIsKeptStaysAndTheSameFailureIsTold) {
 
 TEST(RemovalTogether, FoldersThatNobodyMayChangeGo) {
     for (int round = 0; round < 20; ++round) {
-        for (const mode_t mode : {0500U, 0U}) {
+        for (const mode_t mode : {mode_t{0500}, mode_t{0}}) {
             const TempTree tree({folder("item", {folder("readOnly", bushy(20, mode)).withMode(mode)})},
                                 TempTree::Owner::unprivileged);
             if (const auto reason = whyNotUnprivileged(tree.path()))
