@@ -13,6 +13,7 @@
 #include "clean/trash_judging.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
+#include "platform/durable_file.h"
 #include "scan/disk_walker.h"
 
 namespace ulvak::Cleaner {
@@ -30,8 +31,11 @@ CleanFailure failed(std::string message) {
 /// What other programs keep in a Trash for themselves: no item of anybody's.
 bool isOwnPart(std::string_view name) {
     const platform::TrashLayout& layout = platform::trashLayout();
-    return name == ".DS_Store" || (!layout.items.empty() && (name == layout.items || name == layout.notes ||
-                                                             name == "directorysizes"));
+    if (layout.items.empty())
+        return name == ".DS_Store";
+    // The list of sizes may be written anew at this moment, by this program too.
+    return name == ".DS_Store" || name == layout.items || name == layout.notes ||
+           name.starts_with("directorysizes") || platform::isDraftName(name);
 }
 
 /// A folder of a Trash in which items lie.

@@ -34,6 +34,9 @@ namespace ulvak::platform {
 /// read and written by this user alone, whatever the old one's permissions were.
 [[nodiscard]] std::error_code replaceFileKeepingOld(const std::string& path, std::string_view bytes);
 
+/// Whether an entry of this name is, or was, such a hidden file.
+[[nodiscard]] bool isDraftName(std::string_view name);
+
 /// Keeps other programs from changing the file at `path` between a look at it and its replacement, as long as
 /// they take this lock too. It ends with the object, or with the process however that ends. Not for the UI
 /// thread.

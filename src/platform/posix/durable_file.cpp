@@ -131,14 +131,6 @@ std::expected<std::string, std::error_code> newDraftName() {
     return name.append(draftSuffix);
 }
 
-bool isDraftName(std::string_view name) {
-    if (name.size() != draftPrefix.size() + draftDigits + draftSuffix.size() ||
-        !name.starts_with(draftPrefix) || !name.ends_with(draftSuffix))
-        return false;
-    return name.substr(draftPrefix.size(), draftDigits).find_first_not_of(hexDigits) ==
-           std::string_view::npos;
-}
-
 /// Removes the drafts of programs that were killed. Whoever is still writing one holds a lock on it, which
 /// ends with that program. Their names are never used again, so that only what was looked at can be removed.
 void removeDeadDrafts(int folder, const std::string& folderPath) {
@@ -349,6 +341,14 @@ Locking waitForLock(int handle, std::chrono::milliseconds patience) {
 }
 
 }  // namespace
+
+bool isDraftName(std::string_view name) {
+    if (name.size() != draftPrefix.size() + draftDigits + draftSuffix.size() ||
+        !name.starts_with(draftPrefix) || !name.ends_with(draftSuffix))
+        return false;
+    return name.substr(draftPrefix.size(), draftDigits).find_first_not_of(hexDigits) ==
+           std::string_view::npos;
+}
 
 std::expected<std::string, std::error_code> readFile(const std::string& path, std::size_t most) {
     const Handle file(

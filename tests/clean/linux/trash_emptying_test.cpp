@@ -133,7 +133,11 @@ TEST(TrashContents, WhatOtherProgramsKeepThereForThemselvesIsNoItem) {
         Cleaner::recordTrashedFolders(ours);
         fs::create_directories(tree.path(trashFolder + "/expunged"));
         EXPECT_THAT(textOf(tree.path(trashFolder + "/directorysizes")), testing::EndsWith(" proje\n"));
+        for (const char* name : {"/.ulvak-0123456789abcdef.tmp", "/directorysizes.A1B2C3"})
+            std::ofstream(tree.path(trashFolder + name)) << "a list of sizes that is being written";
         EXPECT_TRUE(Cleaner::trashContents(ours).isAllFromHere());
+        for (const char* name : {"/.ulvak-0123456789abcdef.tmp", "/directorysizes.A1B2C3"})
+            fs::remove(tree.path(trashFolder + name));
         std::ofstream(tree.path(trashFolder + "/expunged/1")) << "x";
         EXPECT_FALSE(Cleaner::trashContents(ours).isAllFromHere());
         EXPECT_TRUE(Cleaner::emptyTrash());
