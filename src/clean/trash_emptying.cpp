@@ -206,6 +206,7 @@ private:
             return;
         kept_ = std::move(*kept);
         gone_.clear();
+        // Before the items: a note that comes later is not looked at.
         const std::vector<std::string> notes = noteNames(*trash.folder);
         for (const ItemFolder& folder : folders.folders)
             emptyFolder(folder, folder.path == trash.path);
@@ -267,15 +268,12 @@ private:
     }
 
     /// Whoever moves an item to the Trash writes its note before that: these may still await their items.
-    static std::set<std::string> freshNotes(const Directory& trash) {
+    static std::set<std::string> freshNotes(const Directory& notes) {
         constexpr std::chrono::minutes longestMove{1};
         const auto since = std::chrono::system_clock::now() - longestMove;
         std::set<std::string> names;
-        const auto notes = trash.openBelow(platform::trashLayout().notes.c_str());
-        if (!notes)
-            return names;
         platform::EntryReader reader;
-        reader.start(*notes);
+        reader.start(notes);
         while (const platform::DirectoryEntry* note = reader.next()) {
             if (note->kind == platform::EntryKind::file && note->modified && *note->modified > since)
                 names.emplace(note->name);
@@ -294,7 +292,7 @@ private:
         if (items && !items->openBelow("."))
             return;  // nobody can say what is still in it
         if (const auto notes = trash.openBelow(layout.notes.c_str())) {
-            const std::set<std::string> fresh = freshNotes(trash);
+            const std::set<std::string> fresh = freshNotes(*notes);
             for (const std::string& note : noteNames) {
                 const bool isNote = note.ends_with(layout.noteSuffix);
                 const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
