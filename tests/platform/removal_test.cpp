@@ -325,6 +325,40 @@ TEST(Removal, AFolderThatOthersRemoveMeanwhileMayHaveLivedElsewhere) {
     EXPECT_FALSE(exists(tree.path("item")));
 }
 
+/// Moves the item aside before its listing ends, as another removal of it does.
+posix::RemovalCalls withAnotherThatMovesTheItemAside(const TempTree& tree) {
+    posix::RemovalCalls calls;
+    calls.read = [&tree](posix::NameReader& reader, int folder) {
+        const int piece = reader.read(folder);
+        if (piece == 0) {
+            EXPECT_EQ(::rename(tree.path("item").c_str(), tree.path("aside").c_str()), 0);
+        }
+        return piece;
+    };
+    return calls;
+}
+
+TEST(Removal, WaitsForAnotherThatHasMovedTheItemAside) {
+    const TempTree tree({folder("item", {textFile("a", "a")})});
+    const auto calls = withAnotherThatMovesTheItemAside(tree);
+    std::jthread other([&] {
+        while (!exists(tree.path("aside")))
+            std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        EXPECT_EQ(::rmdir(tree.path("aside").c_str()), 0);
+    });
+    const auto result = posix::removeEntry(opened(tree), "item", calls);
+    EXPECT_TRUE(result) << result.error().code.message();
+}
+
+TEST(Removal, AnItemThatStaysAsideIsNotGone) {
+    const TempTree tree({folder("item", {textFile("a", "a")})});
+    const auto result = posix::removeEntry(opened(tree), "item", withAnotherThatMovesTheItemAside(tree));
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().code.value(), ESTALE);
+    EXPECT_TRUE(exists(tree.path("aside")));
+}
+
 TEST(Removal, RemovesAnEmptyFolderOnly) {
     const TempTree tree({folder("empty"), folder("full", {textFile("a", "a")}), textFile("file", "f"),
                          link("link", "empty")});

@@ -35,6 +35,8 @@ constexpr int mostListings = 64;
 /// Folders that have to be left for a worker that rests: it would be woken for each where every folder holds
 /// but one or two.
 constexpr std::size_t worthWaking = 4;
+/// How often an item that was moved aside is looked for again, 2 ms apart.
+constexpr int mostTriesAside = 100;
 
 std::optional<FileNumber> numberOf(int handle) {
     struct stat info{};
@@ -516,13 +518,15 @@ private:
         int failure = removeEmpty(level.around, listed);
         if (failure == EACCES && permitLevel(level.around))
             failure = removeEmpty(level.around, listed);
+        for (int tries = 1; isAside(level, failure) && tries < mostTriesAside; ++tries) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            failure = removeEmpty(level.around, listed);
+        }
         if ((failure == ENOTEMPTY || failure == EEXIST) && level.listings < mostListings) {
             ++level.listings;
             return ::lseek(level.folder.handle(), 0, SEEK_SET) < 0 ? failAt(worker, level, errno) : 0;
         }
-        const bool isElsewhere =
-            failure == ENOENT && level.around == nullptr && hasNameElsewhere(level.folder);
-        if (isElsewhere || failure == ENOTDIR)
+        if (isAside(level, failure) || failure == ENOTDIR)
             return failAt(worker, level, ESTALE);
         if (failure != 0 && failure != ENOENT)
             return failAt(worker, level, failure);
@@ -530,10 +534,12 @@ private:
         return 0;
     }
 
-    /// Whether a folder that is not where it was is anywhere else.
-    static bool hasNameElsewhere(const Directory& folder) {
+    /// Whether the item, which is not where it was, has another name: for a moment where another removal of it
+    /// has moved it aside, and else because somebody keeps it.
+    static bool isAside(const Level& level, int failure) {
         struct stat info{};
-        return ::fstat(folder.handle(), &info) == 0 && info.st_nlink > 0;
+        return failure == ENOENT && level.around == nullptr && ::fstat(level.folder.handle(), &info) == 0 &&
+               info.st_nlink > 0;
     }
 
     /// The contents of the folder, or what is left of them, live elsewhere.
