@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/posix/system.h"
 #include "platform/posix/tree_removal.h"
 #include "support/failing_allocation.h"
 #include "support/isolation.h"
@@ -311,6 +312,7 @@ TEST(RemovalTogether, AMountAmongManyFoldersIsNotEntered) {
 
 TEST(RemovalTogether, EveryAllocationMayFailAndTheRemovalEnds) {
     for (const auto which : {FailingAllocation::Which::one, FailingAllocation::Which::andAllAfter}) {
+        const auto handles = posix::openHandles();
         int ended = 0;
         for (std::int64_t number = 0;; number += 1 + number / 32) {
             const TempTree tree({folder("item", bushy(6))});
@@ -330,6 +332,7 @@ TEST(RemovalTogether, EveryAllocationMayFailAndTheRemovalEnds) {
                 break;
         }
         EXPECT_GT(ended, 10);
+        EXPECT_EQ(posix::openHandles(), handles);
     }
 }
 

@@ -214,10 +214,10 @@ int flushToDisk(int handle) {
 }
 
 std::optional<std::size_t> openHandles() {
+    NameReader reader;  // before the handle, which would stay open if there were no memory for it
     const int own = openFolder(AT_FDCWD, "/proc/self/fd");
     if (own < 0)
         return std::nullopt;
-    NameReader reader;
     std::size_t count = 0;
     while (reader.read(own) > 0) {
         while (reader.next() != nullptr)
