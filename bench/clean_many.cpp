@@ -1,11 +1,11 @@
-// Measures how fast a selection goes to the Trash and how long the window stands still meanwhile: real folders
-// with a file in each, cleaned by the application, with a list on the screen that they leave.
+// Measures how fast a selection goes to the Trash and how long the window stands still meanwhile: real
+// folders with a file in each, cleaned by the application, with a list on the screen that they leave.
 //
 //     ulvak_clean_many FOLDER [--findings M] [--clean N] [--permanent]
 //
-// In FOLDER, which must not be kept in memory and is made anew, a home with M such folders is made. They are
-// the findings, all of one level, in random order. N of them, chosen at random, are selected and cleaned. With
-// --permanent they are removed for good instead, one finding after the other.
+// FOLDER must not be there yet, and should not be kept in memory. It becomes a home with M findings in one
+// list, in random order; N of them, chosen at random, are on the disk, selected and cleaned. With --permanent
+// they are removed for good instead, one after the other.
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -36,8 +37,8 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr double longestTurn = 16;   // ms
-constexpr double leastRate = 500;    // findings a second
+constexpr double longestTurn = 16;  // ms
+constexpr double leastRate = 500;   // findings a second
 
 struct Options {
     fs::path folder;
@@ -53,27 +54,35 @@ std::vector<std::size_t> numbers(std::size_t count) {
     return all;
 }
 
-/// Folders as applications leave them: many share a name.
 std::vector<Finding> makeFindings(const Options& options) {
     std::vector<Finding> findings;
     for (const std::size_t number : shuffled(numbers(options.findings), 1)) {
         Finding finding = madeUp(number, options.folder.string());
         finding.original.level = SafetyLevel::safe;
         resetVerdict(finding);
-        fs::create_directories(finding.id);
-        std::ofstream(finding.id + "/veri") << "x";
         findings.push_back(std::move(finding));
     }
     return findings;
+}
+
+/// Those that are to go, as folders on the disk. All have one name, as those of applications often do.
+std::vector<std::string> makeChosen(const Options& options, const std::vector<Finding>& findings) {
+    std::vector<std::size_t> places = shuffled(numbers(findings.size()), 2);
+    places.resize(options.cleaned);
+    std::vector<std::string> chosen;
+    for (const std::size_t place : places) {
+        chosen.push_back(findings[place].id);
+        fs::create_directories(chosen.back());
+        std::ofstream(chosen.back() + "/veri") << "x";
+    }
+    return chosen;
 }
 
 #ifdef ULVAK_BENCH_WINDOW
 /// All that the window shows of it, but for drawing.
 class Shown {
 public:
-    explicit Shown(AppModel& app) : window_(app) {
-        window_.setSidebar(QStringLiteral("safe"));
-    }
+    explicit Shown(AppModel& app) : window_(app) { window_.setSidebar(QStringLiteral("safe")); }
     void select(std::set<std::string> ids) { window_.selection()->set(std::move(ids)); }
 
 private:
@@ -92,9 +101,8 @@ private:
 
 AppServices servicesOver(std::vector<Finding> findings) {
     AppServices services = AppServices::system();
-    services.scan = [findings = std::move(findings)](ScanProgress&, const std::stop_token&) {
-        return findings;
-    };
+    services.scan = [found = std::make_shared<std::vector<Finding>>(std::move(findings))](
+                        ScanProgress&, const std::stop_token&) { return *found; };
     services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "Kapalı."}; };
     return services;
 }
@@ -120,15 +128,12 @@ void runUntil(AppModel& app, void (AppModel::*told)(), const Begin& begin, const
 
 Figures measure(TimedApplication<QCoreApplication>& application, const Options& options) {
     std::vector<Finding> findings = makeFindings(options);
-    std::vector<std::string> chosen;
-    for (std::size_t place = 0; const std::size_t number : shuffled(numbers(findings.size()), 2)) {
-        if (place++ < options.cleaned)
-            chosen.push_back(findings[number].id);
-    }
+    const std::vector<std::string> chosen = makeChosen(options, findings);
     AppModel app(servicesOver(std::move(findings)), (options.folder / "verdicts.json").string());
     Shown shown(app);
-    runUntil(app, &AppModel::phaseChanged, [&] { app.scan(); },
-             [&] { return app.phase() == AppModel::Phase::done; });
+    runUntil(
+        app, &AppModel::phaseChanged, [&] { app.scan(); },
+        [&] { return app.phase() == AppModel::Phase::done; });
     const std::size_t before = app.findings().size();
     shown.select({chosen.begin(), chosen.end()});
     (void)application.takeLongest();
