@@ -139,9 +139,10 @@ Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap) {
         return remove(parent, name, item, kept);
     };
     services.moveToTrash = [start, move = services.moveToTrash](const auto& parent, const std::string& name,
-                                                                const auto& item, const std::string& path) {
+                                                                const auto& item, const std::string& path,
+                                                                auto* ahead) {
         start(name);
-        return move(parent, name, item, path);
+        return move(parent, name, item, path, ahead);
     };
     return services;
 }
