@@ -48,16 +48,32 @@ MutableFindings shared(std::vector<Finding> findings) {
     return result;
 }
 
-/// Nothing when memory runs out, in the scan or behind it.
-std::optional<MutableFindings> sharedResult(const decltype(AppServices::scan)& scan, ScanProgress& progress,
-                                            const std::stop_token& stop) {
+using Index = std::unordered_map<std::string_view, FindingPointer>;
+
+template <typename List>
+Index indexOf(const List& findings) {
+    Index index;
+    index.reserve(findings.size());
+    for (const auto& finding : findings)
+        index.try_emplace(finding->id, finding);
+    return index;
+}
+
+struct Walked {
+    std::optional<MutableFindings> findings;  ///< absent when memory ran out, in the scan or behind it
+    Index index;                              ///< of these; thousands of ids take their time
+};
+
+Walked walked(const decltype(AppServices::scan)& scan, ScanProgress& progress, const std::stop_token& stop) {
     try {
         auto findings = scan(progress, stop);
         if (!findings)
-            return std::nullopt;
-        return shared(std::move(*findings));
+            return {};
+        MutableFindings result = shared(std::move(*findings));
+        Index index = indexOf(result);
+        return {.findings = std::move(result), .index = std::move(index)};
     } catch (const std::bad_alloc&) {
-        return std::nullopt;
+        return {};
     }
 }
 
@@ -212,15 +228,6 @@ std::int64_t AppModel::sumOfAll(std::int64_t Sums::* field) const {
     return sum;
 }
 
-template <typename List>
-AppModel::Index AppModel::indexOf(const List& findings) {
-    Index index;
-    index.reserve(findings.size());
-    for (const auto& finding : findings)
-        index.try_emplace(finding->id, finding);
-    return index;
-}
-
 const AppModel::Index& AppModel::index() const {
     if (!index_)
         index_ = indexOf(findings_);
@@ -339,24 +346,17 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     connect(&poller, &QTimer::timeout, this, poll);
     poll();
 
-    struct Outcome {
-        std::optional<MutableFindings> findings;  ///< absent when memory ran out
-        std::chrono::duration<double> duration{};
-        Index index;  ///< of these; thousands of ids take their time
-    };
     auto walk = workers_->run([scan, run = services_.scan, stop = stop_.get_token()] {
-        Outcome outcome{.findings = sharedResult(run, scan->progress, stop)};
-        outcome.duration = Clock::now() - scan->start;
-        if (outcome.findings)
-            outcome.index = indexOf(*outcome.findings);
-        return outcome;
+        Walked outcome = walked(run, scan->progress, stop);
+        const std::chrono::duration<double> duration = Clock::now() - scan->start;
+        return std::pair(std::move(outcome), duration);
     });
-    Outcome outcome = co_await walk;
+    auto [outcome, duration] = co_await walk;
     if (isEnding_)
         co_return;
     poller.stop();
     if (scan->isCancelled) {
-        freeElsewhere(std::move(outcome.findings));
+        freeElsewhere(std::move(outcome));
         co_return;
     }
     if (!outcome.findings) {
@@ -367,13 +367,14 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     }
     const std::size_t count = outcome.findings->size();
     auto result = co_await withoutCleaned(scan, std::move(*outcome.findings));
+    if (!result || result->size() != count)
+        freeElsewhere(std::exchange(outcome.index, {}));
     if (!result)
         co_return;
 
-    const bool isWhole = result->size() == count;
-    replaceFindings(std::move(*result), isWhole ? std::optional(std::move(outcome.index)) : std::nullopt);
+    replaceFindings(std::move(*result), std::move(outcome.index));
     copyCounters(scan->progress);
-    assign(scanDuration_, outcome.duration.count(), &AppModel::scanDurationChanged);
+    assign(scanDuration_, duration.count(), &AppModel::scanDurationChanged);
     refreshDisk();
     assign(phase_, Phase::done, &AppModel::phaseChanged);
     // On its own: a model's server may take its time.
@@ -406,7 +407,7 @@ QCoro::Task<std::optional<AppModel::MutableFindings>> AppModel::withoutCleaned(s
     co_return std::nullopt;
 }
 
-void AppModel::replaceFindings(MutableFindings result, std::optional<Index> index) {
+void AppModel::replaceFindings(MutableFindings result, Index index) {
     Findings findings;
     findings.reserve(result.size());
     for (auto& finding : result) {
@@ -416,9 +417,10 @@ void AppModel::replaceFindings(MutableFindings result, std::optional<Index> inde
     findings_.swap(findings);
     removed_.clear();
     sums_.reset();
-    index_.swap(index);
+    auto before = std::exchange(
+        index_, findings_.empty() || !index.empty() ? std::optional(std::move(index)) : std::nullopt);
     emit findingsChanged();
-    freeElsewhere(std::pair(std::move(index), std::move(findings)));
+    freeElsewhere(std::pair(std::move(before), std::move(findings)));
 }
 
 void AppModel::cancelScan() {

@@ -258,8 +258,8 @@ private:
     void leave(const Finding& finding, std::string why);
     /// After `stopCleaning`, when nobody is cleaning any more.
     void tellWhatIsLeft();
-    /// With their index, where it is known.
-    void replaceFindings(MutableFindings result, std::optional<Index> index);
+    /// With their index, or an empty one where it is not known.
+    void replaceFindings(MutableFindings result, Index index);
     /// On a worker: thousands of records take their time.
     template <typename List>
     void freeElsewhere(List list);
@@ -276,8 +276,6 @@ private:
     [[nodiscard]] Sums sums(SafetyLevel level) const;
     [[nodiscard]] std::int64_t sumOfAll(std::int64_t Sums::* field) const;
 
-    template <typename List>
-    [[nodiscard]] static Index indexOf(const List& findings);
     [[nodiscard]] const Index& index() const;
     void removeFindings(const std::unordered_set<std::string_view>& ids);
 
