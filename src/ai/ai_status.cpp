@@ -30,7 +30,8 @@ AIStatus AIStatus::current(const platform::LanguageModel& model, std::stop_token
     if (!absence)
         return {};
     return {.unavailable = std::string(texts[static_cast<std::size_t>(absence->reason)]),
-            .hint = printable(absence->detail)};
+            .hint = printable(absence->detail),
+            .isSilent = absence->isSilent};
 }
 
 }  // namespace ulvak

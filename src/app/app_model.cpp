@@ -3,11 +3,15 @@
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
-#include <atomic>
+#include <deque>
+#include <expected>
 #include <iterator>
 #include <new>
+#include <ranges>
+#include <unordered_map>
 #include <utility>
 
+#include "app/cleaned_paths.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
 
@@ -17,14 +21,22 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 200ms;
+/// Findings that are cleaned before the results are applied, at most, and about how long that may take.
+constexpr std::size_t mostTogether = 64;
+constexpr auto moment = 400ms;
 constexpr std::string_view diskAccessSettings =
     "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
 
 using MutableFindings = std::vector<std::shared_ptr<Finding>>;
+using Clock = std::chrono::steady_clock;  // the system's may be set meanwhile
 
 /// Uncertain, but what the user calls unknown is the user's to call so.
 bool isForBatch(const Finding& finding) {
     return isUncertain(finding) && finding.source != VerdictSource::user;
+}
+
+bool goesToTrash(const Finding& finding, CleanMode mode) {
+    return mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding.action.value);
 }
 
 /// Each finding in a place of its own, so that the list can be handed on without copying what is in it.
@@ -36,16 +48,32 @@ MutableFindings shared(std::vector<Finding> findings) {
     return result;
 }
 
-/// Nothing when memory runs out, in the scan or behind it.
-std::optional<MutableFindings> sharedResult(const decltype(AppServices::scan)& scan, ScanProgress& progress,
-                                            const std::stop_token& stop) {
+using Index = std::unordered_map<std::string_view, FindingPointer>;
+
+template <typename List>
+Index indexOf(const List& findings) {
+    Index index;
+    index.reserve(findings.size());
+    for (const auto& finding : findings)
+        index.try_emplace(finding->id, finding);
+    return index;
+}
+
+struct Walked {
+    std::optional<MutableFindings> findings;  ///< absent when memory ran out, in the scan or behind it
+    Index index;                              ///< of these; thousands of ids take their time
+};
+
+Walked walked(const decltype(AppServices::scan)& scan, ScanProgress& progress, const std::stop_token& stop) {
     try {
         auto findings = scan(progress, stop);
         if (!findings)
-            return std::nullopt;
-        return shared(std::move(*findings));
+            return {};
+        MutableFindings result = shared(std::move(*findings));
+        Index index = indexOf(result);
+        return {.findings = std::move(result), .index = std::move(index)};
     } catch (const std::bad_alloc&) {
-        return std::nullopt;
+        return {};
     }
 }
 
@@ -53,15 +81,64 @@ std::optional<MutableFindings> sharedResult(const decltype(AppServices::scan)& s
 
 /// One scan from its start to its end, cancelled or not.
 struct AppModel::Scan {
-    using Clock = std::chrono::steady_clock;  // the system's may be set meanwhile
-
     ScanProgress progress;
     Clock::time_point start = Clock::now();
     bool isCancelled = false;
+    CleanedPaths cleaned;  ///< while it ran
+};
+
+/// How it ended to ask the model about a finding.
+struct AppModel::Asked {
+    enum class End : std::uint8_t { passedOver, noModel, answered, failed };
+    End end = End::passedOver;
+    std::string why;        ///< it failed
+    bool isSilent = false;  ///< the model had not said in time whether it is there
 };
 
 struct AppModel::Batch {
     bool isCancelled = false;
+    bool isModelGone = false;
+    std::int64_t answered = 0;
+    std::int64_t failed = 0;
+    std::int64_t left = 0;                                      ///< when the model was gone
+    std::vector<std::pair<std::string, std::int64_t>> reasons;  ///< each with how many failed for it
+
+    /// `leftBefore` were still to be asked about, this one among them.
+    void add(const Asked& asked, std::int64_t leftBefore) {
+        if (asked.end == Asked::End::answered)
+            ++answered;
+        if (asked.end == Asked::End::failed)
+            addFailure(asked.why);
+        // Neither the question nor the request was answered: nor will the next be.
+        isModelGone = asked.end == Asked::End::noModel || (asked.end == Asked::End::failed && asked.isSilent);
+        if (isModelGone)
+            left = leftBefore - (asked.end == Asked::End::failed ? 1 : 0);
+    }
+
+private:
+    void addFailure(const std::string& why) {
+        ++failed;
+        const auto known = std::ranges::find(reasons, why, &std::pair<std::string, std::int64_t>::first);
+        if (known == reasons.end())
+            reasons.emplace_back(why, 1);
+        else
+            ++known->second;
+    }
+};
+
+struct AppModel::CleanResult {
+    std::expected<std::int64_t, CleanFailure> freed;
+    std::size_t done = 0;  ///< items, also when it failed later
+    std::vector<platform::TrashedItem> trashed;
+};
+
+/// A finding that is to go.
+struct AppModel::Cleaning {
+    FindingPointer finding;
+    std::vector<std::string> running = {};   ///< applications that use its files
+    std::optional<CleanResult> result = {};  ///< absent when it was not begun
+
+    [[nodiscard]] bool isWaiting() const { return running.empty() && !result; }
 };
 
 AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* parent)
@@ -125,37 +202,55 @@ Findings AppModel::findings(SafetyLevel level) const {
     return result;
 }
 
-std::int64_t AppModel::total(SafetyLevel level) const {
+void AppModel::Sums::add(const Finding& finding, std::int64_t sign) {
+    addChecked(bytes, sign * finding.size);
+    count += sign;
+    guesses += finding.source == VerdictSource::heuristic ? sign : 0;
+    uncertain += isUncertain(finding) ? sign : 0;
+    forBatch += isForBatch(finding) ? sign : 0;
+}
+
+AppModel::Sums AppModel::sums(SafetyLevel level) const {
     expectUiThread();
-    std::int64_t sum = 0;
-    for (const FindingPointer& finding : findings_) {
-        if (finding->level == level)
-            addChecked(sum, finding->size);
+    if (!sums_) {
+        sums_.emplace();
+        for (const FindingPointer& finding : findings_)
+            (*sums_)[finding->level].add(*finding, 1);
     }
+    const auto sum = sums_->find(level);
+    return sum == sums_->end() ? Sums() : sum->second;
+}
+
+std::int64_t AppModel::sumOfAll(std::int64_t Sums::* field) const {
+    std::int64_t sum = 0;
+    for (const SafetyLevel level : allSafetyLevels)
+        sum += sums(level).*field;
     return sum;
+}
+
+const AppModel::Index& AppModel::index() const {
+    if (!index_)
+        index_ = indexOf(findings_);
+    return *index_;
+}
+
+Findings::const_iterator AppModel::find(std::string_view id) const {
+    const auto known = index().find(id);
+    return known == index().end() ? findings_.end() : std::ranges::find(findings_, known->second);
 }
 
 FindingPointer AppModel::finding(std::string_view id) const {
     expectUiThread();
-    const auto found =
-        std::ranges::find_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; });
-    return found == findings_.end() ? nullptr : *found;
-}
-
-Findings::iterator AppModel::find(std::string_view id) {
-    return std::ranges::find_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; });
+    const auto known = index().find(id);
+    return known == index().end() ? nullptr : known->second;
 }
 
 std::int64_t AppModel::uncertainCount() const {
-    expectUiThread();
-    return std::ranges::count_if(findings_,
-                                 [](const FindingPointer& finding) { return isUncertain(*finding); });
+    return sumOfAll(&Sums::uncertain);
 }
 
 std::int64_t AppModel::batchCount() const {
-    expectUiThread();
-    return std::ranges::count_if(findings_,
-                                 [](const FindingPointer& finding) { return isForBatch(*finding); });
+    return sumOfAll(&Sums::forBatch);
 }
 
 void AppModel::showAlert(std::string title, std::string message) {
@@ -168,19 +263,45 @@ void AppModel::dismissAlert() {
     assign(alert_, std::nullopt, &AppModel::alertChanged);
 }
 
-QCoro::Task<> AppModel::refreshStatus() {
+QCoro::Task<bool> AppModel::refreshStatus() {
+    const std::uint64_t question = ++statusQuestions_;
     auto call = workers_->run([ask = services_.aiStatus, stop = stop_.get_token()] { return ask(stop); });
     AIStatus status = co_await call;
+    const bool isAnswered = !status.isSilent;
     if (!isEnding_)
-        setStatus(std::move(status));
+        learnStatus(question, std::move(status));
+    co_return isAnswered;
+}
+
+void AppModel::learnStatus(std::uint64_t question, AIStatus status) {
+    if (question < statusKnown_)
+        return;  // what was asked later is known already
+    if (status.isSilent) {
+        if (aiStatus_.isAvailable())
+            return;
+        askStatusAgainLater();
+    } else {
+        statusKnown_ = question;
+    }
+    setStatus(std::move(status));
+}
+
+void AppModel::askStatusAgainLater() {
+    if (std::exchange(willAskStatus_, true))
+        return;
+    QTimer::singleShot(services_.statusPause, this, [this] {
+        willAskStatus_ = false;
+        if (!isEnding_ && aiStatus_.isSilent)
+            refreshStatus();
+    });
 }
 
 void AppModel::setStatus(AIStatus status) {
     // Two statuses are equal whatever the user can do about them; that is shown too.
-    if (aiStatus_ == status && aiStatus_.hint == status.hint)
-        return;
+    const bool isShown = aiStatus_ == status && aiStatus_.hint == status.hint;
     aiStatus_ = std::move(status);
-    emit aiStatusChanged();
+    if (!isShown)
+        emit aiStatusChanged();
 }
 
 void AppModel::scan() {
@@ -221,25 +342,17 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     connect(&poller, &QTimer::timeout, this, poll);
     poll();  // at once: the counters begin anew
 
-    // What the result is shown with is asked for on the worker too: a model's server may take its time.
-    struct Outcome {
-        std::optional<MutableFindings> findings;  ///< absent when memory ran out
-        std::chrono::duration<double> duration{};
-        AIStatus status;
-    };
-    auto walk =
-        workers_->run([scan, run = services_.scan, ask = services_.aiStatus, stop = stop_.get_token()] {
-            Outcome outcome{.findings = sharedResult(run, scan->progress, stop)};
-            outcome.duration = Scan::Clock::now() - scan->start;
-            outcome.status = ask(stop);
-            return outcome;
-        });
-    Outcome outcome = co_await walk;
+    auto walk = workers_->run([scan, run = services_.scan, stop = stop_.get_token()] {
+        Walked outcome = walked(run, scan->progress, stop);
+        const std::chrono::duration<double> duration = Clock::now() - scan->start;
+        return std::pair(std::move(outcome), duration);
+    });
+    auto [outcome, duration] = co_await walk;
     if (isEnding_)
         co_return;
     poller.stop();
     if (scan->isCancelled) {
-        freeElsewhere(std::move(outcome.findings));
+        freeElsewhere(std::move(outcome));
         co_return;
     }
     if (!outcome.findings) {
@@ -248,16 +361,49 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
                   "Bellek yetmedi. Açık uygulamalardan bazılarını kapatıp yeniden dene.");
         co_return;
     }
+    const std::size_t count = outcome.findings->size();
+    auto result = co_await withoutCleaned(scan, std::move(*outcome.findings));
+    if (!result || result->size() != count)
+        freeElsewhere(std::exchange(outcome.index, {}));
+    if (!result)
+        co_return;
 
-    replaceFindings(std::move(*outcome.findings));
+    replaceFindings(std::move(*result), std::move(outcome.index));
     copyCounters(scan->progress);
-    assign(scanDuration_, outcome.duration.count(), &AppModel::scanDurationChanged);
+    assign(scanDuration_, duration.count(), &AppModel::scanDurationChanged);
     refreshDisk();
-    setStatus(std::move(outcome.status));
     assign(phase_, Phase::done, &AppModel::phaseChanged);
+    // On its own: a model's server may take its time.
+    refreshStatus();
 }
 
-void AppModel::replaceFindings(std::vector<std::shared_ptr<Finding>> result) {
+QCoro::Task<std::optional<AppModel::MutableFindings>> AppModel::withoutCleaned(std::shared_ptr<Scan> scan,
+                                                                               MutableFindings found) {
+    CleanedPaths::Rest rest{.findings = std::move(found)};
+    std::size_t considered = 0;
+    // Nothing to await where nothing was cleaned. While the disk is looked at, more may be.
+    while (rest.isKnown && considered < scan->cleaned.size()) {
+        considered = scan->cleaned.size();
+        auto look = workers_->run([cleaned = scan->cleaned, findings = std::move(rest.findings)]() mutable {
+            return cleaned.rest(std::move(findings));
+        });
+        rest = co_await look;
+        if (isEnding_)
+            co_return std::nullopt;
+        if (scan->isCancelled) {
+            freeElsewhere(std::move(rest.findings));
+            co_return std::nullopt;
+        }
+    }
+    if (rest.isKnown)
+        co_return std::move(rest.findings);
+    freeElsewhere(std::move(rest.findings));
+    scan_ = std::make_shared<Scan>();
+    runScan(scan_);
+    co_return std::nullopt;
+}
+
+void AppModel::replaceFindings(MutableFindings result, Index index) {
     Findings findings;
     findings.reserve(result.size());
     for (auto& finding : result) {
@@ -265,8 +411,12 @@ void AppModel::replaceFindings(std::vector<std::shared_ptr<Finding>> result) {
         findings.push_back(std::move(finding));
     }
     findings_.swap(findings);
+    removed_.clear();
+    sums_.reset();
+    auto before = std::exchange(
+        index_, findings_.empty() || !index.empty() ? std::optional(std::move(index)) : std::nullopt);
     emit findingsChanged();
-    freeElsewhere(std::move(findings));
+    freeElsewhere(std::pair(std::move(before), std::move(findings)));
 }
 
 void AppModel::cancelScan() {
@@ -289,10 +439,20 @@ auto AppModel::oneAtATime(Function function) {
 }
 
 template <typename Change>
-FindingPointer AppModel::change(FindingPointer& place, Change change) {
-    const auto changed = std::make_shared<Finding>(*place);
+FindingPointer AppModel::change(Findings::const_iterator place, Change change) {
+    const auto changed = std::make_shared<Finding>(**place);
     change(*changed);
-    place = changed;
+    const FindingPointer before =
+        std::exchange(findings_[static_cast<std::size_t>(place - findings_.begin())], changed);
+    if (sums_) {
+        (*sums_)[before->level].add(*before, -1);
+        (*sums_)[changed->level].add(*changed, 1);
+    }
+    if (const auto known = index().find(before->id); known->second == before) {
+        index_->erase(known);
+        index_->emplace(changed->id, changed);
+    }
+    removed_.clear();
     emit findingsChanged();
     return changed;
 }
@@ -302,7 +462,7 @@ void AppModel::setLevel(SafetyLevel level, std::string_view id) {
     const auto place = find(id);
     if (place == findings_.end())
         return;
-    const FindingPointer finding = change(*place, [&](Finding& changed) { relabel(changed, level); });
+    const FindingPointer finding = change(place, [&](Finding& changed) { relabel(changed, level); });
     store_.save(currentVerdict(*finding), *finding);
 }
 
@@ -311,7 +471,7 @@ void AppModel::resetVerdict(std::string_view id) {
     const auto place = find(id);
     if (place == findings_.end())
         return;
-    const FindingPointer finding = change(*place, [](Finding& changed) { ulvak::resetVerdict(changed); });
+    const FindingPointer finding = change(place, [](Finding& changed) { ulvak::resetVerdict(changed); });
     store_.remove(finding->id);
 }
 
@@ -322,33 +482,60 @@ FindingPointer AppModel::withVerdict(std::string_view id, const Verdict& verdict
 
 QCoro::Task<> AppModel::analyze(std::string id, std::string note) {
     expectUiThread();
+    const Asked asked = co_await ask(std::move(id), std::move(note));
+    if (!isEnding_ && asked.end == Asked::End::failed)
+        showAlert("Analiz başarısız", asked.why);
+}
+
+QCoro::Task<AppModel::Asked> AppModel::ask(std::string id, std::string note) {
     const FindingPointer chosen = finding(id);
-    co_await refreshStatus();
-    if (isEnding_ || !aiStatus_.isAvailable())
-        co_return;
-    // Whoever has judged it meanwhile, the user or a scan, is not asked again.
-    const FindingPointer asked = chosen ? withVerdict(id, currentVerdict(*chosen)) : nullptr;
-    if (!asked || analyzing_.contains(id))
-        co_return;
+    if (!chosen || analyzing_.contains(id)) {
+        co_await refreshStatus();
+        co_return Asked();
+    }
     analyzing_.insert(id);
     emit analyzingChanged();
+    Asked asked = co_await askAbout(chosen, std::move(note));
+    if (isEnding_)
+        co_return asked;
+    analyzing_.erase(id);
+    emit analyzingChanged();
+    co_return asked;
+}
 
+QCoro::Task<AppModel::Asked> AppModel::askAbout(FindingPointer chosen, std::string note) {
+    Asked asked;
+    asked.isSilent = !co_await refreshStatus();
+    if (isEnding_)
+        co_return asked;
+    if (!aiStatus_.isAvailable()) {
+        asked.end = Asked::End::noModel;
+        co_return asked;
+    }
+    // Whoever has judged it meanwhile, the user or a scan, is not asked again.
+    const FindingPointer now = withVerdict(chosen->id, currentVerdict(*chosen));
+    if (!now)
+        co_return asked;
     auto request =
-        workers_->run([asked, note = std::move(note), services = services_, stop = stop_.get_token()] {
-            return services.classify(*asked, note, services.runningApplications(), stop);
+        workers_->run([now, note = std::move(note), services = services_, stop = stop_.get_token()] {
+            return services.classify(*now, note, services.runningApplications(), stop);
         });
     const AIClassifier::Result answer = co_await request;
     if (isEnding_)
-        co_return;
+        co_return asked;
     if (!answer) {
-        showAlert("Analiz başarısız", answer.error().description());
-    } else if (withVerdict(id, currentVerdict(*asked))) {
+        asked.end = Asked::End::failed;
+        asked.why = answer.error().description();
+        co_return asked;
+    }
+    asked.end = Asked::End::answered;
+    learnStatus(++statusQuestions_, AIStatus());
+    if (withVerdict(now->id, currentVerdict(*now))) {
         const FindingPointer judged =
-            change(*find(id), [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
+            change(find(now->id), [&](Finding& changed) { setCurrentVerdict(changed, *answer); });
         store_.save(*answer, *judged);
     }
-    analyzing_.erase(id);
-    emit analyzingChanged();
+    co_return asked;
 }
 
 void AppModel::analyzeAllUncertain() {
@@ -371,20 +558,49 @@ void AppModel::analyzeAllUncertain() {
 QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids) {
     BatchProgress progress{.total = std::ssize(ids)};
     for (const std::string& id : ids) {
-        if (batch->isCancelled)
+        if (batch->isCancelled || batch->isModelGone)
             break;
         // Its turn comes late: the user may have labelled it by then, or a scan have told what it is.
+        Asked asked;
         if (const FindingPointer next = finding(id); next && isForBatch(*next))
-            co_await analyze(id, {});
+            asked = co_await ask(id, {});
         if (isEnding_)
             co_return;
-        ++progress.done;
+        batch->add(asked, progress.total - progress.done);
+        if (asked.end != Asked::End::noModel)
+            ++progress.done;
         // A batch that was given up has no say in what is shown: another may have begun.
         if (!batch->isCancelled)
             assign(batchProgress_, progress, &AppModel::batchProgressChanged);
     }
     if (!batch->isCancelled)
         assign(batchProgress_, std::nullopt, &AppModel::batchProgressChanged);
+    if (batch_ == batch)
+        tellBatch(*batch);
+}
+
+void AppModel::tellBatch(const Batch& batch) {
+    constexpr std::size_t mostNamed = 5;
+    const std::int64_t asked = batch.answered + batch.failed;
+    // A model that was not there from the start shows in its status.
+    if (batch.failed == 0 && (!batch.isModelGone || asked == 0))
+        return;
+    std::string message = "Sorulan " + std::to_string(asked) + " klasörden " +
+                          (batch.failed == 0 ? "hepsi" : std::to_string(batch.failed) + " tanesi") +
+                          (batch.failed == 0 ? " analiz edildi." : " analiz edilemedi:");
+    for (const auto& [why, count] : std::span(batch.reasons).first(std::min(batch.reasons.size(), mostNamed)))
+        message += "\n• " + why + (count > 1 ? " (" + std::to_string(count) + " klasör)" : "");
+    if (batch.reasons.size() > mostNamed)
+        message += "\n• ve " + std::to_string(batch.reasons.size() - mostNamed) + " neden daha";
+    if (batch.isModelGone) {
+        message += "\nModel artık yanıt vermiyor";
+        if (batch.left > 0)
+            message += "; kalan " + std::to_string(batch.left) + " klasör sorulmadı";
+        message += ".";
+        if (!aiStatus_.hint.empty())
+            message += " " + aiStatus_.hint;
+    }
+    showAlert("Analiz tamamlanamadı", std::move(message));
 }
 
 void AppModel::cancelBatch() {
@@ -410,25 +626,57 @@ QCoro::Task<> AppModel::clean(std::vector<std::string> ids, CleanMode mode) {
 }
 
 QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode) {
-    for (const std::string& id : ids) {
-        const FindingPointer found = co_await readyToClean(id);
+    std::deque<std::string> waiting(ids.begin(), ids.end());
+    std::size_t together = 1;
+    while (!waiting.empty()) {
+        const bool isStopped = cleanStop_.stop_requested();
+        const auto end = waiting.begin() + std::ssize(waiting);
+        const auto next = isStopped || together > waiting.size()
+                              ? end
+                              : waiting.begin() + static_cast<std::ptrdiff_t>(together);
+        std::vector<std::string> chosen(std::move_iterator(waiting.begin()), std::move_iterator(next));
+        waiting.erase(waiting.begin(), next);
+        std::vector<Cleaning> turns = co_await readyToClean(std::move(chosen));
         if (isEnding_)
             co_return;
         // Another click may have come first while the applications were looked at.
-        if (!found || cleaning_.contains(id))
-            continue;
-        if (cleanStop_.stop_requested()) {
-            leave(*found, "");
+        std::erase_if(turns, [&](const Cleaning& turn) { return cleaning_.contains(turn.finding->id); });
+        if (turns.empty()) {
+            together *= 2;
             continue;
         }
-        cleaning_.insert(id);
-        emit cleaningChanged();
-        co_await cleanOne(found, mode);
+        const auto start = Clock::now();
+        markCleaning(turns, true);
+        co_await cleanTogether(turns, mode);
         if (isEnding_)
             co_return;
-        cleaning_.erase(id);
-        emit cleaningChanged();
+        applyCleaned(turns, mode);
+        markCleaning(turns, false);
+        for (Cleaning& turn : std::views::reverse(turns)) {
+            if (turn.isWaiting() && !cleanStop_.stop_requested())
+                waiting.push_front(turn.finding->id);
+        }
+        const auto taken = Clock::now() - start;
+        if (mode == CleanMode::permanent || taken > moment)
+            together = std::max(together / 2, 1UZ);
+        else if (taken < moment / 2)
+            together = std::min(together * 2, mostTogether);
     }
+}
+
+void AppModel::markCleaning(const std::vector<Cleaning>& turns, bool isCleaning) {
+    bool isChanged = false;
+    for (const Cleaning& turn : turns) {
+        if (!turn.running.empty())
+            continue;
+        isChanged = true;
+        if (isCleaning)
+            cleaning_.insert(turn.finding->id);
+        else
+            cleaning_.erase(turn.finding->id);
+    }
+    if (isChanged)
+        emit cleaningChanged();
 }
 
 void AppModel::stopCleaning() {
@@ -457,65 +705,157 @@ void AppModel::tellWhatIsLeft() {
     showAlert("Temizlik durduruldu", std::move(message));
 }
 
-QCoro::Task<FindingPointer> AppModel::readyToClean(std::string id) {
-    FindingPointer found = finding(id);
-    while (found && canBeCleaned(*found) && !found->quitApps.empty()) {
-        auto look = workers_->run(
-            [found, runningApps = services_.runningApps] { return runningApps(found->quitApps); });
-        const std::vector<std::string> running = co_await look;
-        if (isEnding_)
-            co_return FindingPointer();
-        FindingPointer now = finding(id);
-        if (now && !running.empty()) {
-            const std::string why = errorDescription(CleanError{CleanError::AppsRunning{.names = running}}) +
-                                    ". Açıkken dosyaları kullanmaya devam edebilirler.";
-            leave(*now, why);
-            showAlert(now->title + " temizlenemedi", why);
-            co_return FindingPointer();
+std::vector<AppModel::Cleaning> AppModel::cleanable(std::span<const std::string> ids) const {
+    std::vector<Cleaning> turns;
+    std::unordered_set<std::string_view> taken;
+    for (const std::string& id : ids) {
+        if (!taken.insert(id).second)
+            continue;
+        if (FindingPointer finding = this->finding(id); finding && canBeCleaned(*finding))
+            turns.push_back({.finding = std::move(finding)});
+    }
+    return turns;
+}
+
+QCoro::Task<std::vector<AppModel::Cleaning>> AppModel::readyToClean(std::vector<std::string> ids) {
+    std::set<std::string> asked;
+    std::set<std::string> running;
+    std::vector<Cleaning> turns = cleanable(ids);
+    while (!cleanStop_.stop_requested()) {
+        std::vector<std::string> names;
+        for (const Cleaning& turn : turns) {
+            std::ranges::copy_if(turn.finding->quitApps, std::back_inserter(names),
+                                 [&](const std::string& name) { return asked.insert(name).second; });
         }
-        // A scan that has ended meanwhile may name other applications.
-        const bool isAnswered = now && now->quitApps == found->quitApps;
-        found = std::move(now);
-        if (isAnswered)
+        if (names.empty())
             break;
+        auto look =
+            workers_->run([names, runningApps = services_.runningApps] { return runningApps(names); });
+        const std::vector<std::string> answer = co_await look;
+        if (isEnding_)
+            co_return std::vector<Cleaning>();
+        running.insert(answer.begin(), answer.end());
+        // A scan that has ended meanwhile may name other applications.
+        turns = cleanable(ids);
     }
-    co_return found&& canBeCleaned(*found) ? found : nullptr;
+    for (Cleaning& turn : turns) {
+        std::ranges::copy_if(turn.finding->quitApps, std::back_inserter(turn.running),
+                             [&](const std::string& name) { return running.contains(name); });
+    }
+    co_return turns;
 }
 
-QCoro::Task<> AppModel::cleanOne(FindingPointer finding, CleanMode mode) {
-    const auto run = std::make_shared<CleanRun>(CleanRun{.stop = cleanStop_.get_token()});
-    const auto isBegun = std::make_shared<std::atomic<bool>>(false);
-    auto work = oneAtATime([finding, mode, run, isBegun, clean = services_.clean] {
-        *isBegun = true;
-        return clean(*finding, mode, *run);
+QCoro::Task<> AppModel::cleanTogether(std::vector<Cleaning>& turns, CleanMode mode) {
+    Findings findings;
+    for (const Cleaning& turn : turns) {
+        if (turn.running.empty())
+            findings.push_back(turn.finding);
+    }
+    if (findings.empty())
+        co_return;
+    using Results = std::expected<std::vector<CleanResult>, CleanFailure>;
+    auto work = oneAtATime([findings, mode, clean = services_.clean, prepare = services_.prepareClean,
+                            stop = cleanStop_.get_token()]() -> Results {
+        const auto start = Clock::now();
+        const auto ahead = prepare(findings, mode);
+        std::vector<CleanResult> results;
+        for (const FindingPointer& finding : findings) {
+            if (!results.empty() && (stop.stop_requested() || Clock::now() - start > moment))
+                break;
+            CleanRun run{.stop = stop, .ahead = ahead.get()};
+            auto freed = clean(*finding, mode, run);
+            results.push_back(
+                {.freed = std::move(freed), .done = run.done, .trashed = std::move(run.trashed)});
+        }
+        return results;
     });
-    const std::expected<std::int64_t, CleanFailure> freed = co_await work;
-    if (isEnding_)
+    Results results = co_await work;
+    if (isEnding_ || !results)
         co_return;
-    for (auto* list : {&trashed_, &unrecordedTrash_})
-        list->insert(list->end(), run->trashed.begin(), run->trashed.end());
-    if (!freed) {
-        const std::string why = *isBegun ? errorDescription(freed.error()) : "";
-        leave(*finding, why);
-        if (!cleanStop_.stop_requested())
-            showAlert(finding->title + " temizlenemedi", why);
-        co_return;
+    for (auto turn = turns.begin(); CleanResult & result : *results) {
+        turn = std::ranges::find_if(turn, turns.end(), &Cleaning::isWaiting);
+        turn->result = std::move(result);
     }
-    ++cleanedFindings_;
-    removeFindings(finding->id);
-    const bool isInTrash =
-        mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding->action.value);
-    std::int64_t sum = isInTrash ? trashedBytes_ : freedBytes_;
-    addChecked(sum, *freed);
-    if (isInTrash)
-        assign(trashedBytes_, sum, &AppModel::trashedBytesChanged);
-    else
-        assign(freedBytes_, sum, &AppModel::freedBytesChanged);
 }
 
-void AppModel::removeFindings(std::string_view id) {
-    if (std::erase_if(findings_, [&](const FindingPointer& finding) { return finding->id == id; }) > 0)
-        emit findingsChanged();
+void AppModel::applyCleaned(std::vector<Cleaning>& turns, CleanMode mode) {
+    std::unordered_set<std::string_view> gone;
+    std::int64_t trashed = trashedBytes_;
+    std::int64_t freed = freedBytes_;
+    for (const Cleaning& turn : turns) {
+        if (!turn.result)
+            continue;
+        for (auto* list : {&trashed_, &unrecordedTrash_})
+            list->insert(list->end(), turn.result->trashed.begin(), turn.result->trashed.end());
+        noteCleaned(turn, mode);
+        if (!turn.result->freed)
+            continue;
+        gone.insert(turn.finding->id);
+        addChecked(goesToTrash(*turn.finding, mode) ? trashed : freed, *turn.result->freed);
+    }
+    cleanedFindings_ += std::ssize(gone);
+    removeFindings(gone);
+    assign(trashedBytes_, trashed, &AppModel::trashedBytesChanged);
+    assign(freedBytes_, freed, &AppModel::freedBytesChanged);
+    for (const Cleaning& turn : turns)
+        applyFailed(turn);
+}
+
+void AppModel::applyFailed(const Cleaning& turn) {
+    const std::string title = turn.finding->title + " temizlenemedi";
+    if (!turn.running.empty()) {
+        const std::string why = errorDescription(CleanError{CleanError::AppsRunning{.names = turn.running}}) +
+                                ". Açıkken dosyaları kullanmaya devam edebilirler.";
+        leave(*turn.finding, why);
+        showAlert(title, why);
+    } else if (turn.result && !turn.result->freed) {
+        const std::string why = errorDescription(turn.result->freed.error());
+        leave(*turn.finding, why);
+        if (!cleanStop_.stop_requested())
+            showAlert(title, why);
+    } else if (turn.isWaiting() && cleanStop_.stop_requested()) {
+        leave(*turn.finding, "");
+    }
+}
+
+void AppModel::noteCleaned(const Cleaning& turn, CleanMode mode) {
+    if (phase_ != Phase::scanning)
+        return;
+    const std::vector<std::string>& urls = turn.finding->urls;
+    const std::size_t gone = turn.result->freed ? urls.size() : turn.result->done;
+    for (std::size_t index = 0; index < std::min(gone, urls.size()); ++index)
+        scan_->cleaned.addGone(urls[index]);
+    // What cannot be removed for good may have lost a part of what is in it.
+    if (gone < urls.size() && !goesToTrash(*turn.finding, mode))
+        scan_->cleaned.addTouched(urls[gone]);
+}
+
+void AppModel::removeFindings(const std::unordered_set<std::string_view>& ids) {
+    // Two with one id are one item, and go together. A look at each id is far more than one at a pointer.
+    const bool hasTwins = index().size() < findings_.size();
+    std::unordered_set<const Finding*> gone;
+    for (const std::string_view id : ids) {
+        if (const auto known = index().find(id); known != index().end())
+            gone.insert(known->second.get());
+    }
+    if (gone.empty())
+        return;
+    const auto goes = [&](const FindingPointer& finding) {
+        return hasTwins ? ids.contains(finding->id) : gone.contains(finding.get());
+    };
+    removed_.clear();
+    Findings left;
+    left.reserve(findings_.size());
+    for (FindingPointer& finding : findings_)
+        (goes(finding) ? removed_ : left).push_back(std::move(finding));
+    findings_ = std::move(left);
+    for (const FindingPointer& finding : removed_) {
+        if (sums_)
+            (*sums_)[finding->level].add(*finding, -1);
+        index_->erase(finding->id);
+    }
+    emit findingsChanged();
+    removed_.clear();
 }
 
 void AppModel::recordTrashed() {
@@ -597,13 +937,15 @@ QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashCon
             rest.failure = std::move(emptied.failure);
         emptied = std::move(rest);
     }
+    if (phase_ == Phase::scanning)
+        scan_->cleaned.addTouched(Paths::trash());
     std::int64_t sum = freedBytes_;
     addChecked(sum, emptied.bytes);
     assign(freedBytes_, sum, &AppModel::freedBytesChanged);
     if (emptied.isDone() && emptied.itemsNew == 0) {
         trashed_.clear();
         assign(trashedBytes_, 0, &AppModel::trashedBytesChanged);
-        removeFindings(Paths::trash());
+        removeFindings({Paths::trash()});
     } else {
         co_await countTrashed();
         if (isEnding_)

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -14,6 +15,8 @@
 #include <stop_token>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <qcoro/qcorotask.h>
@@ -83,7 +86,8 @@ public:
     /// In the order in which the scan returned them, largest first.
     [[nodiscard]] const Findings& findings() const { return findings_; }
     [[nodiscard]] const std::optional<DiskInfo>& disk() const { return disk_; }
-    /// Not available, without a reason, until the first answer is there.
+    /// Not available, without a reason, until the first answer is there. A model that was available stays so
+    /// while it does not answer in time.
     [[nodiscard]] const AIStatus& aiStatus() const { return aiStatus_; }
     [[nodiscard]] std::int64_t scannedFiles() const { return scannedFiles_; }
     [[nodiscard]] std::int64_t scannedBytes() const { return scannedBytes_; }
@@ -105,10 +109,17 @@ public:
     /// Whether `openFullDiskAccessSettings` leads anywhere on this system.
     [[nodiscard]] bool hasPrivacySettings() const { return services_.hasPrivacySettings; }
 
+    /// While `findingsChanged` is told: those that have gone, if nothing else has changed; empty otherwise.
+    /// Where thousands go bit by bit, nobody need look through all that stay.
+    [[nodiscard]] const Findings& removed() const { return removed_; }
+
     /// Those of a level, in the order of `findings`.
     [[nodiscard]] Findings findings(SafetyLevel level) const;
     /// Bytes of those together.
-    [[nodiscard]] std::int64_t total(SafetyLevel level) const;
+    [[nodiscard]] std::int64_t total(SafetyLevel level) const { return sums(level).bytes; }
+    [[nodiscard]] std::int64_t count(SafetyLevel level) const { return sums(level).count; }
+    /// Whether any of those was guessed from a name.
+    [[nodiscard]] bool hasGuesses(SafetyLevel level) const { return sums(level).guesses > 0; }
     /// The first with exactly this id; null when there is none.
     [[nodiscard]] FindingPointer finding(std::string_view id) const;
     /// How many are uncertain, those that the user calls unknown among them.
@@ -124,17 +135,19 @@ public:
     void setLevel(SafetyLevel level, std::string_view id);
     void resetVerdict(std::string_view id);
 
-    /// Asks the model about one finding. `note` is what the user knows about it, or empty. The answer counts
-    /// only if the finding's verdict is then still the one that it had when this was called.
+    /// Asks the model about one finding, which is in `analyzing` from here to the end. `note` is what the
+    /// user knows about it, or empty. The answer counts only if the finding's verdict is then still the one
+    /// that it had when this was called.
     QCoro::Task<> analyze(std::string id, std::string note);
-    /// Asks about every uncertain finding that the user has not labelled, one after the other. Takes the
-    /// place of a batch that runs; what that one has still to say about its progress is not heard.
+    /// Asks about every uncertain finding that the user has not labelled, one after the other, and ends when
+    /// the model is gone. Failures are told once, at the end. Takes the place of a batch that runs; what that
+    /// one has still to say is not heard.
     void analyzeAllUncertain();
     /// Ends that after the finding that is being asked about.
     void cancelBatch();
 
-    /// Cleans one after the other; what is being cleaned already is passed over. Asks nothing: whoever calls
-    /// has asked the user.
+    /// Cleans one after the other, and applies the results of as many together as go in a moment; what is
+    /// being cleaned already is passed over. Asks nothing: whoever calls has asked the user.
     QCoro::Task<> clean(std::vector<std::string> ids, CleanMode mode);
 
     /// Whether a `clean` is under way: something is being cleaned, or is about to be.
@@ -186,8 +199,13 @@ signals:
     void trashQuestionChanged();
 
 private:
+    using MutableFindings = std::vector<std::shared_ptr<Finding>>;
+    using Index = std::unordered_map<std::string_view, FindingPointer>;  ///< the first with each id
     struct Scan;
     struct Batch;
+    struct Asked;
+    struct Cleaning;
+    struct CleanResult;
 
     template <typename Value>
     void assign(Value& field, std::type_identity_t<Value> value, void (AppModel::*changed)()) {
@@ -201,19 +219,35 @@ private:
     void showAlert(std::string title, std::string message);
     void copyCounters(const ScanProgress& progress);
     void setStatus(AIStatus status);
+    /// What a question about the status, by its number, has brought.
+    void learnStatus(std::uint64_t question, AIStatus status);
+    void askStatusAgainLater();
     void refreshDisk() { assign(disk_, services_.diskInfo(), &AppModel::diskChanged); }
 
     /// The finding with this id, if that is its current verdict.
     [[nodiscard]] FindingPointer withVerdict(std::string_view id, const Verdict& verdict) const;
-    QCoro::Task<> refreshStatus();
+    /// Whether it was answered in time.
+    QCoro::Task<bool> refreshStatus();
+    QCoro::Task<Asked> ask(std::string id, std::string note);
+    QCoro::Task<Asked> askAbout(FindingPointer chosen, std::string note);
     QCoro::Task<> saveLabels(std::function<void()> job);
     QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
+    /// What the scan has found, without what was cleaned while it ran. Nothing when it is given up, and when
+    /// it runs anew because a size cannot be told.
+    QCoro::Task<std::optional<MutableFindings>> withoutCleaned(std::shared_ptr<Scan> scan,
+                                                               MutableFindings found);
     QCoro::Task<> runBatch(std::shared_ptr<Batch> batch, std::vector<std::string> ids);
-    /// The finding, if it can be cleaned and no application runs that uses its files; shows an alert when one
-    /// does.
-    QCoro::Task<FindingPointer> readyToClean(std::string id);
+    void tellBatch(const Batch& batch);
+    /// Those that can be cleaned, in this order, each with the applications that run and use its files.
+    QCoro::Task<std::vector<Cleaning>> readyToClean(std::vector<std::string> ids);
+    [[nodiscard]] std::vector<Cleaning> cleanable(std::span<const std::string> ids) const;
     QCoro::Task<> cleanInTurn(std::vector<std::string> ids, CleanMode mode);
-    QCoro::Task<> cleanOne(FindingPointer finding, CleanMode mode);
+    /// Fills in the results, as far as it comes in a moment.
+    QCoro::Task<> cleanTogether(std::vector<Cleaning>& turns, CleanMode mode);
+    void markCleaning(const std::vector<Cleaning>& turns, bool isCleaning);
+    void applyCleaned(std::vector<Cleaning>& turns, CleanMode mode);
+    void applyFailed(const Cleaning& turn);
+    void noteCleaned(const Cleaning& turn, CleanMode mode);
     /// Whether something has come into the Trash meanwhile.
     QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
     QCoro::Task<bool> emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen);
@@ -224,19 +258,34 @@ private:
     void leave(const Finding& finding, std::string why);
     /// After `stopCleaning`, when nobody is cleaning any more.
     void tellWhatIsLeft();
-    void replaceFindings(std::vector<std::shared_ptr<Finding>> result);
+    /// With their index, or an empty one where it is not known.
+    void replaceFindings(MutableFindings result, Index index);
     /// On a worker: thousands of records take their time.
     template <typename List>
     void freeElsewhere(List list);
-    void removeFindings(std::string_view id);
+    /// Of the findings of a level, or of all.
+    struct Sums {
+        std::int64_t bytes = 0;
+        std::int64_t count = 0;
+        std::int64_t guesses = 0;
+        std::int64_t uncertain = 0;
+        std::int64_t forBatch = 0;
+
+        void add(const Finding& finding, std::int64_t sign);
+    };
+    [[nodiscard]] Sums sums(SafetyLevel level) const;
+    [[nodiscard]] std::int64_t sumOfAll(std::int64_t Sums::* field) const;
+
+    [[nodiscard]] const Index& index() const;
+    void removeFindings(const std::unordered_set<std::string_view>& ids);
 
     /// What removes, on a worker, as `Workers::run`: one waits for the other.
     template <typename Function>
     auto oneAtATime(Function function);
     /// Puts a changed copy in the place of a finding and returns it.
     template <typename Change>
-    FindingPointer change(FindingPointer& place, Change change);
-    [[nodiscard]] Findings::iterator find(std::string_view id);
+    FindingPointer change(Findings::const_iterator place, Change change);
+    [[nodiscard]] Findings::const_iterator find(std::string_view id) const;
 
     AppServices services_;
     std::stop_source stop_;
@@ -245,8 +294,15 @@ private:
 
     Phase phase_ = Phase::idle;
     Findings findings_;
+    Findings removed_;
+    // Of these, once they were asked for.
+    mutable std::optional<std::map<SafetyLevel, Sums>> sums_;
+    mutable std::optional<Index> index_;
     std::optional<DiskInfo> disk_;
     AIStatus aiStatus_;
+    std::uint64_t statusQuestions_ = 0;  ///< asked so far
+    std::uint64_t statusKnown_ = 0;      ///< the last of them that was answered
+    bool willAskStatus_ = false;
     std::int64_t scannedFiles_ = 0;
     std::int64_t scannedBytes_ = 0;
     std::string currentPath_;

@@ -23,6 +23,7 @@ AppServices AppServices::system() {
             },
         .clean = [](const Finding& finding, CleanMode mode,
                     CleanRun& run) { return Cleaner::clean(finding, mode, run); },
+        .prepareClean = Cleaner::prepare,
         .trashContents = Cleaner::trashContents,
         .emptyTrash = [](const Cleaner::TrashContents& asked,
                          const std::stop_token& stop) { return Cleaner::emptyTrash(asked, stop); },

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <stop_token>
@@ -38,6 +40,9 @@ struct AppServices {
                                        std::span<const std::string> running, std::stop_token)>
         classify;
     std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode, CleanRun&)> clean;
+    /// What can be done once for several findings that are cleaned next, for `CleanRun::ahead`; or null.
+    std::function<std::shared_ptr<CleanAhead>(std::span<const std::shared_ptr<const Finding>>, CleanMode)>
+        prepareClean = [](std::span<const std::shared_ptr<const Finding>>, CleanMode) { return nullptr; };
     /// What the Trashes hold, and how much of it these items.
     std::function<Cleaner::TrashContents(std::span<const platform::TrashedItem> fromHere)> trashContents;
     /// Nothing but what was looked at.
@@ -49,6 +54,9 @@ struct AppServices {
     /// Shows and selects all these items in the file browser. False when there is none that opens.
     std::function<bool(std::span<const std::string> paths)> reveal;
     std::function<void(std::string_view url)> openUrl;
+
+    /// Before a model that has not answered is asked again whether it is there.
+    std::chrono::milliseconds statusPause = std::chrono::seconds(10);
 
     /// Whether the system has a page of settings on which the user can let this program see more.
     bool hasPrivacySettings = false;

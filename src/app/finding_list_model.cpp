@@ -1,8 +1,10 @@
 #include "app/finding_list_model.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "app/shown.h"
@@ -74,8 +76,7 @@ FindingPointer FindingListModel::at(int row) const {
 }
 
 int FindingListModel::rowOf(std::string_view id) const {
-    const auto found =
-        std::ranges::find_if(rows_, [&](const FindingPointer& finding) { return finding->id == id; });
+    const auto found = std::ranges::find(rows_, app_.finding(id));
     return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
 }
 
@@ -140,7 +141,28 @@ void FindingListModel::follow() {
     if (!level_)
         return;
     const int before = count();
-    const Findings wanted = app_.findings(*level_);
+    if (!app_.removed().empty())
+        removeGone(app_.removed());
+    else
+        rearrange(app_.findings(*level_));
+    emit followed();
+    if (count() != before)
+        emit countChanged();
+}
+
+void FindingListModel::removeGone(const Findings& gone) {
+    std::unordered_set<const Finding*> pointers;
+    for (const FindingPointer& finding : gone)
+        pointers.insert(finding.get());
+    std::vector<bool> stays(rows_.size());
+    for (std::size_t row = 0; row < rows_.size(); ++row)
+        stays[row] = !pointers.contains(rows_[row].get());
+    removeAllBut(stays);
+    if (std::ranges::max(gone, {}, &Finding::size)->size >= largest_)
+        setLargest(rows_.empty() ? 0 : std::ranges::max(rows_, {}, &Finding::size)->size);
+}
+
+void FindingListModel::rearrange(const Findings& wanted) {
     std::unordered_map<std::string_view, int> places;
     for (std::size_t index = 0; index < wanted.size(); ++index)
         places.emplace(wanted[index]->id, static_cast<int>(index));
@@ -152,9 +174,6 @@ void FindingListModel::follow() {
     removeAllBut(longestAscending(targets));
     insertMissing(wanted);
     replaceChanged(wanted);
-    emit followed();
-    if (count() != before)
-        emit countChanged();
 }
 
 void FindingListModel::removeAllBut(const std::vector<bool>& stays) {
@@ -192,9 +211,7 @@ void FindingListModel::insertMissing(const Findings& wanted) {
 }
 
 void FindingListModel::replaceChanged(const Findings& wanted) {
-    const std::int64_t largest = wanted.empty() ? 0 : std::ranges::max(wanted, {}, &Finding::size)->size;
-    if (std::exchange(largest_, largest) != largest && !rows_.empty())
-        emit dataChanged(index(0), index(count() - 1), {fractionRole});
+    setLargest(wanted.empty() ? 0 : std::ranges::max(wanted, {}, &Finding::size)->size);
     // Run by run: after a scan every row holds another record.
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         const std::size_t first = row;
@@ -207,14 +224,25 @@ void FindingListModel::replaceChanged(const Findings& wanted) {
     }
 }
 
+void FindingListModel::setLargest(std::int64_t largest) {
+    if (std::exchange(largest_, largest) != largest && !rows_.empty())
+        emit dataChanged(index(0), index(count() - 1), {fractionRole});
+}
+
 void FindingListModel::markBusy() {
-    const auto before =
-        std::pair(std::exchange(analyzing_, app_.analyzing()), std::exchange(cleaning_, app_.cleaning()));
-    for (int row = 0; row < count(); ++row) {
-        const std::string& id = rows_[static_cast<std::size_t>(row)]->id;
-        const bool isSame = before.first.contains(id) == analyzing_.contains(id) &&
-                            before.second.contains(id) == cleaning_.contains(id);
-        if (!isSame)
+    std::vector<std::string> changed;
+    for (const auto& [shown, now] :
+         {std::pair(&analyzing_, &app_.analyzing()), std::pair(&cleaning_, &app_.cleaning())}) {
+        std::ranges::set_symmetric_difference(*shown, *now, std::back_inserter(changed));
+        *shown = *now;
+    }
+    std::unordered_set<const Finding*> findings;
+    for (const std::string& id : changed) {
+        if (const FindingPointer finding = app_.finding(id))
+            findings.insert(finding.get());
+    }
+    for (int row = 0; row < count() && !findings.empty(); ++row) {
+        if (findings.erase(rows_[static_cast<std::size_t>(row)].get()) > 0)
             emit dataChanged(index(row), index(row), {isAnalyzingRole, isCleaningRole});
     }
 }

@@ -44,6 +44,10 @@ public:
     void setLevel(std::optional<SafetyLevel> level);
 
     [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+    [[nodiscard]] const Findings& rows() const { return rows_; }
+    /// Of these those that have gone, while `followed` is told and if nothing else has changed; empty
+    /// otherwise. Some of them may be of other levels.
+    [[nodiscard]] const Findings& removed() const { return app_.removed(); }
     /// Null when there is no such row.
     [[nodiscard]] FindingPointer at(int row) const;
     /// -1 when there is none.
@@ -61,6 +65,10 @@ signals:
 
 private:
     void follow();
+    /// Some of them may be of other levels.
+    void removeGone(const Findings& gone);
+    void rearrange(const Findings& wanted);
+    void setLargest(std::int64_t largest);
     void removeAllBut(const std::vector<bool>& stays);
     void insertMissing(const Findings& wanted);
     void replaceChanged(const Findings& wanted);

@@ -17,7 +17,14 @@
 #include "platform/running_applications.h"
 #include "platform/trash.h"
 
-namespace ulvak::Cleaner {
+namespace ulvak {
+
+struct CleanAhead {
+    Surroundings surroundings;
+    std::unique_ptr<platform::TrashNotes> notes = nullptr;  ///< absent when nothing goes to the Trash
+};
+
+namespace Cleaner {
 namespace {
 
 using platform::Directory;
@@ -100,9 +107,28 @@ std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::s
     return items;
 }
 
+/// Of those that can be opened: what cannot be is told when it is to go.
+void addNote(platform::TrashNotes& notes, const CleanPlace& place) {
+    if (const auto folder = openFolder(place))
+        notes.add(*folder, std::string(place.name()), place.path());
+}
+
+/// About items of one finding, if there are several left.
+std::unique_ptr<platform::TrashNotes> notesFor(std::span<const Judged> items) {
+    if (items.size() < 2)
+        return nullptr;
+    auto notes = std::make_unique<platform::TrashNotes>();
+    for (const Judged& item : items.first(std::min(items.size(), platform::TrashNotes::most))) {
+        if (item.identity)
+            addNote(*notes, item.place);
+    }
+    notes->flush();
+    return notes;
+}
+
 std::expected<void, CleanFailure> removeItem(const Judged& item, CleanMode mode,
                                              const Surroundings& surroundings, CleanRun& run,
-                                             const Services& services) {
+                                             const Services& services, platform::TrashNotes* notes) {
     const CleanPlace& place = item.place;
     const auto folder = openFolder(place);
     if (!folder)
@@ -111,7 +137,7 @@ std::expected<void, CleanFailure> removeItem(const Judged& item, CleanMode mode,
         return std::unexpected(fileError(ENOENT, place.path()));
     const std::string name(place.name());
     if (mode == CleanMode::trash) {
-        auto trashed = services.moveToTrash(*folder, name, *item.identity, place.path());
+        auto trashed = services.moveToTrash(*folder, name, *item.identity, place.path(), notes);
         if (!trashed)
             return std::unexpected(std::move(trashed.error()));
         run.trashed.push_back(std::move(*trashed));
@@ -159,14 +185,22 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
     auto places = placesOf(finding.urls);
     if (!places)
         return std::unexpected(std::move(places.error()));
-    const Surroundings surroundings(rails(), *places);
+    std::optional<Surroundings> own;
+    if (run.ahead == nullptr)
+        own.emplace(rails(), *places);
+    const Surroundings& surroundings = own ? *own : run.ahead->surroundings;
     const auto items = judged(finding.urls, std::move(*places), surroundings);
     if (!items)
         return std::unexpected(items.error());
-    for (const Judged& item : *items) {
+    std::unique_ptr<platform::TrashNotes> ownNotes;
+    for (std::size_t index = 0; index < items->size(); ++index) {
         if (run.stop.stop_requested())
             return std::unexpected(stopped(run.done, items->size()));
-        if (auto done = removeItem(item, mode, surroundings, run, services); !done)
+        if (mode == CleanMode::trash && index % platform::TrashNotes::most == 0)
+            ownNotes = notesFor(std::span(*items).subspan(index));
+        platform::TrashNotes* ahead = run.ahead != nullptr ? run.ahead->notes.get() : nullptr;
+        platform::TrashNotes* notes = ownNotes ? ownNotes.get() : ahead;
+        if (auto done = removeItem((*items)[index], mode, surroundings, run, services, notes); !done)
             return std::unexpected(std::move(done.error()));
     }
     return bytesFreed(finding);
@@ -235,6 +269,30 @@ std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMod
     return clean(finding, mode, run, services);
 }
 
+std::shared_ptr<CleanAhead> prepare(std::span<const std::shared_ptr<const Finding>> findings,
+                                    CleanMode mode) {
+    if (findings.size() < 2)
+        return nullptr;
+    std::vector<CleanPlace> all;
+    std::vector<CleanPlace> single;  // a finding with several has notes written itself, as it comes to them
+    for (const auto& finding : findings) {
+        const auto places = placesOf(finding->urls);
+        if (!places || !std::holds_alternative<CleanAction::Trash>(finding->action.value))
+            continue;
+        all.insert(all.end(), places->begin(), places->end());
+        if (places->size() == 1)
+            single.push_back(places->front());
+    }
+    auto ahead = std::make_shared<CleanAhead>(CleanAhead{.surroundings = Surroundings(rails(), all)});
+    if (mode == CleanMode::permanent)
+        return ahead;
+    ahead->notes = std::make_unique<platform::TrashNotes>();
+    for (const CleanPlace& place : single)
+        addNote(*ahead->notes, place);
+    ahead->notes->flush();
+    return ahead;
+}
+
 std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path) {
     const CleanPlace trash{.anchor = std::string(Paths::parent(path)),
                            .relative = std::string(Paths::lastComponent(path))};
@@ -251,4 +309,5 @@ std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const st
     return surroundings.untouchable();
 }
 
-}  // namespace ulvak::Cleaner
+}  // namespace Cleaner
+}  // namespace ulvak

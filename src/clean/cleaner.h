@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <span>
@@ -47,9 +48,11 @@ struct Services {
                                                            const platform::ItemIdentity&,
                                                            const std::set<platform::FileNumber>&)>
         removeItem;
-    /// The entry of that name in an open folder, if it is still this item, whose absolute path comes last.
+    /// The entry of that name in an open folder, if it is still this item, by its absolute path, with a note
+    /// that may have been written ahead.
     std::function<std::expected<platform::TrashedItem, platform::FileError>(
-        const platform::Directory&, const std::string&, const platform::ItemIdentity&, const std::string&)>
+        const platform::Directory&, const std::string&, const platform::ItemIdentity&, const std::string&,
+        platform::TrashNotes*)>
         moveToTrash;
     std::function<std::expected<Shell::Result, std::error_code>(const std::string&,
                                                                 std::span<const std::string>)>
@@ -90,6 +93,12 @@ struct Services {
 /// The same for whoever needs no more than the result.
 [[nodiscard]] std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
                                                               const Services& services = Services::system());
+
+/// For `CleanRun::ahead` of several findings that are cleaned within a moment, one after the other: the looks
+/// at the places that must stay, and in the Trash's case notes about the first items. Null when there is
+/// nothing to gain.
+[[nodiscard]] std::shared_ptr<CleanAhead> prepare(std::span<const std::shared_ptr<const Finding>> findings,
+                                                  CleanMode mode);
 
 }  // namespace Cleaner
 }  // namespace ulvak

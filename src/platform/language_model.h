@@ -23,6 +23,8 @@ struct ModelAbsence {
     /// What the user can do about it, in Turkish; empty when there is nothing to say beyond the reason. May
     /// quote what a server said: make it `printable`.
     std::string detail;
+    /// Somebody listens and has not answered in time: it may be busy, and was it there before, it still is.
+    bool isSilent = false;
 };
 
 struct ModelRequest {

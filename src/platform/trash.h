@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <expected>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -25,6 +27,31 @@ struct TrashedItem {
     friend bool operator==(const TrashedItem&, const TrashedItem&) = default;
 };
 
+/// Notes about items that are moved to the Trash next, written together: the disk is awaited once for all of
+/// them instead of once for each. Those that no item has followed go with the object, or when the Trash is
+/// emptied. Where a Trash keeps no such notes, and for what is not in the home's, there are none.
+class TrashNotes {
+public:
+    /// More wait for longer than they are worth to one who would stop.
+    static constexpr std::size_t most = 64;
+
+    TrashNotes();
+    ~TrashNotes();
+    TrashNotes(const TrashNotes&) = delete;
+    TrashNotes& operator=(const TrashNotes&) = delete;
+
+    /// About an entry as `moveToTrash` takes it. Failures show there.
+    void add(const Directory& parent, const std::string& name, const std::string& path);
+    /// After the last: from here on they count, those that are on the disk.
+    void flush();
+
+    class Notes;
+    [[nodiscard]] Notes* notes() const { return notes_.get(); }  ///< for the platform; may be null
+
+private:
+    std::unique_ptr<Notes> notes_;
+};
+
 /// Moves the entry `name` of the open folder `parent`, a link itself and not where it leads, to the Trash, if
 /// it is still `item`; `path` is its absolute path, for the note about it, from which every file manager
 /// restores it.
@@ -34,10 +61,14 @@ struct TrashedItem {
 /// under a name that shows it (ESTALE). Nothing is ever copied, overwritten or removed for good instead:
 /// where there is no Trash that outlives a reboot (ENOTSUP), or no room for the note, the item stays where it
 /// is. The error's detail is the Trash that failed, if it was not the item.
+///
+/// A note that was written `ahead` about the path is used; where there is none, or it does not fit any more,
+/// another is written.
 [[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent,
                                                                 const std::string& name,
                                                                 const ItemIdentity& item,
-                                                                const std::string& path);
+                                                                const std::string& path,
+                                                                TrashNotes* ahead = nullptr);
 
 /// A folder in a Trash, and the bytes that it holds on disk.
 struct TrashedFolder {

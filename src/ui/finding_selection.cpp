@@ -105,14 +105,18 @@ void FindingSelection::clear() {
 }
 
 void FindingSelection::keepWhatHasRows() {
-    std::unordered_set<std::string_view> there;
-    for (int row = 0; row < rows_.count(); ++row)
-        there.insert(rows_.at(row)->id);
-    std::erase_if(ids_, [&](const std::string& id) { return !there.contains(id); });
+    std::unordered_set<std::string_view> gone(ids_.begin(), ids_.end());
+    for (const FindingPointer& finding : rows_.rows())
+        gone.erase(finding->id);
+    for (const std::string_view id : gone)
+        ids_.erase(std::string(id));
 }
 
 void FindingSelection::followRows() {
-    keepWhatHasRows();
+    if (rows_.removed().empty())
+        keepWhatHasRows();
+    for (const FindingPointer& finding : rows_.removed())
+        ids_.erase(finding->id);
     if (rows_.rowOf(anchor_) < 0)
         anchor_.clear();
     // The focus passes to the row that is there now.

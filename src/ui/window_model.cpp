@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QUuid>
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -50,7 +51,6 @@ WindowModel::WindowModel(AppModel& app, QObject* parent)
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::countLevels);  // before anybody reads them
     forwardSignals();
     connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
-    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::selectFirst);
     connect(&app_, &AppModel::cleaningEnded, this, &WindowModel::stoppingChanged);
     connect(&app_, &AppModel::cleaningEnded, this, &WindowModel::closeWhenStopped);
@@ -229,11 +229,10 @@ QString WindowModel::scanLine() const {
 void WindowModel::countLevels() {
     levels_.clear();
     for (const SafetyLevel level : displayedSafetyLevels()) {
-        const auto count = std::ranges::count(app_.findings(), level, &Finding::level);
         QVariantMap row = describe(info(level));
         row.insert(QStringLiteral("sizeText"), Texts::bytes(app_.total(level)));
         row.insert(QStringLiteral("countText"),
-                   QStringLiteral("%1 öğe · ").arg(count) + Texts::fixed(info(level).summary));
+                   QStringLiteral("%1 öğe · ").arg(app_.count(level)) + Texts::fixed(info(level).summary));
         levels_.append(row);
     }
 }
@@ -368,21 +367,17 @@ bool WindowModel::offersBatch() const {
     const auto level = selectedLevel();
     if (!level || !isModelAvailable())
         return false;
-    const Findings rows = app_.findings(*level);
-    return !rows.empty() &&
-           (*level == SafetyLevel::unknown ||
-            std::ranges::find(rows, VerdictSource::heuristic, &Finding::source) != rows.end());
+    return app_.count(*level) > 0 && (*level == SafetyLevel::unknown || app_.hasGuesses(*level));
 }
 
 void WindowModel::followDetail() {
+    // Of two with one id the first counts, as for what is done with it.
+    std::unordered_set<const Finding*> chosen;
+    for (const std::string& id : selection_.ids())
+        chosen.insert(app_.finding(id).get());
     Findings selected;
-    std::unordered_set<std::string_view> taken;
-    for (int row = 0; row < findings_.count(); ++row) {
-        const FindingPointer finding = findings_.at(row);
-        // Of two with one id the first counts, as for what is done with it.
-        if (selection_.ids().contains(finding->id) && taken.insert(finding->id).second)
-            selected.push_back(finding);
-    }
+    std::ranges::copy_if(findings_.rows(), std::back_inserter(selected),
+                         [&](const FindingPointer& finding) { return chosen.contains(finding.get()); });
     detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);
     QString kind = QStringLiteral("empty");
     if (!selected.empty())

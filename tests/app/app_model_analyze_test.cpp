@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+
 #include "app/app_world.h"
 
 namespace ulvak {
@@ -118,7 +120,8 @@ TEST_F(AppModelAnalyze, WithoutAModelNothingHappensAndNothingIsShown) {
     signalled = std::make_shared<Record<std::string>>();
     analyze("/a");
     EXPECT_THAT(asked(), IsEmpty());
-    EXPECT_THAT(signalled->values(), IsEmpty());
+    EXPECT_THAT(signalled->values(), ElementsAre("analyzing", "analyzing"))
+        << "marked while it was looked for";
     EXPECT_EQ(app().aiStatus().unavailable, "Kapalı.");
 }
 
@@ -375,27 +378,167 @@ TEST_F(AppModelAnalyze, ANewBatchTakesThePlaceOfTheOneThatRuns) {
         EXPECT_EQ(batch[i].second, 3) << "the first batch was heard of again";
 }
 
-TEST_F(AppModelAnalyze, WhatIsRefusedCountsAsDone) {
+TEST_F(AppModelAnalyze, ABatchEndsAtOnceWhereThereIsNoModelAndItsStatusSaysWhy) {
     services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "Kapalı."}; };
     startWith({guessed("/1"), guessed("/2")});
     watchBatch();
     app().analyzeAllUncertain();
     ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
     using Pair = std::pair<std::int64_t, std::int64_t>;
-    EXPECT_THAT(batch, ElementsAre(Pair(0, 2), Pair(1, 2), Pair(2, 2), Pair(-1, -1)));
+    EXPECT_THAT(batch, ElementsAre(Pair(0, 2), Pair(-1, -1)));
+    EXPECT_EQ(app().aiStatus().unavailable, "Kapalı.");
     EXPECT_THAT(asked(), IsEmpty());
     EXPECT_EQ(app().alert(), std::nullopt);
 }
 
-TEST_F(AppModelAnalyze, AfterABatchOfFailuresTheLastIsShown) {
-    makeModelFail();
-    startWith({guessed("/1"), guessed("/2"), guessed("/3")});
+TEST_F(AppModelAnalyze, ABatchTellsOnceAtItsEndHowManyFailedAndWhy) {
+    services.classify = [questions = questions, gate = gate](
+                            const Finding& finding, std::string_view, std::span<const std::string>,
+                            const std::stop_token& stop) -> AIClassifier::Result {
+        questions->add({.id = finding.id});
+        gate->pass(stop);
+        if (finding.id == "/1")
+            return answer();
+        if (finding.id == "/4")
+            return std::unexpected(AIClassifier::Error{AIClassifier::Failure::guardrail});
+        return std::unexpected(AIClassifier::Error{platform::ModelError{.text = "HTTP 500."}});
+    };
+    startWith({guessed("/1"), guessed("/2"), guessed("/3"), guessed("/4")});
     gate->open();
+    int alerts = 0;
+    QObject::connect(&app(), &AppModel::alertChanged, [&] {
+        ++alerts;
+        EXPECT_TRUE(batchIsOver());
+    });
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
-    EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3"));
+    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    EXPECT_EQ(alerts, 1);
+    EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3", "/4"));
+    EXPECT_EQ(app().alert()->title, "Analiz tamamlanamadı");
     EXPECT_EQ(app().alert()->message,
-              (AIClassifier::Error{platform::ModelError{.text = "hata: /3"}}.description()));
+              "Sorulan 4 klasörden 3 tanesi analiz edilemedi:\n• HTTP 500. (2 klasör)\n• " +
+                  std::string(errorDescription(AIClassifier::Failure::guardrail)));
+}
+
+TEST_F(AppModelAnalyze, ABatchThatIsGivenUpTellsWhatFailedUntilThen) {
+    makeModelFail();
+    startWith({guessed("/1"), guessed("/2")});
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    app().cancelBatch();
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    EXPECT_EQ(app().alert()->message, "Sorulan 1 klasörden 1 tanesi analiz edilemedi:\n• hata: /1");
+    EXPECT_THAT(asked(), ElementsAre("/1"));
+}
+
+TEST_F(AppModelAnalyze, ABatchStopsWhenTheModelIsGone) {
+    const auto isThere = std::make_shared<std::atomic<bool>>(true);
+    services.aiStatus = [isThere](const std::stop_token&) {
+        return *isThere ? AIStatus{} : AIStatus{.unavailable = "Kapalı.", .hint = "Sunucuyu başlat."};
+    };
+    services.classify = [questions = questions, isThere](const Finding& finding, std::string_view,
+                                                         std::span<const std::string>,
+                                                         const std::stop_token&) -> AIClassifier::Result {
+        questions->add({.id = finding.id});
+        if (finding.id == "/1")
+            return answer();
+        *isThere = false;
+        return std::unexpected(AIClassifier::Error{platform::ModelError{.text = "Bağlantı kesildi."}});
+    };
+    startWith({guessed("/1"), guessed("/2"), guessed("/3"), guessed("/4")});
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    EXPECT_TRUE(batchIsOver());
+    EXPECT_THAT(asked(), ElementsAre("/1", "/2"));
+    EXPECT_EQ(app().alert()->message,
+              "Sorulan 2 klasörden 1 tanesi analiz edilemedi:\n• Bağlantı kesildi.\n"
+              "Model artık yanıt vermiyor; kalan 2 klasör sorulmadı. Sunucuyu başlat.");
+    EXPECT_FALSE(app().aiStatus().isAvailable());
+}
+
+/// A model that does not say in time whether it is there, from when it is told to on.
+class AppModelSilence : public AppModelAnalyze {
+protected:
+    AppModelSilence() {
+        services.statusPause = std::chrono::milliseconds(1);
+        services.aiStatus = [isSilent = isSilent, looks = looks](const std::stop_token&) {
+            ++*looks;
+            return *isSilent ? AIStatus{.unavailable = "Yanıt yok.", .hint = {}, .isSilent = true}
+                             : AIStatus{};
+        };
+    }
+    std::shared_ptr<std::atomic<bool>> isSilent = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<std::atomic<int>> looks = std::make_shared<std::atomic<int>>(0);
+};
+
+TEST_F(AppModelSilence, ABusyModelIsAskedAllTheSameAndStaysAvailable) {
+    startWith({guessed("/a")});
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    *isSilent = true;
+    const auto task = app().analyze("/a", "");
+    EXPECT_EQ(app().analyzing(), std::set<std::string>{"/a"}) << "at once";
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
+    EXPECT_TRUE(app().aiStatus().isAvailable());
+    EXPECT_EQ(std::ranges::count(signalled->values(), "aiStatus"), 1);
+}
+
+TEST_F(AppModelSilence, ABusyModelThatFailsIsToldOf) {
+    makeModelFail();
+    gate->open();
+    startWith({guessed("/a")});
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    *isSilent = true;
+    analyze("/a");
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->message, "hata: /a");
+}
+
+TEST_F(AppModelSilence, AModelThatIsBusyAtTheStartIsAvailableAsSoonAsItAnswers) {
+    *isSilent = true;
+    start();
+    ASSERT_TRUE(eventually([&] { return *looks > 3; })) << "it is not asked again";
+    EXPECT_FALSE(app().aiStatus().isAvailable());
+    *isSilent = false;
+    EXPECT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); }));
+}
+
+TEST_F(AppModelSilence, ABatchStopsWhenNeitherQuestionNorRequestIsAnswered) {
+    makeModelFail();
+    gate->open();
+    startWith({guessed("/1"), guessed("/2")});
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    *isSilent = true;
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    EXPECT_THAT(asked(), ElementsAre("/1"));
+    EXPECT_EQ(app().alert()->message,
+              "Sorulan 1 klasörden 1 tanesi analiz edilemedi:\n• hata: /1\n"
+              "Model artık yanıt vermiyor; kalan 1 klasör sorulmadı.");
+}
+
+TEST_F(AppModelAnalyze, AnOldAnswerAboutTheModelDoesNotReplaceANewerOne) {
+    const auto first = std::make_shared<Gate>();
+    const auto looks = std::make_shared<std::atomic<int>>(0);
+    services.aiStatus = [first, looks](const std::stop_token& stop) {
+        if (++*looks > 1)
+            return AIStatus{};
+        first->pass(stop);
+        return AIStatus{.unavailable = "eski"};
+    };
+    const auto held = std::make_shared<int>();
+    services.aiStatus = [held, ask = services.aiStatus](const std::stop_token& stop) { return ask(stop); };
+    start();
+    ASSERT_TRUE(eventually([&] { return first->arrived() == 1; }));
+    scanFor({guessed("/a")});
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); }));
+    const long heldByIt = held.use_count();
+    first->open();
+    ASSERT_TRUE(eventually([&] { return held.use_count() < heldByIt; })) << "the old answer is there";
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(app().aiStatus().isAvailable());
 }
 
 }  // namespace

@@ -521,17 +521,121 @@ TEST_F(AppModelClean, TotalsThatOverflowEndTheProgram) {
     EXPECT_DEATH(emptyTrash(), "");
 }
 
-TEST_F(AppModelClean, CleaningDoesNotWaitForAScan) {
-    startWith({staged("/1")});
+TEST_F(AppModelClean, CleaningDoesNotWaitForAScanAndWhatIsGoneDoesNotComeBackWithIt) {
+    startWith({staged("/1"), staged("/2")});
     const auto scanGate = std::make_shared<Gate>();
-    stage({.findings = {staged("/1")}, .gate = scanGate});
+    stage({.findings = {staged("/1"), staged("/1/in it"), staged("/2"), staged("/10")}, .gate = scanGate});
     app().scan();
     clean({"/1"});
-    EXPECT_THAT(ids(), IsEmpty());
+    EXPECT_THAT(ids(), ElementsAre("/2"));
     EXPECT_EQ(app().phase(), AppModel::Phase::scanning);
     scanGate->open();
     ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
-    EXPECT_THAT(ids(), ElementsAre("/1"));
+    EXPECT_THAT(ids(), ElementsAre("/2", "/10"));
+    scanFor({staged("/1")});
+    EXPECT_THAT(ids(), ElementsAre("/1")) << "a scan that began later counts";
+}
+
+/// A scan during which something is cleaned, and the one that follows it by itself, if any does.
+class AppModelCleanedMeanwhile : public AppModelClean {
+protected:
+    void scanAndClean(std::vector<Finding> stale, const std::string& id, CleanMode mode = CleanMode::trash) {
+        const auto first = std::make_shared<Gate>();
+        stage({.findings = std::move(stale), .gate = first});
+        stage({.findings = {staged("/again")}});
+        app().scan();
+        ASSERT_TRUE(eventually([&] { return first->arrived() == 1; }));
+        clean({id}, mode);
+        first->open();
+        ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    }
+};
+
+TEST_F(AppModelCleanedMeanwhile, WhatIsThereAgainIsScannedAgain) {
+    tree.add({folder("cache")});
+    startWith({staged(tree.path("cache")), staged("/other")});
+    scanAndClean({staged(tree.path("cache")), staged("/other")}, tree.path("cache"));
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelCleanedMeanwhile, WhatHoldsItIsScannedAgain) {
+    startWith({staged("/a/b")});
+    scanAndClean({staged("/a")}, "/a/b");
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelCleanedMeanwhile, AGroupThatHasLostSomeOfItsMembersIsScannedAgain) {
+    services.clean = [](const Finding&, CleanMode,
+                        CleanRun& run) -> std::expected<std::int64_t, CleanFailure> {
+        run.done = 1;
+        return std::unexpected(fullTrash("/b"));
+    };
+    Finding group = staged("/a");
+    group.urls = {"/a", "/b", "/c"};
+    startWith({group});
+    scanAndClean({group, staged("/d")}, "/a");
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelCleanedMeanwhile, WhatCouldNotBeRemovedForGoodMayHaveLostAPartAndIsScannedAgain) {
+    makeTrashFullFor("/a");
+    startWith({staged("/a")});
+    scanAndClean({staged("/a")}, "/a", CleanMode::permanent);
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelCleanedMeanwhile, WhatCouldNotBeMovedToTheTrashStaysAsItWasFound) {
+    makeTrashFullFor("/a");
+    startWith({staged("/a")});
+    scanAndClean({staged("/a"), staged("/b")}, "/a");
+    EXPECT_THAT(ids(), ElementsAre("/a", "/b"));
+}
+
+TEST_F(AppModelCleanedMeanwhile, AGroupGoesWhenAllOfItHasGone) {
+    Finding group = staged("/a");
+    group.urls = {"/a", "/b"};
+    startWith({group});
+    scanAndClean({group, staged("/b/c"), staged("/d")}, "/a");
+    EXPECT_THAT(ids(), ElementsAre("/d"));
+}
+
+TEST_F(AppModelCleanedMeanwhile, ATrashThatWasEmptiedIsScannedAgain) {
+    startWith({staged("/1")});
+    const auto first = std::make_shared<Gate>();
+    stage({.findings = {staged(Paths::trash())}, .gate = first});
+    stage({.findings = {staged("/again")}});
+    app().scan();
+    ASSERT_TRUE(eventually([&] { return first->arrived() == 1; }));
+    emptyTrash();
+    first->open();
+    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelClean, ManyFindingsAreToldOfTogetherAndInTheirOrder) {
+    std::vector<Finding> many;
+    std::vector<std::string> chosen;
+    for (int number = 0; number < 1000; ++number) {
+        many.push_back(
+            usedBy("/" + std::to_string(number), {"Posta", number == 500 ? "Takvim" : "Tarayıcı"}));
+        if (number % 2 == 0)
+            chosen.push_back(many.back().id);
+    }
+    letRun("Takvim");
+    startWith(std::move(many));
+    std::size_t changes = 0;
+    QObject::connect(&app(), &AppModel::findingsChanged, [&] { ++changes; });
+    clean(chosen);
+    EXPECT_EQ(app().findings().size(), 501U);
+    EXPECT_FALSE(app().finding("/0"));
+    EXPECT_TRUE(app().finding("/500"));
+    EXPECT_TRUE(app().finding("/999"));
+    EXPECT_EQ(app().total(SafetyLevel::safe), 50'100);
+    EXPECT_EQ(app().trashedBytes(), 49'900);
+    EXPECT_EQ(app().alert()->title, "ad /500 temizlenemedi");
+    EXPECT_LT(changes, 250U) << "each change is heard of by all that shows the list";
+    chosen.erase(std::ranges::find(chosen, "/500"));
+    EXPECT_EQ(cleaned->values(), chosen);
 }
 
 }  // namespace

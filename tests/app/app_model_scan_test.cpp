@@ -157,7 +157,7 @@ TEST_F(AppModelScan, AHintThatChangesIsHeardOfWhenTheReasonStays) {
     start();
     ASSERT_TRUE(eventually([&] { return app().aiStatus().hint == "1"; }));
     scanFor({});
-    EXPECT_EQ(app().aiStatus().hint, "2");
+    EXPECT_TRUE(eventually([&] { return app().aiStatus().hint == "2"; }));
     EXPECT_EQ(std::ranges::count(signalled->values(), "aiStatus"), 2);
 }
 
@@ -429,6 +429,22 @@ TEST_F(AppModelScan, WhoeverHearsOfAScanMayCancelItAtOnce) {
     awaitAllWalks();
     EXPECT_EQ(app().phase(), Phase::idle);
     EXPECT_THAT(ids(), IsEmpty());
+}
+
+TEST_F(AppModelScan, IsShownWithoutWaitingForAModelThatIsSilent) {
+    const auto gate = std::make_shared<Gate>();
+    services.aiStatus = [gate](const std::stop_token& stop) {
+        gate->pass(stop);
+        return AIStatus{};
+    };
+    startWith({staged("/a")});
+    EXPECT_THAT(ids(), ElementsAre("/a"));
+    EXPECT_EQ(app().phase(), Phase::done);
+    EXPECT_FALSE(app().aiStatus().isAvailable());
+    scanFor({staged("/b")});
+    EXPECT_THAT(ids(), ElementsAre("/b"));
+    gate->open();
+    EXPECT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); })) << "it comes on its own";
 }
 
 TEST_F(AppModelScan, TheTimeAModelTakesToAnswerIsNotTheScans) {

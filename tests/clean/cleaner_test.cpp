@@ -140,9 +140,9 @@ TEST(Cleaner, EndsBetweenItemsWhenItIsAskedTo) {
                 return Cleaner::Services::system().removeItem(parent, name, item, kept);
             };
             services.moveToTrash = [&](const auto& parent, const auto& name, const auto& item,
-                                       const auto& path) {
+                                       const auto& path, auto* ahead) {
                 stop.request_stop();
-                return Cleaner::Services::system().moveToTrash(parent, name, item, path);
+                return Cleaner::Services::system().moveToTrash(parent, name, item, path, ahead);
             };
             CleanRun run{.stop = stop.get_token()};
             const auto freed =

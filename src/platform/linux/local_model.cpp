@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <expected>
+#include <map>
+#include <mutex>
 #include <string_view>
 #include <utility>
 
@@ -41,6 +43,7 @@ struct Place {
     ModelAddress address;
     std::string model;
     bool isListed = false;  ///< by the server, under this name
+    bool mayKnow = false;   ///< the server, where its models run
 };
 
 ModelAbsence absent(Reason reason, std::string_view detail) {
@@ -83,6 +86,10 @@ struct Missing {
     bool isModelServer = false;  ///< and not something else, or nothing
 };
 
+bool isSilence(const HttpError& error) {
+    return error.kind == HttpError::Kind::late || error.kind == HttpError::Kind::unconnected;
+}
+
 std::unexpected<Missing> without(const ModelAddress& address, Reason reason, std::string_view saying) {
     return std::unexpected(Missing{
         .absence = absent(reason, "Model sunucusu (" + address.display() + ") " + std::string(saying)),
@@ -120,8 +127,11 @@ std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool may
                                            milliseconds deadline, const std::stop_token& stop) {
     const SharedTime time(deadline);
     const auto reply = ask(address, "/v1/models", std::nullopt, time, stop);
-    if (!reply)
-        return std::unexpected(Missing{absent(Reason::other, describe(reply.error(), address, deadline))});
+    if (!reply) {
+        Missing missing{absent(Reason::other, describe(reply.error(), address, deadline))};
+        missing.absence.isSilent = isSilence(reply.error());
+        return std::unexpected(std::move(missing));
+    }
     ModelList list = readModelList(reply->status, reply->body);
     const bool knowsNoLists = reply->status == 404 || reply->status == 405;
     if (list.state == ModelList::State::notAList && !(mayListNothing && knowsNoLists))
@@ -145,8 +155,12 @@ std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool may
 /// user's folders must not leave by way of a server that was too slow to say that it passes them on.
 class Whereabouts {
 public:
-    Whereabouts(const ModelAddress& address, milliseconds deadline, const std::stop_token& stop)
-        : address_(address), stop_(stop), deadline_(deadline), time_(deadline) {}
+    Whereabouts(const ModelAddress& address, milliseconds deadline, const std::stop_token& stop,
+                bool mayKnow = false)
+        : address_(address), stop_(stop), deadline_(deadline), time_(deadline), mayKnow_(mayKnow) {}
+
+    /// Whether the server seems to know the question.
+    [[nodiscard]] bool mayKnow() const { return mayKnow_; }
 
     /// Nothing when it runs here, else why it must not be asked. A server that does not know the question has
     /// models of its own only. One that seems to know it has to answer for each.
@@ -192,12 +206,12 @@ private:
     const std::stop_token& stop_;
     const milliseconds deadline_;
     const SharedTime time_;
-    bool mayKnow_ = false;
+    bool mayKnow_;
 };
 
 /// The first model that runs here, or why there is none.
-std::expected<std::string, Missing> chosenModel(const ModelList& list, const ModelAddress& address,
-                                                milliseconds deadline, const std::stop_token& stop) {
+std::expected<Place, Missing> chosenModel(const ModelList& list, const ModelAddress& address,
+                                          milliseconds deadline, const std::stop_token& stop) {
     if (list.names.empty())
         return std::unexpected(
             Missing{.absence = absent(Reason::other, "Model sunucusunda (" + address.display() +
@@ -213,7 +227,8 @@ std::expected<std::string, Missing> chosenModel(const ModelList& list, const Mod
             break;
         auto obstacle = whereabouts.obstacle(name, Reason::other);
         if (!obstacle)
-            return name;
+            return Place{
+                .address = address, .model = name, .isListed = true, .mayKnow = whereabouts.mayKnow()};
         if (!first)
             first = std::move(obstacle);
     }
@@ -229,32 +244,75 @@ std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalMo
                                settings.url ? settings.namedDeadline : settings.probeDeadline, stop);
     if (!list)
         return std::unexpected(list.error());
-    Place place{.address = address};
-    if (named) {
-        Whereabouts whereabouts(address, settings.showDeadline, stop);
-        if (auto obstacle = whereabouts.obstacle(*named, Reason::deviceNotEligible))
-            return std::unexpected(std::move(*obstacle));
-        place.model = *named;
-        place.isListed = std::ranges::find(list->names, *named) != list->names.end();
-    } else {
-        auto model = chosenModel(*list, address, settings.showDeadline, stop);
-        if (!model)
-            return std::unexpected(std::move(model.error()));
-        place.model = std::move(*model);
-        place.isListed = true;
-    }
-    return place;
+    if (!named)
+        return chosenModel(*list, address, settings.showDeadline, stop);
+    Whereabouts whereabouts(address, settings.showDeadline, stop);
+    if (auto obstacle = whereabouts.obstacle(*named, Reason::deviceNotEligible))
+        return std::unexpected(std::move(*obstacle));
+    return Place{.address = address,
+                 .model = *named,
+                 .isListed = std::ranges::find(list->names, *named) != list->names.end(),
+                 .mayKnow = whereabouts.mayKnow()};
 }
 
+/// Usual ports at which somebody listens and does not answer: each costs its time once, and again only after
+/// a pause.
+class SilentPorts {
+public:
+    explicit SilentPorts(milliseconds pause) : pause_(pause) {}
+
+    [[nodiscard]] bool includes(std::uint16_t port) const {
+        const std::scoped_lock lock(mutex_);
+        const auto known = ports_.find(port);
+        return known != ports_.end() && Clock::now() < known->second.end;
+    }
+    void add(std::uint16_t port) {
+        constexpr milliseconds longest = std::chrono::minutes(5);
+        const std::scoped_lock lock(mutex_);
+        Silence& silence = ports_[port];
+        silence.pause = std::min(silence.pause == milliseconds::zero() ? pause_ : 2 * silence.pause, longest);
+        silence.end = Clock::now() + silence.pause;
+    }
+    void remove(std::uint16_t port) {
+        const std::scoped_lock lock(mutex_);
+        ports_.erase(port);
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    struct Silence {
+        milliseconds pause{};
+        Clock::time_point end;
+    };
+
+    const milliseconds pause_;
+    mutable std::mutex mutex_;
+    std::map<std::uint16_t, Silence> ports_;  ///< guarded by `mutex_`
+};
+
 /// The first server on the usual ports that has the model; else the first that has any.
-std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings,
+std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings, SilentPorts& silent,
                                               const std::stop_token& stop) {
     std::optional<Place> second;
     std::optional<ModelAbsence> nearest;
+    ModelAbsence none = absent(Reason::other,
+                               "Bu bilgisayarda çalışan bir model sunucusu bulunamadı. llama-server, Ollama "
+                               "ya da LM Studio gibi bir "
+                               "sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver.");
     for (const std::uint16_t port : settings.ports) {
+        if (silent.includes(port)) {
+            none.isSilent = true;
+            continue;
+        }
         auto place = placeAt(loopbackAddress(port), settings, stop);
         if (stop.stop_requested())
             return std::unexpected(absent(Reason::other, stoppedText));
+        const bool isSilent = !place && place.error().absence.isSilent;
+        none.isSilent = none.isSilent || isSilent;
+        if (isSilent)
+            silent.add(port);
+        else
+            silent.remove(port);
         if (place && place->isListed)
             return std::move(*place);
         if (place && !second)
@@ -269,28 +327,30 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
         return std::move(*second);
     if (nearest)
         return std::unexpected(std::move(*nearest));
-    return std::unexpected(
-        absent(Reason::other,
-               "Bu bilgisayarda çalışan bir model sunucusu bulunamadı. llama-server, Ollama ya da "
-               "LM Studio gibi bir sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver."));
+    return std::unexpected(std::move(none));
+}
+
+/// Why nobody is asked at all, if so. A stop is an absence of its own.
+std::optional<ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
+                                             const std::stop_token& stop) {
+    if (settings.isOff)
+        return absent(Reason::notEnabled,
+                      "Model ULVAK_MODEL_OFF ile kapatılmış. Açmak için bu değişkeni kaldır.");
+    if (CurlLibrary::instance() == nullptr)
+        return absent(Reason::other, "libcurl bu sistemde kurulu değil (Debian'da libcurl4).");
+    if (stop.stop_requested())
+        return absent(Reason::other, stoppedText);
+    if (settings.model && isCloudModel(*settings.model))
+        return absent(Reason::deviceNotEligible, cloudRefusal(*settings.model));
+    return std::nullopt;
 }
 
 /// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
 /// absence of its own, whatever was found until then.
-std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings,
+std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings, SilentPorts& silent,
                                              const std::stop_token& stop) {
-    if (settings.isOff)
-        return std::unexpected(absent(
-            Reason::notEnabled, "Model ULVAK_MODEL_OFF ile kapatılmış. Açmak için bu değişkeni kaldır."));
-    if (CurlLibrary::instance() == nullptr)
-        return std::unexpected(
-            absent(Reason::other, "libcurl bu sistemde kurulu değil (Debian'da libcurl4)."));
-    if (stop.stop_requested())
-        return std::unexpected(absent(Reason::other, stoppedText));
-    if (settings.model && isCloudModel(*settings.model))
-        return std::unexpected(absent(Reason::deviceNotEligible, cloudRefusal(*settings.model)));
     if (!settings.url)
-        return discovered(settings, stop);
+        return discovered(settings, silent, stop);
     auto address = modelAddress(*settings.url);
     if (!address)
         return std::unexpected(absent(Reason::deviceNotEligible, address.error().text));
@@ -316,8 +376,53 @@ LocalModelSettings LocalModelSettings::fromEnvironment() {
             .isOff = variable("ULVAK_MODEL_OFF").value_or("0") != "0"};
 }
 
+/// What is known of this machine's servers. Threads: any.
+class LocalModel::Memory {
+public:
+    explicit Memory(const LocalModelSettings& settings) : silent_(settings.silencePause) {}
+
+    [[nodiscard]] std::optional<Place> place() const {
+        const std::scoped_lock lock(mutex_);
+        return place_;
+    }
+    void forget() {
+        const std::scoped_lock lock(mutex_);
+        place_.reset();
+    }
+    std::expected<Place, ModelAbsence> find(const LocalModelSettings& settings, const std::stop_token& stop) {
+        auto place = findPlace(settings, silent_, stop);
+        const std::scoped_lock lock(mutex_);
+        if (place)
+            place_ = *place;
+        return place;
+    }
+
+private:
+    SilentPorts silent_;
+    mutable std::mutex mutex_;
+    std::optional<Place> place_;  ///< that has answered last; guarded by `mutex_`
+};
+
+LocalModel::LocalModel(LocalModelSettings settings)
+    : settings_(std::move(settings)), memory_(std::make_unique<Memory>(settings_)) {}
+
+LocalModel::~LocalModel() = default;
+
 std::optional<ModelAbsence> LocalModel::absence(std::stop_token stop) const {
-    auto place = findPlace(settings_, stop);
+    if (auto obstacle = obstacleToAsking(settings_, stop))
+        return obstacle;
+    if (const auto known = memory_->place()) {
+        const auto list = modelsAt(known->address, settings_.url && settings_.model,
+                                   settings_.url ? settings_.namedDeadline : settings_.probeDeadline, stop);
+        if (stop.stop_requested())
+            return absent(Reason::other, stoppedText);
+        if (list && (!known->isListed || std::ranges::find(list->names, known->model) != list->names.end()))
+            return std::nullopt;
+        if (!list && list.error().absence.isSilent)
+            return list.error().absence;
+        memory_->forget();
+    }
+    auto place = memory_->find(settings_, stop);
     if (place)
         return std::nullopt;
     return std::move(place.error());
@@ -325,7 +430,18 @@ std::optional<ModelAbsence> LocalModel::absence(std::stop_token stop) const {
 
 std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& request,
                                                            std::stop_token stop) const {
-    const auto place = findPlace(settings_, stop);
+    if (const auto obstacle = obstacleToAsking(settings_, stop))
+        return std::unexpected(ModelError{.text = obstacle->detail});
+    auto known = memory_->place();
+    if (known) {
+        // It may run elsewhere by now. A server that is busy says so late, but before it is told anything.
+        Whereabouts whereabouts(known->address, settings_.answerDeadline, stop, known->mayKnow);
+        if (whereabouts.obstacle(known->model, Reason::other)) {
+            memory_->forget();
+            known.reset();
+        }
+    }
+    const auto place = known ? std::expected<Place, ModelAbsence>(*known) : memory_->find(settings_, stop);
     if (!place)
         return std::unexpected(ModelError{.text = place.error().detail});
     const auto reply = exchange(place->address,
@@ -334,6 +450,9 @@ std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& r
                                  .connectDeadline = settings_.namedDeadline,
                                  .deadline = settings_.answerDeadline},
                                 stop);
+    constexpr long ok = 200;
+    if (reply ? reply->status != ok : !isSilence(reply.error()))
+        memory_->forget();
     if (!reply)
         return std::unexpected(
             ModelError{.text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),

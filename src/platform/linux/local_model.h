@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -24,23 +25,31 @@ struct LocalModelSettings {
     std::chrono::milliseconds namedDeadline{5'000};     ///< the same for the server that the user names
     std::chrono::milliseconds showDeadline{5'000};      ///< for asking a server found where its models run
     std::chrono::milliseconds answerDeadline{180'000};  ///< until a model has answered
+    /// Before somebody on a usual port who has not answered is asked again; twice as long each time.
+    std::chrono::milliseconds silencePause{10'000};
 
     /// ULVAK_MODEL_URL, ULVAK_MODEL, and ULVAK_MODEL_OFF (anything but "0"); an empty one counts as unset.
     [[nodiscard]] static LocalModelSettings fromEnvironment();
 };
 
-/// A language model behind a server on this machine. Looks for the server anew each time: one that is started
-/// later, or again elsewhere, is found.
+/// A language model behind a server on this machine. A server that was found is remembered while it answers,
+/// and while it is too busy to; one that is started later, or again elsewhere, is found.
 class LocalModel : public LanguageModel {
 public:
-    explicit LocalModel(LocalModelSettings settings) : settings_(std::move(settings)) {}
+    explicit LocalModel(LocalModelSettings settings);
+    ~LocalModel() override;
+    LocalModel(const LocalModel&) = delete;
+    LocalModel& operator=(const LocalModel&) = delete;
 
     [[nodiscard]] std::optional<ModelAbsence> absence(std::stop_token stop = {}) const override;
     [[nodiscard]] std::expected<std::string, ModelError> respond(const ModelRequest& request,
                                                                  std::stop_token stop = {}) const override;
 
 private:
+    class Memory;
+
     const LocalModelSettings settings_;
+    std::unique_ptr<Memory> memory_;
 };
 
 }  // namespace ulvak::platform

@@ -16,6 +16,7 @@
 #include "platform/linux/trash_calls.h"
 #include "platform/linux/trash_folder.h"
 #include "platform/linux/trash_note.h"
+#include "platform/linux/trash_notes.h"
 #include "platform/posix/system.h"
 #include "platform/posix/system_home.h"
 #include "platform/user_folders.h"
@@ -45,8 +46,9 @@ struct Spot {
 
 class TrashMove {
 public:
-    TrashMove(Spot from, const ItemIdentity& item, const std::string& path, const posix::TrashCalls& calls)
-        : from_(std::move(from)), item_(item), path_(path), calls_(calls) {}
+    TrashMove(Spot from, const ItemIdentity& item, const std::string& path, const posix::TrashCalls& calls,
+              TrashNotes::Notes* ahead)
+        : from_(std::move(from)), item_(item), path_(path), calls_(calls), ahead_(ahead) {}
     ~TrashMove() {
         if (pinned_ >= 0)
             ::close(pinned_);
@@ -57,6 +59,8 @@ public:
     std::expected<TrashedItem, FileError> run() {
         if (const int failure = judge())
             return failed(systemError(failure));
+        if (auto trashed = withNoteAhead())
+            return std::move(*trashed);
         for (int attempt = 1;; ++attempt) {
             auto trashed = intoHome();
             if (!trashed && trashed.error().code == std::errc::cross_device_link)
@@ -94,6 +98,30 @@ private:
         return there && there == posix::identityAt(pinned_, "");
     }
 
+    /// Nothing where no note was written, or where it or the Trash has changed since.
+    std::optional<Result> withNoteAhead() {
+        auto waiting = ahead_ != nullptr ? ahead_->take(path_) : std::nullopt;
+        if (!waiting || !waiting->note.isThere() ||
+            !waiting->trash->items.isAt(waiting->trash->path + "/" + trashLayout().items))
+            return std::nullopt;
+        const Spot to{.folder = waiting->trash->items, .name = waiting->name};
+        int failure = rename(from_, to);
+        if (failure == 0)
+            failure = settle(to, waiting->note, folderOf(path_));
+        if (failure == 0)
+            return arrived(*waiting->trash, to, waiting->note);
+        if (failure == ESTALE)
+            return failed(systemError(failure));
+        return std::nullopt;
+    }
+
+    [[nodiscard]] TrashedItem arrived(const OpenTrash& trash, const Spot& to, TrashNote& note) const {
+        note.keep();
+        return {.origin = path_,
+                .location = trash.path + "/" + trashLayout().items + "/" + to.name,
+                .identity = to.identity().value_or(item_)};
+    }
+
     Result intoHome() {
         const auto trash = homeTrash();
         if (trash)
@@ -121,7 +149,7 @@ private:
         const std::string text = noteText(noted, std::time(nullptr));
         std::size_t longest = longestName;
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            const Spot to{.folder = trash.items, .name = newName(trash, longest)};
+            const Spot to{.folder = trash.items, .name = freeTrashName(trash, from_.name, longest)};
             auto note = TrashNote::write(trash.notes, to.name + trashLayout().noteSuffix, text);
             int failure = note ? rename(from_, to) : note.error().value();
             if (failure == ENAMETOOLONG && longest == longestName)
@@ -130,27 +158,12 @@ private:
                 failure = settle(to, *note, origin);
             else if (failure != EEXIST)
                 return failed(systemError(failure), note ? "" : trash.path);
-            if (failure == 0) {
-                note->keep();
-                return TrashedItem{.origin = path_,
-                                   .location = trash.path + "/" + trashLayout().items + "/" + to.name,
-                                   .identity = to.identity().value_or(item_)};
-            }
+            if (failure == 0)
+                return arrived(trash, to, *note);
             if (failure == ESTALE)
                 return failed(systemError(failure));
         }
         return failed(systemError(EEXIST), trash.path);
-    }
-
-    [[nodiscard]] std::string newName(const OpenTrash& trash, std::size_t longest) const {
-        const auto exists = [](const Directory& folder, const std::string& name) {
-            return ::faccessat(folder.handle(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
-        };
-        const int number = freeNumber([&](int candidate) {
-            const std::string name = trashName(from_.name, candidate, longest);
-            return exists(trash.notes, name + trashLayout().noteSuffix) || exists(trash.items, name);
-        });
-        return trashName(from_.name, number, longest);
     }
 
     /// What the file system says itself, or less than every one of them has.
@@ -227,20 +240,24 @@ private:
     ItemIdentity item_;
     std::string path_;
     const posix::TrashCalls& calls_;
-    int pinned_ = -1;  ///< the item, open for nothing but being known again
+    TrashNotes::Notes* ahead_;  ///< may be null
+    int pinned_ = -1;           ///< the item, open for nothing but being known again
 };
 
 }  // namespace
 
 std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
-                                                  const ItemIdentity& item, const std::string& path) {
-    return posix::moveToTrash(parent, name, item, path, {});
+                                                  const ItemIdentity& item, const std::string& path,
+                                                  TrashNotes* ahead) {
+    return posix::moveToTrash(parent, name, item, path, {}, ahead);
 }
 
 std::expected<TrashedItem, FileError> posix::moveToTrash(const Directory& parent, const std::string& name,
                                                          const ItemIdentity& item, const std::string& path,
-                                                         const TrashCalls& calls) {
-    return TrashMove({.folder = parent, .name = name}, item, path, calls).run();
+                                                         const TrashCalls& calls, TrashNotes* ahead) {
+    return TrashMove({.folder = parent, .name = name}, item, path, calls,
+                     ahead != nullptr ? ahead->notes() : nullptr)
+        .run();
 }
 
 const TrashLayout& trashLayout() {

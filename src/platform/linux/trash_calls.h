@@ -13,10 +13,8 @@ struct TrashCalls {
 };
 
 /// As `moveToTrash` of `platform/trash.h`, by these calls.
-[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent,
-                                                                const std::string& name,
-                                                                const ItemIdentity& item,
-                                                                const std::string& path,
-                                                                const TrashCalls& calls);
+[[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(
+    const Directory& parent, const std::string& name, const ItemIdentity& item, const std::string& path,
+    const TrashCalls& calls, TrashNotes* ahead = nullptr);
 
 }  // namespace ulvak::platform::posix

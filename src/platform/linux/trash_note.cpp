@@ -35,25 +35,6 @@ std::string_view cut(std::string_view text, std::size_t most) {
     return text.substr(0, most - end < longestCharacter && end > 0 ? end : most);
 }
 
-/// The note itself is on the disk before its item moves. A flush of the folder, which most file systems have
-/// made with that of a new file, takes as long again: of thousands in a row only so many are made that they
-/// take a small part of the time.
-std::error_code flush(int file, int folder) {
-    static std::atomic<Clock::duration::rep> nextFolderFlush = 0;
-    if (posix::flushToDisk(file) != 0)
-        return lastError();
-    const auto start = Clock::now();
-    if (start.time_since_epoch().count() < nextFolderFlush.load())
-        return {};
-    // Some file systems do not know the call for folders.
-    if (posix::flushToDisk(folder) != 0 && errno != EINVAL)
-        return lastError();
-    constexpr int share = 10;
-    const auto end = Clock::now();
-    nextFolderFlush = (end + share * (end - start)).time_since_epoch().count();
-    return {};
-}
-
 }  // namespace
 
 std::string trashName(std::string_view name, int number, std::size_t longest) {
@@ -108,7 +89,7 @@ std::string noteText(std::string_view path, std::time_t when) {
     return "[Trash Info]\nPath=" + percentEncoded(path) + "\nDeletionDate=" + date.data() + "\n";
 }
 
-std::expected<TrashNote, std::error_code> TrashNote::write(const Directory& notes, std::string name,
+std::expected<TrashNote, std::error_code> TrashNote::draft(const Directory& notes, std::string name,
                                                            std::string_view text) {
     const int file =
         ::openat(notes.handle(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
@@ -120,6 +101,15 @@ std::expected<TrashNote, std::error_code> TrashNote::write(const Directory& note
     return note;
 }
 
+std::expected<TrashNote, std::error_code> TrashNote::write(const Directory& notes, std::string name,
+                                                           std::string_view text) {
+    auto note = draft(notes, std::move(name), text);
+    const auto error = note ? note->flush() : std::error_code();
+    if (error)
+        return std::unexpected(error);
+    return note;
+}
+
 std::error_code TrashNote::fill(std::string_view text) const {
     while (!text.empty()) {
         const ssize_t written = ::write(file_, text.data(), text.size());
@@ -127,7 +117,38 @@ std::error_code TrashNote::fill(std::string_view text) const {
             return lastError();
         text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
-    return flush(file_, notes_->handle());
+    return {};
+}
+
+/// The note itself is on the disk before its item moves. A flush of the folder, which most file systems have
+/// made with that of a new file, takes as long again: of thousands in a row only so many are made that they
+/// take a small part of the time.
+std::error_code TrashNote::flush() const {
+    static std::atomic<Clock::duration::rep> nextFolderFlush = 0;
+    if (const auto error = flushFile())
+        return error;
+    const auto start = Clock::now();
+    if (start.time_since_epoch().count() < nextFolderFlush.load())
+        return {};
+    if (const auto error = flushFolder())
+        return error;
+    constexpr int share = 10;
+    const auto end = Clock::now();
+    nextFolderFlush = (end + share * (end - start)).time_since_epoch().count();
+    return {};
+}
+
+void TrashNote::startFlush() const {
+    // Dropped by design: what it does not begin, the flush does.
+    (void)::sync_file_range(file_, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
+std::error_code TrashNote::flushFile() const {
+    return posix::flushToDisk(file_) == 0 ? std::error_code() : lastError();
+}
+
+std::error_code TrashNote::flushFolder() const {
+    return posix::flushToDisk(notes_->handle()) == 0 || errno == EINVAL ? std::error_code() : lastError();
 }
 
 TrashNote::~TrashNote() {

@@ -38,6 +38,15 @@ public:
     [[nodiscard]] static std::expected<TrashNote, std::error_code> write(const Directory& notes,
                                                                          std::string name,
                                                                          std::string_view text);
+    /// Complete, but not on its way to the disk yet. `notes` outlives it.
+    [[nodiscard]] static std::expected<TrashNote, std::error_code> draft(const Directory& notes,
+                                                                         std::string name,
+                                                                         std::string_view text);
+    /// For many at once: begins to write it to the disk and does not wait.
+    void startFlush() const;
+    /// Until it is there. Its folder has to be as well; some file systems do not know the call for folders.
+    [[nodiscard]] std::error_code flushFile() const;
+    [[nodiscard]] std::error_code flushFolder() const;
     ~TrashNote();
     TrashNote(TrashNote&& other) noexcept;
     TrashNote(const TrashNote&) = delete;
@@ -52,6 +61,7 @@ private:
     TrashNote(const Directory& notes, std::string name, int file)
         : notes_(&notes), name_(std::move(name)), file_(file) {}
     [[nodiscard]] std::error_code fill(std::string_view text) const;
+    [[nodiscard]] std::error_code flush() const;
 
     const Directory* notes_;
     std::string name_;  ///< empty once it is kept

@@ -88,8 +88,17 @@ std::expected<TrashedItem, FileError> arrived(const Directory& parent, const std
 
 }  // namespace
 
+/// The system keeps no notes beside the items.
+class TrashNotes::Notes {};
+
+TrashNotes::TrashNotes() = default;
+TrashNotes::~TrashNotes() = default;
+void TrashNotes::add(const Directory& /*parent*/, const std::string& /*name*/, const std::string& /*path*/) {}
+void TrashNotes::flush() {}
+
 std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
-                                                  const ItemIdentity& item, const std::string& path) {
+                                                  const ItemIdentity& item, const std::string& path,
+                                                  TrashNotes* /*ahead*/) {
     // Whatever HOME says, the item would go to the Trash of the user who is logged in.
     if (!posix::isInSystemHome())
         return std::unexpected(failed(ENOTSUP, path, "HOME başka bir ev klasörünü gösteriyor"));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <thread>
@@ -412,6 +413,101 @@ TEST(LocalModel, QuestionsToOneServerShareOneTime) {
     for (std::chrono::milliseconds whole = 2s; !isShared && whole < 40s; whole *= 2)
         isShared = isOneTimeShared(whole);
     EXPECT_TRUE(isShared);
+}
+
+// What is remembered
+
+TEST(LocalModel, ServerThatWasFoundIsNotLookedForAgainWhileItAnswers) {
+    const ScriptedServer other(
+        [](const Connection& client, const Request&) { client.send(reply(404, "no")); });
+    const ScriptedServer server(modelServer(200, chatReply("x")));
+    const LocalModel model = patient({.ports = {other.port(), server.port()}});
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_FALSE(model.absence());
+        EXPECT_TRUE(model.respond(anyRequest));
+    }
+    EXPECT_EQ(other.requests().size(), 1U);
+}
+
+TEST(LocalModel, ServerThatHasGoneIsForgottenAndTheNextIsFound) {
+    const ScriptedServer next(modelServer(200, chatReply("next")));
+    auto first = std::make_unique<ScriptedServer>(modelServer(200, chatReply("first")));
+    const LocalModel model = patient({.ports = {first->port(), next.port()}});
+    EXPECT_FALSE(model.absence());
+    EXPECT_EQ(model.respond(anyRequest).value_or("error"), "first");
+    first.reset();
+    EXPECT_EQ(model.respond(anyRequest).value_or("error"), "next");
+    EXPECT_FALSE(model.absence());
+}
+
+TEST(LocalModel, ModelThatRunsElsewhereByNowIsNotAsked) {
+    std::atomic<bool> isElsewhere = false;
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        showing({"a"}, isElsewhere ? std::vector<std::string>{"a"} : std::vector<std::string>{})(client,
+                                                                                                 request);
+    });
+    const LocalModel model = patient({.ports = {server.port()}});
+    EXPECT_TRUE(model.respond(anyRequest));
+    isElsewhere = true;
+    EXPECT_FALSE(model.respond(anyRequest));
+    EXPECT_EQ(timesAsked(server, "/v1/chat/completions"), 1);
+    EXPECT_TRUE(model.absence());
+}
+
+TEST(LocalModel, HungListenerCostsItsTimeOnce) {
+    const ScriptedServer hung([](const Connection& client, const Request&) { client.waitForItsEnd(); });
+    const LocalModel model({.ports = {hung.port()}, .probeDeadline = 50ms, .silencePause = 10min});
+    for (int i = 0; i < 5; ++i) {
+        const auto absence = model.absence();
+        ASSERT_TRUE(absence);
+        EXPECT_TRUE(absence->isSilent) << "somebody is there";
+    }
+    EXPECT_FALSE(model.respond(anyRequest));
+    EXPECT_EQ(hung.requests().size(), 1U);
+}
+
+TEST(LocalModel, ListenerThatWasTooBusyAtFirstIsFoundAfterAPause) {
+    std::atomic<bool> isBusy = true;
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (isBusy)
+            client.waitForItsEnd();
+        else
+            modelServer(200, chatReply("x"))(client, request);
+    });
+    const LocalModel model({.ports = {server.port()}, .probeDeadline = 50ms, .silencePause = 1ms});
+    EXPECT_TRUE(model.absence());
+    isBusy = false;
+    bool isFound = false;
+    const auto start = std::chrono::steady_clock::now();
+    while (!isFound && std::chrono::steady_clock::now() - start < 60s)
+        isFound = !model.absence();
+    EXPECT_TRUE(isFound);
+}
+
+TEST(LocalModel, BusyServerIsSilentNotGoneAndAnswersWhatItIsAsked) {
+    std::atomic<bool> isBusy = false;
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (isBusy && request.path == "/v1/models")
+            client.waitForItsEnd();
+        else
+            modelServer(200, chatReply("x"))(client, request);
+    });
+    for (const auto& url : {std::optional<std::string>(), std::optional(server.url())}) {
+        isBusy = false;
+        const LocalModel model({.url = url,
+                                .ports = {server.port()},
+                                .probeDeadline = 2s,
+                                .namedDeadline = 2s,
+                                .showDeadline = 60s});
+        ASSERT_FALSE(model.absence());
+        isBusy = true;
+        const auto absence = model.absence();
+        ASSERT_TRUE(absence);
+        EXPECT_TRUE(absence->isSilent);
+        EXPECT_EQ(model.respond(anyRequest).value_or("error"), "x");
+        isBusy = false;
+        EXPECT_FALSE(model.absence());
+    }
 }
 
 // One request

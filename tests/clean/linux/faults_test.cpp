@@ -394,10 +394,11 @@ TEST(Faults, ADiskThatFailsIsPassedOn) {
                 return Cleaner::Services::system().removeItem(parent, name, item, kept);
             };
             services.moveToTrash = [&](const platform::Directory& parent, const std::string& name,
-                                       const platform::ItemIdentity& item, const std::string& path) {
+                                       const platform::ItemIdentity& item, const std::string& path,
+                                       platform::TrashNotes* ahead) {
                 if (name == "second")
                     return std::expected<platform::TrashedItem, platform::FileError>(std::unexpect, broken);
-                return Cleaner::Services::system().moveToTrash(parent, name, item, path);
+                return Cleaner::Services::system().moveToTrash(parent, name, item, path, ahead);
             };
             const auto error = expectSecondToFail(tree, "second", mode, std::errc::io_error, services);
             EXPECT_EQ(error.detail, broken.detail);

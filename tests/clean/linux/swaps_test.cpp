@@ -143,9 +143,10 @@ Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap, boo
         return platform::posix::removeTree(parent, name, item, kept, calls);
     };
     services.moveToTrash = [start, move = services.moveToTrash](const auto& parent, const std::string& name,
-                                                                const auto& item, const std::string& path) {
+                                                                const auto& item, const std::string& path,
+                                                                auto* ahead) {
         start(name);
-        return move(parent, name, item, path);
+        return move(parent, name, item, path, ahead);
     };
     return services;
 }

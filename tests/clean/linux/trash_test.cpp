@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -11,10 +12,12 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "clean/clean_support.h"
+#include "platform/files.h"
 #include "platform/program.h"
 
 namespace ulvak {
@@ -390,6 +393,64 @@ TEST(EmptyingTheTrash, WhatIsTrashedMeanwhileIsWholeOrGone) {
         EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
         EXPECT_TRUE(!exists(tree.path(trashFolder)) || fs::is_empty(tree.path(trashFolder)));
         EXPECT_LT(std::distance(fs::directory_iterator(tree.path("home/many")), {}), items);
+    });
+}
+
+/// The folder of notes in the Trash of a home.
+std::string notesOf(const TempTree& tree) {
+    return tree.path("home/.local/share/Trash/info");
+}
+
+TEST(Prepare, WritesTheNotesOfSeveralFindingsTogetherAndEachIsUsed) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        std::vector<std::shared_ptr<const Finding>> findings;
+        for (const char* name : {"home/one", "home/two", "home/three", "home/gone"})
+            findings.push_back(std::make_shared<const Finding>(finding({tree.path(name)})));
+        auto ahead = Cleaner::prepare(findings, CleanMode::trash);
+        ASSERT_TRUE(ahead);
+        EXPECT_EQ(platform::listNames(notesOf(tree)).size(), 4U);
+        for (const auto& each : findings) {
+            CleanRun run{.ahead = ahead.get()};
+            EXPECT_EQ(Cleaner::clean(*each, CleanMode::trash, run).has_value(), !each->id.ends_with("gone"));
+        }
+        ahead.reset();
+        EXPECT_THAT(platform::listNames(notesOf(tree)),
+                    testing::UnorderedElementsAre("one.trashinfo", "two.trashinfo", "three.trashinfo"));
+    });
+}
+
+TEST(Prepare, LeavesWhatMustStay) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        std::vector<std::shared_ptr<const Finding>> findings;
+        for (const char* name : {"home/Documents", "home/one"})
+            findings.push_back(std::make_shared<const Finding>(finding({tree.path(name)})));
+        const auto ahead = Cleaner::prepare(findings, CleanMode::permanent);
+        CleanRun run{.ahead = ahead.get()};
+        EXPECT_FALSE(Cleaner::clean(*findings.front(), CleanMode::permanent, run));
+        EXPECT_TRUE(exists(tree.path("home/Documents/old.zip")));
+        EXPECT_TRUE(Cleaner::clean(*findings.back(), CleanMode::permanent, run));
+    });
+}
+
+TEST(Prepare, AStopLeavesNoNotesOfWhatStays) {
+    const TempTree tree(lifelike());
+    inHome(tree, [&] {
+        std::stop_source stop;
+        Cleaner::Services services = Cleaner::Services::system();
+        services.moveToTrash = [&, move = services.moveToTrash](const auto& parent, const auto& name,
+                                                                const auto& item, const auto& path,
+                                                                auto* ahead) {
+            stop.request_stop();
+            EXPECT_EQ(platform::listNames(notesOf(tree)).size(), 3U) << "those of all items";
+            return move(parent, name, item, path, ahead);
+        };
+        CleanRun run{.stop = stop.get_token()};
+        EXPECT_FALSE(
+            Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
+                           CleanMode::trash, run, services));
+        EXPECT_THAT(platform::listNames(notesOf(tree)), testing::ElementsAre("one.trashinfo"));
     });
 }
 

@@ -243,6 +243,169 @@ TEST(MoveToTrash, TheNoteIsOnTheDiskBeforeTheItemMoves) {
     EXPECT_EQ(order, "write fsync fsync rename ");
 }
 
+/// Items of one home that are moved with notes written ahead.
+class NotesAhead : public testing::Test {
+protected:
+    NotesAhead() {
+        for (int number = 0; number < count; ++number)
+            tree.add({folder("home/" + std::to_string(number), {textFile("item", "x")})});
+    }
+    static constexpr int count = 20;
+
+    [[nodiscard]] std::string item(int number) const {
+        return tree.path("home/" + std::to_string(number) + "/item");
+    }
+    void write(TrashNotes& notes) const {
+        for (int number = 0; number < count; ++number) {
+            const auto parent = Directory::open(parentOf(item(number)));
+            ASSERT_TRUE(parent);
+            notes.add(*parent, "item", item(number));
+        }
+        notes.flush();
+    }
+    [[nodiscard]] Trashed move(int number, TrashNotes& notes) const {
+        const auto parent = Directory::open(parentOf(item(number)));
+        return moveToTrash(*parent, "item", *entryIdentity(*parent, "item"), item(number), &notes);
+    }
+    [[nodiscard]] std::size_t notesLeft() const { return countIn(tree.path(homeTrash + "/info")); }
+
+    TempTree tree{{folder("home", {folder(".local", {folder("share")})})}};
+    HomeIn home{tree.path("home")};
+};
+
+TEST_F(NotesAhead, AreThoseOfTheirItems) {
+    TrashNotes notes;
+    write(notes);
+    EXPECT_EQ(notesLeft(), std::size_t{count});
+    for (int number = 0; number < count; ++number) {
+        const auto moved = move(number, notes);
+        ASSERT_TRUE(moved);
+        EXPECT_FALSE(isThere(item(number)));
+        EXPECT_EQ(notedPath(moved->location), item(number));
+    }
+    EXPECT_EQ(notesLeft(), std::size_t{count}) << "none was written twice";
+}
+
+TEST_F(NotesAhead, GoWhenTheirItemsDoNotFollow) {
+    {
+        TrashNotes notes;
+        write(notes);
+        EXPECT_TRUE(move(3, notes));
+        const auto parent = Directory::open(parentOf(item(4)));
+        const auto other = moveToTrash(*parent, "item", ItemIdentity(), item(4), &notes);
+        EXPECT_EQ(other.error().code.value(), ESTALE);
+    }
+    EXPECT_EQ(notesLeft(), 1U);
+    EXPECT_TRUE(isThere(item(4)));
+}
+
+TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasEmptiedMeanwhile) {
+    TrashNotes notes;
+    write(notes);
+    fs::remove_all(tree.path(homeTrash));
+    const auto first = move(0, notes);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(notedPath(first->location), item(0));
+    EXPECT_TRUE(isThere(first->location));
+}
+
+TEST_F(NotesAhead, AreWrittenAnewWhereSomebodyHasRemovedThem) {
+    TrashNotes notes;
+    write(notes);
+    for (const auto& note : fs::directory_iterator(tree.path(homeTrash + "/info")))
+        fs::remove(note);
+    const auto first = move(0, notes);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasMovedAwayMeanwhile) {
+    TrashNotes notes;
+    write(notes);
+    fs::rename(tree.path(homeTrash), tree.path("home/elsewhere"));
+    const auto first = move(0, notes);
+    ASSERT_TRUE(first);
+    EXPECT_TRUE(isThere(first->location)) << "it is where it is said to be";
+    EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
+    TrashNotes notes;
+    write(notes);
+    ASSERT_EQ(::mknod(tree.path(homeTrash + "/files/item").c_str(), S_IFREG | 0600, 0), 0);
+    const auto first = move(0, notes);
+    ASSERT_TRUE(first);
+    EXPECT_NE(nameOf(first->location), "item");
+    EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, DoNotCountBeforeTheyAreOnTheDisk) {
+    TrashNotes notes;
+    const auto parent = Directory::open(parentOf(item(0)));
+    notes.add(*parent, "item", item(0));
+    const auto moved = move(0, notes);
+    ASSERT_TRUE(moved);
+    EXPECT_EQ(nameOf(moved->location), "item.2") << "with a note of its own";
+}
+
+TEST_F(NotesAhead, AreAllOnTheDiskBeforeTheFirstItemMoves) {
+    test::TracedChild child([&] {
+        TrashNotes notes;
+        for (int number = 0; number < 3; ++number) {
+            const auto parent = Directory::open(parentOf(item(number)));
+            notes.add(*parent, "item", item(number));
+        }
+        notes.flush();
+        for (int number = 0; number < 3; ++number)
+            (void)move(number, notes);
+    });
+    if (!child.isTraced())
+        GTEST_SKIP() << "this user may not trace a program";
+    std::string order;
+    while (child.step()) {
+        const auto call = child.call();
+        if (call == SYS_write && !order.ends_with("write "))
+            order += "write ";
+        if (call == SYS_fsync)
+            order += "fsync ";
+        if (call == SYS_renameat2)
+            order += "rename ";
+    }
+    EXPECT_EQ(order, "write fsync fsync fsync fsync rename rename rename ");
+}
+
+TEST_F(NotesAhead, WhereverItIsKilledEachItemIsInItsPlaceOrHasItsNote) {
+    // Once every so many moments: there are thousands.
+    bool isOver = false;
+    for (int moment = 1; !isOver; moment += 37) {
+        const TempTree here({folder("home", {textFile("a", "a"), textFile("b", "b")})});
+        const HomeIn user(here.path("home"));
+        {
+            test::TracedChild child([&] {
+                TrashNotes notes;
+                const auto parent = Directory::open(here.path("home"));
+                for (const char* name : {"a", "b"})
+                    notes.add(*parent, name, here.path("home/") + name);
+                notes.flush();
+                for (const char* name : {"a", "b"})
+                    (void)moveToTrash(*parent, name, *entryIdentity(*parent, name), here.path("home/") + name,
+                                      &notes);
+            });
+            if (!child.isTraced())
+                GTEST_SKIP() << "this user may not trace a program";
+            for (int i = 0; i < moment && !isOver; ++i)
+                isOver = !child.step();
+        }
+        for (const std::string name : {"a", "b"}) {
+            const std::string location = here.path(homeTrash + "/files/" + name);
+            const bool isHere = isThere(here.path("home/" + name));
+            ASSERT_NE(isHere, isThere(location)) << moment;
+            ASSERT_TRUE(isHere || notedPath(location) == here.path("home/" + name)) << moment;
+            ASSERT_TRUE(!isHere || trash(here.path("home/" + name))) << moment;
+        }
+    }
+}
+
 std::string sizesIn(const TempTree& tree) {
     return test::textOf(tree.path(homeTrash + "/directorysizes"));
 }
