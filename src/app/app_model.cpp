@@ -148,8 +148,10 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       aiStatus_{.unavailable = ""},
       workers_(std::make_unique<Workers>()),
       lasting_(std::make_unique<Workers>()),
-      store_(std::move(verdictsPath), VerdictStore::systemTime,
-             [this](std::function<void()> job) { saveLabels(std::move(job)); }) {
+      store_(
+          std::move(verdictsPath), VerdictStore::systemTime,
+          [this](std::function<void()> job) { runForLabels(*lasting_, std::move(job)); },
+          [this](std::function<void()> job) { runForLabels(*workers_, std::move(job)); }) {
     refreshStatus();
 }
 
@@ -180,13 +182,34 @@ void AppModel::finishLasting() {
     store_.writeRest();
 }
 
-QCoro::Task<> AppModel::saveLabels(std::function<void()> job) {
-    auto call = lasting_->run([job = std::move(job)] {
+QCoro::Task<> AppModel::runForLabels(Workers& workers, std::function<void()> job) {
+    auto call = workers.run([job = std::move(job)] {
         job();
         return true;
     });
     co_await call;
-    store_.adopt();
+    if (store_.adopt() && !isEnding_)
+        showLabels();
+}
+
+void AppModel::showLabels() {
+    bool isChanged = false;
+    for (FindingPointer& shown : findings_) {
+        if (!store_.entries().contains(shown->id))
+            continue;
+        const auto finding = std::make_shared<Finding>(*shown);
+        store_.apply(*finding);
+        if (currentVerdict(*finding) == currentVerdict(*shown))
+            continue;
+        shown = finding;
+        isChanged = true;
+    }
+    if (!isChanged)
+        return;
+    sums_.reset();
+    index_.reset();
+    removed_.clear();
+    emit findingsChanged();
 }
 
 void AppModel::expectUiThread() const {

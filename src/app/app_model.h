@@ -230,7 +230,9 @@ private:
     QCoro::Task<bool> refreshStatus();
     QCoro::Task<Asked> ask(std::string id, std::string note);
     QCoro::Task<Asked> askAbout(FindingPointer chosen, std::string note);
-    QCoro::Task<> saveLabels(std::function<void()> job);
+    QCoro::Task<> runForLabels(Workers& workers, std::function<void()> job);
+    /// Lays those that came from the disk meanwhile over what is shown.
+    void showLabels();
     QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
     /// What the scan has found, without what was cleaned while it ran. Nothing when it is given up, and when
     /// it runs anew because a size cannot be told.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/files.h"
+#include "platform/reach.h"
 #include "platform/user_folders.h"
 
 namespace ulvak {
@@ -35,13 +36,24 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
     return false;
 }
 
+/// Or fails at once; or is on the same volume as the home, without which nothing here works.
+bool answersAtOnce(const std::string& path) {
+    const std::string home = Paths::home();
+    const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
+    return reach.includes(reach.follow(path).path);
+}
+
 }  // namespace
 
-VerdictStore::VerdictStore(std::string path, Clock now, Runner run)
+VerdictStore::VerdictStore(std::string path, Clock now, Runner write, Runner read)
     : path_(std::move(path)),
       now_(std::move(now)),
-      run_(std::move(run)),
+      write_(std::move(write)),
       shared_(std::make_shared<SharedVerdicts>(path_, now_)) {
+    if (read && !answersAtOnce(path_)) {
+        read([shared = shared_] { shared->load(); });
+        return;
+    }
     shared_->load();
     entries_ = shared_->entries();
 }
@@ -76,12 +88,13 @@ void VerdictStore::remove(std::string_view id) {
         notify();
 }
 
-void VerdictStore::adopt() {
+bool VerdictStore::adopt() {
     VerdictEntries now = shared_->entries();
     if (now == entries_)
-        return;
+        return false;
     entries_ = std::move(now);
     notify();
+    return true;
 }
 
 void VerdictStore::writeRest() {
@@ -96,8 +109,8 @@ FileTime VerdictStore::systemTime() {
 void VerdictStore::persist() {
     if (!shared_->request())
         return;
-    if (run_) {
-        run_([shared = shared_] { shared->synchronize(); });
+    if (write_) {
+        write_([shared = shared_] { shared->synchronize(); });
         return;
     }
     shared_->synchronize();

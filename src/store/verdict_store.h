@@ -15,12 +15,13 @@ namespace ulvak {
 /// Remembers from run to run which verdict the user or the model gave to which finding. Nothing is ever
 /// forgotten but by `remove`; entries for what is no longer there stay.
 ///
-/// Threads: the UI thread only. `save` and `remove` write the whole file and, unless another runner is given,
-/// block until the disk has answered; after that neither a kill nor a power cut loses the entry. Several
-/// programs with one file lose nothing of each other's (`SharedVerdicts`). Failures: silent by design. What
-/// cannot be read is empty, and stays beside the file that the next `save` makes; what can be read but not
-/// understood is copied there at once, if that can be done. What cannot be written is remembered until the
-/// program ends, and the file stays as it was.
+/// Threads: the UI thread only. A file on a volume that may never answer is not waited for at the start where
+/// there is a runner for reading. `save` and `remove` write the whole file and, unless another runner is
+/// given, block until the disk has answered; after that neither a kill nor a power cut loses the entry.
+/// Several programs with one file lose nothing of each other's (`SharedVerdicts`). Failures: silent by
+/// design. What cannot be read is empty, and stays beside the file that the next `save` makes; what can be
+/// read but not understood is copied there at once, if that can be done. What cannot be written is remembered
+/// until the program ends, and the file stays as it was.
 class VerdictStore {
 public:
     using Clock = SharedVerdicts::Clock;
@@ -30,8 +31,10 @@ public:
 
     [[nodiscard]] static FileTime systemTime();
 
-    /// Makes the folder of the file at `path` and reads the file. Without `run`, jobs run at once.
-    explicit VerdictStore(std::string path, Clock now = systemTime, Runner run = {});
+    /// Makes the folder of the file at `path` and reads the file; by `read` where nobody knows when its
+    /// volume answers, and then `entries` lack what it says until it is adopted. `write` is for every change.
+    /// Without a runner, jobs run at once.
+    explicit VerdictStore(std::string path, Clock now = systemTime, Runner write = {}, Runner read = {});
     VerdictStore(const VerdictStore&) = delete;
     VerdictStore& operator=(const VerdictStore&) = delete;
 
@@ -55,8 +58,8 @@ public:
     /// Writes the file also when there is no such entry.
     void remove(std::string_view id);
 
-    /// Takes over what a job has found in the file.
-    void adopt();
+    /// Takes over what a job has found in the file. Whether that was anything new.
+    bool adopt();
 
     /// Tries once more to write what could not be written, on this thread: for the end of the program.
     void writeRest();
@@ -67,7 +70,7 @@ private:
 
     std::string path_;
     Clock now_;
-    Runner run_;
+    Runner write_;
     std::function<void()> changed_;
     std::shared_ptr<SharedVerdicts> shared_;
     VerdictEntries entries_;  ///< as `shared_` has them

@@ -73,6 +73,21 @@ TEST_F(AppModelLabel, OfTwoFindingsWithOneIdTheFirstIsLabelled) {
     EXPECT_EQ(app().findings()[1]->level, SafetyLevel::safe);
 }
 
+TEST_F(AppModelLabel, WhatAnotherWindowHasLabelledIsSeenWithTheNextLabel) {
+    startWith({staged("/a"), staged("/b"), staged("/c")});
+    const std::int64_t safeBytes = app().total(SafetyLevel::safe);
+    Finding theirs = staged("/b");
+    relabel(theirs, SafetyLevel::keep);
+    VerdictStore(verdictsPath).save(currentVerdict(theirs), theirs);
+    EXPECT_EQ(app().finding("/b")->level, SafetyLevel::safe);
+    app().setLevel(SafetyLevel::caution, "/c");
+    ASSERT_TRUE(eventually([&] { return app().finding("/b")->level == SafetyLevel::keep; }));
+    EXPECT_EQ(currentVerdict(*app().finding("/b")), currentVerdict(theirs));
+    EXPECT_EQ(app().finding("/a")->level, SafetyLevel::safe);
+    EXPECT_EQ(app().finding("/c")->level, SafetyLevel::caution);
+    EXPECT_EQ(app().total(SafetyLevel::safe), safeBytes / 3);
+}
+
 TEST_F(AppModelLabel, LabelsAreGivenWhileAScanRuns) {
     startWith({staged("/a")});
     const auto gate = std::make_shared<Gate>();

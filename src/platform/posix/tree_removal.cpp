@@ -534,8 +534,8 @@ private:
         return 0;
     }
 
-    /// Whether the item, which is not where it was, has another name: for a moment where another removal of it
-    /// has moved it aside, and else because somebody keeps it.
+    /// Whether the item, which is not where it was, has another name: for a moment where another removal of
+    /// it has moved it aside, and else because somebody keeps it.
     static bool isAside(const Level& level, int failure) {
         struct stat info{};
         return failure == ENOENT && level.around == nullptr && ::fstat(level.folder.handle(), &info) == 0 &&
