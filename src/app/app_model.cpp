@@ -644,7 +644,12 @@ QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode
         // Another click may have come first while the applications were looked at.
         std::erase_if(turns, [&](const Cleaning& turn) { return cleaning_.contains(turn.finding->id); });
         if (turns.empty()) {
-            together *= 2;
+            together = std::min(together * 2, mostTogether);
+            continue;
+        }
+        if (cleanStop_.stop_requested()) {
+            for (const Cleaning& turn : turns)
+                applyFailed(turn);
             continue;
         }
         const auto start = Clock::now();
