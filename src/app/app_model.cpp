@@ -87,12 +87,12 @@ struct AppModel::Scan {
     CleanedPaths cleaned;  ///< while it ran
 };
 
-/// How it ended to ask the model about a finding.
+/// How asking the model about a finding ended.
 struct AppModel::Asked {
     enum class End : std::uint8_t { passedOver, noModel, answered, failed };
     End end = End::passedOver;
     std::string why;        ///< it failed
-    bool isSilent = false;  ///< the model had not said in time whether it is there
+    bool isSilent = false;  ///< neither the status nor the request was answered in time
 };
 
 struct AppModel::Batch {
@@ -109,8 +109,8 @@ struct AppModel::Batch {
             ++answered;
         if (asked.end == Asked::End::failed)
             addFailure(asked.why);
-        // Neither the question nor the request was answered: nor will the next be.
-        isModelGone = asked.end == Asked::End::noModel || (asked.end == Asked::End::failed && asked.isSilent);
+        // The next request would not be answered either.
+        isModelGone = asked.end == Asked::End::noModel || asked.isSilent;
         if (isModelGone)
             left = leftBefore - (asked.end == Asked::End::failed ? 1 : 0);
     }
@@ -528,7 +528,7 @@ QCoro::Task<AppModel::Asked> AppModel::ask(std::string id, std::string note) {
 
 QCoro::Task<AppModel::Asked> AppModel::askAbout(FindingPointer chosen, std::string note) {
     Asked asked;
-    asked.isSilent = !co_await refreshStatus();
+    const bool isAnswered = co_await refreshStatus();
     if (isEnding_)
         co_return asked;
     if (!aiStatus_.isAvailable()) {
@@ -549,6 +549,8 @@ QCoro::Task<AppModel::Asked> AppModel::askAbout(FindingPointer chosen, std::stri
     if (!answer) {
         asked.end = Asked::End::failed;
         asked.why = answer.error().description();
+        const auto* error = std::get_if<platform::ModelError>(&answer.error().value);
+        asked.isSilent = !isAnswered && error != nullptr && error->isSilent;
         co_return asked;
     }
     asked.end = Asked::End::answered;
@@ -665,7 +667,12 @@ QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode
         // Another click may have come first while the applications were looked at.
         std::erase_if(turns, [&](const Cleaning& turn) { return cleaning_.contains(turn.finding->id); });
         if (turns.empty()) {
-            together *= 2;
+            together = std::min(together * 2, mostTogether);
+            continue;
+        }
+        if (cleanStop_.stop_requested()) {
+            for (const Cleaning& turn : turns)
+                applyFailed(turn);
             continue;
         }
         const auto start = Clock::now();

@@ -52,6 +52,8 @@ struct ModelError {
     /// For people: what failed, and the service's own words. Not trusted: make it `printable`. At most
     /// `longestText` bytes.
     std::string text;
+    /// Nobody answered in time, as in `ModelAbsence`.
+    bool isSilent = false;
 
     static constexpr std::size_t longestText = 2'000;
 

@@ -40,13 +40,14 @@ protected:
             result.push_back(question.id);
         return result;
     }
-    void makeModelFail() {
-        services.classify = [questions = questions, gate = gate](
+    void makeModelFail(bool isSilent = false) {
+        services.classify = [questions = questions, gate = gate, isSilent](
                                 const Finding& finding, std::string_view, std::span<const std::string>,
                                 const std::stop_token& stop) -> AIClassifier::Result {
             questions->add({.id = finding.id});
             gate->pass(stop);
-            return std::unexpected(AIClassifier::Error{platform::ModelError{.text = "hata: " + finding.id}});
+            return std::unexpected(AIClassifier::Error{
+                platform::ModelError{.text = "hata: " + finding.id, .isSilent = isSilent}});
         };
     }
     /// Every state of the batch that is told.
@@ -505,8 +506,30 @@ TEST_F(AppModelSilence, AModelThatIsBusyAtTheStartIsAvailableAsSoonAsItAnswers) 
     EXPECT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); }));
 }
 
+TEST_F(AppModelSilence, ABatchGoesOnWhenABusyModelAnswersThatItRefuses) {
+    services.classify = [questions = questions](const Finding& finding, std::string_view,
+                                                std::span<const std::string>,
+                                                const std::stop_token&) -> AIClassifier::Result {
+        questions->add({.id = finding.id});
+        if (finding.id == "/1")
+            return std::unexpected(AIClassifier::Error{AIClassifier::Failure::guardrail});
+        if (finding.id == "/2")
+            return std::unexpected(AIClassifier::Error{platform::ModelError{.text = "HTTP 500."}});
+        return answer();
+    };
+    startWith({guessed("/1"), guessed("/2"), guessed("/3")});
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    *isSilent = true;
+    app().analyzeAllUncertain();
+    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3"));
+    EXPECT_EQ(app().alert()->message, "Sorulan 3 klasörden 2 tanesi analiz edilemedi:\n• " +
+                                          std::string(errorDescription(AIClassifier::Failure::guardrail)) +
+                                          "\n• HTTP 500.");
+}
+
 TEST_F(AppModelSilence, ABatchStopsWhenNeitherQuestionNorRequestIsAnswered) {
-    makeModelFail();
+    makeModelFail(true);
     gate->open();
     startWith({guessed("/1"), guessed("/2")});
     ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));

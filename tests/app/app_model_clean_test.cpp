@@ -219,6 +219,48 @@ TEST_F(AppModelClean, WhatAStopLeavesIsCalledByThePresentTitle) {
               "2 öğeden yalnız 1 tanesi temizlendi. Kalanlar:\n• model: /2: dokunulmadı.");
 }
 
+/// A long list, and the most of it that is being cleaned at any time.
+class AppModelCleanMany : public AppModelClean {
+protected:
+    void startWithMany() {
+        std::vector<Finding> many;
+        for (int number = 0; number < 300; ++number) {
+            many.push_back(staged("/" + std::to_string(number)));
+            all.push_back(many.back().id);
+        }
+        startWith(std::move(many));
+        QObject::connect(&app(), &AppModel::cleaningChanged,
+                         [this] { mostAtOnce = std::max(mostAtOnce, app().cleaning().size()); });
+    }
+    std::vector<std::string> all;
+    std::size_t mostAtOnce = 0;
+};
+
+TEST_F(AppModelCleanMany, WhatAStopLeavesIsNotMarkedAsBeingCleaned) {
+    makeCleaningSlow();
+    startWithMany();
+    const auto task = app().clean(all, CleanMode::trash);
+    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    app().stopCleaning();
+    gate->open();
+    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    EXPECT_EQ(mostAtOnce, 1U);
+    ASSERT_TRUE(app().alert());
+    EXPECT_TRUE(app().alert()->message.starts_with("300 öğeden yalnız 1 tanesi temizlendi. "));
+    EXPECT_TRUE(app().alert()->message.ends_with("ve 294 öğe daha"));
+}
+
+TEST_F(AppModelCleanMany, ThoseThatHaveGoneDoNotMakeTheRestOneLongTurn) {
+    startWithMany();
+    std::vector<std::string> chosen;
+    for (int number = 0; number < 1023; ++number)  // 1 + 2 + 4 + ... + 512
+        chosen.push_back("/gone/" + std::to_string(number));
+    chosen.insert(chosen.end(), all.begin(), all.end());
+    clean(chosen);
+    EXPECT_THAT(ids(), IsEmpty());
+    EXPECT_LE(mostAtOnce, 64U);
+}
+
 TEST_F(AppModelClean, CleansOneAfterTheOtherInTheGivenOrder) {
     startWith({staged("/1"), staged("/2"), staged("/3")});
     std::vector<std::set<std::string>> states;

@@ -161,11 +161,14 @@ public:
 
     /// Whether the server seems to know the question.
     [[nodiscard]] bool mayKnow() const { return mayKnow_; }
+    /// Whether the last obstacle was that it did not answer in time.
+    [[nodiscard]] bool isSilent() const { return isSilent_; }
 
     /// Nothing when it runs here, else why it must not be asked. A server that does not know the question has
     /// models of its own only. One that seems to know it has to answer for each.
     [[nodiscard]] std::optional<Missing> obstacle(const std::string& model, Reason ifElsewhere) {
         const auto reply = ask(address_, "/api/show", showBody(model), time_, stop_);
+        isSilent_ = !reply && isSilence(reply.error());
         const ModelPlace place = reply ? readShow(reply->status, reply->body) : ModelPlace::unclear;
         if (place == ModelPlace::here || (place == ModelPlace::notAsked && !mayKnow_)) {
             mayKnow_ = mayKnow_ || place == ModelPlace::here;
@@ -207,6 +210,7 @@ private:
     const milliseconds deadline_;
     const SharedTime time_;
     bool mayKnow_;
+    bool isSilent_ = false;
 };
 
 /// The first model that runs here, or why there is none.
@@ -290,8 +294,10 @@ private:
     std::map<std::uint16_t, Silence> ports_;  ///< guarded by `mutex_`
 };
 
-/// The first server on the usual ports that has the model; else the first that has any.
+/// The first server on the usual ports that has the model; else the first that has any. `last` is where it
+/// was found before, if it was: then somebody else's silence does not mean that it is busy.
 std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings, SilentPorts& silent,
+                                              std::optional<std::uint16_t> last,
                                               const std::stop_token& stop) {
     std::optional<Place> second;
     std::optional<ModelAbsence> nearest;
@@ -300,15 +306,16 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
                                "ya da LM Studio gibi bir "
                                "sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver.");
     for (const std::uint16_t port : settings.ports) {
+        const bool mayBeIt = !last || *last == port;
         if (silent.includes(port)) {
-            none.isSilent = true;
+            none.isSilent = none.isSilent || mayBeIt;
             continue;
         }
         auto place = placeAt(loopbackAddress(port), settings, stop);
         if (stop.stop_requested())
             return std::unexpected(absent(Reason::other, stoppedText));
         const bool isSilent = !place && place.error().absence.isSilent;
-        none.isSilent = none.isSilent || isSilent;
+        none.isSilent = none.isSilent || (isSilent && mayBeIt);
         if (isSilent)
             silent.add(port);
         else
@@ -348,9 +355,9 @@ std::optional<ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
 /// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
 /// absence of its own, whatever was found until then.
 std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings, SilentPorts& silent,
-                                             const std::stop_token& stop) {
+                                             std::optional<std::uint16_t> last, const std::stop_token& stop) {
     if (!settings.url)
-        return discovered(settings, silent, stop);
+        return discovered(settings, silent, last, stop);
     auto address = modelAddress(*settings.url);
     if (!address)
         return std::unexpected(absent(Reason::deviceNotEligible, address.error().text));
@@ -390,17 +397,25 @@ public:
         place_.reset();
     }
     std::expected<Place, ModelAbsence> find(const LocalModelSettings& settings, const std::stop_token& stop) {
-        auto place = findPlace(settings, silent_, stop);
+        auto place = findPlace(settings, silent_, last(), stop);
         const std::scoped_lock lock(mutex_);
-        if (place)
+        if (place) {
             place_ = *place;
+            last_ = place->address.port;
+        }
         return place;
     }
 
 private:
+    [[nodiscard]] std::optional<std::uint16_t> last() const {
+        const std::scoped_lock lock(mutex_);
+        return last_;
+    }
+
     SilentPorts silent_;
     mutable std::mutex mutex_;
-    std::optional<Place> place_;  ///< that has answered last; guarded by `mutex_`
+    std::optional<Place> place_;         ///< that has answered last; guarded by `mutex_`
+    std::optional<std::uint16_t> last_;  ///< its port, also when it was forgotten; guarded by `mutex_`
 };
 
 LocalModel::LocalModel(LocalModelSettings settings)
@@ -436,14 +451,16 @@ std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& r
     if (known) {
         // It may run elsewhere by now. A server that is busy says so late, but before it is told anything.
         Whereabouts whereabouts(known->address, settings_.answerDeadline, stop, known->mayKnow);
-        if (whereabouts.obstacle(known->model, Reason::other)) {
+        if (const auto obstacle = whereabouts.obstacle(known->model, Reason::other)) {
+            if (whereabouts.isSilent())
+                return std::unexpected(ModelError{.text = obstacle->absence.detail, .isSilent = true});
             memory_->forget();
             known.reset();
         }
     }
     const auto place = known ? std::expected<Place, ModelAbsence>(*known) : memory_->find(settings_, stop);
     if (!place)
-        return std::unexpected(ModelError{.text = place.error().detail});
+        return std::unexpected(ModelError{.text = place.error().detail, .isSilent = place.error().isSilent});
     const auto reply = exchange(place->address,
                                 {.path = "/v1/chat/completions",
                                  .json = chatBody(request, place->model),
@@ -456,7 +473,8 @@ std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& r
     if (!reply)
         return std::unexpected(
             ModelError{.text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),
-                                       ModelError::longestText)});
+                                       ModelError::longestText),
+                       .isSilent = isSilence(reply.error())});
     auto answer = readAnswer(reply->status, reply->body, place->address.display());
     if (!answer)
         answer.error().text = clipped(answer.error().text, ModelError::longestText);

@@ -152,10 +152,11 @@ std::error_code TrashNote::flushFolder() const {
 }
 
 TrashNote::~TrashNote() {
+    // Whoever has emptied the Trash meanwhile may have given its name to another.
+    if (!name_.empty() && isThere())
+        ::unlinkat(notes_->handle(), name_.c_str(), 0);
     if (file_ >= 0)
         ::close(file_);
-    if (!name_.empty())
-        ::unlinkat(notes_->handle(), name_.c_str(), 0);
 }
 
 TrashNote::TrashNote(TrashNote&& other) noexcept

@@ -510,6 +510,48 @@ TEST(LocalModel, BusyServerIsSilentNotGoneAndAnswersWhatItIsAsked) {
     }
 }
 
+TEST(LocalModel, ServerThatHasGoneIsNotTakenForBusyBecauseSomebodyElseIsSilent) {
+    const ScriptedServer hung([](const Connection& client, const Request&) { client.waitForItsEnd(); });
+    auto server = std::make_unique<ScriptedServer>(modelServer(200, chatReply("x")));
+    const LocalModel model({.ports = {hung.port(), server->port()},
+                            .probeDeadline = 2s,
+                            .showDeadline = 60s,
+                            .silencePause = 10min});
+    ASSERT_FALSE(model.absence());
+    server.reset();
+    for (int i = 0; i < 2; ++i) {
+        const auto absence = model.absence();
+        ASSERT_TRUE(absence);
+        EXPECT_FALSE(absence->isSilent);
+    }
+    const auto answer = model.respond(anyRequest);
+    ASSERT_FALSE(answer);
+    EXPECT_FALSE(answer.error().isSilent);
+}
+
+TEST(LocalModel, ServerThatAnswersNothingMoreIsToldOfAndNotForgotten) {
+    std::atomic<bool> isBusy = false;
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (isBusy)
+            client.waitForItsEnd();
+        else
+            modelServer(200, chatReply("x"))(client, request);
+    });
+    const LocalModel model({.ports = {server.port()},
+                            .probeDeadline = 2s,
+                            .showDeadline = 60s,
+                            .answerDeadline = 2s,
+                            .silencePause = 10min});
+    ASSERT_FALSE(model.absence());
+    isBusy = true;
+    const auto answer = model.respond(anyRequest);
+    ASSERT_FALSE(answer);
+    EXPECT_TRUE(answer.error().isSilent);
+    EXPECT_TRUE(answer.error().text.contains("yanıt vermedi")) << answer.error().text;
+    isBusy = false;
+    EXPECT_FALSE(model.absence());
+}
+
 // One request
 
 TEST(LocalModel, AnswerIsTheContentOfTheMessage) {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -317,6 +318,18 @@ TEST_F(NotesAhead, AreWrittenAnewWhereSomebodyHasRemovedThem) {
     const auto first = move(0, notes);
     ASSERT_TRUE(first);
     EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, LeaveTheNoteThatSomebodyElseHasWrittenUnderTheirName) {
+    const std::string name = tree.path(homeTrash + "/info/item.trashinfo");
+    {
+        TrashNotes notes;
+        write(notes);
+        ASSERT_TRUE(fs::remove(name));
+        std::ofstream(name) << "theirs";
+    }
+    EXPECT_EQ(test::textOf(name), "theirs");
+    EXPECT_EQ(notesLeft(), 1U);
 }
 
 TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasMovedAwayMeanwhile) {
