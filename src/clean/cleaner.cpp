@@ -4,9 +4,11 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <optional>
 #include <set>
+#include <string>
 #include <utility>
 
 #include "clean/surroundings.h"
@@ -21,6 +23,7 @@ namespace ulvak {
 
 struct CleanAhead {
     Surroundings surroundings;
+    std::set<std::string, std::less<>> anchors = {};        ///< of the places that were looked at
     std::unique_ptr<platform::TrashNotes> notes = nullptr;  ///< absent when nothing goes to the Trash
 };
 
@@ -186,7 +189,9 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
     if (!places)
         return std::unexpected(std::move(places.error()));
     std::optional<Surroundings> own;
-    if (run.ahead == nullptr)
+    const auto isKnown = [&](const CleanPlace& place) { return run.ahead->anchors.contains(place.anchor); };
+    // A folder that may be cleaned can have come since what was looked at ahead.
+    if (run.ahead == nullptr || !std::ranges::all_of(*places, isKnown))
         own.emplace(rails(), *places);
     const Surroundings& surroundings = own ? *own : run.ahead->surroundings;
     const auto items = judged(finding.urls, std::move(*places), surroundings);
@@ -284,6 +289,8 @@ std::shared_ptr<CleanAhead> prepare(std::span<const std::shared_ptr<const Findin
             single.push_back(places->front());
     }
     auto ahead = std::make_shared<CleanAhead>(CleanAhead{.surroundings = Surroundings(rails(), all)});
+    for (const CleanPlace& place : all)
+        ahead->anchors.insert(place.anchor);
     if (mode == CleanMode::permanent)
         return ahead;
     ahead->notes = std::make_unique<platform::TrashNotes>();
