@@ -53,7 +53,7 @@ public:
     TrashNote& operator=(const TrashNote&) = delete;
     TrashNote& operator=(TrashNote&&) = delete;
 
-    /// Whoever empties the Trash meanwhile may have found it without an item.
+    /// Under its name. Whoever empties the Trash meanwhile may have found it without an item.
     [[nodiscard]] bool isThere() const;
     void keep() { name_.clear(); }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -327,6 +328,35 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasMovedAwayMeanwhile) {
     ASSERT_TRUE(first);
     EXPECT_TRUE(isThere(first->location)) << "it is where it is said to be";
     EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, AreWrittenAnewWhereTheirFolderWasMovedAwayMeanwhile) {
+    TrashNotes notes;
+    write(notes);
+    fs::rename(tree.path(homeTrash + "/info"), tree.path("home/elsewhere"));
+    const auto first = move(0, notes);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, LeaveThoseOfOthersThatHaveTheirNamesByNow) {
+    const std::string theirs = tree.path(homeTrash + "/info/item.trashinfo");
+    const std::string text = "[Trash Info]\nPath=/theirs\n";
+    {
+        TrashNotes notes;
+        write(notes);
+        for (const auto& note : fs::directory_iterator(tree.path(homeTrash + "/info")))
+            fs::remove(note);
+        std::ofstream(theirs) << text;
+        const auto first = move(0, notes);
+        ASSERT_TRUE(first);
+        EXPECT_EQ(notedPath(first->location), item(0));
+        EXPECT_EQ(test::textOf(theirs), text) << "after the item that it was written for has gone without it";
+        std::ofstream(tree.path(homeTrash + "/info/item.3.trashinfo")) << text;
+    }
+    EXPECT_EQ(test::textOf(theirs), text);
+    EXPECT_EQ(test::textOf(tree.path(homeTrash + "/info/item.3.trashinfo")), text)
+        << "after one whose item has stayed";
 }
 
 TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
