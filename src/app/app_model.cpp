@@ -363,6 +363,8 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     }
     const std::size_t count = outcome.findings->size();
     auto result = co_await withoutCleaned(scan, std::move(*outcome.findings));
+    if (isEnding_)
+        co_return;
     if (!result || result->size() != count)
         freeElsewhere(std::exchange(outcome.index, {}));
     if (!result)
