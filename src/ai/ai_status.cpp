@@ -31,7 +31,8 @@ AIStatus AIStatus::current(const platform::LanguageModel& model, std::stop_token
         return {};
     return {.unavailable = std::string(texts[static_cast<std::size_t>(absence->reason)]),
             .hint = printable(absence->detail),
-            .isSilent = absence->isSilent};
+            .isSilent = absence->isSilent,
+            .isGone = absence->isGone};
 }
 
 }  // namespace ulvak

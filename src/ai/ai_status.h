@@ -15,8 +15,10 @@ struct AIStatus {
     /// What the user can do, one Turkish sentence or none, fit for a terminal. Beside the status, not part
     /// of it.
     std::string hint;
-    /// Nobody has answered in time. That says nothing new about a model which was available before.
+    /// Nobody has answered in time. That says nothing new about a model which was available before, unless
+    /// that one is gone.
     bool isSilent = false;
+    bool isGone = false;
 
     [[nodiscard]] bool isAvailable() const { return !unavailable; }
 

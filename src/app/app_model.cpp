@@ -277,7 +277,7 @@ void AppModel::learnStatus(std::uint64_t question, AIStatus status) {
     if (question < statusKnown_)
         return;  // what was asked later is known already
     if (status.isSilent) {
-        if (aiStatus_.isAvailable())
+        if (aiStatus_.isAvailable() && !status.isGone)
             return;
         askStatusAgainLater();
     } else {

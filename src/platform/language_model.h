@@ -25,6 +25,8 @@ struct ModelAbsence {
     std::string detail;
     /// Somebody listens and has not answered in time: it may be busy, and was it there before, it still is.
     bool isSilent = false;
+    /// And what was there before is not: somebody else is silent.
+    bool isGone = false;
 };
 
 struct ModelRequest {

@@ -462,13 +462,17 @@ class AppModelSilence : public AppModelAnalyze {
 protected:
     AppModelSilence() {
         services.statusPause = std::chrono::milliseconds(1);
-        services.aiStatus = [isSilent = isSilent, looks = looks](const std::stop_token&) {
+        services.aiStatus = [isSilent = isSilent, hasGone = hasGone, looks = looks](const std::stop_token&) {
             ++*looks;
-            return *isSilent ? AIStatus{.unavailable = "Yanıt yok.", .hint = {}, .isSilent = true}
+            return *isSilent ? AIStatus{.unavailable = "Yanıt yok.",
+                                        .hint = {},
+                                        .isSilent = true,
+                                        .isGone = *hasGone}
                              : AIStatus{};
         };
     }
     std::shared_ptr<std::atomic<bool>> isSilent = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<std::atomic<bool>> hasGone = std::make_shared<std::atomic<bool>>(false);
     std::shared_ptr<std::atomic<int>> looks = std::make_shared<std::atomic<int>>(0);
 };
 
@@ -494,6 +498,17 @@ TEST_F(AppModelSilence, ABusyModelThatFailsIsToldOf) {
     analyze("/a");
     ASSERT_TRUE(app().alert());
     EXPECT_EQ(app().alert()->message, "hata: /a");
+}
+
+TEST_F(AppModelSilence, AModelThatHasGoneIsNotAvailableWhoeverElseIsSilent) {
+    startWith({});
+    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    *hasGone = true;
+    *isSilent = true;
+    scanFor({});
+    EXPECT_TRUE(eventually([&] { return !app().aiStatus().isAvailable(); }));
+    *isSilent = false;
+    EXPECT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); })) << "it is asked again";
 }
 
 TEST_F(AppModelSilence, AModelThatIsBusyAtTheStartIsAvailableAsSoonAsItAnswers) {

@@ -290,9 +290,12 @@ private:
     std::map<std::uint16_t, Silence> ports_;  ///< guarded by `mutex_`
 };
 
-/// The first server on the usual ports that has the model; else the first that has any.
+/// The first server on the usual ports that has the model; else the first that has any. At the last of them
+/// that was found, no silence is too long to ask again.
 std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings, SilentPorts& silent,
+                                              std::optional<std::uint16_t> last,
                                               const std::stop_token& stop) {
+    bool isLastSilent = false;
     std::optional<Place> second;
     std::optional<ModelAbsence> nearest;
     ModelAbsence none = absent(Reason::other,
@@ -300,7 +303,7 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
                                "ya da LM Studio gibi bir "
                                "sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver.");
     for (const std::uint16_t port : settings.ports) {
-        if (silent.includes(port)) {
+        if (port != last && silent.includes(port)) {
             none.isSilent = true;
             continue;
         }
@@ -313,6 +316,10 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
             silent.add(port);
         else
             silent.remove(port);
+        if (isSilent && port == last) {
+            isLastSilent = true;
+            none.detail = place.error().absence.detail;
+        }
         if (place && place->isListed)
             return std::move(*place);
         if (place && !second)
@@ -327,6 +334,7 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
         return std::move(*second);
     if (nearest)
         return std::unexpected(std::move(*nearest));
+    none.isGone = none.isSilent && last && !isLastSilent;
     return std::unexpected(std::move(none));
 }
 
@@ -348,9 +356,9 @@ std::optional<ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
 /// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
 /// absence of its own, whatever was found until then.
 std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings, SilentPorts& silent,
-                                             const std::stop_token& stop) {
+                                             std::optional<std::uint16_t> last, const std::stop_token& stop) {
     if (!settings.url)
-        return discovered(settings, silent, stop);
+        return discovered(settings, silent, last, stop);
     auto address = modelAddress(*settings.url);
     if (!address)
         return std::unexpected(absent(Reason::deviceNotEligible, address.error().text));
@@ -390,17 +398,25 @@ public:
         place_.reset();
     }
     std::expected<Place, ModelAbsence> find(const LocalModelSettings& settings, const std::stop_token& stop) {
-        auto place = findPlace(settings, silent_, stop);
+        auto place = findPlace(settings, silent_, lastPort(), stop);
         const std::scoped_lock lock(mutex_);
-        if (place)
+        if (place) {
             place_ = *place;
+            lastPort_ = place->address.port;
+        }
         return place;
     }
 
 private:
+    [[nodiscard]] std::optional<std::uint16_t> lastPort() const {
+        const std::scoped_lock lock(mutex_);
+        return lastPort_;
+    }
+
     SilentPorts silent_;
     mutable std::mutex mutex_;
-    std::optional<Place> place_;  ///< that has answered last; guarded by `mutex_`
+    std::optional<Place> place_;             ///< that has answered last; guarded by `mutex_`
+    std::optional<std::uint16_t> lastPort_;  ///< of the last that was found; guarded by `mutex_`
 };
 
 LocalModel::LocalModel(LocalModelSettings settings)

@@ -510,6 +510,45 @@ TEST(LocalModel, BusyServerIsSilentNotGoneAndAnswersWhatItIsAsked) {
     }
 }
 
+TEST(LocalModel, ServerThatWasSilentForLongIsSaidToBeSoAndFoundAsSoonAsItAnswers) {
+    std::atomic<bool> isHung = false;
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (isHung)
+            client.waitForItsEnd();
+        else
+            modelServer(200, chatReply("x"))(client, request);
+    });
+    const LocalModel model({.ports = {server.port()},
+                            .probeDeadline = 1s,
+                            .showDeadline = 60s,
+                            .answerDeadline = 1s,
+                            .silencePause = 10min});
+    ASSERT_FALSE(model.absence());
+    isHung = true;
+    for (int i = 0; i < 2; ++i) {
+        const auto answer = model.respond(anyRequest);
+        ASSERT_FALSE(answer);
+        EXPECT_TRUE(answer.error().text.contains("yanıt vermedi")) << answer.error().text;
+    }
+    EXPECT_FALSE(model.absence()->isGone) << "it may be busy";
+    isHung = false;
+    EXPECT_EQ(model.respond(anyRequest).value_or("error"), "x");
+}
+
+TEST(LocalModel, ServerThatHasGoneIsGoneWhoeverElseIsSilent) {
+    const ScriptedServer hung([](const Connection& client, const Request&) { client.waitForItsEnd(); });
+    auto server = std::make_unique<ScriptedServer>(modelServer(200, chatReply("x")));
+    const LocalModel model({.ports = {hung.port(), server->port()}, .probeDeadline = 1s});
+    ASSERT_FALSE(model.absence());
+    server.reset();
+    for (int i = 0; i < 2; ++i) {
+        const auto absence = model.absence();
+        ASSERT_TRUE(absence);
+        EXPECT_TRUE(absence->isSilent && absence->isGone);
+        EXPECT_FALSE(model.respond(anyRequest));
+    }
+}
+
 // One request
 
 TEST(LocalModel, AnswerIsTheContentOfTheMessage) {
