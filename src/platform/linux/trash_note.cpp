@@ -162,6 +162,10 @@ TrashNote::~TrashNote() {
 TrashNote::TrashNote(TrashNote&& other) noexcept
     : notes_(other.notes_), name_(std::exchange(other.name_, {})), file_(std::exchange(other.file_, -1)) {}
 
+int TrashNote::duplicateHandle() const {
+    return ::fcntl(file_, F_DUPFD_CLOEXEC, 0);
+}
+
 bool TrashNote::isThere() const {
     const auto own = posix::identityAt(file_, "");
     return own && own == entryIdentity(*notes_, name_);

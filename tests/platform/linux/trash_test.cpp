@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -266,6 +267,8 @@ protected:
     }
     [[nodiscard]] Trashed move(int number, TrashNotes& notes) const {
         const auto parent = Directory::open(parentOf(item(number)));
+        if (!parent)
+            return std::unexpected(FileError{.code = parent.error(), .path = item(number), .detail = {}});
         return moveToTrash(*parent, "item", *entryIdentity(*parent, "item"), item(number), &notes);
     }
     [[nodiscard]] std::size_t notesLeft() const { return countIn(tree.path(homeTrash + "/info")); }
@@ -367,6 +370,25 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
     ASSERT_TRUE(first);
     EXPECT_NE(nameOf(first->location), "item");
     EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, LeaveHandlesForTheMoves) {
+    test::inChild([&] {
+        const int firstFree = ::dup(STDERR_FILENO);
+        ASSERT_GE(firstFree, 0);
+        ::close(firstFree);
+        const auto limit = static_cast<rlim_t>(firstFree) + count;
+        const rlimit handles{.rlim_cur = limit, .rlim_max = limit};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &handles), 0);
+        TrashNotes notes;
+        for (int number = 0; number < count; ++number) {
+            if (const auto parent = Directory::open(parentOf(item(number))))
+                notes.add(*parent, "item", item(number));
+        }
+        notes.flush();
+        for (int number = 0; number < count; ++number)
+            EXPECT_TRUE(move(number, notes)) << number;
+    });
 }
 
 TEST_F(NotesAhead, DoNotCountBeforeTheyAreOnTheDisk) {
