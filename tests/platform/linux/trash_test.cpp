@@ -374,10 +374,12 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
 
 TEST_F(NotesAhead, LeaveHandlesForTheMoves) {
     test::inChild([&] {
-        const int firstFree = ::dup(STDERR_FILENO);
-        ASSERT_GE(firstFree, 0);
-        ::close(firstFree);
-        const auto limit = static_cast<rlim_t>(firstFree) + count;
+        std::vector<int> free;  // others may be open between them
+        while (free.size() < std::size_t{count})
+            free.push_back(::dup(STDERR_FILENO));
+        const auto limit = static_cast<rlim_t>(free.back()) + 1;
+        for (const int handle : free)
+            ::close(handle);
         const rlimit handles{.rlim_cur = limit, .rlim_max = limit};
         ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &handles), 0);
         TrashNotes notes;
