@@ -11,7 +11,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "app/cleaned_paths.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
 
@@ -135,6 +134,7 @@ struct AppModel::CleanResult {
 /// A finding that is to go.
 struct AppModel::Cleaning {
     FindingPointer finding;
+    std::uint64_t list = 0;                  ///< from which it was chosen
     std::vector<std::string> running = {};   ///< applications that use its files
     std::optional<CleanResult> result = {};  ///< absent when it was not begun
 
@@ -386,6 +386,8 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     }
     const std::size_t count = outcome.findings->size();
     auto result = co_await withoutCleaned(scan, std::move(*outcome.findings));
+    if (isEnding_)
+        co_return;
     if (!result || result->size() != count)
         freeElsewhere(std::exchange(outcome.index, {}));
     if (!result)
@@ -434,6 +436,7 @@ void AppModel::replaceFindings(MutableFindings result, Index index) {
         findings.push_back(std::move(finding));
     }
     findings_.swap(findings);
+    ++lists_;
     removed_.clear();
     sums_.reset();
     auto before = std::exchange(
@@ -742,7 +745,7 @@ std::vector<AppModel::Cleaning> AppModel::cleanable(std::span<const std::string>
         if (!taken.insert(id).second)
             continue;
         if (FindingPointer finding = this->finding(id); finding && canBeCleaned(*finding))
-            turns.push_back({.finding = std::move(finding)});
+            turns.push_back({.finding = std::move(finding), .list = lists_});
     }
     return turns;
 }
@@ -810,6 +813,7 @@ QCoro::Task<> AppModel::cleanTogether(std::vector<Cleaning>& turns, CleanMode mo
 
 void AppModel::applyCleaned(std::vector<Cleaning>& turns, CleanMode mode) {
     std::unordered_set<std::string_view> gone;
+    CleanedPaths late;
     std::int64_t trashed = trashedBytes_;
     std::int64_t freed = freedBytes_;
     for (const Cleaning& turn : turns) {
@@ -817,18 +821,21 @@ void AppModel::applyCleaned(std::vector<Cleaning>& turns, CleanMode mode) {
             continue;
         for (auto* list : {&trashed_, &unrecordedTrash_})
             list->insert(list->end(), turn.result->trashed.begin(), turn.result->trashed.end());
-        noteCleaned(turn, mode);
+        noteCleaned(turn, mode, late);
         if (!turn.result->freed)
             continue;
         gone.insert(turn.finding->id);
         addChecked(goesToTrash(*turn.finding, mode) ? trashed : freed, *turn.result->freed);
     }
     cleanedFindings_ += std::ssize(gone);
+    const bool mustScan = !cleanStop_.stop_requested() && isOutdated(late, turns);
     removeFindings(gone);
     assign(trashedBytes_, trashed, &AppModel::trashedBytesChanged);
     assign(freedBytes_, freed, &AppModel::freedBytesChanged);
     for (const Cleaning& turn : turns)
         applyFailed(turn);
+    if (mustScan)
+        scan();
 }
 
 void AppModel::applyFailed(const Cleaning& turn) {
@@ -848,16 +855,29 @@ void AppModel::applyFailed(const Cleaning& turn) {
     }
 }
 
-void AppModel::noteCleaned(const Cleaning& turn, CleanMode mode) {
-    if (phase_ != Phase::scanning)
+void AppModel::noteCleaned(const Cleaning& turn, CleanMode mode, CleanedPaths& late) {
+    if (phase_ != Phase::scanning && turn.list == lists_)
         return;
+    CleanedPaths& cleaned = phase_ == Phase::scanning ? scan_->cleaned : late;
     const std::vector<std::string>& urls = turn.finding->urls;
     const std::size_t gone = turn.result->freed ? urls.size() : turn.result->done;
     for (std::size_t index = 0; index < std::min(gone, urls.size()); ++index)
-        scan_->cleaned.addGone(urls[index]);
+        cleaned.addGone(urls[index]);
     // What cannot be removed for good may have lost a part of what is in it.
     if (gone < urls.size() && !goesToTrash(*turn.finding, mode))
-        scan_->cleaned.addTouched(urls[gone]);
+        cleaned.addTouched(urls[gone]);
+}
+
+bool AppModel::isOutdated(const CleanedPaths& late, const std::vector<Cleaning>& turns) const {
+    const auto isGone = [&](const Finding& finding) {
+        return std::ranges::any_of(turns, [&](const Cleaning& turn) {
+            return turn.finding->id == finding.id && turn.finding->urls == finding.urls && turn.result &&
+                   turn.result->freed;
+        });
+    };
+    return late.size() > 0 && std::ranges::any_of(findings_, [&](const FindingPointer& finding) {
+               return late.touches(*finding) && !isGone(*finding);
+           });
 }
 
 void AppModel::removeFindings(const std::unordered_set<std::string_view>& ids) {

@@ -23,6 +23,7 @@
 
 #include "ai/ai_status.h"
 #include "app/app_services.h"
+#include "app/cleaned_paths.h"
 #include "app/workers.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
@@ -249,7 +250,11 @@ private:
     void markCleaning(const std::vector<Cleaning>& turns, bool isCleaning);
     void applyCleaned(std::vector<Cleaning>& turns, CleanMode mode);
     void applyFailed(const Cleaning& turn);
-    void noteCleaned(const Cleaning& turn, CleanMode mode);
+    /// For the scan that runs, or in `late` for one that has ended since the turn was chosen.
+    void noteCleaned(const Cleaning& turn, CleanMode mode, CleanedPaths& late);
+    /// Whether the list, which a scan has made meanwhile, holds more of what was cleaned than the very
+    /// findings that are gone: only another scan can tell the sizes.
+    [[nodiscard]] bool isOutdated(const CleanedPaths& late, const std::vector<Cleaning>& turns) const;
     /// Whether something has come into the Trash meanwhile.
     QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
     QCoro::Task<bool> emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen);
@@ -296,6 +301,7 @@ private:
 
     Phase phase_ = Phase::idle;
     Findings findings_;
+    std::uint64_t lists_ = 0;  ///< that scans have made so far
     Findings removed_;
     // Of these, once they were asked for.
     mutable std::optional<std::map<SafetyLevel, Sums>> sums_;

@@ -19,20 +19,40 @@ bool isThere(const std::string& path) {
     return fs::symlink_status(path, error).type() != fs::file_type::not_found;
 }
 
+using Cleaned = std::map<std::string, bool, std::less<>>;
+
+/// What was cleaned at an absolute path or around it.
+Cleaned::const_iterator around(const std::string& url, const Cleaned& cleaned) {
+    for (std::string_view place = url; !place.empty(); place = place.substr(0, place.rfind('/'))) {
+        if (const auto known = cleaned.find(place); known != cleaned.end())
+            return known;
+    }
+    return cleaned.end();
+}
+
+/// Whether something was cleaned in the folder `url`.
+bool isAnyIn(const std::string& url, const Cleaned& cleaned) {
+    // What begins with "url/" comes together in the order of the bytes.
+    const auto inside = cleaned.lower_bound(url + "/");
+    return inside != cleaned.end() && Paths::isWithin(inside->first, url);
+}
+
 /// Of one path of a finding.
 enum class Fate : std::uint8_t { untouched, gone, unclear };
 
-Fate fateOf(const std::string& url, const std::map<std::string, bool, std::less<>>& cleaned) {
-    for (std::string_view around = url; !around.empty(); around = around.substr(0, around.rfind('/'))) {
-        if (const auto place = cleaned.find(around); place != cleaned.end())
-            return place->second && !isThere(url) ? Fate::gone : Fate::unclear;
-    }
-    // What begins with "url/" comes together in the order of the bytes.
-    const auto inside = cleaned.lower_bound(url + "/");
-    return inside != cleaned.end() && Paths::isWithin(inside->first, url) ? Fate::unclear : Fate::untouched;
+Fate fateOf(const std::string& url, const Cleaned& cleaned) {
+    if (const auto place = around(url, cleaned); place != cleaned.end())
+        return place->second && !isThere(url) ? Fate::gone : Fate::unclear;
+    return isAnyIn(url, cleaned) ? Fate::unclear : Fate::untouched;
 }
 
 }  // namespace
+
+bool CleanedPaths::touches(const Finding& finding) const {
+    return std::ranges::any_of(finding.urls, [&](const std::string& url) {
+        return around(url, paths_) != paths_.end() || isAnyIn(url, paths_);
+    });
+}
 
 CleanedPaths::Rest CleanedPaths::rest(Findings findings) const {
     Rest rest;

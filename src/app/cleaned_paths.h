@@ -22,6 +22,8 @@ public:
     /// One of which something may be left.
     void addTouched(std::string path) { paths_.try_emplace(std::move(path), false); }
     [[nodiscard]] std::size_t size() const { return paths_.size(); }
+    /// Whether a finding holds or is something that was cleaned, by the text of the paths alone.
+    [[nodiscard]] bool touches(const Finding& finding) const;
 
     struct Rest {
         Findings findings;

@@ -654,6 +654,56 @@ TEST_F(AppModelCleanedMeanwhile, ATrashThatWasEmptiedIsScannedAgain) {
     EXPECT_THAT(ids(), ElementsAre("/again"));
 }
 
+/// A scan that ends while something is being removed.
+class AppModelCleanedAcross : public AppModelClean {
+protected:
+    /// Afterwards another scan would find "/again".
+    void scanWhileCleaning(std::vector<Finding> found, const std::string& id) {
+        const auto task = app().clean({id}, CleanMode::permanent);
+        ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+        scanFor(std::move(found));
+        stage({.findings = {staged("/again")}});
+        gate->open();
+        ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+        ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    }
+};
+
+TEST_F(AppModelCleanedAcross, WhatWasCleanedGoesFromTheNewListToo) {
+    makeCleaningSlow();
+    startWith({staged("/a")});
+    scanWhileCleaning({staged("/a"), staged("/b"), staged("/ab")}, "/a");
+    EXPECT_THAT(ids(), ElementsAre("/b", "/ab"));
+}
+
+TEST_F(AppModelCleanedAcross, WhatHoldsItIsScannedAgain) {
+    makeCleaningSlow();
+    startWith({staged("/a/b")});
+    scanWhileCleaning({staged("/a")}, "/a/b");
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelCleanedAcross, AGroupThatHasNewMembersDoesNotGoUnseen) {
+    makeCleaningSlow();
+    Finding group = staged("/a");
+    group.urls = {"/a", "/b"};
+    startWith({group});
+    group.urls.push_back("/c");
+    scanWhileCleaning({group}, "/a");
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
+TEST_F(AppModelCleanedAcross, WhatMayHaveLostAPartIsScannedAgain) {
+    services.clean = [gate = gate](const Finding&, CleanMode,
+                                   CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
+        gate->pass();
+        return std::unexpected(fullTrash("/a"));
+    };
+    startWith({staged("/a")});
+    scanWhileCleaning({staged("/a")}, "/a");
+    EXPECT_THAT(ids(), ElementsAre("/again"));
+}
+
 TEST_F(AppModelClean, ManyFindingsAreToldOfTogetherAndInTheirOrder) {
     std::vector<Finding> many;
     std::vector<std::string> chosen;

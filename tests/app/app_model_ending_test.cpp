@@ -5,9 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <thread>
 
@@ -69,6 +73,37 @@ TEST_F(AppModelEnding, AScanThatRunsIsStopped) {
     start();
     scanSlowly();
     endQuickly();
+}
+
+/// Ends the application just before the second of two coroutines goes on.
+class EndAtSecond : public QObject {
+public:
+    explicit EndAtSecond(std::function<void()> end) : end_(std::move(end)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+    [[nodiscard]] bool hasEnded() const { return seen_ > 1; }
+
+    bool eventFilter(QObject* receiver, QEvent* event) override {
+        if (event->type() != QEvent::User || ++seen_ != 2)
+            return false;
+        QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));  // in the place of this one
+        end_();
+        return true;
+    }
+
+private:
+    std::function<void()> end_;
+    int seen_ = 0;
+};
+
+TEST_F(AppModelEnding, AScanThatIsComparedWithWhatWasCleanedMeanwhileIsDropped) {
+    startWith({staged("/1")});
+    scanSlowly();
+    clean({"/1"});
+    // The walk's end is the first, that of the look at the disk the second.
+    const EndAtSecond ending([&] { end(); });
+    gate->open();
+    EXPECT_TRUE(eventually([&] { return ending.hasEnded(); }));
 }
 
 TEST_F(AppModelEnding, AnAnalysisThatRunsIsStoppedAndItsAnswerDropped) {

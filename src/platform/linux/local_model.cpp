@@ -295,7 +295,8 @@ private:
 };
 
 /// The first server on the usual ports that has the model; else the first that has any. `last` is where it
-/// was found before, if it was: then somebody else's silence does not mean that it is busy.
+/// was found before, if it was: then somebody else's silence does not mean that it is busy, and its own is
+/// never too long to ask again.
 std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings, SilentPorts& silent,
                                               std::optional<std::uint16_t> last,
                                               const std::stop_token& stop) {
@@ -307,7 +308,7 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
                                "sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver.");
     for (const std::uint16_t port : settings.ports) {
         const bool mayBeIt = !last || *last == port;
-        if (silent.includes(port)) {
+        if (port != last && silent.includes(port)) {
             none.isSilent = none.isSilent || mayBeIt;
             continue;
         }
@@ -320,6 +321,8 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
             silent.add(port);
         else
             silent.remove(port);
+        if (isSilent && port == last)
+            none.detail = place.error().absence.detail;
         if (place && place->isListed)
             return std::move(*place);
         if (place && !second)

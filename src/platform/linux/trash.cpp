@@ -101,8 +101,7 @@ private:
     /// Nothing where no note was written, or where it or the Trash has changed since.
     std::optional<Result> withNoteAhead() {
         auto waiting = ahead_ != nullptr ? ahead_->take(path_) : std::nullopt;
-        if (!waiting || !waiting->note.isThere() ||
-            !waiting->trash->items.isAt(waiting->trash->path + "/" + trashLayout().items))
+        if (!waiting || !waiting->note.isThere() || !isInPlace(*waiting->trash))
             return std::nullopt;
         const Spot to{.folder = waiting->trash->items, .name = waiting->name};
         int failure = rename(from_, to);
@@ -113,6 +112,11 @@ private:
         if (failure == ESTALE)
             return failed(systemError(failure));
         return std::nullopt;
+    }
+
+    [[nodiscard]] static bool isInPlace(const OpenTrash& trash) {
+        return trash.items.isAt(trash.path + "/" + trashLayout().items) &&
+               trash.notes.isAt(trash.path + "/" + trashLayout().notes);
     }
 
     [[nodiscard]] TrashedItem arrived(const OpenTrash& trash, const Spot& to, TrashNote& note) const {

@@ -1,7 +1,6 @@
 #include "platform/linux/trash_note.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "platform/posix/system.h"
+#include "platform/removal.h"
 #include "platform/trash.h"
 
 namespace ulvak::platform {
@@ -152,7 +152,7 @@ std::error_code TrashNote::flushFolder() const {
 }
 
 TrashNote::~TrashNote() {
-    // Whoever has emptied the Trash meanwhile may have given its name to another.
+    // Whoever has emptied the Trash meanwhile may have given the name to a note of another item.
     if (!name_.empty() && isThere())
         ::unlinkat(notes_->handle(), name_.c_str(), 0);
     if (file_ >= 0)
@@ -162,9 +162,13 @@ TrashNote::~TrashNote() {
 TrashNote::TrashNote(TrashNote&& other) noexcept
     : notes_(other.notes_), name_(std::exchange(other.name_, {})), file_(std::exchange(other.file_, -1)) {}
 
+int TrashNote::duplicateHandle() const {
+    return ::fcntl(file_, F_DUPFD_CLOEXEC, 0);
+}
+
 bool TrashNote::isThere() const {
-    struct stat info{};
-    return ::fstat(file_, &info) == 0 && info.st_nlink > 0;
+    const auto own = posix::identityAt(file_, "");
+    return own && own == entryIdentity(*notes_, name_);
 }
 
 }  // namespace ulvak::platform

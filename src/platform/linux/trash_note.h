@@ -53,9 +53,11 @@ public:
     TrashNote& operator=(const TrashNote&) = delete;
     TrashNote& operator=(TrashNote&&) = delete;
 
-    /// Whoever empties the Trash meanwhile may have found it without an item.
+    /// Under its name. Whoever empties the Trash meanwhile may have found it without an item.
     [[nodiscard]] bool isThere() const;
     void keep() { name_.clear(); }
+    /// The caller's, or negative where there is none to be had.
+    [[nodiscard]] int duplicateHandle() const;
 
 private:
     TrashNote(const Directory& notes, std::string name, int file)

@@ -72,7 +72,24 @@ void TrashNotes::Notes::add(const Directory& parent, const std::string& name, co
                              WaitingNote{.trash = home_, .name = std::move(free), .note = std::move(*note)});
 }
 
+/// Each note holds a handle. A process that has few may need the last for moving the items, and for what it
+/// does besides.
+void TrashNotes::Notes::leaveHandles() {
+    constexpr std::size_t enough = 32;
+    std::vector<int> spare;
+    while (!waiting_.empty() && spare.size() < enough) {
+        const int handle = waiting_.begin()->second.note.duplicateHandle();
+        if (handle >= 0)
+            spare.push_back(handle);
+        else
+            waiting_.erase(std::prev(waiting_.end()));
+    }
+    for (const int handle : spare)
+        ::close(handle);
+}
+
 void TrashNotes::Notes::flush() {
+    leaveHandles();
     std::vector<const TrashNote*> notes;
     for (const auto& [path, waiting] : waiting_)
         notes.push_back(&waiting.note);

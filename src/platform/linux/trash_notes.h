@@ -33,6 +33,8 @@ public:
     [[nodiscard]] std::optional<WaitingNote> take(const std::string& path);
 
 private:
+    void leaveHandles();
+
     std::shared_ptr<const OpenTrash> home_;
     bool isHomeKnown_ = false;
     bool isFlushed_ = false;

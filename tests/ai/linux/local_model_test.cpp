@@ -544,11 +544,34 @@ TEST(LocalModel, ServerThatAnswersNothingMoreIsToldOfAndNotForgotten) {
                             .silencePause = 10min});
     ASSERT_FALSE(model.absence());
     isBusy = true;
-    const auto answer = model.respond(anyRequest);
-    ASSERT_FALSE(answer);
-    EXPECT_TRUE(answer.error().isSilent);
-    EXPECT_TRUE(answer.error().text.contains("yanıt vermedi")) << answer.error().text;
+    for (int i = 0; i < 2; ++i) {
+        const auto answer = model.respond(anyRequest);
+        ASSERT_FALSE(answer);
+        EXPECT_TRUE(answer.error().isSilent);
+        EXPECT_TRUE(answer.error().text.contains("yanıt vermedi")) << answer.error().text;
+    }
     isBusy = false;
+    EXPECT_EQ(model.respond(anyRequest).value_or("error"), "x");
+    EXPECT_FALSE(model.absence());
+}
+
+TEST(LocalModel, ServerThatHasNotSaidInTimeWhereItsModelRunsIsAskedAgainAllTheSame) {
+    std::atomic<bool> isHung = false;
+    const ScriptedServer server([&](const Connection& client, const Request& request) {
+        if (isHung)
+            client.waitForItsEnd();
+        else
+            modelServer(200, chatReply("x"))(client, request);
+    });
+    const LocalModel model({.ports = {server.port()},
+                            .probeDeadline = 1s,
+                            .showDeadline = 60s,
+                            .answerDeadline = 1s,
+                            .silencePause = 10min});
+    ASSERT_FALSE(model.absence());
+    isHung = true;
+    EXPECT_TRUE(model.absence()->isSilent);
+    isHung = false;
     EXPECT_FALSE(model.absence());
 }
 

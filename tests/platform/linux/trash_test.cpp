@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -266,6 +267,8 @@ protected:
     }
     [[nodiscard]] Trashed move(int number, TrashNotes& notes) const {
         const auto parent = Directory::open(parentOf(item(number)));
+        if (!parent)
+            return std::unexpected(FileError{.code = parent.error(), .path = item(number), .detail = {}});
         return moveToTrash(*parent, "item", *entryIdentity(*parent, "item"), item(number), &notes);
     }
     [[nodiscard]] std::size_t notesLeft() const { return countIn(tree.path(homeTrash + "/info")); }
@@ -342,6 +345,35 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasMovedAwayMeanwhile) {
     EXPECT_EQ(notedPath(first->location), item(0));
 }
 
+TEST_F(NotesAhead, AreWrittenAnewWhereTheirFolderWasMovedAwayMeanwhile) {
+    TrashNotes notes;
+    write(notes);
+    fs::rename(tree.path(homeTrash + "/info"), tree.path("home/elsewhere"));
+    const auto first = move(0, notes);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, LeaveThoseOfOthersThatHaveTheirNamesByNow) {
+    const std::string theirs = tree.path(homeTrash + "/info/item.trashinfo");
+    const std::string text = "[Trash Info]\nPath=/theirs\n";
+    {
+        TrashNotes notes;
+        write(notes);
+        for (const auto& note : fs::directory_iterator(tree.path(homeTrash + "/info")))
+            fs::remove(note);
+        std::ofstream(theirs) << text;
+        const auto first = move(0, notes);
+        ASSERT_TRUE(first);
+        EXPECT_EQ(notedPath(first->location), item(0));
+        EXPECT_EQ(test::textOf(theirs), text) << "after the item that it was written for has gone without it";
+        std::ofstream(tree.path(homeTrash + "/info/item.3.trashinfo")) << text;
+    }
+    EXPECT_EQ(test::textOf(theirs), text);
+    EXPECT_EQ(test::textOf(tree.path(homeTrash + "/info/item.3.trashinfo")), text)
+        << "after one whose item has stayed";
+}
+
 TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
     TrashNotes notes;
     write(notes);
@@ -350,6 +382,27 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
     ASSERT_TRUE(first);
     EXPECT_NE(nameOf(first->location), "item");
     EXPECT_EQ(notedPath(first->location), item(0));
+}
+
+TEST_F(NotesAhead, LeaveHandlesForTheMoves) {
+    test::inChild([&] {
+        std::vector<int> free;  // others may be open between them
+        while (free.size() < std::size_t{count})
+            free.push_back(::dup(STDERR_FILENO));
+        const auto limit = static_cast<rlim_t>(free.back()) + 1;
+        for (const int handle : free)
+            ::close(handle);
+        const rlimit handles{.rlim_cur = limit, .rlim_max = limit};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &handles), 0);
+        TrashNotes notes;
+        for (int number = 0; number < count; ++number) {
+            if (const auto parent = Directory::open(parentOf(item(number))))
+                notes.add(*parent, "item", item(number));
+        }
+        notes.flush();
+        for (int number = 0; number < count; ++number)
+            EXPECT_TRUE(move(number, notes)) << number;
+    });
 }
 
 TEST_F(NotesAhead, DoNotCountBeforeTheyAreOnTheDisk) {
