@@ -23,7 +23,7 @@ using Cleaned = std::map<std::string, bool, std::less<>>;
 
 /// What was cleaned at an absolute path or around it.
 Cleaned::const_iterator around(const std::string& url, const Cleaned& cleaned) {
-    for (std::string_view place = url; !place.empty(); place = place.substr(0, place.rfind('/'))) {
+    for (std::string_view place = url; place.starts_with('/'); place = place.substr(0, place.rfind('/'))) {
         if (const auto known = cleaned.find(place); known != cleaned.end())
             return known;
     }
