@@ -77,8 +77,8 @@ public:
     };
 
     /// Reads the remembered verdicts at `verdictsPath` and asks for the disk's capacity, on this thread: the
-    /// window is to begin with both. Verdicts on a volume that may never answer are read on another thread and
-    /// shown when they are there. Nothing is scanned yet.
+    /// window is to begin with both. Verdicts on a volume that may never answer are read on another thread
+    /// and shown when they are there. Nothing is scanned yet.
     explicit AppModel(AppServices services = AppServices::system(),
                       std::string verdictsPath = VerdictStore::defaultPath(), QObject* parent = nullptr);
     /// Stops what can be stopped and waits for the rest. Nothing is applied any more; labels are written.
