@@ -4,8 +4,10 @@
 #include <unicode/normalizer2.h>
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -134,11 +136,39 @@ void expectNameToMatch(const Rule& rule, const Rule::Name& name) {
     EXPECT_EQ(matchOf(tree.path(entry)), nullptr) << entry << " beside nothing that tells";
 }
 
+/// What a row says besides its texts.
+std::string described(const Rule& rule) {
+    constexpr std::array containers = {"container", "personal container", "system container"};
+    constexpr std::array resolvers = {"none", "simulator", "derivedData", "avd", "app", "deviceSupport"};
+    std::string text;
+    if (const auto* name = nameMatch(rule)) {
+        text = "named " + name->pattern;
+        for (const std::string& sibling : name->siblings)
+            text += (sibling == name->siblings.front() ? " beside " : " ") + sibling;
+    } else {
+        text = pathMatch(rule)->pattern;
+    }
+    text += ": ";
+    if (const auto* container = std::get_if<Rule::Container>(&rule.kind))
+        text += containers[static_cast<std::size_t>(container->context)];
+    else
+        text += info(rule.level).rawValue;
+    if (rule.resolver != Rule::Resolver::none)
+        text += std::string(", resolver ") + resolvers[static_cast<std::size_t>(rule.resolver)];
+    if (!rule.actionable)
+        text += ", never cleaned";
+    if (!rule.inPersonal)
+        text += ", not among personal files";
+    if (rule.group)
+        text += ", group " + *rule.group;
+    for (const std::string& app : rule.quitApps)
+        text += (app == rule.quitApps.front() ? ", quit " : " and ") + app;
+    return text;
+}
+
 TEST(RuleBook, EveryRowIsWellFormedMatchesWhatItNamesAndMissesWhatIsNearIt) {
-    ASSERT_EQ(book().size(), 109U);
-    for (std::size_t i = 0; i < book().size(); ++i) {
-        SCOPED_TRACE("row " + std::to_string(i + 1));
-        const Rule& rule = book()[i];
+    for (const Rule& rule : book()) {
+        SCOPED_TRACE(described(rule));
         EXPECT_EQ(std::ranges::count(book(), rule.match, &Rule::match), 1) << "twice";
         expectWellFormed(rule);
         if (isContainer(rule))
@@ -152,89 +182,122 @@ TEST(RuleBook, EveryRowIsWellFormedMatchesWhatItNamesAndMissesWhatIsNearIt) {
     }
 }
 
-/// The numbers of the rows for which something holds, counted from 1.
-std::set<std::size_t> rows(const std::function<bool(const Rule&)>& holds) {
-    std::set<std::size_t> result;
-    for (std::size_t i = 0; i < book().size(); ++i) {
-        if (holds(book()[i]))
-            result.insert(i + 1);
-    }
-    return result;
-}
-
-std::set<std::size_t> range(std::size_t first, std::size_t last) {
-    std::set<std::size_t> result;
-    for (std::size_t i = first; i <= last; ++i)
-        result.insert(i);
-    return result;
-}
-
-using Numbers = std::set<std::size_t>;
-
-TEST(RuleBook, TheseRowsAreContainers) {
-    EXPECT_EQ(rows(isContainer), (Numbers{1,  5,  8,  10, 11, 12, 13, 16, 19, 20, 23, 24, 26, 28, 29, 33,
-                                          35, 38, 42, 47, 56, 59, 60, 63, 64, 67, 69, 76, 77, 79, 83}));
-    const auto leadsInto = [](ScanContext context) {
-        return [context](const Rule& rule) { return rule.kind == Rule::Kind(Rule::Container{context}); };
-    };
-    EXPECT_EQ(rows(leadsInto(ScanContext::personal)), (Numbers{76, 83}));
-    EXPECT_EQ(rows(leadsInto(ScanContext::system)), (Numbers{79}));
-}
-
-TEST(RuleBook, TheLastRowsAreTheNameRules) {
-    EXPECT_EQ(rows([](const Rule& rule) { return nameMatch(rule) != nullptr; }), range(84, 109));
-    EXPECT_EQ(rows([](const Rule& rule) {
-                  return nameMatch(rule) != nullptr && nameMatch(rule)->siblings.empty();
-              }),
-              (Numbers{96, 98, 99, 100, 101, 102, 103, 104, 105, 106, 107, 108, 109}));
-}
-
-TEST(RuleBook, NamesThatSayLittleDoNotApplyAmongPersonalFiles) {
-    EXPECT_EQ(rows([](const Rule& rule) { return !rule.inPersonal; }), range(100, 109));
-}
-
-TEST(RuleBook, TheseRowsAreNeverCleanedByTheProgram) {
-    EXPECT_EQ(rows([](const Rule& rule) { return !rule.actionable; }),
-              (Numbers{66, 68, 70, 71, 72, 73, 74, 75, 80, 81, 82}));
-}
-
-TEST(RuleBook, TheseRowsHaveALevelThatCostsSomething) {
-    EXPECT_EQ(rows([](const Rule& rule) { return rule.level == SafetyLevel::keep; }),
-              (Numbers{66, 71, 72, 73, 74, 75, 81}));
-    EXPECT_EQ(rows([](const Rule& rule) { return rule.level == SafetyLevel::caution; }),
-              (Numbers{18, 21, 25, 27, 30, 45, 52, 53, 54, 55, 62, 68, 70, 78, 80, 82}));
-    EXPECT_EQ(rows([](const Rule& rule) { return rule.level == SafetyLevel::safe; }),
-              (Numbers{2, 3, 4, 6, 9, 58, 108, 109}));
-}
-
-TEST(RuleBook, TheseRowsHaveAResolver) {
-    const auto resolvedBy = [](Rule::Resolver resolver) {
-        return rows([resolver](const Rule& rule) { return rule.resolver == resolver; });
-    };
-    EXPECT_EQ(resolvedBy(Rule::Resolver::derivedData), Numbers{15});
-    EXPECT_EQ(resolvedBy(Rule::Resolver::deviceSupport), Numbers{17});
-    EXPECT_EQ(resolvedBy(Rule::Resolver::simulator), Numbers{21});
-    EXPECT_EQ(resolvedBy(Rule::Resolver::avd), Numbers{30});
-    EXPECT_EQ(resolvedBy(Rule::Resolver::app), Numbers{78});
-}
-
-TEST(RuleBook, OnlyTracesAreGrouped) {
-    EXPECT_EQ(rows([](const Rule& rule) { return rule.group.has_value(); }), (Numbers{2, 3}));
-    EXPECT_EQ(book()[1].group, "instruments");
-    EXPECT_EQ(book()[2].group, "xrgpu");
-}
-
-TEST(RuleBook, TheseApplicationsAreQuitFirst) {
-    using Apps = std::vector<std::string>;
-    EXPECT_EQ(rows([](const Rule& rule) { return !rule.quitApps.empty(); }),
-              (Numbers{2, 3, 6, 14, 15, 22, 36, 61, 65, 68}));
-    EXPECT_EQ(book()[1].quitApps, Apps{"Instruments"});
-    EXPECT_EQ(book()[2].quitApps, (Apps{"Instruments", "Xcode"}));
-    EXPECT_EQ(book()[13].quitApps, Apps{"Xcode"});
-    EXPECT_EQ(book()[21].quitApps, Apps{"Simulator"});
-    EXPECT_EQ(book()[35].quitApps, Apps{"Android Studio"});
-    EXPECT_EQ(book()[64].quitApps, Apps{"Google Chrome"});
-    EXPECT_EQ(book()[67].quitApps, Apps{"Docker"});
+TEST(RuleBook, HasTheseRowsInThisOrder) {
+    constexpr std::string_view expected = R"(
+$T: container
+$T/instruments*.ktrace: safe, group instruments, quit Instruments
+$T/xrgpu_*: safe, group xrgpu, quit Instruments and Xcode
+$T/*: safe
+$C: container
+$C/com.apple.dt.InstrumentsCLI: safe, quit Instruments
+$C/*: regenerable
+~: container
+~/.Trash: safe
+~/Library: container
+~/Library/Developer: container
+~/Library/Developer/Xcode: container
+~/Library/Developer/Xcode/DerivedData: container
+~/Library/Developer/Xcode/DerivedData/ModuleCache.noindex: regenerable, quit Xcode
+~/Library/Developer/Xcode/DerivedData/*: regenerable, resolver derivedData, quit Xcode
+~/Library/Developer/Xcode/*DeviceSupport: container
+~/Library/Developer/Xcode/*DeviceSupport/*: regenerable, resolver deviceSupport
+~/Library/Developer/Xcode/Archives: caution
+~/Library/Developer/CoreSimulator: container
+~/Library/Developer/CoreSimulator/Devices: container
+~/Library/Developer/CoreSimulator/Devices/*: caution, resolver simulator
+~/Library/Developer/CoreSimulator/Caches: regenerable, quit Simulator
+~/Library/Android: container
+~/Library/Android/sdk: container
+~/Library/Android/sdk/system-images: caution
+~/Library/Android/sdk/ndk: container
+~/Library/Android/sdk/ndk/*: caution
+~/.android: container
+~/.android/avd: container
+~/.android/avd/*.avd: caution, resolver avd
+~/.android/cache: regenerable
+~/.npm: regenerable
+~/Library/pnpm: container
+~/Library/pnpm/store: regenerable
+~/.gradle: container
+~/.gradle/caches: regenerable, quit Android Studio
+~/.gradle/wrapper: regenerable
+~/.cache: container
+~/.cache/*: regenerable
+~/.cocoapods: regenerable
+~/.m2: regenerable
+~/.cargo: container
+~/.cargo/registry: regenerable
+~/.cargo/git: regenerable
+~/.rustup: caution
+~/go/pkg/mod: regenerable
+~/.bun: container
+~/.bun/install/cache: regenerable
+~/.expo: regenerable
+~/.nuget/packages: regenerable
+~/.pub-cache: regenerable
+~/.vscode: caution
+~/.cursor: caution
+~/.ollama/models: caution
+~/.docker: caution
+~/Library/Caches: container
+~/Library/Caches/*: regenerable
+~/Library/Logs: safe
+~/Library/Application Support: container
+~/Library/Application Support/Claude: container
+~/Library/Application Support/Claude/vm_bundles: regenerable, quit Claude
+~/Library/Application Support/MobileSync/Backup: caution
+~/Library/Application Support/Google: container
+~/Library/Application Support/Google/Chrome: container
+~/Library/Application Support/Google/Chrome/OptGuideOnDeviceModel: regenerable, quit Google Chrome
+~/Library/Application Support/Google/Chrome/*: keep, never cleaned
+~/Library/Containers: container
+~/Library/Containers/com.docker.docker: caution, never cleaned, quit Docker
+~/Library/Group Containers: container
+~/Library/Group Containers/group.net.whatsapp.WhatsApp.shared: caution, never cleaned
+~/Library/Mail: keep, never cleaned
+~/Library/Messages: keep, never cleaned
+~/Library/Photos: keep, never cleaned
+~/Library/Keychains: keep, never cleaned
+~/Pictures/*.photoslibrary: keep, never cleaned
+~/[!.]*: personal container
+/Applications: container
+/Applications/*.app: caution, resolver app
+/Library: system container
+/Library/Developer/CommandLineTools: caution, never cleaned
+/private/var/vm: keep, never cleaned
+/opt/homebrew: caution, never cleaned
+/Users/Shared: personal container
+named node_modules beside package.json: regenerable
+named Pods beside Podfile: regenerable
+named .build beside Package.swift: regenerable
+named build beside build.gradle build.gradle.kts CMakeLists.txt package.json pubspec.yaml Makefile *.xcodeproj *.xcworkspace project.yml Package.swift Podfile: regenerable
+named .gradle beside settings.gradle settings.gradle.kts gradlew: regenerable
+named .next beside package.json: regenerable
+named .nuxt beside package.json: regenerable
+named .turbo beside package.json: regenerable
+named .parcel-cache beside package.json: regenerable
+named .expo beside package.json app.json: regenerable
+named dist beside package.json: regenerable
+named target beside Cargo.toml: regenerable
+named .venv: regenerable
+named venv beside requirements.txt pyproject.toml setup.py: regenerable
+named *.trace: regenerable
+named DerivedData: regenerable
+named Cache: regenerable, not among personal files
+named Caches: regenerable, not among personal files
+named CachedData: regenerable, not among personal files
+named Code Cache: regenerable, not among personal files
+named GPUCache: regenerable, not among personal files
+named ShaderCache: regenerable, not among personal files
+named CachedExtensionVSIXs: regenerable, not among personal files
+named Service Worker: regenerable, not among personal files
+named logs: safe, not among personal files
+named Crashpad: safe, not among personal files
+)";
+    std::string rows = "\n";
+    for (const Rule& rule : book())
+        rows += described(rule) + "\n";
+    EXPECT_EQ(rows, expected);
 }
 
 TEST(RuleBook, IsBuiltOnceFromWhateverThread) {

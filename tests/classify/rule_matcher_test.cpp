@@ -20,20 +20,22 @@ using test::folder;
 using test::link;
 using test::TempTree;
 
-/// The position in the rule book, counted from 1, of the rule for a path; 0 for none.
-std::size_t rowOf(std::string_view path, const UserFolders& folders = ayse, bool isDirectory = true,
-                  ScanContext context = ScanContext::normal) {
-    const auto& rules = RuleBook::all();
-    const Rule* rule = RuleMatcher(rules, folders).match(path, isDirectory, context);
-    return rule == nullptr ? 0 : static_cast<std::size_t>(rule - rules.data()) + 1;
+/// The pattern of the rule in the book for a path; empty for none.
+std::string ruleOf(std::string_view path, const UserFolders& folders = ayse, bool isDirectory = true,
+                   ScanContext context = ScanContext::normal) {
+    const Rule* rule = RuleMatcher(RuleBook::all(), folders).match(path, isDirectory, context);
+    if (rule == nullptr)
+        return {};
+    const auto* byPath = std::get_if<Rule::Path>(&rule->match);
+    return byPath != nullptr ? byPath->pattern : std::get<Rule::Name>(rule->match).pattern;
 }
 
-std::size_t rowOfFile(std::string_view path) {
-    return rowOf(path, ayse, false);
+std::string ruleOfFile(std::string_view path) {
+    return ruleOf(path, ayse, false);
 }
 
-std::size_t rowAmongPersonal(std::string_view path) {
-    return rowOf(path, ayse, true, ScanContext::personal);
+std::string ruleAmongPersonal(std::string_view path) {
+    return ruleOf(path, ayse, true, ScanContext::personal);
 }
 
 const std::string home = ayse.home;
@@ -41,41 +43,44 @@ const std::string temp = ayse.temp;
 const std::string cache = ayse.cache;
 
 TEST(RuleMatcher, ATraceDirectlyInTheTemporaryFolderIsNoMereTemporaryFile) {
-    EXPECT_EQ(rowOfFile(temp + "/instruments5.ktrace"), 2U);
-    EXPECT_EQ(rowOf(temp + "/instruments5.ktrace"), 2U) << "a folder too";
-    EXPECT_EQ(rowOfFile(temp + "/xrgpu_1"), 3U);
+    EXPECT_EQ(ruleOfFile(temp + "/instruments5.ktrace"), "$T/instruments*.ktrace");
+    EXPECT_EQ(ruleOf(temp + "/instruments5.ktrace"), "$T/instruments*.ktrace") << "a folder too";
+    EXPECT_EQ(ruleOfFile(temp + "/xrgpu_1"), "$T/xrgpu_*");
     for (const std::string name :
          {"instruments5.ktrace2", "xinstruments5.ktrace", "instruments", "xrgpu", "a", ".a", "logs"})
-        EXPECT_EQ(rowOfFile(temp + "/" + name), 4U) << name;
-    EXPECT_EQ(rowOfFile(temp + "/a/instruments5.ktrace"), 0U);
+        EXPECT_EQ(ruleOfFile(temp + "/" + name), "$T/*") << name;
+    EXPECT_EQ(ruleOfFile(temp + "/a/instruments5.ktrace"), "");
 }
 
 TEST(RuleMatcher, TheModuleCacheIsNoProjectsBuildData) {
     const std::string derivedData = home + "/Library/Developer/Xcode/DerivedData";
-    EXPECT_EQ(rowOf(derivedData + "/ModuleCache.noindex"), 14U);
-    EXPECT_EQ(rowOf(derivedData + "/Uygulama-abc"), 15U);
-    EXPECT_EQ(rowOf(derivedData), 13U) << "and not the folder of that name anywhere";
+    EXPECT_EQ(ruleOf(derivedData + "/ModuleCache.noindex"),
+              "~/Library/Developer/Xcode/DerivedData/ModuleCache.noindex");
+    EXPECT_EQ(ruleOf(derivedData + "/Uygulama-abc"), "~/Library/Developer/Xcode/DerivedData/*");
+    EXPECT_EQ(ruleOf(derivedData), "~/Library/Developer/Xcode/DerivedData")
+        << "and not the folder of that name anywhere";
 }
 
 TEST(RuleMatcher, LetterCaseDoesNotMatterInPaths) {
-    EXPECT_EQ(rowOf(home + "/Library/caches/x"), 57U);
-    EXPECT_EQ(rowOf(home + "/LIBRARY/CACHES/x"), 57U);
-    EXPECT_EQ(rowOf("/HOME/Ayse/Library/Caches/x"), 57U) << "of the home folder's path neither";
-    EXPECT_EQ(rowOf("/VAR/folders/AB/cd/t/INSTRUMENTS.KTRACE"), 2U);
+    EXPECT_EQ(ruleOf(home + "/Library/caches/x"), "~/Library/Caches/*");
+    EXPECT_EQ(ruleOf(home + "/LIBRARY/CACHES/x"), "~/Library/Caches/*");
+    EXPECT_EQ(ruleOf("/HOME/Ayse/Library/Caches/x"), "~/Library/Caches/*")
+        << "of the home folder's path neither";
+    EXPECT_EQ(ruleOf("/VAR/folders/AB/cd/t/INSTRUMENTS.KTRACE"), "$T/instruments*.ktrace");
 }
 
 TEST(RuleMatcher, AStarInAPathStopsAtASlash) {
-    EXPECT_EQ(rowOf(home + "/Library/Caches/x/y"), 0U);
-    EXPECT_EQ(rowOf(home + "/.cache/a/b"), 0U);
-    EXPECT_EQ(rowOf(temp + "/a/b"), 0U);
-    EXPECT_EQ(rowOf(home + "/Belgeler/a"), 0U);
+    EXPECT_EQ(ruleOf(home + "/Library/Caches/x/y"), "");
+    EXPECT_EQ(ruleOf(home + "/.cache/a/b"), "");
+    EXPECT_EQ(ruleOf(temp + "/a/b"), "");
+    EXPECT_EQ(ruleOf(home + "/Belgeler/a"), "");
 }
 
 TEST(RuleMatcher, NodeModulesNeedAPackageFileBeside) {
     const TempTree tree({folder("with", {folder("node_modules"), file("package.json")}),
                          folder("without", {folder("node_modules")})});
-    EXPECT_EQ(rowOf(tree.path("with/node_modules")), 84U);
-    EXPECT_EQ(rowOf(tree.path("without/node_modules")), 0U);
+    EXPECT_EQ(ruleOf(tree.path("with/node_modules")), "node_modules");
+    EXPECT_EQ(ruleOf(tree.path("without/node_modules")), "");
 }
 
 TEST(RuleMatcher, BuildBesideAProjectIsItsOutput) {
@@ -83,88 +88,89 @@ TEST(RuleMatcher, BuildBesideAProjectIsItsOutput) {
                          folder("b", {folder("build")}),
                          folder("c", {folder("Uygulama.XCODEPROJ"), folder("build")}),
                          folder("d", {file("Makefile"), folder("build")})});
-    EXPECT_EQ(rowOf(tree.path("a/build")), 87U);
-    EXPECT_EQ(rowOf(tree.path("b/build")), 0U);
-    EXPECT_EQ(rowOf(tree.path("c/build")), 0U) << "siblings are found by their exact letters";
-    EXPECT_EQ(rowOf(tree.path("d/build")), 87U);
+    EXPECT_EQ(ruleOf(tree.path("a/build")), "build");
+    EXPECT_EQ(ruleOf(tree.path("b/build")), "");
+    EXPECT_EQ(ruleOf(tree.path("c/build")), "") << "siblings are found by their exact letters";
+    EXPECT_EQ(ruleOf(tree.path("d/build")), "build");
 }
 
 TEST(RuleMatcher, ACacheAmongPersonalFilesStaysButNodeModulesDoNot) {
     const TempTree tree({folder("node_modules"), file("package.json")});
-    EXPECT_EQ(rowOf(home + "/Belgeler/a/Cache"), 100U);
-    EXPECT_EQ(rowAmongPersonal(home + "/Belgeler/a/Cache"), 0U);
-    EXPECT_EQ(rowAmongPersonal(tree.path("node_modules")), 84U);
-    EXPECT_EQ(rowOf(home + "/x/Cache", ayse, true, ScanContext::system), 100U);
+    EXPECT_EQ(ruleOf(home + "/Belgeler/a/Cache"), "Cache");
+    EXPECT_EQ(ruleAmongPersonal(home + "/Belgeler/a/Cache"), "");
+    EXPECT_EQ(ruleAmongPersonal(tree.path("node_modules")), "node_modules");
+    EXPECT_EQ(ruleOf(home + "/x/Cache", ayse, true, ScanContext::system), "Cache");
 }
 
 TEST(RuleMatcher, PathRulesApplyAmongPersonalFilesToo) {
-    EXPECT_EQ(rowAmongPersonal(home + "/Library/Caches/x"), 57U);
-    EXPECT_EQ(rowAmongPersonal(home + "/Pictures/a.photoslibrary"), 75U);
+    EXPECT_EQ(ruleAmongPersonal(home + "/Library/Caches/x"), "~/Library/Caches/*");
+    EXPECT_EQ(ruleAmongPersonal(home + "/Pictures/a.photoslibrary"), "~/Pictures/*.photoslibrary");
 }
 
 TEST(RuleMatcher, AFileNeverMatchesByItsName) {
     const TempTree tree({file("node_modules"), file("package.json")});
-    EXPECT_EQ(rowOf(tree.path("node_modules"), ayse, false), 0U);
-    EXPECT_EQ(rowOfFile("/x/DerivedData"), 0U);
-    EXPECT_EQ(rowOf("/x/DerivedData"), 99U);
+    EXPECT_EQ(ruleOf(tree.path("node_modules"), ayse, false), "");
+    EXPECT_EQ(ruleOfFile("/x/DerivedData"), "");
+    EXPECT_EQ(ruleOf("/x/DerivedData"), "DerivedData");
 }
 
 TEST(RuleMatcher, PrivateIsDroppedBeforeTheTemporaryAndTheCacheFolder) {
-    EXPECT_EQ(rowOf("/private" + temp), 1U);
-    EXPECT_EQ(rowOf("/private" + temp + "/x"), 4U);
-    EXPECT_EQ(rowOf("/private" + cache + "/x"), 7U);
-    EXPECT_EQ(rowOf("/private" + home), 0U);
-    EXPECT_EQ(rowOf("/private/var/vm"), 81U);
-    EXPECT_EQ(rowOf("/Private" + temp + "/x"), 0U);
+    EXPECT_EQ(ruleOf("/private" + temp), "$T");
+    EXPECT_EQ(ruleOf("/private" + temp + "/x"), "$T/*");
+    EXPECT_EQ(ruleOf("/private" + cache + "/x"), "$C/*");
+    EXPECT_EQ(ruleOf("/private" + home), "");
+    EXPECT_EQ(ruleOf("/private/var/vm"), "/private/var/vm");
+    EXPECT_EQ(ruleOf("/Private" + temp + "/x"), "");
 }
 
 TEST(RuleMatcher, SpecificRowsWinOverGeneralOnes) {
     const std::string support = home + "/Library/Application Support";
-    EXPECT_EQ(rowOf(cache + "/com.apple.dt.InstrumentsCLI"), 6U);
-    EXPECT_EQ(rowOf(cache + "/com.apple.dt.Instruments"), 7U);
-    EXPECT_EQ(rowOf(support + "/Google/Chrome/OptGuideOnDeviceModel"), 65U);
-    EXPECT_EQ(rowOf(support + "/Google/Chrome/Default"), 66U);
-    EXPECT_EQ(rowOf(home + "/Library"), 10U) << "the library is not personal";
-    EXPECT_EQ(rowOf(home + "/Pictures/a.photoslibrary"), 75U);
-    EXPECT_EQ(rowOf(home + "/Pictures"), 76U);
-    EXPECT_EQ(rowOf(home + "/.cache"), 38U);
-    EXPECT_EQ(rowOf(home + "/.gradle"), 35U) << "the user's, not a project's";
-    EXPECT_EQ(rowOf(home + "/.expo"), 49U);
-    EXPECT_EQ(rowOf(home + "/Library/Caches"), 56U);
-    EXPECT_EQ(rowOf("/Applications/Xcode.app"), 78U);
-    EXPECT_EQ(rowOf("/Library/Developer/CommandLineTools"), 80U);
+    EXPECT_EQ(ruleOf(cache + "/com.apple.dt.InstrumentsCLI"), "$C/com.apple.dt.InstrumentsCLI");
+    EXPECT_EQ(ruleOf(cache + "/com.apple.dt.Instruments"), "$C/*");
+    EXPECT_EQ(ruleOf(support + "/Google/Chrome/OptGuideOnDeviceModel"),
+              "~/Library/Application Support/Google/Chrome/OptGuideOnDeviceModel");
+    EXPECT_EQ(ruleOf(support + "/Google/Chrome/Default"), "~/Library/Application Support/Google/Chrome/*");
+    EXPECT_EQ(ruleOf(home + "/Library"), "~/Library") << "the library is not personal";
+    EXPECT_EQ(ruleOf(home + "/Pictures/a.photoslibrary"), "~/Pictures/*.photoslibrary");
+    EXPECT_EQ(ruleOf(home + "/Pictures"), "~/[!.]*");
+    EXPECT_EQ(ruleOf(home + "/.cache"), "~/.cache");
+    EXPECT_EQ(ruleOf(home + "/.gradle"), "~/.gradle") << "the user's, not a project's";
+    EXPECT_EQ(ruleOf(home + "/.expo"), "~/.expo");
+    EXPECT_EQ(ruleOf(home + "/Library/Caches"), "~/Library/Caches");
+    EXPECT_EQ(ruleOf("/Applications/Xcode.app"), "/Applications/*.app");
+    EXPECT_EQ(ruleOf("/Library/Developer/CommandLineTools"), "/Library/Developer/CommandLineTools");
 }
 
 TEST(RuleMatcher, HiddenEntriesOfTheHomeFolderAreNotPersonal) {
-    EXPECT_EQ(rowOf(home + "/Masaüstü"), 76U);
-    EXPECT_EQ(rowOfFile(home + "/film.mkv"), 76U);
-    EXPECT_EQ(rowOf(home + "/.ayarlar"), 0U);
-    EXPECT_EQ(rowOf(home + "/\xff"), 76U);
+    EXPECT_EQ(ruleOf(home + "/Masaüstü"), "~/[!.]*");
+    EXPECT_EQ(ruleOfFile(home + "/film.mkv"), "~/[!.]*");
+    EXPECT_EQ(ruleOf(home + "/.ayarlar"), "");
+    EXPECT_EQ(ruleOf(home + "/\xff"), "~/[!.]*");
 }
 
 TEST(RuleMatcher, WhatBeginsLikeAUsersFolderIsNotInIt) {
-    EXPECT_EQ(rowOf(home + "gul/Library/Caches/x"), 0U);
-    EXPECT_EQ(rowOf(temp + "x/instruments1.ktrace"), 0U);
-    EXPECT_EQ(rowOf("/var/folders/ab/cd"), 0U);
-    EXPECT_EQ(rowOf("/"), 0U);
+    EXPECT_EQ(ruleOf(home + "gul/Library/Caches/x"), "");
+    EXPECT_EQ(ruleOf(temp + "x/instruments1.ktrace"), "");
+    EXPECT_EQ(ruleOf("/var/folders/ab/cd"), "");
+    EXPECT_EQ(ruleOf("/"), "");
 }
 
 TEST(RuleMatcher, ANameIsMatchedWhateverItsCase) {
-    EXPECT_EQ(rowOf("/x/deriveddata"), 99U);
-    EXPECT_EQ(rowOf("/x/LOGS"), 108U);
-    EXPECT_EQ(rowOf("/x/Kayıt.TRACE"), 98U);
-    EXPECT_EQ(rowOf("/x/.trace"), 98U);
-    EXPECT_EQ(rowOf("/x/Code cache"), 103U);
+    EXPECT_EQ(ruleOf("/x/deriveddata"), "DerivedData");
+    EXPECT_EQ(ruleOf("/x/LOGS"), "logs");
+    EXPECT_EQ(ruleOf("/x/Kayıt.TRACE"), "*.trace");
+    EXPECT_EQ(ruleOf("/x/.trace"), "*.trace");
+    EXPECT_EQ(ruleOf("/x/Code cache"), "Code Cache");
 }
 
 TEST(RuleMatcher, TurkishLettersFoldNothingElse) {
     const test::TurkishLocale locale;
     if (const auto reason = locale.whyNot())
         GTEST_SKIP() << *reason;
-    EXPECT_EQ(rowOf(home + "/LIBRARY/CACHES/x"), 57U);
-    EXPECT_EQ(rowOf(temp + "/INSTRUMENTS1.KTRACE"), 2U);
-    EXPECT_EQ(rowOf("/x/SERVICE WORKER"), 107U);
-    EXPECT_EQ(rowOf("/x/servıce worker"), 0U);
+    EXPECT_EQ(ruleOf(home + "/LIBRARY/CACHES/x"), "~/Library/Caches/*");
+    EXPECT_EQ(ruleOf(temp + "/INSTRUMENTS1.KTRACE"), "$T/instruments*.ktrace");
+    EXPECT_EQ(ruleOf("/x/SERVICE WORKER"), "Service Worker");
+    EXPECT_EQ(ruleOf("/x/servıce worker"), "");
 }
 
 /// A rule of one kind for what the rule book does not use.
@@ -239,7 +245,7 @@ TEST(RuleMatcher, AParentThatCannotBeLookedAtHasNoSiblings) {
 
 TEST(RuleMatcher, SiblingsBesideNamesOfAnyBytesAreFound) {
     const TempTree tree({folder("\xff\n*[x]", {folder("node_modules"), file("package.json")})});
-    EXPECT_EQ(rowOf(tree.path("\xff\n*[x]/node_modules")), 84U);
+    EXPECT_EQ(ruleOf(tree.path("\xff\n*[x]/node_modules")), "node_modules");
 }
 
 TEST(RuleMatcher, TheFirstRuleThatMatchesCounts) {
@@ -269,63 +275,63 @@ TEST(RuleMatcher, ATokenIsOneOnlyAtTheBeginningAndBeforeASlash) {
 
 TEST(UserAreas, AHomeFolderBelowTheTemporaryOneIsNoTemporaryFile) {
     const UserFolders folders{.home = "/tmp/home", .temp = "/tmp", .cache = "/C"};
-    EXPECT_EQ(rowOf("/tmp", folders), 1U);
-    EXPECT_EQ(rowOf("/tmp/home", folders), 8U);
-    EXPECT_EQ(rowOf("/tmp/home/Belgeler", folders), 76U);
-    EXPECT_EQ(rowOf("/tmp/home/.cache/x", folders), 39U);
-    EXPECT_EQ(rowOf("/tmp/home2", folders), 4U);
-    EXPECT_EQ(rowOf("/tmp/other", folders), 4U);
+    EXPECT_EQ(ruleOf("/tmp", folders), "$T");
+    EXPECT_EQ(ruleOf("/tmp/home", folders), "~");
+    EXPECT_EQ(ruleOf("/tmp/home/Belgeler", folders), "~/[!.]*");
+    EXPECT_EQ(ruleOf("/tmp/home/.cache/x", folders), "~/.cache/*");
+    EXPECT_EQ(ruleOf("/tmp/home2", folders), "$T/*");
+    EXPECT_EQ(ruleOf("/tmp/other", folders), "$T/*");
 }
 
 TEST(UserAreas, ATemporaryFolderBelowTheHomeFolderIsNotPersonal) {
     const UserFolders folders{.home = "/home/ayse", .temp = "/home/ayse/tmp", .cache = "/home/ayse/C"};
-    EXPECT_EQ(rowOf("/home/ayse/tmp", folders), 1U);
-    EXPECT_EQ(rowOf("/home/ayse/tmp/x", folders), 4U);
-    EXPECT_EQ(rowOf("/home/ayse/tmp2", folders), 76U);
-    EXPECT_EQ(rowOf("/home/ayse", folders), 8U);
+    EXPECT_EQ(ruleOf("/home/ayse/tmp", folders), "$T");
+    EXPECT_EQ(ruleOf("/home/ayse/tmp/x", folders), "$T/*");
+    EXPECT_EQ(ruleOf("/home/ayse/tmp2", folders), "~/[!.]*");
+    EXPECT_EQ(ruleOf("/home/ayse", folders), "~");
 }
 
 TEST(UserAreas, ACacheFolderInsideTheHomeFolderIsNotBelieved) {
     const UserFolders folders{.home = "/home/ayse", .temp = "/home/ayse/tmp", .cache = "/home/ayse/C"};
-    EXPECT_EQ(rowOf("/home/ayse/C", folders), 76U) << "somebody's work in C";
-    EXPECT_EQ(rowOf("/home/ayse/C/project", folders), 0U);
+    EXPECT_EQ(ruleOf("/home/ayse/C", folders), "~/[!.]*") << "somebody's work in C";
+    EXPECT_EQ(ruleOf("/home/ayse/C/project", folders), "");
     const UserFolders inCache{.home = "/home/ayse", .temp = "/x", .cache = "/home/ayse"};
-    EXPECT_EQ(rowOf("/home/ayse", inCache), 8U);
-    EXPECT_EQ(rowOf("/home/ayse/a", inCache), 76U);
+    EXPECT_EQ(ruleOf("/home/ayse", inCache), "~");
+    EXPECT_EQ(ruleOf("/home/ayse/a", inCache), "~/[!.]*");
 }
 
 TEST(UserAreas, OneFolderForHomeAndTemporaryFilesIsTheHomeFolder) {
     const UserFolders folders{.home = "/home/ayse", .temp = "/home/ayse", .cache = "/home/C"};
-    EXPECT_EQ(rowOf("/home/ayse", folders), 8U);
-    EXPECT_EQ(rowOf("/home/ayse/Belgeler", folders), 76U);
-    EXPECT_EQ(rowOf("/home/ayse/xrgpu_1", folders), 76U);
-    EXPECT_EQ(rowOf("/home/C/x", folders), 0U) << "that is no cache beside a home folder";
+    EXPECT_EQ(ruleOf("/home/ayse", folders), "~");
+    EXPECT_EQ(ruleOf("/home/ayse/Belgeler", folders), "~/[!.]*");
+    EXPECT_EQ(ruleOf("/home/ayse/xrgpu_1", folders), "~/[!.]*");
+    EXPECT_EQ(ruleOf("/home/C/x", folders), "") << "that is no cache beside a home folder";
 }
 
 TEST(UserAreas, AHomeFolderNamedLikeAPatternIsNone) {
     const UserFolders folders{.home = "/home/[x]*", .temp = "/tmp", .cache = "/C"};
-    EXPECT_EQ(rowOf("/home/[x]*", folders), 8U);
-    EXPECT_EQ(rowOf("/home/[x]*/Library/Caches/a", folders), 57U);
-    EXPECT_EQ(rowOf("/home/x/Library/Caches/a", folders), 0U);
-    EXPECT_EQ(rowOf("/home/xyz", folders), 0U);
-    EXPECT_EQ(rowOf("/home/[x]/Library/Caches/a", folders), 0U);
+    EXPECT_EQ(ruleOf("/home/[x]*", folders), "~");
+    EXPECT_EQ(ruleOf("/home/[x]*/Library/Caches/a", folders), "~/Library/Caches/*");
+    EXPECT_EQ(ruleOf("/home/x/Library/Caches/a", folders), "");
+    EXPECT_EQ(ruleOf("/home/xyz", folders), "");
+    EXPECT_EQ(ruleOf("/home/[x]/Library/Caches/a", folders), "");
 }
 
 TEST(UserAreas, AHomeFolderMayBeTheRoot) {
     const UserFolders folders{.home = "/", .temp = "/tmp", .cache = "/C"};
-    EXPECT_EQ(rowOf("/", folders), 8U);
-    EXPECT_EQ(rowOf("/Library/Caches/x", folders), 57U);
-    EXPECT_EQ(rowOf("/.npm", folders), 32U);
-    EXPECT_EQ(rowOf("/usr", folders), 76U);
-    EXPECT_EQ(rowOf("/.x", folders), 0U);
-    EXPECT_EQ(rowOf("/tmp/x", folders), 4U);
-    EXPECT_EQ(rowOf("/tmp", folders), 1U);
+    EXPECT_EQ(ruleOf("/", folders), "~");
+    EXPECT_EQ(ruleOf("/Library/Caches/x", folders), "~/Library/Caches/*");
+    EXPECT_EQ(ruleOf("/.npm", folders), "~/.npm");
+    EXPECT_EQ(ruleOf("/usr", folders), "~/[!.]*");
+    EXPECT_EQ(ruleOf("/.x", folders), "");
+    EXPECT_EQ(ruleOf("/tmp/x", folders), "$T/*");
+    EXPECT_EQ(ruleOf("/tmp", folders), "$T");
 }
 
 TEST(UserAreas, FoldersInEachOtherAreToldApartWhateverTheLetterCase) {
     const UserFolders folders{.home = "/tmp/Home", .temp = "/TMP", .cache = "/C"};
-    EXPECT_EQ(rowOf("/tmp/home/Belgeler", folders), 76U);
-    EXPECT_EQ(rowOf("/tmp/other", folders), 4U);
+    EXPECT_EQ(ruleOf("/tmp/home/Belgeler", folders), "~/[!.]*");
+    EXPECT_EQ(ruleOf("/tmp/other", folders), "$T/*");
 }
 
 }  // namespace
