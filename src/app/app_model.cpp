@@ -251,7 +251,7 @@ std::int64_t AppModel::sumOfAll(std::int64_t Sums::* field) const {
     return sum;
 }
 
-const AppModel::Index& AppModel::index() const {
+AppModel::Index& AppModel::index() const {
     if (!index_)
         index_ = indexOf(findings_);
     return *index_;
@@ -474,9 +474,10 @@ FindingPointer AppModel::change(Findings::const_iterator place, Change change) {
         (*sums_)[before->level].add(*before, -1);
         (*sums_)[changed->level].add(*changed, 1);
     }
-    if (const auto known = index().find(before->id); known->second == before) {
-        index_->erase(known);
-        index_->emplace(changed->id, changed);
+    Index& index = this->index();
+    if (const auto known = index.find(before->id); known->second == before) {
+        index.erase(known);
+        index.emplace(changed->id, changed);
     }
     removed_.clear();
     emit findingsChanged();
@@ -856,7 +857,7 @@ void AppModel::applyFailed(const Cleaning& turn) {
 }
 
 void AppModel::noteCleaned(const Cleaning& turn, CleanMode mode, CleanedPaths& late) {
-    if (phase_ != Phase::scanning && turn.list == lists_)
+    if (!turn.result || (phase_ != Phase::scanning && turn.list == lists_))
         return;
     CleanedPaths& cleaned = phase_ == Phase::scanning ? scan_->cleaned : late;
     const std::vector<std::string>& urls = turn.finding->urls;
@@ -882,10 +883,11 @@ bool AppModel::isOutdated(const CleanedPaths& late, const std::vector<Cleaning>&
 
 void AppModel::removeFindings(const std::unordered_set<std::string_view>& ids) {
     // Two with one id are one item, and go together. A look at each id is far more than one at a pointer.
-    const bool hasTwins = index().size() < findings_.size();
+    Index& index = this->index();
+    const bool hasTwins = index.size() < findings_.size();
     std::unordered_set<const Finding*> gone;
     for (const std::string_view id : ids) {
-        if (const auto known = index().find(id); known != index().end())
+        if (const auto known = index.find(id); known != index.end())
             gone.insert(known->second.get());
     }
     if (gone.empty())
@@ -902,7 +904,7 @@ void AppModel::removeFindings(const std::unordered_set<std::string_view>& ids) {
     for (const FindingPointer& finding : removed_) {
         if (sums_)
             (*sums_)[finding->level].add(*finding, -1);
-        index_->erase(finding->id);
+        index.erase(finding->id);
     }
     emit findingsChanged();
     removed_.clear();

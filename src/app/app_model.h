@@ -284,7 +284,7 @@ private:
     [[nodiscard]] Sums sums(SafetyLevel level) const;
     [[nodiscard]] std::int64_t sumOfAll(std::int64_t Sums::* field) const;
 
-    [[nodiscard]] const Index& index() const;
+    [[nodiscard]] Index& index() const;
     void removeFindings(const std::unordered_set<std::string_view>& ids);
 
     /// What removes, on a worker, as `Workers::run`: one waits for the other.

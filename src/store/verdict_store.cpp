@@ -38,14 +38,14 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
 
 /// Or fails at once; or is on the same volume as the home, without which nothing here works.
 bool answersAtOnce(const std::string& path) {
-    const std::string home = Paths::home();
+    const std::string& home = Paths::home();
     const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
     return reach.includes(reach.follow(path).path);
 }
 
 }  // namespace
 
-VerdictStore::VerdictStore(std::string path, Clock now, Runner write, Runner read)
+VerdictStore::VerdictStore(std::string path, Clock now, Runner write, const Runner& read)
     : path_(std::move(path)),
       now_(std::move(now)),
       write_(std::move(write)),

@@ -34,7 +34,8 @@ public:
     /// Makes the folder of the file at `path` and reads the file; by `read` where nobody knows when its
     /// volume answers, and then `entries` lack what it says until it is adopted. `write` is for every change.
     /// Without a runner, jobs run at once.
-    explicit VerdictStore(std::string path, Clock now = systemTime, Runner write = {}, Runner read = {});
+    explicit VerdictStore(std::string path, Clock now = systemTime, Runner write = {},
+                          const Runner& read = {});
     VerdictStore(const VerdictStore&) = delete;
     VerdictStore& operator=(const VerdictStore&) = delete;
 

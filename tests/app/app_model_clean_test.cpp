@@ -688,7 +688,7 @@ TEST_F(AppModelCleanedAcross, AGroupThatHasNewMembersDoesNotGoUnseen) {
     Finding group = staged("/a");
     group.urls = {"/a", "/b"};
     startWith({group});
-    group.urls.push_back("/c");
+    group.urls.emplace_back("/c");
     scanWhileCleaning({group}, "/a");
     EXPECT_THAT(ids(), ElementsAre("/again"));
 }

@@ -31,12 +31,15 @@ std::vector<char> flushed(std::span<const TrashNote* const> notes) {
             results[index] = notes[index]->flushFile() ? 0 : 1;
     };
     std::vector<std::jthread> threads;
-    try {
-        while (threads.size() + 1 < std::min(mostThreads, notes.size() / notesForOne))
-            threads.emplace_back(work);
-    } catch (const std::system_error&) {
-        // The system has no more to give: those that are there do it.
-    }
+    const auto start = [&] {
+        try {
+            while (threads.size() + 1 < std::min(mostThreads, notes.size() / notesForOne))
+                threads.emplace_back(work);
+        } catch (const std::system_error&) {
+            return;  // Dropped by design: those that are there do it.
+        }
+    };
+    start();
     work();
     threads.clear();
     return results;
