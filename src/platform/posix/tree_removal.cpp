@@ -36,7 +36,7 @@ constexpr int mostListings = 64;
 /// but one or two.
 constexpr std::size_t worthWaking = 4;
 /// How often an item that was moved aside is looked for again, 2 ms apart.
-constexpr int mostTriesAside = 100;
+constexpr int mostTriesAside = 500;
 
 std::optional<FileNumber> numberOf(int handle) {
     struct stat info{};
