@@ -466,14 +466,19 @@ TEST(LocalModel, HungListenerCostsItsTimeOnce) {
     EXPECT_EQ(hung.requests().size(), 1U);
 }
 
-TEST(LocalModel, ListenerThatWasTooBusyAtFirstIsFoundAfterAPause) {
-    std::atomic<bool> isBusy = true;
-    const ScriptedServer server([&](const Connection& client, const Request& request) {
+/// A server that does not answer while it is busy.
+ScriptedServer::Script answeringUnless(const std::atomic<bool>& isBusy) {
+    return [&isBusy](const Connection& client, const Request& request) {
         if (isBusy)
             client.waitForItsEnd();
         else
             modelServer(200, chatReply("x"))(client, request);
-    });
+    };
+}
+
+TEST(LocalModel, ListenerThatWasTooBusyAtFirstIsFoundAfterAPause) {
+    std::atomic<bool> isBusy = true;
+    const ScriptedServer server(answeringUnless(isBusy));
     const LocalModel model({.ports = {server.port()}, .probeDeadline = 50ms, .silencePause = 1ms});
     EXPECT_TRUE(model.absence());
     isBusy = false;
@@ -531,12 +536,7 @@ TEST(LocalModel, ServerThatHasGoneIsNotTakenForBusyBecauseSomebodyElseIsSilent) 
 
 TEST(LocalModel, ServerThatAnswersNothingMoreIsToldOfAndNotForgotten) {
     std::atomic<bool> isBusy = false;
-    const ScriptedServer server([&](const Connection& client, const Request& request) {
-        if (isBusy)
-            client.waitForItsEnd();
-        else
-            modelServer(200, chatReply("x"))(client, request);
-    });
+    const ScriptedServer server(answeringUnless(isBusy));
     const LocalModel model({.ports = {server.port()},
                             .probeDeadline = 2s,
                             .showDeadline = 60s,
@@ -555,23 +555,26 @@ TEST(LocalModel, ServerThatAnswersNothingMoreIsToldOfAndNotForgotten) {
     EXPECT_FALSE(model.absence());
 }
 
-TEST(LocalModel, ServerThatHasNotSaidInTimeWhereItsModelRunsIsAskedAgainAllTheSame) {
-    std::atomic<bool> isHung = false;
+TEST(LocalModel, PortWhereTheModelWasFoundIsNotPassedOverForItsSilence) {
+    enum class Mood : std::uint8_t { fine, failing, hung };
+    std::atomic<Mood> mood = Mood::fine;
     const ScriptedServer server([&](const Connection& client, const Request& request) {
-        if (isHung)
+        if (mood == Mood::hung)
             client.waitForItsEnd();
         else
-            modelServer(200, chatReply("x"))(client, request);
+            modelServer(mood == Mood::fine ? 200 : 500, chatReply("x"))(client, request);
     });
-    const LocalModel model({.ports = {server.port()},
-                            .probeDeadline = 1s,
-                            .showDeadline = 60s,
-                            .answerDeadline = 1s,
-                            .silencePause = 10min});
+    const LocalModel model(
+        {.ports = {server.port()}, .probeDeadline = 2s, .showDeadline = 60s, .silencePause = 10min});
     ASSERT_FALSE(model.absence());
-    isHung = true;
-    EXPECT_TRUE(model.absence()->isSilent);
-    isHung = false;
+    mood = Mood::failing;
+    EXPECT_FALSE(model.respond(anyRequest)) << "and is looked for anew";
+    mood = Mood::hung;
+    const auto absence = model.absence();
+    ASSERT_TRUE(absence);
+    EXPECT_TRUE(absence->isSilent);
+    EXPECT_TRUE(absence->detail.contains("yanıt vermedi")) << absence->detail;
+    mood = Mood::fine;
     EXPECT_FALSE(model.absence());
 }
 

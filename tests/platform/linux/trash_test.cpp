@@ -225,12 +225,8 @@ TEST(MoveToTrash, WhereverItIsKilledTheItemIsInItsPlaceOrHasItsNote) {
     EXPECT_TRUE(wasHere && wasThere) << "the moments were all of them on one side";
 }
 
-TEST(MoveToTrash, TheNoteIsOnTheDiskBeforeTheItemMoves) {
-    const TempTree tree({folder("home", {textFile("a", "a"), folder(".local", {folder("share")})})});
-    const HomeIn home(tree.path("home"));
-    test::TracedChild child([&] { (void)trash(tree.path("home/a")); });
-    if (!child.isTraced())
-        GTEST_SKIP() << "this user may not trace a program";
+/// The calls of a child that write, flush and rename, to its end.
+std::string orderOfCalls(test::TracedChild& child) {
     std::string order;
     while (child.step()) {
         const auto call = child.call();
@@ -242,7 +238,16 @@ TEST(MoveToTrash, TheNoteIsOnTheDiskBeforeTheItemMoves) {
         if (call == SYS_renameat2)
             order += "rename ";
     }
-    EXPECT_EQ(order, "write fsync fsync rename ");
+    return order;
+}
+
+TEST(MoveToTrash, TheNoteIsOnTheDiskBeforeTheItemMoves) {
+    const TempTree tree({folder("home", {textFile("a", "a"), folder(".local", {folder("share")})})});
+    const HomeIn home(tree.path("home"));
+    test::TracedChild child([&] { (void)trash(tree.path("home/a")); });
+    if (!child.isTraced())
+        GTEST_SKIP() << "this user may not trace a program";
+    EXPECT_EQ(orderOfCalls(child), "write fsync fsync rename ");
 }
 
 /// Items of one home that are moved with notes written ahead.
@@ -427,17 +432,7 @@ TEST_F(NotesAhead, AreAllOnTheDiskBeforeTheFirstItemMoves) {
     });
     if (!child.isTraced())
         GTEST_SKIP() << "this user may not trace a program";
-    std::string order;
-    while (child.step()) {
-        const auto call = child.call();
-        if (call == SYS_write && !order.ends_with("write "))
-            order += "write ";
-        if (call == SYS_fsync)
-            order += "fsync ";
-        if (call == SYS_renameat2)
-            order += "rename ";
-    }
-    EXPECT_EQ(order, "write fsync fsync fsync fsync rename rename rename ");
+    EXPECT_EQ(orderOfCalls(child), "write fsync fsync fsync fsync rename rename rename ");
 }
 
 TEST_F(NotesAhead, WhereverItIsKilledEachItemIsInItsPlaceOrHasItsNote) {
