@@ -26,7 +26,6 @@ constexpr auto moment = 400ms;
 constexpr std::string_view diskAccessSettings =
     "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
 
-using MutableFindings = std::vector<std::shared_ptr<Finding>>;
 using Clock = std::chrono::steady_clock;  // the system's may be set meanwhile
 
 /// Uncertain, but what the user calls unknown is the user's to call so.
@@ -402,8 +401,8 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     refreshStatus();
 }
 
-QCoro::Task<std::optional<AppModel::MutableFindings>> AppModel::withoutCleaned(std::shared_ptr<Scan> scan,
-                                                                               MutableFindings found) {
+QCoro::Task<std::optional<MutableFindings>> AppModel::withoutCleaned(std::shared_ptr<Scan> scan,
+                                                                     MutableFindings found) {
     CleanedPaths::Rest rest{.findings = std::move(found)};
     std::size_t considered = 0;
     // Nothing to await where nothing was cleaned. While the disk is looked at, more may be.
@@ -615,8 +614,8 @@ void AppModel::tellBatch(const Batch& batch) {
     if (batch.failed == 0 && (!batch.isModelGone || asked == 0))
         return;
     std::string message = "Sorulan " + std::to_string(asked) + " klasörden " +
-                          (batch.failed == 0 ? "hepsi" : std::to_string(batch.failed) + " tanesi") +
-                          (batch.failed == 0 ? " analiz edildi." : " analiz edilemedi:");
+                          (batch.failed == 0 ? "hepsi analiz edildi."
+                                             : std::to_string(batch.failed) + " tanesi analiz edilemedi:");
     for (const auto& [why, count] : std::span(batch.reasons).first(std::min(batch.reasons.size(), mostNamed)))
         message += "\n• " + why + (count > 1 ? " (" + std::to_string(count) + " klasör)" : "");
     if (batch.reasons.size() > mostNamed)
@@ -658,11 +657,9 @@ QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode
     std::deque<std::string> waiting(ids.begin(), ids.end());
     std::size_t together = 1;
     while (!waiting.empty()) {
-        const bool isStopped = cleanStop_.stop_requested();
-        const auto end = waiting.begin() + std::ssize(waiting);
-        const auto next = isStopped || together > waiting.size()
-                              ? end
-                              : waiting.begin() + static_cast<std::ptrdiff_t>(together);
+        const std::size_t count =
+            cleanStop_.stop_requested() ? waiting.size() : std::min(together, waiting.size());
+        const auto next = waiting.begin() + static_cast<std::ptrdiff_t>(count);
         std::vector<std::string> chosen(std::move_iterator(waiting.begin()), std::move_iterator(next));
         waiting.erase(waiting.begin(), next);
         std::vector<Cleaning> turns = co_await readyToClean(std::move(chosen));
@@ -812,7 +809,7 @@ QCoro::Task<> AppModel::cleanTogether(std::vector<Cleaning>& turns, CleanMode mo
     }
 }
 
-void AppModel::applyCleaned(std::vector<Cleaning>& turns, CleanMode mode) {
+void AppModel::applyCleaned(const std::vector<Cleaning>& turns, CleanMode mode) {
     std::unordered_set<std::string_view> gone;
     CleanedPaths late;
     std::int64_t trashed = trashedBytes_;

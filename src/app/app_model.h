@@ -201,7 +201,6 @@ signals:
     void trashQuestionChanged();
 
 private:
-    using MutableFindings = std::vector<std::shared_ptr<Finding>>;
     using Index = std::unordered_map<std::string_view, FindingPointer>;  ///< the first with each id
     struct Scan;
     struct Batch;
@@ -249,7 +248,7 @@ private:
     /// Fills in the results, as far as it comes in a moment.
     QCoro::Task<> cleanTogether(std::vector<Cleaning>& turns, CleanMode mode);
     void markCleaning(const std::vector<Cleaning>& turns, bool isCleaning);
-    void applyCleaned(std::vector<Cleaning>& turns, CleanMode mode);
+    void applyCleaned(const std::vector<Cleaning>& turns, CleanMode mode);
     void applyFailed(const Cleaning& turn);
     /// For the scan that runs, or in `late` for one that has ended since the turn was chosen.
     void noteCleaned(const Cleaning& turn, CleanMode mode, CleanedPaths& late);

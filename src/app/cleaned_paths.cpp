@@ -54,7 +54,7 @@ bool CleanedPaths::touches(const Finding& finding) const {
     });
 }
 
-CleanedPaths::Rest CleanedPaths::rest(Findings findings) const {
+CleanedPaths::Rest CleanedPaths::rest(MutableFindings findings) const {
     Rest rest;
     for (std::shared_ptr<Finding>& finding : findings) {
         std::size_t gone = 0;
