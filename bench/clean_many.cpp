@@ -100,7 +100,7 @@ private:
 #endif
 
 AppServices servicesOver(std::vector<Finding> findings) {
-    AppServices services = AppServices::system();
+    AppServices services = AppServices::system(UserFolders::ofCurrentUser());
     services.scan = [found = std::make_shared<std::vector<Finding>>(std::move(findings))](
                         ScanProgress&, const std::stop_token&) { return *found; };
     services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "Kapalı."}; };

@@ -89,7 +89,7 @@ private:
     };
 
     AppServices services() {
-        AppServices services = AppServices::system();
+        AppServices services = AppServices::system(UserFolders::ofCurrentUser());
         services.scan = [next = next_, tree = tree_, walk = services.scan](ScanProgress& progress,
                                                                            const std::stop_token& stop) {
             (void)walk(progress, stop);

@@ -15,8 +15,9 @@ int main(int argc, char** argv) {
     }
     ulvak::Finding finding;
     finding.urls = {argv[1]};
-    const auto freed = ulvak::Cleaner::clean(finding, ulvak::CleanMode::permanent);
+    const ulvak::UserFolders folders = ulvak::UserFolders::ofCurrentUser();
+    const auto freed = ulvak::Cleaner(folders).clean(finding, ulvak::CleanMode::permanent);
     if (!freed)
-        std::fprintf(stderr, "remove: %s\n", ulvak::errorDescription(freed.error()).c_str());
+        std::fprintf(stderr, "remove: %s\n", ulvak::errorDescription(freed.error(), folders).c_str());
     return freed ? 0 : 1;
 }

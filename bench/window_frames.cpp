@@ -66,11 +66,11 @@ double milliseconds() {
         .count();
 }
 
-std::vector<Finding> oneList(std::size_t count) {
+std::vector<Finding> oneList(std::size_t count, const std::string& home) {
     std::vector<Finding> findings;
     findings.reserve(count);
     for (std::size_t number = 0; number < count; ++number) {
-        findings.push_back(madeUp(number, Paths::folders().home));
+        findings.push_back(madeUp(number, home));
         findings.back().original.level = SafetyLevel::safe;
         resetVerdict(findings.back());
     }
@@ -78,8 +78,10 @@ std::vector<Finding> oneList(std::size_t count) {
 }
 
 AppServices services(std::size_t findings) {
-    AppServices services = AppServices::system();
-    services.scan = [findings](ScanProgress&, const std::stop_token&) { return oneList(findings); };
+    AppServices services = AppServices::system(UserFolders::ofCurrentUser());
+    services.scan = [findings, home = services.folders.home](ScanProgress&, const std::stop_token&) {
+        return oneList(findings, home);
+    };
     return services;
 }
 

@@ -56,11 +56,27 @@ function(ulvak_test_code target)
   target_compile_options(${target} PRIVATE -O0)
 endfunction()
 
-# ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>...): the binary
-# <folder>_tests, or <name>_tests where a folder has several, and one ctest entry per test. Each test runs in
-# a process of its own. With OWN_MAIN one of the sources has the main function.
+# ulvak_run_tests(<program> <folder> [<pattern>...]): has ctest run the program once, for all of its tests but those that
+# a pattern names. Those have a process each: they change what a process has only one of and never gets back, or
+# take a disk for themselves.
+function(ulvak_run_tests program folder)
+  string(JOIN ":" alone ${ARGN})
+  add_test(NAME ${folder}/${program} COMMAND ${program} "--gtest_filter=-${alone}")
+  set_tests_properties(${folder}/${program} PROPERTIES TIMEOUT 1800)
+  if(alone)
+    gtest_discover_tests(${program}
+      TEST_PREFIX "${folder}/"
+      TEST_FILTER "${alone}"
+      PROPERTIES TIMEOUT 900
+      DISCOVERY_TIMEOUT 60)
+  endif()
+endfunction()
+
+# ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>... ALONE <patterns>...): the
+# binary <folder>_tests, or <name>_tests where a folder has several. With OWN_MAIN one of the sources has the main
+# function. For ALONE see above.
 function(ulvak_test folder)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_MAIN" "NAME" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_MAIN" "NAME" "SOURCES;LIBRARIES;ALONE")
   set(program ${folder}_tests)
   if(arg_NAME)
     set(program ${arg_NAME}_tests)
@@ -78,8 +94,5 @@ function(ulvak_test folder)
   elseif(TARGET ulvak_test_headers)
     target_precompile_headers(${program} REUSE_FROM ulvak_test_headers)
   endif()
-  gtest_discover_tests(${program}
-    TEST_PREFIX "${folder}/"
-    PROPERTIES TIMEOUT 900
-    DISCOVERY_TIMEOUT 60)
+  ulvak_run_tests(${program} ${folder} ${arg_ALONE})
 endfunction()

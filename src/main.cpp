@@ -5,6 +5,7 @@
 #include "app/command_line.h"
 #include "app/dump.h"
 #include "app/standard_streams.h"
+#include "core/paths.h"
 #include "core/text.h"
 #include "platform/program.h"
 
@@ -47,7 +48,7 @@ int main(int argc, char* argv[]) {
     for (const std::string& argument : line.unknown)
         printError("ulvak: bilinmeyen seçenek: " + printable(argument) + "\n");
     if (line.dump)
-        return Diagnostics::run(line.ai) ? 0 : 1;
+        return Diagnostics::run(line.ai, UserFolders::ofCurrentUser()) ? 0 : 1;
     if (!line.unknown.empty()) {
         printError("Yardım için: ulvak --help\n");
         return 2;

@@ -120,7 +120,7 @@ private:
 std::atomic<bool> holdsScan = true;
 
 AppServices staged() {
-    AppServices services = AppServices::system();
+    AppServices services = AppServices::system(UserFolders::ofCurrentUser());
     services.scan = [scan = services.scan](ScanProgress& progress, const std::stop_token& stop) {
         auto findings = scan(progress, stop);
         while (holdsScan && !stop.stop_requested())

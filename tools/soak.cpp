@@ -77,9 +77,9 @@ Held held() {
 }
 
 /// The Trash is emptied for good: only one in a home that was made to be used up will do.
-void refuseAnotherHome() {
-    const std::string& home = Paths::folders().home;
-    if (!Paths::isWithin(Paths::folders().trash, home) || !fs::is_directory(home + "/.tmp/T"))
+void refuseAnotherHome(const UserFolders& folders) {
+    const std::string& home = folders.home;
+    if (!Paths::isWithin(folders.trash, home) || !fs::is_directory(home + "/.tmp/T"))
         failWith("only in a home made by scripts/demo-home, with its Trash in it; run scripts/soak");
 }
 
@@ -89,8 +89,7 @@ struct Bait {
     SafetyLevel level;
 };
 
-std::vector<Bait> baits() {
-    const std::string& home = Paths::folders().home;
+std::vector<Bait> baits(const std::string& home) {
     return {{.path = home + "/Library/Caches/org.example.bir", .level = SafetyLevel::regenerable},
             {.path = home + "/Library/Caches/org.example.iki", .level = SafetyLevel::regenerable},
             {.path = home + "/Library/Caches/org.example.üç", .level = SafetyLevel::regenerable}};
@@ -119,7 +118,7 @@ void expect(bool holds, std::string_view what) {
 
 QCoro::Task<> cleanAndEmpty(AppModel& app, bool& isDone) {
     // GCC 12 knows no braces in what is awaited.
-    const auto all = baits();
+    const auto all = baits(app.folders().home);
     std::vector<std::string> moved = {all[0].path, all[1].path};
     std::vector<std::string> removed = {all[2].path};
     co_await app.clean(std::move(moved), CleanMode::trash);
@@ -132,12 +131,12 @@ QCoro::Task<> cleanAndEmpty(AppModel& app, bool& isDone) {
 }
 
 void playRound(AppModel& app) {
-    for (const Bait& bait : baits())
+    for (const Bait& bait : baits(app.folders().home))
         putBack(bait);
     app.scan();
     waitFor(app, [&] { return app.phase() == AppModel::Phase::done; });
 
-    const auto all = baits();
+    const auto all = baits(app.folders().home);
     for (const Bait& bait : all)
         expect(app.finding(bait.path) && app.finding(bait.path)->level == bait.level, "a bait is not found");
     app.setLevel(SafetyLevel::keep, all[0].path);
@@ -175,7 +174,7 @@ bool isFlat(const std::vector<Held>& rounds) {
 
 /// The system's, but that nothing is shown and no other program is started: the desktop's would empty every
 /// Trash that it knows.
-AppServices servicesWithin() {
+AppServices servicesWithin(const UserFolders& folders) {
     static const Cleaner::Services alone = [] {
         Cleaner::Services services = Cleaner::Services::system();
         services.run = [](const auto&, const auto&) {
@@ -186,15 +185,17 @@ AppServices servicesWithin() {
         };
         return services;
     }();
-    AppServices services = AppServices::system();
-    services.clean = [](const Finding& finding, CleanMode mode, CleanRun& run) {
-        return Cleaner::clean(finding, mode, run, alone);
+    const auto cleaner = std::make_shared<const Cleaner>(folders, alone);
+    AppServices services = AppServices::system(folders);
+    services.clean = [cleaner](const Finding& finding, CleanMode mode, CleanRun& run) {
+        return cleaner->clean(finding, mode, run);
     };
-    services.emptyTrash = [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
-        return Cleaner::emptyTrash(asked, stop, alone);
+    services.emptyTrash = [cleaner](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
+        return cleaner->emptyTrash(asked, stop);
     };
-    services.emptyTrashByDesktop = [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
-        return Cleaner::emptyTrashByDesktop(asked, stop, alone);
+    services.emptyTrashByDesktop = [cleaner](const Cleaner::TrashContents& asked,
+                                             const std::stop_token& stop) {
+        return cleaner->emptyTrashByDesktop(asked, stop);
     };
     services.reveal = [](std::span<const std::string>) { return true; };
     services.openUrl = [](std::string_view) {};
@@ -206,8 +207,9 @@ int run(int argc, char** argv) {
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 0;
     if (rounds < settledRound + 1)
         failWith("at least " + std::to_string(settledRound + 1) + " rounds are needed");
-    refuseAnotherHome();
-    AppModel app(servicesWithin());
+    const UserFolders folders = UserFolders::ofCurrentUser();
+    refuseAnotherHome(folders);
+    AppModel app(servicesWithin(folders), VerdictStore::defaultPath(folders));
     std::vector<Held> history;
     history.reserve(static_cast<std::size_t>(rounds));  // or its own growth is what is seen
     for (int round = 1; round <= rounds; ++round) {

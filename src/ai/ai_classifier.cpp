@@ -107,7 +107,7 @@ Result classifyFacts(std::string_view facts, const platform::LanguageModel& mode
 }
 
 Result classify(const Finding& finding, std::string_view note, std::span<const std::string> running,
-                const platform::LanguageModel& model, const FolderContext::Surroundings& around) {
+                const platform::LanguageModel& model, const FolderContext::Circumstances& around) {
     using FolderContext::Extent;
     const std::string full = FolderContext::build(finding, note, running, Extent::full, around);
     const std::string minimal = FolderContext::build(finding, note, running, Extent::minimal, around);

@@ -44,7 +44,7 @@ using Result = std::expected<Verdict, Error>;
 /// that run now. A stop of `around` ends the looks at the disk as well as the request.
 [[nodiscard]] Result classify(const Finding& finding, std::string_view note,
                               std::span<const std::string> running, const platform::LanguageModel& model,
-                              const FolderContext::Surroundings& around = {});
+                              const FolderContext::Circumstances& around);
 
 /// Asks with the full facts and, when the model's safety filter refuses those, once more with the minimal
 /// ones. Both are texts of `FolderContext::build` about the same finding.

@@ -78,7 +78,7 @@ std::string displayed(std::string_view path, const UserFolders& folders) {
     return FactText::path(Paths::display(path, folders));
 }
 
-std::string sizeLine(const Finding& finding, const Surroundings& around) {
+std::string sizeLine(const Finding& finding, const Circumstances& around) {
     return "Size: " + Format::bytes(finding.size) + ", " + std::to_string(finding.fileCount) +
            " files, last modified " + Format::relativeEnglish(finding.modified, around.now) + ".";
 }
@@ -205,7 +205,7 @@ std::optional<std::string> firstName(const std::string& folder, std::size_t most
     return std::nullopt;
 }
 
-std::string installedHint(std::string_view owner, const Surroundings& around, const platform::Reach& reach) {
+std::string installedHint(std::string_view owner, const Circumstances& around, const platform::Reach& reach) {
     const std::string ownerKey = matchKey(owner);
     const auto app = firstName(around.applications, around.mostNames, reach, [&](std::string_view entry) {
         return isSameApp(ownerKey, matchKey(withoutExtension(entry)));
@@ -217,7 +217,7 @@ std::string installedHint(std::string_view owner, const Surroundings& around, co
            "\" is installed in /Applications (it may be a command line tool or a removed app).";
 }
 
-std::optional<std::string> sourceFolder(std::string_view owner, const Surroundings& around,
+std::optional<std::string> sourceFolder(std::string_view owner, const Circumstances& around,
                                         const platform::Reach& reach) {
     const std::string wanted = lowerCased(owner);
     for (const std::string_view folder : sourceFolders) {
@@ -237,7 +237,7 @@ std::optional<std::string> sourceFolder(std::string_view owner, const Surroundin
 }
 
 void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
-                   std::span<const std::string> runningApps, const Surroundings& around) {
+                   std::span<const std::string> runningApps, const Circumstances& around) {
     const auto owner = ownerName(url, around.folders);
     if (!owner)
         return;
@@ -254,7 +254,7 @@ void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
             "here are likely their own generated data.");
 }
 
-void addExcerpts(std::vector<std::string>& lines, const std::string& url, const Surroundings& around) {
+void addExcerpts(std::vector<std::string>& lines, const std::string& url, const Circumstances& around) {
     std::vector<std::string> excerpts;
     platform::FolderListing listing(url);
     std::size_t candidates = 0;
@@ -284,7 +284,7 @@ void addExcerpts(std::vector<std::string>& lines, const std::string& url, const 
 }  // namespace
 
 std::string build(const Finding& finding, std::string_view userNote, std::span<const std::string> runningApps,
-                  Extent extent, const Surroundings& around) {
+                  Extent extent, const Circumstances& around) {
     if (finding.urls.empty()) {
         std::fputs("ulvak: a finding without a url\n", stderr);
         std::abort();

@@ -20,7 +20,7 @@
 /// of the user's note.
 ///
 /// Looks: a sample of 4000 regular files, the beginnings of two small text files, and listings of single
-/// folders, of which no more is read than the bounds in `Surroundings` allow.
+/// folders, of which no more is read than the bounds in `Circumstances` allow.
 /// Nothing is written, no link or package is entered, nothing but those two files is opened, and no look
 /// renews the access date that the text reports, where the system lets its user ask for that.
 /// Threads: blocks the caller; never call it on the UI thread.
@@ -35,8 +35,8 @@ enum class Extent : std::uint8_t {
 };
 
 /// Where and when the facts are gathered.
-struct Surroundings {
-    UserFolders folders = Paths::folders();
+struct Circumstances {
+    UserFolders folders;
     std::string applications = "/Applications";
     Format::Clock::time_point now = Format::Clock::now();
     std::stop_token stop;                ///< ends the sample early, and with it the text
@@ -49,10 +49,9 @@ struct Surroundings {
 /// any url is a programming error and ends the program.
 [[nodiscard]] std::string build(const Finding& finding, std::string_view userNote,
                                 std::span<const std::string> runningApps, Extent extent,
-                                const Surroundings& around = {});
+                                const Circumstances& around);
 
 /// The application that owns a folder, judged from its path alone.
-[[nodiscard]] std::optional<std::string> ownerName(std::string_view path,
-                                                   const UserFolders& folders = Paths::folders());
+[[nodiscard]] std::optional<std::string> ownerName(std::string_view path, const UserFolders& folders);
 
 }  // namespace ulvak::FolderContext

@@ -148,7 +148,7 @@ AppModel::AppModel(AppServices services, std::string verdictsPath, QObject* pare
       workers_(std::make_unique<Workers>()),
       lasting_(std::make_unique<Workers>()),
       store_(
-          std::move(verdictsPath), VerdictStore::systemTime,
+          std::move(verdictsPath), services_.folders, VerdictStore::systemTime,
           [this](std::function<void()> job) { runForLabels(*lasting_, std::move(job)); },
           [this](std::function<void()> job) { runForLabels(*workers_, std::move(job)); }) {
     refreshStatus();
@@ -358,7 +358,8 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     poller.setTimerType(Qt::PreciseTimer);
     const auto poll = [this, scan, &poller] {
         copyCounters(scan->progress);
-        assign(currentPath_, Paths::display(scan->progress.current()), &AppModel::currentPathChanged);
+        assign(currentPath_, Paths::display(scan->progress.current(), folders()),
+               &AppModel::currentPathChanged);
         poller.start(pollInterval);
     };
     connect(&poller, &QTimer::timeout, this, poll);
@@ -844,7 +845,7 @@ void AppModel::applyFailed(const Cleaning& turn) {
         leave(*turn.finding, why);
         showAlert(title, why);
     } else if (turn.result && !turn.result->freed) {
-        const std::string why = errorDescription(turn.result->freed.error());
+        const std::string why = errorDescription(turn.result->freed.error(), folders());
         leave(*turn.finding, why);
         if (!cleanStop_.stop_requested())
             showAlert(title, why);
@@ -987,21 +988,21 @@ QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashCon
         emptied = std::move(rest);
     }
     if (phase_ == Phase::scanning)
-        scan_->cleaned.addTouched(Paths::trash());
+        scan_->cleaned.addTouched(folders().trash);
     std::int64_t sum = freedBytes_;
     addChecked(sum, emptied.bytes);
     assign(freedBytes_, sum, &AppModel::freedBytesChanged);
     if (emptied.isDone() && emptied.itemsNew == 0) {
         trashed_.clear();
         assign(trashedBytes_, 0, &AppModel::trashedBytesChanged);
-        removeFindings({Paths::trash()});
+        removeFindings({folders().trash});
     } else {
         co_await countTrashed();
         if (isEnding_)
             co_return false;
     }
     if (emptied.failure) {
-        std::string message = errorDescription(*emptied.failure);
+        std::string message = errorDescription(*emptied.failure, folders());
         if (emptied.itemsLeft > 1)
             message += "\nÇöp kutusunda " + std::to_string(emptied.itemsLeft) + " öğe kaldı.";
         showAlert("Çöp kutusu boşaltılamadı", std::move(message));
@@ -1026,7 +1027,7 @@ QCoro::Task<> AppModel::reveal(const Finding& finding) {
     const bool isShown = co_await work;
     if (!isShown && !isEnding_)
         showAlert("Klasör açılamadı",
-                  "“" + Paths::display(urls.front()) +
+                  "“" + Paths::display(urls.front(), folders()) +
                       "” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı.");
 }
 

@@ -79,8 +79,7 @@ public:
     /// Reads the remembered verdicts at `verdictsPath` and asks for the disk's capacity, on this thread: the
     /// window is to begin with both. Verdicts on a volume that may never answer are read on another thread
     /// and shown when they are there. Nothing is scanned yet.
-    explicit AppModel(AppServices services = AppServices::system(),
-                      std::string verdictsPath = VerdictStore::defaultPath(), QObject* parent = nullptr);
+    explicit AppModel(AppServices services, std::string verdictsPath, QObject* parent = nullptr);
     /// Stops what can be stopped and waits for the rest. Nothing is applied any more; labels are written.
     ~AppModel() override;
 
@@ -108,6 +107,8 @@ public:
     [[nodiscard]] const std::optional<AlertInfo>& alert() const { return alert_; }
     [[nodiscard]] const std::optional<TrashQuestion>& trashQuestion() const { return trashQuestion_; }
     [[nodiscard]] const VerdictStore& store() const { return store_; }
+    /// Of the user whose files these are.
+    [[nodiscard]] const UserFolders& folders() const { return services_.folders; }
     /// Whether `openFullDiskAccessSettings` leads anywhere on this system.
     [[nodiscard]] bool hasPrivacySettings() const { return services_.hasPrivacySettings; }
 

@@ -5,10 +5,12 @@
 #include "scan/scanner.h"
 
 namespace ulvak {
-AppServices AppServices::system() {
+AppServices AppServices::system(const UserFolders& folders) {
+    const auto cleaner = std::make_shared<const Cleaner>(folders);
     return {
-        .scan = [](ScanProgress& progress,
-                   const std::stop_token& stop) { return Scanner{progress}.run(stop); },
+        .folders = folders,
+        .scan = [folders](ScanProgress& progress,
+                          const std::stop_token& stop) { return Scanner{progress, folders}.run(stop); },
         .aiStatus =
             [](const std::stop_token& stop) {
                 return AIStatus::current(platform::systemLanguageModel(), stop);
@@ -16,20 +18,21 @@ AppServices AppServices::system() {
         .runningApplications = platform::runningApplications,
         .runningApps = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
         .classify =
-            [](const Finding& finding, std::string_view note, std::span<const std::string> running,
-               const std::stop_token& stop) {
+            [folders](const Finding& finding, std::string_view note, std::span<const std::string> running,
+                      const std::stop_token& stop) {
                 return AIClassifier::classify(finding, note, running, platform::systemLanguageModel(),
-                                              {.stop = stop});
+                                              {.folders = folders, .stop = stop});
             },
-        .clean = [](const Finding& finding, CleanMode mode,
-                    CleanRun& run) { return Cleaner::clean(finding, mode, run); },
-        .prepareClean = Cleaner::prepare,
+        .clean = [cleaner](const Finding& finding, CleanMode mode,
+                           CleanRun& run) { return cleaner->clean(finding, mode, run); },
+        .prepareClean = [cleaner](std::span<const std::shared_ptr<const Finding>> findings,
+                                  CleanMode mode) { return cleaner->prepare(findings, mode); },
         .trashContents = Cleaner::trashContents,
-        .emptyTrash = [](const Cleaner::TrashContents& asked,
-                         const std::stop_token& stop) { return Cleaner::emptyTrash(asked, stop); },
+        .emptyTrash = [cleaner](const Cleaner::TrashContents& asked,
+                                const std::stop_token& stop) { return cleaner->emptyTrash(asked, stop); },
         .emptyTrashByDesktop =
-            [](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
-                return Cleaner::emptyTrashByDesktop(asked, stop);
+            [cleaner](const Cleaner::TrashContents& asked, const std::stop_token& stop) {
+                return cleaner->emptyTrashByDesktop(asked, stop);
             },
         .recordTrashed = Cleaner::recordTrashedFolders,
         .reveal = platform::revealInFileBrowser,

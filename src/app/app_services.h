@@ -16,9 +16,9 @@
 #include "ai/ai_status.h"
 #include "clean/clean_run.h"
 #include "clean/cleaner.h"
-#include "clean/trash_emptying.h"
 #include "core/disk_info.h"
 #include "core/finding.h"
+#include "core/paths.h"
 #include "scan/scan_error.h"
 #include "scan/scan_progress.h"
 
@@ -28,6 +28,8 @@ namespace ulvak {
 /// program ends.
 struct AppServices {
     using Names = std::vector<std::string>;
+
+    UserFolders folders;
 
     // On workers, several at once; they may block.
     std::function<std::expected<std::vector<Finding>, ScanError>(ScanProgress&, std::stop_token)> scan;
@@ -64,8 +66,8 @@ struct AppServices {
     // On the thread of the user interface; it returns at once.
     std::function<std::optional<DiskInfo>()> diskInfo;
 
-    /// The system's.
-    [[nodiscard]] static AppServices system();
+    /// The system's, for the user whose folders these are.
+    [[nodiscard]] static AppServices system(const UserFolders& folders);
 };
 
 }  // namespace ulvak

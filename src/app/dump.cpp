@@ -88,10 +88,10 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
     }
 }
 
-bool run(bool asksModel) {
+bool run(bool asksModel, const UserFolders& folders) {
     const auto start = std::chrono::steady_clock::now();
     ScanProgress progress;
-    const auto findings = Scanner{progress}.run();
+    const auto findings = Scanner{progress, folders}.run();
     if (!findings) {
         printError("ulvak: tarama tamamlanamadı: bellek yetmedi\n");
         return false;
@@ -100,9 +100,9 @@ bool run(bool asksModel) {
                           .bytes = progress.bytes(),
                           .denied = progress.denied(),
                           .elapsed = std::chrono::steady_clock::now() - start};
-    print(listing(summary, *findings));
+    print(listing(summary, *findings, folders));
     if (asksModel)
-        askModel(*findings, platform::systemLanguageModel(), print);
+        askModel(*findings, platform::systemLanguageModel(), print, folders);
     return true;
 }
 

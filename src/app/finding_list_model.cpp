@@ -96,7 +96,7 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
             return shown(finding.title);
         case Qt::ToolTipRole:
         case locationRole:
-            return shown(Paths::display(finding.urls.front()));
+            return shown(Paths::display(finding.urls.front(), app_.folders()));
         case sizeTextRole:
             return Texts::bytes(finding.size);
         case fractionRole:

@@ -15,12 +15,12 @@ namespace ulvak {
 using platform::LaunchRequest;
 using Role = platform::SingleInstance::Role;
 
-OneWindow::OneWindow(int argc, char* argv[]) {
+OneWindow::OneWindow(int argc, char* argv[], const UserFolders& folders) {
     LaunchRequest request{.activationToken = platform::activationToken()};
     for (int i = 1; i < argc; ++i)
         request.arguments.emplace_back(argv[i]);
-    instance_ = std::make_unique<platform::SingleInstance>(Paths::home() + '\n' + VerdictStore::defaultPath(),
-                                                           request);
+    instance_ = std::make_unique<platform::SingleInstance>(
+        folders.home + '\n' + VerdictStore::defaultPath(folders), request);
 }
 
 bool OneWindow::isElsewhere() const {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "core/paths.h"
 #include "platform/single_instance.h"
 
 namespace ulvak {
@@ -17,7 +18,7 @@ namespace ulvak {
 class OneWindow {
 public:
     /// With the program's own arguments. Before there is a window or anything that takes time.
-    OneWindow(int argc, char* argv[]);
+    OneWindow(int argc, char* argv[], const UserFolders& folders);
 
     /// The window is another program's, and that has obeyed: nothing is left to do here. Says so on standard
     /// error when it is, but does not obey.

@@ -445,8 +445,8 @@ std::vector<Finding> mergeGroups(std::vector<Finding> findings, const LinkedFind
     return merged;
 }
 
-std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, std::vector<std::string> innerRoots,
-                                   const UserFolders& folders) const {
+std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, const UserFolders& folders,
+                                   std::vector<std::string> innerRoots) const {
     Analysis analysis(*this, std::move(innerRoots), folders);
     for (const DirNode& root : roots)
         analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});

@@ -27,9 +27,8 @@ struct Analyzer {
     /// depth first. `innerRoots` are paths inside one tree at which another scan root begins; what holds
     /// one is looked into and not reported as a whole, unless the program never cleans it anyway: cleaning
     /// would take the other root along.
-    [[nodiscard]] std::vector<Finding> run(std::span<const DirNode> roots,
-                                           std::vector<std::string> innerRoots = {},
-                                           const UserFolders& folders = Paths::folders()) const;
+    [[nodiscard]] std::vector<Finding> run(std::span<const DirNode> roots, const UserFolders& folders,
+                                           std::vector<std::string> innerRoots = {}) const;
 };
 
 /// The files among findings that have several names, by the findings' ids.

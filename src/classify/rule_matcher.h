@@ -18,7 +18,7 @@ namespace ulvak {
 class RuleMatcher {
 public:
     /// `rules` must outlive the matcher.
-    explicit RuleMatcher(std::span<const Rule> rules, UserFolders folders = Paths::folders());
+    explicit RuleMatcher(std::span<const Rule> rules, UserFolders folders);
 
     /// The first rule that matches the item at `path` (absolute, bytes), or nothing.
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context) const;

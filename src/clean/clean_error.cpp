@@ -60,14 +60,14 @@ std::string reason(std::error_code code) {
     return "sistem beklenmedik bir hata bildirdi (" + std::to_string(code.value()) + ").";
 }
 
-std::string describe(const platform::FileError& error) {
-    std::string text = "“" + Paths::display(error.path) + "” kaldırılamadı: " + reason(error.code);
+std::string describe(const platform::FileError& error, const UserFolders& folders) {
+    std::string text = "“" + Paths::display(error.path, folders) + "” kaldırılamadı: " + reason(error.code);
     if (!error.detail.empty())
         text += " (" + error.detail + ")";
     return text;
 }
 
-std::string describe(const StartError& error) {
+std::string describe(const StartError& error, const UserFolders& /*folders*/) {
     return "“" + error.program + "” başlatılamadı: " +
            (error.code == std::errc::no_such_file_or_directory ? "program bu bilgisayarda yok."
                                                                : reason(error.code));
@@ -86,9 +86,9 @@ std::string errorDescription(const CleanError& error) {
                       error.value);
 }
 
-std::string errorDescription(const CleanFailure& failure) {
+std::string errorDescription(const CleanFailure& failure, const UserFolders& folders) {
     return std::visit(Overloaded{[](const CleanError& error) { return errorDescription(error); },
-                                 [](const auto& error) { return describe(error); }},
+                                 [&](const auto& error) { return describe(error, folders); }},
                       failure);
 }
 

@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "core/paths.h"
 #include "platform/file_error.h"
 
 namespace ulvak {
@@ -43,6 +44,6 @@ using CleanFailure = std::variant<CleanError, platform::FileError, StartError>;
 /// For people, Turkish. The bytes of a path are kept, as a name of the user's is: make it `printable` before
 /// it is shown.
 [[nodiscard]] std::string errorDescription(const CleanError& error);
-[[nodiscard]] std::string errorDescription(const CleanFailure& failure);
+[[nodiscard]] std::string errorDescription(const CleanFailure& failure, const UserFolders& folders);
 
 }  // namespace ulvak

@@ -27,18 +27,10 @@ struct CleanAhead {
     std::unique_ptr<platform::TrashNotes> notes = nullptr;  ///< absent when nothing goes to the Trash
 };
 
-namespace Cleaner {
 namespace {
 
 using platform::Directory;
 using platform::FileError;
-
-/// Whether there is a cache is asked anew each time: until then its place may have become somebody's.
-const GuardRails& rails() {
-    static const GuardRails withCache(Paths::folders(), true);
-    static const GuardRails without(Paths::folders(), false);
-    return Paths::hasOwnCache() ? withCache : without;
-}
 
 CleanFailure failed(std::string message) {
     return CleanError{CleanError::Failed{std::move(message)}};
@@ -71,12 +63,13 @@ struct Judged {
 };
 
 /// Where the items are, if the paths alone allow all of them to go.
-std::expected<std::vector<CleanPlace>, CleanFailure> placesOf(const std::vector<std::string>& urls) {
+std::expected<std::vector<CleanPlace>, CleanFailure> placesOf(const std::vector<std::string>& urls,
+                                                              const GuardRails& rails) {
     std::vector<CleanPlace> places;
     for (const std::string& url : urls) {
-        auto place = rails().place(url);
+        auto place = rails.place(url);
         if (!place)
-            return std::unexpected(CleanError{CleanError::Protected{Paths::display(url)}});
+            return std::unexpected(CleanError{CleanError::Protected{Paths::display(url, rails.folders())}});
         places.push_back(std::move(*place));
     }
     return places;
@@ -131,7 +124,7 @@ std::unique_ptr<platform::TrashNotes> notesFor(std::span<const Judged> items) {
 
 std::expected<void, CleanFailure> removeItem(const Judged& item, CleanMode mode,
                                              const Surroundings& surroundings, CleanRun& run,
-                                             const Services& services, platform::TrashNotes* notes) {
+                                             const Cleaner::Services& services, platform::TrashNotes* notes) {
     const CleanPlace& place = item.place;
     const auto folder = openFolder(place);
     if (!folder)
@@ -163,7 +156,7 @@ bool namesOneSimulator(std::string_view udid) {
 }
 
 std::expected<std::int64_t, CleanFailure> deleteSimulator(const std::string& udid, std::int64_t size,
-                                                          const Services& services) {
+                                                          const Cleaner::Services& services) {
     if (!namesOneSimulator(udid))
         return std::unexpected(failed("Simülatör silinemedi: kimliği tanınmıyor."));
     static const std::string program = "/usr/bin/xcrun";
@@ -184,15 +177,16 @@ CleanFailure stopped(std::size_t done, std::size_t all) {
 }
 
 std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, CleanMode mode, CleanRun& run,
-                                                      const Services& services) {
-    auto places = placesOf(finding.urls);
+                                                      const GuardRails& rails,
+                                                      const Cleaner::Services& services) {
+    auto places = placesOf(finding.urls, rails);
     if (!places)
         return std::unexpected(std::move(places.error()));
     std::optional<Surroundings> own;
     const auto isKnown = [&](const CleanPlace& place) { return run.ahead->anchors.contains(place.anchor); };
     // A folder that may be cleaned can have come since what was looked at ahead.
     if (run.ahead == nullptr || !std::ranges::all_of(*places, isKnown))
-        own.emplace(rails(), *places);
+        own.emplace(rails, *places);
     const Surroundings& surroundings = own ? *own : run.ahead->surroundings;
     const auto items = judged(finding.urls, std::move(*places), surroundings);
     if (!items)
@@ -213,7 +207,14 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
 
 }  // namespace
 
-const Services& Services::system() {
+Cleaner::Cleaner(const UserFolders& folders, Services services)
+    : withCache_(folders, true), withoutCache_(folders, false), services_(std::move(services)) {}
+
+const GuardRails& Cleaner::rails() const {
+    return Paths::hasOwnCache(withCache_.folders()) ? withCache_ : withoutCache_;
+}
+
+const Cleaner::Services& Cleaner::Services::system() {
     static const Services services{
         .removeEntry = [](const Directory& parent,
                           const std::string& name) { return platform::removeEntry(parent, name); },
@@ -232,18 +233,18 @@ const Services& Services::system() {
     return services;
 }
 
-bool isAllowed(std::string_view path) {
+bool Cleaner::isAllowed(std::string_view path) const {
     return rails().isAllowed(path);
 }
 
-std::vector<std::string> runningApps(std::span<const std::string> among) {
+std::vector<std::string> Cleaner::runningApps(std::span<const std::string> among) {
     if (among.empty())
         return {};
     return runningApps(among, platform::runningApplications());
 }
 
-std::vector<std::string> runningApps(std::span<const std::string> among,
-                                     std::span<const std::string> running) {
+std::vector<std::string> Cleaner::runningApps(std::span<const std::string> among,
+                                              std::span<const std::string> running) {
     std::vector<std::string> folded;
     for (const std::string& name : running)
         folded.push_back(lowerCased(name));
@@ -254,41 +255,41 @@ std::vector<std::string> runningApps(std::span<const std::string> among,
     return found;
 }
 
-std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode, CleanRun& run,
-                                                const Services& services) {
+std::expected<std::int64_t, CleanFailure> Cleaner::clean(const Finding& finding, CleanMode mode,
+                                                         CleanRun& run) const {
     if (const auto* none = std::get_if<CleanAction::None>(&finding.action.value))
         return std::unexpected(failed(none->reason));
     const auto* simulator = std::get_if<CleanAction::DeleteSimulator>(&finding.action.value);
     if (simulator == nullptr)
-        return removeFiles(finding, mode, run, services);
+        return removeFiles(finding, mode, run, rails(), services_);
     if (run.stop.stop_requested())
         return std::unexpected(stopped(0, 1));
-    auto freed = deleteSimulator(simulator->udid, finding.size, services);
+    auto freed = deleteSimulator(simulator->udid, finding.size, services_);
     run.done += freed ? 1U : 0U;
     return freed;
 }
 
-std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
-                                                const Services& services) {
+std::expected<std::int64_t, CleanFailure> Cleaner::clean(const Finding& finding, CleanMode mode) const {
     CleanRun run;
-    return clean(finding, mode, run, services);
+    return clean(finding, mode, run);
 }
 
-std::shared_ptr<CleanAhead> prepare(std::span<const std::shared_ptr<const Finding>> findings,
-                                    CleanMode mode) {
+std::shared_ptr<CleanAhead> Cleaner::prepare(std::span<const std::shared_ptr<const Finding>> findings,
+                                             CleanMode mode) const {
     if (findings.size() < 2)
         return nullptr;
+    const GuardRails& rails = this->rails();
     std::vector<CleanPlace> all;
     std::vector<CleanPlace> single;  // a finding with several has notes written itself, as it comes to them
     for (const auto& finding : findings) {
-        const auto places = placesOf(finding->urls);
+        const auto places = placesOf(finding->urls, rails);
         if (!places || !std::holds_alternative<CleanAction::Trash>(finding->action.value))
             continue;
         all.insert(all.end(), places->begin(), places->end());
         if (places->size() == 1)
             single.push_back(places->front());
     }
-    auto ahead = std::make_shared<CleanAhead>(CleanAhead{.surroundings = Surroundings(rails(), all)});
+    auto ahead = std::make_shared<CleanAhead>(CleanAhead{.surroundings = Surroundings(rails, all)});
     for (const CleanPlace& place : all)
         ahead->anchors.insert(place.anchor);
     if (mode == CleanMode::permanent)
@@ -300,10 +301,11 @@ std::shared_ptr<CleanAhead> prepare(std::span<const std::shared_ptr<const Findin
     return ahead;
 }
 
-std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path) {
+std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const std::string& path,
+                                                                        const GuardRails& rails) {
     const CleanPlace trash{.anchor = std::string(Paths::parent(path)),
                            .relative = std::string(Paths::lastComponent(path))};
-    const Surroundings surroundings(rails(), {&trash, 1});
+    const Surroundings surroundings(rails, {&trash, 1});
     auto objection = surroundings.objection();
     if (!objection)
         objection = surroundings.objection(trash, path);
@@ -316,5 +318,4 @@ std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(const st
     return surroundings.untouchable();
 }
 
-}  // namespace Cleaner
 }  // namespace ulvak

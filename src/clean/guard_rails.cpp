@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ranges>
+#include <utility>
 #include <vector>
 
 namespace ulvak {
@@ -16,8 +17,9 @@ std::string_view CleanPlace::folder() const {
     return std::string_view(relative).substr(0, slash == std::string::npos ? 0 : slash);
 }
 
-GuardRails::GuardRails(const UserFolders& folders, bool hasCache)
-    : protected_{"/",
+GuardRails::GuardRails(UserFolders folders, bool hasCache)
+    : folders_(std::move(folders)),
+      protected_{"/",
                  "/System",
                  "/Library",
                  "/Applications",
@@ -30,27 +32,27 @@ GuardRails::GuardRails(const UserFolders& folders, bool hasCache)
                  "/private/var",
                  "/opt/homebrew",
                  "/Users/Shared",
-                 folders.home,
-                 folders.home + "/Library",
-                 folders.home + "/Desktop",
-                 folders.home + "/Documents",
-                 folders.home + "/Downloads",
-                 folders.home + "/Pictures",
-                 folders.home + "/Movies",
-                 folders.home + "/Music",
-                 folders.home + "/Public",
-                 folders.home + "/Library/Application Support",
-                 folders.home + "/Library/Caches",
-                 folders.home + "/Library/Containers",
-                 folders.home + "/Library/Group Containers",
-                 folders.home + "/Library/Developer",
-                 folders.home + "/Library/Keychains",
-                 folders.home + "/Library/Preferences",
-                 folders.temp,
-                 folders.cache},
+                 folders_.home,
+                 folders_.home + "/Library",
+                 folders_.home + "/Desktop",
+                 folders_.home + "/Documents",
+                 folders_.home + "/Downloads",
+                 folders_.home + "/Pictures",
+                 folders_.home + "/Movies",
+                 folders_.home + "/Music",
+                 folders_.home + "/Public",
+                 folders_.home + "/Library/Application Support",
+                 folders_.home + "/Library/Caches",
+                 folders_.home + "/Library/Containers",
+                 folders_.home + "/Library/Group Containers",
+                 folders_.home + "/Library/Developer",
+                 folders_.home + "/Library/Keychains",
+                 folders_.home + "/Library/Preferences",
+                 folders_.temp,
+                 folders_.cache},
       forbidden_{"/System/", "/private/var/db/", "/private/var/vm/", "/usr/",
-                 folders.home + "/Library/Keychains/"},
-      allowed_{folders.home + "/", folders.temp + "/", folders.cache + "/", "/Applications/",
+                 folders_.home + "/Library/Keychains/"},
+      allowed_{folders_.home + "/", folders_.temp + "/", folders_.cache + "/", "/Applications/",
                "/Users/Shared/"},
       hasCache_(hasCache) {}
 

@@ -28,7 +28,9 @@ struct CleanPlace {
 class GuardRails {
 public:
     /// Without `hasCache` the cache folder's place is one like any other: see `Paths::hasOwnCache`.
-    explicit GuardRails(const UserFolders& folders, bool hasCache = true);
+    explicit GuardRails(UserFolders folders, bool hasCache = true);
+
+    [[nodiscard]] const UserFolders& folders() const { return folders_; }
 
     /// Whether the item at an absolute path may be removed. Links are not resolved on purpose: the path that
     /// was shown is the path that is judged.
@@ -53,6 +55,7 @@ private:
     /// Whether nothing is removed there, whatever else allows it. `path` is standardized.
     [[nodiscard]] bool isForbidden(std::string_view path) const;
 
+    UserFolders folders_;
     std::set<std::string, std::less<>> protected_;
     std::array<std::string, 5> forbidden_;
     std::array<std::string, 5> allowed_;

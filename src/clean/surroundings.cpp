@@ -17,8 +17,8 @@ CleanFailure fileError(int number, std::string path) {
         .code = {number, std::generic_category()}, .path = std::move(path), .detail = {}};
 }
 
-CleanFailure protects(std::string_view url) {
-    return CleanError{CleanError::Protected{Paths::display(url)}};
+CleanFailure protects(std::string_view url, const UserFolders& folders) {
+    return CleanError{CleanError::Protected{Paths::display(url, folders)}};
 }
 
 std::vector<std::string> anchorsOf(std::span<const CleanPlace> places) {
@@ -55,8 +55,8 @@ bool KeptFolders::hold(std::string_view path) const {
 }
 
 Surroundings::Surroundings(const GuardRails& rails, std::span<const CleanPlace> places)
-    : reach_(anchorsOf(places), Reach::Others::none) {
-    platform::GuardedFolders guarded = platform::guardedFolders(Paths::home());
+    : folders_(rails.folders()), reach_(anchorsOf(places), Reach::Others::none) {
+    platform::GuardedFolders guarded = platform::guardedFolders(folders_.home);
     unreadSetting_ = std::move(guarded.unread);
     for (const std::string& path : rails.protectedPaths())
         kept_.add(path, reach_);
@@ -88,7 +88,7 @@ std::optional<CleanFailure> Surroundings::objection() const {
         return fileError(EIO, "/");  // "/" is always one: what lies inside an item cannot be told
     if (!unreadSetting_.empty())
         return CleanError{CleanError::Failed{"Hiçbir şeye dokunulmadı: korunacak klasörleri sayan “" +
-                                             Paths::display(unreadSetting_) +
+                                             Paths::display(unreadSetting_, folders_) +
                                              "” dosyası, yanıt vermeyebilecek bir diskte."}};
     return std::nullopt;
 }
@@ -97,7 +97,7 @@ std::optional<CleanFailure> Surroundings::objection(const CleanPlace& place, std
     const std::string path = place.path();
     const std::string real = realPath(place);
     if (isRefused(path) || isRefused(real))
-        return protects(url);
+        return protects(url, folders_);
     const auto inside = std::ranges::find_if(
         reach_.mounts(), [&](const platform::Mount& mount) { return Paths::isWithin(mount.path, real); });
     if (inside != reach_.mounts().end())
@@ -111,12 +111,12 @@ std::optional<CleanFailure> Surroundings::objection(const CleanPlace& place, std
 std::optional<CleanFailure> Surroundings::objection(const CleanPlace& place, std::string_view url,
                                                     const platform::FileNumber& item) const {
     if (untouchable_.contains(item))
-        return protects(url);
+        return protects(url, folders_);
     const std::string path = place.path();
     for (std::size_t end = path.rfind('/'); end > 0; end = path.rfind('/', end - 1)) {
         const auto number = numberAt(std::string_view(path).substr(0, end), reach_);
         if (number && closed_.numbers().contains(*number))
-            return protects(url);
+            return protects(url, folders_);
     }
     return std::nullopt;
 }

@@ -60,6 +60,7 @@ private:
     [[nodiscard]] bool isRefused(std::string_view path) const;
     [[nodiscard]] std::string realPath(const CleanPlace& place) const;
 
+    UserFolders folders_;
     platform::Reach reach_;
     std::string unreadSetting_;
     KeptFolders kept_;    ///< what lies in them may go

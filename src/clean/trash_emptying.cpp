@@ -1,4 +1,4 @@
-#include "clean/trash_emptying.h"
+#include "clean/cleaner.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,13 +16,16 @@
 #include "platform/durable_file.h"
 #include "scan/disk_walker.h"
 
-namespace ulvak::Cleaner {
+namespace ulvak {
 namespace {
 
 using platform::Directory;
 using platform::FileError;
 using platform::ItemIdentity;
 using platform::TrashFolder;
+using EmptiedTrash = Cleaner::EmptiedTrash;
+using HeldItem = Cleaner::HeldItem;
+using TrashContents = Cleaner::TrashContents;
 
 CleanFailure failed(std::string message) {
     return CleanError{CleanError::Failed{std::move(message)}};
@@ -173,8 +176,9 @@ const HeldItem* find(const std::vector<HeldItem>& held, const ItemIdentity& iden
 /// Empties one Trash after the other.
 class Emptying {
 public:
-    Emptying(const TrashContents& asked, const std::stop_token& stop, const Services& services)
-        : asked_(asked), stop_(stop), services_(services) {}
+    Emptying(const TrashContents& asked, const std::stop_token& stop, const GuardRails& rails,
+             const Cleaner::Services& services)
+        : asked_(asked), stop_(stop), rails_(rails), services_(services) {}
 
     EmptiedTrash run() {
         result_.mayAskDesktop = true;
@@ -193,7 +197,7 @@ private:
     }
 
     void empty(const TrashFolder& trash) {
-        auto kept = judgedTrash(trash.path);
+        auto kept = judgedTrash(trash.path, rails_);
         if (!kept) {
             note(std::move(kept.error()));
             result_.mayAskDesktop = false;  // what must stay would not be safe from it either
@@ -311,7 +315,8 @@ private:
 
     const TrashContents& asked_;
     const std::stop_token& stop_;
-    const Services& services_;
+    const GuardRails& rails_;
+    const Cleaner::Services& services_;
     std::set<platform::FileNumber> kept_;
     std::set<std::string> gone_;  ///< names of the items that this has removed from the Trash at hand
     EmptiedTrash result_;
@@ -346,8 +351,9 @@ std::int64_t bytesFreed(const TrashContents& contents) {
 }
 
 /// Why the desktop has not emptied the Trash; nothing when it says that it has.
-std::optional<CleanFailure> askDesktop(const std::stop_token& stop, const Services& services) {
-    const auto command = services.trashEmptyingCommand(Paths::trash());
+std::optional<CleanFailure> askDesktop(const std::string& trash, const std::stop_token& stop,
+                                       const Cleaner::Services& services) {
+    const auto command = services.trashEmptyingCommand(trash);
     if (!command)
         return failed(
             "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona dokunulmadı.");
@@ -364,7 +370,7 @@ std::optional<CleanFailure> askDesktop(const std::stop_token& stop, const Servic
 
 }  // namespace
 
-TrashContents trashContents(std::span<const platform::TrashedItem> fromHere) {
+TrashContents Cleaner::trashContents(std::span<const platform::TrashedItem> fromHere) {
     std::vector<HeldItem> ours;
     for (const platform::TrashedItem& item : fromHere)
         ours.push_back({.identity = item.identity});
@@ -389,12 +395,11 @@ TrashContents trashContents(std::span<const platform::TrashedItem> fromHere) {
     return contents;
 }
 
-EmptiedTrash emptyTrash(const TrashContents& asked, const std::stop_token& stop, const Services& services) {
-    return Emptying(asked, stop, services).run();
+EmptiedTrash Cleaner::emptyTrash(const TrashContents& asked, const std::stop_token& stop) const {
+    return Emptying(asked, stop, rails(), services_).run();
 }
 
-EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_token& stop,
-                                 const Services& services) {
+EmptiedTrash Cleaner::emptyTrashByDesktop(const TrashContents& asked, const std::stop_token& stop) const {
     const auto left = [&](const TrashContents& now) {
         EmptiedTrash result;
         for (const HeldItem& item : now.held)
@@ -405,7 +410,7 @@ EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_tok
     EmptiedTrash result = left(before);
     if (result.itemsNew > 0)
         return result;
-    auto failure = askDesktop(stop, services);
+    auto failure = askDesktop(withCache_.folders().trash, stop, services_);
     const TrashContents after = trashContents({});
     result = left(after);
     result.bytes =
@@ -417,21 +422,21 @@ EmptiedTrash emptyTrashByDesktop(const TrashContents& asked, const std::stop_tok
     return result;
 }
 
-std::expected<std::int64_t, CleanFailure> emptyTrash(const Services& services) {
+std::expected<std::int64_t, CleanFailure> Cleaner::emptyTrash() const {
     const TrashContents asked = trashContents({});
-    EmptiedTrash emptied = emptyTrash(asked, {}, services);
+    EmptiedTrash emptied = emptyTrash(asked, {});
     if (!emptied.failure)
         return emptied.bytes;
     if (!emptied.mayAskDesktop)
         return std::unexpected(std::move(*emptied.failure));
-    EmptiedTrash rest = emptyTrashByDesktop(asked, {}, services);
+    EmptiedTrash rest = emptyTrashByDesktop(asked, {});
     if (!rest.isDone())
         return std::unexpected(std::move(rest.failure ? *rest.failure : *emptied.failure));
     addChecked(rest.bytes, emptied.bytes);
     return rest.bytes;
 }
 
-void recordTrashedFolders(std::span<const platform::TrashedItem> items) {
+void Cleaner::recordTrashedFolders(std::span<const platform::TrashedItem> items) {
     std::vector<std::string> paths;
     for (const platform::TrashedItem& item : items) {
         const auto folder = Directory::open(std::string(Paths::parent(item.location)));
@@ -451,4 +456,4 @@ void recordTrashedFolders(std::span<const platform::TrashedItem> items) {
     platform::recordTrashedFolders(folders);
 }
 
-}  // namespace ulvak::Cleaner
+}  // namespace ulvak

@@ -64,11 +64,6 @@ UserFolders UserFolders::ofCurrentUser() {
 
 namespace Paths {
 
-const UserFolders& folders() {
-    static const UserFolders known = UserFolders::ofCurrentUser();
-    return known;
-}
-
 std::string expand(std::string_view text, const UserFolders& folders) {
     const std::array<std::pair<std::string_view, const std::string*>, 3> tokens = {
         {{"~", &folders.home}, {"$T", &folders.temp}, {"$C", &folders.cache}}};

@@ -12,43 +12,27 @@ struct UserFolders {
     std::string cache;
     std::string trash;
 
-    /// Asks the operating system.
+    /// Asks the operating system. The program does so once, where it starts.
     [[nodiscard]] static UserFolders ofCurrentUser();
 };
 
-/// Paths as the rule book writes them and as people read them. The folders are asked for once, on first
-/// use from any thread, and kept for the life of the process. What takes the folders as an argument is pure.
+/// Paths as the rule book writes them and as people read them. Pure, but for `hasOwnCache`.
 namespace Paths {
-
-[[nodiscard]] const UserFolders& folders();
-
-[[nodiscard]] inline const std::string& home() {
-    return folders().home;
-}
-[[nodiscard]] inline const std::string& temp() {
-    return folders().temp;
-}
-[[nodiscard]] inline const std::string& cache() {
-    return folders().cache;
-}
-[[nodiscard]] inline const std::string& trash() {
-    return folders().trash;
-}
 
 /// A leading "~", "$T" or "$C" (home, temporary, cache folder), alone or before a "/", is replaced;
 /// anything else comes back unchanged.
-[[nodiscard]] std::string expand(std::string_view text, const UserFolders& folders = Paths::folders());
+[[nodiscard]] std::string expand(std::string_view text, const UserFolders& folders);
 
 /// Whether `cache` is a cache. Where the system names none, its place is derived from the temporary folder's,
 /// and what stands there may be anything: it is believed only beside a temporary folder named "T", as the
 /// systems have it that name one, and where neither is somebody else's or a link. In the home folder, or as
 /// a link there, it never is: "~/C" may well be somebody's work; nor is "/C", which may be somebody's disk.
 /// Without one nothing is scanned, called a cache or removed for lying there. Looks at the disk.
-[[nodiscard]] bool hasOwnCache(const UserFolders& folders = Paths::folders());
+[[nodiscard]] bool hasOwnCache(const UserFolders& folders);
 
 /// The short form of a full path for the user: "~/Library", "Geçici klasör/x", "Sistem önbelleği/x". The
 /// bytes of the path are kept; make them `printable` before they are shown.
-[[nodiscard]] std::string display(std::string_view path, const UserFolders& folders = Paths::folders());
+[[nodiscard]] std::string display(std::string_view path, const UserFolders& folders);
 
 /// Without the "/private" before "/var/folders/": the form in which the temporary and the cache folder
 /// are known on systems where "/var" is a link.

@@ -28,13 +28,13 @@ struct Located {
 };
 
 /// The roots that exist, each place once: of two names for one folder, the first in order stands.
-std::vector<Located> locatedRoots() {
+std::vector<Located> locatedRoots(const UserFolders& folders) {
     std::vector<Located> located;
-    const platform::Reach reach({&Paths::home(), 1}, platform::Reach::Others::prompt);
-    for (const std::string& path : Scanner::roots()) {
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
+    for (const std::string& path : Scanner::roots(folders)) {
         platform::Reach::Place real = reach.follow(path);
         const auto info = real.isThere ? platform::fileInfo(real.path) : std::nullopt;
-        if (!info || (path == Paths::cache() && !Paths::hasOwnCache()))
+        if (!info || (path == folders.cache && !Paths::hasOwnCache(folders)))
             continue;
         const auto isSame = [&](const Located& other) {
             return other.real == real.path || other.info.volumeAndNumber == info->volumeAndNumber;
@@ -66,15 +66,15 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
     return inner;
 }
 
-std::vector<Finding> scan(ScanProgress& progress, const std::stop_token& stop) {
+std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     // Where no thread can be had, the question is asked when the answer is needed.
     auto simulators =
         std::async(std::launch::async | std::launch::deferred, [stop] { return Simulators::load(stop); });
-    const std::vector<Located> located = locatedRoots();
+    const std::vector<Located> located = locatedRoots(scanner.folders);
     const std::vector<std::string> inner = innerRoots(located);
 
-    const DiskWalker walker{.progress = progress,
-                            .excluded = Scanner::excluded(),
+    const DiskWalker walker{.progress = scanner.progress,
+                            .excluded = Scanner::excluded(scanner.folders),
                             .innerRoots = inner,
                             .keepThreshold = keepThreshold};
     std::vector<std::string> paths;
@@ -93,14 +93,14 @@ std::vector<Finding> scan(ScanProgress& progress, const std::stop_token& stop) {
                             .simulators = std::move(installed),
                             .unitMinimum = keepThreshold,
                             .defaultMinimum = defaultMinimum};
-    return analyzer.run(trees, inner);
+    return analyzer.run(trees, scanner.folders, inner);
 }
 
 }  // namespace
 
 std::expected<std::vector<Finding>, ScanError> Scanner::run(std::stop_token stop) const {
     try {
-        return scan(progress, stop);
+        return scan(*this, stop);
     } catch (const std::bad_alloc&) {
         return std::unexpected(ScanError::outOfMemory);
     }

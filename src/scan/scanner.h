@@ -19,15 +19,15 @@ namespace ulvak {
 /// back by then what it had. Threads: blocks the caller; `progress` may be read from others.
 struct Scanner {
     ScanProgress& progress;
+    const UserFolders& folders;
 
     /// The findings, largest first; none when stopped.
     [[nodiscard]] std::expected<std::vector<Finding>, ScanError> run(std::stop_token stop = {}) const;
 
     /// The places that a scan begins at, in order.
-    [[nodiscard]] static std::vector<std::string> roots(const UserFolders& folders = Paths::folders());
+    [[nodiscard]] static std::vector<std::string> roots(const UserFolders& folders);
     /// Full paths of folders that are never entered: what lies there is elsewhere, or the system's.
-    [[nodiscard]] static std::set<std::string, std::less<>> excluded(
-        const UserFolders& folders = Paths::folders());
+    [[nodiscard]] static std::set<std::string, std::less<>> excluded(const UserFolders& folders);
 };
 
 }  // namespace ulvak

@@ -37,20 +37,29 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
 }
 
 /// Or fails at once; or is on the same volume as the home, without which nothing here works.
-bool answersAtOnce(const std::string& path) {
-    const std::string& home = Paths::home();
+bool answersAtOnce(const std::string& path, const std::string& home) {
     const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
     return reach.includes(reach.follow(path).path);
 }
 
 }  // namespace
 
-VerdictStore::VerdictStore(std::string path, Clock now, Runner write, const Runner& read)
+VerdictStore::VerdictStore(std::string path, Clock now, Runner write)
     : path_(std::move(path)),
       now_(std::move(now)),
       write_(std::move(write)),
       shared_(std::make_shared<SharedVerdicts>(path_, now_)) {
-    if (read && !answersAtOnce(path_)) {
+    shared_->load();
+    entries_ = shared_->entries();
+}
+
+VerdictStore::VerdictStore(std::string path, const UserFolders& folders, Clock now, Runner write,
+                           const Runner& read)
+    : path_(std::move(path)),
+      now_(std::move(now)),
+      write_(std::move(write)),
+      shared_(std::make_shared<SharedVerdicts>(path_, now_)) {
+    if (!answersAtOnce(path_, folders.home)) {
         read([shared = shared_] { shared->load(); });
         return;
     }

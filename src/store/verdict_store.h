@@ -31,16 +31,18 @@ public:
 
     [[nodiscard]] static FileTime systemTime();
 
-    /// Makes the folder of the file at `path` and reads the file; by `read` where nobody knows when its
-    /// volume answers, and then `entries` lack what it says until it is adopted. `write` is for every change.
-    /// Without a runner, jobs run at once.
-    explicit VerdictStore(std::string path, Clock now = systemTime, Runner write = {},
-                          const Runner& read = {});
+    /// Makes the folder of the file at `path` and reads the file. `write` runs the job of every change;
+    /// without it, they run at once.
+    explicit VerdictStore(std::string path, Clock now = systemTime, Runner write = {});
+    /// The same, but where nobody knows when the file's volume answers, `read` runs the job that reads it,
+    /// and `entries` lack what it says until it is adopted. The volume of the home folder always counts as
+    /// one that answers.
+    VerdictStore(std::string path, const UserFolders& folders, Clock now, Runner write, const Runner& read);
     VerdictStore(const VerdictStore&) = delete;
     VerdictStore& operator=(const VerdictStore&) = delete;
 
     /// Where a user's verdicts are: "Ulvak/verdicts.json" among the data of this user's applications.
-    [[nodiscard]] static std::string defaultPath(const UserFolders& folders = Paths::folders());
+    [[nodiscard]] static std::string defaultPath(const UserFolders& folders);
 
     /// Those of other programs as of the last job.
     [[nodiscard]] const VerdictEntries& entries() const { return entries_; }

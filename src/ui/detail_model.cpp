@@ -188,7 +188,8 @@ QVariantList DetailModel::firstContents() const {
         lines.append(QVariantMap{
             {QStringLiteral("symbol"), child.isDirectory ? QStringLiteral("folder") : QStringLiteral("doc")},
             {QStringLiteral("name"), shown(child.name)},
-            {QStringLiteral("location"), shown(Paths::display(placeOf(shownFinding(), child)))},
+            {QStringLiteral("location"),
+             shown(Paths::display(placeOf(shownFinding(), child), app_.folders()))},
             {QStringLiteral("sizeText"), Texts::bytes(child.size)}});
     }
     return lines;
@@ -203,7 +204,8 @@ QVariantList DetailModel::metadata() const {
     if (!finding_)
         return {};
     const Finding& finding = *finding_;
-    QVariantList lines = {line(QStringLiteral("Konum"), shown(Paths::display(finding.urls.front())))};
+    QVariantList lines = {
+        line(QStringLiteral("Konum"), shown(Paths::display(finding.urls.front(), app_.folders())))};
     if (finding.modified)
         lines.append(
             line(QStringLiteral("Değişiklik"), QString::fromStdString(Format::relative(finding.modified))));

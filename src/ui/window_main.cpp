@@ -58,7 +58,8 @@ void finish(AppModel& app, int status) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    OneWindow oneWindow(argc, argv);
+    const UserFolders folders = UserFolders::ofCurrentUser();
+    OneWindow oneWindow(argc, argv, folders);
     if (oneWindow.isElsewhere())
         return EXIT_SUCCESS;
     // Without a display the toolkit says so and aborts. That is no bug of ours: the program ends like any
@@ -74,7 +75,7 @@ int main(int argc, char* argv[]) {
 
     const QStringList arguments = QGuiApplication::arguments().mid(1);
     DesktopAppearance appearance;
-    AppModel app;
+    AppModel app(AppServices::system(folders), VerdictStore::defaultPath(folders));
     WindowModel model(app);
     QQmlApplicationEngine engine;
     QQuickWindow* window =

@@ -256,12 +256,13 @@ QVariantList WindowModel::largest() const {
     for (std::size_t index = 0; index < std::min(findings.size(), mostLargest); ++index) {
         const Finding& finding = *findings[index];
         const SafetyLevelInfo& level = info(finding.level);
-        rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(level.rawValue)},
-                                {QStringLiteral("symbol"), Texts::fixed(level.symbol)},
-                                {QStringLiteral("color"), Texts::fixed(level.color)},
-                                {QStringLiteral("title"), shown(finding.title)},
-                                {QStringLiteral("location"), shown(Paths::display(finding.urls.front()))},
-                                {QStringLiteral("sizeText"), Texts::bytes(finding.size)}});
+        rows.append(QVariantMap{
+            {QStringLiteral("level"), Texts::fixed(level.rawValue)},
+            {QStringLiteral("symbol"), Texts::fixed(level.symbol)},
+            {QStringLiteral("color"), Texts::fixed(level.color)},
+            {QStringLiteral("title"), shown(finding.title)},
+            {QStringLiteral("location"), shown(Paths::display(finding.urls.front(), app_.folders()))},
+            {QStringLiteral("sizeText"), Texts::bytes(finding.size)}});
     }
     return rows;
 }

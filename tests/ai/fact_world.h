@@ -46,7 +46,7 @@ public:
     }
 
     TempTree tree;
-    FolderContext::Surroundings around;
+    FolderContext::Circumstances around;
 };
 
 [[nodiscard]] inline std::vector<std::string> linesOf(std::string_view text) {

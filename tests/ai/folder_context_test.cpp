@@ -113,7 +113,9 @@ TEST(FolderContext, BuildingATextDoesNotRenewTheAccessDateItReports) {
 }
 
 TEST(FolderContextDeathTest, FindingWithoutUrlStopsTheProgram) {
-    EXPECT_DEATH((void)FolderContext::build(Finding{}, "", {}, FolderContext::Extent::full), "without a url");
+    EXPECT_DEATH(
+        (void)FolderContext::build(Finding{}, "", {}, FolderContext::Extent::full, FactWorld().around),
+        "without a url");
 }
 
 TEST(FolderContext, MergedFindingIsToldByItsFirstMember) {
@@ -162,9 +164,10 @@ TEST(FolderContext, FolderThatMayNotBeListedHasNoContents) {
     const TempTree tree({folder("locked", {file("a")}).withMode(0000)}, TempTree::Owner::unprivileged);
     if (const auto reason = whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
+    const FactWorld world;
     asUnprivileged([&] {
         const Finding about{.urls = {tree.path("locked")}};
-        const std::string text = FolderContext::build(about, "", {}, FolderContext::Extent::full);
+        const std::string text = world.build(about);
         EXPECT_THAT(text, Not(HasSubstr("tems inside:")));
         EXPECT_THAT(text, Not(HasSubstr("File types")));
     });

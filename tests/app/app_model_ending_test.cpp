@@ -330,8 +330,9 @@ protected:
                                              {"XDG_DATA_HOME", std::nullopt},
                                              {"XDG_CONFIG_HOME", std::nullopt}});
         // Half the way there it only waits for its end: that comes midway, however late it comes.
-        services.clean = [clean = AppServices::system().clean, begun = std::make_shared<std::atomic<int>>(0)](
-                             const Finding& finding, CleanMode mode, CleanRun& run) {
+        services.clean = [clean = AppServices::system(UserFolders::ofCurrentUser()).clean,
+                          begun = std::make_shared<std::atomic<int>>(0)](const Finding& finding,
+                                                                         CleanMode mode, CleanRun& run) {
             while (*begun == items / 2)
                 ::pause();
             ++*begun;

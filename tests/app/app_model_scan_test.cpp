@@ -201,8 +201,7 @@ TEST_F(AppModelScan, TheResultIsSetInOrderAndThePhaseLast) {
 
 TEST_F(AppModelScan, TheProgressIsLookedAtOnceBeforeTheFirstPause) {
     start();
-    const auto first =
-        startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = Paths::home() + "/x"});
+    const auto first = startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = ayse().home + "/x"});
     // One look may fall between two counters of the walk.
     ASSERT_TRUE(eventually([&] {
         return app().scannedFiles() == 12 && app().scannedBytes() == 34 && app().deniedCount() == 5 &&
@@ -222,7 +221,7 @@ TEST_F(AppModelScan, TheNextLookIsAFifthOfASecondAfterTheLast) {
     PauseWatch watch;
     start();
     signalled = std::make_shared<Record<std::string>>();
-    const auto gate = startSlowScan({.files = 12, .current = Paths::home() + "/x"});
+    const auto gate = startSlowScan({.files = 12, .current = ayse().home + "/x"});
     ASSERT_TRUE(eventually([&] { return watch.pauses.size() >= 3; }));
     gate->open();
     ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
@@ -295,11 +294,8 @@ TEST_F(AppModelScan, AnotherScanResetsTheCountersAndLeavesTheRest) {
     startWith({staged("/old", SafetyLevel::safe, 70)});
     clean({"/old"});
     ASSERT_EQ(app().trashedBytes(), 70);
-    const auto first = startSlowScan({.findings = {staged("/older")},
-                                      .files = 9,
-                                      .bytes = 8,
-                                      .denied = 7,
-                                      .current = Paths::home() + "/x"});
+    const auto first = startSlowScan(
+        {.findings = {staged("/older")}, .files = 9, .bytes = 8, .denied = 7, .current = ayse().home + "/x"});
     ASSERT_TRUE(eventually([&] { return app().currentPath() == "~/x"; }));
     first->open();
     ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));

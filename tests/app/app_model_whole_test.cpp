@@ -26,7 +26,7 @@ bool exists(const std::string& path) {
 
 /// The system's services, but for a model: whether this machine has one is left open by asking for none.
 AppServices realServices() {
-    AppServices services = AppServices::system();
+    AppServices services = AppServices::system(UserFolders::ofCurrentUser());
     services.reveal = [](std::span<const std::string>) { return true; };
     services.openUrl = [](std::string_view) {};
     return services;
@@ -55,9 +55,9 @@ FindingPointer cleanable(AppModel& app, const std::string& id) {
 
 void useIt(const TempTree& tree) {
     const std::string home = tree.path("ev");
-    // In a process that has looked before, the folders are another home's.
-    ASSERT_EQ(Paths::folders().home, home);
-    const std::string verdicts = VerdictStore::defaultPath();
+    const UserFolders folders = UserFolders::ofCurrentUser();
+    ASSERT_EQ(folders.home, home);
+    const std::string verdicts = VerdictStore::defaultPath(folders);
     ASSERT_TRUE(verdicts.starts_with(tree.path())) << verdicts;
     const std::string npm = home + "/.npm";
     const std::string pip = home + "/.cache/pip";
@@ -89,7 +89,7 @@ void useIt(const TempTree& tree) {
     runToEnd(app->clean({npm}, CleanMode::trash));
     EXPECT_FALSE(app->alert()) << app->alert()->message;
     EXPECT_FALSE(exists(npm));
-    EXPECT_TRUE(exists(Paths::trash() + "/files/.npm"));
+    EXPECT_TRUE(exists(folders.trash + "/files/.npm"));
     EXPECT_EQ(app->trashedBytes(), first->size);
     runToEnd(app->clean({pip}, CleanMode::permanent));
     EXPECT_FALSE(exists(pip));
@@ -98,7 +98,7 @@ void useIt(const TempTree& tree) {
 
     runToEnd(app->emptyTrash());
     EXPECT_FALSE(app->alert()) << app->alert()->message;
-    EXPECT_FALSE(exists(Paths::trash() + "/files/.npm"));
+    EXPECT_FALSE(exists(folders.trash + "/files/.npm"));
     EXPECT_EQ(app->trashedBytes(), 0);
     EXPECT_EQ(app->freedBytes(), first->size + second->size);
     EXPECT_TRUE(exists(home + "/Documents/Tez"));
@@ -120,14 +120,12 @@ TEST(WholeApp, ScansRemembersCleansAndEmptiesTheTrash) {
         made->error.find("No space left") != std::string::npos)
         GTEST_SKIP() << made->error;
     ASSERT_EQ(made->status, 0) << made->error;
-    inChild([&] {
-        const std::string home = tree.path("ev");
-        const ScopedEnvironment environment({{"HOME", home},
-                                             {"TMPDIR", home + "/.tmp/T"},
-                                             {"XDG_DATA_HOME", home + "/.local/share"},
-                                             {"XDG_CONFIG_HOME", std::nullopt}});
-        useIt(tree);
-    });
+    const std::string home = tree.path("ev");
+    const ScopedEnvironment environment({{"HOME", home},
+                                         {"TMPDIR", home + "/.tmp/T"},
+                                         {"XDG_DATA_HOME", home + "/.local/share"},
+                                         {"XDG_CONFIG_HOME", std::nullopt}});
+    useIt(tree);
 }
 
 }  // namespace

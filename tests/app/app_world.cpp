@@ -90,8 +90,21 @@ struct AppTest::Stage {
     }
 };
 
+const UserFolders& ayse() {
+    static const UserFolders folders = [] {
+        const std::string home = "/home/ayşe";
+        const bool isMacs = platform::trashLayout().items.empty();
+        return UserFolders{.home = home,
+                           .temp = "/tmp",
+                           .cache = "/C",
+                           .trash = home + (isMacs ? "/.Trash" : "/.local/share/Trash")};
+    }();
+    return folders;
+}
+
 AppTest::AppTest() : stage_(std::make_shared<Stage>()) {
     services = {
+        .folders = ayse(),
         .scan = [stage = stage_](ScanProgress& progress,
                                  const std::stop_token& stop) { return stage->run(progress, stop); },
         .aiStatus = [](const std::stop_token&) { return AIStatus{}; },

@@ -88,6 +88,9 @@ struct StagedTrash {
     }
 };
 
+/// The folders of the user of the staged world, with the Trash where this system usually has it.
+[[nodiscard]] const UserFolders& ayse();
+
 /// A finding of the Trash action, judged by a rule.
 [[nodiscard]] Finding staged(const std::string& id, SafetyLevel level = SafetyLevel::safe,
                              std::int64_t size = 100);

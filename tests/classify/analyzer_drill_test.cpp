@@ -210,7 +210,7 @@ TEST(Drilling, AKnownPlaceThatIsTooSmallForAFindingStillSplitsItsParent) {
     std::vector<DirNode> roots;
     roots.push_back(
         tree(dir("/x/a", gigabyte, {dir("DerivedData", 200 * megabyte), dir("b", 700 * megabyte)})));
-    EXPECT_THAT(ids(analyzer.run(roots, {}, ayse)), ElementsAre("/x/a/b"));
+    EXPECT_THAT(ids(analyzer.run(roots, ayse)), ElementsAre("/x/a/b"));
 }
 
 TEST(Drilling, AnEmptyWayDownYieldsNothing) {

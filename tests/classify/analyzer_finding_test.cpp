@@ -237,7 +237,7 @@ Finding simulatorFinding(const SimulatorMap& simulators, const std::string& name
     analyzer.simulators = simulators;
     std::vector<DirNode> roots;
     roots.push_back(tree(dir(home + "/Library/Developer/CoreSimulator/Devices", {dir(name, gigabyte)})));
-    return only(analyzer.run(roots, {}, ayse));
+    return only(analyzer.run(roots, ayse));
 }
 
 SimulatorMap iPhone(bool isAvailable, std::optional<FileTime> lastBooted = std::nullopt) {

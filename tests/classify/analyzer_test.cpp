@@ -71,7 +71,7 @@ TEST(Analyzer, UsesTheMinimaItIsGiven) {
     const std::vector<Node> children = {dir(".npm", 5), dir(".m2", 4), dir(".seven", 7), dir(".six", 6)};
     std::vector<DirNode> roots;
     roots.push_back(tree(homeWith(children)));
-    EXPECT_THAT(ids(analyzer.run(roots, {}, ayse)), ElementsAre(home + "/.seven", home + "/.npm"));
+    EXPECT_THAT(ids(analyzer.run(roots, ayse)), ElementsAre(home + "/.seven", home + "/.npm"));
 }
 
 TEST(Analyzer, ContainersLeadDownToUnits) {

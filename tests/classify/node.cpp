@@ -67,7 +67,7 @@ std::vector<Finding> run(const Analyzer& analyzer, const std::vector<Node>& root
                          std::vector<std::string> innerRoots) {
     std::vector<DirNode> trees;
     std::ranges::transform(roots, std::back_inserter(trees), tree);
-    return analyzer.run(trees, std::move(innerRoots), folders);
+    return analyzer.run(trees, folders, std::move(innerRoots));
 }
 
 }  // namespace

@@ -108,7 +108,7 @@ Outcome cleanWhileSwapping(TempTree& tree, CleanMode mode, int rounds, Swapper& 
         tree.add("home/round", {link("bait", std::string(target))});
         swapper.start(
             exchanging(tree.path("home/round/" + std::string(victim)), tree.path("home/round/bait")));
-        const auto freed = Cleaner::clean(finding({tree.path("home/round/arena/item")}), mode, services);
+        const auto freed = cleaner(services).clean(finding({tree.path("home/round/arena/item")}), mode);
         swapper.stop();
         ++(freed ? outcome.done : outcome.failed);
         if (mode == CleanMode::trash && bringBackFromTrash(tree)) {
@@ -173,7 +173,7 @@ void moveAwayWhileCleaning(const Cleaner::Services& services) {
             }
             ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
             swapper.start(exchanging(tree.path("home/round/item/sub"), tree.path("home/round/bait")));
-            failed += Cleaner::clean(finding({tree.path("home/round/item")}), CleanMode::permanent, services)
+            failed += cleaner(services).clean(finding({tree.path("home/round/item")}), CleanMode::permanent)
                           ? 0
                           : 1;
             swapper.stop();

@@ -4,13 +4,11 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <source_location>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "clean/cleaner.h"
-#include "clean/trash_emptying.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
@@ -48,15 +46,15 @@ private:
     ScopedEnvironment environment_;
 };
 
-/// Runs the body as a process whose user has these folders: the guard rails are built once in a process.
-inline bool inHome(const TempTree& tree, const Body& body,
-                   std::source_location where = std::source_location::current()) {
-    return inChild(
-        [&] {
-            const AtHome environment(tree);
-            body();
-        },
-        where);
+/// Runs the body in that environment.
+inline void inHome(const TempTree& tree, const Body& body) {
+    const AtHome environment(tree);
+    body();
+}
+
+/// Of the user whose environment this is.
+inline Cleaner cleaner(Cleaner::Services services = Cleaner::Services::system()) {
+    return Cleaner(UserFolders::ofCurrentUser(), std::move(services));
 }
 
 inline Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) {
@@ -83,12 +81,13 @@ inline bool exists(const std::string& path) {
 
 /// A Trash that nobody looks into, whatever is behind it.
 inline void makeTrashALink(const TempTree& tree) {
-    std::filesystem::create_directories(std::filesystem::path(Paths::trash()).parent_path());
-    std::filesystem::create_directory_symlink(tree.path("canaries"), Paths::trash());
+    const std::filesystem::path trash = UserFolders::ofCurrentUser().trash;
+    std::filesystem::create_directories(trash.parent_path());
+    std::filesystem::create_directory_symlink(tree.path("canaries"), trash);
 }
 
 inline std::string text(const CleanFailure& failure) {
-    return errorDescription(failure);
+    return errorDescription(failure, UserFolders::ofCurrentUser());
 }
 
 }  // namespace ulvak::test

@@ -27,7 +27,7 @@ TEST(Cleaner, RemovesAFolderForGoodAndReturnsItsScannedSize) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
         const auto freed =
-            Cleaner::clean(finding({tree.path("home/proje/build")}, 12345), CleanMode::permanent);
+            cleaner().clean(finding({tree.path("home/proje/build")}, 12345), CleanMode::permanent);
         ASSERT_TRUE(freed) << text(freed.error());
         EXPECT_EQ(*freed, 12345);
         EXPECT_FALSE(exists(tree.path("home/proje/build")));
@@ -40,7 +40,7 @@ TEST(Cleaner, CountsNothingAsFreedThatOtherNamesHold) {
     inHome(tree, [&] {
         Finding shared = finding({tree.path("home/proje/build")}, 12345);
         shared.heldElsewhere = 12000;
-        const auto freed = Cleaner::clean(shared, CleanMode::permanent);
+        const auto freed = cleaner().clean(shared, CleanMode::permanent);
         ASSERT_TRUE(freed) << text(freed.error());
         EXPECT_EQ(*freed, 345);
     });
@@ -51,7 +51,7 @@ TEST(Cleaner, MovesAFolderToTheTrash) {
         GTEST_SKIP() << *reason;
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        const auto freed = Cleaner::clean(finding({tree.path("home/proje/build")}, 7), CleanMode::trash);
+        const auto freed = cleaner().clean(finding({tree.path("home/proje/build")}, 7), CleanMode::trash);
         ASSERT_TRUE(freed) << text(freed.error());
         EXPECT_EQ(*freed, 7);
         EXPECT_FALSE(exists(tree.path("home/proje/build")));
@@ -63,10 +63,10 @@ TEST(Cleaner, MovesAFolderToTheTrash) {
 TEST(Cleaner, SaysWhatMayBeRemovedInTheUsersOwnFolders) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        EXPECT_TRUE(Cleaner::isAllowed(tree.path("home/one")));
-        EXPECT_TRUE(Cleaner::isAllowed(tree.path("home/Documents/x")));
+        EXPECT_TRUE(cleaner().isAllowed(tree.path("home/one")));
+        EXPECT_TRUE(cleaner().isAllowed(tree.path("home/Documents/x")));
         for (const char* place : {"home", "home/Documents", "home/one/../../home", "elsewhere"})
-            EXPECT_FALSE(Cleaner::isAllowed(tree.path(place))) << place;
+            EXPECT_FALSE(cleaner().isAllowed(tree.path(place))) << place;
     });
 }
 
@@ -74,7 +74,7 @@ TEST(Cleaner, AFindingWhoseLastItemIsProtectedRemovesNothing) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
         for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
-            const auto freed = Cleaner::clean(
+            const auto freed = cleaner().clean(
                 finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/Documents")}), mode);
             ASSERT_FALSE(freed);
             EXPECT_EQ(text(freed.error()), "~/Documents korumalı bir konum; Ulvak burayı silmez.");
@@ -88,12 +88,10 @@ TEST(Cleaner, RemovesBesideTheTemporaryFolderOnlyWhereThatMakesACache) {
     const TempTree tree({folder("home"), folder("data", {folder("T"), folder("tmp"),
                                                          folder("C", {file("one", 1), file("two", 1)})})});
     const auto cleanWith = [&](const char* temp, const char* name) {
-        inChild([&] {
-            const ScopedEnvironment environment(
-                {{"HOME", tree.path("home")}, {"TMPDIR", tree.path(temp)}, {"XDG_DATA_HOME", std::nullopt}});
-            for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent})
-                (void)Cleaner::clean(finding({tree.path(name)}), mode);
-        });
+        const ScopedEnvironment environment(
+            {{"HOME", tree.path("home")}, {"TMPDIR", tree.path(temp)}, {"XDG_DATA_HOME", std::nullopt}});
+        for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent})
+            (void)cleaner().clean(finding({tree.path(name)}), mode);
     };
     cleanWith("data/tmp", "data/C/one");
     cleanWith("data/T", "data/C/two");
@@ -105,7 +103,7 @@ TEST(Cleaner, ARefusalShowsThePathAsItWasGiven) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
         const auto freed =
-            Cleaner::clean(finding({tree.path("home/proje/../Documents/")}), CleanMode::permanent);
+            cleaner().clean(finding({tree.path("home/proje/../Documents/")}), CleanMode::permanent);
         ASSERT_FALSE(freed);
         EXPECT_EQ(text(freed.error()), "~/proje/../Documents/ korumalı bir konum; Ulvak burayı silmez.");
     });
@@ -115,8 +113,8 @@ TEST(Cleaner, StopsAtTheFirstItemThatFails) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
         const auto freed =
-            Cleaner::clean(finding({tree.path("home/one"), tree.path("home/gone"), tree.path("home/two")}),
-                           CleanMode::permanent);
+            cleaner().clean(finding({tree.path("home/one"), tree.path("home/gone"), tree.path("home/two")}),
+                            CleanMode::permanent);
         ASSERT_FALSE(freed);
         const auto* error = std::get_if<platform::FileError>(&freed.error());
         ASSERT_NE(error, nullptr);
@@ -145,9 +143,8 @@ TEST(Cleaner, EndsBetweenItemsWhenItIsAskedTo) {
                 return Cleaner::Services::system().moveToTrash(parent, name, item, path, ahead);
             };
             CleanRun run{.stop = stop.get_token()};
-            const auto freed =
-                Cleaner::clean(finding({tree.path(first), tree.path("home/two"), tree.path("home/proje")}),
-                               mode, run, services);
+            const auto freed = cleaner(services).clean(
+                finding({tree.path(first), tree.path("home/two"), tree.path("home/proje")}), mode, run);
             ASSERT_FALSE(freed);
             EXPECT_EQ(std::get<CleanError>(freed.error()),
                       CleanError{CleanError::Failed{
@@ -170,14 +167,14 @@ TEST(Cleaner, AskedToStopBeforeItBeginsItDoesNothing) {
         std::stop_source stop;
         stop.request_stop();
         CleanRun run{.stop = stop.get_token()};
-        const auto freed = Cleaner::clean(finding({tree.path("home/one")}), CleanMode::permanent, run);
+        const auto freed = cleaner().clean(finding({tree.path("home/one")}), CleanMode::permanent, run);
         ASSERT_FALSE(freed);
         EXPECT_EQ(text(freed.error()), "Temizlik durduruldu: hiçbir öğeye dokunulmadı.");
         EXPECT_EQ(run.done, 0U);
         EXPECT_TRUE(exists(tree.path("home/one")));
         CleanRun whole;
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two")}),
-                                   CleanMode::permanent, whole));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/one"), tree.path("home/two")}),
+                                    CleanMode::permanent, whole));
         EXPECT_EQ(whole.done, 2U);
     });
 }
@@ -187,7 +184,7 @@ TEST(Cleaner, AFindingThatCannotBeCleanedFailsWithItsReason) {
     inHome(tree, [&] {
         Finding kept = finding({tree.path("home/one")});
         kept.action = {CleanAction::None{"Bunu simülatör yöneticisi siler."}};
-        const auto freed = Cleaner::clean(kept, CleanMode::permanent);
+        const auto freed = cleaner().clean(kept, CleanMode::permanent);
         ASSERT_FALSE(freed);
         EXPECT_EQ(std::get<CleanError>(freed.error()),
                   CleanError{CleanError::Failed{"Bunu simülatör yöneticisi siler."}});
@@ -208,10 +205,10 @@ TEST(Cleaner, DeletesASimulatorThroughTheDeveloperTools) {
             command.insert(command.end(), arguments.begin(), arguments.end());
             return result;
         };
-        EXPECT_EQ(Cleaner::clean(simulator, CleanMode::trash, services), 99);
+        EXPECT_EQ(cleaner(services).clean(simulator, CleanMode::trash), 99);
         EXPECT_THAT(command, ElementsAre("/usr/bin/xcrun", "simctl", "delete", "ABC-123"));
         result = {.status = 148, .output = "out", .error = "Invalid device\n"};
-        const auto freed = Cleaner::clean(simulator, CleanMode::permanent, services);
+        const auto freed = cleaner(services).clean(simulator, CleanMode::permanent);
         ASSERT_FALSE(freed);
         EXPECT_EQ(text(freed.error()), "Simülatör silinemedi: Invalid device\n");
     });
@@ -228,7 +225,7 @@ TEST(Cleaner, NoWordForManySimulatorsIsTakenForOne) {
         for (const char* udid : {"all", "unavailable", "booted", "", "-A", "--help", "AB CD", "A,B"}) {
             Finding simulator = finding({"/"});
             simulator.action = {CleanAction::DeleteSimulator{udid}};
-            const auto freed = Cleaner::clean(simulator, CleanMode::permanent, services);
+            const auto freed = cleaner(services).clean(simulator, CleanMode::permanent);
             ASSERT_FALSE(freed) << udid;
             EXPECT_EQ(text(freed.error()), "Simülatör silinemedi: kimliği tanınmıyor.");
         }
@@ -244,7 +241,7 @@ TEST(Cleaner, PassesOnThatAProgramCannotBeStarted) {
         services.run = [&](const std::string&, std::span<const std::string> arguments) {
             return Shell::run(tree.path("no developer tools"), arguments);
         };
-        const auto freed = Cleaner::clean(simulator, CleanMode::trash, services);
+        const auto freed = cleaner(services).clean(simulator, CleanMode::trash);
         ASSERT_FALSE(freed);
         EXPECT_EQ(std::get<StartError>(freed.error()).code, std::errc::no_such_file_or_directory);
         EXPECT_EQ(text(freed.error()), "“/usr/bin/xcrun” başlatılamadı: program bu bilgisayarda yok.");
@@ -263,7 +260,7 @@ TEST(Cleaner, RemovesALinkAndNotWhereItLeads) {
     TempTree tree(lifelike());
     tree.add("home", {link("way", tree.path("canaries"))});
     inHome(tree, [&] {
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/way")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/way")}), CleanMode::permanent));
         EXPECT_FALSE(exists(tree.path("home/way")));
         EXPECT_TRUE(exists(tree.path("canaries/canary")));
     });
@@ -274,7 +271,7 @@ TEST(Cleaner, FollowsNoLinkOnTheWayToAnItem) {
     tree.add("home", {link("way", tree.path("canaries"))});
     inHome(tree, [&] {
         for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
-            const auto freed = Cleaner::clean(finding({tree.path("home/way/canary")}), mode);
+            const auto freed = cleaner().clean(finding({tree.path("home/way/canary")}), mode);
             ASSERT_FALSE(freed);
             EXPECT_EQ(std::get<platform::FileError>(freed.error()).code,
                       std::errc::too_many_symbolic_link_levels);
@@ -285,25 +282,22 @@ TEST(Cleaner, FollowsNoLinkOnTheWayToAnItem) {
 
 TEST(Cleaner, AFolderThatHoldsTheHomeFolderIsProtected) {
     const TempTree tree({folder("tmp", {folder("a", {folder("home", {textFile("x", "x")})})})});
-    inChild([&] {
-        const ScopedEnvironment environment({{"HOME", tree.path("tmp/a/home")},
-                                             {"TMPDIR", tree.path("tmp")},
-                                             {"XDG_DATA_HOME", std::nullopt}});
-        const auto freed = Cleaner::clean(finding({tree.path("tmp/a")}), CleanMode::permanent);
-        ASSERT_FALSE(freed);
-        EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error()));
-        EXPECT_TRUE(exists(tree.path("tmp/a/home/x")));
-    });
+    const ScopedEnvironment environment(
+        {{"HOME", tree.path("tmp/a/home")}, {"TMPDIR", tree.path("tmp")}, {"XDG_DATA_HOME", std::nullopt}});
+    const auto freed = cleaner().clean(finding({tree.path("tmp/a")}), CleanMode::permanent);
+    ASSERT_FALSE(freed);
+    EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error()));
+    EXPECT_TRUE(exists(tree.path("tmp/a/home/x")));
 }
 
 TEST(Cleaner, AHomeFolderReachedThroughALinkIsProtectedUnderItsOtherNameToo) {
     const TempTree tree({folder("tmp", {folder("u", {textFile("x", "x")})}), link("home", "tmp/u")});
     inHome(tree, [&] {
-        const auto freed = Cleaner::clean(finding({tree.path("tmp/u")}), CleanMode::permanent);
+        const auto freed = cleaner().clean(finding({tree.path("tmp/u")}), CleanMode::permanent);
         ASSERT_FALSE(freed);
         EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error()));
         EXPECT_TRUE(exists(tree.path("tmp/u/x")));
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/x")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/x")}), CleanMode::permanent));
         EXPECT_FALSE(exists(tree.path("tmp/u/x")));
     });
 }
@@ -317,7 +311,7 @@ TEST(Cleaner, WhatHoldsAnotherVolumeIsLeftAlone) {
         ASSERT_TRUE(mountMemory(tree.path("home/proje/build/inner")));
         std::ofstream(tree.path("home/proje/build/inner/precious")) << "p";
         for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
-            const auto freed = Cleaner::clean(finding({tree.path("home/proje")}), mode);
+            const auto freed = cleaner().clean(finding({tree.path("home/proje")}), mode);
             ASSERT_FALSE(freed);
             EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::device_or_resource_busy);
             EXPECT_TRUE(exists(tree.path("home/proje/build/inner/precious")));
@@ -334,7 +328,7 @@ TEST(Cleaner, AFileSystemWithoutATrashKeepsTheItem) {
         const AtHome environment(tree);
         ASSERT_TRUE(mountMemory(tree.path("tmp")));
         std::ofstream(tree.path("tmp/file")) << "f";
-        const auto freed = Cleaner::clean(finding({tree.path("tmp/file")}), CleanMode::trash);
+        const auto freed = cleaner().clean(finding({tree.path("tmp/file")}), CleanMode::trash);
         ASSERT_FALSE(freed);
         const auto& error = std::get<platform::FileError>(freed.error());
         EXPECT_EQ(error.code, std::errc::not_supported);
@@ -348,24 +342,25 @@ TEST(Cleaner, EmptiesTheTrashDirectly) {
         GTEST_SKIP() << *reason;
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/proje")}), CleanMode::trash));
+        ASSERT_TRUE(cleaner().clean(finding({tree.path("home/proje")}), CleanMode::trash));
         Cleaner::Services services = Cleaner::Services::system();
         services.runUntil = [](const std::string&, std::span<const std::string>, const std::stop_token&) {
             ADD_FAILURE() << "no program is needed";
             return Shell::Result{};
         };
-        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_TRUE(cleaner(services).emptyTrash());
         EXPECT_TRUE(std::filesystem::is_empty(tree.path("home/.local/share/Trash")));
-        EXPECT_TRUE(Cleaner::emptyTrash(services)) << "an empty Trash is emptied";
-        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash)) << "and usable again";
+        EXPECT_TRUE(cleaner(services).emptyTrash()) << "an empty Trash is emptied";
+        ASSERT_TRUE(cleaner().clean(finding({tree.path("home/one")}), CleanMode::trash))
+            << "and usable again";
     });
 }
 
 TEST(Cleaner, ATrashThatKeepsOnlyTheFileBrowsersOwnFileNeedsNoProgram) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        std::filesystem::create_directories(Paths::trash());
-        std::ofstream(Paths::trash() + "/.DS_Store") << "d";
+        std::filesystem::create_directories(UserFolders::ofCurrentUser().trash);
+        std::ofstream(UserFolders::ofCurrentUser().trash + "/.DS_Store") << "d";
         Cleaner::Services services = withDesktopsTrash();
         int started = 0;
         services.removeItem = [](const platform::Directory&, const std::string& name,
@@ -377,10 +372,10 @@ TEST(Cleaner, ATrashThatKeepsOnlyTheFileBrowsersOwnFileNeedsNoProgram) {
             ++started;
             return Shell::Result{};
         };
-        EXPECT_TRUE(Cleaner::emptyTrash(services));
+        EXPECT_TRUE(cleaner(services).emptyTrash());
         EXPECT_EQ(started, 0);
-        std::ofstream(Paths::trash() + "/other") << "o";
-        EXPECT_FALSE(Cleaner::emptyTrash(services)) << "the desktop has not removed it either";
+        std::ofstream(UserFolders::ofCurrentUser().trash + "/other") << "o";
+        EXPECT_FALSE(cleaner(services).emptyTrash()) << "the desktop has not removed it either";
         EXPECT_EQ(started, 1);
     });
 }
@@ -397,10 +392,10 @@ TEST(Cleaner, ATrashThatCannotBeListedIsLeftToTheDesktop) {
             return Shell::Result{.status = 1, .error = "no service"};
         };
         makeTrashALink(tree);
-        const auto emptied = Cleaner::emptyTrash(services);
+        const auto emptied = cleaner(services).emptyTrash();
         ASSERT_FALSE(emptied);
         EXPECT_EQ(text(emptied.error()), "Çöp kutusu boşaltılamadı: no service");
-        EXPECT_THAT(command, ElementsAre("/desktop", "empty", Paths::trash()));
+        EXPECT_THAT(command, ElementsAre("/desktop", "empty", UserFolders::ofCurrentUser().trash));
     });
 }
 
@@ -412,7 +407,7 @@ TEST(Cleaner, ATrashThatIsALinkIsNotEmptiedThroughIt) {
         services.runUntil = [](const std::string&, std::span<const std::string>, const std::stop_token&) {
             return Shell::Result{};
         };
-        EXPECT_FALSE(Cleaner::emptyTrash(services)) << "nobody can tell what is left";
+        EXPECT_FALSE(cleaner(services).emptyTrash()) << "nobody can tell what is left";
         EXPECT_TRUE(exists(tree.path("canaries/canary")));
     });
 }
@@ -431,10 +426,10 @@ TEST(Cleaner, AsksNoDesktopToEmptyTheTrashOfAnotherHome) {
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EPERM, std::generic_category()}, .path = name});
         };
-        EXPECT_TRUE(Cleaner::emptyTrash(services)) << "where there is no Trash, nothing is left in it";
-        std::filesystem::create_directories(Paths::trash());
-        std::ofstream(Paths::trash() + "/kept") << "k";
-        const auto emptied = Cleaner::emptyTrash(services);
+        EXPECT_TRUE(cleaner(services).emptyTrash()) << "where there is no Trash, nothing is left in it";
+        std::filesystem::create_directories(UserFolders::ofCurrentUser().trash);
+        std::ofstream(UserFolders::ofCurrentUser().trash + "/kept") << "k";
+        const auto emptied = cleaner(services).emptyTrash();
         ASSERT_FALSE(emptied);
         EXPECT_EQ(text(emptied.error()),
                   "Çöp kutusu boşaltılamadı: masaüstünün çöp kutusu başka bir klasör olabilir, ona "

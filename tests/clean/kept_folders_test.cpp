@@ -12,7 +12,7 @@ namespace {
 using namespace test;
 
 void expectProtected(const TempTree& tree, const std::string& item, CleanMode mode = CleanMode::permanent) {
-    const auto freed = Cleaner::clean(finding({tree.path(item)}), mode);
+    const auto freed = cleaner().clean(finding({tree.path(item)}), mode);
     ASSERT_FALSE(freed) << item;
     EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error())) << item << ": " << text(freed.error());
     EXPECT_TRUE(exists(tree.path(item)));
@@ -28,7 +28,7 @@ TEST(KeptFolders, AFolderToWhichAKeptLinkLeadsIsProtected) {
         expectProtected(tree, "home/Cloud");
         expectProtected(tree, "home/safe/keys/k");
         expectProtected(tree, "home/safe");
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/Cloud/Pictures/p")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/Cloud/Pictures/p")}), CleanMode::permanent));
     });
 }
 
@@ -46,7 +46,7 @@ TEST(KeptFolders, AHomeMountedASecondTimeIsProtectedThereToo) {
                                              {"XDG_DATA_HOME", std::nullopt}});
         for (const char* item : {"tmp/ayse", "tmp/ayse/Music", "tmp/ayse/.ssh", "tmp/ayse/.ssh/id"})
             expectProtected(tree, item);
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("tmp/ayse/x")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("tmp/ayse/x")}), CleanMode::permanent));
         EXPECT_FALSE(exists(tree.path("users/ayse/x")));
     });
 }
@@ -68,7 +68,7 @@ TEST(KeptFolders, OfAFindingWithSeveralItemsNoneIsTouchedWhenOneMustStay) {
     inHome(tree, [&] {
         for (const CleanMode mode : {CleanMode::trash, CleanMode::permanent}) {
             const auto freed =
-                Cleaner::clean(finding({tree.path("home/one"), tree.path("home/.ssh/id")}), mode);
+                cleaner().clean(finding({tree.path("home/one"), tree.path("home/.ssh/id")}), mode);
             ASSERT_FALSE(freed);
             EXPECT_EQ(text(freed.error()), "~/.ssh/id korumalı bir konum; Ulvak burayı silmez.");
             EXPECT_TRUE(exists(tree.path("home/one")));
@@ -80,7 +80,7 @@ TEST(KeptFolders, ALinkThatLeadsToAKeptFolderMayGo) {
     TempTree tree(lifelike());
     tree.add("home", {link("way", "Documents")});
     inHome(tree, [&] {
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/way")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/way")}), CleanMode::permanent));
         EXPECT_FALSE(exists(tree.path("home/way")));
         EXPECT_TRUE(exists(tree.path("home/Documents/old.zip")));
     });

@@ -6,7 +6,6 @@
 
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/user_folders.h"
@@ -147,24 +146,6 @@ TEST(UserFolders, CacheLiesBesideTheTemporaryFolderWhereTheSystemHasNone) {
     EXPECT_EQ(foldersIn("/home/ayse", "/home/ayse/tmp").cache, "/home/ayse/C");
 }
 
-TEST(Paths, FoldersAreAskedForOnce) {
-    const auto all = [] { return std::vector{Paths::home(), Paths::temp(), Paths::cache(), Paths::trash()}; };
-    const auto before = all();
-    const ScopedEnvironment environment({{"HOME", "/elsewhere"}, {"TMPDIR", "/elsewhere"}});
-    EXPECT_EQ(all(), before);
-    EXPECT_EQ(UserFolders::ofCurrentUser().home, "/elsewhere");
-}
-
-TEST(Paths, FoldersMayBeAskedForFromSeveralThreads) {
-    std::vector<const UserFolders*> seen(8);
-    {
-        std::vector<std::jthread> threads;
-        for (auto& answer : seen)
-            threads.emplace_back([&answer] { answer = &Paths::folders(); });
-    }
-    EXPECT_THAT(seen, testing::Each(&Paths::folders()));
-}
-
 TEST(Expand, TildeAloneIsTheHomeFolder) {
     EXPECT_EQ(Paths::expand("~", ayse), "/home/ayse");
 }
@@ -196,10 +177,6 @@ TEST(Expand, AHomeFolderThatIsTheRootGivesNoDoubledSlash) {
     const UserFolders folders{.home = "/", .temp = "/tmp", .cache = "/C"};
     EXPECT_EQ(Paths::expand("~", folders), "/");
     EXPECT_EQ(Paths::expand("~/Library", folders), "/Library");
-}
-
-TEST(Expand, UsesTheUsersFoldersUnlessToldOtherwise) {
-    EXPECT_EQ(Paths::expand("~/x"), Paths::home() + "/x");
 }
 
 TEST(Display, TemporaryFolderUnderPrivateIsRecognised) {

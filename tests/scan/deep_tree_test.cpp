@@ -69,11 +69,12 @@ TEST(DeepTree, IsKeptToTheBottomAndScannedWithFewHandlesAndLittleMemory) {
     const std::string name(200, 'n');
     TempTree tree;
     tree.addChain(name, levels, {file("bottom", bigFile)});
+    const UserFolders folders{
+        .home = tree.path(), .temp = tree.path("missing"), .cache = tree.path("C"), .trash = {}};
     inChild([&] {
-        const test::ScopedEnvironment environment({{"HOME", tree.path()}, {"TMPDIR", tree.path("missing")}});
         allowHandles(16);
         ScanProgress progress;
-        const auto findings = Scanner{progress}.run();
+        const auto findings = Scanner{progress, folders}.run();
         ASSERT_TRUE(findings);
         ASSERT_EQ(findings->size(), 1U);
         EXPECT_GE(findings->front().size, bigFile);

@@ -86,15 +86,16 @@ TEST(OutOfMemory, EndsAScanWithAnErrorWhereverItHappens) {
     const TempTree tree(
         {folder(".npm", {folder("a", {file("x", 60'000'000)}), folder("b", {file("y", 60'000'000)})}),
          folder("Documents", {file("x", 400'000'000)})});
+    const UserFolders folders{
+        .home = tree.path(), .temp = tree.path("missing"), .cache = tree.path("C"), .trash = {}};
     inChild([&] {
-        const test::ScopedEnvironment environment({{"HOME", tree.path()}, {"TMPDIR", tree.path("missing")}});
         ScanProgress first;
-        ASSERT_EQ(Scanner{first}.run().value().size(), 2U);
+        ASSERT_EQ((Scanner{first, folders}.run().value().size()), 2U);
         int ended = 0;
         for (std::int64_t number = 0;; number += 1 + number / 64) {
             ScanProgress progress;
             FailingAllocation failing(number, FailingAllocation::Which::andAllAfter);
-            const auto findings = Scanner{progress}.run();
+            const auto findings = Scanner{progress, folders}.run();
             failing.stop();
             ended += findings ? 0 : 1;
             ASSERT_EQ(findings ? findings->size() : 2U, 2U);

@@ -19,7 +19,6 @@ namespace {
 
 using test::file;
 using test::folder;
-using test::inChild;
 using test::link;
 using test::ScopedEnvironment;
 using test::TempTree;
@@ -28,7 +27,9 @@ struct Scan {
     ScanProgress progress;
     std::vector<Finding> findings;
 
-    explicit Scan(std::stop_token stop = {}) { findings = Scanner{progress}.run(std::move(stop)).value(); }
+    explicit Scan(const UserFolders& folders, std::stop_token stop = {}) {
+        findings = Scanner{progress, folders}.run(std::move(stop)).value();
+    }
 
     [[nodiscard]] std::set<std::string> ids() const {
         std::set<std::string> result;
@@ -44,13 +45,10 @@ struct Scan {
     }
 };
 
-/// Runs `body` in a process of its own with these folders: they are asked for once a process.
-void scanning(const std::string& home, const std::string& temp, const test::Body& body) {
-    inChild([&] {
-        const ScopedEnvironment environment(
-            {{"HOME", home}, {"TMPDIR", temp}, {"XDG_DATA_HOME", std::nullopt}});
-        body();
-    });
+/// The folders of a user with these.
+UserFolders user(const std::string& home, const std::string& temp) {
+    const ScopedEnvironment environment({{"HOME", home}, {"TMPDIR", temp}, {"XDG_DATA_HOME", std::nullopt}});
+    return UserFolders::ofCurrentUser();
 }
 
 TEST(Scanner, RootsAndExclusionsAreFixed) {
@@ -67,12 +65,12 @@ TEST(Scanner, RootsAndExclusionsAreFixed) {
 
 TEST(Scanner, MissingRootsContributeNothing) {
     const TempTree tree({folder("h", {folder(".npm", {file("x", 60'000'000)})})});
-    scanning(tree.path("h"), tree.path("missing/T"), [&] {
-        const Scan scan;
+    {
+        const Scan scan(user(tree.path("h"), tree.path("missing/T")));
         EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/.npm")));
         EXPECT_EQ(scan.progress.files(), 1);
-    });
-    scanning(tree.path("nobody"), tree.path("missing/T"), [] { EXPECT_TRUE(Scan().findings.empty()); });
+    }
+    EXPECT_TRUE(Scan(user(tree.path("nobody"), tree.path("missing/T"))).findings.empty());
 }
 
 /// The folder, its tenfold file, and as many more entries.
@@ -87,23 +85,21 @@ TEST(Scanner, TenNamesOfOneFileAreReportedOnce) {
     const TempTree tree({folder("h", {tenNames("Documents", "h/Documents"), tenNames(".npm", "h/.npm")}),
                          folder("T", {tenNames("a", "T/a"), file("loose", 409'600'000),
                                       test::hardLink("loose too", "T/loose")})});
-    scanning(tree.path("h"), tree.path("T"), [&] {
-        const Scan scan;
-        ASSERT_EQ(scan.findings.size(), 4U);
-        std::int64_t all = 0;
-        for (const Finding& finding : scan.findings) {
-            EXPECT_EQ(finding.heldElsewhere, 0) << finding.id;
-            all += finding.size;
-        }
-        EXPECT_EQ(all, tree.allocated("h/Documents/film") + tree.allocated("h/.npm/film") +
-                           tree.allocated("T/a/film") + tree.allocated("T/loose"));
-        EXPECT_EQ(scan.progress.files(), 32);
-        EXPECT_EQ(scan.progress.bytes(), all);
-        const auto film = std::ranges::find(scan.findings, true, &Finding::isPersonal);
-        EXPECT_EQ(film->urls.size(), 10U) << "all of them go, or nothing is freed";
-        EXPECT_TRUE(film->title.ends_with(" (10 öğe)")) << film->title;
-        EXPECT_EQ(film->original.title, film->title);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("T")));
+    ASSERT_EQ(scan.findings.size(), 4U);
+    std::int64_t all = 0;
+    for (const Finding& finding : scan.findings) {
+        EXPECT_EQ(finding.heldElsewhere, 0) << finding.id;
+        all += finding.size;
+    }
+    EXPECT_EQ(all, tree.allocated("h/Documents/film") + tree.allocated("h/.npm/film") +
+                       tree.allocated("T/a/film") + tree.allocated("T/loose"));
+    EXPECT_EQ(scan.progress.files(), 32);
+    EXPECT_EQ(scan.progress.bytes(), all);
+    const auto film = std::ranges::find(scan.findings, true, &Finding::isPersonal);
+    EXPECT_EQ(film->urls.size(), 10U) << "all of them go, or nothing is freed";
+    EXPECT_TRUE(film->title.ends_with(" (10 öğe)")) << film->title;
+    EXPECT_EQ(film->original.title, film->title);
 }
 
 TEST(Scanner, NamesOfDifferentFilesAreReportedApart) {
@@ -111,12 +107,10 @@ TEST(Scanner, NamesOfDifferentFilesAreReportedApart) {
         "h", {folder("Documents", {file("film", 409'600'000), test::hardLink("film 2", "h/Documents/film"),
                                    file("show", 409'600'000), test::hardLink("show 2", "h/Documents/show")}),
               folder("Desktop", {file("film", 409'600'000), test::hardLink("film 2", "h/Desktop/film")})})});
-    scanning(tree.path("h"), tree.path("missing/T"), [] {
-        const Scan scan;
-        EXPECT_EQ(scan.findings.size(), 3U);
-        for (const Finding& finding : scan.findings)
-            EXPECT_EQ(finding.urls.size(), 2U) << finding.id;
-    });
+    const Scan scan(user(tree.path("h"), tree.path("missing/T")));
+    EXPECT_EQ(scan.findings.size(), 3U);
+    for (const Finding& finding : scan.findings)
+        EXPECT_EQ(finding.urls.size(), 2U) << finding.id;
 }
 
 TEST(Scanner, TellsWhatStaysElsewhere) {
@@ -124,63 +118,52 @@ TEST(Scanner, TellsWhatStaysElsewhere) {
         {folder("h", {folder("Documents", {file("film", 409'600'000)}),
                       folder(".npm", {file("x", 61'440'000), file("own", 61'440'000)})}),
          folder("outside", {test::hardLink("film", "h/Documents/film"), test::hardLink("x", "h/.npm/x")})});
-    scanning(tree.path("h"), tree.path("missing/T"), [&] {
-        const Scan scan;
-        const Finding& film = scan.at(tree.path("h/Documents/film"));
-        EXPECT_EQ(film.size, tree.allocated("h/Documents/film"));
-        EXPECT_EQ(film.heldElsewhere, film.size);
-        EXPECT_EQ(bytesFreed(film), 0);
-        EXPECT_EQ(scan.at(tree.path("h/.npm")).heldElsewhere, tree.allocated("h/.npm/x"));
-        EXPECT_EQ(bytesFreed(scan.at(tree.path("h/.npm"))), tree.allocated("h/.npm/own"));
-    });
+    const Scan scan(user(tree.path("h"), tree.path("missing/T")));
+    const Finding& film = scan.at(tree.path("h/Documents/film"));
+    EXPECT_EQ(film.size, tree.allocated("h/Documents/film"));
+    EXPECT_EQ(film.heldElsewhere, film.size);
+    EXPECT_EQ(bytesFreed(film), 0);
+    EXPECT_EQ(scan.at(tree.path("h/.npm")).heldElsewhere, tree.allocated("h/.npm/x"));
+    EXPECT_EQ(bytesFreed(scan.at(tree.path("h/.npm"))), tree.allocated("h/.npm/own"));
 }
 
 TEST(Scanner, StoppedScanIsEmpty) {
     const TempTree tree({folder("h", {folder(".npm", {file("x", 60'000'000)})}), folder("T")});
-    scanning(tree.path("h"), tree.path("T"), [] {
-        std::stop_source source;
-        source.request_stop();
-        EXPECT_TRUE(Scan(source.get_token()).findings.empty());
-    });
+    std::stop_source source;
+    source.request_stop();
+    EXPECT_TRUE(Scan(user(tree.path("h"), tree.path("T")), source.get_token()).findings.empty());
 }
 
 TEST(Scanner, CacheLiesBesideTheTemporaryFolder) {
     const TempTree tree(
         {folder("h"), folder("u", {folder("T", {file("x", 60'000'000)}),
                                    folder("C", {folder("com.example.app", {file("y", 70'000'000)})})})});
-    scanning(tree.path("h"), tree.path("u/T/"), [&] {
-        const Scan scan;
-        EXPECT_EQ(scan.at(tree.path("u/T/x")).title, "Geçici dosya: x");
-        EXPECT_EQ(scan.at(tree.path("u/C/com.example.app")).title, "Sistem önbelleği: com.example.app");
-        EXPECT_EQ(scan.at(tree.path("u/C/com.example.app")).level, SafetyLevel::regenerable);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("u/T/")));
+    EXPECT_EQ(scan.at(tree.path("u/T/x")).title, "Geçici dosya: x");
+    EXPECT_EQ(scan.at(tree.path("u/C/com.example.app")).title, "Sistem önbelleği: com.example.app");
+    EXPECT_EQ(scan.at(tree.path("u/C/com.example.app")).level, SafetyLevel::regenerable);
 }
 
 TEST(Scanner, WhatLiesBesideATemporaryFolderOfAnyOtherNameIsNoCache) {
     const TempTree tree(
         {folder("h"), folder("data", {folder("tmp", {file("x", 60'000'000)}),
                                       folder("C", {folder("work", {file("y", 70'000'000)})})})});
-    scanning(tree.path("h"), tree.path("data/tmp"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("data/tmp/x")));
-        EXPECT_EQ(scan.progress.files(), 1);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("data/tmp")));
+    EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("data/tmp/x")));
+    EXPECT_EQ(scan.progress.files(), 1);
 }
 
 TEST(Scanner, TemporaryFolderBelowHomeIsCountedOnce) {
     const TempTree tree({folder(
         "h", {folder("tmp", {file("x", 60'000'000)}), folder(".npm", {file("y", 60'000'000)}),
               folder("Documents", {file("z", 400'000'000)}), folder("C", {file("work", 400'000'000)})})});
-    scanning(tree.path("h"), tree.path("h/tmp"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(),
-                    testing::UnorderedElementsAre(tree.path("h/tmp/x"), tree.path("h/.npm"),
-                                                  tree.path("h/Documents/z"), tree.path("h/C/work")));
-        EXPECT_EQ(scan.at(tree.path("h/tmp/x")).level, SafetyLevel::safe);
-        EXPECT_EQ(scan.at(tree.path("h/C/work")).level, SafetyLevel::keep)
-            << "a guessed cache does not make it one";
-        EXPECT_EQ(scan.progress.files(), 4);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("h/tmp")));
+    EXPECT_THAT(scan.ids(), testing::UnorderedElementsAre(tree.path("h/tmp/x"), tree.path("h/.npm"),
+                                                          tree.path("h/Documents/z"), tree.path("h/C/work")));
+    EXPECT_EQ(scan.at(tree.path("h/tmp/x")).level, SafetyLevel::safe);
+    EXPECT_EQ(scan.at(tree.path("h/C/work")).level, SafetyLevel::keep)
+        << "a guessed cache does not make it one";
+    EXPECT_EQ(scan.progress.files(), 4);
 }
 
 TEST(Scanner, HomeBelowTheTemporaryFolderIsCountedOnceAndNoTemporaryFile) {
@@ -189,60 +172,48 @@ TEST(Scanner, HomeBelowTheTemporaryFolderIsCountedOnceAndNoTemporaryFile) {
                                                     folder(".npm", {file("y", 60'000'000)})}),
                                        file("old", 400'000'000)}),
                       file("loose", 60'000'000)})});
-    scanning(tree.path("T/users/h"), tree.path("T"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::UnorderedElementsAre(tree.path("T/users/h/Documents/x"),
-                                                              tree.path("T/users/h/.npm"),
-                                                              tree.path("T/users/old"), tree.path("T/loose")))
-            << "what holds the home folder is never one finding";
-        EXPECT_EQ(scan.at(tree.path("T/users/h/Documents/x")).level, SafetyLevel::keep);
-        EXPECT_EQ(scan.progress.files(), 4);
-    });
+    const Scan scan(user(tree.path("T/users/h"), tree.path("T")));
+    EXPECT_THAT(scan.ids(),
+                testing::UnorderedElementsAre(tree.path("T/users/h/Documents/x"), tree.path("T/users/h/.npm"),
+                                              tree.path("T/users/old"), tree.path("T/loose")))
+        << "what holds the home folder is never one finding";
+    EXPECT_EQ(scan.at(tree.path("T/users/h/Documents/x")).level, SafetyLevel::keep);
+    EXPECT_EQ(scan.progress.files(), 4);
 }
 
 TEST(Scanner, HomeThatIsTheTemporaryFolderIsHome) {
     const TempTree tree({folder("h", {folder("Documents", {file("x", 400'000'000)})})});
-    scanning(tree.path("h"), tree.path("h"), [&] {
-        const Scan scan;
-        EXPECT_EQ(scan.at(tree.path("h/Documents/x")).level, SafetyLevel::keep);
-        EXPECT_EQ(scan.progress.files(), 1);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("h")));
+    EXPECT_EQ(scan.at(tree.path("h/Documents/x")).level, SafetyLevel::keep);
+    EXPECT_EQ(scan.progress.files(), 1);
 }
 
 TEST(Scanner, OneFolderUnderTwoNamesIsCountedOnce) {
     const TempTree tree({folder("h", {folder("Documents", {file("x", 400'000'000)})}), link("T", "h")});
-    scanning(tree.path("h"), tree.path("T"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Documents/x")));
-        EXPECT_EQ(scan.progress.files(), 1);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("T")));
+    EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Documents/x")));
+    EXPECT_EQ(scan.progress.files(), 1);
 }
 
 TEST(Scanner, HomeThatALinkLeadsIntoTheTemporaryFolderIsStillItself) {
     const TempTree tree(
         {folder("T", {folder("h", {folder("Documents", {file("x", 400'000'000)})})}), link("home", "T/h")});
-    scanning(tree.path("home"), tree.path("T"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("home/Documents/x")));
-        EXPECT_EQ(scan.progress.files(), 1);
-    });
+    const Scan scan(user(tree.path("home"), tree.path("T")));
+    EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("home/Documents/x")));
+    EXPECT_EQ(scan.progress.files(), 1);
 }
 
 TEST(Scanner, HomeThatIsAFileIsOneFinding) {
     const TempTree tree({file("h", 400'000'000), folder("T")});
-    scanning(tree.path("h"), tree.path("T"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h")));
-    });
+    const Scan scan(user(tree.path("h"), tree.path("T")));
+    EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h")));
 }
 
 TEST(Scanner, RootThatIsAFileInsideAnotherIsOneOfItsFiles) {
     const TempTree tree({folder("T", {file("h", 400'000'000)})});
-    scanning(tree.path("T/h"), tree.path("T"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("T/h")));
-        EXPECT_EQ(scan.progress.files(), 1);
-    });
+    const Scan scan(user(tree.path("T/h"), tree.path("T")));
+    EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("T/h")));
+    EXPECT_EQ(scan.progress.files(), 1);
 }
 
 TEST(Scanner, GuessedCacheAmongPersonalFilesStaysPersonal) {
@@ -252,11 +223,9 @@ TEST(Scanner, GuessedCacheAmongPersonalFilesStaysPersonal) {
                                            folder("C", {folder("logs", {file("y", 120'000'000)})})})})}),
          link("via", "h")});
     for (const char* home : {"h", "via"}) {
-        scanning(tree.path(home), tree.path("h/Documents/x/tmp"), [&] {
-            const Scan scan;
-            EXPECT_TRUE(scan.findings.empty()) << "nothing personal of that size is listed";
-            EXPECT_EQ(scan.progress.files(), 1);
-        });
+        const Scan scan(user(tree.path(home), tree.path("h/Documents/x/tmp")));
+        EXPECT_TRUE(scan.findings.empty()) << "nothing personal of that size is listed";
+        EXPECT_EQ(scan.progress.files(), 1);
     }
 }
 
@@ -266,11 +235,9 @@ TEST(Scanner, GuessedCacheIsNotBelievedThroughALinkEither) {
          link("h", "r")});
     for (const auto& [home, temp] :
          {std::pair("h", "r/tmp"), std::pair("r", "h/tmp"), std::pair("h", "h/tmp")}) {
-        scanning(tree.path(home), tree.path(temp), [&] {
-            const Scan scan;
-            ASSERT_EQ(scan.findings.size(), 1U);
-            EXPECT_EQ(scan.findings.front().level, SafetyLevel::keep);
-        });
+        const Scan scan(user(tree.path(home), tree.path(temp)));
+        ASSERT_EQ(scan.findings.size(), 1U);
+        EXPECT_EQ(scan.findings.front().level, SafetyLevel::keep);
     }
 }
 
@@ -280,12 +247,10 @@ TEST(Scanner, PlaceThatIsToBeKeptIsKeptWholeAroundAnotherRoot) {
         {folder("Library",
                 {folder("Messages", {folder("Att", {folder("tmp"), folder("logs", {file("x", 60'000'000)})}),
                                      file("db", 400'000'000)})})})});
-    scanning(tree.path("h"), tree.path("h/Library/Messages/Att/tmp"), [&] {
-        const Scan scan;
-        EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Library/Messages")));
-        EXPECT_EQ(scan.findings.front().level, SafetyLevel::keep);
-        EXPECT_TRUE(std::holds_alternative<CleanAction::None>(scan.findings.front().action.value));
-    });
+    const Scan scan(user(tree.path("h"), tree.path("h/Library/Messages/Att/tmp")));
+    EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Library/Messages")));
+    EXPECT_EQ(scan.findings.front().level, SafetyLevel::keep);
+    EXPECT_TRUE(std::holds_alternative<CleanAction::None>(scan.findings.front().action.value));
 }
 
 TEST(Scanner, FolderMountedAtTwoRootsIsCountedOnce) {
@@ -294,8 +259,7 @@ TEST(Scanner, FolderMountedAtTwoRootsIsCountedOnce) {
     const TempTree tree({folder("h", {folder("Documents", {file("x", 400'000'000)})}), folder("T")});
     test::withPrivateMounts([&] {
         ASSERT_TRUE(test::mountAgain(tree.path("h"), tree.path("T")));
-        const ScopedEnvironment environment({{"HOME", tree.path("h")}, {"TMPDIR", tree.path("T")}});
-        const Scan scan;
+        const Scan scan(user(tree.path("h"), tree.path("T")));
         EXPECT_THAT(scan.ids(), testing::ElementsAre(tree.path("h/Documents/x")));
         EXPECT_EQ(scan.progress.files(), 1);
     });
@@ -306,11 +270,9 @@ TEST(Scanner, ExcludedPlacesAreNotEntered) {
         {folder("h", {folder("Library", {folder("CloudStorage", {file("x", 400'000'000)}),
                                          folder("Mobile Documents", {file("y", 400'000'000)})})}),
          folder("T")});
-    scanning(tree.path("h"), tree.path("T"), [] {
-        const Scan scan;
-        EXPECT_TRUE(scan.findings.empty());
-        EXPECT_EQ(scan.progress.files(), 0);
-    });
+    const Scan scan(user(tree.path("h"), tree.path("T")));
+    EXPECT_TRUE(scan.findings.empty());
+    EXPECT_EQ(scan.progress.files(), 0);
 }
 
 }  // namespace

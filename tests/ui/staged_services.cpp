@@ -40,6 +40,7 @@ int StagedServices::count(std::string_view beginning) const {
 
 AppServices StagedServices::services() {
     AppServices services;
+    services.folders = {.home = "/home/ayşe", .temp = "/tmp", .cache = "/C", .trash = "/home/ayşe/.Trash"};
     services.scan = [this](ScanProgress& progress, const std::stop_token&) {
         note("scan");
         progress.addFiles(files);

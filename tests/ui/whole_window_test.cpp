@@ -27,7 +27,8 @@ bool exists(const std::string& path) {
 class WholeWindow : public test::WindowTest {
 protected:
     void start() override {
-        app = std::make_unique<AppModel>();
+        const UserFolders folders = UserFolders::ofCurrentUser();
+        app = std::make_unique<AppModel>(AppServices::system(folders), VerdictStore::defaultPath(folders));
         model = std::make_unique<WindowModel>(*app);
     }
 };
@@ -36,7 +37,7 @@ protected:
 TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     const std::string home = qgetenv("ULVAK_TEST_HOME").toStdString();
     ASSERT_FALSE(home.empty());
-    ASSERT_EQ(Paths::folders().home, home);
+    ASSERT_EQ(UserFolders::ofCurrentUser().home, home);
     open();
     key(Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return app->phase() == AppModel::Phase::done; }));

@@ -42,7 +42,7 @@ void expectCleaned(const TempTree& tree) {
     for (const auto& [item, mode] :
          {std::pair("home/one", CleanMode::permanent), std::pair("home/proje/build", CleanMode::permanent),
           std::pair("home/two", CleanMode::trash)}) {
-        const auto freed = Cleaner::clean(finding({tree.path(item)}), mode);
+        const auto freed = cleaner().clean(finding({tree.path(item)}), mode);
         EXPECT_TRUE(freed) << item << ": " << text(freed.error());
         EXPECT_FALSE(exists(tree.path(item)));
     }
@@ -70,7 +70,7 @@ TEST(DeadMounts, WhatIsKeptThereIsKeptByItsPath) {
                       link("Pictures", "shelf/Pictures"), link("Movies", "nas/../shelf/Movies")});
     besideADeadServer(tree, [&] {
         for (const char* item : {"home/Pictures", "home/nas/Pictures", "home/nas", "home/Movies"}) {
-            const auto freed = Cleaner::clean(finding({tree.path(item)}), CleanMode::permanent);
+            const auto freed = cleaner().clean(finding({tree.path(item)}), CleanMode::permanent);
             ASSERT_FALSE(freed) << item;
             EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error())) << item << text(freed.error());
         }
@@ -81,10 +81,11 @@ TEST(DeadMounts, TheServersOwnFolderIsRefusedWithoutALook) {
     TempTree tree(withNas());
     besideADeadServer(tree, [&] {
         for (const CleanMode mode : {CleanMode::permanent, CleanMode::trash}) {
-            const auto whole = Cleaner::clean(finding({tree.path("home/one"), tree.path("home/nas")}), mode);
+            const auto whole = cleaner().clean(finding({tree.path("home/one"), tree.path("home/nas")}), mode);
             ASSERT_FALSE(whole);
             EXPECT_EQ(std::get<platform::FileError>(whole.error()).code, std::errc::device_or_resource_busy);
-            const auto part = Cleaner::clean(finding({tree.path("home/one"), tree.path("home/nas/x")}), mode);
+            const auto part =
+                cleaner().clean(finding({tree.path("home/one"), tree.path("home/nas/x")}), mode);
             ASSERT_FALSE(part);
             EXPECT_EQ(std::get<platform::FileError>(part.error()).code, std::errc::cross_device_link);
             EXPECT_TRUE(exists(tree.path("home/one"))) << "all items are judged first";
@@ -112,7 +113,7 @@ TEST(DeadMounts, NothingGoesWhenWhatIsKeptCannotBeReadThere) {
     TempTree tree(withNas());
     besideADeadServer(tree, [&] {
         const ScopedEnvironment settings({{"XDG_CONFIG_HOME", tree.path("home/nas/settings")}});
-        const auto freed = Cleaner::clean(finding({tree.path("home/one")}), CleanMode::permanent);
+        const auto freed = cleaner().clean(finding({tree.path("home/one")}), CleanMode::permanent);
         ASSERT_FALSE(freed);
         EXPECT_EQ(text(freed.error()),
                   "Hiçbir şeye dokunulmadı: korunacak klasörleri sayan "

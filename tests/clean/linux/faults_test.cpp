@@ -41,7 +41,7 @@ Finding three(const TempTree& tree, const std::string& second) {
 platform::FileError expectSecondToFail(const TempTree& tree, const std::string& second, CleanMode mode,
                                        std::errc expected,
                                        const Cleaner::Services& services = Cleaner::Services::system()) {
-    const auto freed = Cleaner::clean(three(tree, second), mode, services);
+    const auto freed = cleaner(services).clean(three(tree, second), mode);
     EXPECT_FALSE(freed);
     if (freed)
         return {};
@@ -85,7 +85,7 @@ TEST(Faults, AReadOnlyTreeOfTheUsersOwnGoesForGood) {
         const AtHome environment(tree);
         struct stat before{};
         ASSERT_EQ(::stat(tree.path("home/items").c_str(), &before), 0);
-        const auto freed = Cleaner::clean(three(tree, "second"), CleanMode::permanent);
+        const auto freed = cleaner().clean(three(tree, "second"), CleanMode::permanent);
         EXPECT_TRUE(freed) << text(freed.error());
         for (const char* item : {"first", "second", "third"})
             EXPECT_FALSE(exists(tree.path(std::string("home/items/") + item))) << item;
@@ -155,7 +155,7 @@ TEST(Faults, AFolderThatMayNotBeListed) {
     ASSERT_EQ(::unlink(tree.path("home/items/second/full/b").c_str()), 0);
     asUnprivileged([&] {
         const AtHome environment(tree);
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/items/second")}), CleanMode::permanent))
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/items/second")}), CleanMode::permanent))
             << "a folder that cannot be listed but is empty can be removed";
     });
 }
@@ -185,7 +185,7 @@ TEST(Faults, AnotherUsersFileInAFolderOfOnesOwnGoes) {
     ASSERT_EQ(::chown(tree.path("home/items/second/theirs").c_str(), 0, 0), 0);
     asUnprivileged([&] {
         const AtHome environment(tree);
-        EXPECT_TRUE(Cleaner::clean(three(tree, "second"), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(three(tree, "second"), CleanMode::permanent));
     });
 }
 
@@ -250,7 +250,7 @@ void expectAllToStay(const std::function<void(const TempTree&)>& mount,
             mount(tree);
             if (testing::Test::HasFatalFailure())
                 return;
-            const auto freed = Cleaner::clean(three(tree, "second"), mode);
+            const auto freed = cleaner().clean(three(tree, "second"), mode);
             ASSERT_FALSE(freed);
             judge(tree, std::get<platform::FileError>(freed.error()).code, mode);
             EXPECT_TRUE(exists(tree.path("home/items/first/a"))) << "all items are judged first";
@@ -306,7 +306,7 @@ TEST(Faults, AFullDiskKeepsTheItemFromTheTrash) {
         ASSERT_EQ(::mkdir(tree.path("home/items").c_str(), 0755), 0);
         for (const char* name : {"first", "second", "third"})
             std::ofstream(tree.path(std::string("home/items/") + name)) << name;
-        const auto freed = Cleaner::clean(three(tree, "second"), CleanMode::trash);
+        const auto freed = cleaner().clean(three(tree, "second"), CleanMode::trash);
         ASSERT_FALSE(freed);
         const auto* error = std::get_if<platform::FileError>(&freed.error());
         ASSERT_NE(error, nullptr);
@@ -328,7 +328,7 @@ TEST(Faults, AnItemStaysWhenWhereItBelongsCannotBeWrittenDown) {
               "home/.local/share/Trash/info", "home/item"})
             ASSERT_EQ(::mkdir(tree.path(made).c_str(), 0700), 0);
         std::ofstream(tree.path("home/item/a")) << "a";
-        const auto freed = Cleaner::clean(finding({tree.path("home/item")}), CleanMode::trash);
+        const auto freed = cleaner().clean(finding({tree.path("home/item")}), CleanMode::trash);
         ASSERT_FALSE(freed);
         EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::no_space_on_device)
             << text(freed.error());
@@ -345,7 +345,7 @@ TEST(Faults, AFullDiskDoesNotKeepFromRemovingForGood) {
         ASSERT_TRUE(mountMemory(tree.path("home"), "size=64k"));
         ASSERT_EQ(::mkdir(tree.path("home/items").c_str(), 0755), 0);
         std::ofstream(tree.path("home/items/full")) << std::string(200'000, 'x');
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/items")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/items")}), CleanMode::permanent));
         EXPECT_FALSE(exists(tree.path("home/items")));
     });
 }
@@ -421,8 +421,8 @@ TEST(Faults, AFolderOnTheWayThatHasVanishedOrIsNone) {
     forEachMode([&](CleanMode mode) {
         const TempTree tree(threeItems(textFile("other", "o")));
         inHome(tree, [&] {
-            EXPECT_FALSE(Cleaner::clean(finding({tree.path("home/items/gone/item")}), mode));
-            const auto freed = Cleaner::clean(finding({tree.path("home/items/other/item")}), mode);
+            EXPECT_FALSE(cleaner().clean(finding({tree.path("home/items/gone/item")}), mode));
+            const auto freed = cleaner().clean(finding({tree.path("home/items/other/item")}), mode);
             ASSERT_FALSE(freed);
             EXPECT_EQ(std::get<platform::FileError>(freed.error()).code, std::errc::not_a_directory);
             EXPECT_TRUE(exists(tree.path("home/items/other")));

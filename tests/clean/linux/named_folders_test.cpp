@@ -16,12 +16,12 @@ TEST(Cleaner, FoldersNamedInTheUsersLanguageAndKeysAreProtected) {
               folder(".config", {textFile("user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Belgeler\"\n")})});
     inHome(tree, [&] {
         for (const char* kept : {"home/Belgeler", "home/.ssh", "home/.ssh/id", "home/.config"}) {
-            const auto freed = Cleaner::clean(finding({tree.path(kept)}), CleanMode::trash);
+            const auto freed = cleaner().clean(finding({tree.path(kept)}), CleanMode::trash);
             ASSERT_FALSE(freed) << kept;
             EXPECT_TRUE(std::holds_alternative<CleanError>(freed.error())) << kept;
             EXPECT_TRUE(exists(tree.path(kept)));
         }
-        EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/Belgeler/tez")}), CleanMode::permanent));
+        EXPECT_TRUE(cleaner().clean(finding({tree.path("home/Belgeler/tez")}), CleanMode::permanent));
     });
 }
 

@@ -166,11 +166,12 @@ Outcome cleanWhileSwapping(TempTree& tree, const Plan& plan, CleanMode mode, Swa
         makeRound(tree, plan);
         const Held item(tree.path("home/round/arena/item"));
         const Held bait(tree.path("home/" + plan.bait));
-        const auto freed = Cleaner::clean(
-            finding({tree.path("home/round/arena/first"), tree.path("home/round/arena/item")}), mode,
-            swappingFromTheFirstOn(
-                swapper, plan.swap(tree.path("home/" + plan.victim), tree.path("home/" + plan.bait)),
-                round % 2 == 1));
+        const auto freed =
+            cleaner(swappingFromTheFirstOn(
+                        swapper, plan.swap(tree.path("home/" + plan.victim), tree.path("home/" + plan.bait)),
+                        round % 2 == 1))
+                .clean(finding({tree.path("home/round/arena/first"), tree.path("home/round/arena/item")}),
+                       mode);
         swapper.stop();
         unmountBelow(tree.path("home"));
         ++(freed ? outcome.done : outcome.failed);

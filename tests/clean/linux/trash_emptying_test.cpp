@@ -1,5 +1,3 @@
-#include "clean/trash_emptying.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -40,7 +38,7 @@ std::vector<TreeEntry> homeWithTrash() {
 
 std::vector<platform::TrashedItem> trashed(const std::vector<std::string>& paths) {
     CleanRun run;
-    const auto freed = Cleaner::clean(finding(paths), CleanMode::trash, run);
+    const auto freed = cleaner().clean(finding(paths), CleanMode::trash, run);
     EXPECT_TRUE(freed) << text(freed.error());
     return run.trashed;
 }
@@ -84,7 +82,7 @@ TEST(TrashContents, WithoutATrashThereIsNothing) {
         const auto contents = Cleaner::trashContents({});
         EXPECT_EQ(contents.items, 0);
         EXPECT_TRUE(contents.isAllFromHere());
-        const auto emptied = Cleaner::emptyTrash(contents);
+        const auto emptied = cleaner().emptyTrash(contents);
         EXPECT_TRUE(emptied.isDone());
         EXPECT_EQ(emptied.bytes, 0);
     });
@@ -120,7 +118,7 @@ TEST(EmptyTrash, TakesNoNoteOfItemsThatCannotBeLookedAt) {
         ASSERT_EQ(::chmod(items.c_str(), 0600), 0);
         const auto contents = Cleaner::trashContents(ours);
         EXPECT_FALSE(contents.isComplete);
-        EXPECT_FALSE(Cleaner::emptyTrash(contents).isDone());
+        EXPECT_FALSE(cleaner().emptyTrash(contents).isDone());
         ASSERT_EQ(::chmod(items.c_str(), 0700), 0);
         EXPECT_TRUE(exists(tree.path(trashFolder + "/info/proje.trashinfo")));
     });
@@ -140,7 +138,7 @@ TEST(TrashContents, WhatOtherProgramsKeepThereForThemselvesIsNoItem) {
             fs::remove(tree.path(trashFolder + name));
         std::ofstream(tree.path(trashFolder + "/expunged/1")) << "x";
         EXPECT_FALSE(Cleaner::trashContents(ours).isAllFromHere());
-        EXPECT_TRUE(Cleaner::emptyTrash());
+        EXPECT_TRUE(cleaner().emptyTrash());
         EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
     });
 }
@@ -154,7 +152,7 @@ TEST(EmptyTrash, TakesNoNoteThatMayAwaitItsItem) {
             std::ofstream(notes + name + ".trashinfo") << "[Trash Info]\n";
         fs::last_write_time(notes + "left-behind.trashinfo",
                             fs::file_time_type::clock::now() - std::chrono::minutes(2));
-        EXPECT_TRUE(Cleaner::emptyTrash(Cleaner::trashContents(ours)).isDone());
+        EXPECT_TRUE(cleaner().emptyTrash(Cleaner::trashContents(ours)).isDone());
         EXPECT_THAT(platform::listNames(notes), testing::ElementsAre("on-its-way.trashinfo"));
     });
 }
@@ -163,7 +161,7 @@ TEST(EmptyTrash, CountsWhatWent) {
     const TempTree tree(homeWithTrash());
     inHome(tree, [&] {
         const auto contents = Cleaner::trashContents(trashed({tree.path("home/mine")}));
-        const auto emptied = Cleaner::emptyTrash(contents);
+        const auto emptied = cleaner().emptyTrash(contents);
         EXPECT_TRUE(emptied.isDone());
         EXPECT_EQ(emptied.bytes, contents.bytes);
         EXPECT_EQ(emptied.itemsNew, 0);
@@ -178,7 +176,7 @@ TEST(EmptyTrash, CountsNothingAsFreedThatHasANameElsewhere) {
         fs::create_hard_link(tree.path("home/mine/f"), tree.path(trashFolder + "/files/name"));
         const auto contents = Cleaner::trashContents({});
         EXPECT_EQ(contents.bytes, 5 * oneMegabyte);
-        const auto emptied = Cleaner::emptyTrash(contents);
+        const auto emptied = cleaner().emptyTrash(contents);
         EXPECT_TRUE(emptied.isDone());
         EXPECT_EQ(emptied.bytes, 0);
     });
@@ -192,7 +190,7 @@ TEST(EmptyTrash, TakesNothingThatHasComeSinceItWasLookedAt) {
         // A name that was looked at, and another thing.
         fs::rename(tree.path(trashFolder + "/files/theirs"), tree.path("home/restored"));
         std::ofstream(tree.path(trashFolder + "/files/theirs")) << "late";
-        const auto emptied = Cleaner::emptyTrash(contents);
+        const auto emptied = cleaner().emptyTrash(contents);
         EXPECT_EQ(emptied.itemsNew, 2);
         EXPECT_TRUE(emptied.isDone());
         EXPECT_FALSE(emptied.mayAskDesktop);
@@ -225,7 +223,7 @@ TEST(EmptyTrash, EmptiesThoseOfOtherVolumesToo) {
         const auto contents = Cleaner::trashContents(ours);
         EXPECT_EQ(contents.items, 2);
         EXPECT_FALSE(contents.isAllFromHere());
-        const auto emptied = Cleaner::emptyTrash(contents);
+        const auto emptied = cleaner().emptyTrash(contents);
         EXPECT_TRUE(emptied.isDone());
         EXPECT_EQ(emptied.bytes, contents.bytes);
         EXPECT_TRUE(fs::is_empty(own));
@@ -243,13 +241,13 @@ TEST(EmptyTrash, IsNotDoneWhileAnotherVolumesIsFull) {
         fs::create_directories(own + "/files/theirs");
         ASSERT_EQ(::chmod(own.c_str(), 0700), 0);
         ASSERT_TRUE(hasRun({"/usr/bin/mount", "-o", "remount,ro", tree.path("disk")}));
-        const auto emptied = Cleaner::emptyTrash(Cleaner::trashContents({}));
+        const auto emptied = cleaner().emptyTrash(Cleaner::trashContents({}));
         EXPECT_FALSE(emptied.isDone());
         EXPECT_EQ(emptied.itemsLeft, 1);
         ASSERT_TRUE(emptied.failure);
         EXPECT_THAT(text(*emptied.failure), HasSubstr("disk salt okunur."));
         EXPECT_FALSE(exists(tree.path(trashFolder + "/files/theirs"))) << "the home's went all the same";
-        EXPECT_FALSE(Cleaner::emptyTrash());
+        EXPECT_FALSE(cleaner().emptyTrash());
     });
 }
 
@@ -265,7 +263,7 @@ TEST(EmptyTrash, CountsWhatWentOfAnItemThatStays) {
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EIO, std::generic_category()}, .path = name});
         };
-        const auto emptied = Cleaner::emptyTrash(Cleaner::trashContents({}), {}, services);
+        const auto emptied = cleaner(services).emptyTrash(Cleaner::trashContents({}));
         EXPECT_EQ(emptied.itemsLeft, 1);
         EXPECT_EQ(emptied.bytes, 4 * oneMegabyte);
     });
@@ -283,7 +281,7 @@ TEST(EmptyTrash, AskedToStopItEndsBeforeTheNextItem) {
             stop.request_stop();
             return Cleaner::Services::system().removeItem(parent, name, item, kept);
         };
-        const auto emptied = Cleaner::emptyTrash(Cleaner::trashContents({}), stop.get_token(), services);
+        const auto emptied = cleaner(services).emptyTrash(Cleaner::trashContents({}), stop.get_token());
         EXPECT_EQ(emptied.itemsLeft, 2);
         EXPECT_FALSE(emptied.isDone());
         EXPECT_FALSE(emptied.mayAskDesktop);
@@ -308,7 +306,7 @@ TEST(EmptyTrashByDesktop, CountsWhatTheDesktopRemoves) {
     const TempTree tree(homeWithTrash());
     inHome(tree, [&] {
         const auto services = withDesktop("rm -r '" + tree.path(trashFolder) + "'/*/theirs*");
-        const auto freed = Cleaner::emptyTrash(services);
+        const auto freed = cleaner(services).emptyTrash();
         ASSERT_TRUE(freed) << text(freed.error());
         EXPECT_EQ(*freed, 4 * oneMegabyte);
     });
@@ -317,7 +315,7 @@ TEST(EmptyTrashByDesktop, CountsWhatTheDesktopRemoves) {
 TEST(EmptyTrashByDesktop, IsNotDoneBecauseTheDesktopSaysSo) {
     const TempTree tree(homeWithTrash());
     inHome(tree, [&] {
-        const auto freed = Cleaner::emptyTrash(withDesktop("exit 0"));
+        const auto freed = cleaner(withDesktop("exit 0")).emptyTrash();
         ASSERT_FALSE(freed);
         EXPECT_EQ(text(freed.error()), "Çöp kutusu boşaltılamadı: masaüstü hepsini kaldıramadı.");
     });
@@ -328,14 +326,14 @@ TEST(EmptyTrashByDesktop, WaitsForNoProgramThatNeverEnds) {
     inHome(tree, [&] {
         auto services = withDesktop("exec sleep 100000");
         services.desktopLimit = std::chrono::milliseconds(100);
-        const auto freed = Cleaner::emptyTrash(services);
+        const auto freed = cleaner(services).emptyTrash();
         ASSERT_FALSE(freed);
         EXPECT_EQ(text(freed.error()), "Çöp kutusu boşaltılamadı: masaüstü zamanında yanıt vermedi.");
         std::stop_source stop;
         stop.request_stop();
         services.desktopLimit = std::chrono::hours(1);
         EXPECT_FALSE(
-            Cleaner::emptyTrashByDesktop(Cleaner::trashContents({}), stop.get_token(), services).isDone());
+            cleaner(services).emptyTrashByDesktop(Cleaner::trashContents({}), stop.get_token()).isDone());
     });
 }
 
@@ -345,8 +343,8 @@ TEST(EmptyTrashByDesktop, IsNotAskedWhereItWouldTakeWhatHasComeSince) {
         const auto services = withDesktop("rm -r '" + tree.path(trashFolder) + "'/files");
         const auto contents = Cleaner::trashContents({});
         const auto late = trashed({tree.path("home/new")});
-        EXPECT_FALSE(Cleaner::emptyTrash(contents, {}, services).mayAskDesktop);
-        const auto emptied = Cleaner::emptyTrashByDesktop(contents, {}, services);
+        EXPECT_FALSE(cleaner(services).emptyTrash(contents).mayAskDesktop);
+        const auto emptied = cleaner(services).emptyTrashByDesktop(contents, {});
         EXPECT_EQ(emptied.itemsNew, 1);
         EXPECT_TRUE(exists(late[0].location));
     });

@@ -127,7 +127,7 @@ TEST(Trash, RestoresWhatWasTrashedByteForByte) {
     tree.add("home", {folder("items", entries)});
     const auto before = likeness(tree.path("home/items"));
     inHome(tree, [&] {
-        const auto freed = Cleaner::clean(finding(urls), CleanMode::trash);
+        const auto freed = cleaner().clean(finding(urls), CleanMode::trash);
         ASSERT_TRUE(freed) << text(freed.error());
         EXPECT_TRUE(fs::is_empty(tree.path("home/items")));
         EXPECT_EQ(restoreAll(tree), static_cast<int>(urls.size()));
@@ -144,13 +144,13 @@ TEST(Trash, ARelativeFolderInTheEnvironmentEndsNothingAndMovesNoTrash) {
             ::alarm(600);
             const ScopedEnvironment environment({{name, "relative/data"}});
             fs::current_path(tree.path());
-            EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::permanent)) << name;
+            EXPECT_TRUE(cleaner().clean(finding({tree.path("home/one")}), CleanMode::permanent)) << name;
         });
         inHome(tree, [&] {
             const ScopedEnvironment environment({{name, "relative/data"}});
             fs::current_path(tree.path());
             platform::forgetRelativeFolders();
-            EXPECT_TRUE(Cleaner::clean(finding({tree.path("home/two")}), CleanMode::trash)) << name;
+            EXPECT_TRUE(cleaner().clean(finding({tree.path("home/two")}), CleanMode::trash)) << name;
             EXPECT_EQ(restoreAll(tree), 1) << name;
             EXPECT_FALSE(exists(tree.path("relative"))) << name;
         });
@@ -162,7 +162,7 @@ TEST(Trash, KeepsTwoItemsOfOneNameApart) {
     tree.add("home", {folder("x", {textFile("same", "1")}), folder("y", {textFile("same", "2")})});
     inHome(tree, [&] {
         ASSERT_TRUE(
-            Cleaner::clean(finding({tree.path("home/x/same"), tree.path("home/y/same")}), CleanMode::trash));
+            cleaner().clean(finding({tree.path("home/x/same"), tree.path("home/y/same")}), CleanMode::trash));
         EXPECT_EQ(restoreAll(tree), 2);
         EXPECT_EQ(textOf(tree.path("home/x/same")), "1");
         EXPECT_EQ(textOf(tree.path("home/y/same")), "2");
@@ -172,8 +172,8 @@ TEST(Trash, KeepsTwoItemsOfOneNameApart) {
 TEST(Trash, TheTrashItselfCannotBeTrashed) {
     TempTree tree(lifelike());
     inHome(tree, [&] {
-        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash));
-        EXPECT_FALSE(Cleaner::clean(finding({tree.path(trashFolder)}), CleanMode::trash));
+        ASSERT_TRUE(cleaner().clean(finding({tree.path("home/one")}), CleanMode::trash));
+        EXPECT_FALSE(cleaner().clean(finding({tree.path(trashFolder)}), CleanMode::trash));
         EXPECT_EQ(textOf(tree.path(std::string(trashFolder) + "/files/one")), "1");
     });
 }
@@ -199,8 +199,8 @@ TEST(EmptyingTheTrash, AnItemThatCannotBeRemovedKeepsNoOther) {
     TempTree tree(lifelike());
     inHome(tree, [&] {
         ASSERT_TRUE(
-            Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
-                           CleanMode::trash));
+            cleaner().clean(finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
+                            CleanMode::trash));
         CountingDesktop desktop;
         const auto remove = desktop.services.removeItem;
         desktop.services.removeItem = [&](const platform::Directory& parent, const std::string& name,
@@ -211,7 +211,7 @@ TEST(EmptyingTheTrash, AnItemThatCannotBeRemovedKeepsNoOther) {
             return std::expected<void, platform::FileError>(
                 std::unexpect, platform::FileError{.code = {EIO, std::generic_category()}, .path = name});
         };
-        EXPECT_FALSE(Cleaner::emptyTrash(desktop.services)) << "the desktop has not removed it either";
+        EXPECT_FALSE(cleaner(desktop.services).emptyTrash()) << "the desktop has not removed it either";
         EXPECT_EQ(desktop.asked, 1);
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/one")));
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/info/one.trashinfo")));
@@ -234,9 +234,9 @@ TEST(EmptyingTheTrash, ALockedItemIsLeftToTheDesktop) {
     asUnprivileged([&] {
         const AtHome environment(tree);
         ASSERT_TRUE(
-            Cleaner::clean(finding({tree.path("home/proje"), tree.path("home/two")}), CleanMode::trash));
+            cleaner().clean(finding({tree.path("home/proje"), tree.path("home/two")}), CleanMode::trash));
         CountingDesktop desktop;
-        EXPECT_FALSE(Cleaner::emptyTrash(desktop.services)) << "the desktop has not removed it either";
+        EXPECT_FALSE(cleaner(desktop.services).emptyTrash()) << "the desktop has not removed it either";
         EXPECT_EQ(desktop.asked, 1);
         EXPECT_TRUE(exists(locked + "/a.o"));
         EXPECT_TRUE(exists(tree.path(std::string(trashFolder) + "/info/proje.trashinfo")));
@@ -247,7 +247,7 @@ TEST(EmptyingTheTrash, ALockedItemIsLeftToTheDesktop) {
     asUnprivileged([&] {
         const AtHome environment(tree);
         CountingDesktop desktop;
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_TRUE(cleaner(desktop.services).emptyTrash());
         EXPECT_EQ(desktop.asked, 0) << "once it can be removed, nobody else is needed";
         EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
     });
@@ -259,11 +259,11 @@ TEST(EmptyingTheTrash, ItemsThatCannotBeListedKeepTheirNotes) {
         GTEST_SKIP() << *reason;
     asUnprivileged([&] {
         const AtHome environment(tree);
-        ASSERT_TRUE(Cleaner::clean(finding({tree.path("home/one")}), CleanMode::trash));
+        ASSERT_TRUE(cleaner().clean(finding({tree.path("home/one")}), CleanMode::trash));
         const std::string items = tree.path(std::string(trashFolder) + "/files");
         ASSERT_EQ(::chmod(items.c_str(), 0), 0);
         CountingDesktop desktop;
-        EXPECT_FALSE(Cleaner::emptyTrash(desktop.services)) << "nobody can tell what is left";
+        EXPECT_FALSE(cleaner(desktop.services).emptyTrash()) << "nobody can tell what is left";
         EXPECT_EQ(desktop.asked, 1);
         ASSERT_EQ(::chmod(items.c_str(), 0700), 0);
         EXPECT_EQ(restoreAll(tree), 1);
@@ -280,7 +280,7 @@ TEST(EmptyingTheTrash, ADesktopThatCannotBeAskedIsNamed) {
             return std::unexpected(std::make_error_code(std::errc::no_such_file_or_directory));
         };
         makeTrashALink(tree);
-        const auto emptied = Cleaner::emptyTrash(services);
+        const auto emptied = cleaner(services).emptyTrash();
         ASSERT_FALSE(emptied);
         EXPECT_EQ(std::get<StartError>(emptied.error()).program, "/desktop");
         EXPECT_EQ(text(emptied.error()), "“/desktop” başlatılamadı: program bu bilgisayarda yok.");
@@ -305,7 +305,7 @@ TEST(EmptyingTheTrash, CopesWithAHalfWrittenTrash) {
                         fs::file_time_type::clock::now() - std::chrono::hours(1));
     inHome(tree, [&] {
         CountingDesktop desktop;
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_TRUE(cleaner(desktop.services).emptyTrash());
         EXPECT_EQ(desktop.asked, 0);
         EXPECT_TRUE(fs::is_empty(tree.path(trashFolder)));
     });
@@ -319,7 +319,7 @@ TEST(EmptyingTheTrash, ATrashOfOnlyOneHalfIsEmptiedToo) {
             {folder(".local", {folder("share", {folder("Trash", {folder(half, {textFile("a", "a")})})})})});
         inHome(tree, [&] {
             CountingDesktop desktop;
-            EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+            EXPECT_TRUE(cleaner(desktop.services).emptyTrash());
             EXPECT_EQ(desktop.asked, 0) << half;
             EXPECT_TRUE(fs::is_empty(tree.path(trashFolder))) << half;
         });
@@ -334,7 +334,7 @@ TEST(EmptyingTheTrash, FollowsNoLinkInIt) {
                                                         link("info", tree.path("canaries"))})})})});
     inHome(tree, [&] {
         CountingDesktop desktop;
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services)) << "a folder of notes that is none holds no item";
+        EXPECT_TRUE(cleaner(desktop.services).emptyTrash()) << "a folder of notes that is none holds no item";
         EXPECT_EQ(desktop.asked, 0);
         EXPECT_TRUE(exists(tree.path("canaries/canary")));
         EXPECT_FALSE(exists(tree.path(std::string(trashFolder) + "/files/way")));
@@ -353,7 +353,7 @@ TEST(EmptyingTheTrash, ATrashThatHoldsAVolumeIsRefused) {
         ASSERT_TRUE(mountMemory(disk));
         std::ofstream(disk + "/precious") << "p";
         CountingDesktop desktop;
-        const auto emptied = Cleaner::emptyTrash(desktop.services);
+        const auto emptied = cleaner(desktop.services).emptyTrash();
         ASSERT_FALSE(emptied);
         EXPECT_EQ(std::get<platform::FileError>(emptied.error()).code, std::errc::device_or_resource_busy);
         EXPECT_EQ(desktop.asked, 0);
@@ -367,7 +367,7 @@ int trashAll(const TempTree& tree, int items) {
     for (int item = 0; item < items; ++item) {
         // It may meet a Trash whose folders are just being removed: then the item stays where it is.
         const std::string path = tree.path("home/many/item" + std::to_string(item));
-        if (!Cleaner::clean(finding({path}), CleanMode::trash) && !exists(path + "/x"))
+        if (!cleaner().clean(finding({path}), CleanMode::trash) && !exists(path + "/x"))
             ++lost;
     }
     return std::min(lost, 100);
@@ -388,9 +388,9 @@ TEST(EmptyingTheTrash, WhatIsTrashedMeanwhileIsWholeOrGone) {
         CountingDesktop desktop;
         int status = 0;
         while (::waitpid(other, &status, WNOHANG) == 0)
-            EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+            EXPECT_TRUE(cleaner(desktop.services).emptyTrash());
         EXPECT_EQ(status, 0);
-        EXPECT_TRUE(Cleaner::emptyTrash(desktop.services));
+        EXPECT_TRUE(cleaner(desktop.services).emptyTrash());
         EXPECT_TRUE(!exists(tree.path(trashFolder)) || fs::is_empty(tree.path(trashFolder)));
         EXPECT_LT(std::distance(fs::directory_iterator(tree.path("home/many")), {}), items);
     });
@@ -407,12 +407,12 @@ TEST(Prepare, WritesTheNotesOfSeveralFindingsTogetherAndEachIsUsed) {
         std::vector<std::shared_ptr<const Finding>> findings;
         for (const char* name : {"home/one", "home/two", "home/three", "home/gone"})
             findings.push_back(std::make_shared<const Finding>(finding({tree.path(name)})));
-        auto ahead = Cleaner::prepare(findings, CleanMode::trash);
+        auto ahead = cleaner().prepare(findings, CleanMode::trash);
         ASSERT_TRUE(ahead);
         EXPECT_EQ(platform::listNames(notesOf(tree)).size(), 4U);
         for (const auto& each : findings) {
             CleanRun run{.ahead = ahead.get()};
-            EXPECT_EQ(Cleaner::clean(*each, CleanMode::trash, run).has_value(), !each->id.ends_with("gone"));
+            EXPECT_EQ(cleaner().clean(*each, CleanMode::trash, run).has_value(), !each->id.ends_with("gone"));
         }
         ahead.reset();
         EXPECT_THAT(platform::listNames(notesOf(tree)),
@@ -426,11 +426,11 @@ TEST(Prepare, LeavesWhatMustStay) {
         std::vector<std::shared_ptr<const Finding>> findings;
         for (const char* name : {"home/Documents", "home/one"})
             findings.push_back(std::make_shared<const Finding>(finding({tree.path(name)})));
-        const auto ahead = Cleaner::prepare(findings, CleanMode::permanent);
+        const auto ahead = cleaner().prepare(findings, CleanMode::permanent);
         CleanRun run{.ahead = ahead.get()};
-        EXPECT_FALSE(Cleaner::clean(*findings.front(), CleanMode::permanent, run));
+        EXPECT_FALSE(cleaner().clean(*findings.front(), CleanMode::permanent, run));
         EXPECT_TRUE(exists(tree.path("home/Documents/old.zip")));
-        EXPECT_TRUE(Cleaner::clean(*findings.back(), CleanMode::permanent, run));
+        EXPECT_TRUE(cleaner().clean(*findings.back(), CleanMode::permanent, run));
     });
 }
 
@@ -447,9 +447,9 @@ TEST(Prepare, AStopLeavesNoNotesOfWhatStays) {
             return move(parent, name, item, path, ahead);
         };
         CleanRun run{.stop = stop.get_token()};
-        EXPECT_FALSE(
-            Cleaner::clean(finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
-                           CleanMode::trash, run, services));
+        EXPECT_FALSE(cleaner(services).clean(
+            finding({tree.path("home/one"), tree.path("home/two"), tree.path("home/three")}),
+            CleanMode::trash, run));
         EXPECT_THAT(platform::listNames(notesOf(tree)), testing::ElementsAre("one.trashinfo"));
     });
 }

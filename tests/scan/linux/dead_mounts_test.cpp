@@ -46,7 +46,7 @@ void scanWithTemp(const std::string& temp) {
         const DeadMount nas(tree.path("home/nas"));
         ASSERT_TRUE(nas.isMounted());
         ScanProgress progress;
-        const auto findings = Scanner{progress}.run({});
+        const auto findings = Scanner{progress, UserFolders::ofCurrentUser()}.run();
         ASSERT_TRUE(findings);
         EXPECT_FALSE(findings->empty());
         EXPECT_FALSE(nas.wasAsked());

@@ -43,13 +43,13 @@ TEST(DeadMounts, LabelsThereAreReadByAJob) {
     if (const auto reason = DeadMount::whyNone())
         GTEST_SKIP() << *reason;
     const TempTree tree({folder("home"), folder("nas")});
-    const ScopedEnvironment home({{"HOME", tree.path("home")}});
+    const UserFolders folders{.home = tree.path("home"), .temp = {}, .cache = {}, .trash = {}};
     withPrivateMounts([&] {
         const DeadMount nas(tree.path("nas"));
         ASSERT_TRUE(nas.isMounted());
         Jobs writing;
         Jobs reading;
-        const VerdictStore store(tree.path("nas/Ulvak/verdicts.json"), VerdictStore::systemTime,
+        const VerdictStore store(tree.path("nas/Ulvak/verdicts.json"), folders, VerdictStore::systemTime,
                                  writing.runner(), reading.runner());
         EXPECT_FALSE(nas.wasAsked());
         EXPECT_THAT(writing.jobs, IsEmpty());
@@ -63,7 +63,7 @@ TEST(DeadMounts, LabelsThatAreReadLateMeetThoseGivenMeanwhile) {
     if (const auto reason = DeadMount::whyNone())
         GTEST_SKIP() << *reason;
     const TempTree tree({folder("home"), folder("nas")});
-    const ScopedEnvironment home({{"HOME", tree.path("home")}});
+    const UserFolders folders{.home = tree.path("home"), .temp = {}, .cache = {}, .trash = {}};
     const std::string path = tree.path("nas/verdicts.json");
     const Verdict keep{.level = SafetyLevel::keep, .source = VerdictSource::user};
     VerdictStore(path).save(keep, found("/before"));
@@ -74,7 +74,7 @@ TEST(DeadMounts, LabelsThatAreReadLateMeetThoseGivenMeanwhile) {
         {
             const DeadMount nas(tree.path("nas"));
             ASSERT_TRUE(nas.isMounted());
-            store = std::make_unique<VerdictStore>(path, VerdictStore::systemTime, writing.runner(),
+            store = std::make_unique<VerdictStore>(path, folders, VerdictStore::systemTime, writing.runner(),
                                                    reading.runner());
             EXPECT_FALSE(nas.wasAsked());
         }
@@ -94,9 +94,10 @@ TEST(DeadMounts, LabelsThatAreReadLateMeetThoseGivenMeanwhile) {
 
 TEST(DeadMounts, LabelsElsewhereAreReadAtOnce) {
     const TempTree tree({folder("home")});
-    const ScopedEnvironment home({{"HOME", tree.path("home")}});
+    const UserFolders folders{.home = tree.path("home"), .temp = {}, .cache = {}, .trash = {}};
     Jobs reading;
-    const VerdictStore store(tree.path("data/verdicts.json"), VerdictStore::systemTime, {}, reading.runner());
+    const VerdictStore store(tree.path("data/verdicts.json"), folders, VerdictStore::systemTime, {},
+                             reading.runner());
     EXPECT_THAT(reading.jobs, IsEmpty());
 }
 
