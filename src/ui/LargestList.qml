@@ -18,22 +18,26 @@ ColumnLayout {
         Layout.bottomMargin: Math.round(8 * Theme.u)
         Accessible.role: Accessible.Heading
     }
-    Repeater {
-        model: root.largest.length
+    Column {
+        Layout.fillWidth: true
 
-        LargestRow {
-            required property int index
-            readonly property var about: root.largest[index] ?? ({ level: "", symbol: "", color: "", title: "", location: "", sizeText: "" })
-            objectName: "largest-" + index
-            level: about.level
-            symbol: about.symbol
-            levelColor: about.color
-            text: about.title
-            location: about.location
-            sizeText: about.sizeText
-            isLast: index === root.largest.length - 1
-            onClicked: root.app.sidebar = level
-            Layout.fillWidth: true
+        Repeater {
+            model: root.largest.length
+
+            LargestRow {
+                required property int index
+                readonly property var about: root.largest[index] ?? ({ level: "", symbol: "", color: "", title: "", location: "", sizeText: "" })
+                objectName: "largest-" + index
+                level: about.level
+                symbol: about.symbol
+                levelColor: about.color
+                text: about.title
+                location: about.location
+                sizeText: about.sizeText
+                isLast: index === root.largest.length - 1
+                onClicked: root.app.sidebar = level
+                width: parent.width
+            }
         }
     }
 }
