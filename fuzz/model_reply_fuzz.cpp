@@ -4,7 +4,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "platform/linux/model_reply.h"
+#include "ai/server/model_reply.h"
 
 // Reads an input as what a model server sends back: a byte that picks the status, and the body.
 
@@ -15,11 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     const long status = statuses[data[0] % std::size(statuses)];
     const std::string_view body(reinterpret_cast<const char*>(data) + 1, size - 1);
-    const auto answer = ulvak::platform::readAnswer(status, body, "http://127.0.0.1:8080");
+    const auto answer = ulvak::readAnswer(status, body, "http://127.0.0.1:8080");
     if (answer ? answer->size() > size
                : answer.error().text.empty() || answer.error().text.size() > ModelError::longestText)
         std::abort();
-    for (const std::string& name : ulvak::platform::readModelList(status, body).names) {
+    for (const std::string& name : ulvak::readModelList(status, body).names) {
         if (name.empty() || name.size() > size)
             std::abort();
     }

@@ -49,8 +49,7 @@ using Result = std::expected<Verdict, Error>;
 /// Asks with the full facts and, when the model's safety filter refuses those, once more with the minimal
 /// ones. Both are texts of `FolderContext::build` about the same finding.
 [[nodiscard]] Result classify(std::string_view full, std::string_view minimal,
-                              const platform::LanguageModel& model = platform::systemLanguageModel(),
-                              std::stop_token stop = {});
+                              const platform::LanguageModel& model, std::stop_token stop = {});
 
 /// Asks with one text of facts, in Turkish, and once more in English when the model does not know Turkish.
 [[nodiscard]] Result classifyFacts(std::string_view facts, const platform::LanguageModel& model,

@@ -24,8 +24,7 @@ struct AIStatus {
     [[nodiscard]] std::string plainText() const;
 
     /// Asks anew. Blocks while servers are looked for, a few seconds at the very worst. Safe from any thread.
-    [[nodiscard]] static AIStatus current(
-        const platform::LanguageModel& model = platform::systemLanguageModel(), std::stop_token stop = {});
+    [[nodiscard]] static AIStatus current(const platform::LanguageModel& model, std::stop_token stop = {});
 
     friend bool operator==(const AIStatus& a, const AIStatus& b) { return a.unavailable == b.unavailable; }
 };

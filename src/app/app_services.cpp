@@ -1,5 +1,6 @@
 #include "app/app_services.h"
 
+#include "ai/machine_model.h"
 #include "platform/file_browser.h"
 #include "platform/running_applications.h"
 #include "scan/scanner.h"
@@ -11,16 +12,13 @@ AppServices AppServices::system(const UserFolders& folders) {
         .folders = folders,
         .scan = [folders](ScanProgress& progress,
                           const std::stop_token& stop) { return Scanner{progress, folders}.run(stop); },
-        .aiStatus =
-            [](const std::stop_token& stop) {
-                return AIStatus::current(platform::systemLanguageModel(), stop);
-            },
+        .aiStatus = [](const std::stop_token& stop) { return AIStatus::current(machineModel(), stop); },
         .runningApplications = platform::runningApplications,
         .runningApps = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
         .classify =
             [folders](const Finding& finding, std::string_view note, std::span<const std::string> running,
                       const std::stop_token& stop) {
-                return AIClassifier::classify(finding, note, running, platform::systemLanguageModel(),
+                return AIClassifier::classify(finding, note, running, machineModel(),
                                               {.folders = folders, .stop = stop});
             },
         .clean = [cleaner](const Finding& finding, CleanMode mode,

@@ -6,6 +6,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
+#include "ai/machine_model.h"
 #include "app/standard_streams.h"
 #include "core/checked_add.h"
 #include "core/format.h"
@@ -102,7 +103,7 @@ bool run(bool asksModel, const UserFolders& folders) {
                           .elapsed = std::chrono::steady_clock::now() - start};
     print(listing(summary, *findings, folders));
     if (asksModel)
-        askModel(*findings, platform::systemLanguageModel(), print, folders);
+        askModel(*findings, machineModel(), print, folders);
     return true;
 }
 

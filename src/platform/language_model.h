@@ -6,7 +6,7 @@
 #include <stop_token>
 #include <string>
 
-/// The language model of this machine. What it is given never leaves the machine, and what it says is not
+/// A language model on this machine. What it is given never leaves the machine, and what it says is not
 /// trusted.
 namespace ulvak::platform {
 
@@ -76,8 +76,5 @@ public:
     [[nodiscard]] virtual std::expected<std::string, ModelError> respond(const ModelRequest& request,
                                                                          std::stop_token stop = {}) const = 0;
 };
-
-/// The machine's own. Costs nothing until it is asked something.
-[[nodiscard]] const LanguageModel& systemLanguageModel();
 
 }  // namespace ulvak::platform

@@ -8,7 +8,6 @@
 
 #include "platform/files.h"
 #include "platform/guarded_folders.h"
-#include "platform/language_model.h"
 #include "platform/program.h"
 #include "platform/running_applications.h"
 #include "platform/trash.h"
@@ -49,17 +48,6 @@ TEST(GuardedFolders, LieInTheHomeOrAreAbsolute) {
 TEST(RunningApplications, HaveNames) {
     const auto names = runningApplications();
     EXPECT_TRUE(std::ranges::none_of(names, [](const std::string& name) { return name.empty(); }));
-}
-
-TEST(SystemLanguageModel, AStoppedRequestIsAnError) {
-    std::stop_source stop;
-    stop.request_stop();
-    const ModelRequest request{
-        .instructions = "Answer.",
-        .prompt = "Yes?",
-        .answerName = "answer",
-        .answerSchema = R"({"type":"object","properties":{"yes":{"type":"string"}},"required":["yes"]})"};
-    EXPECT_FALSE(systemLanguageModel().respond(request, stop.get_token()));
 }
 
 TEST(Trash, SaysWhatIsNotThere) {

@@ -8,8 +8,8 @@
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
 #include "ai/linux/scripted_server.h"
-#include "platform/linux/http_exchange.h"
-#include "platform/linux/local_model.h"
+#include "ai/server/http_exchange.h"
+#include "ai/server/local_model.h"
 #include "support/environment.h"
 #include "support/temp_tree.h"
 

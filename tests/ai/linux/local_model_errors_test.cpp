@@ -6,9 +6,9 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/linux/scripted_server.h"
-#include "platform/linux/http_exchange.h"
-#include "platform/linux/local_model.h"
-#include "platform/linux/model_reply.h"
+#include "ai/server/http_exchange.h"
+#include "ai/server/local_model.h"
+#include "ai/server/model_reply.h"
 
 namespace ulvak::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/local_model.h"
+#include "ai/server/local_model.h"
 
 #include <gtest/gtest.h>
 

@@ -13,8 +13,8 @@
 #include "ai/ai_classifier.h"
 #include "ai/linux/scripted_server.h"
 #include "ai/linux/socket_watch.h"
-#include "platform/linux/http_exchange.h"
-#include "platform/linux/local_model.h"
+#include "ai/server/http_exchange.h"
+#include "ai/server/local_model.h"
 #include "support/environment.h"
 
 /// Nothing leaves the machine, whatever the user's settings, the environment or the server say.

@@ -1,4 +1,4 @@
-#include "platform/linux/model_address.h"
+#include "ai/server/model_address.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

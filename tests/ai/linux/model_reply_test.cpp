@@ -1,4 +1,4 @@
-#include "platform/linux/model_reply.h"
+#include "ai/server/model_reply.h"
 
 #include <gtest/gtest.h>
 

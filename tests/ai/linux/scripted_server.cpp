@@ -223,15 +223,15 @@ std::uint16_t refusingPort() {
     return refusing;
 }
 
-platform::LocalModel patient(platform::LocalModelSettings settings) {
+LocalModel patient(LocalModelSettings settings) {
     settings.probeDeadline = settings.namedDeadline = settings.showDeadline = 60s;
-    return platform::LocalModel(std::move(settings));
+    return LocalModel(std::move(settings));
 }
 
-platform::HttpError::Kind endOfTime(const platform::ModelAddress& address, platform::HttpRequest request) {
-    using Kind = platform::HttpError::Kind;
+HttpError::Kind endOfTime(const ModelAddress& address, HttpRequest request) {
+    using Kind = HttpError::Kind;
     for (;;) {
-        const auto reply = platform::exchange(address, request);
+        const auto reply = exchange(address, request);
         if (reply) {
             ADD_FAILURE() << "an answer came: HTTP " << reply->status;
             return Kind::other;

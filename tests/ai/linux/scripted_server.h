@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/http_exchange.h"
-#include "platform/linux/local_model.h"
+#include "ai/server/http_exchange.h"
+#include "ai/server/local_model.h"
 
 namespace ulvak::test {
 
@@ -116,12 +116,11 @@ private:
 [[nodiscard]] std::uint16_t refusingPort();
 
 /// A model whose deadlines no machine misses that stalls for a while, for tests that wait for none.
-[[nodiscard]] platform::LocalModel patient(platform::LocalModelSettings settings);
+[[nodiscard]] LocalModel patient(LocalModelSettings settings);
 
 /// How a request ends that is never answered. One whose time was over before it was connected is made again
 /// with more: on a machine that stalls, a short time is over too soon to say anything of the server.
-[[nodiscard]] platform::HttpError::Kind endOfTime(const platform::ModelAddress& address,
-                                                  platform::HttpRequest request);
+[[nodiscard]] HttpError::Kind endOfTime(const ModelAddress& address, HttpRequest request);
 
 /// A whole reply with its headers.
 [[nodiscard]] std::string reply(int status, std::string_view body, std::string_view moreHeaders = "");

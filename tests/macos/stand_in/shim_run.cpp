@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/language_model.h"
 #include "platform/macos/language_shim.h"
+#include "platform/macos/system_model.h"
 
 // Runs the program's own side of the shim against the stand-in: every state, every error, an answer, a stop.
 // Ends with 0 when all is as it has to be. Without a test library, for it runs where the rest of the tests do

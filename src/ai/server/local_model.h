@@ -10,7 +10,7 @@
 
 #include "platform/language_model.h"
 
-namespace ulvak::platform {
+namespace ulvak {
 
 struct LocalModelSettings {
     /// The server, when the user names one. As `modelAddress` takes it.
@@ -34,16 +34,16 @@ struct LocalModelSettings {
 
 /// A language model behind a server on this machine. A server that was found is remembered while it answers,
 /// and while it is too busy to; one that is started later, or again elsewhere, is found.
-class LocalModel : public LanguageModel {
+class LocalModel : public platform::LanguageModel {
 public:
     explicit LocalModel(LocalModelSettings settings);
     ~LocalModel() override;
     LocalModel(const LocalModel&) = delete;
     LocalModel& operator=(const LocalModel&) = delete;
 
-    [[nodiscard]] std::optional<ModelAbsence> absence(std::stop_token stop = {}) const override;
-    [[nodiscard]] std::expected<std::string, ModelError> respond(const ModelRequest& request,
-                                                                 std::stop_token stop = {}) const override;
+    [[nodiscard]] std::optional<platform::ModelAbsence> absence(std::stop_token stop = {}) const override;
+    [[nodiscard]] std::expected<std::string, platform::ModelError> respond(
+        const platform::ModelRequest& request, std::stop_token stop = {}) const override;
 
 private:
     class Memory;
@@ -52,4 +52,4 @@ private:
     std::unique_ptr<Memory> memory_;
 };
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

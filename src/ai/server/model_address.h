@@ -7,7 +7,7 @@
 
 struct sockaddr;
 
-namespace ulvak::platform {
+namespace ulvak {
 
 /// Where a model server on this machine listens. Can only be made for places that are on this machine.
 struct ModelAddress {
@@ -40,4 +40,4 @@ struct RefusedAddress {
 /// Whether a connection to this address stays on this machine.
 [[nodiscard]] bool isLocal(const sockaddr& address);
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

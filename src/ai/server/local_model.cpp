@@ -1,4 +1,4 @@
-#include "platform/linux/local_model.h"
+#include "ai/server/local_model.h"
 
 #include <algorithm>
 #include <chrono>
@@ -9,15 +9,15 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/curl_library.h"
-#include "platform/linux/http_exchange.h"
-#include "platform/linux/model_address.h"
-#include "platform/linux/model_reply.h"
+#include "ai/server/curl_library.h"
+#include "ai/server/http_exchange.h"
+#include "ai/server/model_address.h"
+#include "ai/server/model_reply.h"
 
-namespace ulvak::platform {
+namespace ulvak {
 namespace {
 
-using Reason = ModelAbsenceReason;
+using Reason = platform::ModelAbsenceReason;
 using std::chrono::milliseconds;
 
 constexpr std::string_view stoppedText = "İstek durduruldu.";
@@ -46,8 +46,8 @@ struct Place {
     bool mayKnow = false;   ///< the server, where its models run
 };
 
-ModelAbsence absent(Reason reason, std::string_view detail) {
-    return {.reason = reason, .detail = clipped(detail, ModelError::longestText)};
+platform::ModelAbsence absent(Reason reason, std::string_view detail) {
+    return {.reason = reason, .detail = clipped(detail, platform::ModelError::longestText)};
 }
 
 /// What a request that brought no reply means to the user.
@@ -82,7 +82,7 @@ std::string cloudRefusal(std::string_view model) {
 
 /// What a server that was asked turned out to be.
 struct Missing {
-    ModelAbsence absence;
+    platform::ModelAbsence absence;
     bool isModelServer = false;  ///< and not something else, or nothing
 };
 
@@ -297,15 +297,17 @@ private:
 /// The first server on the usual ports that has the model; else the first that has any. `last` is where it
 /// was found before, if it was: then somebody else's silence does not mean that it is busy, and its own is
 /// never too long to ask again.
-std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings, SilentPorts& silent,
-                                              std::optional<std::uint16_t> last,
-                                              const std::stop_token& stop) {
+std::expected<Place, platform::ModelAbsence> discovered(const LocalModelSettings& settings,
+                                                        SilentPorts& silent,
+                                                        std::optional<std::uint16_t> last,
+                                                        const std::stop_token& stop) {
     std::optional<Place> second;
-    std::optional<ModelAbsence> nearest;
-    ModelAbsence none = absent(Reason::other,
-                               "Bu bilgisayarda çalışan bir model sunucusu bulunamadı. llama-server, Ollama "
-                               "ya da LM Studio gibi bir "
-                               "sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver.");
+    std::optional<platform::ModelAbsence> nearest;
+    platform::ModelAbsence none =
+        absent(Reason::other,
+               "Bu bilgisayarda çalışan bir model sunucusu bulunamadı. llama-server, Ollama "
+               "ya da LM Studio gibi bir "
+               "sunucu başlat ya da adresini ULVAK_MODEL_URL ile ver.");
     for (const std::uint16_t port : settings.ports) {
         const bool mayBeIt = !last || *last == port;
         if (port != last && silent.includes(port)) {
@@ -329,7 +331,7 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
             second = std::move(*place);
         if (place || !place.error().isModelServer)
             continue;
-        ModelAbsence& absence = place.error().absence;
+        platform::ModelAbsence& absence = place.error().absence;
         if (!nearest || (absence.reason == Reason::notReady && nearest->reason != Reason::notReady))
             nearest = std::move(absence);
     }
@@ -341,8 +343,8 @@ std::expected<Place, ModelAbsence> discovered(const LocalModelSettings& settings
 }
 
 /// Why nobody is asked at all, if so. A stop is an absence of its own.
-std::optional<ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
-                                             const std::stop_token& stop) {
+std::optional<platform::ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
+                                                       const std::stop_token& stop) {
     if (settings.isOff)
         return absent(Reason::notEnabled,
                       "Model ULVAK_MODEL_OFF ile kapatılmış. Açmak için bu değişkeni kaldır.");
@@ -357,8 +359,9 @@ std::optional<ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
 
 /// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
 /// absence of its own, whatever was found until then.
-std::expected<Place, ModelAbsence> findPlace(const LocalModelSettings& settings, SilentPorts& silent,
-                                             std::optional<std::uint16_t> last, const std::stop_token& stop) {
+std::expected<Place, platform::ModelAbsence> findPlace(const LocalModelSettings& settings,
+                                                       SilentPorts& silent, std::optional<std::uint16_t> last,
+                                                       const std::stop_token& stop) {
     if (!settings.url)
         return discovered(settings, silent, last, stop);
     auto address = modelAddress(*settings.url);
@@ -399,7 +402,8 @@ public:
         const std::scoped_lock lock(mutex_);
         place_.reset();
     }
-    std::expected<Place, ModelAbsence> find(const LocalModelSettings& settings, const std::stop_token& stop) {
+    std::expected<Place, platform::ModelAbsence> find(const LocalModelSettings& settings,
+                                                      const std::stop_token& stop) {
         auto place = findPlace(settings, silent_, last(), stop);
         const std::scoped_lock lock(mutex_);
         if (place) {
@@ -426,7 +430,7 @@ LocalModel::LocalModel(LocalModelSettings settings)
 
 LocalModel::~LocalModel() = default;
 
-std::optional<ModelAbsence> LocalModel::absence(std::stop_token stop) const {
+std::optional<platform::ModelAbsence> LocalModel::absence(std::stop_token stop) const {
     if (auto obstacle = obstacleToAsking(settings_, stop))
         return obstacle;
     if (const auto known = memory_->place()) {
@@ -446,24 +450,27 @@ std::optional<ModelAbsence> LocalModel::absence(std::stop_token stop) const {
     return std::move(place.error());
 }
 
-std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& request,
-                                                           std::stop_token stop) const {
+std::expected<std::string, platform::ModelError> LocalModel::respond(const platform::ModelRequest& request,
+                                                                     std::stop_token stop) const {
     if (const auto obstacle = obstacleToAsking(settings_, stop))
-        return std::unexpected(ModelError{.text = obstacle->detail});
+        return std::unexpected(platform::ModelError{.text = obstacle->detail});
     auto known = memory_->place();
     if (known) {
         // It may run elsewhere by now. A server that is busy says so late, but before it is told anything.
         Whereabouts whereabouts(known->address, settings_.answerDeadline, stop, known->mayKnow);
         if (const auto obstacle = whereabouts.obstacle(known->model, Reason::other)) {
             if (whereabouts.isSilent())
-                return std::unexpected(ModelError{.text = obstacle->absence.detail, .isSilent = true});
+                return std::unexpected(
+                    platform::ModelError{.text = obstacle->absence.detail, .isSilent = true});
             memory_->forget();
             known.reset();
         }
     }
-    const auto place = known ? std::expected<Place, ModelAbsence>(*known) : memory_->find(settings_, stop);
+    const auto place =
+        known ? std::expected<Place, platform::ModelAbsence>(*known) : memory_->find(settings_, stop);
     if (!place)
-        return std::unexpected(ModelError{.text = place.error().detail, .isSilent = place.error().isSilent});
+        return std::unexpected(
+            platform::ModelError{.text = place.error().detail, .isSilent = place.error().isSilent});
     const auto reply = exchange(place->address,
                                 {.path = "/v1/chat/completions",
                                  .json = chatBody(request, place->model),
@@ -474,14 +481,14 @@ std::expected<std::string, ModelError> LocalModel::respond(const ModelRequest& r
     if (reply ? reply->status != ok : !isSilence(reply.error()))
         memory_->forget();
     if (!reply)
-        return std::unexpected(
-            ModelError{.text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),
-                                       ModelError::longestText),
-                       .isSilent = isSilence(reply.error())});
+        return std::unexpected(platform::ModelError{
+            .text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),
+                            platform::ModelError::longestText),
+            .isSilent = isSilence(reply.error())});
     auto answer = readAnswer(reply->status, reply->body, place->address.display());
     if (!answer)
-        answer.error().text = clipped(answer.error().text, ModelError::longestText);
+        answer.error().text = clipped(answer.error().text, platform::ModelError::longestText);
     return answer;
 }
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

@@ -1,11 +1,11 @@
-#include "platform/linux/curl_library.h"
+#include "ai/server/curl_library.h"
 
 #include <dlfcn.h>
 
 #include <array>
 #include <optional>
 
-namespace ulvak::platform {
+namespace ulvak {
 namespace {
 
 /// One interface under the names of its builds.
@@ -65,4 +65,4 @@ const CurlLibrary* CurlLibrary::instance() {
     return library ? &*library : nullptr;
 }
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

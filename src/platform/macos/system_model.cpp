@@ -1,4 +1,4 @@
-#include "platform/language_model.h"
+#include "platform/macos/system_model.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -2,7 +2,7 @@
 
 #include <curl/curl.h>
 
-namespace ulvak::platform {
+namespace ulvak {
 
 /// The functions of libcurl that are used here, from a library that is loaded when the first of them is
 /// needed. Linked in, it and the thirty libraries it brings along would make every start of the program
@@ -33,4 +33,4 @@ struct CurlLibrary {
     [[nodiscard]] static const CurlLibrary* instance();
 };
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

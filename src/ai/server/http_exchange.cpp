@@ -1,4 +1,4 @@
-#include "platform/linux/http_exchange.h"
+#include "ai/server/http_exchange.h"
 
 #include <sys/socket.h>
 
@@ -8,9 +8,9 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/curl_library.h"
+#include "ai/server/curl_library.h"
 
-namespace ulvak::platform {
+namespace ulvak {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -275,4 +275,4 @@ std::expected<HttpReply, HttpError> exchange(const ModelAddress& address, const 
     return Exchange(*curl, address, request).run(stop);
 }
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

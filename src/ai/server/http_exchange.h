@@ -8,9 +8,9 @@
 #include <stop_token>
 #include <string>
 
-#include "platform/linux/model_address.h"
+#include "ai/server/model_address.h"
 
-namespace ulvak::platform {
+namespace ulvak {
 
 struct HttpRequest {
     std::string path;  ///< below the server's root: "/v1/models"
@@ -51,4 +51,4 @@ inline constexpr std::size_t longestReply = 512U * 1024;
                                                            const HttpRequest& request,
                                                            const std::stop_token& stop = {});
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

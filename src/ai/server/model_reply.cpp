@@ -1,4 +1,4 @@
-#include "platform/linux/model_reply.h"
+#include "ai/server/model_reply.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include "platform/ascii.h"
 
-namespace ulvak::platform {
+namespace ulvak {
 namespace {
 
 /// Keeps keys in a tree: a hostile reply with many of them costs no more than its length.
@@ -22,23 +22,23 @@ constexpr long serviceUnavailable = 503;
 
 struct CodeRow {
     std::string_view code;  ///< the beginning of a code or type, lower case, letters only
-    ModelError::Kind kind;
+    platform::ModelError::Kind kind;
 };
 
 /// There is no common list of these; every row is in use somewhere or the plain name of the case.
 constexpr std::array<CodeRow, 12> codes = {{
-    {"contentfilter", ModelError::Kind::guardrailViolation},
-    {"contentpolicy", ModelError::Kind::guardrailViolation},
-    {"guardrail", ModelError::Kind::guardrailViolation},
-    {"moderation", ModelError::Kind::guardrailViolation},
-    {"safety", ModelError::Kind::guardrailViolation},
-    {"refusal", ModelError::Kind::refusal},
-    {"modelrefusal", ModelError::Kind::refusal},
-    {"refused", ModelError::Kind::refusal},
-    {"unsupportedlanguage", ModelError::Kind::unsupportedLanguage},
-    {"unsupportedlocale", ModelError::Kind::unsupportedLanguage},
-    {"languagenotsupported", ModelError::Kind::unsupportedLanguage},
-    {"localenotsupported", ModelError::Kind::unsupportedLanguage},
+    {"contentfilter", platform::ModelError::Kind::guardrailViolation},
+    {"contentpolicy", platform::ModelError::Kind::guardrailViolation},
+    {"guardrail", platform::ModelError::Kind::guardrailViolation},
+    {"moderation", platform::ModelError::Kind::guardrailViolation},
+    {"safety", platform::ModelError::Kind::guardrailViolation},
+    {"refusal", platform::ModelError::Kind::refusal},
+    {"modelrefusal", platform::ModelError::Kind::refusal},
+    {"refused", platform::ModelError::Kind::refusal},
+    {"unsupportedlanguage", platform::ModelError::Kind::unsupportedLanguage},
+    {"unsupportedlocale", platform::ModelError::Kind::unsupportedLanguage},
+    {"languagenotsupported", platform::ModelError::Kind::unsupportedLanguage},
+    {"localenotsupported", platform::ModelError::Kind::unsupportedLanguage},
 }};
 
 /// Lower case.
@@ -47,7 +47,7 @@ constexpr std::array<std::string_view, 4> languageMessages = {
     "language not supported"};
 
 std::string lettersOf(std::string_view text) {
-    std::string letters = lowerAscii(text);
+    std::string letters = platform::lowerAscii(text);
     std::erase_if(letters, [](char c) { return c < 'a' || c > 'z'; });
     return letters;
 }
@@ -104,35 +104,35 @@ ServiceError wordsOf(const Json& json, std::string_view body) {
     return {.message = isForPeople ? std::string(body.substr(0, longestServiceText)) : std::string()};
 }
 
-ModelError::Kind kindOf(const ServiceError& error) {
+platform::ModelError::Kind kindOf(const ServiceError& error) {
     for (const std::string& name : {lettersOf(error.code), lettersOf(error.type)}) {
         const auto row =
             std::ranges::find_if(codes, [&](const CodeRow& r) { return name.starts_with(r.code); });
         if (row != codes.end())
             return row->kind;
     }
-    const std::string message = lowerAscii(error.message);
+    const std::string message = platform::lowerAscii(error.message);
     const bool isLanguage = std::ranges::any_of(
         languageMessages, [&](std::string_view words) { return message.contains(words); });
-    return isLanguage ? ModelError::Kind::unsupportedLanguage : ModelError::Kind::other;
+    return isLanguage ? platform::ModelError::Kind::unsupportedLanguage : platform::ModelError::Kind::other;
 }
 
 /// "error loading model" is the opposite of it: that one will not be there later either.
 bool speaksOfLoading(const ServiceError& error) {
-    return lowerAscii(error.message).starts_with("loading model") ||
-           lowerAscii(error.type) == "unavailable_error";
+    return platform::lowerAscii(error.message).starts_with("loading model") ||
+           platform::lowerAscii(error.type) == "unavailable_error";
 }
 
-ModelError other(std::string text) {
+platform::ModelError other(std::string text) {
     return {.text = std::move(text)};
 }
 
-ModelError failure(long status, const ServiceError& error, std::string_view server) {
+platform::ModelError failure(long status, const ServiceError& error, std::string_view server) {
     const std::string place = "Model sunucusu (" + std::string(server) + ")";
     const std::string words = clipped(error.message, longestServiceText);
-    const ModelError::Kind kind = kindOf(error);
+    const platform::ModelError::Kind kind = kindOf(error);
     const bool saysNothing = status == serviceUnavailable && words.empty();
-    if (kind == ModelError::Kind::other && (saysNothing || speaksOfLoading(error)))
+    if (kind == platform::ModelError::Kind::other && (saysNothing || speaksOfLoading(error)))
         return other(place + " modeli henüz yüklüyor. Biraz sonra tekrar dene." +
                      (words.empty() ? "" : " " + words));
     if (status >= 300 && status < 400)
@@ -145,7 +145,7 @@ ModelError failure(long status, const ServiceError& error, std::string_view serv
 }
 
 /// A reply that is a success and JSON.
-std::expected<std::string, ModelError> answerIn(const Json& body, std::string_view server) {
+std::expected<std::string, platform::ModelError> answerIn(const Json& body, std::string_view server) {
     const std::string unexpected =
         "Model sunucusunun (" + std::string(server) +
         ") yanıtı beklenen biçimde değil. Sunucuyu güncelle ya da başka birini dene.";
@@ -158,12 +158,12 @@ std::expected<std::string, ModelError> answerIn(const Json& body, std::string_vi
     const std::string refusal = message != nullptr ? text(*message, "refusal") : std::string();
     if (ending == "content_filter")
         return std::unexpected(
-            ModelError{.kind = ModelError::Kind::guardrailViolation,
-                       .text = "Modelin güvenlik filtresi yanıtı durdurdu (content_filter)."});
+            platform::ModelError{.kind = platform::ModelError::Kind::guardrailViolation,
+                                 .text = "Modelin güvenlik filtresi yanıtı durdurdu (content_filter)."});
     if (!refusal.empty())
-        return std::unexpected(
-            ModelError{.kind = ModelError::Kind::refusal,
-                       .text = "Model yanıt vermeyi reddetti: " + clipped(refusal, longestServiceText)});
+        return std::unexpected(platform::ModelError{
+            .kind = platform::ModelError::Kind::refusal,
+            .text = "Model yanıt vermeyi reddetti: " + clipped(refusal, longestServiceText)});
     if (ending == "length")
         return std::unexpected(other(
             "Modelin yanıtı yarım kaldı: bağlamı bu klasörün bilgilerine yetmedi. Sunucuyu daha büyük bir "
@@ -197,7 +197,7 @@ ModelList readModelList(long status, std::string_view body) {
 }
 
 bool isCloudModel(std::string_view name) {
-    std::string lower = lowerAscii(name.substr(0, name.find('@')));
+    std::string lower = platform::lowerAscii(name.substr(0, name.find('@')));
     lower.resize(lower.find_last_not_of(" \t\n\v\f\r") + 1);
     return lower.ends_with("-cloud") || lower.ends_with(":cloud");
 }
@@ -213,15 +213,15 @@ ModelPlace readShow(long status, std::string_view body) {
     if (std::ranges::find(unknown, status) != unknown.end()) {
         // A server that knows the question says in the same way that it has no such model.
         const auto error = serviceError(json);
-        return error && lowerAscii(error->message).contains("model") ? ModelPlace::unclear
-                                                                     : ModelPlace::notAsked;
+        return error && platform::lowerAscii(error->message).contains("model") ? ModelPlace::unclear
+                                                                               : ModelPlace::notAsked;
     }
     if (status != 200 || !json.is_object())
         return ModelPlace::unclear;
     // One of the servers has status 200 also for what it does not know.
     if (const auto error = serviceError(json))
-        return lowerAscii(error->message).starts_with("unexpected endpoint") ? ModelPlace::notAsked
-                                                                             : ModelPlace::unclear;
+        return platform::lowerAscii(error->message).starts_with("unexpected endpoint") ? ModelPlace::notAsked
+                                                                                       : ModelPlace::unclear;
     for (const char* key : {"remote_host", "remote_model"}) {
         const Json* place = member(json, key);
         if (place != nullptr && !place->is_string())
@@ -239,8 +239,8 @@ bool isLoading(long status, std::string_view body) {
     return error && (status == serviceUnavailable || speaksOfLoading(*error));
 }
 
-std::expected<std::string, ModelError> readAnswer(long status, std::string_view body,
-                                                  std::string_view server) {
+std::expected<std::string, platform::ModelError> readAnswer(long status, std::string_view body,
+                                                            std::string_view server) {
     const Json json = parsed(body);
     const auto error = serviceError(json);
     if (status != 200 || error)
@@ -252,7 +252,7 @@ std::expected<std::string, ModelError> readAnswer(long status, std::string_view 
     return answerIn(json, server);
 }
 
-std::string chatBody(const ModelRequest& request, std::string_view model) {
+std::string chatBody(const platform::ModelRequest& request, std::string_view model) {
     const std::string system =
         request.instructions +
         "\n\nAnswer with one JSON object and nothing else. It must match this JSON schema:\n" +
@@ -290,10 +290,10 @@ std::string clipped(std::string_view text, std::size_t longest) {
         return line;
     constexpr std::string_view cutMark = "…";
     std::size_t end = longest - std::min(longest, cutMark.size());
-    while (end > 0 && isContinuation(line[end]))
+    while (end > 0 && platform::isContinuation(line[end]))
         --end;
     line.resize(end);
     return line.append(cutMark);
 }
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

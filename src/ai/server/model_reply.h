@@ -10,7 +10,7 @@
 
 /// What the replies of a local model server mean. Pure; nothing of a reply is trusted. The interface is the
 /// one that such servers have in common: lists of models and chat completions as JSON.
-namespace ulvak::platform {
+namespace ulvak {
 
 /// A list of models, or why there is none.
 struct ModelList {
@@ -54,15 +54,15 @@ enum class ModelPlace : std::uint8_t {
 /// - unsupportedLanguage: an error whose code or type says so ("unsupported_language", "unsupported_locale"
 ///   and their like), or whose message does in so many words.
 /// `server` is the server's address for the user.
-[[nodiscard]] std::expected<std::string, ModelError> readAnswer(long status, std::string_view body,
-                                                                std::string_view server);
+[[nodiscard]] std::expected<std::string, platform::ModelError> readAnswer(long status, std::string_view body,
+                                                                          std::string_view server);
 
 /// The body of POST /v1/chat/completions. The instructions begin the system message and the prompt is the
 /// user message, both unchanged. Servers hold an answer to the schema without showing it to the model, so it
 /// follows the instructions as text.
-[[nodiscard]] std::string chatBody(const ModelRequest& request, std::string_view model);
+[[nodiscard]] std::string chatBody(const platform::ModelRequest& request, std::string_view model);
 
 /// At most `longest` bytes of a text, whole characters, runs of white space as one blank.
 [[nodiscard]] std::string clipped(std::string_view text, std::size_t longest);
 
-}  // namespace ulvak::platform
+}  // namespace ulvak

@@ -1,4 +1,4 @@
-#include "platform/linux/model_address.h"
+#include "ai/server/model_address.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -10,10 +10,10 @@
 #include <cstring>
 #include <optional>
 
+#include "ai/server/curl_library.h"
 #include "platform/ascii.h"
-#include "platform/linux/curl_library.h"
 
-namespace ulvak::platform {
+namespace ulvak {
 namespace {
 
 constexpr std::string_view socketPrefix = "unix:";
@@ -151,10 +151,10 @@ std::expected<ModelAddress, RefusedAddress> modelAddress(std::string_view text) 
     const ParsedUrl url(*curl, text.contains("://") ? std::string(text) : "http://" + std::string(text));
     if (!url.isValid() || text.contains('\0'))
         return refused(text, "bir adres değil");
-    const std::string scheme = lowerAscii(url.part(CURLUPART_SCHEME));
+    const std::string scheme = platform::lowerAscii(url.part(CURLUPART_SCHEME));
     if (scheme != "http" && scheme != "https")
         return refused(text, "http ya da https olmalı");
-    const std::string host = lowerAscii(url.part(CURLUPART_HOST));
+    const std::string host = platform::lowerAscii(url.part(CURLUPART_HOST));
     const auto number = isLoopbackNumber(host);
     if (!url.part(CURLUPART_ZONEID).empty() || !number.value_or(isLocalName(host)))
         return refused(text, "bu bilgisayarın adresi değil");
@@ -190,4 +190,4 @@ bool isLocal(const sockaddr& address) {
     return false;
 }
 
-}  // namespace ulvak::platform
+}  // namespace ulvak
