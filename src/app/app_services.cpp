@@ -3,7 +3,7 @@
 #include "ai/machine_model.h"
 #include "platform/file_browser.h"
 #include "platform/running_applications.h"
-#include "scan/scanner.h"
+#include "survey/scanner.h"
 
 namespace ulvak {
 AppServices AppServices::system(const UserFolders& folders) {

@@ -19,8 +19,8 @@
 #include "core/disk_info.h"
 #include "core/finding.h"
 #include "core/paths.h"
-#include "scan/scan_error.h"
 #include "scan/scan_progress.h"
+#include "survey/scan_error.h"
 
 namespace ulvak {
 

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "classify/rule.h"
+#include "classify/simulator_info.h"
 #include "core/finding.h"
 #include "core/paths.h"
 #include "scan/dir_node.h"
 #include "scan/linked_file.h"
-#include "scan/simulator_info.h"
 
 namespace ulvak {
 

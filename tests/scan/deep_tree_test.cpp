@@ -13,11 +13,11 @@
 #include <vector>
 
 #include "scan/disk_walker.h"
-#include "scan/scanner.h"
 #include "scan/tree_walk.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
+#include "survey/scanner.h"
 
 namespace ulvak {
 namespace {

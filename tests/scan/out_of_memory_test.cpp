@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "scan/scanner.h"
 #include "scan/tree_walk.h"
 #include "support/environment.h"
 #include "support/failing_allocation.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
+#include "survey/scanner.h"
 
 namespace ulvak {
 namespace {

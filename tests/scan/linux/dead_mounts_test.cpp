@@ -3,11 +3,11 @@
 #include <string>
 
 #include "scan/disk_walker.h"
-#include "scan/scanner.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"
+#include "survey/scanner.h"
 
 namespace ulvak {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/dump.h"
+#include "cli/dump.h"
 
 #include <gtest/gtest.h>
 

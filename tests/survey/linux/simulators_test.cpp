@@ -1,4 +1,4 @@
-#include "scan/simulators.h"
+#include "survey/simulators.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/dump.h"
+#include "cli/dump.h"
 
 #include <algorithm>
 #include <ranges>
@@ -7,11 +7,11 @@
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
 #include "ai/machine_model.h"
-#include "app/standard_streams.h"
+#include "cli/standard_streams.h"
 #include "core/checked_add.h"
 #include "core/format.h"
 #include "core/text.h"
-#include "scan/scanner.h"
+#include "survey/scanner.h"
 
 namespace ulvak::Diagnostics {
 namespace {

@@ -1,4 +1,4 @@
-#include "scan/scanner.h"
+#include "survey/scanner.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

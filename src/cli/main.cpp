@@ -2,9 +2,9 @@
 #include <string>
 #include <system_error>
 
-#include "app/command_line.h"
-#include "app/dump.h"
-#include "app/standard_streams.h"
+#include "cli/command_line.h"
+#include "cli/dump.h"
+#include "cli/standard_streams.h"
 #include "core/paths.h"
 #include "core/text.h"
 #include "platform/program.h"

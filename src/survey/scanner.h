@@ -9,8 +9,8 @@
 
 #include "core/finding.h"
 #include "core/paths.h"
-#include "scan/scan_error.h"
 #include "scan/scan_progress.h"
+#include "survey/scan_error.h"
 
 namespace ulvak {
 

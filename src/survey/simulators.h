@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "classify/simulator_info.h"
 #include "platform/file_time.h"
-#include "scan/simulator_info.h"
 
 /// The simulator devices that the developer tools have installed. Safe from any thread.
 namespace ulvak::Simulators {

@@ -1,4 +1,4 @@
-#include "scan/scanner.h"
+#include "survey/scanner.h"
 
 #include <algorithm>
 #include <future>
@@ -12,7 +12,7 @@
 #include "platform/files.h"
 #include "platform/reach.h"
 #include "scan/disk_walker.h"
-#include "scan/simulators.h"
+#include "survey/simulators.h"
 
 namespace ulvak {
 namespace {

@@ -1,4 +1,4 @@
-#include "scan/simulators.h"
+#include "survey/simulators.h"
 
 #include <algorithm>
 #include <array>
