@@ -6,7 +6,7 @@
 #include "app/dump.h"
 #include "app/standard_streams.h"
 #include "core/text.h"
-#include "platform/program.h"
+#include "platform/process.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 #include "app/app_services.h"
 
-#include "platform/file_browser.h"
-#include "platform/running_applications.h"
+#include "platform/desktop.h"
 #include "scan/scanner.h"
 
 namespace ulvak {

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/single_instance.h"
+#include "platform/desktop.h"
 
 namespace ulvak {
 

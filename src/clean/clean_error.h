@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/file_error.h"
+#include "platform/files.h"
 
 namespace ulvak {
 

@@ -15,8 +15,8 @@
 #include "core/checked_add.h"
 #include "core/largest_first.h"
 #include "core/paths.h"
-#include "platform/package_name.h"
-#include "platform/quiet_access.h"
+#include "platform/directory.h"
+#include "platform/files.h"
 
 namespace ulvak {
 namespace {

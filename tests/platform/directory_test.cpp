@@ -19,7 +19,6 @@
 #include <vector>
 
 #include "platform/files.h"
-#include "platform/folder_facts.h"
 #include "support/isolation.h"
 #include "support/system.h"
 #include "support/temp_tree.h"

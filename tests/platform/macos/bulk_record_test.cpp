@@ -1,4 +1,4 @@
-#include "platform/macos/bulk_record.h"
+#include "platform/macos/bulk_listing.h"
 
 #include <gtest/gtest.h>
 
