@@ -17,7 +17,7 @@ namespace ulvak::platform {
 /// waits for the desktop, up to a few seconds.
 [[nodiscard]] bool revealInFileBrowser(std::span<const std::string> paths);
 
-/// As `revealInFileBrowser` for what the desktop opens a URL with.
+/// Has the desktop open a URL with the program for it. Fails and waits as `revealInFileBrowser`.
 bool openUrl(std::string_view url);
 
 /// Whether this system has a page of privacy settings on which the user can let this program see more.

@@ -71,8 +71,9 @@ std::optional<std::string> ownProgram() {
 /// file is. But a name takes room on the disk, and whoever cleans may have none: then it is a pipe all the
 /// same, and that instant is risked.
 std::expected<PipeEnds, std::error_code> makePipe() {
-    auto ends = makeFifo();
-    return ends ? ends : makePlainPipe();
+    if (auto ends = makeFifo())
+        return ends;
+    return makePlainPipe();
 }
 
 }  // namespace ulvak::platform
