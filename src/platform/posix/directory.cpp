@@ -12,7 +12,6 @@
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
-
 namespace {
 
 using posix::lastError;
