@@ -13,6 +13,7 @@
 
 #include "platform/file_descriptor.h"
 #include "platform/file_time.h"
+#include "platform/files.h"
 
 namespace ulvak::platform {
 
@@ -50,15 +51,6 @@ struct DirectoryEntry {
     [[nodiscard]] const char* terminatedName() const { return name.data(); }
 };
 
-/// What tells an open folder from every other, also from one that is made after it is gone.
-struct FolderIdentity {
-    std::uint64_t volume = 0;
-    std::uint64_t number = 0;
-    std::optional<FileTime> born;  ///< numbers are given again; absent where the file system does not keep it
-
-    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
-};
-
 /// An open folder. Whatever is opened from it is found relative to it, however long its path has become
 /// and whoever renames its parents. Move-only; closes itself. Safe to read from several threads.
 class Directory {
@@ -77,7 +69,7 @@ public:
     [[nodiscard]] std::expected<Directory, std::error_code> openParent() const;
 
     /// Absent when the system does not say.
-    [[nodiscard]] std::optional<FolderIdentity> identity() const;
+    [[nodiscard]] std::optional<ItemIdentity> identity() const;
 
     /// Whether `path`, links followed, leads to this very folder now.
     [[nodiscard]] bool isAt(const std::string& path) const;

@@ -24,6 +24,15 @@ class Directory;
 /// The number of a volume, and that of a file or folder on it: two names with the same are one.
 using FileNumber = std::pair<std::uint64_t, std::uint64_t>;
 
+/// What tells an item or an open folder from whatever else takes its name. A file system gives a number that
+/// has become free to the next file, so the date of birth belongs to it where the system knows that.
+struct ItemIdentity {
+    FileNumber number;
+    std::optional<FileTime> born;
+
+    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
+};
+
 /// A change to the disk that failed, as the system reported it.
 struct FileError {
     std::error_code code;  ///< `std::generic_category` wherever the system gave a number

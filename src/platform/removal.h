@@ -7,21 +7,11 @@
 
 #include "platform/directory.h"
 #include "platform/file_descriptor.h"
-#include "platform/file_time.h"
 #include "platform/files.h"
 
 /// Removing for good. Only `Cleaner` may ask for it: nothing here knows what must be kept.
 /// Threads: blocks the caller for as long as it takes; several at once are independent.
 namespace ulvak::platform {
-
-/// What tells an item from whatever else takes its name. A file system gives a number that has become free to
-/// the next file, so the date of birth belongs to it where the system knows that.
-struct ItemIdentity {
-    FileNumber number;
-    std::optional<FileTime> born;
-
-    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
-};
 
 /// Of the entry `name` of `parent`, a link's own. Absent when nothing is there or this user may not look.
 [[nodiscard]] std::optional<ItemIdentity> entryIdentity(const Directory& parent, const std::string& name);

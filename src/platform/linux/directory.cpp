@@ -74,17 +74,6 @@ bool describe(DirectoryEntry& entry, int folder) {
 
 }  // namespace
 
-std::optional<FolderIdentity> Directory::identity() const {
-    struct statx info{};
-    if (::statx(handle(), "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &info) != 0)
-        return std::nullopt;
-    FolderIdentity identity{.volume = (std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor,
-                            .number = info.stx_ino};
-    if ((info.stx_mask & STATX_BTIME) != 0)
-        identity.born = posix::fileTime(info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
-    return identity;
-}
-
 EntryReader::EntryReader(Attributes asked)
     : asked_(asked), buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;

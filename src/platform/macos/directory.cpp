@@ -66,16 +66,6 @@ int readBulk(int folder, Attributes asked, Turns& turns, std::size_t& number, st
 
 }  // namespace
 
-std::optional<FolderIdentity> Directory::identity() const {
-    struct stat info{};
-    if (::fstat(handle(), &info) != 0)
-        return std::nullopt;
-    return FolderIdentity{
-        .volume = posix::volumeNumber(info),
-        .number = info.st_ino,
-        .born = posix::fileTime(info.st_birthtimespec.tv_sec, info.st_birthtimespec.tv_nsec)};
-}
-
 EntryReader::EntryReader(Attributes asked)
     : asked_(asked), buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;

@@ -59,6 +59,10 @@ std::expected<Directory, std::error_code> Directory::openParent() const {
     return from(posix::openFolder(handle(), ".."));
 }
 
+std::optional<ItemIdentity> Directory::identity() const {
+    return posix::identityAt(handle(), "");
+}
+
 bool Directory::isAt(const std::string& path) const {
     struct stat own{};
     struct stat other{};
