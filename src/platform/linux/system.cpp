@@ -33,6 +33,7 @@ constexpr std::size_t longestPath = 4095;
 template <typename Open>
 FileDescriptor openQuietly(int flags, Open open) {
     FileDescriptor opened = open(flags | O_NOATIME);
+    // NOLINTNEXTLINE(clang-analyzer-unix.Errno): whatever is not open has set it
     if (!opened.isOpen() && errno == EPERM)
         opened = open(flags);
     return opened;
