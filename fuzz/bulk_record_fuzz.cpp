@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/macos/bulk_record.h"
+#include "platform/macos/bulk_listing.h"
 
 // Reads an input as what a file system has put into the buffer of a listing. Whatever it is, each record
 // leads further into it, and a name lies in it, with its end.

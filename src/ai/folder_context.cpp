@@ -10,8 +10,9 @@
 
 #include "ai/fact_text.h"
 #include "core/text.h"
-#include "platform/folder_facts.h"
-#include "platform/reach.h"
+#include "platform/directory.h"
+#include "platform/files.h"
+#include "platform/volume.h"
 
 namespace ulvak::FolderContext {
 namespace {
@@ -149,16 +150,31 @@ std::string parentLine(std::string_view parent, std::span<const ChildSummary> al
     return line;
 }
 
+/// What cannot be opened has no names.
+platform::Directory opened(const std::string& folder) {
+    return platform::Directory::open(folder).value_or(platform::Directory());
+}
+
+/// The first `most` names in a folder in the system's order, as long as `goesOn(name)`. Whoever stops early
+/// has paid for the beginning only.
+template <typename GoesOn>
+void forNames(const platform::Directory& folder, std::size_t most, GoesOn goesOn) {
+    platform::EntryReader reader(platform::Attributes::listed);
+    reader.start(folder);
+    for (std::size_t seen = 0; seen < most; ++seen) {
+        const platform::DirectoryEntry* entry = reader.next();
+        if (entry == nullptr || !goesOn(entry->name))
+            return;
+    }
+}
+
 void addContents(std::vector<std::string>& lines, const Finding& finding) {
     if (finding.children.empty()) {
-        platform::FolderListing listing(finding.urls.front());
         std::vector<std::string> names;
-        while (names.size() < mostItems) {
-            const auto name = listing.next();
-            if (!name)
-                break;
-            names.push_back(FactText::name(*name));
-        }
+        forNames(opened(finding.urls.front()), mostItems, [&](std::string_view name) {
+            names.push_back(FactText::name(name));
+            return true;
+        });
         if (!names.empty())
             lines.push_back("Items inside: " + joined(names, ", "));
         return;
@@ -194,15 +210,13 @@ std::optional<std::string> firstName(const std::string& folder, std::size_t most
     const platform::Reach::Place place = reach.follow(folder);
     if (!place.isThere)
         return std::nullopt;
-    platform::FolderListing listing(place.path);
-    for (std::size_t seen = 0; seen < most; ++seen) {
-        const auto name = listing.next();
-        if (!name)
-            break;
-        if (passes(*name))
-            return std::string(*name);
-    }
-    return std::nullopt;
+    std::optional<std::string> found;
+    forNames(opened(place.path), most, [&](std::string_view name) {
+        if (passes(name))
+            found = name;
+        return !found;
+    });
+    return found;
 }
 
 std::string installedHint(std::string_view owner, const Circumstances& around, const platform::Reach& reach) {
@@ -256,25 +270,25 @@ void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
 
 void addExcerpts(std::vector<std::string>& lines, const std::string& url, const Circumstances& around) {
     std::vector<std::string> excerpts;
-    platform::FolderListing listing(url);
+    const platform::Directory folder = opened(url);
     std::size_t candidates = 0;
-    for (std::size_t seen = 0; seen < around.mostNames && candidates < around.mostCandidates; ++seen) {
-        const auto listed = listing.next();
-        if (!listed || excerpts.size() == mostExcerpts)
-            break;
-        if (!isOneOf(textExtensions, lowerCased(Paths::extension(*listed))))
-            continue;
+    forNames(folder, around.mostNames, [&](std::string_view listed) {
+        if (candidates == around.mostCandidates || excerpts.size() == mostExcerpts)
+            return false;
+        if (!isOneOf(textExtensions, lowerCased(Paths::extension(listed))))
+            return true;
         ++candidates;
-        const std::string name(*listed);
-        const auto length = listing.length(name);
+        const std::string name(listed);
+        const auto length = platform::fileLength(folder, name);
         if (!length || *length < 1 || *length >= excerptLimit)
-            continue;
+            return true;
         std::string line = "- " + FactText::name(name) + ": ";
         const std::string text =
-            FactText::excerpt(listing.beginning(name, excerptBytes), excerptCharacters, line);
+            FactText::excerpt(platform::fileBeginning(folder, name, excerptBytes), excerptCharacters, line);
         if (!text.empty())
             excerpts.push_back(line.append(text));
-    }
+        return true;
+    });
     if (excerpts.empty())
         return;
     lines.emplace_back("Small text files inside:");

@@ -1,8 +1,7 @@
 #include "app/app_services.h"
 
 #include "ai/machine_model.h"
-#include "platform/file_browser.h"
-#include "platform/running_applications.h"
+#include "platform/desktop.h"
 #include "survey/scanner.h"
 
 namespace ulvak {

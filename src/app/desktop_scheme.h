@@ -3,7 +3,7 @@
 #include <QObject>
 #include <atomic>
 
-#include "platform/color_scheme.h"
+#include "platform/desktop.h"
 
 namespace ulvak {
 

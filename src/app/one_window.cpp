@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "core/paths.h"
-#include "platform/ending_signals.h"
+#include "platform/process.h"
 #include "store/verdict_store.h"
 
 namespace ulvak {

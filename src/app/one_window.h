@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "core/paths.h"
-#include "platform/single_instance.h"
+#include "platform/desktop.h"
 
 namespace ulvak {
 

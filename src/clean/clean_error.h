@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/paths.h"
-#include "platform/file_error.h"
+#include "platform/files.h"
 
 namespace ulvak {
 

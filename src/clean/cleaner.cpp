@@ -15,8 +15,8 @@
 #include "clean/trash_judging.h"
 #include "core/paths.h"
 #include "core/text.h"
+#include "platform/desktop.h"
 #include "platform/removal.h"
-#include "platform/running_applications.h"
 #include "platform/trash.h"
 
 namespace ulvak {

@@ -11,8 +11,8 @@
 #include "clean/guard_rails.h"
 #include "platform/directory.h"
 #include "platform/files.h"
-#include "platform/guarded_folders.h"
-#include "platform/reach.h"
+#include "platform/user_folders.h"
+#include "platform/volume.h"
 
 namespace ulvak {
 

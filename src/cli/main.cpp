@@ -7,7 +7,7 @@
 #include "cli/standard_streams.h"
 #include "core/paths.h"
 #include "core/text.h"
-#include "platform/program.h"
+#include "platform/process.h"
 
 namespace {
 

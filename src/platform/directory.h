@@ -10,9 +10,10 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
+#include "platform/file_descriptor.h"
 #include "platform/file_time.h"
+#include "platform/files.h"
 
 namespace ulvak::platform {
 
@@ -23,10 +24,19 @@ enum class EntryKind : std::uint8_t {
     link,       ///< a symbolic link
 };
 
+/// What a listing asks the system about each entry.
+enum class Attributes : std::uint8_t {
+    listed,  ///< what the listing tells by itself: the name, and the kind where it knows that
+    all,     ///< everything below; one more call for each entry on some systems
+};
+
 struct DirectoryEntry {
-    /// The bytes of the name, without a terminating zero. Valid until the next `EntryReader::next`.
+    /// The bytes of the name. Valid until the next entry is read.
     std::string_view name;
+    /// Of what is only listed, `directory` and `link` are certain, and a `directory` may be a mount point.
     EntryKind kind = EntryKind::file;
+    bool isRegularFile = false;  ///< for certain
+    // The rest is absent from what is only listed.
     /// Bytes held on disk, files only; not the length: less when sparse, more for the last block.
     std::int64_t allocatedSize = 0;
     std::optional<FileTime> modified;
@@ -35,15 +45,10 @@ struct DirectoryEntry {
     // Which file it is; of those with several names only.
     std::uint32_t volume = 0;
     std::uint64_t number = 0;
-};
 
-/// What tells an open folder from every other, also from one that is made after it is gone.
-struct FolderIdentity {
-    std::uint64_t volume = 0;
-    std::uint64_t number = 0;
-    std::optional<FileTime> born;  ///< numbers are given again; absent where the file system does not keep it
-
-    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
+    /// The name for system calls: in the reader's buffer a zero byte follows it.
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage)
+    [[nodiscard]] const char* terminatedName() const { return name.data(); }
 };
 
 /// An open folder. Whatever is opened from it is found relative to it, however long its path has become
@@ -51,11 +56,6 @@ struct FolderIdentity {
 class Directory {
 public:
     Directory() = default;
-    ~Directory() { close(); }
-    Directory(Directory&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
-    Directory& operator=(Directory&& other) noexcept;
-    Directory(const Directory&) = delete;
-    Directory& operator=(const Directory&) = delete;
 
     /// Follows links, as whoever names a folder by its path expects. Fails with the system's error.
     [[nodiscard]] static std::expected<Directory, std::error_code> open(const std::string& path);
@@ -69,30 +69,32 @@ public:
     [[nodiscard]] std::expected<Directory, std::error_code> openParent() const;
 
     /// Absent when the system does not say.
-    [[nodiscard]] std::optional<FolderIdentity> identity() const;
+    [[nodiscard]] std::optional<ItemIdentity> identity() const;
 
     /// Whether `path`, links followed, leads to this very folder now.
     [[nodiscard]] bool isAt(const std::string& path) const;
 
-    [[nodiscard]] bool isOpen() const { return handle_ >= 0; }
-    void close();
+    [[nodiscard]] bool isOpen() const { return descriptor_.isOpen(); }
+    void close() { descriptor_.close(); }
 
     /// The system's own handle, for the platform's calls; stays this object's.
-    [[nodiscard]] int handle() const { return handle_; }
+    [[nodiscard]] int handle() const { return descriptor_.get(); }
 
 private:
-    explicit Directory(int handle) : handle_(handle) {}
+    /// Fails with what `errno` says when it is not open.
+    [[nodiscard]] static std::expected<Directory, std::error_code> from(FileDescriptor descriptor);
 
-    int handle_ = -1;
+    FileDescriptor descriptor_;
 };
 
 using NameSet = std::set<std::string, std::less<>>;
 
-/// Lists folders one after the other with what the walk needs to know of each entry, in the system's
-/// order, without "." and "..". Opens no entry. Keep one per thread: its buffer is used again.
+/// Lists folders one after the other, in the system's order, without "." and "..", and tells of each entry
+/// what is asked for. Opens no entry, and reads on only as far as it is asked to. Keep one per thread: its
+/// buffer is used again.
 class EntryReader {
 public:
-    EntryReader();
+    explicit EntryReader(Attributes asked = Attributes::all);
     ~EntryReader();
     EntryReader(const EntryReader&) = delete;
     EntryReader& operator=(const EntryReader&) = delete;
@@ -115,12 +117,24 @@ public:
     /// Why the listing ended early, if it did.
     [[nodiscard]] std::error_code error() const { return error_; }
 
+    /// For whoever changes a folder while it is listed, of readers that ask for what is `listed`: reads one
+    /// piece, from where the handle of `directory` stands, in place of any before. Seeking to 0 starts over.
+    /// Whether there was one; a piece that cannot be understood as a whole is an error.
+    [[nodiscard]] std::expected<bool, std::error_code> readPiece(const Directory& directory);
+
+    /// The next entry of that piece; nothing at its end.
+    [[nodiscard]] const DirectoryEntry* nextOfPiece();
+
 private:
     struct Turns {
         std::mutex mutex;
         std::size_t taken = 0;
     };
 
+    /// The next piece; false at the end of the listing and after an error.
+    [[nodiscard]] bool fill();
+
+    Attributes asked_;
     std::unique_ptr<std::byte[]> buffer_;
     std::size_t position_ = 0;
     std::size_t end_ = 0;
@@ -141,5 +155,9 @@ private:
 
 /// Whether an error says that handles have run out, which another thread may mend at any moment.
 [[nodiscard]] bool isOutOfHandles(std::error_code error);
+
+/// Whether a folder of this name is a document or bundle that people see as one item: by what follows the
+/// last dot of the name, whatever the case of its letters. The same on every system.
+[[nodiscard]] bool isPackageName(std::string_view name);
 
 }  // namespace ulvak::platform

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/file_descriptor.h"
+
 /// Small files that a program keeps and must not lose. Everything blocks until the disk has answered. Paths
 /// are bytes. Safe from any thread and for several programs at once, on one path too.
 namespace ulvak::platform {
@@ -48,14 +50,13 @@ namespace ulvak::platform {
 class FileLock {
 public:
     FileLock(const std::string& path, std::chrono::milliseconds patience);
-    ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
     [[nodiscard]] bool isHeld() const { return isHeld_; }
 
 private:
-    int handle_ = -1;
+    FileDescriptor descriptor_;
     bool isHeld_ = false;
 };
 

@@ -77,4 +77,7 @@ public:
                                                                          std::stop_token stop = {}) const = 0;
 };
 
+/// The system's own; null where it has none. Costs nothing until it is asked something.
+[[nodiscard]] const LanguageModel* systemLanguageModel();
+
 }  // namespace ulvak::platform

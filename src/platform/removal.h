@@ -4,49 +4,28 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <system_error>
-#include <utility>
-#include <vector>
 
 #include "platform/directory.h"
-#include "platform/file_error.h"
-#include "platform/file_time.h"
+#include "platform/file_descriptor.h"
 #include "platform/files.h"
 
 /// Removing for good. Only `Cleaner` may ask for it: nothing here knows what must be kept.
 /// Threads: blocks the caller for as long as it takes; several at once are independent.
 namespace ulvak::platform {
 
-/// What tells an item from whatever else takes its name. A file system gives a number that has become free to
-/// the next file, so the date of birth belongs to it where the system knows that.
-struct ItemIdentity {
-    FileNumber number;
-    std::optional<FileTime> born;
-
-    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
-};
-
 /// Of the entry `name` of `parent`, a link's own. Absent when nothing is there or this user may not look.
 [[nodiscard]] std::optional<ItemIdentity> entryIdentity(const Directory& parent, const std::string& name);
 
 /// Keeps the number of an entry, a link's own, from being given to another while it lives, for file systems
-/// that know no dates of birth. Holds a handle, or nothing where none is to be had, or where numbers are
-/// never given twice.
+/// that know no dates of birth. Move-only; holds a handle, or nothing where none is to be had, or where
+/// numbers are never given twice.
 class HeldEntry {
 public:
     HeldEntry() = default;
     HeldEntry(const Directory& parent, const std::string& name);
-    ~HeldEntry();
-    HeldEntry(HeldEntry&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
-    HeldEntry& operator=(HeldEntry&& other) noexcept {
-        std::swap(handle_, other.handle_);
-        return *this;
-    }
-    HeldEntry(const HeldEntry&) = delete;
-    HeldEntry& operator=(const HeldEntry&) = delete;
 
 private:
-    int handle_ = -1;
+    FileDescriptor descriptor_;
 };
 
 /// Removes the entry `name` of `parent`, and if it is a folder everything in it first, however deep.
@@ -72,8 +51,5 @@ private:
 /// Of the entry `name` of `parent`, a link's own, as `FileInfo` has it. Absent when nothing is there or this
 /// user may not look.
 [[nodiscard]] std::optional<FileNumber> entryNumber(const Directory& parent, const std::string& name);
-
-/// The names in an open folder, hidden ones included, sorted by their bytes.
-[[nodiscard]] std::expected<std::vector<std::string>, std::error_code> entryNames(const Directory& folder);
 
 }  // namespace ulvak::platform

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/directory.h"
-#include "platform/file_error.h"
+#include "platform/files.h"
 #include "platform/removal.h"
 
 /// The desktop's Trash. Threads: any. Everything here blocks for as long as the disk takes, never call it on

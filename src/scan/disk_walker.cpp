@@ -6,7 +6,6 @@
 
 #include "core/paths.h"
 #include "platform/files.h"
-#include "platform/reach.h"
 #include "platform/user_folders.h"
 #include "platform/volume.h"
 #include "scan/tree_walk.h"

@@ -8,53 +8,20 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <utility>
 #include <vector>
 
 #include "core/text.h"
-#include "platform/pipe.h"
+#include "platform/process.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): glibc declares it, others do not
 
 namespace ulvak::Shell {
 namespace {
 
-class Handle {
-public:
-    explicit Handle(int value = -1) : value_(value) {}
-    Handle(Handle&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
-    Handle& operator=(Handle&& other) noexcept {
-        std::swap(value_, other.value_);
-        return *this;
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    ~Handle() { close(); }
-
-    [[nodiscard]] int get() const { return value_; }
-    void close() {
-        if (value_ >= 0)
-            ::close(std::exchange(value_, -1));
-    }
-
-private:
-    int value_;
-};
-
-struct Pipe {
-    Handle read;
-    Handle write;
-};
-
-std::expected<Pipe, std::error_code> makePipe() {
-    const auto ends = platform::makePipe();
-    if (!ends)
-        return std::unexpected(ends.error());
-    return Pipe{.read = Handle(ends->read), .write = Handle(ends->write)};
-}
+using platform::PipeEnds;
 
 /// Reads on when there is more than anybody wants: a writer that nobody reads would wait.
-std::string readToEnd(const Handle& handle) {
+std::string readToEnd(const platform::FileDescriptor& handle) {
     std::string bytes;
     std::vector<char> buffer(65536);  // not on the stack, which may be small
     for (;;) {
@@ -71,7 +38,7 @@ std::string readToEnd(const Handle& handle) {
 /// is, and a group of its own, so that a stop ends its children too.
 class SpawnSetup {
 public:
-    SpawnSetup(const Pipe& output, const Pipe& error) {
+    SpawnSetup(const PipeEnds& output, const PipeEnds& error) {
         ::posix_spawn_file_actions_init(&actions_);
         ::posix_spawnattr_init(&attributes_);
         sigset_t usual;
@@ -137,8 +104,8 @@ std::expected<Result, std::error_code> run(const std::string& path, std::span<co
         argv.push_back(word.data());
     argv.push_back(nullptr);
 
-    auto output = makePipe();
-    auto error = makePipe();
+    auto output = platform::makePipe();
+    auto error = platform::makePipe();
     if (!output || !error)
         return std::unexpected(output ? error.error() : output.error());
     pid_t process = 0;

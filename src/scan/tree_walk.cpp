@@ -15,8 +15,8 @@
 #include "core/checked_add.h"
 #include "core/largest_first.h"
 #include "core/paths.h"
-#include "platform/package_name.h"
-#include "platform/quiet_access.h"
+#include "platform/directory.h"
+#include "platform/files.h"
 
 namespace ulvak {
 namespace {
@@ -190,7 +190,7 @@ struct TreeWalk::Frame {
     const SkipTree* skips = nullptr;
     bool keepsHandle = true;        ///< otherwise it is for the worker alone that has made it
     platform::Directory directory;  ///< open until the last sub-folder has been
-    std::optional<platform::FolderIdentity> identity;  ///< where it is not kept open
+    std::optional<platform::ItemIdentity> identity;  ///< where it is not kept open
 
     std::vector<SubFolder> subFolders;
     std::string names;
@@ -293,7 +293,7 @@ void TreeWalk::Frame::reset() {
 /// An open folder that a worker has come to on its way, to find others from.
 struct TreeWalk::Place {
     platform::Directory directory;
-    std::optional<platform::FolderIdentity> identity;
+    std::optional<platform::ItemIdentity> identity;
     int depth = 0;
 
     [[nodiscard]] bool isAt(const Frame& frame) const {

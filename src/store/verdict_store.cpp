@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/files.h"
-#include "platform/reach.h"
 #include "platform/user_folders.h"
+#include "platform/volume.h"
 
 namespace ulvak {
 namespace {

@@ -10,7 +10,7 @@
 #include "classify/analyzer.h"
 #include "classify/rule_book.h"
 #include "platform/files.h"
-#include "platform/reach.h"
+#include "platform/volume.h"
 #include "scan/disk_walker.h"
 #include "survey/simulators.h"
 

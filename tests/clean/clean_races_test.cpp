@@ -8,7 +8,7 @@
 #include <string>
 
 #include "clean_support.h"
-#include "platform/posix/tree_removal.h"
+#include "platform/posix/removal_calls.h"
 #include "swapper.h"
 
 // Somebody swaps folders for links to a folder of canaries while they are cleaned. Whoever follows such a

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "platform/pipe.h"
+#include "platform/process.h"
 #include "support/isolation.h"
 
 namespace ulvak {
@@ -16,17 +16,17 @@ namespace {
 
 TEST(StandardStreams, NonBlockingPipeGetsEverything) {
     test::inChild([] {
-        const auto ends = platform::makePipe();
+        auto ends = platform::makePipe();
         ASSERT_TRUE(ends);
-        ASSERT_EQ(::fcntl(ends->write, F_SETFL, O_NONBLOCK), 0);
-        ASSERT_EQ(::dup2(ends->write, STDOUT_FILENO), STDOUT_FILENO);
-        ::close(ends->write);
+        ASSERT_EQ(::fcntl(ends->write.get(), F_SETFL, O_NONBLOCK), 0);
+        ASSERT_EQ(::dup2(ends->write.get(), STDOUT_FILENO), STDOUT_FILENO);
+        ends->write.close();
         const std::string text(1'000'000, 'x');
         std::size_t received = 0;
         std::jthread reader([&] {
             std::array<char, 4096> buffer{};
             while (received < text.size()) {
-                const ssize_t count = ::read(ends->read, buffer.data(), buffer.size());
+                const ssize_t count = ::read(ends->read.get(), buffer.data(), buffer.size());
                 ASSERT_GT(count, 0);
                 received += static_cast<std::size_t>(count);
             }

@@ -33,7 +33,7 @@ const std::string longOption = "--[a-z][a-z-]*";
 
 /// The options that --help lists.
 Words helpedOptions() {
-    const std::string text = textOf(project() / "src/app/command_line.cpp");
+    const std::string text = textOf(project() / "src/cli/command_line.cpp");
     const std::size_t begin = text.find("R\"(");
     return matches(text.substr(begin, text.find(")\"", begin) - begin), longOption);
 }
@@ -63,7 +63,7 @@ TEST(Shipped, EveryPageAndCompletionKnowsTheOptionsOfTheHelp) {
 
 TEST(Shipped, EveryPageAndCompletionKnowsTheLevels) {
     for (const std::string& text :
-         {textOf(project() / "src/app/command_line.cpp"), page("ulvak.1"), page("ulvak.tr.1"),
+         {textOf(project() / "src/cli/command_line.cpp"), page("ulvak.1"), page("ulvak.tr.1"),
           completion("_ulvak"), completion("ulvak.bash"), completion("ulvak.fish")}) {
         const Words levels = {"safe", "regenerable", "caution", "unknown", "keep"};
         EXPECT_EQ(matches(text, R"(\b(safe|regenerable|caution|unknown|keep)\b)"), levels) << text;

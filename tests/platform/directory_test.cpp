@@ -19,7 +19,6 @@
 #include <vector>
 
 #include "platform/files.h"
-#include "platform/folder_facts.h"
 #include "support/isolation.h"
 #include "support/system.h"
 #include "support/temp_tree.h"
@@ -316,6 +315,67 @@ TEST(EntryReader, TellsEveryKindOfEntry) {
     for (const char* name : {"file", "hole", "empty", "fifo", "socket", ".hidden", "second"})
         EXPECT_EQ(seen.at(name).allocatedSize, tree.allocated(name)) << name;
     EXPECT_EQ(seen.at("folder").allocatedSize, 0) << "what a folder's own list takes is not counted";
+}
+
+TEST(EntryReader, TellsOfWhatIsOnlyListedItsNameAndItsKindAlone) {
+    const TempTree tree({folder("folder", {file("deep")}), file("file", 3'000'000), link("link", "file"),
+                         link("nowhere", "absent"), fifo("fifo"), test::socket("socket")});
+    const Directory directory = opened(tree.path());
+    EntryReader listed(Attributes::listed);
+    listed.start(directory);
+    std::map<std::string, bool> isRegular;
+    while (const DirectoryEntry* entry = listed.next()) {
+        isRegular[std::string(entry->name)] = entry->isRegularFile;
+        EXPECT_EQ(entry->terminatedName(), std::string(entry->name));
+        EXPECT_EQ(entry->kind, entry->name == "folder"                             ? EntryKind::directory
+                               : entry->name == "link" || entry->name == "nowhere" ? EntryKind::link
+                                                                                   : EntryKind::file);
+        EXPECT_EQ(entry->allocatedSize, 0) << entry->name;
+        EXPECT_EQ(entry->modified, std::nullopt) << entry->name;
+    }
+    EXPECT_FALSE(listed.error());
+    const std::map<std::string, bool> expected = {{"folder", false},  {"file", true},  {"link", false},
+                                                  {"nowhere", false}, {"fifo", false}, {"socket", false}};
+    EXPECT_EQ(isRegular, expected);
+
+    ASSERT_EQ(::lseek(directory.handle(), 0, SEEK_SET), 0);
+    EntryReader all;
+    all.start(directory);
+    isRegular.clear();
+    while (const DirectoryEntry* entry = all.next())
+        isRegular[std::string(entry->name)] = entry->isRegularFile;
+    EXPECT_EQ(isRegular, expected) << "who asks for more knows this too";
+}
+
+TEST(EntryReader, ReadsOnePieceAfterTheOtherFromWhereTheFolderStands) {
+    TempTree tree({folder("big"), folder("small", {file("inside")})});
+    constexpr std::size_t count = 5'000;
+    for (std::size_t number = 0; number < count; ++number)
+        tree.add("big", {file("a name that is long enough for several pieces " + std::to_string(number))});
+    const Directory big = opened(tree.path("big"));
+    const Directory small = opened(tree.path("small"));
+    EntryReader reader(Attributes::listed);
+    for (const char* round : {"first", "again"}) {
+        std::set<std::string> seen;
+        std::size_t pieces = 0;
+        for (auto piece = reader.readPiece(big); piece && *piece; piece = reader.readPiece(big)) {
+            ++pieces;
+            while (const DirectoryEntry* entry = reader.nextOfPiece())
+                EXPECT_TRUE(seen.emplace(entry->name).second) << "twice: " << entry->name;
+            // Another folder between two pieces takes nothing from the first.
+            ASSERT_EQ(::lseek(small.handle(), 0, SEEK_SET), 0);
+            ASSERT_TRUE(reader.readPiece(small).value_or(false));
+            const DirectoryEntry* inside = reader.nextOfPiece();
+            ASSERT_NE(inside, nullptr);
+            EXPECT_EQ(inside->name, "inside");
+            ASSERT_FALSE(reader.readPiece(small).value_or(true));
+            EXPECT_EQ(reader.nextOfPiece(), nullptr);
+        }
+        EXPECT_EQ(seen.size(), count) << round;
+        EXPECT_GT(pieces, 1U);
+        ASSERT_EQ(::lseek(big.handle(), 0, SEEK_SET), 0);
+    }
+    EXPECT_EQ(reader.readPiece(Directory()).error(), std::errc::bad_file_descriptor);
 }
 
 TEST(EntryReader, TellsTheNamesOfOneFileFromOthers) {

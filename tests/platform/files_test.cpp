@@ -1,10 +1,15 @@
 #include "platform/files.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <string>
+#include <utility>
 
+#include "platform/file_descriptor.h"
 #include "support/isolation.h"
 #include "support/system.h"
 #include "support/temp_tree.h"
@@ -157,6 +162,44 @@ TEST(IsOwnFolder, HoldsForFoldersOfThisUserAlone) {
     if (const auto reason = test::whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
     test::asUnprivileged([] { EXPECT_EQ(isOwnFolder("/"), false); });
+}
+
+TEST(LinkTarget, IsWhatTheLinkSaysWhereverThatLeads) {
+    const std::string deep(1'000, 'd');
+    const TempTree tree({file("file"), link("link", "file"), link("nowhere", "../absent\n\xff"),
+                         link("absolute", "/"), link("long", deep), folder("folder")});
+    EXPECT_EQ(linkTarget(tree.path("link")), "file");
+    EXPECT_EQ(linkTarget(tree.path("nowhere")), "../absent\n\xff");
+    EXPECT_EQ(linkTarget(tree.path("absolute")), "/");
+    EXPECT_EQ(linkTarget(tree.path("long")), deep);
+    for (const std::string name : {"file", "folder", "absent", "file/x"})
+        EXPECT_EQ(linkTarget(tree.path(name)), std::nullopt) << name;
+}
+
+TEST(FileDescriptor, ClosesOnceWhateverBecomesOfItAndLeavesTheErrorAlone) {
+    const TempTree tree({file("file")});
+    const std::size_t before = test::openHandles();
+    const auto open = [&] { return FileDescriptor(::open(tree.path("file").c_str(), O_RDONLY | O_CLOEXEC)); };
+    {
+        FileDescriptor one = open();
+        FileDescriptor other = open();
+        EXPECT_EQ(test::openHandles(), before + 2);
+        const int number = other.get();
+        one = std::move(other);
+        EXPECT_EQ(one.get(), number);
+        EXPECT_EQ(test::openHandles(), before + 1) << "what it held before is closed at once";
+        const FileDescriptor taken(one.release());
+        EXPECT_FALSE(one.isOpen());
+        EXPECT_EQ(taken.get(), number);
+        one = FileDescriptor(::dup(number));
+        ::close(one.get());
+        errno = ENOENT;
+        one.close();
+        EXPECT_EQ(errno, ENOENT) << "though closing has failed";
+        one.close();
+        EXPECT_FALSE(FileDescriptor(-1).isOpen());
+    }
+    EXPECT_EQ(test::openHandles(), before);
 }
 
 TEST(ResolvedPath, HasNoLinksDotsOrDoubledSlashes) {

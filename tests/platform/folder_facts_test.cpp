@@ -1,4 +1,4 @@
-#include "platform/folder_facts.h"
+#include "platform/files.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -9,7 +9,7 @@
 #include <stop_token>
 #include <vector>
 
-#include "platform/package_name.h"
+#include "platform/directory.h"
 #include "support/isolation.h"
 #include "support/open_watch.h"
 #include "support/temp_tree.h"
@@ -23,11 +23,17 @@ using testing::IsEmpty;
 using testing::Pair;
 using testing::UnorderedElementsAre;
 
+Directory opened(const std::string& path) {
+    return Directory::open(path).value_or(Directory());
+}
+
 std::vector<std::string> names(const std::string& path) {
-    FolderListing listing(path);
+    const Directory folder = opened(path);
+    EntryReader listing(Attributes::listed);
+    listing.start(folder);
     std::vector<std::string> found;
-    while (const auto name = listing.next())
-        found.emplace_back(*name);
+    while (const DirectoryEntry* entry = listing.next())
+        found.emplace_back(entry->name);
     return found;
 }
 
@@ -59,28 +65,28 @@ TEST(FolderListing, HasNoNamesWhereNothingCanBeListed) {
     EXPECT_THAT(names(tree.path("a")), IsEmpty());
     EXPECT_THAT(names(tree.path("f")), IsEmpty());
     EXPECT_THAT(names(tree.path("boş")), IsEmpty());
-    FolderListing listing(tree.path("yok"));
-    EXPECT_EQ(listing.length("a"), std::nullopt);
-    EXPECT_EQ(listing.beginning("a", 10), "");
+    const Directory listing = opened(tree.path("yok"));
+    EXPECT_EQ(fileLength(listing, "a"), std::nullopt);
+    EXPECT_EQ(fileBeginning(listing, "a", 10), "");
 }
 
 TEST(FolderListing, LengthIsKnownOfRegularFilesOnly) {
     const TempTree tree({textFile("a", "abc"), textFile("boş", ""), folder("d"), fifo("f"), socket("s"),
                          link("l", "a"), sparseFile("elsewhere", 1'000)});
-    const FolderListing listing(tree.path());
-    EXPECT_EQ(listing.length("a"), 3);
-    EXPECT_EQ(listing.length("boş"), 0);
+    const Directory listing = opened(tree.path());
+    EXPECT_EQ(fileLength(listing, "a"), 3);
+    EXPECT_EQ(fileLength(listing, "boş"), 0);
     for (const char* name : {"d", "f", "s", "l", "elsewhere", "yok"})
-        EXPECT_EQ(listing.length(name), std::nullopt) << name;
+        EXPECT_EQ(fileLength(listing, name), std::nullopt) << name;
 }
 
 TEST(FolderListing, BeginningIsReadFromRegularFilesOnlyAndNeverWaits) {
     const TempTree tree({textFile("a", "abcdef"), fifo("f"), socket("s"), link("l", "a"), folder("d")});
-    const FolderListing listing(tree.path());
-    EXPECT_EQ(listing.beginning("a", 4), "abcd");
-    EXPECT_EQ(listing.beginning("a", 300), "abcdef");
+    const Directory listing = opened(tree.path());
+    EXPECT_EQ(fileBeginning(listing, "a", 4), "abcd");
+    EXPECT_EQ(fileBeginning(listing, "a", 300), "abcdef");
     for (const char* name : {"f", "s", "l", "d", "yok"})
-        EXPECT_EQ(listing.beginning(name, 4), "") << name;
+        EXPECT_EQ(fileBeginning(listing, name, 4), "") << name;
 }
 
 TEST(FolderListing, WhatIsNoRegularFileIsNotEvenOpened) {
@@ -88,13 +94,13 @@ TEST(FolderListing, WhatIsNoRegularFileIsNotEvenOpened) {
         GTEST_SKIP() << *reason;
     const TempTree tree({textFile("a", "abc"), fifo("f"), socket("s"), link("l", "a"), folder("d"),
                          sparseFile("elsewhere", 1'000)});
-    const FolderListing listing(tree.path());
+    const Directory listing = opened(tree.path());
     const OpenWatch watch(tree.path());
     ASSERT_TRUE(watch.isWatching());
     for (const char* name : {"f", "s", "l", "d", "elsewhere"})
-        EXPECT_EQ(listing.beginning(name, 4), "") << name;
+        EXPECT_EQ(fileBeginning(listing, name, 4), "") << name;
     EXPECT_THAT(watch.opened(), IsEmpty());
-    EXPECT_EQ(listing.beginning("a", 4), "abc");
+    EXPECT_EQ(fileBeginning(listing, "a", 4), "abc");
     EXPECT_THAT(watch.opened(), ElementsAre("a"));
 }
 
@@ -104,7 +110,7 @@ TEST(FolderFacts, LooksLeaveAccessDatesAsTheyAre) {
         setAccessDate(tree.path(place));
     EXPECT_EQ(lastAccess(tree.path()), longAgo);
     EXPECT_EQ(names(tree.path()).size(), 2U);
-    EXPECT_EQ(FolderListing(tree.path()).beginning("a.txt", 3), "abc");
+    EXPECT_EQ(fileBeginning(opened(tree.path()), "a.txt", 3), "abc");
     EXPECT_EQ(sampled(tree.path()).size(), 2U);
     for (const char* place : {"", "a.txt", "d"})
         EXPECT_EQ(lastAccess(tree.path(place)), longAgo) << place;

@@ -1,4 +1,4 @@
-#include "platform/pipe.h"
+#include "platform/process.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,25 +13,24 @@ namespace {
 
 TEST(Pipe, CarriesBytesAndEndsWithItsWriter) {
     const std::size_t before = test::openHandles();
-    const auto ends = makePipe();
+    auto ends = makePipe();
     ASSERT_TRUE(ends) << ends.error().message();
-    ASSERT_EQ(::write(ends->write, "abc", 3), 3);
+    ASSERT_EQ(::write(ends->write.get(), "abc", 3), 3);
     std::array<char, 8> buffer{};
-    EXPECT_EQ(::read(ends->read, buffer.data(), buffer.size()), 3);
+    EXPECT_EQ(::read(ends->read.get(), buffer.data(), buffer.size()), 3);
     EXPECT_EQ(buffer[2], 'c');
-    ::close(ends->write);
-    EXPECT_EQ(::read(ends->read, buffer.data(), buffer.size()), 0);
-    ::close(ends->read);
+    ends->write.close();
+    EXPECT_EQ(::read(ends->read.get(), buffer.data(), buffer.size()), 0);
+    ends->read.close();
     EXPECT_EQ(test::openHandles(), before);
 }
 
 TEST(Pipe, IsNotInheritedAndItsReaderWaits) {
     const auto ends = makePipe();
     ASSERT_TRUE(ends) << ends.error().message();
-    for (const int end : {ends->read, ends->write}) {
+    for (const int end : {ends->read.get(), ends->write.get()}) {
         EXPECT_NE(::fcntl(end, F_GETFD) & FD_CLOEXEC, 0);
         EXPECT_EQ(::fcntl(end, F_GETFL) & O_NONBLOCK, 0);
-        ::close(end);
     }
 }
 

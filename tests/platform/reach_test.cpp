@@ -1,4 +1,4 @@
-#include "platform/reach.h"
+#include "platform/volume.h"
 
 #include <gtest/gtest.h>
 

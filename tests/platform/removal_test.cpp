@@ -255,11 +255,11 @@ public:
     explicit Elsewhere(const TempTree& tree) {
         for (const char* path : {"away", "item/away", "item/room/away"})
             numbers_.push_back(numberOf(::open(tree.path(path).c_str(), O_RDONLY | O_CLOEXEC), true));
-        calls.read = [this](posix::NameReader& reader, int folder) {
-            if (std::ranges::find(numbers_, numberOf(folder, false)) == numbers_.end())
-                return reader.read(folder);
-            errno = EDEADLK;
-            return -1;
+        calls.read = [this](EntryReader& reader,
+                            const Directory& folder) -> std::expected<bool, std::error_code> {
+            if (std::ranges::find(numbers_, numberOf(folder.handle(), false)) == numbers_.end())
+                return reader.readPiece(folder);
+            return std::unexpected(std::error_code(EDEADLK, std::generic_category()));
         };
         calls.removePlaceholder = [this](int parent, const char* name) {
             removed.emplace_back(name);
@@ -328,12 +328,12 @@ TEST(Removal, AFolderThatOthersRemoveMeanwhileMayHaveLivedElsewhere) {
 /// Moves the item aside before its listing ends, as another removal of it does.
 posix::RemovalCalls withAnotherThatMovesTheItemAside(const TempTree& tree) {
     posix::RemovalCalls calls;
-    calls.read = [&tree](posix::NameReader& reader, int folder) {
-        const int piece = reader.read(folder);
-        if (piece == 0) {
+    calls.read = [&tree](EntryReader& reader, const Directory& folder) {
+        const auto isThere = reader.readPiece(folder);
+        if (isThere == false) {
             EXPECT_EQ(::rename(tree.path("item").c_str(), tree.path("aside").c_str()), 0);
         }
-        return piece;
+        return isThere;
     };
     return calls;
 }

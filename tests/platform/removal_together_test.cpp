@@ -17,8 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/posix/removal_calls.h"
 #include "platform/posix/system.h"
-#include "platform/posix/tree_removal.h"
 #include "support/failing_allocation.h"
 #include "support/isolation.h"
 #include "support/system.h"
@@ -79,11 +79,11 @@ std::vector<TreeEntry> bushy(int count, std::optional<mode_t> mode = std::nullop
 class Meeting {
 public:
     Meeting(std::set<FileNumber> places, posix::RemovalCalls& calls) : places_(std::move(places)) {
-        calls.read = [this](posix::NameReader& reader, int handle) {
+        calls.read = [this](EntryReader& reader, const Directory& folder) {
             struct stat info{};
-            if (::fstat(handle, &info) == 0)
+            if (::fstat(folder.handle(), &info) == 0)
                 await({posix::volumeNumber(info), info.st_ino});
-            return reader.read(handle);
+            return reader.readPiece(folder);
         };
     }
 
@@ -113,9 +113,9 @@ TEST(RemovalTogether, SeveralThreadsTakePartInOneTree) {
     bool isPatient = true;
     posix::RemovalCalls calls = together();
     // Below the item nobody goes on before somebody else has come.
-    calls.read = [&](posix::NameReader& reader, int handle) {
+    calls.read = [&](EntryReader& reader, const Directory& folder) {
         struct stat info{};
-        if (::fstat(handle, &info) == 0 && info.st_ino != itemNumber->second) {
+        if (::fstat(folder.handle(), &info) == 0 && info.st_ino != itemNumber->second) {
             std::unique_lock lock(mutex);
             threads.insert(std::this_thread::get_id());
             condition.notify_all();
@@ -123,7 +123,7 @@ TEST(RemovalTogether, SeveralThreadsTakePartInOneTree) {
                 isPatient =
                     condition.wait_for(lock, std::chrono::seconds(30), [&] { return threads.size() > 1; });
         }
-        return reader.read(handle);
+        return reader.readPiece(folder);
     };
     EXPECT_TRUE(isRemoved(tree, calls));
     EXPECT_GT(threads.size(), 1U);
@@ -175,12 +175,12 @@ TEST(RemovalTogether, ALaterFailureThatComesSoonerIsNotTold) {
         const auto number = entryNumber(opened(both), "item").value();
         const auto slow = entryNumber(*opened(both).openBelow("item"), first.substr(5)).value();
         posix::RemovalCalls calls = together();
-        calls.read = [&](posix::NameReader& reader, int handle) {
+        calls.read = [&](EntryReader& reader, const Directory& folder) {
             struct stat info{};
-            const bool isSlow = ::fstat(handle, &info) == 0 && info.st_ino == slow.second;
+            const bool isSlow = ::fstat(folder.handle(), &info) == 0 && info.st_ino == slow.second;
             if (isSlow)
                 std::this_thread::sleep_for(std::chrono::milliseconds(30));
-            return reader.read(handle);
+            return reader.readPiece(folder);
         };
         const auto result = removeItem(both, calls, keptIn(both));
         ASSERT_FALSE(result);

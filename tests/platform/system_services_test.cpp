@@ -6,10 +6,9 @@
 #include <stop_token>
 #include <string>
 
+#include "platform/desktop.h"
 #include "platform/files.h"
-#include "platform/guarded_folders.h"
-#include "platform/program.h"
-#include "platform/running_applications.h"
+#include "platform/process.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
 #include "support/environment.h"

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "core/paths.h"
+#include "platform/directory.h"
 #include "platform/files.h"
-#include "platform/package_name.h"
 #include "support/isolation.h"
 #include "support/system.h"
 #include "support/temp_tree.h"

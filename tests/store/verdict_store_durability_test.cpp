@@ -20,7 +20,7 @@
 #include <utility>
 
 #include "platform/files.h"
-#include "platform/pipe.h"
+#include "platform/process.h"
 #include "store/verdict_store.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
@@ -51,31 +51,27 @@ public:
     using Report = std::function<void(std::int32_t)>;
 
     explicit Child(const std::function<void(const Report&)>& body) {
-        const auto pipe = platform::makePipe();
+        auto pipe = platform::makePipe();
         if (!pipe)
             return;
-        read_ = pipe->read;
+        read_ = std::move(pipe->read);
         process_ = ::fork();
         if (process_ == 0) {
             body([&](std::int32_t number) {
-                if (::write(pipe->write, &number, sizeof number) != sizeof number)
+                if (::write(pipe->write.get(), &number, sizeof number) != sizeof number)
                     ::_exit(1);
             });
             ::_exit(0);
         }
-        ::close(pipe->write);
     }
-    ~Child() {
-        kill();
-        ::close(read_);
-    }
+    ~Child() { kill(); }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
     /// The next number that it reports, in its time; -1 when it is no more.
     [[nodiscard]] std::int32_t next() const {
         std::int32_t number = -1;
-        return ::read(read_, &number, sizeof number) == sizeof number ? number : -1;
+        return ::read(read_.get(), &number, sizeof number) == sizeof number ? number : -1;
     }
 
     void kill() {
@@ -95,7 +91,7 @@ public:
 
 private:
     pid_t process_ = -1;
-    int read_ = -1;
+    platform::FileDescriptor read_;
 };
 
 /// Kills `child` somewhere in its work: after some reports, and then some time, less than two saves take.
@@ -219,7 +215,7 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFileAndLoseNo
             VerdictStore store(path);
             report(0);
             char sign = 0;  // neither may read what the other has written
-            if (::read(start->read, &sign, 1) != 1)
+            if (::read(start->read.get(), &sign, 1) != 1)
                 ::_exit(1);
             for (int i = 0; i < saves; ++i)
                 saveOne(store, prefix + std::to_string(i % entries), i);
@@ -230,7 +226,7 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFileAndLoseNo
     Child other(writer("/other/", 3));
     ASSERT_EQ(one.next(), 0);
     ASSERT_EQ(other.next(), 0);
-    ASSERT_EQ(::write(start->write, "go", 2), 2);
+    ASSERT_EQ(::write(start->write.get(), "go", 2), 2);
     std::atomic<bool> isOver = false;
     std::thread waiting([&] {
         EXPECT_EQ(one.next(), 1);
@@ -247,8 +243,6 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFileAndLoseNo
     EXPECT_TRUE(other.wait());
     EXPECT_THAT(VerdictStore(path).entries(), SizeIs(saves + 3)) << "nobody's is lost";
     EXPECT_THAT(platform::listNames(tree.path("Ulvak")), ElementsAre("verdicts.json"));
-    ::close(start->read);
-    ::close(start->write);
 }
 
 TEST(VerdictStoreDurability, AFullDiskLeavesTheOldFileAndNoLitter) {

@@ -1,11 +1,9 @@
 #include "ai/machine_model.h"
 
-#include "platform/macos/system_model.h"
-
 namespace ulvak {
 
 const platform::LanguageModel& machineModel() {
-    return platform::systemLanguageModel();
+    return *platform::systemLanguageModel();
 }
 
 }  // namespace ulvak

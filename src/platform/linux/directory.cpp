@@ -6,17 +6,35 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstddef>
+#include <cstring>
 
-#include "platform/linux/directory_record.h"
-#include "platform/posix/file_stamp.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
 namespace {
 
 constexpr std::size_t bufferSize = 64 * 1024;
+
+/// What `getdents64` writes of one entry: inode, offset, record length, type, name with its zero byte.
+struct DirectoryRecord {
+    const char* name = nullptr;  ///< in the buffer
+    unsigned char type = DT_UNKNOWN;
+    std::size_t length = 0;  ///< bytes to the next record
+
+    [[nodiscard]] bool isDotOrDotDot() const {
+        return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+    }
+};
+
+/// `start` is where the kernel has begun a record.
+DirectoryRecord directoryRecordAt(const std::byte* start) {
+    unsigned short length = 0;
+    std::memcpy(&length, start + offsetof(dirent64, d_reclen), sizeof length);
+    return {.name = reinterpret_cast<const char*>(start + offsetof(dirent64, d_name)),
+            .type = std::to_integer<unsigned char>(start[offsetof(dirent64, d_type)]),
+            .length = length};
+}
 
 EntryKind kindOf(const struct statx& info) {
     if (S_ISLNK(info.stx_mode))
@@ -37,36 +55,54 @@ void describeNames(DirectoryEntry& entry, const struct statx& info) {
     entry.number = info.stx_ino;
 }
 
-}  // namespace
-
-std::optional<FolderIdentity> Directory::identity() const {
-    struct statx info{};
-    if (::statx(handle_, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &info) != 0)
-        return std::nullopt;
-    FolderIdentity identity{.volume = (std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor,
-                            .number = info.stx_ino};
-    if ((info.stx_mask & STATX_BTIME) != 0)
-        identity.born = fileTime(info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
-    return identity;
+/// By what the kernel says of it; false when it says nothing.
+bool describe(DirectoryEntry& entry, int folder) {
+    struct statx info;  // NOLINT(cppcoreguidelines-pro-type-member-init): 256 bytes that the kernel fills
+    if (::statx(folder, entry.terminatedName(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
+                STATX_TYPE | STATX_BLOCKS | STATX_MTIME | STATX_NLINK | STATX_INO, &info) != 0)
+        return false;
+    entry.kind = kindOf(info);
+    entry.isRegularFile = S_ISREG(info.stx_mode);
+    if (entry.kind == EntryKind::file) {
+        entry.allocatedSize = posix::allocatedBytes(info.stx_blocks);
+        describeNames(entry, info);
+    }
+    if ((info.stx_mask & STATX_MTIME) != 0)
+        entry.modified = posix::fileTime(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec);
+    return true;
 }
 
-EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
+}  // namespace
+
+EntryReader::EntryReader(Attributes asked)
+    : asked_(asked), buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
+
+bool EntryReader::fill() {
+    const std::scoped_lock turn(turns_->mutex);
+    const auto count = ::syscall(SYS_getdents64, handle_, buffer_.get(), bufferSize);
+    if (count <= 0) {
+        if (count < 0)
+            error_ = posix::lastError();
+        return false;
+    }
+    piece_ = turns_->taken++;
+    position_ = 0;
+    end_ = static_cast<std::size_t>(count);
+    return true;
+}
 
 const DirectoryEntry* EntryReader::next() {
     for (;;) {
-        if (position_ == end_) {
-            const std::scoped_lock turn(turns_->mutex);
-            const auto count = ::syscall(SYS_getdents64, handle_, buffer_.get(), bufferSize);
-            if (count <= 0) {
-                if (count < 0)
-                    error_ = posix::lastError();
-                return nullptr;
-            }
-            piece_ = turns_->taken++;
-            position_ = 0;
-            end_ = static_cast<std::size_t>(count);
-        }
+        if (const DirectoryEntry* entry = nextOfPiece())
+            return entry;
+        if (!fill())
+            return nullptr;
+    }
+}
+
+const DirectoryEntry* EntryReader::nextOfPiece() {
+    while (position_ < end_) {
         const DirectoryRecord record = directoryRecordAt(buffer_.get() + position_);
         position_ += record.length;
         if (record.isDotOrDotDot())
@@ -80,19 +116,15 @@ const DirectoryEntry* EntryReader::next() {
             entry_.kind = EntryKind::link;
             return &entry_;
         }
-        struct statx info;  // NOLINT(cppcoreguidelines-pro-type-member-init): 256 bytes that the kernel fills
-        if (::statx(handle_, record.name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-                    STATX_TYPE | STATX_BLOCKS | STATX_MTIME | STATX_NLINK | STATX_INO, &info) != 0)
-            continue;
-        entry_.kind = kindOf(info);
-        if (entry_.kind == EntryKind::file) {
-            entry_.allocatedSize = allocatedBytes(info.stx_blocks);
-            describeNames(entry_, info);
+        if (asked_ == Attributes::listed) {
+            entry_.kind = record.type == DT_DIR ? EntryKind::directory : EntryKind::file;
+            entry_.isRegularFile = record.type == DT_REG;
+            return &entry_;
         }
-        if ((info.stx_mask & STATX_MTIME) != 0)
-            entry_.modified = fileTime(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec);
-        return &entry_;
+        if (describe(entry_, handle_))
+            return &entry_;
     }
+    return nullptr;
 }
 
 }  // namespace ulvak::platform

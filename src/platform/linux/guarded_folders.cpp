@@ -1,11 +1,10 @@
-#include "platform/guarded_folders.h"
-
 #include <glib.h>
 
-#include <vector>
+#include "platform/posix/user_folders.h"
+#include "platform/user_folders.h"
+#include "platform/volume.h"
 
-#include "platform/posix/common_folders.h"
-#include "platform/reach.h"
+// Apart from the other folders: whoever only scans does not load GLib for them.
 
 namespace ulvak::platform {
 

@@ -1,5 +1,3 @@
-#include "platform/running_applications.h"
-
 #include <fcntl.h>
 #include <glib.h>
 #include <unistd.h>
@@ -15,11 +13,13 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/desktop.h"
 #include "platform/durable_file.h"
+#include "platform/file_descriptor.h"
 #include "platform/files.h"
 #include "platform/linux/application_match.h"
-#include "platform/reach.h"
 #include "platform/user_folders.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {
@@ -32,11 +32,8 @@ using CString = std::unique_ptr<char, void (*)(void*)>;
 /// The beginning of a file that the kernel makes up; empty when it may not be read.
 std::string beginning(const std::string& path) {
     std::array<char, longestCommandLine> buffer{};
-    const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (handle < 0)
-        return {};
-    const ssize_t count = ::read(handle, buffer.data(), buffer.size());
-    ::close(handle);
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const ssize_t count = file.isOpen() ? ::read(file.get(), buffer.data(), buffer.size()) : 0;
     return {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
 }
 
@@ -51,9 +48,7 @@ std::vector<std::string> split(std::string_view text, char separator) {
 }
 
 std::string executableOf(const std::string& process) {
-    std::array<char, 4096> buffer{};
-    const ssize_t length = ::readlink((process + "/exe").c_str(), buffer.data(), buffer.size());
-    std::string path(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    std::string path = linkTarget(process + "/exe").value_or("");
     // An application that was updated while it runs.
     constexpr std::string_view deleted = " (deleted)";
     if (path.ends_with(deleted))

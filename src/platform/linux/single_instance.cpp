@@ -1,4 +1,4 @@
-#include "platform/single_instance.h"
+#include "platform/desktop.h"
 
 #include <gio/gio.h>
 #include <sys/stat.h>
@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/reach.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {

@@ -1,6 +1,5 @@
 #include "platform/posix/system.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <linux/openat2.h>
@@ -15,9 +14,6 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/linux/directory_record.h"
-#include "platform/posix/file_stamp.h"
-
 namespace ulvak::platform {
 
 // Asked for with each file that is opened.
@@ -29,16 +25,18 @@ QuietAccess::~QuietAccess() = default;
 namespace ulvak::platform::posix {
 namespace {
 
-constexpr std::size_t bufferSize = 64 * 1024;
 /// The longest path that the kernel takes in one call, without the terminating zero.
 constexpr std::size_t longestPath = 4095;
 
 /// Opens by `open(flags)`. O_NOATIME keeps our looks from renewing the dates that tell when somebody last
 /// used a folder or file. Only the owner may ask for it; others open without.
 template <typename Open>
-int openQuietly(int flags, Open open) {
-    const int handle = open(flags | O_NOATIME);
-    return handle < 0 && errno == EPERM ? open(flags) : handle;
+FileDescriptor openQuietly(int flags, Open open) {
+    FileDescriptor opened = open(flags | O_NOATIME);
+    // NOLINTNEXTLINE(clang-analyzer-unix.Errno): whatever is not open has set it
+    if (!opened.isOpen() && errno == EPERM)
+        opened = open(flags);
+    return opened;
 }
 
 bool mayBePermitted(const struct stat& folder) {
@@ -51,22 +49,19 @@ FileNumber fileNumber(const struct statx& info) {
 
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-/// `openat2` that crosses neither links nor mount points; -1 with `errno` set.
-int openWithin(int parent, const char* path, int flags) {
+/// `openat2` that crosses neither links nor mount points.
+FileDescriptor openWithin(int parent, const char* path, int flags) {
     open_how how{};
     how.flags = static_cast<unsigned>(flags);
     how.resolve = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
-    return static_cast<int>(::syscall(SYS_openat2, parent, path, &how, sizeof how));
+    return FileDescriptor(static_cast<int>(::syscall(SYS_openat2, parent, path, &how, sizeof how)));
 }
 
 /// Kernels before 5.6 do not know `openat2`, and some sandboxes refuse it.
 bool hasOpenat2() {
     static const bool answer = [] {
-        const int handle = openWithin(AT_FDCWD, ".", O_PATH | O_CLOEXEC);
-        if (handle < 0)
-            return errno != ENOSYS && errno != EPERM;
-        ::close(handle);
-        return true;
+        const FileDescriptor here = openWithin(AT_FDCWD, ".", O_PATH | O_CLOEXEC);
+        return here.isOpen() || (errno != ENOSYS && errno != EPERM);
     }();
     return answer;
 }
@@ -91,31 +86,31 @@ bool isSameMount(int one, int other) {
 }
 
 /// As `openWithin` for a single name, where there is no `openat2`.
-int openName(int parent, const char* name, int flags) {
-    const int handle = ::openat(parent, name, flags | O_NOFOLLOW);
-    if (handle >= 0 && !isSameMount(handle, parent)) {
-        ::close(handle);
+FileDescriptor openName(int parent, const char* name, int flags) {
+    FileDescriptor opened(::openat(parent, name, flags | O_NOFOLLOW));
+    if (opened.isOpen() && !isSameMount(opened.get(), parent)) {
+        opened.close();
         errno = EXDEV;
-        return -1;
     }
-    return handle;
+    return opened;
 }
 
-int openStep(int parent, const char* path, int flags) {
+FileDescriptor openStep(int parent, const char* path, int flags) {
     return hasOpenat2() ? openWithin(parent, path, flags) : openName(parent, path, flags);
 }
 
 }  // namespace
 
-int openFolder(int parent, const char* path) {
-    return openQuietly(listingFlags, [&](int flags) { return ::openat(parent, path, flags); });
+FileDescriptor openFolder(int parent, const char* path) {
+    return openQuietly(listingFlags,
+                       [&](int flags) { return FileDescriptor(::openat(parent, path, flags)); });
 }
 
-int openFolderBelow(int parent, const char* path) {
+FileDescriptor openFolderBelow(int parent, const char* path) {
     return openQuietly(listingFlags, [&](int flags) { return openStep(parent, path, flags); });
 }
 
-int openStepBelow(int parent, const char* path) {
+FileDescriptor openStepBelow(int parent, const char* path) {
     return openStep(parent, path, O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
 
@@ -129,9 +124,9 @@ std::size_t stepLength(std::string_view path) {
     return slash == std::string_view::npos ? path.size() : slash;
 }
 
-int openFile(int parent, const char* name) {
+FileDescriptor openFile(int parent, const char* name) {
     constexpr int fileFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
-    return openQuietly(fileFlags, [&](int flags) { return ::openat(parent, name, flags); });
+    return openQuietly(fileFlags, [&](int flags) { return FileDescriptor(::openat(parent, name, flags)); });
 }
 
 std::optional<Item> itemAt(int parent, const char* name) {
@@ -172,17 +167,13 @@ bool permit(int folder) {
 }
 
 bool permitBelow(int parent, const char* name, const FileNumber& number) {
-    const int handle = openStepBelow(parent, name);
-    if (handle < 0)
-        return false;
+    const FileDescriptor folder = openStepBelow(parent, name);
     struct stat info{};
     // A handle without the right to read knows no fchmod(2), but the name that "/proc" has for it does.
-    const bool isPermitted =
-        ::fstat(handle, &info) == 0 && mayBePermitted(info) &&
-        FileNumber{volumeNumber(info), info.st_ino} == number &&
-        ::chmod(("/proc/self/fd/" + std::to_string(handle)).c_str(), (info.st_mode & 07777) | S_IRWXU) == 0;
-    ::close(handle);
-    return isPermitted;
+    return folder.isOpen() && ::fstat(folder.get(), &info) == 0 && mayBePermitted(info) &&
+           FileNumber{volumeNumber(info), info.st_ino} == number &&
+           ::chmod(("/proc/self/fd/" + std::to_string(folder.get())).c_str(),
+                   (info.st_mode & 07777) | S_IRWXU) == 0;
 }
 
 std::optional<ItemIdentity> identityAt(int parent, const char* name) {
@@ -196,8 +187,8 @@ std::optional<ItemIdentity> identityAt(int parent, const char* name) {
     return identity;
 }
 
-int holdAt(int parent, const char* name) {
-    return ::openat(parent, name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+FileDescriptor holdAt(int parent, const char* name) {
+    return FileDescriptor(::openat(parent, name, O_PATH | O_NOFOLLOW | O_CLOEXEC));
 }
 
 int removePlaceholder(int /*parent*/, const char* /*name*/) {
@@ -214,41 +205,16 @@ int flushToDisk(int handle) {
 }
 
 std::optional<std::size_t> openHandles() {
-    NameReader reader;  // before the handle, which would stay open if there were no memory for it
-    const int own = openFolder(AT_FDCWD, "/proc/self/fd");
-    if (own < 0)
+    // The reader's memory before the handle: where there is none, nothing is left open.
+    EntryReader reader(Attributes::listed);
+    const auto own = Directory::open("/proc/self/fd");
+    if (!own)
         return std::nullopt;
+    reader.start(*own);
     std::size_t count = 0;
-    while (reader.read(own) > 0) {
-        while (reader.next() != nullptr)
-            ++count;
-    }
-    ::close(own);
+    while (reader.next() != nullptr)
+        ++count;
     return count;
-}
-
-NameReader::NameReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
-NameReader::~NameReader() = default;
-
-int NameReader::read(int folder) {
-    position_ = end_ = 0;
-    const auto count = ::syscall(SYS_getdents64, folder, buffer_.get(), bufferSize);
-    if (count <= 0)
-        return static_cast<int>(count);
-    end_ = static_cast<std::size_t>(count);
-    return 1;
-}
-
-const NameReader::Entry* NameReader::next() {
-    while (position_ < end_) {
-        const DirectoryRecord record = directoryRecordAt(buffer_.get() + position_);
-        position_ += record.length;
-        if (record.isDotOrDotDot())
-            continue;
-        entry_ = {.name = record.name, .isFolder = record.type == DT_DIR};
-        return &entry_;
-    }
-    return nullptr;
 }
 
 }  // namespace ulvak::platform::posix

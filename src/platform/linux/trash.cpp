@@ -16,9 +16,8 @@
 #include "platform/linux/trash_calls.h"
 #include "platform/linux/trash_folder.h"
 #include "platform/linux/trash_note.h"
-#include "platform/linux/trash_notes.h"
 #include "platform/posix/system.h"
-#include "platform/posix/system_home.h"
+#include "platform/posix/user_folders.h"
 #include "platform/user_folders.h"
 
 namespace ulvak::platform {
@@ -49,12 +48,6 @@ public:
     TrashMove(Spot from, const ItemIdentity& item, const std::string& path, const posix::TrashCalls& calls,
               TrashNotes::Notes* ahead)
         : from_(std::move(from)), item_(item), path_(path), calls_(calls), ahead_(ahead) {}
-    ~TrashMove() {
-        if (pinned_ >= 0)
-            ::close(pinned_);
-    }
-    TrashMove(const TrashMove&) = delete;
-    TrashMove& operator=(const TrashMove&) = delete;
 
     std::expected<TrashedItem, FileError> run() {
         if (const int failure = judge())
@@ -83,10 +76,10 @@ private:
     int judge() {
         if (path_.size() >= PATH_MAX)
             return ENAMETOOLONG;  // nobody could put it back
-        pinned_ = ::openat(from_.folder.handle(), from_.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
-        if (pinned_ < 0)
+        pinned_ = posix::holdAt(from_.folder.handle(), from_.name.c_str());
+        if (!pinned_.isOpen())
             return errno;
-        if (from_.identity() != item_ || posix::identityAt(pinned_, "") != item_)
+        if (from_.identity() != item_ || posix::identityAt(pinned_.get(), "") != item_)
             return ESTALE;
         return from_.folder.isAt(folderOf(path_)) ? 0 : ESTALE;
     }
@@ -95,7 +88,7 @@ private:
     /// copy what they move.
     [[nodiscard]] bool isItem(const Spot& spot) const {
         const auto there = spot.identity();
-        return there && there == posix::identityAt(pinned_, "");
+        return there && there == posix::identityAt(pinned_.get(), "");
     }
 
     /// Nothing where no note was written, or where it or the Trash has changed since.
@@ -194,14 +187,9 @@ private:
         if (::fstatat(from.folder.handle(), from.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
             return errno;
         const bool isFolder = S_ISDIR(info.st_mode);
-        const int made = isFolder ? ::mkdirat(to.folder.handle(), to.name.c_str(), 0700)
-                                  : ::openat(to.folder.handle(), to.name.c_str(),
-                                             O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-        if (made < 0)
-            return errno;
+        if (const int failure = makeEmpty(to, isFolder))
+            return failure;
         const auto own = to.identity();
-        if (!isFolder)
-            ::close(made);
         if (calls_.rename(from.folder.handle(), from.name.c_str(), to.folder.handle(), to.name.c_str(), 0) ==
             0)
             return 0;
@@ -209,6 +197,14 @@ private:
         if (to.identity() == own)
             ::unlinkat(to.folder.handle(), to.name.c_str(), isFolder ? AT_REMOVEDIR : 0);
         return failure;
+    }
+
+    [[nodiscard]] static int makeEmpty(const Spot& spot, bool isFolder) {
+        if (isFolder)
+            return ::mkdirat(spot.folder.handle(), spot.name.c_str(), 0700) == 0 ? 0 : errno;
+        const FileDescriptor made(::openat(spot.folder.handle(), spot.name.c_str(),
+                                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        return made.isOpen() ? 0 : errno;
     }
 
     /// What has arrived at `to` is the item, its note is there, and the note tells the truth; or else it goes
@@ -245,7 +241,7 @@ private:
     std::string path_;
     const posix::TrashCalls& calls_;
     TrashNotes::Notes* ahead_;  ///< may be null
-    int pinned_ = -1;           ///< the item, open for nothing but being known again
+    FileDescriptor pinned_;     ///< the item, open for nothing but being known again
 };
 
 }  // namespace

@@ -8,12 +8,16 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstdint>
+#include <iterator>
+#include <span>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "platform/posix/system.h"
 #include "platform/removal.h"
-#include "platform/trash.h"
 
 namespace ulvak::platform {
 namespace {
@@ -33,6 +37,35 @@ std::string_view cut(std::string_view text, std::size_t most) {
     while (end > 0 && continues(end) && most - end < longestCharacter)
         --end;
     return text.substr(0, most - end < longestCharacter && end > 0 ? end : most);
+}
+
+/// Waits for several files at once, because a file system that keeps a journal ends one transaction for all
+/// that wait: with each awaited after the other, notes take three times as long. Each with whether it is on
+/// the disk.
+std::vector<char> flushed(std::span<const TrashNote* const> notes) {
+    constexpr std::size_t mostThreads = 8;
+    constexpr std::size_t notesForOne = 4;
+    for (const TrashNote* note : notes)
+        note->startFlush();
+    std::vector<char> results(notes.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t index = next++; index < notes.size(); index = next++)
+            results[index] = notes[index]->flushFile() ? 0 : 1;
+    };
+    std::vector<std::jthread> threads;
+    const auto start = [&] {
+        try {
+            while (threads.size() + 1 < std::min(mostThreads, notes.size() / notesForOne))
+                threads.emplace_back(work);
+        } catch (const std::system_error&) {
+            return;  // Dropped by design: those that are there do it.
+        }
+    };
+    start();
+    work();
+    threads.clear();
+    return results;
 }
 
 }  // namespace
@@ -91,11 +124,11 @@ std::string noteText(std::string_view path, std::time_t when) {
 
 std::expected<TrashNote, std::error_code> TrashNote::draft(const Directory& notes, std::string name,
                                                            std::string_view text) {
-    const int file =
-        ::openat(notes.handle(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    if (file < 0)
+    FileDescriptor file(
+        ::openat(notes.handle(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!file.isOpen())
         return std::unexpected(lastError());
-    TrashNote note(notes, std::move(name), file);
+    TrashNote note(notes, std::move(name), std::move(file));
     if (const auto error = note.fill(text))
         return std::unexpected(error);
     return note;
@@ -112,7 +145,7 @@ std::expected<TrashNote, std::error_code> TrashNote::write(const Directory& note
 
 std::error_code TrashNote::fill(std::string_view text) const {
     while (!text.empty()) {
-        const ssize_t written = ::write(file_, text.data(), text.size());
+        const ssize_t written = ::write(file_.get(), text.data(), text.size());
         if (written < 0 && errno != EINTR)
             return lastError();
         text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
@@ -140,11 +173,11 @@ std::error_code TrashNote::flush() const {
 
 void TrashNote::startFlush() const {
     // Dropped by design: what it does not begin, the flush does.
-    (void)::sync_file_range(file_, 0, 0, SYNC_FILE_RANGE_WRITE);
+    (void)::sync_file_range(file_.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
 std::error_code TrashNote::flushFile() const {
-    return posix::flushToDisk(file_) == 0 ? std::error_code() : lastError();
+    return posix::flushToDisk(file_.get()) == 0 ? std::error_code() : lastError();
 }
 
 std::error_code TrashNote::flushFolder() const {
@@ -155,20 +188,89 @@ TrashNote::~TrashNote() {
     // Whoever has emptied the Trash meanwhile may have given the name to a note of another item.
     if (!name_.empty() && isThere())
         ::unlinkat(notes_->handle(), name_.c_str(), 0);
-    if (file_ >= 0)
-        ::close(file_);
 }
 
 TrashNote::TrashNote(TrashNote&& other) noexcept
-    : notes_(other.notes_), name_(std::exchange(other.name_, {})), file_(std::exchange(other.file_, -1)) {}
+    : notes_(other.notes_), name_(std::exchange(other.name_, {})), file_(std::move(other.file_)) {}
 
-int TrashNote::duplicateHandle() const {
-    return ::fcntl(file_, F_DUPFD_CLOEXEC, 0);
+FileDescriptor TrashNote::duplicate() const {
+    return FileDescriptor(::fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
 }
 
 bool TrashNote::isThere() const {
-    const auto own = posix::identityAt(file_, "");
+    const auto own = posix::identityAt(file_.get(), "");
     return own && own == entryIdentity(*notes_, name_);
+}
+
+std::string freeTrashName(const OpenTrash& trash, const std::string& item, std::size_t longest) {
+    const auto exists = [](const Directory& folder, const std::string& name) {
+        return ::faccessat(folder.handle(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+    };
+    const int number = freeNumber([&](int candidate) {
+        const std::string name = trashName(item, candidate, longest);
+        return exists(trash.notes, name + trashLayout().noteSuffix) || exists(trash.items, name);
+    });
+    return trashName(item, number, longest);
+}
+
+void TrashNotes::Notes::add(const Directory& parent, const std::string& name, const std::string& path) {
+    if (path.size() >= PATH_MAX || waiting_.size() >= most)
+        return;
+    if (!std::exchange(isHomeKnown_, true)) {
+        if (auto home = homeTrash())
+            home_ = std::make_shared<const OpenTrash>(std::move(*home));
+    }
+    if (!home_ || !isOnSameVolume(parent, home_->items))
+        return;
+    std::string free = freeTrashName(*home_, name);
+    auto note =
+        TrashNote::draft(home_->notes, free + trashLayout().noteSuffix, noteText(path, std::time(nullptr)));
+    if (note)
+        waiting_.try_emplace(path,
+                             WaitingNote{.trash = home_, .name = std::move(free), .note = std::move(*note)});
+}
+
+/// Each note holds a handle. A process that has few may need the last for moving the items, and for what it
+/// does besides.
+void TrashNotes::Notes::leaveHandles() {
+    constexpr std::size_t enough = 32;
+    std::vector<FileDescriptor> spare;
+    while (!waiting_.empty() && spare.size() < enough) {
+        FileDescriptor descriptor = waiting_.begin()->second.note.duplicate();
+        if (descriptor.isOpen())
+            spare.push_back(std::move(descriptor));
+        else
+            waiting_.erase(std::prev(waiting_.end()));
+    }
+}
+
+void TrashNotes::Notes::flush() {
+    leaveHandles();
+    std::vector<const TrashNote*> notes;
+    for (const auto& [path, waiting] : waiting_)
+        notes.push_back(&waiting.note);
+    const std::vector<char> results = flushed(notes);
+    for (auto place = waiting_.begin(); const char isFlushed : results)
+        place = isFlushed != 0 ? std::next(place) : waiting_.erase(place);
+    if (!waiting_.empty() && waiting_.begin()->second.note.flushFolder())
+        waiting_.clear();
+    isFlushed_ = true;
+}
+
+std::optional<WaitingNote> TrashNotes::Notes::take(const std::string& path) {
+    auto taken = isFlushed_ ? waiting_.extract(path) : decltype(waiting_)::node_type();
+    return taken.empty() ? std::nullopt : std::optional(std::move(taken.mapped()));
+}
+
+TrashNotes::TrashNotes() : notes_(std::make_unique<Notes>()) {}
+TrashNotes::~TrashNotes() = default;
+
+void TrashNotes::add(const Directory& parent, const std::string& name, const std::string& path) {
+    notes_->add(parent, name, path);
+}
+
+void TrashNotes::flush() {
+    notes_->flush();
 }
 
 }  // namespace ulvak::platform

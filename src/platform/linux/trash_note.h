@@ -4,11 +4,17 @@
 #include <ctime>
 #include <expected>
 #include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "platform/directory.h"
+#include "platform/file_descriptor.h"
+#include "platform/linux/trash_folder.h"
+#include "platform/trash.h"
 
 /// What a Trash keeps about each of its items: under which name, and where it came from.
 namespace ulvak::platform {
@@ -56,18 +62,46 @@ public:
     /// Under its name. Whoever empties the Trash meanwhile may have found it without an item.
     [[nodiscard]] bool isThere() const;
     void keep() { name_.clear(); }
-    /// The caller's, or negative where there is none to be had.
-    [[nodiscard]] int duplicateHandle() const;
+    /// Another descriptor of the file; not open where there is none to be had.
+    [[nodiscard]] FileDescriptor duplicate() const;
 
 private:
-    TrashNote(const Directory& notes, std::string name, int file)
-        : notes_(&notes), name_(std::move(name)), file_(file) {}
+    TrashNote(const Directory& notes, std::string name, FileDescriptor file)
+        : notes_(&notes), name_(std::move(name)), file_(std::move(file)) {}
     [[nodiscard]] std::error_code fill(std::string_view text) const;
     [[nodiscard]] std::error_code flush() const;
 
     const Directory* notes_;
     std::string name_;  ///< empty once it is kept
-    int file_;
+    FileDescriptor file_;
+};
+
+/// A name that nothing in the Trash has, nearly that of an item; its note's has at most `longest` bytes.
+[[nodiscard]] std::string freeTrashName(const OpenTrash& trash, const std::string& item,
+                                        std::size_t longest = longestName);
+
+/// A note that waits for its item.
+struct WaitingNote {
+    std::shared_ptr<const OpenTrash> trash;
+    std::string name;  ///< that the item gets there
+    TrashNote note;
+};
+
+class TrashNotes::Notes {
+public:
+    void add(const Directory& parent, const std::string& name, const std::string& path);
+    void flush();
+
+    /// The note about a path, once.
+    [[nodiscard]] std::optional<WaitingNote> take(const std::string& path);
+
+private:
+    void leaveHandles();
+
+    std::shared_ptr<const OpenTrash> home_;
+    bool isHomeKnown_ = false;
+    bool isFlushed_ = false;
+    std::map<std::string, WaitingNote> waiting_;  ///< by the items' paths
 };
 
 }  // namespace ulvak::platform

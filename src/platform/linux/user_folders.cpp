@@ -7,9 +7,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/posix/environment.h"
-#include "platform/posix/system_home.h"
-#include "platform/reach.h"
+#include "platform/posix/user_folders.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {

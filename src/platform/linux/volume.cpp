@@ -160,11 +160,4 @@ std::vector<Mount> mounts() {
     return mounts;
 }
 
-std::vector<std::string> mountPoints() {
-    std::vector<std::string> points;
-    for (Mount& mount : mounts())
-        points.push_back(std::move(mount.path));
-    return points;
-}
-
 }  // namespace ulvak::platform

@@ -11,9 +11,6 @@
 #include <span>
 
 #include "platform/macos/bulk_listing.h"
-#include "platform/macos/bulk_read.h"
-#include "platform/macos/bulk_record.h"
-#include "platform/posix/file_stamp.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
@@ -33,65 +30,85 @@ static_assert(sizeof(attribute_set_t) == 5 * sizeof(std::uint32_t));
 static_assert(sizeof(attrreference_t) == 8 && sizeof(timespec) == 16);
 static_assert(DIR_MNTSTATUS_MNTPOINT == 1 && DIR_MNTSTATUS_TRIGGER == 2);
 #if __has_include(<sys/vnode.h>)
-static_assert(VDIR == 2 && VLNK == 5);
+static_assert(VREG == 1 && VDIR == 2 && VLNK == 5);
 #endif
 
 namespace {
 
 constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 
-/// What the walk needs to know of each entry.
-attrlist walkAttributes() {
+/// Name and type are all that is asked for where an entry is only to be listed.
+attrlist attributesFor(Attributes asked) {
+    constexpr std::uint32_t listed =
+        BulkBits::returnedAttributes | BulkBits::error | BulkBits::name | BulkBits::objectType;
+    const bool isAll = asked == Attributes::all;
     return {.bitmapcount = ATTR_BIT_MAP_COUNT,
             .reserved = 0,
-            .commonattr = BulkBits::common,
+            .commonattr = isAll ? BulkBits::common : listed,
             .volattr = 0,
-            .dirattr = BulkBits::folder,
-            .fileattr = BulkBits::file,
+            .dirattr = isAll ? BulkBits::folder : 0,
+            .fileattr = isAll ? BulkBits::file : 0,
             .forkattr = 0};
+}
+
+/// The next piece of a folder that several may read in turns; which one it is in `number`. Renews no access
+/// date and fetches no folder that lives elsewhere.
+template <typename Turns>
+int readBulk(int folder, Attributes asked, Turns& turns, std::size_t& number, std::span<std::byte> piece) {
+    const QuietAccess quiet;
+    attrlist attributes = attributesFor(asked);
+    const std::scoped_lock turn(turns.mutex);
+    const int count = ::getattrlistbulk(folder, &attributes, piece.data(), piece.size(), 0);
+    if (count > 0)
+        number = turns.taken++;
+    return count;
 }
 
 }  // namespace
 
-attrlist nameAttributes() {
-    attrlist wanted = walkAttributes();
-    wanted.commonattr =
-        BulkBits::returnedAttributes | BulkBits::error | BulkBits::name | BulkBits::objectType;
-    wanted.dirattr = wanted.fileattr = 0;
-    return wanted;
-}
-
-int readBulk(int folder, attrlist attributes, std::span<std::byte> buffer) {
-    const QuietAccess quiet;
-    return ::getattrlistbulk(folder, &attributes, buffer.data(), buffer.size(), 0);
-}
-
-std::optional<FolderIdentity> Directory::identity() const {
-    struct stat info{};
-    if (::fstat(handle_, &info) != 0)
-        return std::nullopt;
-    return FolderIdentity{.volume = posix::volumeNumber(info),
-                          .number = info.st_ino,
-                          .born = fileTime(info.st_birthtimespec.tv_sec, info.st_birthtimespec.tv_nsec)};
-}
-
-EntryReader::EntryReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
+EntryReader::EntryReader(Attributes asked)
+    : asked_(asked), buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
 
 /// `end_` counts the records of the piece that are left.
 const DirectoryEntry* EntryReader::next() {
+    if (asked_ == Attributes::listed) {
+        const DirectoryEntry* entry = nextOfPiece();
+        while (entry == nullptr && fill())
+            entry = nextOfPiece();
+        return entry;
+    }
     BulkListing listing({buffer_.get(), bufferSize}, position_, end_);
     const auto read = [this](std::span<std::byte> piece) {
-        const std::scoped_lock turn(turns_->mutex);
-        const int count = readBulk(handle_, walkAttributes(), piece);
-        if (count > 0)
-            piece_ = turns_->taken++;
-        return count;
+        return readBulk(handle_, asked_, *turns_, piece_, piece);
     };
     const auto entry = listing.nextEntry(read, untouched_, error_);
     if (!entry)
         return nullptr;
     entry_ = *entry;
+    return &entry_;
+}
+
+bool EntryReader::fill() {
+    if (error_)
+        return false;
+    BulkListing listing({buffer_.get(), bufferSize}, position_, end_);
+    const int count = listing.readNames(
+        [this](std::span<std::byte> piece) { return readBulk(handle_, asked_, *turns_, piece_, piece); });
+    if (count < 0)
+        error_ = posix::lastError();
+    return count > 0;
+}
+
+const DirectoryEntry* EntryReader::nextOfPiece() {
+    BulkListing listing({buffer_.get(), bufferSize}, position_, end_);
+    do {
+        const auto record = listing.nextName();
+        if (!record)
+            return nullptr;
+        entry_ = listedEntryOf(*record);
+    } while (entry_.kind == EntryKind::directory && untouched_ != nullptr &&
+             untouched_->contains(entry_.name));
     return &entry_;
 }
 

@@ -4,9 +4,8 @@
 
 #include <algorithm>
 
-#include "platform/posix/file_stamp.h"
 #include "platform/posix/system.h"
-#include "platform/reach.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform {
 
@@ -17,11 +16,20 @@ std::optional<FileInfo> fileInfo(const std::string& path) {
         return std::nullopt;
     return FileInfo{
         .isDirectory = S_ISDIR(info.st_mode),
-        .allocatedSize = allocatedBytes(static_cast<std::uint64_t>(std::max<blkcnt_t>(info.st_blocks, 0))),
-        .modified = fileTime(info.st_mtimespec.tv_sec, info.st_mtimespec.tv_nsec),
+        .allocatedSize =
+            posix::allocatedBytes(static_cast<std::uint64_t>(std::max<blkcnt_t>(info.st_blocks, 0))),
+        .modified = posix::fileTime(info.st_mtimespec.tv_sec, info.st_mtimespec.tv_nsec),
         .volumeAndNumber = {posix::volumeNumber(info), info.st_ino},
         .names = S_ISDIR(info.st_mode) ? std::uint64_t{1} : std::uint64_t{info.st_nlink},
     };
+}
+
+std::optional<FileTime> lastAccess(const std::string& path) {
+    const QuietAccess quiet;
+    struct stat info{};
+    if (::stat(path.c_str(), &info) != 0)
+        return std::nullopt;
+    return posix::fileTime(info.st_atimespec.tv_sec, info.st_atimespec.tv_nsec);
 }
 
 bool existsIn(const std::string& folder, const std::string& name) {

@@ -10,13 +10,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <span>
 #include <string_view>
 #include <vector>
-
-#include "platform/macos/bulk_listing.h"
-#include "platform/macos/bulk_read.h"
-#include "platform/posix/file_stamp.h"
 
 namespace ulvak::platform {
 namespace {
@@ -52,24 +47,23 @@ QuietAccess::~QuietAccess() {
 namespace ulvak::platform::posix {
 namespace {
 
-constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 /// The longest path that the kernel takes in one call, without the terminating zero.
 constexpr std::size_t longestPath = PATH_MAX - 1;
 
 /// Links are refused anywhere in the path. Volumes have no flag, but with neither links nor "..", whoever has
 /// left one has not come back.
-int openBelow(int parent, const char* path, int flags) {
+FileDescriptor openBelow(int parent, const char* path, int flags) {
     const QuietAccess quiet;
-    const int handle = ::openat(parent, path, flags | O_NOFOLLOW_ANY);
+    FileDescriptor opened(::openat(parent, path, flags | O_NOFOLLOW_ANY));
     struct stat own{};
     struct stat around{};
-    if (handle < 0 ||
-        (::fstat(handle, &own) == 0 && ::fstat(parent, &around) == 0 && own.st_dev == around.st_dev))
-        return handle;
-    ::close(handle);
-    errno = EXDEV;
-    return -1;
+    if (opened.isOpen() &&
+        (::fstat(opened.get(), &own) != 0 || ::fstat(parent, &around) != 0 || own.st_dev != around.st_dev)) {
+        opened.close();
+        errno = EXDEV;
+    }
+    return opened;
 }
 
 bool mayBePermitted(const struct stat& folder) {
@@ -92,16 +86,16 @@ bool isMountPoint(int parent, const char* name) {
 
 }  // namespace
 
-int openFolder(int parent, const char* path) {
+FileDescriptor openFolder(int parent, const char* path) {
     const QuietAccess quiet;
-    return ::openat(parent, path, listingFlags);
+    return FileDescriptor(::openat(parent, path, listingFlags));
 }
 
-int openFolderBelow(int parent, const char* path) {
+FileDescriptor openFolderBelow(int parent, const char* path) {
     return openBelow(parent, path, listingFlags);
 }
 
-int openStepBelow(int parent, const char* path) {
+FileDescriptor openStepBelow(int parent, const char* path) {
     return openBelow(parent, path, O_SEARCH | O_CLOEXEC);
 }
 
@@ -112,9 +106,9 @@ std::size_t stepLength(std::string_view path) {
     return slash == std::string_view::npos ? path.size() : slash;
 }
 
-int openFile(int parent, const char* name) {
+FileDescriptor openFile(int parent, const char* name) {
     const QuietAccess quiet;
-    return ::openat(parent, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW);
+    return FileDescriptor(::openat(parent, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
 }
 
 std::optional<Item> itemAt(int parent, const char* name) {
@@ -175,8 +169,8 @@ std::optional<ItemIdentity> identityAt(int parent, const char* name) {
 }
 
 /// Its own file systems never use a number again.
-int holdAt(int /*parent*/, const char* /*name*/) {
-    return -1;
+FileDescriptor holdAt(int /*parent*/, const char* /*name*/) {
+    return {};
 }
 
 int removePlaceholder(int parent, const char* name) {
@@ -209,25 +203,6 @@ std::optional<std::size_t> openHandles() {
     if (size <= 0)
         return std::nullopt;
     return static_cast<std::size_t>(size) / sizeof(proc_fdinfo);
-}
-
-NameReader::NameReader() : buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
-NameReader::~NameReader() = default;
-
-/// `end_` counts the records of the piece that are left.
-int NameReader::read(int folder) {
-    return BulkListing({buffer_.get(), bufferSize}, position_, end_)
-        .readNames(
-            [folder](std::span<std::byte> piece) { return readBulk(folder, nameAttributes(), piece); });
-}
-
-const NameReader::Entry* NameReader::next() {
-    const auto record = BulkListing({buffer_.get(), bufferSize}, position_, end_).nextName();
-    if (!record)
-        return nullptr;
-    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): a record's name ends in a zero byte
-    entry_ = {.name = record->name.data(), .isFolder = record->isFolder()};
-    return &entry_;
 }
 
 }  // namespace ulvak::platform::posix

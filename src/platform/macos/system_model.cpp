@@ -1,4 +1,4 @@
-#include "platform/macos/system_model.h"
+#include "platform/language_model.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -145,9 +145,9 @@ public:
 
 }  // namespace
 
-const LanguageModel& systemLanguageModel() {
+const LanguageModel* systemLanguageModel() {
     static const SystemModel model;
-    return model;
+    return &model;
 }
 
 }  // namespace ulvak::platform

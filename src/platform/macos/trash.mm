@@ -15,9 +15,8 @@
 #include <utility>
 
 #include "platform/macos/text.h"
-#include "platform/posix/prompt_volumes.h"
-#include "platform/posix/system_home.h"
-#include "platform/user_folders.h"
+#include "platform/posix/user_folders.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {
@@ -146,7 +145,7 @@ TrashFolders trashFolders() {
             result.folders.push_back({.path = path, .folder = std::move(folder)});
     };
     add(trashDirectory(homeDirectory()));
-    const posix::PromptVolumes volumes = posix::promptVolumes();
+    const PromptVolumes volumes = promptVolumes();
     for (const std::string& top : volumes.places) {
         if (top != "/")
             add(top + "/.Trashes/" + std::to_string(::geteuid()));

@@ -8,8 +8,7 @@
 #include <utility>
 
 #include "platform/macos/text.h"
-#include "platform/posix/environment.h"
-#include "platform/posix/system_home.h"
+#include "platform/posix/user_folders.h"
 
 namespace ulvak::platform {
 
@@ -53,6 +52,14 @@ std::string applicationSupportDirectory(const std::string& home) {
 
 std::string trashDirectory(const std::string& home) {
     return home + "/.Trash";
+}
+
+GuardedFolders guardedFolders(const std::string& home) {
+    GuardedFolders folders = posix::commonFolders(home);
+    folders.themselves.push_back(home + "/Library/CloudStorage");
+    folders.themselves.push_back(home + "/Library/Mobile Documents");
+    folders.withContents.push_back(home + "/Library/Keychains");
+    return folders;
 }
 
 }  // namespace ulvak::platform

@@ -3,68 +3,70 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
+#include <array>
+#include <utility>
 
+#include "platform/ascii.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
+namespace {
 
 using posix::lastError;
 
-Directory& Directory::operator=(Directory&& other) noexcept {
-    std::swap(handle_, other.handle_);
-    other.close();
-    return *this;
-}
+/// Lower case.
+constexpr std::array<std::string_view, 24> packageExtensions = {
+    "app",          "aplibrary",     "appex",    "band",      "bundle",       "fcpbundle",
+    "framework",    "imovielibrary", "kext",     "logicx",    "lrlibrary",    "musiclibrary",
+    "photolibrary", "photoslibrary", "plugin",   "pvm",       "sparsebundle", "trace",
+    "tvlibrary",    "utm",           "vmwarevm", "xcarchive", "xcodeproj",    "xcworkspace"};
 
-void Directory::close() {
-    if (handle_ >= 0)
-        ::close(std::exchange(handle_, -1));
+}  // namespace
+
+std::expected<Directory, std::error_code> Directory::from(FileDescriptor descriptor) {
+    if (!descriptor.isOpen())
+        return std::unexpected(lastError());
+    Directory directory;
+    directory.descriptor_ = std::move(descriptor);
+    return directory;
 }
 
 std::expected<Directory, std::error_code> Directory::open(const std::string& path) {
-    const int handle = posix::openFolder(AT_FDCWD, path.c_str());
-    if (handle < 0)
-        return std::unexpected(lastError());
-    return Directory(handle);
+    return from(posix::openFolder(AT_FDCWD, path.c_str()));
 }
 
 std::expected<Directory, std::error_code> Directory::openBelow(const char* relativePath) const {
     std::string_view rest = relativePath;
-    Directory passed;  // the last folder reached on the way
+    FileDescriptor passed;  // the last folder reached on the way
     for (;;) {
-        const int parent = passed.isOpen() ? passed.handle_ : handle_;
+        const int parent = passed.isOpen() ? passed.get() : handle();
         const std::size_t length = posix::stepLength(rest);
         if (length == rest.size()) {
             const char* last = relativePath + (std::string_view(relativePath).size() - rest.size());
-            const int handle = posix::openFolderBelow(parent, last);
-            if (handle < 0)
-                return std::unexpected(lastError());
-            return Directory(handle);
+            return from(posix::openFolderBelow(parent, last));
         }
         const std::string step(rest.substr(0, length));
-        const int handle = posix::openStepBelow(parent, step.c_str());
-        if (handle < 0)
+        passed = posix::openStepBelow(parent, step.c_str());
+        if (!passed.isOpen())
             return std::unexpected(lastError());
-        passed = Directory(handle);
         rest.remove_prefix(length + 1);
     }
 }
 
 std::expected<Directory, std::error_code> Directory::openParent() const {
-    const int handle = posix::openFolder(handle_, "..");
-    if (handle < 0)
-        return std::unexpected(lastError());
-    return Directory(handle);
+    return from(posix::openFolder(handle(), ".."));
+}
+
+std::optional<ItemIdentity> Directory::identity() const {
+    return posix::identityAt(handle(), "");
 }
 
 bool Directory::isAt(const std::string& path) const {
     struct stat own{};
     struct stat other{};
-    return ::fstat(handle_, &own) == 0 && ::stat(path.c_str(), &other) == 0 && own.st_dev == other.st_dev &&
+    return ::fstat(handle(), &own) == 0 && ::stat(path.c_str(), &other) == 0 && own.st_dev == other.st_dev &&
            own.st_ino == other.st_ino;
 }
 
@@ -87,6 +89,14 @@ void EntryReader::join(EntryReader& first) {
     error_.clear();
 }
 
+std::expected<bool, std::error_code> EntryReader::readPiece(const Directory& directory) {
+    start(directory);
+    const bool isThere = fill();
+    if (error_)
+        return std::unexpected(error_);
+    return isThere;
+}
+
 std::size_t spareHandles() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
@@ -102,6 +112,13 @@ bool livesElsewhere(std::error_code error) {
 
 bool isOutOfHandles(std::error_code error) {
     return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+}
+
+bool isPackageName(std::string_view name) {
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0)
+        return false;
+    return std::ranges::find(packageExtensions, lowerAscii(name.substr(dot + 1))) != packageExtensions.end();
 }
 
 }  // namespace ulvak::platform

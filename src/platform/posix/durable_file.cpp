@@ -40,26 +40,6 @@ int whole(Call call) {
     return result;
 }
 
-/// An open file or folder; none when the number is negative.
-class Handle {
-public:
-    explicit Handle(int number) : number_(number) {}
-    ~Handle() {
-        if (number_ >= 0)
-            ::close(number_);
-    }
-    Handle(Handle&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    Handle& operator=(Handle&&) = delete;
-
-    [[nodiscard]] int get() const { return number_; }
-    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-
-private:
-    int number_;
-};
-
 /// A path in the two parts that the calls of this file need.
 struct Place {
     std::string folder;
@@ -71,15 +51,6 @@ Place placeOf(const std::string& path) {
     if (slash == std::string::npos)
         return {.folder = ".", .name = path};
     return {.folder = slash == 0 ? "/" : path.substr(0, slash), .name = path.substr(slash + 1)};
-}
-
-/// Where a link leads; nothing for what is no link, or not there at all.
-std::optional<std::string> linkTarget(const std::string& path) {
-    std::array<char, 4096> buffer{};
-    const ssize_t length = ::readlink(path.c_str(), buffer.data(), buffer.size());
-    if (length < 0)
-        return std::nullopt;
-    return std::string(buffer.data(), static_cast<std::size_t>(length));
 }
 
 /// The place at the end of a chain of links, where there need not be a file yet.
@@ -95,8 +66,9 @@ std::expected<Place, std::error_code> endOfLinks(std::string path) {
     return std::unexpected(std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
-int openFolderOf(const Place& place) {
-    return whole([&] { return ::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+FileDescriptor openFolderOf(const Place& place) {
+    return FileDescriptor(
+        whole([&] { return ::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
 }
 
 /// Until it is on the disk. Some file systems do not know the call: there it is as safe as it gets.
@@ -137,7 +109,7 @@ void removeDeadDrafts(int folder, const std::string& folderPath) {
     for (const std::string& name : listNames(folderPath)) {
         if (!isDraftName(name))
             continue;
-        const Handle draft(
+        const FileDescriptor draft(
             ::openat(folder, name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         struct stat info{};
         if (draft.isOpen() && ::fstat(draft.get(), &info) == 0 && S_ISREG(info.st_mode) &&
@@ -154,7 +126,7 @@ std::error_code keepAs(int folder, const std::string& name, const std::string& k
     if (errno == EEXIST)
         return lastError();
     // The name is made sure of by an empty file, for a rename asks for nobody's.
-    const Handle own(whole([&] {
+    const FileDescriptor own(whole([&] {
         return ::openat(folder, kept.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                         onlyThisUser);
     }));
@@ -199,7 +171,7 @@ public:
             auto name = newDraftName();
             if (!name)
                 return std::unexpected(name.error());
-            Handle file(whole([&] {
+            FileDescriptor file(whole([&] {
                 return ::openat(folder, name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                                 onlyThisUser);
             }));
@@ -264,7 +236,7 @@ public:
     }
 
 private:
-    Draft(int folder, std::string name, Handle file)
+    Draft(int folder, std::string name, FileDescriptor file)
         : folder_(folder), name_(std::move(name)), file_(std::move(file)) {}
 
     /// Locks it against those who remove the drafts of the dead. One of them may have come in between, and
@@ -278,7 +250,7 @@ private:
 
     int folder_;
     std::string name_;  ///< empty once it is no draft any more
-    Handle file_;
+    FileDescriptor file_;
 };
 
 /// What is at a name, links not followed; nothing when nothing is.
@@ -299,7 +271,7 @@ std::error_code replace(const std::string& path, std::string_view bytes, Old wha
     const auto place = endOfLinks(path);
     if (!place)
         return place.error();
-    const Handle folder(openFolderOf(*place));
+    const FileDescriptor folder = openFolderOf(*place);
     if (!folder.isOpen())
         return lastError();
     auto old = regularFileAt(folder.get(), place->name);
@@ -351,7 +323,7 @@ bool isDraftName(std::string_view name) {
 }
 
 std::expected<std::string, std::error_code> readFile(const std::string& path, std::size_t most) {
-    const Handle file(
+    const FileDescriptor file(
         whole([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     struct stat info{};
     if (!file.isOpen() || ::fstat(file.get(), &info) != 0)
@@ -388,22 +360,16 @@ FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience) 
     const auto place = endOfLinks(path);
     if (!place)
         return;
-    handle_ = openFolderOf(*place);
-    Locking result = handle_ < 0 ? Locking::impossible : waitForLock(handle_, patience);
-    if (handle_ >= 0 && result == Locking::impossible) {
-        const int file = whole([&] {
-            return ::openat(handle_, ("." + place->name + ".lock").c_str(),
+    descriptor_ = openFolderOf(*place);
+    Locking result = descriptor_.isOpen() ? waitForLock(descriptor_.get(), patience) : Locking::impossible;
+    if (descriptor_.isOpen() && result == Locking::impossible) {
+        descriptor_ = FileDescriptor(whole([&] {
+            return ::openat(descriptor_.get(), ("." + place->name + ".lock").c_str(),
                             O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, onlyThisUser);
-        });
-        ::close(std::exchange(handle_, file));
-        result = handle_ < 0 ? Locking::impossible : waitForLock(handle_, patience);
+        }));
+        result = descriptor_.isOpen() ? waitForLock(descriptor_.get(), patience) : Locking::impossible;
     }
     isHeld_ = result == Locking::held;
-}
-
-FileLock::~FileLock() {
-    if (handle_ >= 0)
-        ::close(handle_);
 }
 
 std::error_code makeFolders(const std::string& path) {
@@ -416,7 +382,7 @@ std::error_code makeFolders(const std::string& path) {
         return error;
     if (::mkdir(path.c_str(), folderOfThisUser) != 0 && errno != EEXIST)
         return lastError();
-    const Handle above(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor above(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (above.isOpen())
         (void)flush(above.get());      // Dropped by design: the folder is there and can be used.
     const auto made = fileInfo(path);  // it may be a link that leads nowhere

@@ -4,29 +4,36 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
-#include <memory>
-#include <string_view>
+#include <list>
 
-#include "platform/posix/folder_stream.h"
+#include "platform/directory.h"
 #include "platform/posix/system.h"
 
 namespace ulvak::platform {
+namespace {
 
-std::vector<std::string> listNames(const std::string& path) {
-    const QuietAccess quiet;
-    std::vector<std::string> names;
-    const auto folder = posix::folderStream(posix::openFolder(AT_FDCWD, path.c_str()));
+using Names = std::expected<std::vector<std::string>, std::error_code>;
+
+/// Of a folder that has been opened for this.
+Names namesIn(const std::expected<Directory, std::error_code>& folder) {
     if (!folder)
-        return names;
-    while (const dirent* entry = ::readdir(folder.get())) {  // NOLINT(concurrency-mt-unsafe): own stream
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..")
-            names.emplace_back(name);
-    }
+        return std::unexpected(folder.error());
+    std::vector<std::string> names;
+    EntryReader reader(Attributes::listed);
+    reader.start(*folder);
+    while (const DirectoryEntry* entry = reader.next())
+        names.emplace_back(entry->name);
+    if (reader.error())
+        return std::unexpected(reader.error());
     return names;
 }
+
+}  // namespace
 
 std::optional<bool> isOwnFolder(const std::string& path) {
     struct stat status{};
@@ -40,6 +47,110 @@ std::optional<std::string> resolvedPath(const std::string& path) {
     if (!resolved)
         return std::nullopt;
     return resolved.get();
+}
+
+std::optional<std::string> linkTarget(const std::string& path) {
+    std::array<char, PATH_MAX> buffer{};
+    const ssize_t length = ::readlink(path.c_str(), buffer.data(), buffer.size());
+    if (length < 0)
+        return std::nullopt;
+    return std::string(buffer.data(), static_cast<std::size_t>(length));
+}
+
+Names entryNames(const Directory& folder) {
+    // A listing of its own: that of `folder` has a position which others may rely on.
+    Names names = namesIn(folder.openBelow("."));
+    if (names)
+        std::ranges::sort(*names);
+    return names;
+}
+
+std::vector<std::string> listNames(const std::string& path) {
+    return namesIn(Directory::open(path)).value_or(std::vector<std::string>());
+}
+
+std::optional<std::int64_t> fileLength(const Directory& folder, const std::string& name) {
+    const QuietAccess quiet;
+    const auto item = posix::itemAt(folder.handle(), name.c_str());
+    if (!item || !item->isRegularFile || item->isPlaceholder)
+        return std::nullopt;
+    return item->length;
+}
+
+std::string fileBeginning(const Directory& folder, const std::string& name, std::size_t count) {
+    const QuietAccess quiet;
+    // Looked at before it is opened, for opening a device can have effects of its own; and after, for it may
+    // have been swapped in between.
+    if (!fileLength(folder, name))
+        return {};
+    const FileDescriptor file = posix::openFile(folder.handle(), name.c_str());
+    struct stat info{};
+    if (!file.isOpen() || ::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode))
+        return {};
+    std::string bytes(count, '\0');
+    std::size_t have = 0;
+    while (have < count) {
+        const ssize_t got = ::read(file.get(), bytes.data() + have, count - have);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        have += static_cast<std::size_t>(got);
+    }
+    bytes.resize(have);
+    return bytes;
+}
+
+struct FileSample::Walk {
+    struct Level {
+        Directory folder;
+        EntryReader reader{Attributes::listed};
+    };
+
+    /// The folders from the first down to the one being listed.
+    std::list<Level> levels;
+    std::stop_token stop;
+
+    void push(std::expected<Directory, std::error_code> folder) {
+        if (!folder)
+            return;
+        Level& level = levels.emplace_back();
+        level.folder = std::move(*folder);
+        level.reader.start(level.folder);
+    }
+
+    /// Enters `entry`, found in the deepest open folder, if it is a folder to enter.
+    void enter(const DirectoryEntry& entry, const posix::Item& item) {
+        if (item.isFolder && !item.isMountPoint && !isPackageName(entry.name) && levels.size() < mostLevels)
+            push(levels.back().folder.openBelow(entry.terminatedName()));
+    }
+};
+
+FileSample::FileSample(const std::string& path, std::stop_token stop) : walk_(std::make_unique<Walk>()) {
+    walk_->stop = std::move(stop);
+    walk_->push(Directory::open(path));
+}
+
+FileSample::~FileSample() = default;
+
+std::optional<FileSample::File> FileSample::next() {
+    const QuietAccess quiet;
+    while (!walk_->levels.empty() && !walk_->stop.stop_requested()) {
+        Walk::Level& level = walk_->levels.back();
+        const DirectoryEntry* entry = level.reader.next();
+        if (entry == nullptr) {
+            walk_->levels.pop_back();
+            continue;
+        }
+        if (entry->kind == EntryKind::link)
+            continue;
+        const auto item = posix::itemAt(level.folder.handle(), entry->terminatedName());
+        if (item ? item->isRegularFile : entry->isRegularFile)
+            return File{.name = entry->name, .allocatedSize = item ? item->allocatedSize : 0};
+        if (item)
+            walk_->enter(*entry, *item);
+    }
+    return std::nullopt;
 }
 
 }  // namespace ulvak::platform

@@ -5,17 +5,18 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <system_error>
 
-#include "platform/quiet_access.h"
+#include "platform/file_descriptor.h"
+#include "platform/file_time.h"
 #include "platform/removal.h"
 
 /// What each system does in its own way, for the code of this folder, which they share: the calls below are
-/// defined once in `linux/` and once in `macos/`. Handles belong to the caller, who closes them. Where a call
-/// returns -1 it has set `errno`. Safe from any thread.
+/// defined once in `linux/` and once in `macos/`. A call that returns -1, or a descriptor that is not open,
+/// has set `errno`. Safe from any thread.
 namespace ulvak::platform::posix {
 
 /// What `errno` says.
@@ -23,21 +24,37 @@ namespace ulvak::platform::posix {
     return {errno, std::generic_category()};
 }
 
+/// What file systems keep as seconds and nanoseconds since 1970.
+[[nodiscard]] inline FileTime fileTime(std::int64_t seconds, std::int64_t nanoseconds) {
+    std::int64_t microseconds = 0;
+    if (__builtin_mul_overflow(seconds, std::int64_t{1'000'000}, &microseconds) ||
+        __builtin_add_overflow(microseconds, nanoseconds / 1000, &microseconds))
+        return seconds < 0 ? FileTime::min() : FileTime::max();
+    return FileTime(std::chrono::microseconds(microseconds));
+}
+
+/// The kernels count in units of 512 bytes, whatever the file system's own block size.
+[[nodiscard]] inline std::int64_t allocatedBytes(std::uint64_t blocks) {
+    constexpr std::uint64_t unit = 512;
+    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) / unit;
+    return static_cast<std::int64_t>((blocks < most ? blocks : most) * unit);
+}
+
 /// Opens a folder for being listed, links followed.
-[[nodiscard]] int openFolder(int parent, const char* path);
+[[nodiscard]] FileDescriptor openFolder(int parent, const char* path);
 
 /// As `openFolder` for a folder below `parent`, but follows no link and enters no other volume (EXDEV).
 /// `path` is no longer than `stepLength` says.
-[[nodiscard]] int openFolderBelow(int parent, const char* path);
+[[nodiscard]] FileDescriptor openFolderBelow(int parent, const char* path);
 
 /// As `openFolderBelow`, only to go on from: a folder that may be entered but not listed will do.
-[[nodiscard]] int openStepBelow(int parent, const char* path);
+[[nodiscard]] FileDescriptor openStepBelow(int parent, const char* path);
 
 /// How much of a path one call opens: all of it, or as much as fits and ends before a "/".
 [[nodiscard]] std::size_t stepLength(std::string_view path);
 
 /// Opens a regular file for reading, no link followed, without waiting for whatever else it may be.
-[[nodiscard]] int openFile(int parent, const char* name);
+[[nodiscard]] FileDescriptor openFile(int parent, const char* name);
 
 struct Item {
     bool isFolder = false;
@@ -72,9 +89,9 @@ struct Item {
 /// Starts no mount.
 [[nodiscard]] std::optional<ItemIdentity> identityAt(int parent, const char* name);
 
-/// A handle of what is at a name, a link's own, that keeps its number from being used again; -1 where there
-/// is none, or no need.
-[[nodiscard]] int holdAt(int parent, const char* name);
+/// A descriptor of what is at a name, a link's own, that keeps its number from being used again; none where
+/// there is none, or no need.
+[[nodiscard]] FileDescriptor holdAt(int parent, const char* name);
 
 /// Removes a folder whose contents live elsewhere, and those with it, without fetching them; any other folder
 /// only when it is empty. 0 or -1; ENOTSUP where no contents live elsewhere.
@@ -88,32 +105,5 @@ struct Item {
 
 /// How many handles this process has open; nothing when the system does not say.
 [[nodiscard]] std::optional<std::size_t> openHandles();
-
-/// The names in an open folder, in pieces, from where its handle stands: seeking to 0 starts over. For
-/// whoever removes what is listed and must not pay for more than names.
-class NameReader {
-public:
-    NameReader();
-    ~NameReader();
-    NameReader(const NameReader&) = delete;
-    NameReader& operator=(const NameReader&) = delete;
-
-    struct Entry {
-        const char* name = nullptr;  ///< ends in a zero byte; valid until the next `read`
-        bool isFolder = false;       ///< for certain; what the system does not know is none
-    };
-
-    /// The next piece of `folder`: whether there is one (1), none any more (0), or it failed (-1).
-    [[nodiscard]] int read(int folder);
-
-    /// The next entry of the piece, without "." and ".."; null at its end.
-    [[nodiscard]] const Entry* next();
-
-private:
-    std::unique_ptr<std::byte[]> buffer_;
-    std::size_t position_ = 0;
-    std::size_t end_ = 0;
-    Entry entry_;
-};
 
 }  // namespace ulvak::platform::posix

@@ -1,5 +1,3 @@
-#include "platform/posix/tree_removal.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,8 +18,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/posix/removal_calls.h"
 #include "platform/posix/system.h"
-#include "platform/posix/unlinking.h"
 
 namespace ulvak::platform::posix {
 namespace {
@@ -135,7 +133,7 @@ public:
 
 private:
     struct Worker {
-        NameReader reader;
+        EntryReader reader{Attributes::listed};
         Level* level = nullptr;
         // The entry that was tried last.
         const Level* failedIn = nullptr;
@@ -458,14 +456,14 @@ private:
         Level& level = task.level;
         if (task.folder)
             return removeFolder(worker, level, *task.folder, task.order);
-        const int piece = calls_.read(worker.reader, level.folder.handle());
-        if (piece > 0)
+        const auto isThere = calls_.read(worker.reader, level.folder);
+        if (isThere.value_or(false))
             return removeListed(worker, level);
-        if (piece < 0 && errno == EDEADLK)
+        if (!isThere && livesElsewhere(isThere.error()))
             return leaveUnfetched(worker, level);
         // A folder that somebody else has removed cannot be listed, and need not be.
-        if (piece < 0 && errno != ENOENT)
-            return failAt(worker, level, errno);
+        if (!isThere && isThere.error() != std::errc::no_such_file_or_directory)
+            return failAt(worker, level, isThere.error().value());
         return leave(worker, level);
     }
 
@@ -487,9 +485,9 @@ private:
     /// The entries of one piece of a listing: folders are kept for later, all else is removed.
     int removeListed(Worker& worker, Level& level) {
         std::vector<Listed> folders;
-        while (const NameReader::Entry* entry = worker.reader.next()) {
-            const char* name = entry->name;
-            if (!entry->isFolder) {
+        while (const DirectoryEntry* entry = worker.reader.nextOfPiece()) {
+            const char* name = entry->terminatedName();
+            if (entry->kind != EntryKind::directory) {
                 int failure = unlink(level.folder, name, 0);
                 if (failure == EACCES && permitLevel(&level))
                     failure = unlink(level.folder, name, 0);

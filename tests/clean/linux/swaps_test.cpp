@@ -17,7 +17,7 @@
 
 #include "clean/clean_support.h"
 #include "clean/swapper.h"
-#include "platform/posix/tree_removal.h"
+#include "platform/posix/removal_calls.h"
 #include "platform/volume.h"
 
 // While the items of a finding are removed one after the other, somebody gives the name of one that is still

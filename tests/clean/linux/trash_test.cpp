@@ -18,7 +18,7 @@
 
 #include "clean/clean_support.h"
 #include "platform/files.h"
-#include "platform/program.h"
+#include "platform/process.h"
 
 namespace ulvak {
 namespace {

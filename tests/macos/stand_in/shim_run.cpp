@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/language_model.h"
 #include "platform/macos/language_shim.h"
-#include "platform/macos/system_model.h"
 
 // Runs the program's own side of the shim against the stand-in: every state, every error, an answer, a stop.
 // Ends with 0 when all is as it has to be. Without a test library, for it runs where the rest of the tests do
@@ -49,7 +49,7 @@ void checkStates() {
         const char* state;
         ModelAbsenceReason reason;
     };
-    const LanguageModel& model = systemLanguageModel();
+    const LanguageModel& model = *systemLanguageModel();
     for (const Row& row :
          {Row{"not eligible", ModelAbsenceReason::deviceNotEligible},
           Row{"not enabled", ModelAbsenceReason::notEnabled}, Row{"not ready", ModelAbsenceReason::notReady},
@@ -93,7 +93,7 @@ void checkErrors() {
         {"unforeseen", Kind::other, Family::model, "unforeseen"},
     };
     for (const Row& row : rows) {
-        const auto answer = systemLanguageModel().respond(request(row.prompt));
+        const auto answer = systemLanguageModel()->respond(request(row.prompt));
         expect(!answer && answer.error().kind == row.kind && answer.error().family == row.family &&
                    answer.error().text == row.text,
                row.prompt);
@@ -101,7 +101,7 @@ void checkErrors() {
 }
 
 void checkAnswer() {
-    const auto answer = systemLanguageModel().respond(request("Bu klasör ne?"));
+    const auto answer = systemLanguageModel()->respond(request("Bu klasör ne?"));
     const nlohmann::json expected = {"Türkçe yaz.\nİki satır.", "Bu klasör ne?",
                                      "Answer {level(Ne kadar güvenli): levelChoice of safe|keep; title(-): "
                                      "String; confidence(-): Int 0...100}",
@@ -109,14 +109,14 @@ void checkAnswer() {
     expect(answer && nlohmann::json::parse(*answer, nullptr, false) == expected, "an answer");
     ModelRequest unusable = request("x");
     unusable.answerSchema = "[]";
-    expect(!systemLanguageModel().respond(unusable), "a schema that cannot be kept to");
+    expect(!systemLanguageModel()->respond(unusable), "a schema that cannot be kept to");
 }
 
 void checkMany() {
     std::vector<std::future<bool>> answers;
     for (int i = 0; i < 32; ++i)
         answers.push_back(std::async(std::launch::async, [i] {
-            const auto answer = systemLanguageModel().respond(request("soru " + std::to_string(i)));
+            const auto answer = systemLanguageModel()->respond(request("soru " + std::to_string(i)));
             return answer && answer->contains("soru " + std::to_string(i) + "\"");
         }));
     bool allAnswered = true;
@@ -128,12 +128,12 @@ void checkMany() {
 void checkStop() {
     std::stop_source before;
     before.request_stop();
-    const auto stopped = systemLanguageModel().respond(request("deaf"), before.get_token());
+    const auto stopped = systemLanguageModel()->respond(request("deaf"), before.get_token());
     expect(!stopped && stopped.error().kind == Kind::other, "stopped before it began");
 
     std::stop_source meanwhile;
     auto answer = std::async(std::launch::async, [&] {
-        return systemLanguageModel().respond(request("deaf"), meanwhile.get_token());
+        return systemLanguageModel()->respond(request("deaf"), meanwhile.get_token());
     });
     meanwhile.request_stop();
     expect(!answer.get(), "stopped while it runs, though the framework does not hear it");

@@ -1,4 +1,4 @@
-#include "platform/color_scheme.h"
+#include "platform/desktop.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>

@@ -10,7 +10,6 @@
 #include "platform/files.h"
 #include "platform/linux/trash_folder.h"
 #include "platform/linux/trash_world.h"
-#include "platform/reach.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
 #include "platform/volume.h"

@@ -1,4 +1,4 @@
-#include "platform/file_browser.h"
+#include "platform/desktop.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

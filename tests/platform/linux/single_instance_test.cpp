@@ -1,4 +1,4 @@
-#include "platform/single_instance.h"
+#include "platform/desktop.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>

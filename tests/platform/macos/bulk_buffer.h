@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/macos/bulk_record.h"
+#include "platform/macos/bulk_listing.h"
 
 /// Records as the system writes them, built by hand.
 namespace ulvak::platform {

@@ -1,4 +1,4 @@
-#include "platform/macos/bulk_record.h"
+#include "platform/macos/bulk_listing.h"
 
 #include <gtest/gtest.h>
 
@@ -346,6 +346,21 @@ TEST(BulkEntry, TellsTheKinds) {
         << "it would be mounted by whoever looks";
     EXPECT_EQ(kindOf({.name = "a", .type = folderType, .mountStatus = 4}), EntryKind::directory)
         << "whatever else a later system may say of it";
+}
+
+TEST(BulkEntry, ThatIsOnlyListedHasItsKindAsFarAsThatIsSaid) {
+    const auto listed = [](const Written& what) {
+        const Bytes bytes = record(what);
+        const DirectoryEntry entry = listedEntryOf(*only(bytes));
+        EXPECT_EQ(entry.name, "a");
+        return std::pair(entry.kind, entry.isRegularFile);
+    };
+    EXPECT_EQ(listed({.name = "a", .type = fileType}), std::pair(EntryKind::file, true));
+    for (const std::uint32_t type : {blockDeviceType, deviceType, socketType, fifoType})
+        EXPECT_EQ(listed({.name = "a", .type = type}), std::pair(EntryKind::file, false)) << type;
+    EXPECT_EQ(listed({.name = "a", .type = linkType}), std::pair(EntryKind::link, false));
+    EXPECT_EQ(listed({.name = "a", .type = folderType}), std::pair(EntryKind::directory, false));
+    EXPECT_EQ(listed({.name = "a"}), std::pair(EntryKind::file, false)) << "for certain neither";
 }
 
 TEST(BulkEntry, AFolderHasADateAndNoSize) {

@@ -1,8 +1,9 @@
-#include "platform/posix/system_home.h"
+#include "platform/posix/user_folders.h"
+
+#include <cstdlib>
 
 #include "platform/files.h"
-#include "platform/reach.h"
-#include "platform/user_folders.h"
+#include "platform/volume.h"
 
 namespace ulvak::platform::posix {
 namespace {
@@ -24,6 +25,13 @@ bool isSamePlace(const std::string& one, const std::string& other) {
 
 }  // namespace
 
+std::optional<std::string> absoluteFromEnvironment(const char* name) {
+    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
+    if (value == nullptr || value[0] != '/')
+        return std::nullopt;
+    return value;
+}
+
 bool isInSystemHome() {
     const auto home = systemHome();
     return home && isSamePlace(homeDirectory(), *home);
@@ -31,6 +39,14 @@ bool isInSystemHome() {
 
 bool isDesktopsTrash(const std::string& trash) {
     return isInSystemHome() && isSamePlace(trash, desktopsTrash(homeDirectory()));
+}
+
+GuardedFolders commonFolders(const std::string& home) {
+    return {
+        .themselves = {home + "/.local", home + "/.local/share", home + "/.local/state", home + "/.config"},
+        .withContents = {home + "/.gnupg", home + "/.ssh", home + "/.pki", home + "/.password-store"},
+        .unread = {},
+    };
 }
 
 }  // namespace ulvak::platform::posix

@@ -1,17 +1,13 @@
-#include "platform/reach.h"
+#include "platform/volume.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <deque>
-#include <optional>
 #include <utility>
 
 #include "platform/files.h"
-#include "platform/quiet_access.h"
 
 namespace ulvak::platform {
 namespace {
@@ -27,14 +23,6 @@ void putInFront(std::deque<std::string>& names, std::string_view path) {
         path.remove_prefix(std::min(end + 1, path.size()));
     }
     names.insert(names.begin(), parts.begin(), parts.end());
-}
-
-std::optional<std::string> linkTarget(const std::string& path) {
-    std::array<char, PATH_MAX> buffer{};
-    const ssize_t length = ::readlink(path.c_str(), buffer.data(), buffer.size());
-    if (length < 0)
-        return std::nullopt;
-    return std::string(buffer.data(), static_cast<std::size_t>(length));
 }
 
 /// Whether `path` is `folder` or lies below it.
@@ -57,6 +45,32 @@ Reach::Place endedAt(std::string path, const std::deque<std::string>& rest) {
 }
 
 }  // namespace
+
+std::vector<std::string> mountPoints() {
+    std::vector<std::string> points;
+    for (Mount& mount : mounts())
+        points.push_back(std::move(mount.path));
+    return points;
+}
+
+PromptVolumes promptVolumes() {
+    constexpr std::array<std::string_view, 5> systems = {"/dev/", "/proc/", "/run/user/", "/sys/",
+                                                         "/System/"};
+    PromptVolumes volumes;
+    const std::vector<Mount> all = mounts();
+    for (const Mount& mount : all) {
+        if (std::ranges::any_of(systems,
+                                [&](std::string_view folder) { return mount.path.starts_with(folder); }))
+            continue;
+        const bool isPrompt = std::ranges::none_of(
+            all, [&](const Mount& around) { return around.mayHang && isWithin(mount.path, around.path); });
+        if (isPrompt)
+            volumes.places.push_back(mount.path);
+        else
+            volumes.isAll = false;
+    }
+    return volumes;
+}
 
 // Resolved before the list is read: a look may mount what is looked at.
 Reach::Reach(std::span<const std::string> folders, Others others)

@@ -1,14 +1,16 @@
-#include "platform/pipe.h"
+#include "platform/process.h"
 
 #include <fcntl.h>
+#include <mach-o/dyld.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
-#include <string>
+#include <cstring>
 
+#include "platform/files.h"
 #include "platform/posix/system.h"
 #include "platform/user_folders.h"
 
@@ -19,17 +21,14 @@ using posix::lastError;
 
 /// Opens both ends of a FIFO. The reading end must not wait for the other, which is still to come.
 std::expected<PipeEnds, std::error_code> openEnds(const std::string& path) {
-    PipeEnds ends{.read = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
-    if (ends.read < 0)
+    PipeEnds ends{.read = FileDescriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)),
+                  .write = {}};
+    if (!ends.read.isOpen())
         return std::unexpected(lastError());
-    ends.write = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-    if (ends.write >= 0 && ::fcntl(ends.read, F_SETFL, 0) == 0)
-        return ends;
-    const auto error = lastError();
-    ::close(ends.read);
-    if (ends.write >= 0)
-        ::close(ends.write);
-    return std::unexpected(error);
+    ends.write = FileDescriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!ends.write.isOpen() || ::fcntl(ends.read.get(), F_SETFL, 0) != 0)
+        return std::unexpected(lastError());
+    return ends;
 }
 
 std::expected<PipeEnds, std::error_code> makeFifo() {
@@ -52,18 +51,29 @@ std::expected<PipeEnds, std::error_code> makePlainPipe() {
         return std::unexpected(lastError());
     for (const int handle : handles)
         (void)::fcntl(handle, F_SETFD, FD_CLOEXEC);  // which does not fail for an open handle
-    return PipeEnds{.read = handles[0], .write = handles[1]};
+    return PipeEnds{.read = FileDescriptor(handles[0]), .write = FileDescriptor(handles[1])};
 }
 
 }  // namespace
+
+std::optional<std::string> ownProgram() {
+    std::uint32_t size = 0;
+    (void)::_NSGetExecutablePath(nullptr, &size);  // fails, and says how much room it takes
+    std::string path(size, '\0');
+    if (::_NSGetExecutablePath(path.data(), &size) != 0)
+        return std::nullopt;
+    path.resize(std::strlen(path.c_str()));
+    return resolvedPath(path);
+}
 
 /// This system's pipe(2) cannot close its ends to programs from the start, and one that another thread starts
 /// in between would hold the pipe open for as long as it runs. A FIFO whose name goes at once is opened as a
 /// file is. But a name takes room on the disk, and whoever cleans may have none: then it is a pipe all the
 /// same, and that instant is risked.
 std::expected<PipeEnds, std::error_code> makePipe() {
-    auto ends = makeFifo();
-    return ends ? ends : makePlainPipe();
+    if (auto ends = makeFifo())
+        return ends;
+    return makePlainPipe();
 }
 
 }  // namespace ulvak::platform

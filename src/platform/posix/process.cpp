@@ -1,12 +1,14 @@
-#include "platform/ending_signals.h"
+#include "platform/process.h"
 
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
+#include <vector>
 
-#include "platform/pipe.h"
+#include "platform/posix/user_folders.h"
 
 namespace ulvak::platform {
 namespace {
@@ -27,11 +29,30 @@ void note(int signal) {
 
 }  // namespace
 
+void forgetRelativeFolders() {
+    for (const char* name : {"HOME", "TMPDIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+                             "XDG_RUNTIME_DIR", "XDG_STATE_HOME"}) {
+        if (!posix::absoluteFromEnvironment(name))
+            ::unsetenv(name);  // NOLINT(concurrency-mt-unsafe): there is one thread
+    }
+}
+
+std::error_code becomeProgram(const std::string& path, std::span<const char* const> arguments) {
+    std::vector<std::string> words{path};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    ::execv(path.c_str(), argv.data());
+    return {errno, std::generic_category()};
+}
+
 std::optional<int> watchEndingSignals() {
-    const auto pipe = makePipe();
+    auto pipe = makePipe();
     if (!pipe)
         return std::nullopt;
-    descriptor = pipe->write;
+    descriptor = pipe->write.release();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         struct sigaction action{};
         // What was to be ignored, by nohup say, stays so.
@@ -42,7 +63,7 @@ std::optional<int> watchEndingSignals() {
         action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
         (void)::sigaction(signal, &action, nullptr);
     }
-    return pipe->read;
+    return pipe->read.release();
 }
 
 void endBySignal() {
