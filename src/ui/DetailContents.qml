@@ -1,12 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// What lies in the finding, largest first.
 ColumnLayout {
     id: root
 
-    required property var detail
-    readonly property var lines: detail.contents
+    required property DetailModel detail
 
     spacing: Theme.spaceS
 
@@ -18,26 +18,28 @@ ColumnLayout {
         Accessible.role: Accessible.Heading
     }
     Repeater {
-        model: root.lines.length
+        model: root.detail.contents
 
         RowLayout {
             id: line
-            required property int index
-            readonly property var modelData: root.lines[index] ?? { name: "", symbol: "", sizeText: "", location: "" }
+            required property string symbol
+            required property string name
+            required property string location
+            required property string sizeText
             spacing: Theme.spaceM
             Layout.fillWidth: true
 
             Accessible.role: Accessible.StaticText
-            Accessible.name: modelData.name + ", " + modelData.sizeText
+            Accessible.name: name + ", " + sizeText
 
             Symbol {
-                name: line.modelData.symbol
+                name: line.symbol
                 color: Theme.secondary
                 size: Theme.body * 1.15
             }
             Text {
-                id: name
-                text: line.modelData.name
+                id: label
+                text: line.name
                 textFormat: Text.PlainText
                 horizontalAlignment: Text.AlignLeft
                 color: Theme.text
@@ -48,17 +50,17 @@ ColumnLayout {
                 HoverHandler { id: hover }
                 Loader {
                     anchors.fill: parent
-                    active: hover.hovered && name.truncated
+                    active: hover.hovered && label.truncated
                     sourceComponent: Item {
                         ToolTipText {
                             visible: true
-                            text: line.modelData.location
+                            text: line.location
                         }
                     }
                 }
             }
             Figures {
-                text: line.modelData.sizeText
+                text: line.sizeText
                 color: Theme.secondary
                 font.pixelSize: Theme.body
             }

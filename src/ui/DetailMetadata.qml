@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// Where the finding is, when it changed and how many files it holds.
 GridLayout {
     id: root
 
-    required property var detail
+    required property DetailModel detail
 
     columns: 2
     columnSpacing: Theme.spaceL
@@ -15,9 +16,9 @@ GridLayout {
         model: root.detail.metadata
 
         Text {
-            required property var modelData
+            required property string label
             required property int index
-            text: modelData.label
+            text: label
             color: Theme.secondary
             font.pixelSize: Theme.callout
             Accessible.ignored: true
@@ -30,11 +31,12 @@ GridLayout {
         model: root.detail.metadata
 
         SelectableText {
-            required property var modelData
+            required property string label
+            required property string value
             required property int index
-            text: modelData.value
+            text: value
             font.pixelSize: Theme.callout
-            Accessible.name: modelData.label + ": " + text
+            Accessible.name: label + ": " + text
             Layout.row: index
             Layout.column: 1
             Layout.fillWidth: true

@@ -1,19 +1,20 @@
 import QtQuick
+import Ulvak
 
 /// What can be done with one finding of a list. Bound to the finding it was opened for, whatever the rows do.
 MenuPanel {
     id: root
 
-    required property var app
+    required property WindowModel app
     property string token: ""
-    property var about: ({})
+    property rowMenuInfo about
     property bool isCleaning: false
 
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         token = finding
         about = app.menuInfo(finding)
-        isCleaning = about.isCleaning ?? false
-        if (about.canReset === undefined)
+        isCleaning = about.isCleaning
+        if (!about.isThere)
             return
         popup(item, point)
         currentIndex = byKeyboard ? 0 : -1
@@ -23,10 +24,10 @@ MenuPanel {
 
     Connections {
         target: root.app
-        function onCleaningChanged() { root.isCleaning = root.app.menuInfo(root.token).isCleaning ?? false }
+        function onCleaningChanged() { root.isCleaning = root.app.menuInfo(root.token).isCleaning }
         // Nothing here would do anything for a finding that has gone.
         function onFindingsChanged() {
-            if (root.app.menuInfo(root.token).isCleaning === undefined)
+            if (!root.app.menuInfo(root.token).isThere)
                 root.close()
         }
     }
@@ -46,14 +47,14 @@ MenuPanel {
         objectName: "levelMenu"
         app: root.app
         token: root.token
-        canReset: root.about.canReset ?? false
+        canReset: root.about.canReset
     }
     MenuRule {
-        visible: root.about.canTrash ?? false
+        visible: root.about.canTrash
     }
     MenuLine {
         objectName: "trash"
-        visible: root.about.canTrash ?? false
+        visible: root.about.canTrash
         height: visible ? implicitHeight : 0
         enabled: !root.isCleaning
         text: "Çöp Kutusuna Taşı"
