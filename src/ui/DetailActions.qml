@@ -87,12 +87,18 @@ ColumnLayout {
         spacing: Theme.spaceM
         Layout.fillWidth: true
 
-        PushButton {
-            objectName: "revealButton"
-            width: Math.min(implicitWidth, others.width)
-            text: "Finder'da Göster"
-            symbol: "folder"
-            onClicked: root.app.reveal(root.detail.token)
+        Repeater {
+            model: root.app.actions
+
+            PushButton {
+                required property string name
+                required property string title
+                required symbol
+                objectName: name + "Button"
+                width: Math.min(implicitWidth, others.width)
+                text: title
+                onClicked: root.app.perform(name, root.detail.token)
+            }
         }
         PushButton {
             id: relabel

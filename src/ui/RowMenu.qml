@@ -31,10 +31,15 @@ MenuPanel {
                 root.close()
         }
     }
-    MenuLine {
-        objectName: "reveal"
-        text: "Finder'da Göster"
-        onTriggered: root.app.reveal(root.token)
+    Repeater {
+        model: root.app.actions
+        MenuLine {
+            required property string name
+            required property string title
+            objectName: name
+            text: title
+            onTriggered: root.app.perform(name, root.token)
+        }
     }
     MenuLine {
         objectName: "analyze"

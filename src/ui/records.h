@@ -95,6 +95,20 @@ public:
     friend bool operator==(const LargestLine&, const LargestLine&) = default;
 };
 
+/// Something that can be done with a finding.
+struct ActionLine {
+    Q_GADGET
+    Q_PROPERTY(QString name MEMBER name FINAL)
+    Q_PROPERTY(QString title MEMBER title FINAL)
+    Q_PROPERTY(QString symbol MEMBER symbol FINAL)
+public:
+    QString name;
+    QString title;
+    QString symbol;
+
+    friend bool operator==(const ActionLine&, const ActionLine&) = default;
+};
+
 /// Something that lies in a finding.
 struct ContentLine {
     Q_GADGET

@@ -11,6 +11,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/finding_action.h"
 #include "app/shown.h"
 #include "app/texts.h"
 #include "core/checked_add.h"
@@ -41,11 +42,21 @@ std::vector<LevelInfo> allLevelInfos() {
     return levels;
 }
 
+std::vector<ActionLine> allActions() {
+    std::vector<ActionLine> lines;
+    for (const FindingAction& action : findingActions())
+        lines.push_back({.name = Texts::fixed(action.name),
+                         .title = Texts::fixed(action.title),
+                         .symbol = Texts::fixed(action.symbol)});
+    return lines;
+}
+
 }  // namespace
 
 WindowModel::WindowModel(AppModel& app, QObject* parent)
     : QObject(parent), app_(app), findings_(app), selection_(findings_), detail_(app), several_(app) {
     levelChoices_.assign(allLevelInfos());
+    actions_.assign(allActions());
     summarize();
     measureSegments();
     // Before anybody reads them.
@@ -483,9 +494,9 @@ QString WindowModel::trashQuestion() const {
     return text + QStringLiteral("Boşaltırsan hepsi kalıcı olarak silinir. Bu işlem geri alınamaz.");
 }
 
-void WindowModel::reveal(const QString& token) {
+void WindowModel::perform(const QString& action, const QString& token) {
     if (const FindingPointer finding = app_.finding(idOf(token)))
-        app_.reveal(*finding);
+        app_.perform(action.toStdString(), *finding);
 }
 
 }  // namespace ulvak

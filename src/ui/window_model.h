@@ -50,6 +50,8 @@ class WindowModel : public QObject {
     Q_PROPERTY(ulvak::RecordList* levels READ levels CONSTANT FINAL)
     /// `LevelInfo`s in the order of declaration, for menus.
     Q_PROPERTY(ulvak::RecordList* levelChoices READ levelChoices CONSTANT FINAL)
+    /// `ActionLine`s: what can be done with any finding besides cleaning and labelling it.
+    Q_PROPERTY(ulvak::RecordList* actions READ actions CONSTANT FINAL)
     Q_PROPERTY(QString reclaimableText READ reclaimableText NOTIFY findingsChanged FINAL)
     /// `LargestLine`s: at most eight, largest first.
     Q_PROPERTY(ulvak::RecordList* largest READ largest CONSTANT FINAL)
@@ -130,6 +132,7 @@ public:
     [[nodiscard]] QString scanLine() const;
     [[nodiscard]] RecordListOf<LevelLine>* levels() { return &levels_; }
     [[nodiscard]] RecordListOf<LevelInfo>* levelChoices() { return &levelChoices_; }
+    [[nodiscard]] RecordListOf<ActionLine>* actions() { return &actions_; }
     [[nodiscard]] QString reclaimableText() const;
     [[nodiscard]] RecordListOf<LargestLine>* largest() { return &largest_; }
     [[nodiscard]] QString trashText() const;
@@ -192,7 +195,8 @@ public:
     Q_INVOKABLE void emptyTrashAsAsked(const QString& question);
     /// The same for an answer that is no.
     Q_INVOKABLE void dismissTrashQuestion(const QString& question);
-    Q_INVOKABLE void reveal(const QString& token);
+    /// One of the `actions`, by its name.
+    Q_INVOKABLE void perform(const QString& action, const QString& token);
     Q_INVOKABLE void openFullDiskAccessSettings() { app_.openFullDiskAccessSettings(); }
     Q_INVOKABLE void dismissAlert() { app_.dismissAlert(); }
 
@@ -239,6 +243,7 @@ private:
     RecordListOf<DiskSegment> segments_;
     RecordListOf<LevelLine> levels_;
     RecordListOf<LevelInfo> levelChoices_;
+    RecordListOf<ActionLine> actions_;
     RecordListOf<LargestLine> largest_;
     bool selectsFirst_ = false;
     bool isEmptyingTrash_ = false;
