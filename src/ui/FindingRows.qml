@@ -31,7 +31,7 @@ ListView {
             selection.pressForMenu(row)
             positionViewAtIndex(row, ListView.Contain)
         }
-        const item = row < 0 ? null : itemAtIndex(row)
+        const item = row < 0 ? null : itemAtIndex(row) as FindingRow
         if (item)
             menu.openFor(item.findingId, item, Qt.point(Math.round(item.width / 3), item.height), true)
     }

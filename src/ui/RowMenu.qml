@@ -8,12 +8,12 @@ MenuPanel {
     required property WindowModel app
     property string token: ""
     property rowMenuInfo about
-    property bool isCleaning: false
+    property rowMenuInfo now  ///< the same while the menu is open
 
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         token = finding
         about = app.menuInfo(finding)
-        isCleaning = about.isCleaning
+        now = about
         if (!about.isThere)
             return
         popup(item, point)
@@ -24,10 +24,11 @@ MenuPanel {
 
     Connections {
         target: root.app
-        function onCleaningChanged() { root.isCleaning = root.app.menuInfo(root.token).isCleaning }
+        function onCleaningChanged() { root.now = root.app.menuInfo(root.token) }
         // Nothing here would do anything for a finding that has gone.
         function onFindingsChanged() {
-            if (!root.app.menuInfo(root.token).isThere)
+            root.now = root.app.menuInfo(root.token)
+            if (!root.now.isThere)
                 root.close()
         }
     }
@@ -61,7 +62,7 @@ MenuPanel {
         objectName: "trash"
         visible: root.about.canTrash
         height: visible ? implicitHeight : 0
-        enabled: !root.isCleaning
+        enabled: !root.now.isCleaning
         text: "Çöp Kutusuna Taşı"
         onTriggered: root.app.moveToTrash(root.token)
     }
