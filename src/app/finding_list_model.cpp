@@ -241,15 +241,15 @@ void FindingListModel::markBusy() {
 }
 
 void FindingListModel::mark(const Marks& marks, const QList<int>& roles) {
-    std::vector<std::string> changed;
-    for (const auto& [shown, now] : marks) {
-        std::ranges::set_symmetric_difference(*shown, *now, std::back_inserter(changed));
-        *shown = *now;
-    }
     std::unordered_set<const Finding*> findings;
-    for (const std::string& id : changed) {
-        if (const FindingPointer finding = app_.finding(id))
-            findings.insert(finding.get());
+    for (const auto& [shown, now] : marks) {
+        std::vector<std::string_view> changed;
+        std::ranges::set_symmetric_difference(*shown, *now, std::back_inserter(changed));
+        for (const std::string_view id : changed) {
+            if (const FindingPointer finding = app_.finding(id))
+                findings.insert(finding.get());
+        }
+        *shown = *now;
     }
     tellChanged(std::move(findings), roles);
 }
