@@ -82,7 +82,7 @@ std::vector<std::string> makeChosen(const Options& options, const std::vector<Fi
 /// All that the window shows of it, but for drawing.
 class Shown {
 public:
-    explicit Shown(AppModel& app) : window_(app) { window_.setSidebar(QStringLiteral("safe")); }
+    explicit Shown(AppModel& app) : window_(app) { window_.setSidebar(SidebarItem{SafetyLevel::safe}); }
     void select(std::set<std::string> ids) { window_.selection()->set(std::move(ids)); }
 
 private:

@@ -128,7 +128,7 @@ public:
         return application_.takeLongest();
     }
 
-    void openList() { model_.setSidebar(QStringLiteral("safe")); }
+    void openList() { model_.setSidebar(SidebarItem{SafetyLevel::safe}); }
     void wheel() {
         const QPointF middle = rows()->mapToScene({rows()->width() / 2, rows()->height() / 2});
         QWheelEvent event(middle, window_->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
@@ -143,7 +143,7 @@ public:
     }
     void relabelOne() {
         const auto& findings = app_.findings();
-        model_.setLevel(QStringLiteral("keep"), tokenOf(findings[findings.size() / 2]->id));
+        model_.setLevel(Level::Value::Keep, tokenOf(findings[findings.size() / 2]->id));
     }
     void clearSelection() { model_.selection()->clear(); }
     [[nodiscard]] std::size_t selected() { return model_.selection()->ids().size(); }

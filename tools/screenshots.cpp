@@ -139,27 +139,27 @@ void selectRows(WindowModel& window, int count) {
 }
 
 void lists(WindowModel& window, Pictures& pictures) {
-    for (const char* level : {"safe", "regenerable", "caution", "unknown", "keep"}) {
-        window.setSidebar(QString::fromLatin1(level));
+    for (const SafetyLevel level : displayedSafetyLevels()) {
+        window.setSidebar(SidebarItem{level});
         selectRows(window, 1);
-        pictures.take(QStringLiteral("list-") + QString::fromLatin1(level));
+        pictures.take(QStringLiteral("list-") + LevelInfo::of(level).name);
     }
 }
 
 void dialogs(WindowModel& window, Pictures& pictures) {
-    window.setSidebar(QStringLiteral("caution"));
+    window.setSidebar(SidebarItem{SafetyLevel::caution});
     selectRows(window, 4);
     pictures.take(QStringLiteral("several"));
     pictures.call("cleanSeveral", "activate");
     pictures.take(QStringLiteral("confirm-several"));
     pictures.call("confirmSeveral", "close");
-    window.setSidebar(QStringLiteral("safe"));
+    window.setSidebar(SidebarItem{SafetyLevel::safe});
     selectRows(window, 1);
     settle();
     pictures.call("removePermanently", "activate");
     pictures.take(QStringLiteral("confirm-permanent"));
     pictures.call("confirmPermanent", "close");
-    window.setSidebar(QStringLiteral("keep"));
+    window.setSidebar(SidebarItem{SafetyLevel::keep});
     selectRows(window, 1);
     settle();
     pictures.call("moveToTrash", "activate");
@@ -168,7 +168,7 @@ void dialogs(WindowModel& window, Pictures& pictures) {
 }
 
 void menus(QQuickWindow& view, WindowModel& window, Pictures& pictures) {
-    window.setSidebar(QStringLiteral("unknown"));
+    window.setSidebar(SidebarItem{SafetyLevel::unknown});
     selectRows(window, 1);
     settle();
     if (auto* rows = qobject_cast<QQuickItem*>(pictures.find("rows"))) {

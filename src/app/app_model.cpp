@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "app/finding_action.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
 
@@ -1020,15 +1021,17 @@ QCoro::Task<> AppModel::countTrashed() {
         assign(trashedBytes_, std::min(trashedBytes_, bytes), &AppModel::trashedBytesChanged);
 }
 
-QCoro::Task<> AppModel::reveal(const Finding& finding) {
+QCoro::Task<> AppModel::perform(std::string_view action, const Finding& finding) {
     expectUiThread();
-    const std::vector<std::string> urls = finding.urls;  // the finding may go while the desktop is asked
-    auto work = workers_->run([reveal = services_.reveal, urls] { return reveal(urls); });
-    const bool isShown = co_await work;
-    if (!isShown && !isEnding_)
-        showAlert("Klasör açılamadı",
-                  "“" + Paths::display(urls.front(), folders()) +
-                      "” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı.");
+    const FindingAction* row = findingAction(action);
+    if (row == nullptr)
+        co_return;
+    // Copies: the finding may go while the desktop is asked.
+    auto work =
+        workers_->run([row, services = services_, finding] { return row->perform(services, finding); });
+    auto problem = co_await work;
+    if (problem && !isEnding_)
+        showAlert(std::move(problem->title), std::move(problem->message));
 }
 
 void AppModel::openFullDiskAccessSettings() {

@@ -167,8 +167,10 @@ public:
     QCoro::Task<> emptyTrashAsAsked(QUuid question);
     void dismissTrashQuestion();
 
-    /// Tells when nothing opens.
-    QCoro::Task<> reveal(const Finding& finding);
+    /// Does what the row of `findingActions` with this name says; nothing when there is none. Tells when it
+    /// fails.
+    QCoro::Task<> perform(std::string_view action, const Finding& finding);
+    QCoro::Task<> reveal(const Finding& finding) { return perform("reveal", finding); }
     void openFullDiskAccessSettings();
     void dismissAlert();
 

@@ -105,8 +105,10 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
             return iconOf(finding);
         case colorRole:
             return Texts::fixed(info(finding.level).color);
-        case sourceRole:
-            return Texts::fixed(info(finding.source).rawValue);
+        case sourceLabelRole:
+            return Texts::fixed(info(finding.source).label);
+        case sourceSymbolRole:
+            return Texts::fixed(info(finding.source).symbol);
         case badgeRole:
             return Texts::badge(finding);
         case confidenceRole:
@@ -115,6 +117,8 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
             return analyzing_.contains(finding.id);
         case isCleaningRole:
             return cleaning_.contains(finding.id);
+        case isSelectedRole:
+            return selected_.contains(finding.id);
         default:
             return {};
     }
@@ -129,11 +133,13 @@ QHash<int, QByteArray> FindingListModel::roleNames() const {
         {fractionRole, "fraction"},
         {iconRole, "icon"},
         {colorRole, "levelColor"},
-        {sourceRole, "source"},
+        {sourceLabelRole, "sourceLabel"},
+        {sourceSymbolRole, "sourceSymbol"},
         {badgeRole, "badge"},
         {confidenceRole, "confidenceText"},
         {isAnalyzingRole, "isAnalyzing"},
         {isCleaningRole, "isCleaning"},
+        {isSelectedRole, "isSelected"},
     };
 }
 
@@ -230,20 +236,32 @@ void FindingListModel::setLargest(std::int64_t largest) {
 }
 
 void FindingListModel::markBusy() {
-    std::vector<std::string> changed;
-    for (const auto& [shown, now] :
-         {std::pair(&analyzing_, &app_.analyzing()), std::pair(&cleaning_, &app_.cleaning())}) {
+    mark({{&analyzing_, &app_.analyzing()}, {&cleaning_, &app_.cleaning()}},
+         {isAnalyzingRole, isCleaningRole});
+}
+
+void FindingListModel::mark(const Marks& marks, const QList<int>& roles) {
+    std::unordered_set<const Finding*> findings;
+    for (const auto& [shown, now] : marks) {
+        std::vector<std::string_view> changed;
         std::ranges::set_symmetric_difference(*shown, *now, std::back_inserter(changed));
+        for (const std::string_view id : changed) {
+            if (const FindingPointer finding = app_.finding(id))
+                findings.insert(finding.get());
+        }
         *shown = *now;
     }
-    std::unordered_set<const Finding*> findings;
-    for (const std::string& id : changed) {
-        if (const FindingPointer finding = app_.finding(id))
-            findings.insert(finding.get());
-    }
+    tellChanged(std::move(findings), roles);
+}
+
+void FindingListModel::tellChanged(std::unordered_set<const Finding*> findings, const QList<int>& roles) {
+    // Run by run: all may be selected at once.
     for (int row = 0; row < count() && !findings.empty(); ++row) {
-        if (findings.erase(rows_[static_cast<std::size_t>(row)].get()) > 0)
-            emit dataChanged(index(row), index(row), {isAnalyzingRole, isCleaningRole});
+        const int first = row;
+        while (row < count() && findings.erase(rows_[static_cast<std::size_t>(row)].get()) > 0)
+            ++row;
+        if (row > first)
+            emit dataChanged(index(first), index(row - 1), roles);
     }
 }
 

@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "app/app_model.h"
@@ -20,7 +22,7 @@ namespace ulvak {
 /// Threads: the UI thread only.
 class FindingListModel : public QAbstractListModel {
     Q_OBJECT
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
 public:
     enum Role : int {
         idRole = Qt::UserRole + 1,  ///< the id as a token
@@ -29,12 +31,14 @@ public:
         sizeTextRole,
         fractionRole,  ///< of the level's largest finding, 0 to 1
         iconRole,
-        colorRole,       ///< the name of its level's colour
-        sourceRole,      ///< the raw value of a VerdictSource
+        colorRole,  ///< the name of its level's colour
+        sourceLabelRole,
+        sourceSymbolRole,
         badgeRole,       ///< the text of the source badge; empty for a rule's verdict
         confidenceRole,  ///< what that ends in when a model has said how sure it is; else empty
         isAnalyzingRole,
         isCleaningRole,
+        isSelectedRole,
     };
 
     /// `app` outlives this object. Without a level there are no rows.
@@ -42,6 +46,9 @@ public:
 
     [[nodiscard]] std::optional<SafetyLevel> level() const { return level_; }
     void setLevel(std::optional<SafetyLevel> level);
+
+    /// Which rows are told to be selected: those of the findings with these ids.
+    void setSelected(const std::set<std::string>& ids) { mark({{&selected_, &ids}}, {isSelectedRole}); }
 
     [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
     [[nodiscard]] const Findings& rows() const { return rows_; }
@@ -72,7 +79,11 @@ private:
     void removeAllBut(const std::vector<bool>& stays);
     void insertMissing(const Findings& wanted);
     void replaceChanged(const Findings& wanted);
+    /// A set of ids that rows show, and what it is to be.
+    using Marks = std::vector<std::pair<std::set<std::string>*, const std::set<std::string>*>>;
+    void mark(const Marks& marks, const QList<int>& roles);
     void markBusy();
+    void tellChanged(std::unordered_set<const Finding*> findings, const QList<int>& roles);
 
     AppModel& app_;
     std::optional<SafetyLevel> level_;
@@ -80,6 +91,7 @@ private:
     std::int64_t largest_ = 0;
     std::set<std::string> analyzing_;
     std::set<std::string> cleaning_;
+    std::set<std::string> selected_;
 };
 
 }  // namespace ulvak

@@ -17,10 +17,11 @@ AbstractButton {
             clicked()
     }
 
-    function pressByReturn(event: var) {
-        event.accepted = activatesOnReturn
-        if (activatesOnReturn && !event.isAutoRepeat)
+    /// Whether the key was for this button.
+    function pressByReturn(isAutoRepeat: bool): bool {
+        if (activatesOnReturn && !isAutoRepeat)
             activate()
+        return activatesOnReturn
     }
 
     focusPolicy: Qt.StrongFocus
@@ -33,6 +34,6 @@ AbstractButton {
     Accessible.name: text
     Accessible.onPressAction: activate()
 
-    Keys.onReturnPressed: event => pressByReturn(event)
-    Keys.onEnterPressed: event => pressByReturn(event)
+    Keys.onReturnPressed: event => { event.accepted = pressByReturn(event.isAutoRepeat) }
+    Keys.onEnterPressed: event => { event.accepted = pressByReturn(event.isAutoRepeat) }
 }

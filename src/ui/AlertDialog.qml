@@ -1,10 +1,11 @@
 import QtQuick
+import Ulvak
 
 /// Shows the application's alert for as long as there is one; a new one takes the place of the old.
 ConfirmDialog {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     function follow() {
         if (app.alertId === "") {

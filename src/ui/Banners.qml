@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// What there is to know beside a result, and what can be done about it. Not there when there is nothing.
 ColumnLayout {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     visible: app.trashText !== "" || app.freedText !== "" || app.deniedText !== "" || app.uncertainText !== ""
 

@@ -2,14 +2,15 @@ import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Ulvak
 
 /// The window's three columns under its toolbar.
 Item {
     id: root
 
-    required property var app
+    required property WindowModel app
 
-    readonly property string phase: app.phase
+    readonly property int phase: app.phase
     readonly property real scale13: Math.max(1, Math.min(Theme.base / 13, 1.6))
     // What the columns beside the content have where there is room; what the user gives them is remembered here.
     property real sideWish: Math.max(230 * scale13, Math.min(side.wholeWidth, 270 * scale13))
@@ -38,7 +39,7 @@ Item {
 
     // What had the keyboard has gone with the face that it stood on.
     function keepFocus() {
-        if (app.phase === "scanning" && app.isOverview && content.activeFocus)
+        if (app.phase === WindowModel.Scanning && app.isOverview && content.activeFocus)
             bar.focusScanButton(Qt.TabFocusReason)
     }
 

@@ -1,18 +1,19 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// Everything that can be done with the finding. A dialog keeps the finding it asks about.
 ColumnLayout {
     id: root
 
-    required property var app
-    readonly property var detail: app.detail
+    required property WindowModel app
+    readonly property DetailModel detail: app.detail
 
     /// Presses the prominent button, if there is one.
     function pressMain() {
-        if (detail.action === "trash" && !detail.isCleaning)
+        if (detail.action === DetailModel.Trash && !detail.isCleaning)
             trash.activate()
-        else if (detail.action === "simulator" && !detail.isCleaning)
+        else if (detail.action === DetailModel.Simulator && !detail.isCleaning)
             simulator.activate()
     }
 
@@ -27,7 +28,7 @@ ColumnLayout {
     PushButton {
         id: simulator
         objectName: "deleteSimulator"
-        visible: root.detail.action === "simulator"
+        visible: root.detail.action === DetailModel.Simulator
         enabled: !root.detail.isCleaning
         busy: root.detail.isCleaning
         text: "Simülatörü Sil"
@@ -39,7 +40,7 @@ ColumnLayout {
     }
     Flow {
         id: cleaning
-        visible: root.detail.action === "trash"
+        visible: root.detail.action === DetailModel.Trash
         spacing: Theme.spaceM
         Layout.fillWidth: true
 
@@ -67,7 +68,7 @@ ColumnLayout {
     }
     NoteLine {
         objectName: "quitNote"
-        visible: root.detail.action === "trash" && root.detail.quitText !== ""
+        visible: root.detail.action === DetailModel.Trash && root.detail.quitText !== ""
         symbol: "info.circle"
         text: root.detail.quitText
         size: Theme.caption
@@ -75,7 +76,7 @@ ColumnLayout {
     }
     NoteLine {
         objectName: "reason"
-        visible: root.detail.action === "none"
+        visible: root.detail.action === DetailModel.None
         symbol: "lock"
         text: root.detail.reason
         size: Theme.callout
@@ -86,12 +87,18 @@ ColumnLayout {
         spacing: Theme.spaceM
         Layout.fillWidth: true
 
-        PushButton {
-            objectName: "revealButton"
-            width: Math.min(implicitWidth, others.width)
-            text: "Finder'da Göster"
-            symbol: "folder"
-            onClicked: root.app.reveal(root.detail.token)
+        Repeater {
+            model: root.app.actions
+
+            PushButton {
+                required property string name
+                required property string title
+                required symbol
+                objectName: name + "Button"
+                width: Math.min(implicitWidth, others.width)
+                text: title
+                onClicked: root.app.perform(name, root.detail.token)
+            }
         }
         PushButton {
             id: relabel

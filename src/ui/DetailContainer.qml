@@ -1,13 +1,14 @@
 import QtQuick
+import Ulvak
 
 /// The detail column: nothing, one finding, or several.
 FocusScope {
     id: root
 
-    required property var app
+    required property WindowModel app
     readonly property bool isOverview: app.isOverview
     // A note, an open dialog or a button that is held down belongs to what it was begun with.
-    readonly property string shown: app.detailKind === "one" ? app.detail.token : app.detailKind
+    readonly property string shown: app.detailKind === WindowModel.One ? app.detail.token : app.detailKind
 
     /// What had the focus in here has gone.
     signal focusLost()
@@ -43,16 +44,16 @@ FocusScope {
         onTriggered: one.active = several.active = true
     }
     component Face: Loader {
-        required property string kind
+        required property int kind
         readonly property bool isWanted: root.app.detailKind === kind
 
         anchors.fill: parent
         visible: isWanted
-        active: kind === "empty"
+        active: kind === WindowModel.Empty
         onIsWantedChanged: if (isWanted) active = true
     }
     Face {
-        kind: "empty"
+        kind: WindowModel.Empty
         sourceComponent: EmptyState {
             objectName: "detailEmpty"
             symbol: "sidebar.right"
@@ -64,12 +65,12 @@ FocusScope {
     }
     Face {
         id: one
-        kind: "one"
+        kind: WindowModel.One
         sourceComponent: DetailView { app: root.app }
     }
     Face {
         id: several
-        kind: "several"
+        kind: WindowModel.Several
         sourceComponent: MultiSelectionView { app: root.app }
     }
 }

@@ -1,12 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// What lies in the finding, largest first.
 ColumnLayout {
     id: root
 
-    required property var detail
-    readonly property var lines: detail.contents
+    required property DetailModel detail
 
     spacing: Theme.spaceS
 
@@ -17,50 +17,57 @@ ColumnLayout {
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
     }
-    Repeater {
-        model: root.lines.length
+    Column {
+        spacing: root.spacing
+        Layout.fillWidth: true
 
-        RowLayout {
-            id: line
-            required property int index
-            readonly property var modelData: root.lines[index] ?? { name: "", symbol: "", sizeText: "", location: "" }
-            spacing: Theme.spaceM
-            Layout.fillWidth: true
+        Repeater {
+            model: root.detail.contents
 
-            Accessible.role: Accessible.StaticText
-            Accessible.name: modelData.name + ", " + modelData.sizeText
+            RowLayout {
+                id: line
+                required property string symbol
+                required property string name
+                required property string location
+                required property string sizeText
+                width: parent.width
+                spacing: Theme.spaceM
 
-            Symbol {
-                name: line.modelData.symbol
-                color: Theme.secondary
-                size: Theme.body * 1.15
-            }
-            Text {
-                id: name
-                text: line.modelData.name
-                textFormat: Text.PlainText
-                horizontalAlignment: Text.AlignLeft
-                color: Theme.text
-                font.pixelSize: Theme.body
-                elide: Text.ElideMiddle
-                Layout.fillWidth: true
+                Accessible.role: Accessible.StaticText
+                Accessible.name: name + ", " + sizeText
 
-                HoverHandler { id: hover }
-                Loader {
-                    anchors.fill: parent
-                    active: hover.hovered && name.truncated
-                    sourceComponent: Item {
-                        ToolTipText {
-                            visible: true
-                            text: line.modelData.location
+                Symbol {
+                    name: line.symbol
+                    color: Theme.secondary
+                    size: Theme.body * 1.15
+                }
+                Text {
+                    id: label
+                    text: line.name
+                    textFormat: Text.PlainText
+                    horizontalAlignment: Text.AlignLeft
+                    color: Theme.text
+                    font.pixelSize: Theme.body
+                    elide: Text.ElideMiddle
+                    Layout.fillWidth: true
+
+                    HoverHandler { id: hover }
+                    Loader {
+                        anchors.fill: parent
+                        active: hover.hovered && label.truncated
+                        sourceComponent: Item {
+                            ToolTipText {
+                                visible: true
+                                text: line.location
+                            }
                         }
                     }
                 }
-            }
-            Figures {
-                text: line.modelData.sizeText
-                color: Theme.secondary
-                font.pixelSize: Theme.body
+                Figures {
+                    text: line.sizeText
+                    color: Theme.secondary
+                    font.pixelSize: Theme.body
+                }
             }
         }
     }

@@ -1,43 +1,42 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// Where the finding is, when it changed and how many files it holds.
-GridLayout {
+Column {
     id: root
 
-    required property var detail
+    required property DetailModel detail
+    /// The widest label's.
+    property real labelWidth: 0
 
-    columns: 2
-    columnSpacing: Theme.spaceL
-    rowSpacing: Theme.spaceS
+    spacing: Theme.spaceS
 
     Repeater {
         model: root.detail.metadata
 
-        Text {
-            required property var modelData
-            required property int index
-            text: modelData.label
-            color: Theme.secondary
-            font.pixelSize: Theme.callout
-            Accessible.ignored: true
-            Layout.row: index
-            Layout.column: 0
-            Layout.alignment: Qt.AlignTop
-        }
-    }
-    Repeater {
-        model: root.detail.metadata
+        RowLayout {
+            id: line
+            required property string label
+            required property string value
+            width: parent.width
+            spacing: Theme.spaceL
 
-        SelectableText {
-            required property var modelData
-            required property int index
-            text: modelData.value
-            font.pixelSize: Theme.callout
-            Accessible.name: modelData.label + ": " + text
-            Layout.row: index
-            Layout.column: 1
-            Layout.fillWidth: true
+            Text {
+                text: line.label
+                color: Theme.secondary
+                font.pixelSize: Theme.callout
+                Accessible.ignored: true
+                onImplicitWidthChanged: root.labelWidth = Math.max(root.labelWidth, implicitWidth)
+                Layout.preferredWidth: root.labelWidth
+                Layout.alignment: Qt.AlignTop
+            }
+            SelectableText {
+                text: line.value
+                font.pixelSize: Theme.callout
+                Accessible.name: line.label + ": " + text
+                Layout.fillWidth: true
+            }
         }
     }
 }

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// One finding: what it is, what deleting it costs, and everything that can be done with it.
 ScrollColumn {
     id: root
 
-    required property var app
-    readonly property var detail: app.detail
+    required property WindowModel app
+    readonly property DetailModel detail: app.detail
 
     function pressMain() {
         actions.pressMain()
@@ -33,8 +34,7 @@ ScrollColumn {
             LevelBadge {
                 id: levelBadge
                 width: Math.min(implicitWidth, badges.width)
-                app: root.app
-                level: root.detail.level
+                about: root.detail.level
             }
             Item {
                 visible: root.detail.badge !== ""
@@ -45,8 +45,8 @@ ScrollColumn {
                     objectName: "detailBadge"
                     anchors.verticalCenter: parent.verticalCenter
                     width: parent.width
-                    app: root.app
-                    source: root.detail.source
+                    symbol: root.detail.sourceSymbol
+                    label: root.detail.sourceLabel
                     badge: root.detail.badge
                     confidenceText: root.detail.confidenceText
                 }
@@ -91,7 +91,7 @@ ScrollColumn {
         Layout.fillWidth: true
     }
     DetailContents {
-        visible: root.detail.contents.length > 0
+        visible: root.detail.contents.count > 0
         detail: root.detail
         Layout.fillWidth: true
     }

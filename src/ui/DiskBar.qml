@@ -1,26 +1,17 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The disk as a bar: what each level holds, what nobody explains, what is free.
 ColumnLayout {
     id: root
 
-    /// Of `level` and `color`, both empty for what no finding explains, and `fraction` of the disk.
-    required property var segments
+    required property RecordList segments
     required property string usedText
     required property string freeText
     required property bool isLow
     /// What the bar lies on.
     property color surface: Theme.window
-
-    // Where each part ends: at whole units, or what is between two could be lost.
-    readonly property var ends: {
-        let sum = 0
-        return segments.map(segment => {
-            sum += Math.max(0, segment.fraction)
-            return Math.round(bar.width * sum)
-        })
-    }
 
     spacing: Theme.spaceS
 
@@ -40,18 +31,22 @@ ColumnLayout {
             spacing: 1
 
             Repeater {
-                model: root.segments.length
+                model: root.segments
 
                 Rectangle {
                     id: part
-                    required property int index
-                    readonly property var segment: root.segments[index] ?? ({ level: "", color: "", fraction: 0 })
-                    readonly property bool isOther: segment.level === ""
-                    readonly property color tint: isOther ? Theme.faint(Theme.secondary, 0.35) : Theme.named(segment.color)
+                    required property string levelName
+                    required property string levelColor
+                    required property real fraction
+                    required property real begin
+                    required property real end
+                    readonly property bool isOther: levelName === ""
+                    readonly property color tint: isOther ? Theme.faint(Theme.secondary, 0.35) : Theme.named(levelColor)
 
-                    objectName: "segment-" + (isOther ? "other" : segment.level)
-                    visible: segment.fraction > 0
-                    width: (root.ends[index] ?? 0) - (root.ends[index - 1] ?? 0)
+                    objectName: "segment-" + (isOther ? "other" : levelName)
+                    visible: fraction > 0
+                    // Between whole units, or what is between two parts could be lost.
+                    width: Math.round(bar.width * end) - Math.round(bar.width * begin)
                     height: row.height
                     gradient: Gradient {
                         GradientStop { position: 0; color: part.isOther ? part.tint : Qt.lighter(part.tint, Theme.dark ? 1.1 : 1.3) }

@@ -1,12 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The findings of one level.
 Item {
     id: root
 
-    required property var app
-    readonly property string face: app.phase === "scanning" ? "scanning" : app.findings.count === 0 ? "empty" : "list"
+    required property WindowModel app
+    readonly property bool isScanning: app.phase === WindowModel.Scanning
+    readonly property bool isEmpty: app.findings.count === 0
 
     /// Asked for by the Delete key: the prominent button of the detail column.
     signal deleteRequested()
@@ -73,7 +75,7 @@ Item {
             focus: true
             Layout.fillWidth: true
             Layout.fillHeight: true
-            sourceComponent: root.face === "scanning" ? scanning : root.face === "empty" ? empty : list
+            sourceComponent: root.isScanning ? scanning : root.isEmpty ? empty : list
         }
     }
 
@@ -99,12 +101,12 @@ Item {
     Component {
         id: empty
         EmptyState {
-            readonly property var about: root.app.levelInfo(root.app.sidebar)
+            readonly property levelInfo about: root.app.listLevel
             objectName: "listEmpty"
             symbol: about.symbol
             tint: Theme.named(about.color)
-            title: root.app.phase === "idle" ? "Henüz tarama yapılmadı" : "Burada bir şey yok"
-            description: root.app.phase === "idle" ? "Başlamak için Tara'ya bas." : about.summary
+            title: root.app.phase === WindowModel.Idle ? "Henüz tarama yapılmadı" : "Burada bir şey yok"
+            description: root.app.phase === WindowModel.Idle ? "Başlamak için Tara'ya bas." : about.summary
         }
     }
     Component {

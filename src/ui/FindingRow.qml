@@ -7,7 +7,6 @@ import QtQuick
 Item {
     id: root
 
-    required property var app
     required property int index
     required property string findingId
     required property string title
@@ -16,12 +15,13 @@ Item {
     required property real fraction
     required property string icon
     required property string levelColor
-    required property string source
+    required property string sourceLabel
+    required property string sourceSymbol
     required property string badge
     required property string confidenceText
     required property bool isAnalyzing
     required property bool isCleaning
-    property bool selected: false
+    required property bool isSelected
     property bool focused: false
     readonly property bool hasMark: isAnalyzing || badge !== ""
     // Beside the title where there is room, else below it.
@@ -40,7 +40,7 @@ Item {
     Accessible.name: title + ", " + sizeText + ", " + location + (badge === "" ? "" : ", " + badge)
     Accessible.description: isCleaning ? "Temizleniyor" : isAnalyzing ? "Analiz ediliyor" : ""
     Accessible.selectable: true
-    Accessible.selected: selected
+    Accessible.selected: isSelected
     Accessible.focusable: true
     Accessible.focused: focused
     Accessible.onPressAction: pressed(Qt.NoModifier)
@@ -48,7 +48,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: Theme.radiusS + 1
-        color: root.selected ? Theme.faint(Theme.accent, Theme.dark ? 0.28 : 0.14)
+        color: root.isSelected ? Theme.faint(Theme.accent, Theme.dark ? 0.28 : 0.14)
                              : pointer.containsMouse ? Theme.hover : "transparent"
         border.width: root.focused ? 2 : 0
         border.color: Theme.faint(Theme.accent, 0.8)
@@ -117,7 +117,7 @@ Item {
         SizeBar {
             id: bar
             x: parent.width - width
-            y: amount.height + parent.gap
+            y: amount.height + figures.gap
             fraction: root.fraction
             tint: Theme.named(root.levelColor)
         }
@@ -156,8 +156,8 @@ Item {
         id: sourceMark
         SourceBadge {
             objectName: "rowBadge"
-            app: root.app
-            source: root.source
+            symbol: root.sourceSymbol
+            label: root.sourceLabel
             badge: root.badge
             confidenceText: root.confidenceText
         }

@@ -1,13 +1,14 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Ulvak
 
 /// The rows of a list of findings, with the selection that mouse and keyboard make in it.
 ListView {
     id: root
 
-    required property var app
+    required property WindowModel app
     property string typed: ""
-    readonly property var selection: app.selection
+    readonly property FindingSelection selection: app.selection
 
     signal deleteRequested()
 
@@ -30,7 +31,7 @@ ListView {
             selection.pressForMenu(row)
             positionViewAtIndex(row, ListView.Contain)
         }
-        const item = row < 0 ? null : itemAtIndex(row)
+        const item = row < 0 ? null : itemAtIndex(row) as FindingRow
         if (item)
             menu.openFor(item.findingId, item, Qt.point(Math.round(item.width / 3), item.height), true)
     }
@@ -98,7 +99,7 @@ ListView {
 
     header: PlainText {
         width: ListView.view ? ListView.view.width - 2 * Theme.spaceM : implicitWidth
-        text: root.app.listSummary
+        text: root.app.listLevel.summary
         color: Theme.secondary
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap
@@ -110,11 +111,7 @@ ListView {
     delegate: FindingRow {
         id: line
 
-        required property var model
-
-        app: root.app
         width: ListView.view.width - 2 * Theme.spaceM
-        selected: root.selection.revision >= 0 && root.selection.contains(findingId)
         focused: root.activeFocus && root.Window.active && root.selection.currentRow === index
 
         // Kept for another finding: until then a screen reader must not be told of the one that has gone.

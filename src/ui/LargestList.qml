@@ -1,13 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The largest findings of all.
 ColumnLayout {
     id: root
 
-    required property var app
-    // By number, so that a row keeps the focus while what it shows changes.
-    readonly property var largest: app.largest
+    required property WindowModel app
 
     spacing: 0
 
@@ -22,20 +21,13 @@ ColumnLayout {
         Layout.fillWidth: true
 
         Repeater {
-            model: root.largest.length
+            model: root.app.largest
 
             LargestRow {
                 required property int index
-                readonly property var about: root.largest[index] ?? ({ level: "", symbol: "", color: "", title: "", location: "", sizeText: "" })
                 objectName: "largest-" + index
-                level: about.level
-                symbol: about.symbol
-                levelColor: about.color
-                text: about.title
-                location: about.location
-                sizeText: about.sizeText
-                isLast: index === root.largest.length - 1
-                onClicked: root.app.sidebar = level
+                isLast: index === root.app.largest.count - 1
+                onClicked: root.app.showLevel(level)
                 width: parent.width
             }
         }

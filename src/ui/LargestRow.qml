@@ -5,13 +5,15 @@ import QtQuick.Layouts
 ActionButton {
     id: root
 
-    required property string level
+    required property int level
     required property string levelColor
     required property string symbol
+    required property string title
     required property string sizeText
     required property string location
     property bool isLast: false
 
+    text: title
     implicitHeight: Math.round(36 * Theme.u)
 
     Accessible.name: text + ", " + sizeText
@@ -25,7 +27,6 @@ ActionButton {
             size: Theme.body * 1.25
         }
         Text {
-            id: title
             text: root.text
             textFormat: Text.PlainText
             horizontalAlignment: Text.AlignLeft

@@ -1,14 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// A level as a capsule: its symbol and title in its colour.
 Rectangle {
     id: root
 
-    required property var app
-    required property string level
+    required property levelInfo about
     property bool compact: false
-    readonly property var about: app.levelInfo(level)
     readonly property color tint: Theme.named(about.color)
 
     implicitWidth: row.implicitWidth + 2 * Math.round(7 * Theme.u)

@@ -5,14 +5,14 @@ import QtQuick.Layouts
 ActionButton {
     id: root
 
-    required property string level
-    /// Of `symbol`, `color`, `title`, `sizeText` and `countText`.
-    required property var about
-    readonly property string symbol: about.symbol
-    readonly property string title: about.title
-    readonly property string sizeText: about.sizeText
-    readonly property string countText: about.countText
-    readonly property color tint: Theme.named(about.color)
+    required property int level
+    required property string name
+    required property string symbol
+    required property string color
+    required property string title
+    required property string sizeText
+    required property string countText
+    readonly property color tint: Theme.named(color)
 
     text: title
     padding: Math.round(14 * Theme.u)

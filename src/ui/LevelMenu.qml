@@ -1,10 +1,11 @@
 import QtQuick
+import Ulvak
 
 /// The levels that a finding can be given, and the way back to its first.
 MenuPanel {
     id: root
 
-    required property var app
+    required property WindowModel app
     required property string token
     property bool canReset: false
 
@@ -14,10 +15,12 @@ MenuPanel {
     Repeater {
         model: root.app.levelChoices
         MenuLine {
-            required property var modelData
-            objectName: "level-" + modelData.level
-            text: modelData.title
-            onTriggered: root.app.setLevel(modelData.level, root.token)
+            required property int level
+            required property string name
+            required property string title
+            objectName: "level-" + name
+            text: title
+            onTriggered: root.app.setLevel(level, root.token)
         }
     }
     MenuRule {

@@ -1,12 +1,12 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Ulvak
 
 /// The one window.
 ApplicationWindow {
     id: root
 
-    /// The `WindowModel`.
-    required property var app
+    required property WindowModel app
     /// "light" or "dark"; empty follows the desktop.
     property string appearance: ""
     /// What the desktop asks for, in the same words; empty where it does not say.
@@ -37,7 +37,7 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Ctrl+R"]
-        enabled: root.app.phase !== "scanning"
+        enabled: root.app.phase !== WindowModel.Scanning
         onActivated: root.app.scan()
     }
     Shortcut {

@@ -1,14 +1,15 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import Ulvak
 
 /// What the language model can say about the finding, and a note for it. Has the keyboard itself while its button
 /// waits for an answer.
 Rectangle {
     id: root
 
-    required property var app
-    readonly property var detail: app.detail
+    required property WindowModel app
+    readonly property DetailModel detail: app.detail
 
     function forget() {
         note.text = ""  // and with it what could be undone

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// Why the language model is not available; nothing when it is.
 RowLayout {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     visible: app.modelMessage !== ""
     spacing: Theme.spaceS

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// Several findings: what they come to, and one button for all of them.
 ScrollColumn {
     id: root
 
-    required property var app
-    readonly property var several: app.several
+    required property WindowModel app
+    readonly property MultiSelectionModel several: app.several
 
     function pressMain() {
         if (clean.enabled)
@@ -40,25 +41,27 @@ ScrollColumn {
         minimumPixelSize: Theme.title2
         Layout.fillWidth: true
     }
-    ColumnLayout {
+    Column {
         spacing: Theme.spaceS
         Layout.fillWidth: true
+
         Repeater {
             model: root.several.levels
             RowLayout {
                 id: line
-                required property var modelData
+                required property levelInfo about
+                required property int number
+                objectName: "count-" + about.name
+                width: Math.min(implicitWidth, parent.width)
                 spacing: Theme.spaceM
-                objectName: "count-" + modelData.level
                 LevelBadge {
                     Layout.fillWidth: true
                     Layout.maximumWidth: Math.ceil(implicitWidth)
-                    app: root.app
-                    level: line.modelData.level
+                    about: line.about
                 }
                 Figures {
                     objectName: "number"
-                    text: line.modelData.count
+                    text: line.number
                     color: Theme.text
                     font.pixelSize: Theme.body
                 }

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The content column for the summary: one face for each phase.
 ScrollColumn {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     /// By the welcome's button, which had the keyboard by this `Qt.FocusReason`, and goes.
     signal scanBegun(int reason)
@@ -14,7 +15,7 @@ ScrollColumn {
 
     Loader {
         focus: true
-        sourceComponent: root.app.phase === "idle" ? welcome : root.app.phase === "scanning" ? scanning : results
+        sourceComponent: root.app.phase === WindowModel.Idle ? welcome : root.app.phase === WindowModel.Scanning ? scanning : results
         onSourceComponentChanged: root.contentY = 0
         Layout.fillWidth: true
     }

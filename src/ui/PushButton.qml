@@ -59,6 +59,7 @@ ActionButton {
     }
 
     background: Rectangle {
+        id: ground
         radius: Theme.radiusS + 1
         color: root.prominent ? Theme.ground(root.tint) : Theme.raised
         border.width: root.prominent ? 0 : 1
@@ -66,7 +67,7 @@ ActionButton {
 
         Rectangle {
             anchors.fill: parent
-            radius: parent.radius
+            radius: ground.radius
             color: root.down ? (root.prominent ? Qt.rgba(0, 0, 0, 0.22) : Theme.press)
                              : root.hovered && root.enabled ? (root.prominent ? Qt.rgba(0, 0, 0, 0.11) : Theme.hover) : "transparent"
             Behavior on color { ColorAnimation { duration: Theme.quick } }
@@ -75,7 +76,7 @@ ActionButton {
             visible: root.visualFocus
             anchors.fill: parent
             anchors.margins: -3
-            radius: parent.radius + 3
+            radius: ground.radius + 3
             color: "transparent"
             border.width: 2
             border.color: Theme.faint(Theme.accent, 0.75)

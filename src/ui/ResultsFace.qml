@@ -1,13 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The overview of a result.
 ColumnLayout {
     id: root
 
-    required property var app
-    // By number, so that a control keeps the focus while what it shows changes.
-    readonly property var levels: app.levels
+    required property WindowModel app
 
     spacing: Math.round(20 * Theme.u)
 
@@ -59,14 +58,12 @@ ColumnLayout {
         Layout.fillWidth: true
 
         Repeater {
-            model: root.levels.length
+            objectName: "levels"
+            model: root.app.levels
 
             LevelCard {
-                required property int index
-                objectName: "card-" + level
-                level: about.level
-                about: root.levels[index]
-                onClicked: root.app.sidebar = level
+                objectName: "card-" + name
+                onClicked: root.app.showLevel(level)
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 Layout.preferredWidth: cards.minimum

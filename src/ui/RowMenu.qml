@@ -1,19 +1,20 @@
 import QtQuick
+import Ulvak
 
 /// What can be done with one finding of a list. Bound to the finding it was opened for, whatever the rows do.
 MenuPanel {
     id: root
 
-    required property var app
+    required property WindowModel app
     property string token: ""
-    property var about: ({})
-    property bool isCleaning: false
+    property rowMenuInfo about
+    property rowMenuInfo now  ///< the same while the menu is open
 
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         token = finding
         about = app.menuInfo(finding)
-        isCleaning = about.isCleaning ?? false
-        if (about.canReset === undefined)
+        now = about
+        if (!about.isThere)
             return
         popup(item, point)
         currentIndex = byKeyboard ? 0 : -1
@@ -23,17 +24,23 @@ MenuPanel {
 
     Connections {
         target: root.app
-        function onCleaningChanged() { root.isCleaning = root.app.menuInfo(root.token).isCleaning ?? false }
+        function onCleaningChanged() { root.now = root.app.menuInfo(root.token) }
         // Nothing here would do anything for a finding that has gone.
         function onFindingsChanged() {
-            if (root.app.menuInfo(root.token).isCleaning === undefined)
+            root.now = root.app.menuInfo(root.token)
+            if (!root.now.isThere)
                 root.close()
         }
     }
-    MenuLine {
-        objectName: "reveal"
-        text: "Finder'da Göster"
-        onTriggered: root.app.reveal(root.token)
+    Repeater {
+        model: root.app.actions
+        MenuLine {
+            required property string name
+            required property string title
+            objectName: name
+            text: title
+            onTriggered: root.app.perform(name, root.token)
+        }
     }
     MenuLine {
         objectName: "analyze"
@@ -46,16 +53,16 @@ MenuPanel {
         objectName: "levelMenu"
         app: root.app
         token: root.token
-        canReset: root.about.canReset ?? false
+        canReset: root.about.canReset
     }
     MenuRule {
-        visible: root.about.canTrash ?? false
+        visible: root.about.canTrash
     }
     MenuLine {
         objectName: "trash"
-        visible: root.about.canTrash ?? false
+        visible: root.about.canTrash
         height: visible ? implicitHeight : 0
-        enabled: !root.isCleaning
+        enabled: !root.now.isCleaning
         text: "Çöp Kutusuna Taşı"
         onTriggered: root.app.moveToTrash(root.token)
     }

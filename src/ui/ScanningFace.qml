@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The overview while a scan runs.
 ColumnLayout {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     spacing: Math.round(14 * Theme.u)
 

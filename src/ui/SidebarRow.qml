@@ -5,7 +5,6 @@ import QtQuick.Layouts
 Item {
     id: root
 
-    required property string item
     required property string symbol
     required property string title
     property color tint: Theme.accent

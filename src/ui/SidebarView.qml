@@ -1,28 +1,22 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// What to look at: the summary, or one level. The disk's space at the bottom.
 FocusScope {
     id: root
 
-    required property var app
-    readonly property var levels: app.levels
-    readonly property var items: {
-        const names = levels.map(level => level.level)
-        names.unshift("overview")
-        return names
-    }
+    required property WindowModel app
     /// Enough for every row to stay on one line.
     readonly property real wholeWidth: list.implicitWidth
-    readonly property int current: items.indexOf(app.sidebar)
 
-    function choose(item: string) {
+    function choose(row: int) {
         forceActiveFocus(Qt.MouseFocusReason)
-        app.sidebar = item
+        app.sidebarRow = row
     }
 
     function step(by: int) {
-        app.sidebar = items[Math.max(0, Math.min(items.length - 1, current + by))]
+        app.sidebarRow = Math.max(0, Math.min(app.levels.count, app.sidebarRow + by))
     }
 
     objectName: "sidebar"
@@ -35,11 +29,11 @@ FocusScope {
     Keys.onUpPressed: step(-1)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home)
-            root.app.sidebar = root.items[0]
+            root.app.sidebarRow = 0
         else if (event.key === Qt.Key_End)
-            root.app.sidebar = root.items[root.items.length - 1]
+            root.app.sidebarRow = root.app.levels.count
         else if (event.key === Qt.Key_Space && event.modifiers & Qt.ControlModifier)
-            root.app.sidebar = ""
+            root.app.sidebarRow = -1
         else
             return
         event.accepted = true
@@ -63,14 +57,13 @@ FocusScope {
 
             SidebarRow {
                 objectName: "row-overview"
-                item: "overview"
                 symbol: "internaldrive"
                 title: "Özet"
-                selected: root.app.sidebar === "overview"
-                focused: (selected || root.current < 0) && root.activeFocus && root.Window.active
+                selected: root.app.sidebarRow === 0
+                focused: (selected || root.app.sidebarRow < 0) && root.activeFocus && root.Window.active
                 onSelectedChanged: if (selected) list.reveal(this)
-                onChosen: root.choose("overview")
-                onUnchosen: root.choose("")
+                onChosen: root.choose(0)
+                onUnchosen: root.choose(-1)
                 Layout.fillWidth: true
             }
             PlainText {
@@ -83,22 +76,23 @@ FocusScope {
                 Layout.bottomMargin: Math.round(4 * Theme.u)
             }
             Repeater {
-                model: root.levels.length
+                objectName: "levels"
+                model: root.app.levels
 
                 SidebarRow {
                     required property int index
-                    readonly property var about: root.levels[index]
-                    objectName: "row-" + item
-                    item: about.level
-                    symbol: about.symbol
-                    tint: Theme.named(about.color)
-                    title: about.title
-                    trailing: root.app.phase === "done" ? about.sizeText : ""
-                    selected: root.app.sidebar === item
+                    required property string name
+                    required property string color
+                    required property string sizeText
+                    readonly property int row: index + 1
+                    objectName: "row-" + name
+                    tint: Theme.named(color)
+                    trailing: root.app.phase === WindowModel.Done ? sizeText : ""
+                    selected: root.app.sidebarRow === row
                     focused: selected && root.activeFocus && root.Window.active
                     onSelectedChanged: if (selected) list.reveal(this)
-                    onChosen: root.choose(item)
-                    onUnchosen: root.choose("")
+                    onChosen: root.choose(row)
+                    onUnchosen: root.choose(-1)
                     Layout.fillWidth: true
                 }
             }

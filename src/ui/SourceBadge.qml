@@ -5,13 +5,12 @@ import QtQuick.Layouts
 RowLayout {
     id: root
 
-    required property var app
-    required property string source
+    required property string symbol
+    required property string label
     /// All of it in words.
     required property string badge
     /// What that ends in: how sure the model was. Empty where nobody has said.
     required property string confidenceText
-    readonly property var about: app.sourceInfo(source)
 
     spacing: Math.round(3 * Theme.u)
 
@@ -19,13 +18,13 @@ RowLayout {
     Accessible.name: badge
 
     Symbol {
-        name: root.about.symbol
+        name: root.symbol
         color: Theme.secondary
         size: Theme.caption * 1.1
         Layout.alignment: Qt.AlignTop
     }
     Text {
-        text: root.about.label
+        text: root.label
         textFormat: Text.PlainText
         color: Theme.secondary
         font.pixelSize: Theme.caption

@@ -9,7 +9,7 @@ QtObject {
     property string appearance: ""
     /// Set where the user wants none: transitions then take no time.
     property bool reducedMotion: false
-    readonly property bool dark: appearance === "" ? desktop.window.hslLightness < 0.5 : appearance === "dark"
+    readonly property bool dark: appearance === "" ? palette.window.hslLightness < 0.5 : appearance === "dark"
 
     // Type. All sizes follow the desktop's font.
     readonly property real base: Math.max(Application.font.pixelSize, Application.font.pointSize * 96 / 72, 9)
@@ -62,7 +62,7 @@ QtObject {
     readonly property color red: dark ? "#ff6b64" : "#c92a25"
     readonly property color gray: dark ? "#9aa1ac" : "#686e79"
 
-    readonly property SystemPalette desktop: SystemPalette {}
+    readonly property SystemPalette desktop: SystemPalette { id: palette }
 
     /// One of the colours above by the name under which the levels know it.
     function named(name: string): color {

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The window's toolbar: what is looked at, and the one button that scans.
 Rectangle {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     function openMenu() {
         menu.openFromKeyboard(true)
@@ -38,10 +39,10 @@ Rectangle {
             id: scanButton
             objectName: "scan"
             text: root.app.scanButtonText
-            symbol: root.app.phase === "scanning" ? "stop.fill" : "arrow.clockwise"
-            onClicked: root.app.phase === "scanning" ? root.app.cancelScan() : root.app.scan()
+            symbol: root.app.phase === WindowModel.Scanning ? "stop.fill" : "arrow.clockwise"
+            onClicked: root.app.phase === WindowModel.Scanning ? root.app.cancelScan() : root.app.scan()
             ToolTipText {
-                visible: scanButton.hovered && root.app.phase !== "scanning"
+                visible: scanButton.hovered && root.app.phase !== WindowModel.Scanning
                 text: "Tara (Ctrl+R)"
             }
         }
@@ -68,7 +69,7 @@ Rectangle {
                     objectName: "menuScan"
                     text: "Tara"
                     shortcut: "Ctrl+R"
-                    enabled: root.app.phase !== "scanning"
+                    enabled: root.app.phase !== WindowModel.Scanning
                     onTriggered: root.app.scan()
                 }
                 MenuRule {}

@@ -1,11 +1,12 @@
 import QtQuick
+import Ulvak
 
 /// Asks before the Trash is emptied of more than was put there from here. The answer is about what was asked, whatever
 /// is asked by then.
 ConfirmDialog {
     id: root
 
-    required property var app
+    required property WindowModel app
     property string asked: ""
 
     function follow() {

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak
 
 /// The overview before the first scan.
 ColumnLayout {
     id: root
 
-    required property var app
+    required property WindowModel app
 
     signal scanBegun(int reason)
 

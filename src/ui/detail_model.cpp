@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::size_t mostContents = 12;
 
-QVariantMap line(const QString& label, const QString& value) {
-    return {{QStringLiteral("label"), label}, {QStringLiteral("value"), value}};
-}
-
 /// Where something that is in the finding lies. What a group holds are its members, also where it has only
 /// one.
 std::string placeOf(const Finding& finding, const ChildSummary& child) {
@@ -40,7 +36,8 @@ void DetailModel::setFinding(FindingPointer finding) {
     if (finding == finding_)
         return;
     finding_ = std::move(finding);
-    contents_ = firstContents();
+    contents_.assign(firstContents());
+    metadata_.assign(knownMetadata());
     emit changed();
     emit busyChanged();
 }
@@ -58,12 +55,16 @@ QString DetailModel::title() const {
     return shown(shownFinding().title);
 }
 
-QString DetailModel::level() const {
-    return Texts::fixed(info(shownFinding().level).rawValue);
+LevelInfo DetailModel::level() const {
+    return LevelInfo::of(shownFinding().level);
 }
 
-QString DetailModel::source() const {
-    return Texts::fixed(info(shownFinding().source).rawValue);
+QString DetailModel::sourceLabel() const {
+    return Texts::fixed(info(shownFinding().source).label);
+}
+
+QString DetailModel::sourceSymbol() const {
+    return Texts::fixed(info(shownFinding().source).symbol);
 }
 
 QString DetailModel::badge() const {
@@ -89,12 +90,11 @@ QString DetailModel::explanation() const {
     return shownLines(shownFinding().explanation);
 }
 
-QString DetailModel::action() const {
+DetailModel::Action DetailModel::action() const {
     const auto& action = shownFinding().action.value;
     if (std::holds_alternative<CleanAction::DeleteSimulator>(action))
-        return QStringLiteral("simulator");
-    return std::holds_alternative<CleanAction::Trash>(action) ? QStringLiteral("trash")
-                                                              : QStringLiteral("none");
+        return Action::Simulator;
+    return std::holds_alternative<CleanAction::Trash>(action) ? Action::Trash : Action::None;
 }
 
 QString DetailModel::actionColor() const {
@@ -180,17 +180,15 @@ QString DetailModel::contentsTitle() const {
     return shownFinding().urls.size() > 1 ? QStringLiteral("Dosyalar") : QStringLiteral("İçindekiler");
 }
 
-QVariantList DetailModel::firstContents() const {
-    QVariantList lines;
+std::vector<ContentLine> DetailModel::firstContents() const {
+    std::vector<ContentLine> lines;
     const auto& children = shownFinding().children;
     for (std::size_t index = 0; index < std::min(children.size(), mostContents); ++index) {
         const ChildSummary& child = children[index];
-        lines.append(QVariantMap{
-            {QStringLiteral("symbol"), child.isDirectory ? QStringLiteral("folder") : QStringLiteral("doc")},
-            {QStringLiteral("name"), shown(child.name)},
-            {QStringLiteral("location"),
-             shown(Paths::display(placeOf(shownFinding(), child), app_.folders()))},
-            {QStringLiteral("sizeText"), Texts::bytes(child.size)}});
+        lines.push_back({.symbol = child.isDirectory ? QStringLiteral("folder") : QStringLiteral("doc"),
+                         .name = shown(child.name),
+                         .location = shown(Paths::display(placeOf(shownFinding(), child), app_.folders())),
+                         .sizeText = Texts::bytes(child.size)});
     }
     return lines;
 }
@@ -200,16 +198,17 @@ QString DetailModel::moreContents() const {
     return count > mostContents ? QStringLiteral("ve %1 öğe daha").arg(count - mostContents) : QString();
 }
 
-QVariantList DetailModel::metadata() const {
+std::vector<MetadataLine> DetailModel::knownMetadata() const {
     if (!finding_)
         return {};
     const Finding& finding = *finding_;
-    QVariantList lines = {
-        line(QStringLiteral("Konum"), shown(Paths::display(finding.urls.front(), app_.folders())))};
+    std::vector<MetadataLine> lines = {
+        {.label = QStringLiteral("Konum"),
+         .value = shown(Paths::display(finding.urls.front(), app_.folders()))}};
     if (finding.modified)
-        lines.append(
-            line(QStringLiteral("Değişiklik"), QString::fromStdString(Format::relative(finding.modified))));
-    lines.append(line(QStringLiteral("Dosya sayısı"), Texts::number(finding.fileCount)));
+        lines.push_back({.label = QStringLiteral("Değişiklik"),
+                         .value = QString::fromStdString(Format::relative(finding.modified))});
+    lines.push_back({.label = QStringLiteral("Dosya sayısı"), .value = Texts::number(finding.fileCount)});
     return lines;
 }
 

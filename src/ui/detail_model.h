@@ -2,10 +2,11 @@
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
-#include <QVariantList>
+#include <vector>
 
 #include "app/app_model.h"
+#include "ui/record_list.h"
+#include "ui/records.h"
 
 namespace ulvak {
 
@@ -14,45 +15,50 @@ namespace ulvak {
 /// Threads: the UI thread only.
 class DetailModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString token READ token NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString level READ level NOTIFY changed)
-    Q_PROPERTY(QString source READ source NOTIFY changed)
+    Q_PROPERTY(QString token READ token NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(ulvak::LevelInfo level READ level NOTIFY changed FINAL)
+    Q_PROPERTY(QString sourceLabel READ sourceLabel NOTIFY changed FINAL)
+    Q_PROPERTY(QString sourceSymbol READ sourceSymbol NOTIFY changed FINAL)
     /// Who said so; for a rule's verdict empty, like the confidence that it ends in where there is one.
-    Q_PROPERTY(QString badge READ badge NOTIFY changed)
-    Q_PROPERTY(QString confidenceText READ confidenceText NOTIFY changed)
-    Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed)
+    Q_PROPERTY(QString badge READ badge NOTIFY changed FINAL)
+    Q_PROPERTY(QString confidenceText READ confidenceText NOTIFY changed FINAL)
+    Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed FINAL)
     /// How much less than the size is freed, and why; empty where it is all of it.
-    Q_PROPERTY(QString freedText READ freedText NOTIFY changed)
-    Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
-    /// "trash", "simulator" or "none".
-    Q_PROPERTY(QString action READ action NOTIFY changed)
+    Q_PROPERTY(QString freedText READ freedText NOTIFY changed FINAL)
+    Q_PROPERTY(QString explanation READ explanation NOTIFY changed FINAL)
+    Q_PROPERTY(Action action READ action NOTIFY changed FINAL)
     /// The name of the prominent button's colour.
-    Q_PROPERTY(QString actionColor READ actionColor NOTIFY changed)
-    Q_PROPERTY(QString reason READ reason NOTIFY changed)
-    Q_PROPERTY(QString quitText READ quitText NOTIFY changed)
-    Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed)
-    Q_PROPERTY(bool offersPermanent READ offersPermanent NOTIFY changed)
+    Q_PROPERTY(QString actionColor READ actionColor NOTIFY changed FINAL)
+    Q_PROPERTY(QString reason READ reason NOTIFY changed FINAL)
+    Q_PROPERTY(QString quitText READ quitText NOTIFY changed FINAL)
+    Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed FINAL)
+    Q_PROPERTY(bool offersPermanent READ offersPermanent NOTIFY changed FINAL)
     // What the two dialogs say.
-    Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY changed)
-    Q_PROPERTY(QString trashMessage READ trashMessage NOTIFY changed)
-    Q_PROPERTY(QString permanentQuestion READ permanentQuestion NOTIFY changed)
-    Q_PROPERTY(QString permanentButton READ permanentButton NOTIFY changed)
-    Q_PROPERTY(bool canReset READ canReset NOTIFY changed)
-    Q_PROPERTY(bool showsModel READ showsModel NOTIFY changed)
+    Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY changed FINAL)
+    Q_PROPERTY(QString trashMessage READ trashMessage NOTIFY changed FINAL)
+    Q_PROPERTY(QString permanentQuestion READ permanentQuestion NOTIFY changed FINAL)
+    Q_PROPERTY(QString permanentButton READ permanentButton NOTIFY changed FINAL)
+    Q_PROPERTY(bool canReset READ canReset NOTIFY changed FINAL)
+    Q_PROPERTY(bool showsModel READ showsModel NOTIFY changed FINAL)
     /// Whether the verdict is the model's, which may be wrong.
-    Q_PROPERTY(bool showsModelWarning READ showsModelWarning NOTIFY changed)
+    Q_PROPERTY(bool showsModelWarning READ showsModelWarning NOTIFY changed FINAL)
     /// Of the button that asks the model.
-    Q_PROPERTY(QString analyzeText READ analyzeText NOTIFY busyChanged)
-    Q_PROPERTY(bool isAnalyzing READ isAnalyzing NOTIFY busyChanged)
-    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged)
-    Q_PROPERTY(QString contentsTitle READ contentsTitle NOTIFY changed)
-    /// Of `symbol`, `name`, `location` and `sizeText`; at most twelve.
-    Q_PROPERTY(QVariantList contents READ contents NOTIFY changed)
-    Q_PROPERTY(QString moreContents READ moreContents NOTIFY changed)
-    /// Of `label` and `value`.
-    Q_PROPERTY(QVariantList metadata READ metadata NOTIFY changed)
+    Q_PROPERTY(QString analyzeText READ analyzeText NOTIFY busyChanged FINAL)
+    Q_PROPERTY(bool isAnalyzing READ isAnalyzing NOTIFY busyChanged FINAL)
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged FINAL)
+    Q_PROPERTY(QString contentsTitle READ contentsTitle NOTIFY changed FINAL)
+    /// `ContentLine`s; at most twelve.
+    Q_PROPERTY(ulvak::RecordList* contents READ contents CONSTANT FINAL)
+    Q_PROPERTY(QString moreContents READ moreContents NOTIFY changed FINAL)
+    /// `MetadataLine`s.
+    Q_PROPERTY(ulvak::RecordList* metadata READ metadata CONSTANT FINAL)
 public:
+    /// What the prominent button does, where there is one.
+    // NOLINTNEXTLINE(readability-identifier-naming): views see only what begins with a capital
+    enum class Action : int { Trash, Simulator, None };
+    Q_ENUM(Action)
+
     /// `app` outlives this object.
     explicit DetailModel(AppModel& app, QObject* parent = nullptr);
 
@@ -62,14 +68,15 @@ public:
 
     [[nodiscard]] QString token() const;
     [[nodiscard]] QString title() const;
-    [[nodiscard]] QString level() const;
-    [[nodiscard]] QString source() const;
+    [[nodiscard]] LevelInfo level() const;
+    [[nodiscard]] QString sourceLabel() const;
+    [[nodiscard]] QString sourceSymbol() const;
     [[nodiscard]] QString badge() const;
     [[nodiscard]] QString confidenceText() const;
     [[nodiscard]] QString sizeText() const;
     [[nodiscard]] QString freedText() const;
     [[nodiscard]] QString explanation() const;
-    [[nodiscard]] QString action() const;
+    [[nodiscard]] Action action() const;
     [[nodiscard]] QString actionColor() const;
     [[nodiscard]] QString reason() const;
     [[nodiscard]] QString quitText() const;
@@ -86,9 +93,9 @@ public:
     [[nodiscard]] bool isAnalyzing() const;
     [[nodiscard]] bool isCleaning() const;
     [[nodiscard]] QString contentsTitle() const;
-    [[nodiscard]] QVariantList contents() const { return contents_; }
+    [[nodiscard]] RecordListOf<ContentLine>* contents() { return &contents_; }
     [[nodiscard]] QString moreContents() const;
-    [[nodiscard]] QVariantList metadata() const;
+    [[nodiscard]] RecordListOf<MetadataLine>* metadata() { return &metadata_; }
 
     /// The same condition for a finding's row menu.
     [[nodiscard]] static bool canReset(const Finding& finding);
@@ -100,11 +107,13 @@ signals:
 private:
     /// What is shown while there is nothing to show.
     [[nodiscard]] const Finding& shownFinding() const;
-    [[nodiscard]] QVariantList firstContents() const;
+    [[nodiscard]] std::vector<ContentLine> firstContents() const;
+    [[nodiscard]] std::vector<MetadataLine> knownMetadata() const;
 
     AppModel& app_;
     FindingPointer finding_;
-    QVariantList contents_;  ///< the views read a list again for each of its rows
+    RecordListOf<ContentLine> contents_;
+    RecordListOf<MetadataLine> metadata_;
 };
 
 }  // namespace ulvak

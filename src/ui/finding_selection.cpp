@@ -14,8 +14,7 @@ bool has(int modifiers, Qt::KeyboardModifier key) {
 
 }  // namespace
 
-FindingSelection::FindingSelection(const FindingListModel& rows, QObject* parent)
-    : QObject(parent), rows_(rows) {
+FindingSelection::FindingSelection(FindingListModel& rows, QObject* parent) : QObject(parent), rows_(rows) {
     connect(&rows, &FindingListModel::followed, this, &FindingSelection::followRows);
 }
 
@@ -127,7 +126,7 @@ void FindingSelection::followRows() {
 
 void FindingSelection::notify() {
     place_ = currentRow();
-    ++revision_;
+    rows_.setSelected(ids_);
     emit changed();
 }
 

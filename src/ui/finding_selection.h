@@ -1,13 +1,11 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
 #include <optional>
 #include <set>
 #include <string>
 
 #include "app/finding_list_model.h"
-#include "app/shown.h"
 
 namespace ulvak {
 
@@ -18,23 +16,19 @@ namespace ulvak {
 /// Threads: the UI thread only.
 class FindingSelection : public QObject {
     Q_OBJECT
-    /// Grows with every change, so that a binding that names it is evaluated anew.
-    Q_PROPERTY(int revision READ revision NOTIFY changed)
     /// The row with the focus, which passes on to the row that follows one that goes; -1 when there is none.
-    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed FINAL)
 public:
     using Ids = std::set<std::string>;
 
     /// `rows` outlives this object.
-    explicit FindingSelection(const FindingListModel& rows, QObject* parent = nullptr);
+    explicit FindingSelection(FindingListModel& rows, QObject* parent = nullptr);
 
     [[nodiscard]] const Ids& ids() const { return ids_; }
-    [[nodiscard]] int revision() const { return revision_; }
     [[nodiscard]] int currentRow() const;
     /// Ids without a row are left out.
     void set(Ids ids);
 
-    [[nodiscard]] Q_INVOKABLE bool contains(const QString& token) const { return ids_.contains(idOf(token)); }
     /// A press on a row. Ctrl takes it in or out, Shift extends from where the last press was.
     Q_INVOKABLE void press(int row, int modifiers);
     /// A press for a menu: on what is selected it leaves the selection alone.
@@ -56,12 +50,11 @@ private:
     void followRows();
     void notify();
 
-    const FindingListModel& rows_;
+    FindingListModel& rows_;
     Ids ids_;
     std::string anchor_;   ///< from where Shift extends
     std::string current_;  ///< has the focus
     int place_ = -1;       ///< its row when somebody was told last
-    int revision_ = 0;
 };
 
 }  // namespace ulvak

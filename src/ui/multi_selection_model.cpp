@@ -26,6 +26,7 @@ void MultiSelectionModel::setItems(Findings items) {
     sums_ = {};
     for (const FindingPointer& finding : items_)
         count(*finding);
+    countLevels();
     emit changed();
     emit busyChanged();
 }
@@ -59,14 +60,13 @@ QString MultiSelectionModel::totalText() const {
     return Texts::bytes(sums_.bytes);
 }
 
-QVariantList MultiSelectionModel::levels() const {
-    QVariantList rows;
+void MultiSelectionModel::countLevels() {
+    std::vector<LevelCount> lines;
     for (const SafetyLevel level : displayedSafetyLevels()) {
         if (const auto found = sums_.levels.find(level); found != sums_.levels.end())
-            rows.append(QVariantMap{{QStringLiteral("level"), Texts::fixed(info(level).rawValue)},
-                                    {QStringLiteral("count"), found->second}});
+            lines.push_back({.about = LevelInfo::of(level), .number = found->second});
     }
-    return rows;
+    levels_.assign(std::move(lines));
 }
 
 QString MultiSelectionModel::skippedText() const {

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QVariantList>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -10,6 +9,8 @@
 #include <vector>
 
 #include "app/app_model.h"
+#include "ui/record_list.h"
+#include "ui/records.h"
 
 namespace ulvak {
 
@@ -18,20 +19,20 @@ namespace ulvak {
 /// Threads: the UI thread only.
 class MultiSelectionModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString countText READ countText NOTIFY changed)
-    Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
-    /// Of `level` and `count`, in display order, without levels that none has.
-    Q_PROPERTY(QVariantList levels READ levels NOTIFY changed)
+    Q_PROPERTY(QString countText READ countText NOTIFY changed FINAL)
+    Q_PROPERTY(QString totalText READ totalText NOTIFY changed FINAL)
+    /// `LevelCount`s in display order, without levels that none has.
+    Q_PROPERTY(ulvak::RecordList* levels READ levels CONSTANT FINAL)
     /// Empty when nothing is skipped.
-    Q_PROPERTY(QString skippedText READ skippedText NOTIFY changed)
-    Q_PROPERTY(bool canClean READ canClean NOTIFY changed)
-    Q_PROPERTY(bool asksFirst READ asksFirst NOTIFY changed)
+    Q_PROPERTY(QString skippedText READ skippedText NOTIFY changed FINAL)
+    Q_PROPERTY(bool canClean READ canClean NOTIFY changed FINAL)
+    Q_PROPERTY(bool asksFirst READ asksFirst NOTIFY changed FINAL)
     /// Whether something among them is deleted for good: a simulator has no way back.
-    Q_PROPERTY(bool deletesForGood READ deletesForGood NOTIFY changed)
+    Q_PROPERTY(bool deletesForGood READ deletesForGood NOTIFY changed FINAL)
     /// While any of them is being cleaned.
-    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged)
-    Q_PROPERTY(QString cleanText READ cleanText NOTIFY changed)
-    Q_PROPERTY(QString warning READ warning NOTIFY changed)
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged FINAL)
+    Q_PROPERTY(QString cleanText READ cleanText NOTIFY changed FINAL)
+    Q_PROPERTY(QString warning READ warning NOTIFY changed FINAL)
 public:
     /// `app` outlives this object.
     explicit MultiSelectionModel(const AppModel& app, QObject* parent = nullptr);
@@ -41,7 +42,7 @@ public:
 
     [[nodiscard]] QString countText() const;
     [[nodiscard]] QString totalText() const;
-    [[nodiscard]] QVariantList levels() const;
+    [[nodiscard]] RecordListOf<LevelCount>* levels() { return &levels_; }
     [[nodiscard]] QString skippedText() const;
     /// Of those that can be cleaned, in order.
     [[nodiscard]] std::vector<std::string> cleanableIds() const;
@@ -72,11 +73,13 @@ private:
         bool deletesForGood = false;
     };
     void count(const Finding& finding);
+    void countLevels();
 
     const AppModel& app_;
     Findings items_;
     std::vector<std::string> asked_;
     Sums sums_;
+    RecordListOf<LevelCount> levels_;
 };
 
 }  // namespace ulvak

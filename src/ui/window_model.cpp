@@ -6,10 +6,12 @@
 #include <QUuid>
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
 
+#include "app/finding_action.h"
 #include "app/shown.h"
 #include "app/texts.h"
 #include "core/checked_add.h"
@@ -29,26 +31,38 @@ std::int64_t usedBytes(const DiskInfo& disk) {
     return used;
 }
 
-QVariantMap describe(const SafetyLevelInfo& level) {
-    return {{QStringLiteral("level"), Texts::fixed(level.rawValue)},
-            {QStringLiteral("title"), Texts::fixed(level.title)},
-            {QStringLiteral("shortTitle"),
-             level.level == SafetyLevel::safe ? QStringLiteral("Güvenli") : Texts::fixed(level.title)},
-            {QStringLiteral("symbol"), Texts::fixed(level.symbol)},
-            {QStringLiteral("color"), Texts::fixed(level.color)},
-            {QStringLiteral("summary"), Texts::fixed(level.summary)}};
+std::optional<SidebarItem> levelNamed(const QString& rawValue) {
+    const auto level = safetyLevel(rawValue.toStdString());
+    return level ? std::optional(SidebarItem{*level}) : std::nullopt;
 }
 
-std::optional<SafetyLevel> levelOf(const QString& rawValue) {
-    return safetyLevel(rawValue.toStdString());
+std::vector<LevelInfo> allLevelInfos() {
+    std::vector<LevelInfo> levels;
+    std::ranges::transform(allSafetyLevels, std::back_inserter(levels), LevelInfo::of);
+    return levels;
+}
+
+std::vector<ActionLine> allActions() {
+    std::vector<ActionLine> lines;
+    for (const FindingAction& action : findingActions())
+        lines.push_back({.name = Texts::fixed(action.name),
+                         .title = Texts::fixed(action.title),
+                         .symbol = Texts::fixed(action.symbol)});
+    return lines;
 }
 
 }  // namespace
 
 WindowModel::WindowModel(AppModel& app, QObject* parent)
     : QObject(parent), app_(app), findings_(app), selection_(findings_), detail_(app), several_(app) {
-    countLevels();
-    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::countLevels);  // before anybody reads them
+    levelChoices_.assign(allLevelInfos());
+    actions_.assign(allActions());
+    summarize();
+    measureSegments();
+    // Before anybody reads them.
+    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::summarize);
+    for (const auto changed : {&AppModel::findingsChanged, &AppModel::diskChanged})
+        connect(&app_, changed, this, &WindowModel::measureSegments);
     forwardSignals();
     connect(&selection_, &FindingSelection::changed, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::selectFirst);
@@ -61,7 +75,6 @@ void WindowModel::forwardSignals() {
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::phaseChanged);
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::findingsChanged);
     connect(&app_, &AppModel::diskChanged, this, &WindowModel::diskChanged);
-    connect(&app_, &AppModel::diskChanged, this, &WindowModel::segmentsChanged);
     connect(&app_, &AppModel::aiStatusChanged, this, &WindowModel::modelChanged);
     connect(&app_, &AppModel::aiStatusChanged, this, &WindowModel::listChanged);
     connect(&app_, &AppModel::scannedFilesChanged, this, &WindowModel::scannedFilesChanged);
@@ -71,7 +84,6 @@ void WindowModel::forwardSignals() {
          {&AppModel::scanDurationChanged, &AppModel::scannedFilesChanged, &AppModel::scannedBytesChanged})
         connect(&app_, changed, this, &WindowModel::scanLineChanged);
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::findingsChanged);
-    connect(&app_, &AppModel::findingsChanged, this, &WindowModel::segmentsChanged);
     connect(&app_, &AppModel::findingsChanged, this, &WindowModel::listChanged);
     connect(&app_, &AppModel::trashedBytesChanged, this, &WindowModel::totalsChanged);
     connect(&app_, &AppModel::freedBytesChanged, this, &WindowModel::totalsChanged);
@@ -88,7 +100,7 @@ void WindowModel::launch(const QStringList& arguments) {
     const auto chosen =
         std::ranges::find_if(arguments, [&](const QString& argument) { return argument.startsWith(prefix); });
     if (chosen != arguments.end()) {
-        if (const QString level = chosen->mid(prefix.size()); levelOf(level))
+        if (const auto level = levelNamed(chosen->mid(prefix.size())))
             setSidebar(level);
     }
     selectsFirst_ = arguments.contains(QStringLiteral("--select-first"));
@@ -124,16 +136,16 @@ void WindowModel::selectFirst() {
         selection_.set({rows.front()->id});
 }
 
-QString WindowModel::phase() const {
+WindowModel::Phase WindowModel::phase() const {
     switch (app_.phase()) {
         case AppModel::Phase::idle:
-            return QStringLiteral("idle");
+            return Phase::Idle;
         case AppModel::Phase::scanning:
-            return QStringLiteral("scanning");
+            return Phase::Scanning;
         case AppModel::Phase::done:
-            return QStringLiteral("done");
+            return Phase::Done;
     }
-    return {};
+    return Phase::Idle;
 }
 
 QString WindowModel::scanButtonText() const {
@@ -175,28 +187,31 @@ QString WindowModel::freeText() const {
     return disk ? Texts::bytes(disk->available) + QStringLiteral(" boş") : QString();
 }
 
-QVariantList WindowModel::segments() const {
+void WindowModel::measureSegments() {
+    std::vector<DiskSegment> segments;
     const auto& disk = app_.disk();
-    if (!disk || disk->total <= 0)
-        return {};
-    QVariantList segments;
     const auto add = [&](std::string_view level, std::string_view color, std::int64_t bytes) {
-        segments.append(QVariantMap{
-            {QStringLiteral("level"), Texts::fixed(level)},
-            {QStringLiteral("color"), Texts::fixed(color)},
-            {QStringLiteral("fraction"),
-             static_cast<double>(std::max<std::int64_t>(bytes, 0)) / static_cast<double>(disk->total)}});
+        const double begin = segments.empty() ? 0 : segments.back().end;
+        const double fraction =
+            static_cast<double>(std::max<std::int64_t>(bytes, 0)) / static_cast<double>(disk->total);
+        segments.push_back({.levelName = Texts::fixed(level),
+                            .levelColor = Texts::fixed(color),
+                            .fraction = fraction,
+                            .begin = begin,
+                            .end = begin + fraction});
     };
-    std::int64_t explained = 0;
-    for (const SafetyLevel level : displayedSafetyLevels()) {
-        const std::int64_t bytes = app_.total(level);
-        addChecked(explained, bytes);
-        add(info(level).rawValue, info(level).color, bytes);
+    if (disk && disk->total > 0) {
+        std::int64_t explained = 0;
+        for (const SafetyLevel level : displayedSafetyLevels()) {
+            const std::int64_t bytes = app_.total(level);
+            addChecked(explained, bytes);
+            add(info(level).rawValue, info(level).color, bytes);
+        }
+        std::int64_t other = usedBytes(*disk);
+        addChecked(other, -explained);
+        add({}, {}, other);
     }
-    std::int64_t other = usedBytes(*disk);
-    addChecked(other, -explained);
-    add({}, {}, other);
-    return segments;
+    segments_.assign(std::move(segments));
 }
 
 QString WindowModel::modelMessage() const {
@@ -226,45 +241,32 @@ QString WindowModel::scanLine() const {
                     : QString();
 }
 
-void WindowModel::countLevels() {
-    levels_.clear();
+void WindowModel::summarize() {
+    std::vector<LevelLine> levels;
     for (const SafetyLevel level : displayedSafetyLevels()) {
-        QVariantMap row = describe(info(level));
-        row.insert(QStringLiteral("sizeText"), Texts::bytes(app_.total(level)));
-        row.insert(QStringLiteral("countText"),
-                   QStringLiteral("%1 öğe · ").arg(app_.count(level)) + Texts::fixed(info(level).summary));
-        levels_.append(row);
+        LevelLine line{LevelInfo::of(level)};
+        line.sizeText = Texts::bytes(app_.total(level));
+        line.countText = QStringLiteral("%1 öğe · ").arg(app_.count(level)) + line.summary;
+        levels.push_back(std::move(line));
     }
-}
-
-QVariantList WindowModel::levelChoices() const {
-    QVariantList choices;
-    for (const SafetyLevel level : allSafetyLevels)
-        choices.append(describe(info(level)));
-    return choices;
+    levels_.assign(std::move(levels));
+    std::vector<LargestLine> largest;
+    for (const FindingPointer& finding : app_.findings() | std::views::take(mostLargest)) {
+        const SafetyLevelInfo& level = info(finding->level);
+        largest.push_back({.level = Level::Value(finding->level),
+                           .symbol = Texts::fixed(level.symbol),
+                           .levelColor = Texts::fixed(level.color),
+                           .title = shown(finding->title),
+                           .location = shown(Paths::display(finding->urls.front(), app_.folders())),
+                           .sizeText = Texts::bytes(finding->size)});
+    }
+    largest_.assign(std::move(largest));
 }
 
 QString WindowModel::reclaimableText() const {
     std::int64_t bytes = app_.total(SafetyLevel::safe);
     addChecked(bytes, app_.total(SafetyLevel::regenerable));
     return Texts::bytes(bytes);
-}
-
-QVariantList WindowModel::largest() const {
-    QVariantList rows;
-    const Findings& findings = app_.findings();
-    for (std::size_t index = 0; index < std::min(findings.size(), mostLargest); ++index) {
-        const Finding& finding = *findings[index];
-        const SafetyLevelInfo& level = info(finding.level);
-        rows.append(QVariantMap{
-            {QStringLiteral("level"), Texts::fixed(level.rawValue)},
-            {QStringLiteral("symbol"), Texts::fixed(level.symbol)},
-            {QStringLiteral("color"), Texts::fixed(level.color)},
-            {QStringLiteral("title"), shown(finding.title)},
-            {QStringLiteral("location"), shown(Paths::display(finding.urls.front(), app_.folders()))},
-            {QStringLiteral("sizeText"), Texts::bytes(finding.size)}});
-    }
-    return rows;
 }
 
 QString WindowModel::trashText() const {
@@ -322,22 +324,27 @@ std::optional<SafetyLevel> WindowModel::selectedLevel() const {
     return level != nullptr ? std::optional(*level) : std::nullopt;
 }
 
-QString WindowModel::sidebar() const {
+int WindowModel::sidebarRow() const {
     const auto level = selectedLevel();
-    if (level)
-        return Texts::fixed(info(*level).rawValue);
-    return sidebar_ ? QStringLiteral("overview") : QString();
+    if (!level)
+        return sidebar_ ? 0 : -1;
+    const auto levels = displayedSafetyLevels();
+    return 1 + static_cast<int>(std::ranges::find(levels, *level) - levels.begin());
 }
 
-void WindowModel::setSidebar(const QString& item) {
-    std::optional<SidebarItem> chosen;
-    if (const auto level = levelOf(item))
-        chosen = SidebarItem{*level};
-    else if (item == QStringLiteral("overview"))
-        chosen = SidebarItem{SidebarItem::Overview{}};
-    if (chosen == sidebar_)
+void WindowModel::setSidebarRow(int row) {
+    const auto levels = displayedSafetyLevels();
+    const auto place = static_cast<std::size_t>(row) - 1;
+    if (row == 0)
+        setSidebar(SidebarItem{SidebarItem::Overview{}});
+    else
+        setSidebar(place < levels.size() ? std::optional(SidebarItem{levels[place]}) : std::nullopt);
+}
+
+void WindowModel::setSidebar(std::optional<SidebarItem> item) {
+    if (item == sidebar_)
         return;
-    sidebar_ = chosen;
+    sidebar_ = std::move(item);
     selection_.set({});
     findings_.setLevel(selectedLevel());
     emit sidebarChanged();
@@ -359,9 +366,8 @@ QString WindowModel::listSubtitle() const {
     return QStringLiteral("%1 öğe · ").arg(findings_.count()) + Texts::bytes(app_.total(*level));
 }
 
-QString WindowModel::listSummary() const {
-    const auto level = selectedLevel();
-    return level ? Texts::fixed(info(*level).summary) : QString();
+LevelInfo WindowModel::listLevel() const {
+    return LevelInfo::of(selectedLevel().value_or(SafetyLevel::unknown));
 }
 
 bool WindowModel::offersBatch() const {
@@ -380,31 +386,22 @@ void WindowModel::followDetail() {
     std::ranges::copy_if(findings_.rows(), std::back_inserter(selected),
                          [&](const FindingPointer& finding) { return chosen.contains(finding.get()); });
     detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);
-    QString kind = QStringLiteral("empty");
+    DetailKind kind = DetailKind::Empty;
     if (!selected.empty())
-        kind = selected.size() == 1 ? QStringLiteral("one") : QStringLiteral("several");
+        kind = selected.size() == 1 ? DetailKind::One : DetailKind::Several;
     several_.setItems(selected.size() > 1 ? std::move(selected) : Findings());
     if (std::exchange(detailKind_, kind) != kind)
         emit detailKindChanged();
 }
 
-QVariantMap WindowModel::levelInfo(const QString& level) const {
-    return describe(info(levelOf(level).value_or(SafetyLevel::unknown)));
-}
-
-QVariantMap WindowModel::sourceInfo(const QString& source) const {
-    const auto& about = info(verdictSource(source.toStdString()).value_or(VerdictSource::rule));
-    return {{QStringLiteral("label"), Texts::fixed(about.label)},
-            {QStringLiteral("symbol"), Texts::fixed(about.symbol)}};
-}
-
-QVariantMap WindowModel::menuInfo(const QString& token) const {
+RowMenuInfo WindowModel::menuInfo(const QString& token) const {
     const FindingPointer finding = findings_.at(findings_.rowOf(idOf(token)));
     if (!finding)
         return {};
-    return {{QStringLiteral("canTrash"), canBeCleaned(*finding)},
-            {QStringLiteral("canReset"), DetailModel::canReset(*finding)},
-            {QStringLiteral("isCleaning"), app_.cleaning().contains(finding->id)}};
+    return {.isThere = true,
+            .canTrash = canBeCleaned(*finding),
+            .canReset = DetailModel::canReset(*finding),
+            .isCleaning = app_.cleaning().contains(finding->id)};
 }
 
 int WindowModel::rowBeginning(const QString& letters, int row) const {
@@ -418,9 +415,8 @@ int WindowModel::rowBeginning(const QString& letters, int row) const {
     return -1;
 }
 
-void WindowModel::setLevel(const QString& level, const QString& token) {
-    if (const auto chosen = levelOf(level))
-        app_.setLevel(*chosen, idOf(token));
+void WindowModel::setLevel(Level::Value level, const QString& token) {
+    app_.setLevel(SafetyLevel(level), idOf(token));
 }
 
 void WindowModel::resetVerdict(const QString& token) {
@@ -498,9 +494,9 @@ QString WindowModel::trashQuestion() const {
     return text + QStringLiteral("Boşaltırsan hepsi kalıcı olarak silinir. Bu işlem geri alınamaz.");
 }
 
-void WindowModel::reveal(const QString& token) {
+void WindowModel::perform(const QString& action, const QString& token) {
     if (const FindingPointer finding = app_.finding(idOf(token)))
-        app_.reveal(*finding);
+        app_.perform(action.toStdString(), *finding);
 }
 
 }  // namespace ulvak

@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "app/app_world.h"
+#include "app/finding_action.h"
 #include "core/paths.h"
 
 namespace ulvak {
@@ -533,6 +534,15 @@ TEST_F(AppModelScan, TellsWhenNothingOpensTheFolder) {
     EXPECT_EQ(app().alert()->title, "Klasör açılamadı");
     EXPECT_EQ(app().alert()->message,
               "“/v/önbellek” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı.");
+}
+
+TEST_F(AppModelScan, AnActionThatNobodyKnowsDoesNothing) {
+    start();
+    app().perform("revea", staged("/a"));
+    EXPECT_FALSE(app().alert());
+    EXPECT_EQ(findingAction("revea"), nullptr);
+    for (const FindingAction& action : findingActions())
+        EXPECT_EQ(findingAction(action.name), &action) << "two rows have one name";
 }
 
 TEST_F(AppModelScan, OpensThePageOfTheDiskAccessSettings) {

@@ -95,7 +95,7 @@ TEST_F(FindingListModelTest, AChangedFindingKeepsItsRowAndOnlyThatRowIsTold) {
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
     EXPECT_EQ(changed[0][1].toModelIndex().row(), 1);
-    EXPECT_EQ(data(1, FindingListModel::sourceRole), "user");
+    EXPECT_EQ(data(1, FindingListModel::sourceLabelRole), "Senin etiketin");
 }
 
 TEST_F(FindingListModelTest, ANewResultIsToldInOneGo) {
@@ -125,15 +125,17 @@ TEST_F(FindingListModelTest, EveryRoleOfARow) {
     EXPECT_EQ(data(0, Model::iconRole), "app");
     EXPECT_EQ(data(1, Model::iconRole), "folder");
     EXPECT_EQ(data(0, Model::colorRole), "green");
-    EXPECT_EQ(data(0, Model::sourceRole), "heuristic");
+    EXPECT_EQ(data(0, Model::sourceLabelRole), "Tahmin");
+    EXPECT_EQ(data(0, Model::sourceSymbolRole), "wand.and.stars");
     EXPECT_EQ(data(0, Model::badgeRole).toString(), QString::fromStdString(badgeText(currentVerdict(large))));
     EXPECT_EQ(data(1, Model::badgeRole), "");
     EXPECT_EQ(data(0, Model::confidenceRole), "");
     EXPECT_EQ(data(0, Model::isAnalyzingRole), false);
     EXPECT_EQ(data(0, Model::isCleaningRole), false);
+    EXPECT_EQ(data(0, Model::isSelectedRole), false);
     EXPECT_FALSE(data(0, Qt::DecorationRole).isValid());
     EXPECT_FALSE(data(7, Model::titleRole).isValid());
-    EXPECT_EQ(model().roleNames().size(), 12);
+    EXPECT_EQ(model().roleNames().size(), 14);
 }
 
 TEST_F(FindingListModelTest, IconsTellGroupsAndSimulators) {

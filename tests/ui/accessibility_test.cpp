@@ -151,7 +151,7 @@ TEST_F(AccessibilityTest, EveryTextIsTold) {
     scanAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("card-safe")); }));
     checkTold("results");
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
     checkTold("one");
@@ -161,7 +161,7 @@ TEST_F(AccessibilityTest, EveryTextIsTold) {
     model->selection()->selectAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
     checkTold("several");
-    model->setSidebar(QStringLiteral("keep"));
+    model->setSidebar(SidebarItem{SafetyLevel::keep});
     checkTold("empty");
 }
 
@@ -181,7 +181,7 @@ TEST_F(AccessibilityTest, NoTextThatADiskOrAModelCanWriteIsMarkup) {
     stage.scanDoor.open();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
     EXPECT_GE(checkPlain(), 2);
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
     // Two in the row; title, explanation, note, model, content and place beside it.

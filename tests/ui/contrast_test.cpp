@@ -148,7 +148,7 @@ TEST_P(ContrastTest, EveryTextOfListsAndDetailsIsLegible) {
     openIn(QString::fromLatin1(GetParam()));
     scanAll();
     for (const SafetyLevel level : allSafetyLevels) {
-        model->setSidebar(Texts::fixed(info(level).rawValue));
+        model->setSidebar(SidebarItem{level});
         model->selection()->press(0, Qt::NoModifier);
         ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("moveToTrash")); }));
         hover(item(QStringLiteral("moveToTrash")));
@@ -156,12 +156,12 @@ TEST_P(ContrastTest, EveryTextOfListsAndDetailsIsLegible) {
         hover(item(QStringLiteral("relabel")));
         check("a plain button under the pointer");
     }
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->selection()->selectAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("cleanSeveral")); }));
     hover(item(QStringLiteral("cleanSeveral")));
     check("several");
-    model->setSidebar(QStringLiteral("overview"));
+    model->setSidebar(SidebarItem{});
     check("nothing selected");
 }
 
@@ -173,7 +173,7 @@ TEST_P(ContrastTest, EveryTextOfDialogsAndMenusIsLegible) {
     EXPECT_GE(check("menu", contentOf("mainMenu")), 4);
     key(Qt::Key_Escape);
     scanAll();
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("removePermanently")); }));
     click(QStringLiteral("removePermanently"));
@@ -187,7 +187,7 @@ TEST_P(ContrastTest, TheFieldForANoteHasAnEdge) {
     stage.result = {guessed(finding("/v/a", SafetyLevel::safe))};
     openIn(QString::fromLatin1(GetParam()));
     scanAll();
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("note")); }));
     check("detail");

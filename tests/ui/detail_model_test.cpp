@@ -26,7 +26,7 @@ protected:
 TEST_F(DetailModelTest, ASafeFindingCanGoBothWaysWithoutAQuestion) {
     for (const SafetyLevel level : {SafetyLevel::safe, SafetyLevel::regenerable}) {
         const DetailModel& detail = show(finding("/v/a", level));
-        EXPECT_EQ(detail.action(), QStringLiteral("trash"));
+        EXPECT_EQ(detail.action(), DetailModel::Action::Trash);
         EXPECT_TRUE(detail.offersPermanent());
         EXPECT_FALSE(detail.asksBeforeTrash());
     }
@@ -64,9 +64,9 @@ TEST_F(DetailModelTest, TellsHowMuchIsFreedWhereThatIsLessThanTheSize) {
 }
 
 TEST_F(DetailModelTest, OtherActions) {
-    EXPECT_EQ(show(simulator(finding("/v/a", SafetyLevel::safe))).action(), QStringLiteral("simulator"));
+    EXPECT_EQ(show(simulator(finding("/v/a", SafetyLevel::safe))).action(), DetailModel::Action::Simulator);
     const DetailModel& detail = show(uncleanable(finding("/v/a", SafetyLevel::safe), "Sistemindir."));
-    EXPECT_EQ(detail.action(), QStringLiteral("none"));
+    EXPECT_EQ(detail.action(), DetailModel::Action::None);
     EXPECT_EQ(detail.reason(), QStringLiteral("Sistemindir."));
 }
 
@@ -91,10 +91,10 @@ TEST_F(DetailModelTest, ListsTwelveContentsAndCountsTheRest) {
                               ChildSummary{.name = "x", .size = 1000, .isDirectory = true});
         return show(shown);
     };
-    EXPECT_EQ(withChildren(0).contents().size(), 0);
-    EXPECT_EQ(withChildren(12).contents().size(), 12);
+    EXPECT_EQ(withChildren(0).contents()->count(), 0);
+    EXPECT_EQ(withChildren(12).contents()->count(), 12);
     EXPECT_TRUE(withChildren(12).moreContents().isEmpty());
-    EXPECT_EQ(withChildren(13).contents().size(), 12);
+    EXPECT_EQ(withChildren(13).contents()->count(), 12);
     EXPECT_EQ(withChildren(13).moreContents(), QStringLiteral("ve 1 öğe daha"));
     EXPECT_EQ(withChildren(40).moreContents(), QStringLiteral("ve 28 öğe daha"));
 }
@@ -102,9 +102,7 @@ TEST_F(DetailModelTest, ListsTwelveContentsAndCountsTheRest) {
 TEST_F(DetailModelTest, ContentsKnowWhereTheyLie) {
     Finding shown = finding("/v/a", SafetyLevel::safe);
     shown.children = {{.name = "bir", .size = 2}};
-    const auto location = [&] {
-        return show(shown).contents().constFirst().toMap().value(QStringLiteral("location")).toString();
-    };
+    const auto location = [&] { return show(shown).contents()->records().front().location; };
     EXPECT_EQ(location(), QStringLiteral("/v/a/bir"));
     shown.urls = {"/v/a", "/w/bir"};
     EXPECT_EQ(location(), QStringLiteral("/w/bir"));
@@ -138,10 +136,10 @@ TEST_F(DetailModelTest, TheModelIsForWhatNoRuleIsSureOf) {
 TEST_F(DetailModelTest, MetadataLeavesOutADateThatNobodyKnows) {
     Finding shown = finding("/v/a", SafetyLevel::safe);
     shown.fileCount = 12'345;
-    const QVariantList lines = show(shown).metadata();
-    ASSERT_EQ(lines.size(), 2);
-    EXPECT_EQ(lines.at(0).toMap().value(QStringLiteral("value")).toString(), QStringLiteral("/v/a"));
-    EXPECT_EQ(lines.at(1).toMap().value(QStringLiteral("value")).toString(), QStringLiteral("12.345"));
+    const std::vector<MetadataLine>& lines = show(shown).metadata()->records();
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines.at(0).value, QStringLiteral("/v/a"));
+    EXPECT_EQ(lines.at(1).value, QStringLiteral("12.345"));
 }
 
 TEST_F(DetailModelTest, BadgesCarryAConfidenceOnlyWhereThereIsOne) {
@@ -176,7 +174,7 @@ TEST_F(DetailModelTest, TheModelIsAskedAgainAboutWhatItHasSaid) {
 TEST_F(DetailModelTest, WithoutAFindingNothingIsRead) {
     DetailModel& detail = *model->detail();
     detail.setFinding(nullptr);
-    EXPECT_TRUE(detail.metadata().isEmpty());
+    EXPECT_TRUE(detail.metadata()->records().empty());
     EXPECT_TRUE(detail.token().isEmpty());
 }
 

@@ -266,7 +266,7 @@ TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     app->analyze("/v/b", "");
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/b") == 1; }));
     stage.classifyDoor.open();
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("Yorum")) != nullptr; }));
     EXPECT_EQ(stage.count("classify /v/a"), 1);
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 2; }));

@@ -76,9 +76,9 @@ TEST_F(FindingListTest, TheToolbarAnalysesWhereThereIsAGuess) {
                     finding("/v/u", SafetyLevel::unknown)};
     openScanned(QStringLiteral("caution"));
     EXPECT_FALSE(shows(QStringLiteral("analyzeList")));
-    model->setSidebar(QStringLiteral("unknown"));
+    model->setSidebar(SidebarItem{SafetyLevel::unknown});
     EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     stage.classifyDoor.shut();
     click(QStringLiteral("analyzeList"));
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify") == 1; }));
@@ -104,7 +104,7 @@ TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
     openScanned(QStringLiteral("safe"));
     EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
     openMenu(QStringLiteral("a"));
-    EXPECT_FALSE(model->menuInfo(QStringLiteral("/v/a")).value(QStringLiteral("canReset")).toBool());
+    EXPECT_FALSE(model->menuInfo(QStringLiteral("/v/a")).canReset);
     closeMenu();
     app->setLevel(SafetyLevel::safe, "/v/a");
     ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowBadge"); }));
@@ -120,11 +120,7 @@ TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
     ASSERT_TRUE(waitUntil([&] { return !has(row(QStringLiteral("a")), "rowBadge"); }));
     EXPECT_EQ(app->finding("/v/a")->source, VerdictSource::rule);
     openMenu(QStringLiteral("a"));
-    EXPECT_FALSE(popup(QStringLiteral("rowMenu"))
-                     ->property("about")
-                     .toMap()
-                     .value(QStringLiteral("canReset"))
-                     .toBool());
+    EXPECT_FALSE(popup(QStringLiteral("rowMenu"))->property("about").value<RowMenuInfo>().canReset);
     closeMenu();
 }
 
@@ -170,7 +166,7 @@ TEST_F(FindingListTest, TheMenuDoesWhatItSaysToItsRow) {
     openMenu(QStringLiteral("b"));
     click(menuItem("analyze"));
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/b ") == 1; }));
-    model->setSidebar(QStringLiteral("keep"));
+    model->setSidebar(SidebarItem{SafetyLevel::keep});
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
     openMenu(QStringLiteral("a"));
     click(menuItem("trash"));

@@ -37,7 +37,7 @@ TEST_F(MainWindowTest, HasItsTitleAndSize) {
     EXPECT_EQ(window->size(), QSize(1320, 840));
     EXPECT_EQ(window->minimumSize(), QSize(1000, 640));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Tara"));
-    model->setSidebar(QStringLiteral("keep"));
+    model->setSidebar(SidebarItem{SafetyLevel::keep});
     EXPECT_EQ(window->title(), QStringLiteral("Dokunma"));
 }
 
@@ -144,7 +144,7 @@ TEST_F(MainWindowTest, EveryRowOfTheSidebarStaysOnOneLine) {
         stage.result.push_back(finding("/v/" + std::string(info(level).rawValue), level, 888'888'888'888));
     openScanned();
     for (const SafetyLevel level : displayedSafetyLevels()) {
-        model->setSidebar(Texts::fixed(info(level).rawValue));
+        model->setSidebar(SidebarItem{level});
         settle();
         const QQuickItem* row = item(QStringLiteral("row-") + Texts::fixed(info(level).rawValue));
         EXPECT_EQ(row->height(), item(QStringLiteral("row-overview"))->height()) << info(level).title;
@@ -185,27 +185,27 @@ TEST_F(MainWindowTest, AnotherRowOfTheSidebarEmptiesTheSelection) {
 TEST_F(MainWindowTest, ControlTakesTheSidebarsSelectionAway) {
     openScanned(QStringLiteral("keep"));
     click(item(QStringLiteral("row-keep")), Qt::LeftButton, Qt::ControlModifier);
-    EXPECT_EQ(model->sidebar(), QString());
+    EXPECT_EQ(model->sidebar(), std::nullopt);
     EXPECT_TRUE(shows(QStringLiteral("overview")));
     key(Qt::Key_End);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::keep});
     key(Qt::Key_Space, Qt::ControlModifier);
-    EXPECT_EQ(model->sidebar(), QString());
+    EXPECT_EQ(model->sidebar(), std::nullopt);
 }
 
 TEST_F(MainWindowTest, ArrowsGoThroughTheSidebar) {
     open();
     EXPECT_TRUE(focused() == QStringLiteral("sidebar")) << focused().toStdString();
     key(Qt::Key_Down);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("safe"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::safe});
     key(Qt::Key_End);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::keep});
     key(Qt::Key_Down);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::keep});
     key(Qt::Key_Up);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("unknown"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::unknown});
     key(Qt::Key_Home);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{});
 }
 
 TEST_F(MainWindowTest, AnAlertIsModalUntilItIsDismissedAndANewerTakesItsPlace) {

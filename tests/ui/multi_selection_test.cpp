@@ -138,11 +138,11 @@ TEST_F(MultiSelectionTest, DeleteInTheListAsksAsTheButtonDoes) {
 }
 
 TEST_F(MultiSelectionTest, OneCautiousAmongSafeOnesIsOneToBeAskedAbout) {
-    const MultiSelectionModel& several =
+    MultiSelectionModel& several =
         modelOf({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::safe)});
     EXPECT_TRUE(several.asksFirst());
     EXPECT_TRUE(several.warning().startsWith(QStringLiteral("1 öğe ")));
-    EXPECT_EQ(several.levels().size(), 2);
+    EXPECT_EQ(several.levels()->count(), 2);
 }
 
 TEST_F(MultiSelectionTest, OnlyWhatIsCleanedCountsAsRisky) {

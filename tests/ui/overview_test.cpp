@@ -211,7 +211,7 @@ TEST_F(OverviewTest, ListsTheLargestAtMostEight) {
     EXPECT_FALSE(shows(QStringLiteral("largest-8")));
     focus(QStringLiteral("largest-7"));
     key(Qt::Key_Space);
-    EXPECT_EQ(model->sidebar(), QStringLiteral("caution"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::caution});
 }
 
 TEST_F(OverviewTest, OneOfTheLargestTellsItsWholePath) {
@@ -240,7 +240,7 @@ TEST_F(OverviewTest, ACardLeadsToItsListAndTheKeyboardGoesAlong) {
     stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned();
     click(QStringLiteral("card-safe"));
-    EXPECT_EQ(model->sidebar(), QStringLiteral("safe"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::safe});
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
     EXPECT_EQ(focused(), QStringLiteral("rows"));
 }

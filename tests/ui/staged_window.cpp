@@ -99,7 +99,7 @@ void WindowTest::openScanned(const QString& level) {
     open();
     scanAll();
     if (!level.isEmpty())
-        model->setSidebar(level);
+        model->setSidebar(SidebarItem{safetyLevel(level.toStdString()).value()});
     ASSERT_TRUE(waitUntil([&] {
         if (level.isEmpty())
             return shows(QStringLiteral("card-safe"));

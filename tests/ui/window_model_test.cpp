@@ -17,12 +17,15 @@ constexpr std::int64_t low = 20'000'000'000;
 
 class WindowModelTest : public test::ModelTest {
 protected:
-    static QString field(const QVariantList& list, int index, const char* name) {
-        return list.at(index).toMap().value(QString::fromLatin1(name)).toString();
+    static QVariant value(const QAbstractItemModel* list, int index, const char* name) {
+        return list->data(list->index(index, 0), list->roleNames().key(name));
     }
-    static QStringList column(const QVariantList& list, const char* name) {
+    static QString field(const QAbstractItemModel* list, int index, const char* name) {
+        return value(list, index, name).toString();
+    }
+    static QStringList column(const QAbstractItemModel* list, const char* name) {
         QStringList values;
-        for (int index = 0; index < list.size(); ++index)
+        for (int index = 0; index < list->rowCount(); ++index)
             values.append(field(list, index, name));
         return values;
     }
@@ -30,10 +33,10 @@ protected:
 
 TEST_F(WindowModelTest, BeginsWithTheSummaryAndNothingSelected) {
     start();
-    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{});
     EXPECT_TRUE(model->isOverview());
     EXPECT_TRUE(model->selection()->ids().empty());
-    EXPECT_EQ(model->phase(), QStringLiteral("idle"));
+    EXPECT_EQ(model->phase(), WindowModel::Phase::Idle);
     EXPECT_EQ(model->scanButtonText(), QStringLiteral("Tara"));
     EXPECT_EQ(stage.count("scan"), 0);
 }
@@ -41,24 +44,24 @@ TEST_F(WindowModelTest, BeginsWithTheSummaryAndNothingSelected) {
 TEST_F(WindowModelTest, LaunchOpensALevelAndScans) {
     start();
     model->launch({QStringLiteral("--level=keep"), QStringLiteral("--autoscan")});
-    EXPECT_EQ(model->sidebar(), QStringLiteral("keep"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::keep});
     EXPECT_EQ(model->listTitle(), QStringLiteral("Dokunma"));
-    EXPECT_EQ(model->phase(), QStringLiteral("scanning"));
-    EXPECT_TRUE(waitUntil([&] { return model->phase() == QStringLiteral("done"); }));
+    EXPECT_EQ(model->phase(), WindowModel::Phase::Scanning);
+    EXPECT_TRUE(waitUntil([&] { return model->phase() == WindowModel::Phase::Done; }));
 }
 
 TEST_F(WindowModelTest, LaunchKnowsRawValuesToTheLetter) {
     start();
     model->launch({QStringLiteral("--level=Keep")});
-    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{});
     model->launch({QStringLiteral("--level=")});
-    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{});
 }
 
 TEST_F(WindowModelTest, LaunchLooksAtTheFirstLevelOnly) {
     start();
     model->launch({QStringLiteral("--level=x"), QStringLiteral("--level=safe")});
-    EXPECT_EQ(model->sidebar(), QStringLiteral("overview"));
+    EXPECT_EQ(model->sidebar(), SidebarItem{});
 }
 
 TEST_F(WindowModelTest, SelectsTheFirstAfterEachScanOfALevel) {
@@ -66,7 +69,7 @@ TEST_F(WindowModelTest, SelectsTheFirstAfterEachScanOfALevel) {
     start();
     model->launch(
         {QStringLiteral("--level=keep"), QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
-    ASSERT_TRUE(waitUntil([&] { return model->phase() == QStringLiteral("done"); }));
+    ASSERT_TRUE(waitUntil([&] { return model->phase() == WindowModel::Phase::Done; }));
     EXPECT_THAT(model->selection()->ids(), testing::ElementsAre("/v/b"));
     model->selection()->set({"/v/a"});
     scanAll();
@@ -77,9 +80,9 @@ TEST_F(WindowModelTest, SelectsNothingOnTheSummaryOrInAnEmptyList) {
     stage.result = {finding("/v/b", SafetyLevel::keep)};
     start();
     model->launch({QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
-    ASSERT_TRUE(waitUntil([&] { return model->phase() == QStringLiteral("done"); }));
+    ASSERT_TRUE(waitUntil([&] { return model->phase() == WindowModel::Phase::Done; }));
     EXPECT_TRUE(model->selection()->ids().empty());
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     scanAll();
     EXPECT_TRUE(model->selection()->ids().empty());
 }
@@ -101,7 +104,7 @@ TEST_F(WindowModelTest, WithoutADiskThereIsNothingToSayOfIt) {
     start();
     EXPECT_FALSE(model->hasDisk());
     EXPECT_FALSE(model->isDiskLow());
-    EXPECT_TRUE(model->segments().isEmpty());
+    EXPECT_TRUE(model->segments()->records().empty());
     EXPECT_TRUE(model->diskText().isEmpty());
 }
 
@@ -110,11 +113,11 @@ TEST_F(WindowModelTest, SegmentsFollowTheDisplayOrderAndEndWithTheRest) {
     stage.result = {finding("/k", SafetyLevel::keep, 100), finding("/s", SafetyLevel::safe, 50)};
     start();
     scanAll();
-    const QVariantList segments = model->segments();
-    EXPECT_EQ(column(segments, "level"),
+    const auto* segments = model->segments();
+    EXPECT_EQ(column(segments, "levelName"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("unknown"), QStringLiteral("keep"), QString()}));
-    EXPECT_EQ(column(segments, "color"),
+    EXPECT_EQ(column(segments, "levelColor"),
               QStringList({QStringLiteral("green"), QStringLiteral("teal"), QStringLiteral("orange"),
                            QStringLiteral("gray"), QStringLiteral("red"), QString()}));
     EXPECT_EQ(column(segments, "fraction"),
@@ -135,7 +138,7 @@ TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclarati
                     finding("/s2", SafetyLevel::safe, 500'000'000)};
     start();
     scanAll();
-    const QVariantList levels = model->levels();
+    const auto* levels = model->levels();
     EXPECT_EQ(
         column(levels, "title"),
         QStringList({QStringLiteral("Güvenle silinebilir"), QStringLiteral("Yeniden oluşur"),
@@ -143,7 +146,7 @@ TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclarati
     EXPECT_EQ(field(levels, 0, "sizeText"), QStringLiteral("2,5 GB"));
     EXPECT_EQ(field(levels, 0, "countText"),
               QStringLiteral("2 öğe · Geçici dosyalar ve kayıtlar. Silinince hiçbir şey kaybolmaz."));
-    EXPECT_EQ(column(model->levelChoices(), "level"),
+    EXPECT_EQ(column(model->levelChoices(), "name"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("keep"), QStringLiteral("unknown")}));
 }
@@ -155,9 +158,9 @@ TEST_F(WindowModelTest, ShowsTheEightLargestAndTheSumOfWhatIsEasy) {
                                        1'000'000'000));
     start();
     scanAll();
-    EXPECT_EQ(model->largest().size(), 8);
+    EXPECT_EQ(model->largest()->count(), 8);
     EXPECT_EQ(field(model->largest(), 7, "title"), QStringLiteral("7"));
-    EXPECT_EQ(field(model->largest(), 7, "color"), QStringLiteral("teal"));
+    EXPECT_EQ(field(model->largest(), 7, "levelColor"), QStringLiteral("teal"));
     EXPECT_EQ(field(model->largest(), 0, "symbol"), QStringLiteral("checkmark.shield.fill"));
     EXPECT_EQ(model->reclaimableText(), QStringLiteral("10 GB"));
 }
@@ -205,15 +208,15 @@ TEST_F(WindowModelTest, TheListOffersABatchWhereThereIsSomethingToAsk) {
                     guessed(finding("/s/1", SafetyLevel::safe))};
     start();
     scanAll();
-    const auto offers = [&](const char* level) {
-        model->setSidebar(QString::fromLatin1(level));
+    const auto offers = [&](std::optional<SidebarItem> level) {
+        model->setSidebar(level);
         return model->offersBatch();
     };
-    EXPECT_FALSE(offers("caution"));
-    EXPECT_TRUE(offers("unknown"));
-    EXPECT_TRUE(offers("safe"));
-    EXPECT_FALSE(offers("keep"));
-    EXPECT_FALSE(offers("overview"));
+    EXPECT_FALSE(offers(SidebarItem{SafetyLevel::caution}));
+    EXPECT_TRUE(offers(SidebarItem{SafetyLevel::unknown}));
+    EXPECT_TRUE(offers(SidebarItem{SafetyLevel::safe}));
+    EXPECT_FALSE(offers(SidebarItem{SafetyLevel::keep}));
+    EXPECT_FALSE(offers(SidebarItem{}));
 }
 
 TEST_F(WindowModelTest, WithoutAModelTheListOffersNoBatch) {
@@ -221,7 +224,7 @@ TEST_F(WindowModelTest, WithoutAModelTheListOffersNoBatch) {
     stage.result = {finding("/u/1", SafetyLevel::unknown)};
     start();
     scanAll();
-    model->setSidebar(QStringLiteral("unknown"));
+    model->setSidebar(SidebarItem{SafetyLevel::unknown});
     EXPECT_FALSE(model->offersBatch());
     EXPECT_EQ(model->modelMessage(), QStringLiteral("Model yok."));
 }
@@ -231,9 +234,9 @@ TEST_F(WindowModelTest, TheSubtitleCountsAndSumsUpOrIsNotThere) {
                     finding("/c/2", SafetyLevel::caution, 500'000'000)};
     start();
     scanAll();
-    model->setSidebar(QStringLiteral("caution"));
+    model->setSidebar(SidebarItem{SafetyLevel::caution});
     EXPECT_EQ(model->listSubtitle(), QStringLiteral("2 öğe · 2 GB"));
-    model->setSidebar(QStringLiteral("keep"));
+    model->setSidebar(SidebarItem{SafetyLevel::keep});
     EXPECT_TRUE(model->listSubtitle().isEmpty());
 }
 
@@ -242,7 +245,7 @@ TEST_F(WindowModelTest, FindsRowsByTheirFirstLettersAsTurkishHasThem) {
                     finding("/v/ısırgan", SafetyLevel::safe, 7)};
     start();
     scanAll();
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     EXPECT_EQ(model->rowBeginning(QStringLiteral("ı"), 0), 0);
     EXPECT_EQ(model->rowBeginning(QStringLiteral("ı"), 1), 2);
     EXPECT_EQ(model->rowBeginning(QStringLiteral("i"), 0), 1);
@@ -253,7 +256,7 @@ TEST_F(WindowModelTest, FindsRowsByTheirFirstLettersAsTurkishHasThem) {
 
 TEST_F(WindowModelTest, AMenuOfAFindingThatHasGoneOffersNothing) {
     start();
-    EXPECT_TRUE(model->menuInfo(QStringLiteral("/gone")).isEmpty());
+    EXPECT_EQ(model->menuInfo(QStringLiteral("/gone")), RowMenuInfo());
 }
 
 TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
@@ -261,9 +264,9 @@ TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
                     finding("/v/b", SafetyLevel::safe, 1)};
     start();
     scanAll();
-    model->setSidebar(QStringLiteral("safe"));
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->selection()->set({"/v/a"});
-    EXPECT_EQ(model->detailKind(), QStringLiteral("one"));
+    EXPECT_EQ(model->detailKind(), WindowModel::DetailKind::One);
     EXPECT_EQ(model->detail()->sizeText(), QStringLiteral("2 bayt"));
     model->selection()->set({"/v/a", "/v/b", "/v/gone"});
     EXPECT_EQ(model->several()->countText(), QStringLiteral("2 öğe seçili"));
@@ -272,20 +275,19 @@ TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
 TEST_F(WindowModelTest, OnlyTheSafeLevelHasAShorterTitle) {
     start();
     for (const SafetyLevel level : allSafetyLevels) {
-        const QVariantMap about = model->levelInfo(Texts::fixed(info(level).rawValue));
+        const LevelInfo about = LevelInfo::of(level);
         const QString title = Texts::fixed(info(level).title);
-        EXPECT_EQ(about.value(QStringLiteral("title")).toString(), title);
-        EXPECT_EQ(about.value(QStringLiteral("shortTitle")).toString(),
-                  level == SafetyLevel::safe ? QStringLiteral("Güvenli") : title);
+        EXPECT_EQ(about.title, title);
+        EXPECT_EQ(about.shortTitle, level == SafetyLevel::safe ? QStringLiteral("Güvenli") : title);
     }
 }
 
 TEST_F(WindowModelTest, NothingCanBeSelectedInTheSidebar) {
     start();
-    model->setSidebar(QStringLiteral("safe"));
-    model->setSidebar(QString());
+    model->setSidebar(SidebarItem{SafetyLevel::safe});
+    model->setSidebar(std::nullopt);
     EXPECT_TRUE(model->isOverview());
-    EXPECT_EQ(model->sidebar(), QString());
+    EXPECT_EQ(model->sidebar(), std::nullopt);
 }
 
 }  // namespace

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QAbstractItemModel>
+
+#include "app/finding_list_model.h"
+#include "ui/detail_model.h"
+#include "ui/finding_selection.h"
+#include "ui/level.h"
+#include "ui/multi_selection_model.h"
+#include "ui/record_list.h"
+#include "ui/records.h"
+#include "ui/window_model.h"
+
+// What the views may name, and under which name. The classes themselves are in libraries that are compiled
+// with our warnings, as what is generated for the views is not.
+
+namespace ulvak::qml {
+
+// The base of our lists, which the oldest toolkit that we build with does not describe.
+struct ItemModelType {
+    Q_GADGET
+    QML_FOREIGN(QAbstractItemModel)
+    QML_ANONYMOUS
+};
+
+namespace LevelType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(ulvak::Level)
+QML_NAMED_ELEMENT(Level)
+}  // namespace LevelType
+
+struct DetailModelType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::DetailModel)
+    QML_NAMED_ELEMENT(DetailModel)
+    QML_UNCREATABLE("The window is given it.")
+};
+
+struct FindingListModelType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::FindingListModel)
+    QML_NAMED_ELEMENT(FindingListModel)
+    QML_UNCREATABLE("The window is given it.")
+};
+
+struct FindingSelectionType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::FindingSelection)
+    QML_NAMED_ELEMENT(FindingSelection)
+    QML_UNCREATABLE("The window is given it.")
+};
+
+struct MultiSelectionModelType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::MultiSelectionModel)
+    QML_NAMED_ELEMENT(MultiSelectionModel)
+    QML_UNCREATABLE("The window is given it.")
+};
+
+struct RecordListType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::RecordList)
+    QML_NAMED_ELEMENT(RecordList)
+    QML_UNCREATABLE("The window is given it.")
+};
+
+struct WindowModelType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::WindowModel)
+    QML_NAMED_ELEMENT(WindowModel)
+    QML_UNCREATABLE("The window is given it.")
+};
+
+struct LevelInfoType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::LevelInfo)
+    QML_VALUE_TYPE(levelInfo)
+};
+
+struct RowMenuInfoType {
+    Q_GADGET
+    QML_FOREIGN(ulvak::RowMenuInfo)
+    QML_VALUE_TYPE(rowMenuInfo)
+};
+
+}  // namespace ulvak::qml
