@@ -37,8 +37,8 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr double longestTurn = 16;  // ms
-constexpr double leastRate = 500;   // findings a second
+constexpr double maxTurn = 16;   // ms
+constexpr double minRate = 500;  // findings a second
 
 struct Options {
     fs::path folder;
@@ -157,9 +157,9 @@ bool report(const Options& options, const Figures& figures) {
         failWith(figures.alert->title + ": " + figures.alert->message);
     if (figures.gone != options.cleaned)
         failWith("not all were cleaned");
-    const bool isQuick = rate >= leastRate && figures.longest.wall < longestTurn;
+    const bool isQuick = rate >= minRate && figures.longest.wall < maxTurn;
     std::printf(isQuick ? "quick enough\n" : "NOT quick enough: %.0f a second, and turns under %.0f ms\n",
-                leastRate, longestTurn);
+                minRate, maxTurn);
     return isQuick;
 }
 

@@ -34,17 +34,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double mostOfDu = 0.55;
-constexpr double mostOfGdu = 0.45;
-constexpr double mostOfFloor = 1.10;
-constexpr double mostOfDuCold = 0.35;
-constexpr double mostOfOthersCold = 0.45;
-constexpr double mostOfDuInOneFolder = 0.60;
-constexpr double mostOfRm = 0.65;
-constexpr double mostMemory = 48;  // MiB
-constexpr double mostMemoryGrowth = 1.10;
-constexpr double mostEmptyHome = 60;  // ms
-constexpr double mostOtherLoad = 5;   // percent
+constexpr double maxOfDu = 0.55;
+constexpr double maxOfGdu = 0.45;
+constexpr double maxOfFloor = 1.10;
+constexpr double maxOfDuCold = 0.35;
+constexpr double maxOfOthersCold = 0.45;
+constexpr double maxOfDuInOneFolder = 0.60;
+constexpr double maxOfRm = 0.65;
+constexpr double maxMemory = 48;  // MiB
+constexpr double maxMemoryGrowth = 1.10;
+constexpr double maxEmptyHome = 60;  // ms
+constexpr double maxOtherLoad = 5;   // percent
 constexpr std::size_t emptyHomeRuns = 21;
 constexpr std::size_t largeRuns = 3;
 constexpr std::size_t largeFactor = 5;
@@ -181,7 +181,7 @@ std::vector<Runs> measureInTurn(const std::vector<Program>& programs, std::size_
     // What is prepared between the runs is no load on them.
     const bool isTold =
         std::ranges::none_of(programs, [](const Program& program) { return !!program.prepare; });
-    if (const double percent = others.percent(results); isTold && percent > mostOtherLoad)
+    if (const double percent = others.percent(results); isTold && percent > maxOtherLoad)
         std::printf("\nnote: other programs took %.0f %% of the cores during the next figures\n", percent);
     return results;
 }
@@ -335,14 +335,14 @@ public:
     void cold() const {
         const fs::path tree = trees_.make("spread-" + std::to_string(options_.files), options_.files,
                                           options_.folders, "spread", 1);
-        compare({.title = "cold", .ofDu = mostOfDuCold, .ofOthers = mostOfOthersCold, .prepare = dropCaches},
+        compare({.title = "cold", .ofDu = maxOfDuCold, .ofOthers = maxOfOthersCold, .prepare = dropCaches},
                 {tree.string()}, tree, dump(tree, noTemp()));
     }
 
     /// One worker's folder, unless several share it.
     void oneFolder() const {
         const fs::path tree = trees_.make("one-folder", filesInOneFolder, 1, "spread", 1);
-        compare({.title = "one folder", .files = filesInOneFolder, .folders = 1, .ofDu = mostOfDuInOneFolder},
+        compare({.title = "one folder", .files = filesInOneFolder, .folders = 1, .ofDu = maxOfDuInOneFolder},
                 {tree.string()}, tree, dump(tree, noTemp()));
     }
 
@@ -366,7 +366,7 @@ public:
         const Runs runs = measureInTurn({program}, emptyHomeRuns)[0];
         std::printf("\nempty home, %zu runs\n", emptyHomeRuns);
         printTargetsHead();
-        printTarget("wall", median(column(runs, &Run::wall)), mostEmptyHome, "ms");
+        printTarget("wall", median(column(runs, &Run::wall)), maxEmptyHome, "ms");
     }
 
     /// For good, as a finding of one item; the tree is made anew for every run.
@@ -392,7 +392,7 @@ public:
         for (std::size_t index = 0; index < programs.size(); ++index)
             printRuns(programs[index].name, results[index]);
         printTargetsHead();
-        printTarget("wall against rm -rf", wallRatio(results[0], results[1]), mostOfRm, "");
+        printTarget("wall against rm -rf", wallRatio(results[0], results[1]), maxOfRm, "");
         std::fflush(stdout);
     }
 
@@ -412,7 +412,7 @@ public:
         printTarget("peak memory, more against fewer",
                     std::ranges::max(column(results[1], &Run::memory)) /
                         std::ranges::max(column(results[0], &Run::memory)),
-                    mostMemoryGrowth, "");
+                    maxMemoryGrowth, "");
     }
 
 private:
@@ -420,8 +420,8 @@ private:
         std::string title;
         std::size_t files = 0;    ///< 0: as many as the options say
         std::size_t folders = 0;  ///< as well
-        double ofDu = mostOfDu;
-        double ofOthers = mostOfGdu;
+        double ofDu = maxOfDu;
+        double ofOthers = maxOfGdu;
         std::function<void()> prepare;
     };
 
@@ -450,12 +450,12 @@ private:
         printTargetsHead();
         // What is read from the disk is as fast as the disk: the floor says nothing then.
         if (!what.prepare)
-            printTarget("wall against the floor", wallRatio(results[0], results[1]), mostOfFloor, "");
+            printTarget("wall against the floor", wallRatio(results[0], results[1]), maxOfFloor, "");
         printTarget("wall against du -s", wallRatio(results[0], results[2]), what.ofDu, "");
         for (std::size_t index = 3; index < programs.size(); ++index)
             printTarget(("wall against " + programs[index].name).c_str(),
                         wallRatio(results[0], results[index]), what.ofOthers, "");
-        printTarget("peak memory", std::ranges::max(column(results[0], &Run::memory)), mostMemory, "MiB");
+        printTarget("peak memory", std::ranges::max(column(results[0], &Run::memory)), maxMemory, "MiB");
         std::fflush(stdout);
     }
 

@@ -33,7 +33,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double longestTurn = 16;  // ms
+constexpr double maxTurn = 16;  // ms
 constexpr std::size_t rememberedVerdicts = 1000;
 
 struct Options {
@@ -164,12 +164,12 @@ bool report(const std::vector<Figures>& figures) {
     std::printf("longest turn of the event loop, ms      median     max   own time, median     max\n");
     for (const Figures& figure : figures) {
         const auto [wall, longest] = medianAndMost(figure.turns, &Turn::wall);
-        const auto [cpu, mostCpu] = medianAndMost(figure.turns, &Turn::cpu);
+        const auto [cpu, maxCpu] = medianAndMost(figure.turns, &Turn::cpu);
         std::printf("%-38s %7.1f %7.1f %18.1f %7.1f\n", std::string(figure.name).c_str(), wall, longest, cpu,
-                    mostCpu);
-        isQuick = isQuick && longest < longestTurn;
+                    maxCpu);
+        isQuick = isQuick && longest < maxTurn;
     }
-    std::printf(isQuick ? "all under %.0f ms\n" : "NOT all under %.0f ms\n", longestTurn);
+    std::printf(isQuick ? "all under %.0f ms\n" : "NOT all under %.0f ms\n", maxTurn);
     return isQuick;
 }
 

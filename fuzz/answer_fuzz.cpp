@@ -23,14 +23,14 @@ bool isFitToShow(std::string_view text, std::size_t longest) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t longestError = 300;
+    constexpr std::size_t maxErrorLength = 300;
     const auto verdict = ulvak::aiVerdictFromJson({reinterpret_cast<const char*>(data), size});
     if (!verdict) {
-        check(!verdict.error().text.empty() && isFitToShow(verdict.error().text, longestError));
+        check(!verdict.error().text.empty() && isFitToShow(verdict.error().text, maxErrorLength));
         return 0;
     }
     check(ulvak::aiLevel(ulvak::rawValue(verdict->level)) == verdict->level);
-    check(isFitToShow(verdict->title, ulvak::AIVerdict::longestTitle));
-    check(isFitToShow(verdict->reason, ulvak::AIVerdict::longestReason));
+    check(isFitToShow(verdict->title, ulvak::AIVerdict::maxTitleLength));
+    check(isFitToShow(verdict->reason, ulvak::AIVerdict::maxReasonLength));
     return 0;
 }

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view body(reinterpret_cast<const char*>(data) + 1, size - 1);
     const auto answer = ulvak::readAnswer(status, body, "http://127.0.0.1:8080");
     if (answer ? answer->size() > size
-               : answer.error().text.empty() || answer.error().text.size() > ModelError::longestText)
+               : answer.error().text.empty() || answer.error().text.size() > ModelError::maxTextLength)
         std::abort();
     for (const std::string& name : ulvak::readModelList(status, body).names) {
         if (name.empty() || name.size() > size)

@@ -43,7 +43,7 @@ constexpr std::array<LanguageRow, 2> languages = {{
     {"English", "Write in English."},
 }};
 
-constexpr std::int64_t mostConfidence = 100;
+constexpr std::int64_t maxConfidence = 100;
 
 std::expected<Verdict, ModelError> ask(std::string_view facts, Language language,
                                        const platform::LanguageModel& model, std::stop_token stop) {
@@ -57,7 +57,7 @@ std::expected<Verdict, ModelError> ask(std::string_view facts, Language language
                    .title = std::move(answer->title),
                    .explanation = std::move(answer->reason),
                    .source = VerdictSource::ai,
-                   .confidence = std::clamp<std::int64_t>(answer->confidence, 0, mostConfidence)};
+                   .confidence = std::clamp<std::int64_t>(answer->confidence, 0, maxConfidence)};
 }
 
 }  // namespace

@@ -61,10 +61,10 @@ std::unexpected<UnusableAnswer> unusable(std::string_view why) {
 /// The parsed answer; discarded when it is no JSON or nests deeper than any answer needs to. Writing such a
 /// value out again would recurse as deep.
 Json parsed(std::string_view text) {
-    constexpr int mostDepth = 16;
+    constexpr int maxDepth = 16;
     bool tooDeep = false;
     const auto watch = [&](int depth, Json::parse_event_t, Json&) {
-        tooDeep = tooDeep || depth > mostDepth;
+        tooDeep = tooDeep || depth > maxDepth;
         return !tooDeep;
     };
     Json json = Json::parse(text, watch, false);
@@ -72,15 +72,15 @@ Json parsed(std::string_view text) {
 }
 
 std::string rawText(const Json& value) {
-    constexpr std::size_t longest = 100;
-    return FactText::answer(value.dump(-1, ' ', false, Json::error_handler_t::replace), longest);
+    constexpr std::size_t maxLength = 100;
+    return FactText::answer(value.dump(-1, ' ', false, Json::error_handler_t::replace), maxLength);
 }
 
-std::expected<std::string, UnusableAnswer> text(const Json& json, const char* key, std::size_t longest) {
+std::expected<std::string, UnusableAnswer> text(const Json& json, const char* key, std::size_t maxLength) {
     const auto found = json.find(key);
     if (found == json.end() || !found->is_string())
         return unusable(std::string("\"") + key + "\" alanı yok ya da metin değil");
-    std::string line = FactText::answer(found->get_ref<const std::string&>(), longest);
+    std::string line = FactText::answer(found->get_ref<const std::string&>(), maxLength);
     if (isBlank(line))
         return unusable(std::string("\"") + key + "\" alanı boş");
     return line;
@@ -122,10 +122,10 @@ std::expected<AIVerdict, UnusableAnswer> aiVerdictFromJson(std::string_view json
         return std::unexpected(
             UnusableAnswer{"Unexpected value \"" + rawText(*levelText) + "\" for AILevel"});
 
-    auto title = text(answer, "title", AIVerdict::longestTitle);
+    auto title = text(answer, "title", AIVerdict::maxTitleLength);
     if (!title)
         return std::unexpected(std::move(title.error()));
-    auto reason = text(answer, "reason", AIVerdict::longestReason);
+    auto reason = text(answer, "reason", AIVerdict::maxReasonLength);
     if (!reason)
         return std::unexpected(std::move(reason.error()));
     const auto number = answer.find("confidence");

@@ -30,12 +30,12 @@ inline constexpr std::array allAILevels = {AILevel::safe, AILevel::regenerable, 
 /// What a model answers, in the order in which it writes. Texts are on one line and safe to show.
 struct AIVerdict {
     AILevel level = AILevel::caution;
-    std::string title;            ///< at most `longestTitle` characters
-    std::string reason;           ///< at most `longestReason` characters
+    std::string title;            ///< at most `maxTitleLength` characters
+    std::string reason;           ///< at most `maxReasonLength` characters
     std::int64_t confidence = 0;  ///< as answered: asked for 0 to 100, which nobody has checked yet
 
-    static constexpr std::size_t longestTitle = 200;
-    static constexpr std::size_t longestReason = 2'000;
+    static constexpr std::size_t maxTitleLength = 200;
+    static constexpr std::size_t maxReasonLength = 2'000;
 
     friend bool operator==(const AIVerdict&, const AIVerdict&) = default;
 

@@ -15,7 +15,7 @@ using platform::isContinuation;
 
 constexpr std::string_view ellipsis = "…";
 /// The longest form of a character in UTF-8, in bytes.
-constexpr std::size_t longestCharacter = 4;
+constexpr std::size_t maxCharacterBytes = 4;
 
 /// Where the character after the first `count` begins.
 std::size_t offsetOf(std::string_view text, std::size_t count) {
@@ -31,7 +31,7 @@ std::size_t offsetOf(std::string_view text, std::size_t count) {
 /// Enough of `bytes` for `count` characters, so that the work does not grow with what is cut off anyway. One
 /// character more than needed, so that the cut is still seen.
 std::string_view enough(std::string_view bytes, std::size_t count) {
-    return bytes.substr(0, (count + 1) * longestCharacter);
+    return bytes.substr(0, (count + 1) * maxCharacterBytes);
 }
 
 constexpr std::array<std::string_view, 6> quotationMarks = {"\"", "“", "”", "„", "‟", "＂"};
@@ -101,16 +101,16 @@ std::string shortened(std::string_view text, std::size_t count) {
 }
 
 std::string name(std::string_view bytes) {
-    return shortened(quoted(enough(bytes, longestName)), longestName);
+    return shortened(quoted(enough(bytes, maxNameLength)), maxNameLength);
 }
 
 std::string path(std::string_view bytes) {
-    constexpr std::size_t half = longestPath / 2;
-    if (bytes.size() <= longestPath)
-        return shortened(quoted(bytes), longestPath);
+    constexpr std::size_t half = maxPathLength / 2;
+    if (bytes.size() <= maxPathLength)
+        return shortened(quoted(bytes), maxPathLength);
     std::string all = quoted(bytes);
     const std::size_t count = characterCount(all);
-    if (count <= longestPath)
+    if (count <= maxPathLength)
         return all;
     const std::string_view view = all;
     return std::string(view.substr(0, offsetOf(view, half)))

@@ -9,8 +9,8 @@
 /// Unicode code points; all results are UTF-8. Safe from any thread.
 namespace ulvak::FactText {
 
-inline constexpr std::size_t longestName = 255;
-inline constexpr std::size_t longestPath = 1024;
+inline constexpr std::size_t maxNameLength = 255;
+inline constexpr std::size_t maxPathLength = 1024;
 
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
@@ -18,7 +18,7 @@ inline constexpr std::size_t longestPath = 1024;
 [[nodiscard]] std::string shortened(std::string_view text, std::size_t count);
 
 /// The name of a file or folder: no control characters, no double quotation marks of any shape, at most
-/// `longestName` characters.
+/// `maxNameLength` characters.
 [[nodiscard]] std::string name(std::string_view bytes);
 
 /// The same for a path. A long one loses its middle.

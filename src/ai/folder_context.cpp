@@ -18,11 +18,11 @@ namespace ulvak::FolderContext {
 namespace {
 
 constexpr std::size_t sampleLimit = 4'000;
-constexpr std::size_t mostTypes = 8;
-constexpr std::size_t mostSiblings = 8;
-constexpr std::size_t mostItems = 15;
-constexpr std::size_t mostChildren = 10;
-constexpr std::size_t mostExcerpts = 2;
+constexpr std::size_t maxTypes = 8;
+constexpr std::size_t maxSiblings = 8;
+constexpr std::size_t maxItems = 15;
+constexpr std::size_t maxChildren = 10;
+constexpr std::size_t maxExcerpts = 2;
 constexpr std::size_t excerptBytes = 300;
 constexpr std::size_t excerptCharacters = 200;
 /// Bytes; a file must be smaller to be looked into.
@@ -115,7 +115,7 @@ std::string fileTypes(const std::string& url, std::size_t limit, const std::stop
     });
     std::vector<std::string> parts;
     for (const Type& type : types) {
-        if (parts.size() == mostTypes)
+        if (parts.size() == maxTypes)
             break;
         parts.push_back(FactText::name(type.key) + " ×" + std::to_string(type.count) + " (" +
                         Format::bytes(type.bytes) + ")");
@@ -143,7 +143,7 @@ std::string parentLine(std::string_view parent, std::span<const ChildSummary> al
                        const UserFolders& folders) {
     std::string line = "Parent folder: " + displayed(parent, folders);
     std::vector<std::string> siblings;
-    for (const ChildSummary& sibling : all.first(std::min(all.size(), mostSiblings)))
+    for (const ChildSummary& sibling : all.first(std::min(all.size(), maxSiblings)))
         siblings.push_back(FactText::name(sibling.name) + " (" + Format::bytes(sibling.size) + ")");
     if (!siblings.empty())
         line += ". Siblings: " + joined(siblings, ", ");
@@ -171,7 +171,7 @@ void forNames(const platform::Directory& folder, std::size_t most, GoesOn goesOn
 void addContents(std::vector<std::string>& lines, const Finding& finding) {
     if (finding.children.empty()) {
         std::vector<std::string> names;
-        forNames(opened(finding.urls.front()), mostItems, [&](std::string_view name) {
+        forNames(opened(finding.urls.front()), maxItems, [&](std::string_view name) {
             names.push_back(FactText::name(name));
             return true;
         });
@@ -181,7 +181,7 @@ void addContents(std::vector<std::string>& lines, const Finding& finding) {
     }
     lines.emplace_back("Largest items inside:");
     for (const ChildSummary& child :
-         std::span(finding.children).first(std::min(finding.children.size(), mostChildren)))
+         std::span(finding.children).first(std::min(finding.children.size(), maxChildren)))
         lines.push_back("- " + FactText::name(child.name) + (child.isDirectory ? "/ " : " ") +
                         Format::bytes(child.size));
 }
@@ -221,7 +221,7 @@ std::optional<std::string> firstName(const std::string& folder, std::size_t most
 
 std::string installedHint(std::string_view owner, const Circumstances& around, const platform::Reach& reach) {
     const std::string ownerKey = matchKey(owner);
-    const auto app = firstName(around.applications, around.mostNames, reach, [&](std::string_view entry) {
+    const auto app = firstName(around.applications, around.maxNames, reach, [&](std::string_view entry) {
         return isSameApp(ownerKey, matchKey(withoutExtension(entry)));
     });
     if (app)
@@ -236,12 +236,12 @@ std::optional<std::string> sourceFolder(std::string_view owner, const Circumstan
     const std::string wanted = lowerCased(owner);
     for (const std::string_view folder : sourceFolders) {
         const std::string place = Paths::join(around.folders.home, folder);
-        const auto entry = firstName(place, around.mostNames, reach,
+        const auto entry = firstName(place, around.maxNames, reach,
                                      [&](std::string_view name) { return lowerCased(name) == wanted; });
         if (!entry)
             continue;
         const auto marker =
-            firstName(Paths::join(place, *entry), around.mostNames, reach, [](std::string_view name) {
+            firstName(Paths::join(place, *entry), around.maxNames, reach, [](std::string_view name) {
                 return isOneOf(sourceMarkers, name) || name.ends_with(".xcodeproj");
             });
         if (marker)
@@ -272,8 +272,8 @@ void addExcerpts(std::vector<std::string>& lines, const std::string& url, const 
     std::vector<std::string> excerpts;
     const platform::Directory folder = opened(url);
     std::size_t candidates = 0;
-    forNames(folder, around.mostNames, [&](std::string_view listed) {
-        if (candidates == around.mostCandidates || excerpts.size() == mostExcerpts)
+    forNames(folder, around.maxNames, [&](std::string_view listed) {
+        if (candidates == around.maxCandidates || excerpts.size() == maxExcerpts)
             return false;
         if (!isOneOf(textExtensions, lowerCased(Paths::extension(listed))))
             return true;

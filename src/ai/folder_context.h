@@ -27,7 +27,7 @@
 namespace ulvak::FolderContext {
 
 /// The longest text in Unicode characters, whatever the folder holds; the user's note comes on top.
-inline constexpr std::size_t longestText = 16'384;
+inline constexpr std::size_t maxTextLength = 16'384;
 
 enum class Extent : std::uint8_t {
     full,
@@ -39,9 +39,9 @@ struct Circumstances {
     UserFolders folders;
     std::string applications = "/Applications";
     Format::Clock::time_point now = Format::Clock::now();
-    std::stop_token stop;                ///< ends the sample early, and with it the text
-    std::size_t mostNames = 50'000;      ///< read of one listing
-    std::size_t mostCandidates = 4'000;  ///< text files asked for their length
+    std::stop_token stop;               ///< ends the sample early, and with it the text
+    std::size_t maxNames = 50'000;      ///< read of one listing
+    std::size_t maxCandidates = 4'000;  ///< text files asked for their length
 };
 
 /// The facts, lines joined by a single line feed, none at the end. `runningApps` are names of applications

@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 200ms;
 /// Findings that are cleaned before the results are applied, at most, and about how long that may take.
-constexpr std::size_t mostTogether = 64;
+constexpr std::size_t maxTogether = 64;
 constexpr auto moment = 400ms;
 constexpr std::string_view diskAccessSettings =
     "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
@@ -610,7 +610,7 @@ QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::
 }
 
 void AppModel::tellBatch(const Batch& batch) {
-    constexpr std::size_t mostNamed = 5;
+    constexpr std::size_t maxNamed = 5;
     const std::int64_t asked = batch.answered + batch.failed;
     // A model that was not there from the start shows in its status.
     if (batch.failed == 0 && (!batch.isModelGone || asked == 0))
@@ -618,10 +618,10 @@ void AppModel::tellBatch(const Batch& batch) {
     std::string message = "Sorulan " + std::to_string(asked) + " klasörden " +
                           (batch.failed == 0 ? "hepsi analiz edildi."
                                              : std::to_string(batch.failed) + " tanesi analiz edilemedi:");
-    for (const auto& [why, count] : std::span(batch.reasons).first(std::min(batch.reasons.size(), mostNamed)))
+    for (const auto& [why, count] : std::span(batch.reasons).first(std::min(batch.reasons.size(), maxNamed)))
         message += "\n• " + why + (count > 1 ? " (" + std::to_string(count) + " klasör)" : "");
-    if (batch.reasons.size() > mostNamed)
-        message += "\n• ve " + std::to_string(batch.reasons.size() - mostNamed) + " neden daha";
+    if (batch.reasons.size() > maxNamed)
+        message += "\n• ve " + std::to_string(batch.reasons.size() - maxNamed) + " neden daha";
     if (batch.isModelGone) {
         message += "\nModel artık yanıt vermiyor";
         if (batch.left > 0)
@@ -670,7 +670,7 @@ QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode
         // Another click may have come first while the applications were looked at.
         std::erase_if(turns, [&](const Cleaning& turn) { return cleaning_.contains(turn.finding->id); });
         if (turns.empty()) {
-            together = std::min(together * 2, mostTogether);
+            together = std::min(together * 2, maxTogether);
             continue;
         }
         if (cleanStop_.stop_requested()) {
@@ -693,7 +693,7 @@ QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode
         if (mode == CleanMode::permanent || taken > moment)
             together = std::max(together / 2, 1UZ);
         else if (taken < moment / 2)
-            together = std::min(together * 2, mostTogether);
+            together = std::min(together * 2, maxTogether);
     }
 }
 
@@ -722,7 +722,7 @@ void AppModel::leave(const Finding& finding, std::string why) {
 }
 
 void AppModel::tellWhatIsLeft() {
-    constexpr std::size_t mostNamed = 5;
+    constexpr std::size_t maxNamed = 5;
     const std::vector<Left> all = std::exchange(left_, {});
     if (all.empty() || !cleanStop_.stop_requested())
         return;
@@ -731,10 +731,10 @@ void AppModel::tellWhatIsLeft() {
         cleanedFindings_ == 0
             ? total + " öğeden hiçbiri tümüyle temizlenmedi:"
             : total + " öğeden yalnız " + std::to_string(cleanedFindings_) + " tanesi temizlendi. Kalanlar:";
-    for (const Left& left : std::span(all).first(std::min(all.size(), mostNamed)))
+    for (const Left& left : std::span(all).first(std::min(all.size(), maxNamed)))
         message += "\n• " + left.title + ": " + (left.why.empty() ? "dokunulmadı." : left.why);
-    if (all.size() > mostNamed)
-        message += "\n• ve " + std::to_string(all.size() - mostNamed) + " öğe daha";
+    if (all.size() > maxNamed)
+        message += "\n• ve " + std::to_string(all.size() - maxNamed) + " öğe daha";
     showAlert("Temizlik durduruldu", std::move(message));
 }
 

@@ -13,7 +13,7 @@ namespace ulvak {
 
 // A scan that was cancelled still walks, a new one walks beside it, a model is asked about many findings,
 // items are cleaned, a label is written: none of them waits for another. As many as one can click together.
-constexpr std::size_t mostThreads = 1000;
+constexpr std::size_t maxThreads = 1000;
 
 /// Where coroutines go on: an object of the thread that they belong to.
 class Workers::Home : public QObject {
@@ -72,7 +72,7 @@ public:
         const std::scoped_lock lock(mutex_);
         ++unfinished_;
         functions_.push_back(std::move(function));
-        if (functions_.size() > idle_ && threads_.size() < mostThreads)
+        if (functions_.size() > idle_ && threads_.size() < maxThreads)
             addThread();
         changed_.notify_one();
     }

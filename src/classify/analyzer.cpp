@@ -24,8 +24,8 @@ constexpr std::int64_t probeMinimum = 100'000'000;
 constexpr std::int64_t drillMinimum = 2'000'000'000;
 constexpr std::int64_t drillShareFloor = 4'000'000'000;
 constexpr std::int64_t drillShare = 4;
-constexpr std::size_t mostChildren = 12;
-constexpr std::size_t mostSiblings = 10;
+constexpr std::size_t maxChildren = 12;
+constexpr std::size_t maxSiblings = 10;
 
 /// A node where the walk stands. Lives on the walk's stack, as does the place above it.
 struct Place {
@@ -53,7 +53,7 @@ ChildSummary summary(const DirNode& node) {
 
 std::vector<ChildSummary> summaries(const DirNode& node) {
     std::vector<ChildSummary> result;
-    std::ranges::transform(node.children | std::views::take(mostChildren), std::back_inserter(result),
+    std::ranges::transform(node.children | std::views::take(maxChildren), std::back_inserter(result),
                            summary);
     return result;
 }
@@ -64,7 +64,7 @@ std::vector<ChildSummary> siblings(const Place& place) {
         return result;
     const auto isOther = [&](const DirNode& node) { return &node != place.node; };
     std::ranges::transform(
-        place.parent->node->children | std::views::filter(isOther) | std::views::take(mostSiblings),
+        place.parent->node->children | std::views::filter(isOther) | std::views::take(maxSiblings),
         std::back_inserter(result), summary);
     return result;
 }

@@ -114,7 +114,7 @@ std::unique_ptr<platform::TrashNotes> notesFor(std::span<const Judged> items) {
     if (items.size() < 2)
         return nullptr;
     auto notes = std::make_unique<platform::TrashNotes>();
-    for (const Judged& item : items.first(std::min(items.size(), platform::TrashNotes::most))) {
+    for (const Judged& item : items.first(std::min(items.size(), platform::TrashNotes::maxNotes))) {
         if (item.identity)
             addNote(*notes, item.place);
     }
@@ -195,7 +195,7 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
     for (std::size_t index = 0; index < items->size(); ++index) {
         if (run.stop.stop_requested())
             return std::unexpected(stopped(run.done, items->size()));
-        if (mode == CleanMode::trash && index % platform::TrashNotes::most == 0)
+        if (mode == CleanMode::trash && index % platform::TrashNotes::maxNotes == 0)
             ownNotes = notesFor(std::span(*items).subspan(index));
         platform::TrashNotes* ahead = run.ahead != nullptr ? run.ahead->notes.get() : nullptr;
         platform::TrashNotes* notes = ownNotes ? ownNotes.get() : ahead;

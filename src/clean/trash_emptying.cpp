@@ -273,8 +273,8 @@ private:
 
     /// Whoever moves an item to the Trash writes its note before that: these may still await their items.
     static std::set<std::string> freshNotes(const Directory& notes) {
-        constexpr std::chrono::minutes longestMove{1};
-        const auto since = std::chrono::system_clock::now() - longestMove;
+        constexpr std::chrono::minutes maxMove{1};
+        const auto since = std::chrono::system_clock::now() - maxMove;
         std::set<std::string> names;
         platform::EntryReader reader;
         reader.start(notes);

@@ -16,7 +16,7 @@
 namespace ulvak::Diagnostics {
 namespace {
 
-constexpr std::size_t mostLines = 25;
+constexpr std::size_t maxLines = 25;
 constexpr std::size_t sizeWidth = 10;
 
 std::string summaryLine(const Summary& summary) {
@@ -43,7 +43,7 @@ std::string levelSection(SafetyLevel level, std::span<const Finding> findings, c
         if (finding.level != level)
             continue;
         addChecked(size, finding.size);
-        if (++count <= mostLines)
+        if (++count <= maxLines)
             lines += findingLine(finding, folders);
     }
     if (count == 0)

@@ -28,8 +28,8 @@ bool isHarmful(UChar32 c) {
 /// Each maximal piece that is not UTF-8 becomes one U+FFFD. ICU counts in 32 bits, and would take a longer
 /// text for one that ends with a zero byte.
 icu::UnicodeString decoded(std::string_view text) {
-    constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
-    const std::string_view head = text.substr(0, longest);
+    constexpr std::size_t maxLength = std::numeric_limits<std::int32_t>::max();
+    const std::string_view head = text.substr(0, maxLength);
     return icu::UnicodeString::fromUTF8(
         icu::StringPiece(head.data(), static_cast<std::int32_t>(head.size())));
 }

@@ -100,8 +100,8 @@ public:
     EntryReader& operator=(const EntryReader&) = delete;
 
     /// Starts over with `directory`, freshly opened, which must outlive the listing. A folder that is named
-    /// in `untouched` (null for none) is passed over without asking the system about it.
-    void start(const Directory& directory, const NameSet* untouched = nullptr);
+    /// in `excluded` (null for none) is passed over without asking the system about it.
+    void start(const Directory& directory, const NameSet* excluded = nullptr);
 
     /// Takes turns in the listing that `first` has started: each piece of it comes to the reader that asks
     /// next. `first` may read on meanwhile in another thread, and starts nothing else for as long.
@@ -142,7 +142,7 @@ private:
     Turns own_;
     Turns* turns_ = &own_;  ///< of whoever has started the listing
     std::size_t piece_ = 0;
-    const NameSet* untouched_ = nullptr;
+    const NameSet* excluded_ = nullptr;
     DirectoryEntry entry_;
     std::error_code error_;
 };
@@ -151,7 +151,7 @@ private:
 [[nodiscard]] std::size_t spareHandles();
 
 /// Whether an error says that a folder's contents live elsewhere and would have had to be fetched.
-[[nodiscard]] bool livesElsewhere(std::error_code error);
+[[nodiscard]] bool isDataless(std::error_code error);
 
 /// Whether an error says that handles have run out, which another thread may mend at any moment.
 [[nodiscard]] bool isOutOfHandles(std::error_code error);

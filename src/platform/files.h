@@ -95,7 +95,7 @@ struct FileInfo {
 [[nodiscard]] std::string fileBeginning(const Directory& folder, const std::string& name, std::size_t count);
 
 /// The regular files below a folder, folders entered where they stand in the system's order. Follows no link
-/// below the folder itself, leaves no volume, enters no package, opens no file, and goes at most `mostLevels`
+/// below the folder itself, leaves no volume, enters no package, opens no file, and goes at most `maxLevels`
 /// folders deep, each of which it holds open. What cannot be listed is passed over. For one thread at a time.
 class FileSample {
 public:
@@ -104,7 +104,7 @@ public:
         std::int64_t allocatedSize = 0;  ///< bytes held on disk; 0 when the system does not say
     };
 
-    static constexpr std::size_t mostLevels = 256;
+    static constexpr std::size_t maxLevels = 256;
 
     explicit FileSample(const std::string& path, std::stop_token stop = {});
     ~FileSample();

@@ -50,12 +50,12 @@ struct ModelError {
     Kind kind = Kind::other;
     Family family = Family::model;
     /// For people: what failed, and the service's own words. Not trusted: make it `printable`. At most
-    /// `longestText` bytes.
+    /// `maxTextLength` bytes.
     std::string text;
     /// Nobody answered in time, as in `ModelAbsence`.
     bool isSilent = false;
 
-    static constexpr std::size_t longestText = 2'000;
+    static constexpr std::size_t maxTextLength = 2'000;
 
     friend bool operator==(const ModelError&, const ModelError&) = default;
 };

@@ -33,7 +33,7 @@ struct TrashedItem {
 class TrashNotes {
 public:
     /// More wait for longer than they are worth to one who would stop.
-    static constexpr std::size_t most = 64;
+    static constexpr std::size_t maxNotes = 64;
 
     TrashNotes();
     ~TrashNotes();

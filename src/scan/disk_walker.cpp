@@ -15,7 +15,7 @@ namespace {
 
 /// On a disk that has to be asked, what waits for it is worth more than a core each: eight workers walk a
 /// cold tree in about a fifth less time than two on two cores, and a warm one no slower.
-constexpr unsigned leastWorkers = 8;
+constexpr unsigned minWorkers = 8;
 
 /// `path` relative to the folder that holds it somewhere above, or nothing when that does not hold it.
 std::optional<std::string_view> relativeTo(std::string_view folder, std::string_view path) {
@@ -79,7 +79,7 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
             result[i] = fileNode(paths[i], *info);
         }
     }
-    const unsigned workers = std::max(leastWorkers, std::thread::hardware_concurrency());
+    const unsigned workers = std::max(minWorkers, std::thread::hardware_concurrency());
     TreeWalk walk(std::move(roots), {.keepThreshold = keepThreshold, .workers = workers}, progress,
                   std::move(stop));
     std::vector<DirNode> nodes = walk.run();

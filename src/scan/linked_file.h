@@ -7,7 +7,7 @@ namespace ulvak {
 /// A file with several names as one place knows it. Twenty-four bytes: a disk can hold millions of them.
 struct LinkedFile {
     /// Counts of names end here: a file with so many never counts as complete.
-    static constexpr std::uint16_t mostNames = UINT16_MAX;
+    static constexpr std::uint16_t maxNames = UINT16_MAX;
 
     std::uint64_t number = 0;  ///< the file system's
     std::int64_t size = 0;     ///< bytes on disk
@@ -18,7 +18,7 @@ struct LinkedFile {
     [[nodiscard]] bool isSameAs(const LinkedFile& other) const {
         return number == other.number && volume == other.volume;
     }
-    [[nodiscard]] bool isComplete() const { return seen >= names && names < mostNames; }
+    [[nodiscard]] bool isComplete() const { return seen >= names && names < maxNames; }
 };
 
 }  // namespace ulvak

@@ -8,11 +8,11 @@
 namespace ulvak {
 namespace {
 
-constexpr std::size_t leastSlots = 8;
-constexpr std::size_t mostKeptSlots = 2048;
+constexpr std::size_t minSlots = 8;
+constexpr std::size_t maxKeptSlots = 2048;
 
 std::uint16_t addedNames(std::uint16_t one, std::uint16_t other) {
-    return static_cast<std::uint16_t>(std::min<unsigned>(unsigned{one} + other, LinkedFile::mostNames));
+    return static_cast<std::uint16_t>(std::min<unsigned>(unsigned{one} + other, LinkedFile::maxNames));
 }
 
 }  // namespace
@@ -66,9 +66,9 @@ LinkedFiles::Effect LinkedFiles::absorb(LinkedFiles& other) {
 }
 
 void LinkedFiles::clear() {
-    if (count_ > 0 && slots_.size() <= mostKeptSlots)
+    if (count_ > 0 && slots_.size() <= maxKeptSlots)
         std::ranges::fill(slots_, LinkedFile());
-    else if (slots_.size() > mostKeptSlots)
+    else if (slots_.size() > maxKeptSlots)
         std::vector<LinkedFile>().swap(slots_);
     count_ = 0;
     bytes_ = 0;
@@ -79,7 +79,7 @@ void LinkedFiles::makeRoom() {
     if ((count_ + 1) * 8 <= slots_.size() * 7)
         return;
     LinkedFiles larger;
-    larger.slots_.resize(std::max(leastSlots, slots_.size() + slots_.size() / 4));
+    larger.slots_.resize(std::max(minSlots, slots_.size() + slots_.size() / 4));
     for (const LinkedFile& file : slots_) {
         if (file.seen == 0)
             continue;

@@ -28,7 +28,7 @@ std::string readToEnd(const platform::FileDescriptor& handle) {
         const ssize_t count = ::read(handle.get(), buffer.data(), buffer.size());
         if (count > 0)
             bytes.append(buffer.data(),
-                         std::min(static_cast<std::size_t>(count), longestOutput - bytes.size()));
+                         std::min(static_cast<std::size_t>(count), maxOutputBytes - bytes.size()));
         else if (count == 0 || errno != EINTR)
             return bytes;  // an error, too, by design: what came before it is the output
     }

@@ -13,7 +13,7 @@ namespace ulvak::Shell {
 
 /// Bytes of each output that are kept; what comes after them is read and dropped. Far more than any program
 /// prints that this one starts.
-inline constexpr std::size_t longestOutput = 128UZ * 1024 * 1024;
+inline constexpr std::size_t maxOutputBytes = 128UZ * 1024 * 1024;
 
 struct Result {
     /// The program's exit status; the number of the signal if one ended it; -1 if nobody can tell.

@@ -28,7 +28,7 @@ constexpr std::size_t handlesPerWorker = 3;
 /// Left to the rest of the program.
 constexpr std::size_t handlesForOthers = 8;
 /// Buffers that a huge folder has grown beyond this are not kept for the next one.
-constexpr std::size_t mostKeptBytes = 64 * 1024;
+constexpr std::size_t maxKeptBytes = 64 * 1024;
 
 /// Absent dates count as the distant past.
 constexpr FileTime distantPast = FileTime::min();
@@ -45,7 +45,7 @@ std::size_t affordableWorkers(std::size_t wanted, std::size_t spareHandles) {
 template <typename T>
 void clearAndTrim(T& buffer) {
     buffer.clear();
-    if (buffer.capacity() * sizeof(typename T::value_type) > mostKeptBytes)
+    if (buffer.capacity() * sizeof(typename T::value_type) > maxKeptBytes)
         buffer.shrink_to_fit();
 }
 
@@ -120,11 +120,11 @@ void TreeWalk::Listing::add(const platform::DirectoryEntry& file, std::int64_t k
     if (file.names < 2) {
         addChecked(countedBytes, file.allocatedSize);
     } else {
-        constexpr std::uint32_t most = LinkedFile::mostNames;
+        constexpr std::uint32_t maxNames = LinkedFile::maxNames;
         link = {.number = file.number,
                 .size = file.allocatedSize,
                 .volume = file.volume,
-                .names = static_cast<std::uint16_t>(std::min(file.names, most)),
+                .names = static_cast<std::uint16_t>(std::min(file.names, maxNames)),
                 .seen = 1};
         const LinkedFiles::Effect effect = linked.add(*link);
         addChecked(files.size, -effect.repeated);
@@ -589,9 +589,9 @@ const SkipTree* TreeWalk::skipsOf(const Frame& parent, std::size_t index) const 
 /// Not open when the folder cannot be: it counts as denied, unless it has become another volume's since it
 /// was listed, or holds nothing here.
 platform::Directory TreeWalk::open(Worker& worker, Frame& parent, std::size_t index) {
-    constexpr int mostTries = 200;
+    constexpr int maxTries = 200;
     auto directory = tryToOpen(worker, parent, index);
-    for (int tries = 1; !directory && platform::isOutOfHandles(directory.error()) && tries < mostTries;
+    for (int tries = 1; !directory && platform::isOutOfHandles(directory.error()) && tries < maxTries;
          ++tries) {
         if (stop_.stop_requested())
             return {};
@@ -601,7 +601,7 @@ platform::Directory TreeWalk::open(Worker& worker, Frame& parent, std::size_t in
     }
     if (directory)
         return std::move(*directory);
-    if (directory.error() != std::errc::cross_device_link && !platform::livesElsewhere(directory.error()))
+    if (directory.error() != std::errc::cross_device_link && !platform::isDataless(directory.error()))
         progress_.addDenied(1);
     return {};
 }

@@ -29,9 +29,9 @@ void put(VerdictEntries& entries, const std::string& id, const std::optional<Ver
 
 /// Once more when it fails: a disk may fail once.
 std::expected<std::string, std::error_code> readText(const std::string& path) {
-    auto text = platform::readFile(path, longestVerdictFile);
+    auto text = platform::readFile(path, maxVerdictFileBytes);
     if (!text && text.error() != std::errc::no_such_file_or_directory)
-        text = platform::readFile(path, longestVerdictFile);
+        text = platform::readFile(path, maxVerdictFileBytes);
     return text;
 }
 
@@ -43,10 +43,10 @@ bool isNotUnderstood(const std::string& path) {
 /// What nobody understands is copied at once: the first is never written over, for what comes after it may be
 /// worth less, nor is a file that was kept because it could not be read. Whether it was.
 bool copiedAside(const std::string& path, const std::string& text) {
-    constexpr int mostKept = 100;
+    constexpr int maxKept = 100;
     const std::string folder(Paths::parent(path));
     std::string kept = path + ".old";
-    for (int number = 1; number <= mostKept; ++number) {
+    for (int number = 1; number <= maxKept; ++number) {
         const bool isTaken = platform::existsIn(folder, std::string(Paths::lastComponent(kept)));
         if (!isTaken || (number > 1 && isNotUnderstood(kept)))
             return !platform::replaceFile(kept, text);

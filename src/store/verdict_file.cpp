@@ -199,7 +199,7 @@ StoredDate StoredDate::from(FileTime time) {
 
 std::expected<VerdictEntries, DataCorrupted> decodeEntries(std::string_view text) {
     // The parser takes a zero byte for the end of the text.
-    if (text.size() > longestVerdictFile || text.contains('\0'))
+    if (text.size() > maxVerdictFileBytes || text.contains('\0'))
         return std::unexpected(DataCorrupted{"too long, or not text"});
     EntryReader reader;
     if (!Json::sax_parse(text, &reader))
@@ -225,7 +225,7 @@ std::optional<std::string> encodeEntries(const VerdictEntries& entries) {
             appendEntry(text, name->second, entry, id);
     }
     text += '}';
-    return text.size() <= longestVerdictFile ? std::optional(std::move(text)) : std::nullopt;
+    return text.size() <= maxVerdictFileBytes ? std::optional(std::move(text)) : std::nullopt;
 }
 
 }  // namespace ulvak

@@ -44,7 +44,7 @@ using VerdictEntries = std::map<std::string, VerdictEntry, std::less<>>;
 
 /// No file of ours is longer. A user's labels of a lifetime are some megabytes; what is longer than this is
 /// something else, and neither fills the memory nor holds up the start.
-inline constexpr std::size_t longestVerdictFile = std::size_t{256} * 1024 * 1024;
+inline constexpr std::size_t maxVerdictFileBytes = std::size_t{256} * 1024 * 1024;
 
 /// Brackets in brackets, in members that nobody knows: no decoder that this file meets takes more.
 inline constexpr int deepestVerdictFile = 512;

@@ -99,7 +99,7 @@ SimulatorMap load(std::stop_token stop) {
 }
 
 SimulatorMap parse(std::string_view json) {
-    if (json.size() > longestList || isNestedTooDeep(json))
+    if (json.size() > maxListBytes || isNestedTooDeep(json))
         return {};
     const Json document = Json::parse(json, nullptr, /*allow_exceptions=*/false);
     if (!document.is_object())

@@ -17,11 +17,11 @@ namespace ulvak::Simulators {
 [[nodiscard]] SimulatorMap load(std::stop_token stop = {});
 
 /// More bytes, or more levels, than any such tool prints.
-inline constexpr std::size_t longestList = 64 * 1024 * 1024;
+inline constexpr std::size_t maxListBytes = 64 * 1024 * 1024;
 inline constexpr int deepestNesting = 64;
 
 /// Reads the tools' JSON. Empty unless it is an object whose "devices" is an object of arrays of objects, and
-/// for one of more than `longestList` bytes or `deepestNesting` levels.
+/// for one of more than `maxListBytes` bytes or `deepestNesting` levels.
 [[nodiscard]] SimulatorMap parse(std::string_view json);
 
 /// "com.apple.CoreSimulator.SimRuntime.iOS-17-2" is "iOS 17.2". A name without a version keeps the blank

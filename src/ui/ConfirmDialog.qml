@@ -14,7 +14,7 @@ Popup {
     property bool destructive: false
     property bool onlyDismisses: false
     property bool isNeeded: false
-    readonly property real mostHeight: (parent?.height ?? 640) - 2 * Theme.padding
+    readonly property real maxHeight: (parent?.height ?? 640) - 2 * Theme.padding
 
     signal confirmed()
 
@@ -58,7 +58,7 @@ Popup {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 Layout.preferredHeight: texts.implicitHeight
-                Layout.maximumHeight: Math.max(40, root.mostHeight - buttons.implicitHeight - 2 * root.padding - Theme.spaceL)
+                Layout.maximumHeight: Math.max(40, root.maxHeight - buttons.implicitHeight - 2 * root.padding - Theme.spaceL)
 
                 ScrollBar.vertical: ThinScrollBar {}
 

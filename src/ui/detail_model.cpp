@@ -13,7 +13,7 @@
 namespace ulvak {
 namespace {
 
-constexpr std::size_t mostContents = 12;
+constexpr std::size_t maxContents = 12;
 
 /// Where something that is in the finding lies. What a group holds are its members, also where it has only
 /// one.
@@ -183,7 +183,7 @@ QString DetailModel::contentsTitle() const {
 std::vector<ContentLine> DetailModel::firstContents() const {
     std::vector<ContentLine> lines;
     const auto& children = shownFinding().children;
-    for (std::size_t index = 0; index < std::min(children.size(), mostContents); ++index) {
+    for (std::size_t index = 0; index < std::min(children.size(), maxContents); ++index) {
         const ChildSummary& child = children[index];
         lines.push_back({.symbol = child.isDirectory ? QStringLiteral("folder") : QStringLiteral("doc"),
                          .name = shown(child.name),
@@ -195,7 +195,7 @@ std::vector<ContentLine> DetailModel::firstContents() const {
 
 QString DetailModel::moreContents() const {
     const std::size_t count = shownFinding().children.size();
-    return count > mostContents ? QStringLiteral("ve %1 öğe daha").arg(count - mostContents) : QString();
+    return count > maxContents ? QStringLiteral("ve %1 öğe daha").arg(count - maxContents) : QString();
 }
 
 std::vector<MetadataLine> DetailModel::knownMetadata() const {

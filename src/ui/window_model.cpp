@@ -22,7 +22,7 @@ namespace {
 
 /// Less free space than this is little.
 constexpr std::int64_t lowSpace = 20'000'000'000;
-constexpr std::size_t mostLargest = 8;
+constexpr std::size_t maxLargest = 8;
 constexpr std::string_view levelArgument = "--level=";
 
 std::int64_t usedBytes(const DiskInfo& disk) {
@@ -251,7 +251,7 @@ void WindowModel::summarize() {
     }
     levels_.assign(std::move(levels));
     std::vector<LargestLine> largest;
-    for (const FindingPointer& finding : app_.findings() | std::views::take(mostLargest)) {
+    for (const FindingPointer& finding : app_.findings() | std::views::take(maxLargest)) {
         const SafetyLevelInfo& level = info(finding->level);
         largest.push_back({.level = Level::Value(finding->level),
                            .symbol = Texts::fixed(level.symbol),

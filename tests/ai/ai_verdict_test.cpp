@@ -157,9 +157,9 @@ TEST(AIVerdict, EndlessTextsAreCut) {
     const auto verdict =
         aiVerdictFromJson(answer(R"("keep")", "50", Json(endless).dump(), Json(endless).dump()));
     ASSERT_TRUE(verdict);
-    EXPECT_EQ(verdict->title.size(), 2 * (AIVerdict::longestTitle - 1) + 3);
+    EXPECT_EQ(verdict->title.size(), 2 * (AIVerdict::maxTitleLength - 1) + 3);
     EXPECT_TRUE(verdict->title.ends_with("ü…"));
-    EXPECT_EQ(verdict->reason.size(), 2 * (AIVerdict::longestReason - 1) + 3);
+    EXPECT_EQ(verdict->reason.size(), 2 * (AIVerdict::maxReasonLength - 1) + 3);
 }
 
 TEST(AIVerdict, ItsSchemaIsOneThatTheModelOfAMacCanBeHeldTo) {

@@ -25,7 +25,7 @@ TEST(FactText, NamesHaveNoDoubleQuotationMarks) {
 }
 
 TEST(FactText, NamesOfTheLongestKindStayWhole) {
-    const std::string longest = repeated("ğ", FactText::longestName);
+    const std::string longest = repeated("ğ", FactText::maxNameLength);
     EXPECT_EQ(FactText::name(longest), longest);
     const std::string bytes(255, '\xff');
     EXPECT_EQ(FactText::name(bytes), repeated("\uFFFD", 255));
@@ -37,10 +37,10 @@ TEST(FactText, LongerNamesAreCutAtTheirEnd) {
 }
 
 TEST(FactText, LongPathsLoseTheirMiddle) {
-    const std::string whole = std::string("/").append(repeated("ö", FactText::longestPath - 1));
+    const std::string whole = std::string("/").append(repeated("ö", FactText::maxPathLength - 1));
     EXPECT_EQ(FactText::path(whole), whole);
     const std::string cut = FactText::path(std::string("/").append(repeated("ö", 2'000)) + "/sonu");
-    EXPECT_EQ(FactText::characterCount(cut), FactText::longestPath);
+    EXPECT_EQ(FactText::characterCount(cut), FactText::maxPathLength);
     EXPECT_TRUE(cut.starts_with("/öö"));
     EXPECT_TRUE(cut.contains("ö…ö"));
     EXPECT_TRUE(cut.ends_with("ö/sonu"));

@@ -139,8 +139,8 @@ TEST(FolderContextHostile, TextStaysWithinItsBoundWhateverTheFolderHolds) {
         const std::string text = world.build(about, "", {owner});
         EXPECT_THAT(text, AllOf(HasSubstr("which still exists"), HasSubstr("is currently running"),
                                 HasSubstr("source code repository"), HasSubstr("Small text files inside:")));
-        EXPECT_LE(FactText::characterCount(text), FolderContext::longestText);
-        EXPECT_GT(FactText::characterCount(text), FolderContext::longestText / 4);
+        EXPECT_LE(FactText::characterCount(text), FolderContext::maxTextLength);
+        EXPECT_GT(FactText::characterCount(text), FolderContext::maxTextLength / 4);
     }
 }
 
@@ -184,7 +184,7 @@ TEST(FolderContextHostile, MinimalTextOpensNoFileAtAll) {
 TEST(FolderContextHostile, NoMoreCandidatesForExcerptsAreLookedAtThanAllowed) {
     FactWorld world({folder("a", {textFile("one.txt", "bir"), textFile("two.txt", "iki")})});
     const auto excerpts = [&](std::size_t most) {
-        world.around.mostCandidates = most;
+        world.around.maxCandidates = most;
         return occurrences(world.build(world.finding("a")), "\n- ");
     };
     EXPECT_EQ(excerpts(0), 0);
@@ -198,9 +198,9 @@ TEST(FolderContextHostile, NoMoreNamesOfAListingAreReadThanAllowed) {
                     {folder("Editor.app")});
     const auto all =
         AllOf(HasSubstr("\"Editor.app\" is installed"), HasSubstr("~/src/editor"), HasSubstr("one.txt: bir"));
-    world.around.mostNames = 1;
+    world.around.maxNames = 1;
     EXPECT_THAT(world.build(world.finding(".editor")), all);
-    world.around.mostNames = 0;
+    world.around.maxNames = 0;
     EXPECT_THAT(world.build(world.finding(".editor")),
                 AllOf(HasSubstr("no app named"), Not(HasSubstr("~/src")), Not(HasSubstr("one.txt: "))));
 }

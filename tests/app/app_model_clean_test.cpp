@@ -230,10 +230,10 @@ protected:
         }
         startWith(std::move(many));
         QObject::connect(&app(), &AppModel::cleaningChanged,
-                         [this] { mostAtOnce = std::max(mostAtOnce, app().cleaning().size()); });
+                         [this] { maxAtOnce = std::max(maxAtOnce, app().cleaning().size()); });
     }
     std::vector<std::string> all;
-    std::size_t mostAtOnce = 0;
+    std::size_t maxAtOnce = 0;
 };
 
 TEST_F(AppModelCleanMany, WhatAStopLeavesIsNotMarkedAsBeingCleaned) {
@@ -244,7 +244,7 @@ TEST_F(AppModelCleanMany, WhatAStopLeavesIsNotMarkedAsBeingCleaned) {
     app().stopCleaning();
     gate->open();
     ASSERT_TRUE(eventually([&] { return task.isReady(); }));
-    EXPECT_EQ(mostAtOnce, 1U);
+    EXPECT_EQ(maxAtOnce, 1U);
     ASSERT_TRUE(app().alert());
     EXPECT_TRUE(app().alert()->message.starts_with("300 öğeden yalnız 1 tanesi temizlendi. "));
     EXPECT_TRUE(app().alert()->message.ends_with("ve 294 öğe daha"));
@@ -258,7 +258,7 @@ TEST_F(AppModelCleanMany, ThoseThatHaveGoneDoNotMakeTheRestOneLongTurn) {
     chosen.insert(chosen.end(), all.begin(), all.end());
     clean(chosen);
     EXPECT_THAT(ids(), IsEmpty());
-    EXPECT_LE(mostAtOnce, 64U);
+    EXPECT_LE(maxAtOnce, 64U);
 }
 
 TEST_F(AppModelClean, CleansOneAfterTheOtherInTheGivenOrder) {

@@ -186,7 +186,7 @@ TEST(FileSample, PassesOverFoldersThatCannotBeListed) {
 
 TEST(FileSample, GoesDeepButNotDeeperThanItMayHoldFoldersOpen) {
     TempTree tree;
-    tree.addChain("d", static_cast<int>(FileSample::mostLevels) - 1,
+    tree.addChain("d", static_cast<int>(FileSample::maxLevels) - 1,
                   {file("reached"), folder("d", {file("deeper")})});
     EXPECT_THAT(sampled(tree.path()), ElementsAre(Pair("reached", 1)));
 }

@@ -53,7 +53,7 @@ TEST(LinkedFiles, AFileThatGrewMeanwhileCountsWithItsLargerSize) {
 }
 
 TEST(LinkedFiles, AFileWithMoreNamesThanAreCountedStaysAndCountsOnce) {
-    constexpr std::uint16_t most = LinkedFile::mostNames;
+    constexpr std::uint16_t most = LinkedFile::maxNames;
     LinkedFiles files;
     files.add(name(1, most));
     for (int i = 0; i < 70'000; ++i)

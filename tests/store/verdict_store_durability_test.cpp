@@ -97,11 +97,11 @@ private:
 /// Kills `child` somewhere in its work: after some reports, and then some time, less than two saves take.
 /// Returns the last number that it reported, which may be one from after that moment.
 std::int32_t killSomewhere(Child& child, std::minstd_rand& random) {
-    const auto mostReports = std::uniform_int_distribution<int>(1, 30)(random);
+    const auto maxReports = std::uniform_int_distribution<int>(1, 30)(random);
     std::int32_t last = -1;
     auto started = std::chrono::steady_clock::now();
     auto lastSave = std::chrono::steady_clock::duration::zero();
-    for (int i = 0; i < mostReports; ++i) {
+    for (int i = 0; i < maxReports; ++i) {
         const std::int32_t number = child.next();
         if (number < 0)
             break;

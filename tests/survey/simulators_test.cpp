@@ -101,7 +101,7 @@ TEST(Simulators, NestingThatNoListHasIsRefusedBeforeItCosts) {
               R"([[[[{{{{"[[[[)")
         << "brackets in strings do not nest";
     std::string longList = listOf(R"({"udid":"A"})");
-    longList.resize(Simulators::longestList + 1, ' ');
+    longList.resize(Simulators::maxListBytes + 1, ' ');
     EXPECT_TRUE(Simulators::parse(longList).empty());
 }
 

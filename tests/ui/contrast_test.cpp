@@ -40,8 +40,8 @@ bool isText(const QQuickItem& item) {
 /// people need it who do not see well, 4.5 to 1, and the edge of a field to write in, 3 to 1.
 class ContrastTest : public test::WindowTest, public testing::WithParamInterface<const char*> {
 protected:
-    static constexpr double leastOfLetters = 4.5;
-    static constexpr double leastOfEdges = 3;
+    static constexpr double minContrastOfLetters = 4.5;
+    static constexpr double minContrastOfEdges = 3;
 
     void openIn(const QString& appearance) {
         open();
@@ -80,7 +80,7 @@ private:
             ++count;
             const QColor ink = item.property("color").value<QColor>();
             const QColor ground = groundOf(item);
-            EXPECT_GE(contrast(ink, ground), leastOfLetters)
+            EXPECT_GE(contrast(ink, ground), minContrastOfLetters)
                 << item.property("text").toString().left(40).toStdString() << ": " << ink.name().toStdString()
                 << " on " << ground.name().toStdString();
         }
@@ -194,8 +194,8 @@ TEST_P(ContrastTest, TheFieldForANoteHasAnEdge) {
     const QQuickItem* note = item(QStringLiteral("note"));
     const QRectF place = note->mapRectToScene(note->boundingRect());
     const QPointF edge(place.left() + 0.25, place.center().y());
-    EXPECT_GE(contrast(pixel(edge), pixel(edge + QPointF(3, 0))), leastOfEdges) << "inside";
-    EXPECT_GE(contrast(pixel(edge), pixel(edge - QPointF(3, 0))), leastOfEdges) << "outside";
+    EXPECT_GE(contrast(pixel(edge), pixel(edge + QPointF(3, 0))), minContrastOfEdges) << "inside";
+    EXPECT_GE(contrast(pixel(edge), pixel(edge - QPointF(3, 0))), minContrastOfEdges) << "outside";
 }
 
 TEST_P(ContrastTest, EveryInkIsLegibleOnEveryGround) {
@@ -208,7 +208,7 @@ TEST_P(ContrastTest, EveryInkIsLegibleOnEveryGround) {
     for (const char* ink : {"text", "secondary", "tertiary"}) {
         for (const char* ground : {"window", "side", "detail", "raised"})
             EXPECT_GE(contrast(theme->property(ink).value<QColor>(), theme->property(ground).value<QColor>()),
-                      leastOfLetters)
+                      minContrastOfLetters)
                 << ink << " on " << ground;
     }
 }

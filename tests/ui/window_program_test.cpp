@@ -23,7 +23,7 @@ using test::folder;
 using test::TempTree;
 using test::waitUntil;
 
-constexpr int longestEnd = 60'000;  // milliseconds
+constexpr int maxEnd = 60'000;  // milliseconds
 
 class WindowProgram : public testing::Test {
 protected:
@@ -46,7 +46,7 @@ protected:
             if (process->state() != QProcess::NotRunning) {
                 ::kill(static_cast<pid_t>(process->processId()), SIGCONT);
                 process->kill();
-                process->waitForFinished(longestEnd);
+                process->waitForFinished(maxEnd);
             }
         }
     }
@@ -66,7 +66,7 @@ protected:
         auto& process = *processes_.emplace_back(std::make_unique<QProcess>());
         process.setProcessEnvironment(environment);
         process.start(program, arguments);
-        EXPECT_TRUE(process.waitForStarted(longestEnd));
+        EXPECT_TRUE(process.waitForStarted(maxEnd));
         return process;
     }
     QProcess& start(const QStringList& arguments = {}) {
@@ -120,7 +120,7 @@ TEST_F(WindowProgram, TheNextIsFirstWhenTheFirstIsKilled) {
     startBus();
     QProcess& first = startFirst();
     first.kill();
-    ASSERT_TRUE(first.waitForFinished(longestEnd));
+    ASSERT_TRUE(first.waitForFinished(maxEnd));
     QProcess& second = start();
     EXPECT_TRUE(staysOpen(second));
     expectHandedOver(start());
@@ -180,7 +180,7 @@ TEST_F(WindowProgram, EndsByTheSignalThatItWasSent) {
         QProcess& process = startFirst();
         ASSERT_TRUE(staysOpen(process));
         ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), signal), 0);
-        ASSERT_TRUE(process.waitForFinished(longestEnd));
+        ASSERT_TRUE(process.waitForFinished(maxEnd));
         EXPECT_EQ(process.exitStatus(), QProcess::CrashExit) << "whoever sent it can see that";
         EXPECT_EQ(process.exitCode(), signal);
     }

@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// Bytes of all header lines together.
-constexpr std::size_t longestHeaders = 64U * 1024;
+constexpr std::size_t maxHeaderBytes = 64U * 1024;
 
 /// Keeps a peer that closes too early from ending the program by a signal: TLS libraries write without
 /// saying that they want none.
@@ -55,7 +55,7 @@ struct Received {
 
 std::size_t takeBody(char* data, std::size_t, std::size_t count, void* target) {
     auto& received = *static_cast<Received*>(target);
-    if (count > longestReply - received.body.size()) {
+    if (count > maxReplyBytes - received.body.size()) {
         received.isTooLong = true;
         return 0;
     }
@@ -67,7 +67,7 @@ std::size_t takeBody(char* data, std::size_t, std::size_t count, void* target) {
 std::size_t takeHeader(char*, std::size_t, std::size_t count, void* target) {
     auto& received = *static_cast<Received*>(target);
     received.headerBytes += count;
-    received.isTooLong = received.isTooLong || received.headerBytes > longestHeaders;
+    received.isTooLong = received.isTooLong || received.headerBytes > maxHeaderBytes;
     return received.isTooLong ? 0 : count;
 }
 
@@ -124,8 +124,8 @@ public:
                 return failed(HttpError::Kind::other, "libcurl çalışmadı");
             if (running == 0)
                 return result();
-            constexpr std::chrono::milliseconds longestWait{60'000};
-            const int wait = static_cast<int>(std::min(left, longestWait).count());
+            constexpr std::chrono::milliseconds maxWait{60'000};
+            const int wait = static_cast<int>(std::min(left, maxWait).count());
             if (curl_.multiPoll(multi_, nullptr, 0, wait, nullptr) != CURLM_OK)
                 return failed(HttpError::Kind::other, "libcurl çalışmadı");
         }

@@ -31,7 +31,7 @@ struct HttpError {
         unconnected,  ///< somebody does, but no connection came about in time; nothing was sent
         late,         ///< connected, but no complete reply before the deadline
         brokenOff,    ///< closed before the reply was complete
-        tooLong,      ///< more than `longestReply` bytes
+        tooLong,      ///< more than `maxReplyBytes` bytes
         stopped,      ///< at the caller's wish
         other,        ///< not HTTP, no trust, no libcurl
     };
@@ -40,7 +40,7 @@ struct HttpError {
 };
 
 /// Bytes of a reply's body; no answer of a model comes near.
-inline constexpr std::size_t longestReply = 512U * 1024;
+inline constexpr std::size_t maxReplyBytes = 512U * 1024;
 
 /// One request to a server on this machine, on a connection of its own. Follows no redirection, uses no proxy
 /// whatever the environment says, speaks HTTP only, looks no name up, and refuses at the socket any

@@ -22,7 +22,7 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view stoppedText = "İstek durduruldu.";
 /// Models of one server that are asked about, one after the other, until one runs here.
-constexpr int mostShown = 4;
+constexpr int maxShown = 4;
 
 /// Time that several requests share.
 class SharedTime {
@@ -47,7 +47,7 @@ struct Place {
 };
 
 platform::ModelAbsence absent(Reason reason, std::string_view detail) {
-    return {.reason = reason, .detail = clipped(detail, platform::ModelError::longestText)};
+    return {.reason = reason, .detail = clipped(detail, platform::ModelError::maxTextLength)};
 }
 
 /// What a request that brought no reply means to the user.
@@ -227,7 +227,7 @@ std::expected<Place, Missing> chosenModel(const ModelList& list, const ModelAddr
     for (const std::string& name : list.names) {
         if (isCloudModel(name))
             continue;
-        if (++shown > mostShown)
+        if (++shown > maxShown)
             break;
         auto obstacle = whereabouts.obstacle(name, Reason::other);
         if (!obstacle)
@@ -271,10 +271,11 @@ public:
         return known != ports_.end() && Clock::now() < known->second.end;
     }
     void add(std::uint16_t port) {
-        constexpr milliseconds longest = std::chrono::minutes(5);
+        constexpr milliseconds maxPause = std::chrono::minutes(5);
         const std::scoped_lock lock(mutex_);
         Silence& silence = ports_[port];
-        silence.pause = std::min(silence.pause == milliseconds::zero() ? pause_ : 2 * silence.pause, longest);
+        silence.pause =
+            std::min(silence.pause == milliseconds::zero() ? pause_ : 2 * silence.pause, maxPause);
         silence.end = Clock::now() + silence.pause;
     }
     void remove(std::uint16_t port) {
@@ -483,11 +484,11 @@ std::expected<std::string, platform::ModelError> LocalModel::respond(const platf
     if (!reply)
         return std::unexpected(platform::ModelError{
             .text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),
-                            platform::ModelError::longestText),
+                            platform::ModelError::maxTextLength),
             .isSilent = isSilence(reply.error())});
     auto answer = readAnswer(reply->status, reply->body, place->address.display());
     if (!answer)
-        answer.error().text = clipped(answer.error().text, platform::ModelError::longestText);
+        answer.error().text = clipped(answer.error().text, platform::ModelError::maxTextLength);
     return answer;
 }
 

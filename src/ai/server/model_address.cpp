@@ -36,9 +36,9 @@ std::string withoutCredentials(std::string_view text) {
 }
 
 std::unexpected<RefusedAddress> refused(std::string_view text, std::string_view why) {
-    constexpr std::size_t longest = 200;  // bytes of the user's own text
+    constexpr std::size_t maxLength = 200;  // bytes of the user's own text
     // Cut last: a cut could part a password from the "@" that tells it.
-    const std::string shown = withoutCredentials(text).substr(0, longest);
+    const std::string shown = withoutCredentials(text).substr(0, maxLength);
     return std::unexpected(RefusedAddress{"ULVAK_MODEL_URL kabul edilmedi (" + shown +
                                           "): " + std::string(why) +
                                           ". Yalnızca bu bilgisayardaki bir sunucu olabilir: "

@@ -16,8 +16,8 @@ using Json = nlohmann::json;
 using OrderedJson = nlohmann::ordered_json;
 
 /// Bytes of what a server says about itself.
-constexpr std::size_t longestServiceText = 600;
-constexpr std::size_t longestModelName = 300;
+constexpr std::size_t maxServiceTextLength = 600;
+constexpr std::size_t maxModelNameLength = 300;
 constexpr long serviceUnavailable = 503;
 
 struct CodeRow {
@@ -101,7 +101,7 @@ ServiceError wordsOf(const Json& json, std::string_view body) {
     }
     const std::size_t first = body.find_first_not_of(" \t\r\n");
     const bool isForPeople = json.is_discarded() && first != std::string_view::npos && body[first] != '<';
-    return {.message = isForPeople ? std::string(body.substr(0, longestServiceText)) : std::string()};
+    return {.message = isForPeople ? std::string(body.substr(0, maxServiceTextLength)) : std::string()};
 }
 
 platform::ModelError::Kind kindOf(const ServiceError& error) {
@@ -129,7 +129,7 @@ platform::ModelError other(std::string text) {
 
 platform::ModelError failure(long status, const ServiceError& error, std::string_view server) {
     const std::string place = "Model sunucusu (" + std::string(server) + ")";
-    const std::string words = clipped(error.message, longestServiceText);
+    const std::string words = clipped(error.message, maxServiceTextLength);
     const platform::ModelError::Kind kind = kindOf(error);
     const bool saysNothing = status == serviceUnavailable && words.empty();
     if (kind == platform::ModelError::Kind::other && (saysNothing || speaksOfLoading(error)))
@@ -163,7 +163,7 @@ std::expected<std::string, platform::ModelError> answerIn(const Json& body, std:
     if (!refusal.empty())
         return std::unexpected(platform::ModelError{
             .kind = platform::ModelError::Kind::refusal,
-            .text = "Model yanıt vermeyi reddetti: " + clipped(refusal, longestServiceText)});
+            .text = "Model yanıt vermeyi reddetti: " + clipped(refusal, maxServiceTextLength)});
     if (ending == "length")
         return std::unexpected(other(
             "Modelin yanıtı yarım kaldı: bağlamı bu klasörün bilgilerine yetmedi. Sunucuyu daha büyük bir "
@@ -190,7 +190,7 @@ ModelList readModelList(long status, std::string_view body) {
         return {};
     for (const Json& entry : data) {
         std::string name = text(entry, "id");
-        if (!name.empty() && name.size() <= longestModelName)
+        if (!name.empty() && name.size() <= maxModelNameLength)
             list.names.push_back(std::move(name));
     }
     return list;
@@ -273,10 +273,10 @@ std::string chatBody(const platform::ModelRequest& request, std::string_view mod
     return body.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-std::string clipped(std::string_view text, std::size_t longest) {
+std::string clipped(std::string_view text, std::size_t maxLength) {
     std::string line;
     for (const char c : text) {
-        if (line.size() > longest)
+        if (line.size() > maxLength)
             break;
         const bool isSpace = c == ' ' || (c >= '\t' && c <= '\r');
         if (!isSpace)
@@ -286,10 +286,10 @@ std::string clipped(std::string_view text, std::size_t longest) {
     }
     if (line.ends_with(' '))
         line.pop_back();
-    if (line.size() <= longest)
+    if (line.size() <= maxLength)
         return line;
     constexpr std::string_view cutMark = "…";
-    std::size_t end = longest - std::min(longest, cutMark.size());
+    std::size_t end = maxLength - std::min(maxLength, cutMark.size());
     while (end > 0 && platform::isContinuation(line[end]))
         --end;
     line.resize(end);

@@ -62,7 +62,7 @@ enum class ModelPlace : std::uint8_t {
 /// follows the instructions as text.
 [[nodiscard]] std::string chatBody(const platform::ModelRequest& request, std::string_view model);
 
-/// At most `longest` bytes of a text, whole characters, runs of white space as one blank.
-[[nodiscard]] std::string clipped(std::string_view text, std::size_t longest);
+/// At most `maxLength` bytes of a text, whole characters, runs of white space as one blank.
+[[nodiscard]] std::string clipped(std::string_view text, std::size_t maxLength);
 
 }  // namespace ulvak

@@ -32,7 +32,7 @@ ColorScheme schemeIn(GVariant* value) {
     return number == 1 ? ColorScheme::dark : number == 2 ? ColorScheme::light : ColorScheme::unsaid;
 }
 
-constexpr int longestWait = 5'000;  // milliseconds
+constexpr int maxWait = 5'000;  // milliseconds
 
 struct Unref {
     void operator()(void* object) const { g_object_unref(object); }
@@ -59,7 +59,7 @@ bool showItems(std::span<const std::string> paths) {
     const std::unique_ptr<GVariant, UnrefVariant> reply(g_dbus_connection_call_sync(
         bus.get(), "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
         "org.freedesktop.FileManager1", "ShowItems", g_variant_new("(ass)", &uris, ""), nullptr,
-        G_DBUS_CALL_FLAGS_NONE, longestWait, nullptr, nullptr));
+        G_DBUS_CALL_FLAGS_NONE, maxWait, nullptr, nullptr));
     return reply != nullptr;
 }
 

@@ -25,13 +25,13 @@ namespace ulvak::platform {
 namespace {
 
 /// Enough of a command line to find the program that an interpreter runs.
-constexpr std::size_t longestCommandLine = 4096;
+constexpr std::size_t maxCommandLineLength = 4096;
 
 using CString = std::unique_ptr<char, void (*)(void*)>;
 
 /// The beginning of a file that the kernel makes up; empty when it may not be read.
 std::string beginning(const std::string& path) {
-    std::array<char, longestCommandLine> buffer{};
+    std::array<char, maxCommandLineLength> buffer{};
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     const ssize_t count = file.isOpen() ? ::read(file.get(), buffer.data(), buffer.size()) : 0;
     return {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
@@ -170,9 +170,9 @@ public:
 private:
     /// An entry's name is its path from there on, and the first with a name stands for all.
     void addFrom(const std::string& folder, const std::string& prefix, int depth) {
-        constexpr int mostLevels = 8;
+        constexpr int maxLevels = 8;
         const Reach::Place place = reach_.follow(folder);
-        if (!place.isThere || depth == mostLevels)
+        if (!place.isThere || depth == maxLevels)
             return;
         for (const std::string& name : listNames(place.path)) {
             const std::string path = place.path + "/" + name;
@@ -187,8 +187,8 @@ private:
         const Reach::Place place = reach_.follow(path);
         if (!place.isThere || !known_.insert(id).second)
             return;
-        constexpr std::size_t longestEntry = std::size_t{1} << 20U;
-        const auto text = readFile(place.path, longestEntry);
+        constexpr std::size_t maxEntryLength = std::size_t{1} << 20U;
+        const auto text = readFile(place.path, maxEntryLength);
         if (!text)
             return;
         if (auto application = applicationOf(id, *text, reach_))

@@ -19,8 +19,8 @@ namespace {
 
 using Role = SingleInstance::Role;
 
-constexpr int longestWait = 4'000;               // milliseconds for one answer
-constexpr std::chrono::seconds longestStart{6};  // for all of them together
+constexpr int maxWait = 4'000;               // milliseconds for one answer
+constexpr std::chrono::seconds maxStart{6};  // for all of them together
 constexpr const char* applicationId = "org.ulvak.ulvak";
 constexpr const char* objectPath = "/org/ulvak/ulvak";
 constexpr const char* interfaceName = "org.freedesktop.Application";
@@ -148,7 +148,7 @@ public:
         : address_(std::move(address)), name_(std::move(name)), request_(request) {
         auto role = role_.get_future();
         thread_ = std::thread([this] { run(); });
-        if (role.wait_for(longestStart) == std::future_status::ready)
+        if (role.wait_for(maxStart) == std::future_status::ready)
             foundRole = role.get();
         else
             g_cancellable_cancel(stop_.get());  // a bus that says nothing is none
@@ -208,8 +208,8 @@ private:
     }
 
     Role become(GDBusConnection* bus) {
-        constexpr int mostAttempts = 3;
-        for (int i = 0; i < mostAttempts; ++i) {
+        constexpr int maxAttempts = 3;
+        for (int i = 0; i < maxAttempts; ++i) {
             if (ownsName(bus))
                 return Role::first;
             if (const auto role = handOver(bus))
@@ -226,7 +226,7 @@ private:
         const Owned<GVariant> reply(g_dbus_connection_call_sync(
             bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
             g_variant_new("(su)", name_.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE,
-            longestWait, stop_.get(), nullptr));
+            maxWait, stop_.get(), nullptr));
         guint answer = 0;
         if (reply)
             g_variant_get(reply.get(), "(u)", &answer);
@@ -239,7 +239,7 @@ private:
         const Owned<GVariant> reply(g_dbus_connection_call_sync(
             bus, name_.c_str(), objectPath, interfaceName,
             request_.arguments.empty() ? "Activate" : "ActivateAction", parametersOf(request_), nullptr,
-            G_DBUS_CALL_FLAGS_NO_AUTO_START, longestWait, stop_.get(), &failure));
+            G_DBUS_CALL_FLAGS_NO_AUTO_START, maxWait, stop_.get(), &failure));
         if (reply)
             return Role::handedOver;
         const Owned<GError> error(failure);

@@ -26,7 +26,7 @@ namespace ulvak::platform::posix {
 namespace {
 
 /// The longest path that the kernel takes in one call, without the terminating zero.
-constexpr std::size_t longestPath = 4095;
+constexpr std::size_t maxPathLength = 4095;
 
 /// Opens by `open(flags)`. O_NOATIME keeps our looks from renewing the dates that tell when somebody last
 /// used a folder or file. Only the owner may ask for it; others open without.
@@ -118,9 +118,9 @@ FileDescriptor openStepBelow(int parent, const char* path) {
 std::size_t stepLength(std::string_view path) {
     if (!hasOpenat2())
         return std::min(path.find('/'), path.size());
-    if (path.size() <= longestPath)
+    if (path.size() <= maxPathLength)
         return path.size();
-    const std::size_t slash = path.rfind('/', longestPath);
+    const std::size_t slash = path.rfind('/', maxPathLength);
     return slash == std::string_view::npos ? path.size() : slash;
 }
 

@@ -24,7 +24,7 @@ namespace ulvak::platform {
 namespace {
 
 /// How often another name is tried, and another Trash where somebody is just removing its folders.
-constexpr int mostAttempts = 100;
+constexpr int maxAttempts = 100;
 
 std::error_code systemError(int number) {
     return {number, std::generic_category()};
@@ -60,7 +60,7 @@ public:
                 trashed = intoVolume();
             const bool hasVanished = !trashed && trashed.error().code == std::errc::no_such_file_or_directory;
             // The item is there: it was the Trash that somebody has just emptied, with its folders.
-            if (!hasVanished || attempt == mostAttempts || from_.identity() != item_)
+            if (!hasVanished || attempt == maxAttempts || from_.identity() != item_)
                 return trashed;
         }
     }
@@ -144,13 +144,13 @@ private:
         if (!trash.top.empty())
             noted = noted.substr(trash.top == "/" ? 1 : trash.top.size() + 1);
         const std::string text = noteText(noted, std::time(nullptr));
-        std::size_t longest = longestName;
-        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            const Spot to{.folder = trash.items, .name = freeTrashName(trash, from_.name, longest)};
+        std::size_t maxLength = maxNameLength;
+        for (int attempt = 0; attempt < maxAttempts; ++attempt) {
+            const Spot to{.folder = trash.items, .name = freeTrashName(trash, from_.name, maxLength)};
             auto note = TrashNote::write(trash.notes, to.name + trashLayout().noteSuffix, text);
             int failure = note ? rename(from_, to) : note.error().value();
-            if (failure == ENAMETOOLONG && longest == longestName)
-                longest = shorterName(trash);
+            if (failure == ENAMETOOLONG && maxLength == maxNameLength)
+                maxLength = shorterName(trash);
             else if (failure == 0)
                 failure = settle(to, *note, origin);
             else if (failure != EEXIST)
@@ -167,8 +167,8 @@ private:
     static std::size_t shorterName(const OpenTrash& trash) {
         constexpr long shortest = 64;
         const long most = ::fpathconf(trash.notes.handle(), _PC_NAME_MAX);
-        return static_cast<std::size_t>(most >= shortest && most < static_cast<long>(longestName) ? most
-                                                                                                  : shortest);
+        return static_cast<std::size_t>(
+            most >= shortest && most < static_cast<long>(maxNameLength) ? most : shortest);
     }
 
     /// Moves an entry to a name that nothing has, or fails with EEXIST. 0, or the number of the error.
@@ -228,7 +228,7 @@ private:
 
     /// Where it was there is something else now: a name beside it that nobody overlooks.
     [[nodiscard]] bool putBeside(const Spot& spot) const {
-        for (int number = 2; number < 2 + mostAttempts; ++number) {
+        for (int number = 2; number < 2 + maxAttempts; ++number) {
             const int failure = rename(spot, {.folder = from_.folder, .name = trashName(from_.name, number)});
             if (failure != EEXIST)
                 return failure == 0;

@@ -138,7 +138,7 @@ std::string joined(const std::string& top, const std::string& name) {
 // by which the line is known to be about this very folder, and its name. Whoever shows the Trash need not
 // walk through it.
 
-constexpr std::size_t longestList = 256UZ * 1024 * 1024;
+constexpr std::size_t maxListBytes = 256UZ * 1024 * 1024;
 
 /// The lines of the list by the names of the folders, as they stand in it.
 using Lines = std::map<std::string, std::string, std::less<>>;
@@ -160,7 +160,7 @@ void updateSizes(const std::string& trash, const std::map<std::string, std::int6
     struct stat info{};
     if (::lstat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode))
         return;
-    Lines lines = linesOf(readFile(path, longestList).value_or(""));
+    Lines lines = linesOf(readFile(path, maxListBytes).value_or(""));
     std::set<std::string, std::less<>> there;
     for (const std::string& name : listNames(trash + "/" + trashLayout().items))
         there.insert(percentEncoded(name));

@@ -25,25 +25,25 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using posix::lastError;
 
-/// What is left of `text` in at most `most` bytes. Where it is UTF-8, no character is cut through.
-std::string_view cut(std::string_view text, std::size_t most) {
-    if (text.size() <= most)
+/// What is left of `text` in at most `maxSize` bytes. Where it is UTF-8, no character is cut through.
+std::string_view cut(std::string_view text, std::size_t maxSize) {
+    if (text.size() <= maxSize)
         return text;
-    constexpr std::size_t longestCharacter = 4;
+    constexpr std::size_t maxCharacterBytes = 4;
     const auto continues = [&](std::size_t at) {
         return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
     };
-    std::size_t end = most;
-    while (end > 0 && continues(end) && most - end < longestCharacter)
+    std::size_t end = maxSize;
+    while (end > 0 && continues(end) && maxSize - end < maxCharacterBytes)
         --end;
-    return text.substr(0, most - end < longestCharacter && end > 0 ? end : most);
+    return text.substr(0, maxSize - end < maxCharacterBytes && end > 0 ? end : maxSize);
 }
 
 /// Waits for several files at once, because a file system that keeps a journal ends one transaction for all
 /// that wait: with each awaited after the other, notes take three times as long. Each with whether it is on
 /// the disk.
 std::vector<char> flushed(std::span<const TrashNote* const> notes) {
-    constexpr std::size_t mostThreads = 8;
+    constexpr std::size_t maxThreads = 8;
     constexpr std::size_t notesForOne = 4;
     for (const TrashNote* note : notes)
         note->startFlush();
@@ -56,7 +56,7 @@ std::vector<char> flushed(std::span<const TrashNote* const> notes) {
     std::vector<std::jthread> threads;
     const auto start = [&] {
         try {
-            while (threads.size() + 1 < std::min(mostThreads, notes.size() / notesForOne))
+            while (threads.size() + 1 < std::min(maxThreads, notes.size() / notesForOne))
                 threads.emplace_back(work);
         } catch (const std::system_error&) {
             return;  // Dropped by design: those that are there do it.
@@ -70,14 +70,14 @@ std::vector<char> flushed(std::span<const TrashNote* const> notes) {
 
 }  // namespace
 
-std::string trashName(std::string_view name, int number, std::size_t longest) {
-    const std::size_t room = longest - trashLayout().noteSuffix.size();
+std::string trashName(std::string_view name, int number, std::size_t maxLength) {
+    const std::size_t room = maxLength - trashLayout().noteSuffix.size();
     if (number == 1)
         return std::string(cut(name, room));
-    constexpr std::size_t longestExtension = 16;
+    constexpr std::size_t maxExtensionLength = 16;
     const std::size_t dot = name.rfind('.');
     const bool hasExtension =
-        dot != std::string_view::npos && dot > 0 && name.size() - dot <= longestExtension;
+        dot != std::string_view::npos && dot > 0 && name.size() - dot <= maxExtensionLength;
     const std::string_view extension = hasExtension ? name.substr(dot) : "";
     const std::string end = "." + std::to_string(number) + std::string(extension);
     return std::string(cut(name.substr(0, name.size() - extension.size()), room - end.size())) + end;
@@ -202,19 +202,19 @@ bool TrashNote::isThere() const {
     return own && own == entryIdentity(*notes_, name_);
 }
 
-std::string freeTrashName(const OpenTrash& trash, const std::string& item, std::size_t longest) {
+std::string freeTrashName(const OpenTrash& trash, const std::string& item, std::size_t maxLength) {
     const auto exists = [](const Directory& folder, const std::string& name) {
         return ::faccessat(folder.handle(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
     };
     const int number = freeNumber([&](int candidate) {
-        const std::string name = trashName(item, candidate, longest);
+        const std::string name = trashName(item, candidate, maxLength);
         return exists(trash.notes, name + trashLayout().noteSuffix) || exists(trash.items, name);
     });
-    return trashName(item, number, longest);
+    return trashName(item, number, maxLength);
 }
 
 void TrashNotes::Notes::add(const Directory& parent, const std::string& name, const std::string& path) {
-    if (path.size() >= PATH_MAX || waiting_.size() >= most)
+    if (path.size() >= PATH_MAX || waiting_.size() >= maxNotes)
         return;
     if (!std::exchange(isHomeKnown_, true)) {
         if (auto home = homeTrash())

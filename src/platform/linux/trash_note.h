@@ -20,12 +20,12 @@
 namespace ulvak::platform {
 
 /// Bytes of a file's name where a file system does not say less.
-inline constexpr std::size_t longestName = 255;
+inline constexpr std::size_t maxNameLength = 255;
 
 /// The name that an item gets in the Trash: its own, or from the second of that name on one with a number
-/// before the extension. So short that the name of its note has at most `longest` bytes; cut between
+/// before the extension. So short that the name of its note has at most `maxLength` bytes; cut between
 /// characters.
-[[nodiscard]] std::string trashName(std::string_view name, int number, std::size_t longest = longestName);
+[[nodiscard]] std::string trashName(std::string_view name, int number, std::size_t maxLength = maxNameLength);
 
 /// The smallest number, or nearly so, from 1 on that is not taken, in few questions however many are.
 [[nodiscard]] int freeNumber(const std::function<bool(int)>& isTaken);
@@ -76,9 +76,9 @@ private:
     FileDescriptor file_;
 };
 
-/// A name that nothing in the Trash has, nearly that of an item; its note's has at most `longest` bytes.
+/// A name that nothing in the Trash has, nearly that of an item; its note's has at most `maxLength` bytes.
 [[nodiscard]] std::string freeTrashName(const OpenTrash& trash, const std::string& item,
-                                        std::size_t longest = longestName);
+                                        std::size_t maxLength = maxNameLength);
 
 /// A note that waits for its item.
 struct WaitingNote {

@@ -190,7 +190,7 @@ int BulkListing::fill(const Read& read) {
     }
 }
 
-std::optional<DirectoryEntry> BulkListing::nextEntry(const Read& read, const NameSet* untouched,
+std::optional<DirectoryEntry> BulkListing::nextEntry(const Read& read, const NameSet* excluded,
                                                      std::error_code& error) {
     while (!error) {
         if (left_ == 0) {
@@ -210,7 +210,7 @@ std::optional<DirectoryEntry> BulkListing::nextEntry(const Read& read, const Nam
         --left_;
         auto entry = entryOf(*record);
         const bool isPassedOver =
-            record->isFolder() && untouched != nullptr && entry && untouched->contains(entry->name);
+            record->isFolder() && excluded != nullptr && entry && excluded->contains(entry->name);
         if (entry && !isPassedOver)
             return entry;
     }

@@ -77,8 +77,8 @@ public:
         : buffer_(buffer), position_(position), left_(left) {}
 
     /// The next entry of the folder, those left out that the system does not describe and the folders named
-    /// in `untouched` (null for none). Nothing at the end, and after an error, which is then set.
-    [[nodiscard]] std::optional<DirectoryEntry> nextEntry(const Read& read, const NameSet* untouched,
+    /// in `excluded` (null for none). Nothing at the end, and after an error, which is then set.
+    [[nodiscard]] std::optional<DirectoryEntry> nextEntry(const Read& read, const NameSet* excluded,
                                                           std::error_code& error);
 
     /// The next piece for whoever asks for names: whether there is one (1), none any more (0), or it failed

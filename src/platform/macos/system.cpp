@@ -49,7 +49,7 @@ namespace {
 
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 /// The longest path that the kernel takes in one call, without the terminating zero.
-constexpr std::size_t longestPath = PATH_MAX - 1;
+constexpr std::size_t maxPathLength = PATH_MAX - 1;
 
 /// Links are refused anywhere in the path. Volumes have no flag, but with neither links nor "..", whoever has
 /// left one has not come back.
@@ -100,9 +100,9 @@ FileDescriptor openStepBelow(int parent, const char* path) {
 }
 
 std::size_t stepLength(std::string_view path) {
-    if (path.size() <= longestPath)
+    if (path.size() <= maxPathLength)
         return path.size();
-    const std::size_t slash = path.rfind('/', longestPath);
+    const std::size_t slash = path.rfind('/', maxPathLength);
     return slash == std::string_view::npos ? path.size() : slash;
 }
 

@@ -42,8 +42,8 @@ private:
 
 ModelError errorOf(std::int32_t code, std::string text) {
     ModelError error{.text = std::move(text)};
-    if (error.text.size() > ModelError::longestText)
-        error.text.resize(ModelError::longestText);
+    if (error.text.size() > ModelError::maxTextLength)
+        error.text.resize(ModelError::maxTextLength);
     if ((code & ulvakModelSessionFamily) != 0)
         error.family = ModelError::Family::session;
     switch (code & ~ulvakModelSessionFamily) {

@@ -70,9 +70,9 @@ bool Directory::isAt(const std::string& path) const {
            own.st_ino == other.st_ino;
 }
 
-void EntryReader::start(const Directory& directory, const NameSet* untouched) {
+void EntryReader::start(const Directory& directory, const NameSet* excluded) {
     handle_ = directory.handle();
-    untouched_ = untouched;
+    excluded_ = excluded;
     position_ = end_ = 0;
     own_.taken = 0;
     turns_ = &own_;
@@ -82,7 +82,7 @@ void EntryReader::start(const Directory& directory, const NameSet* untouched) {
 
 void EntryReader::join(EntryReader& first) {
     handle_ = first.handle_;
-    untouched_ = first.untouched_;
+    excluded_ = first.excluded_;
     position_ = end_ = 0;
     turns_ = &first.own_;
     piece_ = 0;
@@ -106,7 +106,7 @@ std::size_t spareHandles() {
     return most > open ? most - open : 0;
 }
 
-bool livesElsewhere(std::error_code error) {
+bool isDataless(std::error_code error) {
     return error == std::errc::resource_deadlock_would_occur;
 }
 

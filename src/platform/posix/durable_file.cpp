@@ -55,8 +55,8 @@ Place placeOf(const std::string& path) {
 
 /// The place at the end of a chain of links, where there need not be a file yet.
 std::expected<Place, std::error_code> endOfLinks(std::string path) {
-    constexpr int mostLinks = 40;  // as many as the kernel follows
-    for (int i = 0; i <= mostLinks; ++i) {
+    constexpr int maxLinks = 40;  // as many as the kernel follows
+    for (int i = 0; i <= maxLinks; ++i) {
         Place place = placeOf(path);
         const auto target = linkTarget(path);
         if (!target)
@@ -141,10 +141,10 @@ std::error_code keepAs(int folder, const std::string& name, const std::string& k
 
 /// The name that it has from then on.
 std::expected<std::string, std::error_code> keepAside(int folder, const std::string& name) {
-    constexpr int mostKept = 10'000;
+    constexpr int maxKept = 10'000;
     std::string kept = name + ".old";
     std::error_code error = keepAs(folder, name, kept);
-    for (int number = 1; error == std::errc::file_exists && number < mostKept; ++number) {
+    for (int number = 1; error == std::errc::file_exists && number < maxKept; ++number) {
         kept = name + ".old." + std::to_string(number);
         error = keepAs(folder, name, kept);
     }
@@ -166,8 +166,8 @@ class Draft {
 public:
     /// `folder` stays open for as long as the draft is there.
     static std::expected<Draft, std::error_code> make(int folder) {
-        constexpr int mostAttempts = 100;
-        for (int i = 0; i < mostAttempts; ++i) {
+        constexpr int maxAttempts = 100;
+        for (int i = 0; i < maxAttempts; ++i) {
             auto name = newDraftName();
             if (!name)
                 return std::unexpected(name.error());

@@ -121,7 +121,7 @@ struct FileSample::Walk {
 
     /// Enters `entry`, found in the deepest open folder, if it is a folder to enter.
     void enter(const DirectoryEntry& entry, const posix::Item& item) {
-        if (item.isFolder && !item.isMountPoint && !isPackageName(entry.name) && levels.size() < mostLevels)
+        if (item.isFolder && !item.isMountPoint && !isPackageName(entry.name) && levels.size() < maxLevels)
             push(levels.back().folder.openBelow(entry.terminatedName()));
     }
 };

@@ -42,8 +42,8 @@ bool cannotMoveAside(int failure) {
 void putBack(int parent, const std::string& aside, const std::string& name) {
     if (moveToFreeName(parent, aside.c_str(), name.c_str()) == 0)
         return;
-    constexpr int mostNumbers = 1000;
-    for (int number = 2; number < mostNumbers && errno == EEXIST; ++number) {
+    constexpr int maxNumbers = 1000;
+    for (int number = 2; number < maxNumbers && errno == EEXIST; ++number) {
         const std::string beside = name + " (" + std::to_string(number) + ")";
         if (moveToFreeName(parent, aside.c_str(), beside.c_str()) == 0)
             return;
@@ -107,7 +107,7 @@ std::expected<void, FileError> posix::removeEntry(const Directory& parent, const
 
 // Of many items the last may find no handle left: half of them are for the removal.
 HeldEntry::HeldEntry(const Directory& parent, const std::string& name) {
-    if (spareHandles() > 2 * posix::mostOpenFolders)
+    if (spareHandles() > 2 * posix::maxOpenFolders)
         descriptor_ = posix::holdAt(parent.handle(), name.c_str());
 }
 

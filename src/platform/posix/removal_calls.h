@@ -28,7 +28,7 @@ struct RemovalCalls {
 };
 
 /// Folders that one removal holds open at a time; those further up are found again through "..".
-constexpr std::size_t mostOpenFolders = 64;
+constexpr std::size_t maxOpenFolders = 64;
 
 /// As `removeEntry` of `platform/removal.h`, by these calls, which may come from any thread.
 [[nodiscard]] std::expected<void, FileError> removeEntry(const Directory& parent, const std::string& name,

@@ -36,8 +36,8 @@ namespace ulvak::platform::posix {
 /// The kernels count in units of 512 bytes, whatever the file system's own block size.
 [[nodiscard]] inline std::int64_t allocatedBytes(std::uint64_t blocks) {
     constexpr std::uint64_t unit = 512;
-    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) / unit;
-    return static_cast<std::int64_t>((blocks < most ? blocks : most) * unit);
+    constexpr auto maxBlocks = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) / unit;
+    return static_cast<std::int64_t>((blocks < maxBlocks ? blocks : maxBlocks) * unit);
 }
 
 /// Opens a folder for being listed, links followed.

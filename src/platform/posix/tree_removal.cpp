@@ -24,17 +24,17 @@
 namespace ulvak::platform::posix {
 namespace {
 
-constexpr std::size_t fewestOpenFolders = 4;
+constexpr std::size_t minOpenFolders = 4;
 /// The folder that a worker empties, the one around it, and two that it opens or closes meanwhile.
 constexpr std::size_t handlesPerWorker = 4;
 /// How often a folder is listed again because something has come into it, or because the file system
 /// skips entries when others are removed during a listing.
-constexpr int mostListings = 64;
+constexpr int maxListings = 64;
 /// Folders that have to be left for a worker that rests: it would be woken for each where every folder holds
 /// but one or two.
 constexpr std::size_t worthWaking = 4;
 /// How often an item that was moved aside is looked for again, 2 ms apart.
-constexpr int mostTriesAside = 500;
+constexpr int maxTriesAside = 500;
 
 std::optional<FileNumber> numberOf(int handle) {
     struct stat info{};
@@ -107,7 +107,7 @@ public:
           item_(item),
           kept_(kept),
           calls_(calls),
-          mostOpen_(std::clamp(spareHandles() / 2, fewestOpenFolders, mostOpenFolders)),
+          mostOpen_(std::clamp(spareHandles() / 2, minOpenFolders, maxOpenFolders)),
           mostWorkers_(std::min(calls.workers, mostOpen_ / handlesPerWorker)) {}
 
     std::expected<void, FileError> run(const std::string& name) {
@@ -324,9 +324,9 @@ private:
     /// Opens where handles may have run out: others give theirs back, or are about to.
     template <typename Open>
     std::expected<Directory, std::error_code> openPatiently(Open open) {
-        constexpr int mostTries = 200;
+        constexpr int maxTries = 200;
         auto folder = open();
-        for (int tries = 1; !folder && isOutOfHandles(folder.error()) && tries < mostTries; ++tries) {
+        for (int tries = 1; !folder && isOutOfHandles(folder.error()) && tries < maxTries; ++tries) {
             if (!closeOutermost()) {
                 if (isAlone())
                     break;
@@ -366,7 +366,7 @@ private:
             // What may not be listed may still be empty.
             if (folder.error() == std::errc::permission_denied && removeEmpty(around, listed) == 0)
                 return 0;
-            if (livesElsewhere(folder.error()))
+            if (isDataless(folder.error()))
                 return removeUnfetched(around, listed.name);
             // Another volume is mounted here: it is in use, as the kernel says of every mount point.
             return folder.error() == std::errc::cross_device_link ? EBUSY : folder.error().value();
@@ -459,7 +459,7 @@ private:
         const auto isThere = calls_.read(worker.reader, level.folder);
         if (isThere.value_or(false))
             return removeListed(worker, level);
-        if (!isThere && livesElsewhere(isThere.error()))
+        if (!isThere && isDataless(isThere.error()))
             return leaveUnfetched(worker, level);
         // A folder that somebody else has removed cannot be listed, and need not be.
         if (!isThere && isThere.error() != std::errc::no_such_file_or_directory)
@@ -516,11 +516,11 @@ private:
         int failure = removeEmpty(level.around, listed);
         if (failure == EACCES && permitLevel(level.around))
             failure = removeEmpty(level.around, listed);
-        for (int tries = 1; isAside(level, failure) && tries < mostTriesAside; ++tries) {
+        for (int tries = 1; isAside(level, failure) && tries < maxTriesAside; ++tries) {
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
             failure = removeEmpty(level.around, listed);
         }
-        if ((failure == ENOTEMPTY || failure == EEXIST) && level.listings < mostListings) {
+        if ((failure == ENOTEMPTY || failure == EEXIST) && level.listings < maxListings) {
             ++level.listings;
             return ::lseek(level.folder.handle(), 0, SEEK_SET) < 0 ? failAt(worker, level, errno) : 0;
         }

@@ -119,7 +119,7 @@ bool Reach::includes(std::string_view path) const {
 
 Reach::Place Reach::follow(std::string_view path) const {
     const QuietAccess quiet;
-    constexpr int mostLinks = 40;  // no more than either kernel follows
+    constexpr int maxLinks = 40;  // no more than either kernel follows
     if (!path.starts_with('/'))
         return {.path = std::string(path)};
     const bool mustBeFolder = path.ends_with('/');
@@ -145,7 +145,7 @@ Reach::Place Reach::follow(std::string_view path) const {
             continue;
         }
         const auto target = linkTarget(here);
-        if (!target || ++links > mostLinks)
+        if (!target || ++links > maxLinks)
             return endedAt(std::move(here), names);
         if (target->starts_with('/'))
             at.clear();

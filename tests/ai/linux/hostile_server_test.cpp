@@ -185,10 +185,10 @@ TEST(HostileServer, ZeroBytesAndBrokenTextStayInsideTheirLine) {
 TEST(HostileServer, SocketWithTheLongestPathIsSpokenTo) {
     const ScopedEnvironment shortPaths({{"TMPDIR", std::nullopt}});  // that of a socket has to be
     const TempTree tree;
-    constexpr std::size_t longest = 107;  // one byte less than the system's field, which ends with a zero
+    constexpr std::size_t maxLength = 107;  // one byte less than the system's field, which ends with a zero
     std::string path = tree.path("");
-    ASSERT_LT(path.size(), longest);
-    path.append(longest - path.size(), 's');
+    ASSERT_LT(path.size(), maxLength);
+    path.append(maxLength - path.size(), 's');
     const ScriptedServer server(modelServer(200, chatReply("x")), path);
     EXPECT_EQ(patient({.url = "unix:" + path}).respond(anyRequest).value_or("error"), "x");
     EXPECT_EQ(patient({.url = "unix:" + path + "s"}).absence()->reason,

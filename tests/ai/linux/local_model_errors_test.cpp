@@ -302,7 +302,7 @@ TEST(LocalModelErrors, WordsOfTheServerAreBoundedAndFitForATerminal) {
     const std::string text = ending([&](const Connection& client, const Request&) {
         client.send(reply(500, R"({"error":{"message":")" + words + R"("}})"));
     });
-    EXPECT_LT(text.size(), ModelError::longestText);
+    EXPECT_LT(text.size(), ModelError::maxTextLength);
     EXPECT_TRUE(text.contains(": a \uFFFD[2J\uFFFD\uFFFDxxx")) << text;
     for (const char c : {'\n', '\x1b', '\0'})
         EXPECT_FALSE(text.contains(c));

@@ -181,7 +181,7 @@ void checkSettledOnce() {
 }
 
 void checkFrameworkHearsStop() {
-    constexpr int longestWait = 20'000;  // milliseconds
+    constexpr int maxWait = 20'000;  // milliseconds
     std::array<int, 2> heard{};
     expect(::pipe(heard.data()) == 0, "a pipe");
     ::setenv("STAND_IN_HEARD", std::to_string(heard[1]).c_str(), 1);
@@ -189,7 +189,7 @@ void checkFrameworkHearsStop() {
     void* started = start("hears", calls);
     ::ulvakModelCancel(started);
     pollfd readable{.fd = heard[0], .events = POLLIN, .revents = 0};
-    expect(::poll(&readable, 1, longestWait) == 1, "the framework is told of a stop");
+    expect(::poll(&readable, 1, maxWait) == 1, "the framework is told of a stop");
     ::ulvakModelRelease(started);
 }
 

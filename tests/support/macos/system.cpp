@@ -50,9 +50,9 @@ std::size_t detail::threads() {
 
 std::size_t openHandles() {
     // The system gives the lowest number that is free, and no test holds more than this.
-    constexpr int mostHandles = 4096;
+    constexpr int maxHandles = 4096;
     std::size_t open = 0;
-    for (int handle = 0; handle < mostHandles; ++handle)
+    for (int handle = 0; handle < maxHandles; ++handle)
         open += ::fcntl(handle, F_GETFD) != -1 ? 1U : 0U;
     return open;
 }
