@@ -244,7 +244,8 @@ double timeToFirstFrame(const std::string& program) {
 
 /// Opens the program's window, and prints when its first frame was shown.
 int showOneFrame(QGuiApplication& application) {
-    AppModel app;
+    const UserFolders folders = UserFolders::ofCurrentUser();
+    AppModel app(AppServices::system(folders), VerdictStore::defaultPath(folders));
     WindowModel model(app);
     QQmlApplicationEngine engine;
     QQuickWindow* window = openWindow(engine, model);
