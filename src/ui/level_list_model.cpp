@@ -10,7 +10,7 @@
 namespace ulvak {
 
 LevelListModel::LevelListModel(AppModel& app, QObject* parent)
-    : QObject(parent), app_(app), rows_(app), selection_(rows_) {
+    : QObject(parent), app_(app), rows_(app), selection_(app, rows_) {
     for (const auto changed : {&AppModel::findingsChanged, &AppModel::aiStatusChanged})
         connect(&app, changed, this, &LevelListModel::changed);
     for (const auto changed : {&AppModel::findingsChanged, &AppModel::cleaningChanged})

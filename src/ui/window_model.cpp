@@ -2,9 +2,7 @@
 
 #include <QTimer>
 #include <algorithm>
-#include <iterator>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 #include "app/texts.h"
@@ -119,18 +117,12 @@ bool WindowModel::isOverview() const {
 }
 
 void WindowModel::followDetail() {
-    // Of two with one id the first counts, as for what is done with it.
-    std::unordered_set<const Finding*> chosen;
-    for (const std::string& id : list_.selection()->ids())
-        chosen.insert(app_.finding(id).get());
-    Findings selected;
-    std::ranges::copy_if(list_.rows()->rows(), std::back_inserter(selected),
-                         [&](const FindingPointer& finding) { return chosen.contains(finding.get()); });
+    const Findings& selected = list_.selection()->findings();
     detail_.setFinding(selected.size() == 1 ? selected.front() : nullptr);
     DetailKind kind = DetailKind::Empty;
     if (!selected.empty())
         kind = selected.size() == 1 ? DetailKind::One : DetailKind::Several;
-    several_.setItems(selected.size() > 1 ? std::move(selected) : Findings());
+    several_.setItems(selected.size() > 1 ? selected : Findings());
     if (std::exchange(detailKind_, kind) != kind)
         emit detailKindChanged();
 }

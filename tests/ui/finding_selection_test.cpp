@@ -109,6 +109,32 @@ TEST_F(FindingSelectionTest, StaysWithTheItemsWhenRowsGo) {
     EXPECT_EQ(selection().currentRow(), 2);
 }
 
+TEST_F(FindingSelectionTest, HoldsTheFindingsInTheOrderOfTheRowsWhileSomeGoAndSomeChange) {
+    const auto held = [&] {
+        std::string numbers;
+        for (const FindingPointer& finding : selection().findings()) {
+            EXPECT_EQ(finding, app->finding(finding->id));
+            numbers += finding->id.back();
+        }
+        return numbers;
+    };
+    selection().selectAll();
+    selection().press(2, Qt::ControlModifier);
+    EXPECT_EQ(held(), "0134");
+    app->clean({"/v/3", "/v/2"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model->list()->rows()->count() == 3; }));
+    EXPECT_EQ(held(), "014");
+    std::ranges::reverse(stage.result);
+    for (std::size_t index = 0; index < stage.result.size(); ++index)
+        stage.result[index].size = 2000 - static_cast<std::int64_t>(index);
+    scanAll();
+    EXPECT_EQ(held(), "410");
+    app->clean({"/v/4"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return !app->finding("/v/4"); }));
+    EXPECT_EQ(held(), "10");
+    EXPECT_EQ(model->several()->items(), selection().findings());
+}
+
 TEST_F(FindingSelectionTest, TheFocusPassesToTheRowAfterOneThatGoes) {
     selection().press(2, Qt::NoModifier);
     app->clean({"/v/2"}, CleanMode::trash);
