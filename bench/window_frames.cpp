@@ -143,11 +143,11 @@ public:
     }
     void relabelOne() {
         const auto& findings = app_.findings();
-        model_.setLevel(Level::Value::Keep, tokenOf(findings[findings.size() / 2]->id));
+        model_.actions()->setLevel(Level::Value::Keep, tokenOf(findings[findings.size() / 2]->id));
     }
-    void clearSelection() { model_.selection()->clear(); }
-    [[nodiscard]] std::size_t selected() { return model_.selection()->ids().size(); }
-    [[nodiscard]] int listed() { return model_.findings()->rowCount(); }
+    void clearSelection() { model_.list()->selection()->clear(); }
+    [[nodiscard]] std::size_t selected() { return model_.list()->selection()->ids().size(); }
+    [[nodiscard]] int listed() { return model_.list()->rows()->rowCount(); }
 
     /// How far the list is scrolled, in pixels.
     [[nodiscard]] double scrolled() const { return rows()->property("contentY").toDouble(); }

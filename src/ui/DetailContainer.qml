@@ -66,11 +66,15 @@ FocusScope {
     Face {
         id: one
         kind: WindowModel.One
-        sourceComponent: DetailView { app: root.app }
+        sourceComponent: DetailView {
+            detail: root.app.detail
+            actions: root.app.actions
+            analysis: root.app.analysis
+        }
     }
     Face {
         id: several
         kind: WindowModel.Several
-        sourceComponent: MultiSelectionView { app: root.app }
+        sourceComponent: MultiSelectionView { several: root.app.several }
     }
 }

@@ -15,7 +15,7 @@ ScrollColumn {
 
     Loader {
         focus: true
-        sourceComponent: root.app.phase === WindowModel.Idle ? welcome : root.app.phase === WindowModel.Scanning ? scanning : results
+        sourceComponent: root.app.scan.phase === ScanModel.Idle ? welcome : root.app.scan.phase === ScanModel.Scanning ? scanning : results
         onSourceComponentChanged: root.contentY = 0
         Layout.fillWidth: true
     }
@@ -23,13 +23,15 @@ ScrollColumn {
     Component {
         id: welcome
         WelcomeFace {
-            app: root.app
+            disk: root.app.disk
+            scan: root.app.scan
+            analysis: root.app.analysis
             onScanBegun: reason => root.scanBegun(reason)
         }
     }
     Component {
         id: scanning
-        ScanningFace { app: root.app }
+        ScanningFace { scan: root.app.scan }
     }
     Component {
         id: results

@@ -206,12 +206,12 @@ TEST_P(LayoutTest, EveryListAndDetailIsWhole) {
     scanAll();
     for (const SafetyLevel level : displayedSafetyLevels()) {
         model->setSidebar(SidebarItem{level});
-        model->selection()->press(0, Qt::NoModifier);
+        model->list()->selection()->press(0, Qt::NoModifier);
         ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
         check(std::string(info(level).rawValue).c_str());
     }
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->selectAll();
+    model->list()->selection()->selectAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
     check("several");
     model->setSidebar(SidebarItem{});
@@ -222,7 +222,7 @@ TEST_P(LayoutTest, DialogsAndMenusAreWhole) {
     openSmall();
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("removePermanently")); }));
     QMetaObject::invokeMethod(item(QStringLiteral("removePermanently")), "activate");
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
@@ -285,7 +285,7 @@ TEST_P(LayoutTest, NamesOfEveryScriptBeginAtTheLeadingEdge) {
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
     check(1);
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
     check(6);  // title and place in the row and beside it, what it is, what lies in it
     click(QStringLiteral("removePermanently"));
