@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtQml/qqmlregistration.h>
+#include <QtQml/qqml.h>
 #include <QAbstractItemModel>
 
 #include "app/finding_list_model.h"
