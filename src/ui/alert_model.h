@@ -23,9 +23,13 @@ public:
     }
 
     [[nodiscard]] bool isThere() const { return app_.alert().has_value(); }
-    [[nodiscard]] QString title() const { return isThere() ? shown(app_.alert()->title) : QString(); }
+    [[nodiscard]] QString title() const {
+        const auto& alert = app_.alert();
+        return alert ? shown(alert->title) : QString();
+    }
     [[nodiscard]] QString message() const {
-        return isThere() ? shownLines(app_.alert()->message) : QString();
+        const auto& alert = app_.alert();
+        return alert ? shownLines(alert->message) : QString();
     }
 
     Q_INVOKABLE void dismiss() { app_.dismissAlert(); }

@@ -107,7 +107,7 @@ void WindowModel::setSidebarRow(int row) {
 void WindowModel::setSidebar(std::optional<SidebarItem> item) {
     if (item == sidebar_)
         return;
-    sidebar_ = std::move(item);
+    sidebar_ = item;
     list_.setLevel(selectedLevel());
     emit sidebarChanged();
 }
