@@ -16,7 +16,6 @@
 
 #include "app/app_world.h"
 #include "app/finding_action.h"
-#include "core/paths.h"
 
 namespace ulvak {
 namespace {
