@@ -83,7 +83,7 @@ std::vector<std::string> makeChosen(const Options& options, const std::vector<Fi
 class Shown {
 public:
     explicit Shown(AppModel& app) : window_(app) { window_.setSidebar(SidebarItem{SafetyLevel::safe}); }
-    void select(std::set<std::string> ids) { window_.selection()->set(std::move(ids)); }
+    void select(std::set<std::string> ids) { window_.list()->selection()->set(std::move(ids)); }
 
 private:
     WindowModel window_;

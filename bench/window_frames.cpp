@@ -1,5 +1,5 @@
 // Measures the window, without a display: how soon it shows its first frame, and what a frame takes of the
-// thread of the user interface while one list of many findings is scrolled, selected and relabelled.
+// UI thread while one list of many findings is scrolled, selected and relabelled.
 //
 //     ulvak_window_frames [--runs N] [--findings N]
 //
@@ -143,11 +143,11 @@ public:
     }
     void relabelOne() {
         const auto& findings = app_.findings();
-        model_.setLevel(Level::Value::Keep, tokenOf(findings[findings.size() / 2]->id));
+        model_.actions()->setLevel(Level::Value::Keep, idText(findings[findings.size() / 2]->id));
     }
-    void clearSelection() { model_.selection()->clear(); }
-    [[nodiscard]] std::size_t selected() { return model_.selection()->ids().size(); }
-    [[nodiscard]] int listed() { return model_.findings()->rowCount(); }
+    void clearSelection() { model_.list()->selection()->clear(); }
+    [[nodiscard]] std::size_t selected() { return model_.list()->selection()->ids().size(); }
+    [[nodiscard]] int listed() { return model_.list()->rows()->rowCount(); }
 
     /// How far the list is scrolled, in pixels.
     [[nodiscard]] double scrolled() const { return rows()->property("contentY").toDouble(); }
@@ -244,7 +244,8 @@ double timeToFirstFrame(const std::string& program) {
 
 /// Opens the program's window, and prints when its first frame was shown.
 int showOneFrame(QGuiApplication& application) {
-    AppModel app;
+    const UserFolders folders = UserFolders::ofCurrentUser();
+    AppModel app(AppServices::system(folders), VerdictStore::defaultPath(folders));
     WindowModel model(app);
     QQmlApplicationEngine engine;
     QQuickWindow* window = openWindow(engine, model);

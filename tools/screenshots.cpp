@@ -135,7 +135,7 @@ AppServices staged() {
 
 void selectRows(WindowModel& window, int count) {
     for (int row = 0; row < count; ++row)
-        window.selection()->press(row, row == 0 ? Qt::NoModifier : Qt::ControlModifier);
+        window.list()->selection()->press(row, row == 0 ? Qt::NoModifier : Qt::ControlModifier);
 }
 
 void lists(WindowModel& window, Pictures& pictures) {

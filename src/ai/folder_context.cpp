@@ -207,7 +207,7 @@ std::string_view withoutExtension(std::string_view name) {
 template <typename Predicate>
 std::optional<std::string> firstName(const std::string& folder, std::size_t most,
                                      const platform::Reach& reach, Predicate passes) {
-    const platform::Reach::Place place = reach.follow(folder);
+    const platform::Reach::Target place = reach.follow(folder);
     if (!place.isThere)
         return std::nullopt;
     std::optional<std::string> found;

@@ -214,7 +214,7 @@ void AppModel::showLabels() {
 
 void AppModel::expectUiThread() const {
     if (QThread::currentThread() != thread())
-        qFatal("AppModel belongs to the thread of the user interface");
+        qFatal("AppModel belongs to the UI thread");
 }
 
 Findings AppModel::findings(SafetyLevel level) const {
@@ -763,7 +763,7 @@ QCoro::Task<std::vector<AppModel::Cleaning>> AppModel::readyToClean(std::vector<
         if (names.empty())
             break;
         auto look =
-            workers_->run([names, runningApps = services_.runningApps] { return runningApps(names); });
+            workers_->run([names, runningAmong = services_.runningAmong] { return runningAmong(names); });
         const std::vector<std::string> answer = co_await look;
         if (isEnding_)
             co_return std::vector<Cleaning>();

@@ -13,7 +13,7 @@ AppServices AppServices::system(const UserFolders& folders) {
                           const std::stop_token& stop) { return Scanner{progress, folders}.run(stop); },
         .aiStatus = [](const std::stop_token& stop) { return AIStatus::current(machineModel(), stop); },
         .runningApplications = platform::runningApplications,
-        .runningApps = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
+        .runningAmong = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
         .classify =
             [folders](const Finding& finding, std::string_view note, std::span<const std::string> running,
                       const std::stop_token& stop) {

@@ -37,7 +37,7 @@ struct AppServices {
     /// The names of all running applications, in the system's order.
     std::function<Names()> runningApplications;
     /// Those of the given names that are running.
-    std::function<Names(std::span<const std::string>)> runningApps;
+    std::function<Names(std::span<const std::string>)> runningAmong;
     std::function<AIClassifier::Result(const Finding&, std::string_view note,
                                        std::span<const std::string> running, std::stop_token)>
         classify;
@@ -63,7 +63,7 @@ struct AppServices {
     /// Whether the system has a page of settings on which the user can let this program see more.
     bool hasPrivacySettings = false;
 
-    // On the thread of the user interface; it returns at once.
+    // On the UI thread; it returns at once.
     std::function<std::optional<DiskInfo>()> diskInfo;
 
     /// The system's, for the user whose folders these are.

@@ -90,7 +90,7 @@ QVariant FindingListModel::data(const QModelIndex& index, int role) const {
     const Finding& finding = *rows_[static_cast<std::size_t>(index.row())];
     switch (role) {
         case idRole:
-            return tokenOf(finding.id);
+            return idText(finding.id);
         case Qt::DisplayRole:
         case titleRole:
             return shown(finding.title);

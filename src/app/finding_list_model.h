@@ -25,7 +25,7 @@ class FindingListModel : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
 public:
     enum Role : int {
-        idRole = Qt::UserRole + 1,  ///< the id as a token
+        idRole = Qt::UserRole + 1,  ///< the id, as `idText`
         titleRole,
         locationRole,
         sizeTextRole,

@@ -25,12 +25,12 @@ QString shownLines(std::string_view text) {
 }
 
 // A character for each byte.
-QString tokenOf(std::string_view id) {
+QString idText(std::string_view id) {
     return QString::fromLatin1(id.data(), static_cast<qsizetype>(id.size()));
 }
 
-std::string idOf(const QString& token) {
-    return token.toLatin1().toStdString();
+std::string idOf(const QString& findingId) {
+    return findingId.toLatin1().toStdString();
 }
 
 }  // namespace ulvak

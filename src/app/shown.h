@@ -15,7 +15,7 @@ namespace ulvak {
 
 /// A finding's id for a view, which hands it back unread. An id is bytes that need not be a text, and two
 /// that are shown alike stay two.
-[[nodiscard]] QString tokenOf(std::string_view id);
-[[nodiscard]] std::string idOf(const QString& token);
+[[nodiscard]] QString idText(std::string_view id);
+[[nodiscard]] std::string idOf(const QString& findingId);
 
 }  // namespace ulvak

@@ -28,14 +28,14 @@ constexpr std::size_t maxChildren = 12;
 constexpr std::size_t maxSiblings = 10;
 
 /// A node where the walk stands. Lives on the walk's stack, as does the place above it.
-struct Place {
+struct Position {
     const DirNode* node = nullptr;
     std::string path;
-    const Place* parent = nullptr;
+    const Position* parent = nullptr;
 
     [[nodiscard]] std::string_view name() const { return Paths::lastComponent(path); }
     [[nodiscard]] bool canBeEntered() const { return node->isDirectory && !node->isPackage; }
-    [[nodiscard]] Place child(const DirNode& below) const {
+    [[nodiscard]] Position child(const DirNode& below) const {
         return {.node = &below, .path = Paths::join(path, below.url), .parent = this};
     }
 };
@@ -58,7 +58,7 @@ std::vector<ChildSummary> summaries(const DirNode& node) {
     return result;
 }
 
-std::vector<ChildSummary> siblings(const Place& place) {
+std::vector<ChildSummary> siblings(const Position& place) {
     std::vector<ChildSummary> result;
     if (place.parent == nullptr)
         return result;
@@ -125,14 +125,14 @@ Judgement simulatorJudgement(const SimulatorInfo& simulator) {
     return judgement;
 }
 
-Judgement systemJudgement(const Place& place) {
+Judgement systemJudgement(const Position& place) {
     return {.verdict = {.level = SafetyLevel::keep,
                         .title = std::string(place.name()),
                         .explanation = "Sistemin kullandığı bir klasör. Ulvak buna dokunmaz."},
             .action = {CleanAction::None{"Sistem dosyalarını Ulvak silmez."}}};
 }
 
-Judgement personalJudgement(const Place& place) {
+Judgement personalJudgement(const Position& place) {
     return {.verdict = {.level = SafetyLevel::keep,
                         .title = std::string(place.name()),
                         .explanation =
@@ -143,7 +143,7 @@ Judgement personalJudgement(const Place& place) {
             .action = {}};
 }
 
-Judgement guessedJudgement(const Place& place, const Heuristics::Guess& guess) {
+Judgement guessedJudgement(const Position& place, const Heuristics::Guess& guess) {
     return {.verdict = {.level = guess.level,
                         .title = replacedAll(guess.title, "{name}", place.name()),
                         .explanation = "Klasör adına göre tahmin: " + guess.explanation +
@@ -152,7 +152,7 @@ Judgement guessedJudgement(const Place& place, const Heuristics::Guess& guess) {
             .action = {}};
 }
 
-Judgement unknownJudgement(const Place& place) {
+Judgement unknownJudgement(const Position& place) {
     return {.verdict = {.level = SafetyLevel::unknown,
                         .title = std::string(place.name()),
                         .explanation =
@@ -163,7 +163,7 @@ Judgement unknownJudgement(const Place& place) {
 
 /// What unites the names that one file has in one folder: to clean them is one thing, for only all of them
 /// together free anything. Where they are judged differently they stay apart.
-std::optional<std::string> nameGroup(const Place& place, const Finding& finding) {
+std::optional<std::string> nameGroup(const Position& place, const Finding& finding) {
     const std::optional<LinkedFile>& file = place.node->linked;
     if (!file || place.parent == nullptr)
         return std::nullopt;
@@ -176,7 +176,7 @@ std::optional<std::string> nameGroup(const Place& place, const Finding& finding)
            "|" + std::string(info(finding.level).rawValue) + "|" + finding.explanation;
 }
 
-Finding findingAt(const Place& place, Judgement judgement) {
+Finding findingAt(const Position& place, Judgement judgement) {
     Finding finding;
     finding.id = place.path;
     finding.urls = {place.path};
@@ -201,7 +201,7 @@ public:
     Analysis(const Analyzer& analyzer, std::vector<std::string> innerRoots, const UserFolders& folders)
         : analyzer_(analyzer), innerRoots_(std::move(innerRoots)), matcher_(analyzer.rules, folders) {}
 
-    void visit(const Place& place, State state) {
+    void visit(const Position& place, State state) {
         const Rule* rule = match(place, state.context);
         if (place.node->isDirectory && holdsAnotherRoot(place) && !isLeftAlone(rule)) {
             visitChildren(place, intoContainer(rule, state.context));
@@ -221,11 +221,11 @@ public:
     [[nodiscard]] std::vector<Finding> takeFindings() { return mergeGroups(std::move(findings_), linked_); }
 
 private:
-    [[nodiscard]] const Rule* match(const Place& place, ScanContext context) const {
+    [[nodiscard]] const Rule* match(const Position& place, ScanContext context) const {
         return matcher_.match(place.path, place.node->isDirectory, context);
     }
 
-    [[nodiscard]] bool holdsAnotherRoot(const Place& place) const {
+    [[nodiscard]] bool holdsAnotherRoot(const Position& place) const {
         return std::ranges::any_of(innerRoots_, [&](const std::string& root) {
             return root.size() > place.path.size() && Paths::isWithin(root, place.path);
         });
@@ -245,12 +245,12 @@ private:
         return {.context = context, .depth = context == ScanContext::personal ? personalDepth : otherDepth};
     }
 
-    void visitChildren(const Place& place, State state) {
+    void visitChildren(const Position& place, State state) {
         for (const DirNode& child : place.node->children)
             visit(place.child(child), state);
     }
 
-    void visitUnmatched(const Place& place, State state) {
+    void visitUnmatched(const Position& place, State state) {
         if (state.context == ScanContext::normal) {
             if (const auto guess = Heuristics::guess(place.name())) {
                 visitGuessed(place, state, *guess);
@@ -264,7 +264,7 @@ private:
             reportDefault(place, state);
     }
 
-    void visitGuessed(const Place& place, State state, const Heuristics::Guess& guess) {
+    void visitGuessed(const Position& place, State state, const Heuristics::Guess& guess) {
         std::vector<const DirNode*> bigFolders;
         for (const DirNode& child : place.node->children) {
             if (child.isDirectory && child.size >= analyzer_.defaultMinimum)
@@ -275,19 +275,19 @@ private:
             return;
         }
         for (const DirNode* child : bigFolders) {
-            const Place below = place.child(*child);
+            const Position below = place.child(*child);
             add(below, defaultFinding(below, state, guess));
         }
     }
 
     /// Whether there is a known place worth reporting below this one.
-    [[nodiscard]] bool containsMatch(const Place& place, ScanContext context, int depth) const {
+    [[nodiscard]] bool containsMatch(const Position& place, ScanContext context, int depth) const {
         if (depth < 1)
             return false;
         return std::ranges::any_of(place.node->children, [&](const DirNode& node) {
             if (node.size < probeMinimum)
                 return false;
-            const Place child = place.child(node);
+            const Position child = place.child(node);
             return match(child, context) != nullptr ||
                    (child.canBeEntered() && containsMatch(child, context, depth - 1));
         });
@@ -302,18 +302,18 @@ private:
                largest->size >= std::max(node.size, drillShareFloor) / drillShare;
     }
 
-    void reportDefault(const Place& place, State state) {
+    void reportDefault(const Position& place, State state) {
         if (place.node->size >= analyzer_.defaultMinimum)
             add(place, defaultFinding(place, state, std::nullopt));
     }
 
-    void add(const Place& place, Finding finding) {
+    void add(const Position& place, Finding finding) {
         if (place.node->linked)
             linked_.emplace(finding.id, *place.node->linked);
         findings_.push_back(std::move(finding));
     }
 
-    [[nodiscard]] Finding ruleFinding(const Place& place, const Rule& rule) const {
+    [[nodiscard]] Finding ruleFinding(const Position& place, const Rule& rule) const {
         Finding finding = findingAt(place, ruleJudgement(place, rule));
         finding.quitApps = rule.quitApps;
         if (rule.group)
@@ -322,7 +322,7 @@ private:
         return finding;
     }
 
-    [[nodiscard]] Judgement ruleJudgement(const Place& place, const Rule& rule) const {
+    [[nodiscard]] Judgement ruleJudgement(const Position& place, const Rule& rule) const {
         const std::string_view parentName =
             place.parent != nullptr ? place.parent->name() : std::string_view();
         Judgement judgement{
@@ -347,7 +347,7 @@ private:
         return judgement;
     }
 
-    [[nodiscard]] static Judgement defaultJudgement(const Place& place, ScanContext context,
+    [[nodiscard]] static Judgement defaultJudgement(const Position& place, ScanContext context,
                                                     const std::optional<Heuristics::Guess>& inherited) {
         switch (context) {
             case ScanContext::system:
@@ -363,7 +363,7 @@ private:
         return guess ? guessedJudgement(place, *guess) : unknownJudgement(place);
     }
 
-    [[nodiscard]] static Finding defaultFinding(const Place& place, State state,
+    [[nodiscard]] static Finding defaultFinding(const Position& place, State state,
                                                 const std::optional<Heuristics::Guess>& inherited) {
         const bool isPersonal = state.context == ScanContext::personal;
         Judgement judgement = defaultJudgement(place, state.context, inherited);

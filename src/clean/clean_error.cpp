@@ -67,7 +67,7 @@ std::string describe(const platform::FileError& error, const UserFolders& folder
     return text;
 }
 
-std::string describe(const StartError& error, const UserFolders& /*folders*/) {
+std::string describe(const StartError& error) {
     return "“" + error.program + "” başlatılamadı: " +
            (error.code == std::errc::no_such_file_or_directory ? "program bu bilgisayarda yok."
                                                                : reason(error.code));
@@ -88,7 +88,8 @@ std::string errorDescription(const CleanError& error) {
 
 std::string errorDescription(const CleanFailure& failure, const UserFolders& folders) {
     return std::visit(Overloaded{[](const CleanError& error) { return errorDescription(error); },
-                                 [&](const auto& error) { return describe(error, folders); }},
+                                 [&](const platform::FileError& error) { return describe(error, folders); },
+                                 [](const StartError& error) { return describe(error); }},
                       failure);
 }
 

@@ -207,11 +207,11 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
 
 }  // namespace
 
-Cleaner::Cleaner(const UserFolders& folders, Services services)
-    : withCache_(folders, true), withoutCache_(folders, false), services_(std::move(services)) {}
+Cleaner::Cleaner(UserFolders folders, Services services)
+    : folders_(std::move(folders)), services_(std::move(services)) {}
 
-const GuardRails& Cleaner::rails() const {
-    return Paths::hasOwnCache(withCache_.folders()) ? withCache_ : withoutCache_;
+GuardRails Cleaner::rails() const {
+    return GuardRails(folders_, Paths::hasOwnCache(folders_));
 }
 
 const Cleaner::Services& Cleaner::Services::system() {
@@ -278,7 +278,7 @@ std::shared_ptr<CleanAhead> Cleaner::prepare(std::span<const std::shared_ptr<con
                                              CleanMode mode) const {
     if (findings.size() < 2)
         return nullptr;
-    const GuardRails& rails = this->rails();
+    const GuardRails rails = this->rails();
     std::vector<CleanPlace> all;
     std::vector<CleanPlace> single;  // a finding with several has notes written itself, as it comes to them
     for (const auto& finding : findings) {

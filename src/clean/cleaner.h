@@ -71,7 +71,7 @@ public:
     };
 
     /// For the user whose folders these are.
-    explicit Cleaner(const UserFolders& folders, Services services = Services::system());
+    explicit Cleaner(UserFolders folders, Services services = Services::system());
 
     /// Whether the item at an absolute path may be removed, by the text of the path alone.
     [[nodiscard]] bool isAllowed(std::string_view path) const;
@@ -161,10 +161,9 @@ public:
 
 private:
     /// Whether there is a cache is asked anew each time: until then its place may have become somebody's.
-    [[nodiscard]] const GuardRails& rails() const;
+    [[nodiscard]] GuardRails rails() const;
 
-    GuardRails withCache_;
-    GuardRails withoutCache_;
+    UserFolders folders_;
     Services services_;
 };
 

@@ -30,7 +30,7 @@ std::vector<std::string> anchorsOf(std::span<const CleanPlace> places) {
 
 /// The number of what is at an absolute path, links followed as far as they are within reach.
 std::optional<platform::FileNumber> numberAt(std::string_view path, const Reach& reach) {
-    const Reach::Place place = reach.follow(path);
+    const Reach::Target place = reach.follow(path);
     const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;
     return info ? std::optional(info->volumeAndNumber) : std::nullopt;
 }
@@ -39,7 +39,7 @@ std::optional<platform::FileNumber> numberAt(std::string_view path, const Reach&
 
 void KeptFolders::add(const std::string& path, const Reach& reach) {
     paths_.push_back(path);
-    const Reach::Place place = reach.follow(path);
+    const Reach::Target place = reach.follow(path);
     if (place.path != path)
         paths_.push_back(place.path);
     if (const auto number = numberAt(path, reach))

@@ -410,7 +410,7 @@ EmptiedTrash Cleaner::emptyTrashByDesktop(const TrashContents& asked, const std:
     EmptiedTrash result = left(before);
     if (result.itemsNew > 0)
         return result;
-    auto failure = askDesktop(withCache_.folders().trash, stop, services_);
+    auto failure = askDesktop(folders_.trash, stop, services_);
     const TrashContents after = trashContents({});
     result = left(after);
     result.bytes =

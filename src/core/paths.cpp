@@ -19,7 +19,7 @@ constexpr std::string_view privatePrefix = "/private";
 std::string tidied(const std::string& path, const std::string& home) {
     if ((path + "/").contains("/../")) {
         const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
-        const platform::Reach::Place place = reach.follow(path);
+        const platform::Reach::Target place = reach.follow(path);
         return place.isThere ? place.path : path;
     }
     std::string result;

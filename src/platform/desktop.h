@@ -13,7 +13,7 @@ namespace ulvak::platform {
 
 /// Has the file browser show and select all these items, absolute paths, at once. One that cannot select
 /// opens the folder of the first. Nothing to show is not a failure. False when nothing could be opened; why,
-/// the desktop does not say in a way that would help anybody. Threads: any but the one of the user interface;
+/// the desktop does not say in a way that would help anybody. Threads: any but the UI thread;
 /// waits for the desktop, up to a few seconds.
 [[nodiscard]] bool revealInFileBrowser(std::span<const std::string> paths);
 

@@ -15,7 +15,7 @@
 #include "platform/removal.h"
 
 /// The desktop's Trash. Threads: any. Everything here blocks for as long as the disk takes, never call it on
-/// the thread of the user interface; `trashLayout` and `trashEmptyingCommand` answer at once.
+/// the UI thread; `trashLayout` and `trashEmptyingCommand` answer at once.
 namespace ulvak::platform {
 
 /// An item that was moved to a Trash, with what is needed to put it back.

@@ -72,14 +72,14 @@ public:
     /// Whether the place of an absolute path without links may be looked at.
     [[nodiscard]] bool includes(std::string_view path) const;
 
-    struct Place {
+    struct Target {
         /// Without links and "..", up to where it could be followed; what came after that, as it was written.
         std::string path;
         bool isThere = false;  ///< whether it was followed to its end, and something is there
     };
 
     /// Where an absolute path leads, links followed.
-    [[nodiscard]] Place follow(std::string_view path) const;
+    [[nodiscard]] Target follow(std::string_view path) const;
 
 private:
     void findVolumes();

@@ -69,7 +69,7 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
     const std::string home = platform::homeDirectory();
     const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        const platform::Reach::Place place = reach.follow(paths[i]);
+        const platform::Reach::Target place = reach.follow(paths[i]);
         const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;
         if (info && info->isDirectory) {
             roots.push_back(

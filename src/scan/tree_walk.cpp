@@ -291,7 +291,7 @@ void TreeWalk::Frame::reset() {
 }
 
 /// An open folder that a worker has come to on its way, to find others from.
-struct TreeWalk::Place {
+struct TreeWalk::OpenFolder {
     platform::Directory directory;
     std::optional<platform::ItemIdentity> identity;
     int depth = 0;
@@ -308,7 +308,7 @@ private:
 
 /// Nothing is known of where the folders on the way are by now, nor need it be: the last is the one that was
 /// listed, or is left alone.
-std::error_code TreeWalk::Place::goUp(const Frame& frame) {
+std::error_code TreeWalk::OpenFolder::goUp(const Frame& frame) {
     identity.reset();
     while (depth > frame.depth) {
         auto above = directory.openParent();
@@ -321,7 +321,7 @@ std::error_code TreeWalk::Place::goUp(const Frame& frame) {
     return {};
 }
 
-std::error_code TreeWalk::Place::goTo(const Frame& frame) {
+std::error_code TreeWalk::OpenFolder::goTo(const Frame& frame) {
     if (isAt(frame))
         return {};
     if (directory.isOpen() && depth > frame.depth && depth - frame.depth <= frame.depth) {
@@ -353,7 +353,7 @@ struct TreeWalk::Worker {
     bool isListingShared = false;      ///< guarded by `mutex`: others may join `reader`
     std::vector<Listing> found;        ///< guarded by `mutex`: by those who have
     std::atomic<unsigned> joined = 0;  ///< who still do; as long, `reader` and its folder stay as they are
-    Place place;
+    OpenFolder place;
     std::deque<Frame> frames;  ///< all that it has made, until the walk is over: others may still use them
     Frame* unused = nullptr;  ///< the first of a list of finished ones, for their buffers; made by any worker
 };

@@ -61,7 +61,7 @@ private:
     struct Frame;
     struct Listing;
     struct Worker;
-    struct Place;
+    struct OpenFolder;
     class SharedListing;
     struct Totals;
 

@@ -45,13 +45,7 @@ bool answersAtOnce(const std::string& path, const std::string& home) {
 }  // namespace
 
 VerdictStore::VerdictStore(std::string path, Clock now, Runner write)
-    : path_(std::move(path)),
-      now_(std::move(now)),
-      write_(std::move(write)),
-      shared_(std::make_shared<SharedVerdicts>(path_, now_)) {
-    shared_->load();
-    entries_ = shared_->entries();
-}
+    : VerdictStore(std::move(path), UserFolders(), std::move(now), std::move(write), {}) {}
 
 VerdictStore::VerdictStore(std::string path, const UserFolders& folders, Clock now, Runner write,
                            const Runner& read)
@@ -59,7 +53,7 @@ VerdictStore::VerdictStore(std::string path, const UserFolders& folders, Clock n
       now_(std::move(now)),
       write_(std::move(write)),
       shared_(std::make_shared<SharedVerdicts>(path_, now_)) {
-    if (!answersAtOnce(path_, folders.home)) {
+    if (read && !answersAtOnce(path_, folders.home)) {
         read([shared = shared_] { shared->load(); });
         return;
     }

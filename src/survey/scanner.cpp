@@ -32,7 +32,7 @@ std::vector<Located> locatedRoots(const UserFolders& folders) {
     std::vector<Located> located;
     const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
     for (const std::string& path : Scanner::roots(folders)) {
-        platform::Reach::Place real = reach.follow(path);
+        platform::Reach::Target real = reach.follow(path);
         const auto info = real.isThere ? platform::fileInfo(real.path) : std::nullopt;
         if (!info || (path == folders.cache && !Paths::hasOwnCache(folders)))
             continue;

@@ -5,15 +5,15 @@ import Ulvak
 ConfirmDialog {
     id: root
 
-    required property WindowModel app
+    required property AlertModel alert
 
     function follow() {
-        if (app.alertId === "") {
+        if (!alert.isThere) {
             close()
             return
         }
-        title = app.alertTitle
-        message = app.alertMessage
+        title = alert.title
+        message = alert.message
         open()
     }
 
@@ -24,11 +24,11 @@ ConfirmDialog {
     onlyDismisses: true
 
     // At the beginning of the way out: an alert that comes during it is another one, and is shown.
-    onAboutToHide: if (app.alertId !== "") app.dismissAlert()
+    onAboutToHide: if (alert.isThere) alert.dismiss()
     Component.onCompleted: follow()
 
     Connections {
-        target: root.app
-        function onAlertChanged() { root.follow() }
+        target: root.alert
+        function onChanged() { root.follow() }
     }
 }

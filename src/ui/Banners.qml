@@ -8,60 +8,60 @@ ColumnLayout {
 
     required property WindowModel app
 
-    visible: app.trashText !== "" || app.freedText !== "" || app.deniedText !== "" || app.uncertainText !== ""
+    visible: app.trash.text !== "" || app.summary.freedText !== "" || app.summary.deniedText !== "" || app.analysis.uncertainText !== ""
 
     Banner {
         objectName: "trashBanner"
-        visible: root.app.trashText !== ""
+        visible: root.app.trash.text !== ""
         symbol: "trash"
         tint: Theme.accent
-        text: root.app.trashText
+        text: root.app.trash.text
         Layout.fillWidth: true
 
         PushButton {
             objectName: "emptyTrash"
             text: "Çöp Kutusunu Boşalt"
             activatesOnReturn: false
-            enabled: !root.app.isEmptyingTrash
-            busy: root.app.isEmptyingTrash
-            onClicked: root.app.emptyTrash()
+            enabled: !root.app.trash.isEmptying
+            busy: root.app.trash.isEmptying
+            onClicked: root.app.trash.empty()
         }
     }
     Banner {
         objectName: "freedBanner"
-        visible: root.app.freedText !== ""
+        visible: root.app.summary.freedText !== ""
         symbol: "checkmark.circle.fill"
         tint: Theme.green
-        text: root.app.freedText
+        text: root.app.summary.freedText
         Layout.fillWidth: true
     }
     Banner {
         objectName: "deniedBanner"
-        visible: root.app.deniedText !== ""
+        visible: root.app.summary.deniedText !== ""
         symbol: "lock.fill"
         tint: Theme.orange
-        text: root.app.deniedText
+        text: root.app.summary.deniedText
         Layout.fillWidth: true
 
         PushButton {
             objectName: "openSettings"
-            visible: root.app.hasPrivacySettings
+            visible: root.app.summary.hasPrivacySettings
             text: "Ayarları Aç"
-            onClicked: root.app.openFullDiskAccessSettings()
+            onClicked: root.app.summary.openFullDiskAccessSettings()
         }
     }
     Banner {
         objectName: "uncertainBanner"
-        visible: root.app.uncertainText !== ""
+        visible: root.app.analysis.uncertainText !== ""
         symbol: "apple.intelligence"
         tint: Theme.purple
-        text: root.app.uncertainText
+        text: root.app.analysis.uncertainText
         Layout.fillWidth: true
 
         ProgressLine {
             objectName: "batchProgress"
-            visible: root.app.isBatchRunning
-            value: root.app.batchFraction
+            visible: root.app.analysis.isBatchRunning
+            value: root.app.analysis.batchFraction
             tint: Theme.purple
             implicitWidth: Math.round(80 * Theme.u)
             Accessible.name: "Analiz edilen"
@@ -69,22 +69,22 @@ ColumnLayout {
         PushButton {
             id: cancelBatch
             objectName: "cancelBatch"
-            visible: root.app.isBatchRunning
+            visible: root.app.analysis.isBatchRunning
             text: "Durdur"
             onClicked: {
                 const reason = reasonToHandOn
-                root.app.cancelBatch()
+                root.app.analysis.cancelBatch()
                 analyzeAll.forceActiveFocus(reason)
             }
         }
         PushButton {
             id: analyzeAll
             objectName: "analyzeAll"
-            visible: !root.app.isBatchRunning && root.app.isModelAvailable
+            visible: !root.app.analysis.isBatchRunning && root.app.analysis.isAvailable
             text: "Hepsini Analiz Et"
             onClicked: {
                 const reason = reasonToHandOn
-                root.app.analyzeAllUncertain()
+                root.app.analysis.analyzeAllUncertain()
                 cancelBatch.forceActiveFocus(reason)
             }
         }

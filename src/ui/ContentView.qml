@@ -10,7 +10,7 @@ Item {
 
     required property WindowModel app
 
-    readonly property int phase: app.phase
+    readonly property int phase: app.scan.phase
     readonly property real scale13: Math.max(1, Math.min(Theme.base / 13, 1.6))
     // What the columns beside the content have where there is room; what the user gives them is remembered here.
     property real sideWish: Math.max(230 * scale13, Math.min(side.wholeWidth, 270 * scale13))
@@ -37,9 +37,9 @@ Item {
         fit()
     }
 
-    // What had the keyboard has gone with the face that it stood on.
+    // What had the keyboard has gone with the page that it stood on.
     function keepFocus() {
-        if (app.phase === WindowModel.Scanning && app.isOverview && content.activeFocus)
+        if (phase === ScanModel.Scanning && app.isOverview && content.activeFocus)
             bar.focusScanButton(Qt.TabFocusReason)
     }
 
@@ -53,7 +53,7 @@ Item {
 
         TopBar {
             id: bar
-            app: root.app
+            scan: root.app.scan
             Layout.fillWidth: true
         }
         SplitView {
@@ -132,6 +132,6 @@ Item {
             onDeleteRequested: detail.pressMain()
         }
     }
-    TrashDialog { app: root.app }
-    AlertDialog { app: root.app }
+    TrashDialog { trash: root.app.trash }
+    AlertDialog { alert: root.app.alert }
 }

@@ -6,8 +6,8 @@ import Ulvak
 ColumnLayout {
     id: root
 
-    required property WindowModel app
-    readonly property DetailModel detail: app.detail
+    required property DetailModel detail
+    required property ActionsModel actions
 
     /// Presses the prominent button, if there is one.
     function pressMain() {
@@ -36,7 +36,7 @@ ColumnLayout {
         activatesOnReturn: false
         tint: Theme.named(root.detail.actionColor)
         Layout.maximumWidth: root.width
-        onClicked: root.app.removePermanently(root.detail.token)
+        onClicked: root.actions.removePermanently(root.detail.findingId)
     }
     Flow {
         id: cleaning
@@ -54,7 +54,7 @@ ColumnLayout {
             symbol: "trash"
             prominent: true
             tint: Theme.named(root.detail.actionColor)
-            onClicked: root.detail.asksBeforeTrash ? confirmTrash.ask() : root.app.moveToTrash(root.detail.token)
+            onClicked: root.detail.asksBeforeTrash ? confirmTrash.ask() : root.actions.moveToTrash(root.detail.findingId)
         }
         PushButton {
             objectName: "removePermanently"
@@ -88,7 +88,7 @@ ColumnLayout {
         Layout.fillWidth: true
 
         Repeater {
-            model: root.app.actions
+            model: root.actions.others
 
             PushButton {
                 required property string name
@@ -97,7 +97,7 @@ ColumnLayout {
                 objectName: name + "Button"
                 width: Math.min(implicitWidth, others.width)
                 text: title
-                onClicked: root.app.perform(name, root.detail.token)
+                onClicked: root.actions.perform(name, root.detail.findingId)
             }
         }
         PushButton {
@@ -113,8 +113,8 @@ ColumnLayout {
                 id: levels
                 objectName: "detailLevels"
                 y: relabel.height + 4
-                app: root.app
-                token: root.detail.token
+                actions: root.actions
+                findingId: root.detail.findingId
                 canReset: root.detail.canReset
             }
         }
@@ -124,7 +124,7 @@ ColumnLayout {
         id: confirmPermanent
         property string asked: ""
         function ask() {
-            asked = root.detail.token
+            asked = root.detail.findingId
             title = root.detail.permanentQuestion
             confirmText = root.detail.permanentButton
             open()
@@ -134,13 +134,13 @@ ColumnLayout {
         message: "Bu işlem geri alınamaz. Dosyalar çöp kutusuna gitmez."
         confirmText: ""
         destructive: true
-        onConfirmed: root.app.removePermanently(asked)
+        onConfirmed: root.actions.removePermanently(asked)
     }
     ConfirmDialog {
         id: confirmTrash
         property string asked: ""
         function ask() {
-            asked = root.detail.token
+            asked = root.detail.findingId
             title = root.detail.trashQuestion
             message = root.detail.trashMessage
             open()
@@ -149,6 +149,6 @@ ColumnLayout {
         title: ""
         message: ""
         confirmText: "Çöp Kutusuna Taşı"
-        onConfirmed: root.app.moveToTrash(asked)
+        onConfirmed: root.actions.moveToTrash(asked)
     }
 }

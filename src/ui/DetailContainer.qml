@@ -8,16 +8,16 @@ FocusScope {
     required property WindowModel app
     readonly property bool isOverview: app.isOverview
     // A note, an open dialog or a button that is held down belongs to what it was begun with.
-    readonly property string shown: app.detailKind === WindowModel.One ? app.detail.token : app.detailKind
+    readonly property string shown: app.detailKind === WindowModel.One ? app.detail.findingId : app.detailKind
 
     /// What had the focus in here has gone.
     signal focusLost()
 
     /// Presses the prominent button of what is shown.
     function pressMain() {
-        for (const face of [one, several]) {
-            if (face.isWanted && face.item)
-                face.item.pressMain()
+        for (const page of [one, several]) {
+            if (page.isWanted && page.item)
+                page.item.pressMain()
         }
     }
 
@@ -25,9 +25,9 @@ FocusScope {
 
     onShownChanged: {
         const hadFocus = activeFocus
-        for (const face of [one, several]) {
-            if (face.item)
-                face.item.forget()
+        for (const page of [one, several]) {
+            if (page.item)
+                page.item.forget()
         }
         if (hadFocus)
             focusLost()
@@ -43,7 +43,7 @@ FocusScope {
         running: true
         onTriggered: one.active = several.active = true
     }
-    component Face: Loader {
+    component Page: Loader {
         required property int kind
         readonly property bool isWanted: root.app.detailKind === kind
 
@@ -52,7 +52,7 @@ FocusScope {
         active: kind === WindowModel.Empty
         onIsWantedChanged: if (isWanted) active = true
     }
-    Face {
+    Page {
         kind: WindowModel.Empty
         sourceComponent: EmptyState {
             objectName: "detailEmpty"
@@ -63,14 +63,18 @@ FocusScope {
                          : "Ne olduğunu, silinirse ne olacağını ve nasıl temizleyebileceğini burada göreceksin."
         }
     }
-    Face {
+    Page {
         id: one
         kind: WindowModel.One
-        sourceComponent: DetailView { app: root.app }
+        sourceComponent: DetailView {
+            detail: root.app.detail
+            actions: root.app.actions
+            analysis: root.app.analysis
+        }
     }
-    Face {
+    Page {
         id: several
         kind: WindowModel.Several
-        sourceComponent: MultiSelectionView { app: root.app }
+        sourceComponent: MultiSelectionView { several: root.app.several }
     }
 }

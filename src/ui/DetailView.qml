@@ -6,17 +6,18 @@ import Ulvak
 ScrollColumn {
     id: root
 
-    required property WindowModel app
-    readonly property DetailModel detail: app.detail
+    required property DetailModel detail
+    required property ActionsModel actions
+    required property AnalysisModel analysis
 
     function pressMain() {
-        actions.pressMain()
+        buttons.pressMain()
     }
 
     /// Nothing that was begun with one finding goes on with the next.
     function forget() {
         startOver()
-        actions.forget()
+        buttons.forget()
         model.forget()
     }
 
@@ -80,14 +81,16 @@ ScrollColumn {
         Layout.fillWidth: true
     }
     DetailActions {
-        id: actions
-        app: root.app
+        id: buttons
+        detail: root.detail
+        actions: root.actions
         Layout.fillWidth: true
     }
     ModelSection {
         id: model
         visible: root.detail.showsModel
-        app: root.app
+        detail: root.detail
+        analysis: root.analysis
         Layout.fillWidth: true
     }
     DetailContents {

@@ -6,17 +6,14 @@ import Ulvak
 ColumnLayout {
     id: root
 
-    required property RecordList segments
-    required property string usedText
-    required property string freeText
-    required property bool isLow
+    required property DiskModel disk
     /// What the bar lies on.
     property color surface: Theme.window
 
     spacing: Theme.spaceS
 
     Accessible.role: Accessible.Graphic
-    Accessible.name: usedText + ", " + freeText
+    Accessible.name: disk.usedText + ", " + disk.freeText
 
     Rectangle {
         id: bar
@@ -31,7 +28,7 @@ ColumnLayout {
             spacing: 1
 
             Repeater {
-                model: root.segments
+                model: root.disk.segments
 
                 Rectangle {
                     id: part
@@ -69,7 +66,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Text {
             objectName: "used"
-            text: root.usedText
+            text: root.disk.usedText
             textFormat: Text.PlainText
             color: Theme.secondary
             font.pixelSize: Theme.caption
@@ -80,9 +77,9 @@ ColumnLayout {
         Text {
             objectName: "free"
             Layout.alignment: Qt.AlignTop
-            text: root.freeText
+            text: root.disk.freeText
             textFormat: Text.PlainText
-            color: root.isLow ? Theme.red : Theme.secondary
+            color: root.disk.isLow ? Theme.red : Theme.secondary
             font.pixelSize: Theme.caption
         }
     }

@@ -7,8 +7,8 @@ Item {
     id: root
 
     required property WindowModel app
-    readonly property bool isScanning: app.phase === WindowModel.Scanning
-    readonly property bool isEmpty: app.findings.count === 0
+    readonly property bool isScanning: app.scan.phase === ScanModel.Scanning
+    readonly property bool isEmpty: app.list.rows.count === 0
 
     /// Asked for by the Delete key: the prominent button of the detail column.
     signal deleteRequested()
@@ -35,7 +35,7 @@ Item {
                 PlainText {
                     id: title
                     objectName: "listTitle"
-                    text: root.app.listTitle
+                    text: root.app.list.title
                     font.pixelSize: Theme.title2
                     font.weight: Font.DemiBold
                     wrapMode: Text.Wrap
@@ -45,7 +45,7 @@ Item {
                 PlainText {
                     objectName: "listSubtitle"
                     visible: text !== ""
-                    text: root.app.listSubtitle
+                    text: root.app.list.subtitle
                     color: Theme.secondary
                     font.pixelSize: Theme.caption
                     wrapMode: Text.Wrap
@@ -55,14 +55,14 @@ Item {
             PushButton {
                 id: analyze
                 objectName: "analyzeList"
-                visible: root.app.offersBatch
-                enabled: !root.app.isBatchRunning
+                visible: root.app.list.offersBatch
+                enabled: !root.app.analysis.isBatchRunning
                 text: "Analiz Et"
                 symbol: "apple.intelligence"
                 onClicked: {
                     // It cannot be used while they are analysed; the rows show how that goes.
                     rows.forceActiveFocus(reasonToHandOn)
-                    root.app.analyzeAllUncertain()
+                    root.app.analysis.analyzeAllUncertain()
                 }
                 ToolTipText {
                     visible: analyze.hovered
@@ -101,12 +101,12 @@ Item {
     Component {
         id: empty
         EmptyState {
-            readonly property levelInfo about: root.app.listLevel
+            readonly property levelInfo about: root.app.list.about
             objectName: "listEmpty"
             symbol: about.symbol
             tint: Theme.named(about.color)
-            title: root.app.phase === WindowModel.Idle ? "Henüz tarama yapılmadı" : "Burada bir şey yok"
-            description: root.app.phase === WindowModel.Idle ? "Başlamak için Tara'ya bas." : about.summary
+            title: root.app.scan.phase === ScanModel.Idle ? "Henüz tarama yapılmadı" : "Burada bir şey yok"
+            description: root.app.scan.phase === ScanModel.Idle ? "Başlamak için Tara'ya bas." : about.summary
         }
     }
     Component {

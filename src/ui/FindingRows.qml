@@ -8,7 +8,7 @@ ListView {
 
     required property WindowModel app
     property string typed: ""
-    readonly property FindingSelection selection: app.selection
+    readonly property FindingSelection selection: app.list.selection
 
     signal deleteRequested()
 
@@ -39,13 +39,13 @@ ListView {
     function type(letters: string) {
         typed += letters
         typing.restart()
-        const row = app.rowBeginning(typed, selection.currentRow + (typed.length > 1 ? 0 : 1))
+        const row = app.list.rowBeginning(typed, selection.currentRow + (typed.length > 1 ? 0 : 1))
         if (row >= 0)
             goTo(row, Qt.NoModifier)
     }
 
     objectName: "rows"
-    model: app.findings
+    model: app.list.rows
     clip: true
     focus: true
     activeFocusOnTab: true
@@ -61,7 +61,7 @@ ListView {
     currentIndex: -1
 
     Accessible.role: Accessible.List
-    Accessible.name: app.listTitle
+    Accessible.name: app.list.title
 
     Keys.onPressed: event => {
         const current = Math.max(0, root.selection.currentRow)
@@ -99,7 +99,7 @@ ListView {
 
     header: PlainText {
         width: ListView.view ? ListView.view.width - 2 * Theme.spaceM : implicitWidth
-        text: root.app.listLevel.summary
+        text: root.app.list.about.summary
         color: Theme.secondary
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap

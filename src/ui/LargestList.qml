@@ -21,12 +21,12 @@ ColumnLayout {
         Layout.fillWidth: true
 
         Repeater {
-            model: root.app.largest
+            model: root.app.summary.largest
 
             LargestRow {
                 required property int index
                 objectName: "largest-" + index
-                isLast: index === root.app.largest.count - 1
+                isLast: index === root.app.summary.largest.count - 1
                 onClicked: root.app.showLevel(level)
                 width: parent.width
             }

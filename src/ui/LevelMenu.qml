@@ -5,22 +5,22 @@ import Ulvak
 MenuPanel {
     id: root
 
-    required property WindowModel app
-    required property string token
+    required property ActionsModel actions
+    required property string findingId
     property bool canReset: false
 
     title: "Etiketi Değiştir"
 
     // Made with the menu: lines that a repeater makes later come after those that are there.
     Repeater {
-        model: root.app.levelChoices
+        model: root.actions.levels
         MenuLine {
             required property int level
             required property string name
             required property string title
             objectName: "level-" + name
             text: title
-            onTriggered: root.app.setLevel(level, root.token)
+            onTriggered: root.actions.setLevel(level, root.findingId)
         }
     }
     MenuRule {
@@ -31,6 +31,6 @@ MenuPanel {
         visible: root.canReset
         height: visible ? implicitHeight : 0
         text: "İlk etikete dön"
-        onTriggered: root.app.resetVerdict(root.token)
+        onTriggered: root.actions.resetVerdict(root.findingId)
     }
 }

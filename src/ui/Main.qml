@@ -15,7 +15,7 @@ ApplicationWindow {
     property bool reducedMotion: false
 
     objectName: "main"
-    title: app.isOverview ? "Ulvak" : app.listTitle
+    title: app.isOverview ? "Ulvak" : app.list.title
     width: 1320
     height: 840
     minimumWidth: 1000
@@ -37,8 +37,8 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Ctrl+R"]
-        enabled: root.app.phase !== WindowModel.Scanning
-        onActivated: root.app.scan()
+        enabled: root.app.scan.phase !== ScanModel.Scanning
+        onActivated: root.app.scan.start()
     }
     Shortcut {
         sequences: [StandardKey.Quit, StandardKey.Close]

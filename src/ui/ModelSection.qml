@@ -8,8 +8,8 @@ import Ulvak
 Rectangle {
     id: root
 
-    required property WindowModel app
-    readonly property DetailModel detail: app.detail
+    required property DetailModel detail
+    required property AnalysisModel analysis
 
     function forget() {
         note.text = ""  // and with it what could be undone
@@ -51,9 +51,9 @@ Rectangle {
         }
         PlainText {
             objectName: "sectionText"
-            text: root.app.isModelAvailable
+            text: root.analysis.isAvailable
                   ? "Apple Intelligence bu klasörün içeriğine, dosya türlerine, tarihlerine ve hangi uygulamaya ait olduğuna bakıp bir yorum yapar. Her şey cihazında işlenir."
-                  : root.app.modelMessage
+                  : root.analysis.message
             color: Theme.secondary
             font.pixelSize: Theme.caption
             wrapMode: Text.Wrap
@@ -63,7 +63,7 @@ Rectangle {
         TextArea {
             id: note
             objectName: "note"
-            visible: root.app.isModelAvailable
+            visible: root.analysis.isAvailable
             color: Theme.text
             font.pixelSize: Theme.body
             wrapMode: TextArea.Wrap
@@ -114,7 +114,7 @@ Rectangle {
             id: ask
             property int pressedBy: Qt.TabFocusReason
             objectName: "analyze"
-            visible: root.app.isModelAvailable
+            visible: root.analysis.isAvailable
             enabled: !root.detail.isAnalyzing
             busy: root.detail.isAnalyzing
             text: root.detail.analyzeText
@@ -130,12 +130,12 @@ Rectangle {
             }
             onClicked: {
                 pressedBy = reasonToHandOn
-                root.app.analyze(root.detail.token, note.text)
+                root.analysis.analyze(root.detail.findingId, note.text)
             }
         }
         PlainText {
             objectName: "modelWarning"
-            visible: root.app.isModelAvailable && root.detail.showsModelWarning
+            visible: root.analysis.isAvailable && root.detail.showsModelWarning
             text: "Apple Intelligence yanılabilir. Önemli olabilecek şeyleri silmeden önce Finder'da bir göz at."
             color: Theme.secondary
             font.pixelSize: Theme.caption

@@ -6,9 +6,9 @@ import Ulvak
 RowLayout {
     id: root
 
-    required property WindowModel app
+    required property AnalysisModel analysis
 
-    visible: app.modelMessage !== ""
+    visible: analysis.message !== ""
     spacing: Theme.spaceS
 
     Symbol {
@@ -19,18 +19,18 @@ RowLayout {
     }
     PlainText {
         objectName: "modelMessage"
-        text: root.app.modelMessage
+        text: root.analysis.message
         color: Theme.secondary
         font.pixelSize: Theme.callout
         wrapMode: Text.Wrap
         Layout.fillWidth: true
-        Accessible.description: root.app.modelHint
+        Accessible.description: root.analysis.hint
 
         HoverHandler { id: hover }
         ToolTipText {
             objectName: "modelHint"
-            visible: hover.hovered && root.app.modelHint !== ""
-            text: root.app.modelHint
+            visible: hover.hovered && root.analysis.hint !== ""
+            text: root.analysis.hint
         }
     }
 }

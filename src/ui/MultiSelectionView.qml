@@ -6,8 +6,7 @@ import Ulvak
 ScrollColumn {
     id: root
 
-    required property WindowModel app
-    readonly property MultiSelectionModel several: app.several
+    required property MultiSelectionModel several
 
     function pressMain() {
         if (clean.enabled)
@@ -87,7 +86,7 @@ ScrollColumn {
         symbol: "trash"
         prominent: true
         Layout.maximumWidth: parent.width
-        onClicked: root.several.asksFirst ? confirm.ask() : root.app.cleanSelected()
+        onClicked: root.several.asksFirst ? confirm.ask() : root.several.clean()
     }
 
     ConfirmDialog {
@@ -104,6 +103,6 @@ ScrollColumn {
         message: ""
         confirmText: ""
         destructive: true
-        onConfirmed: root.app.cleanAsked()
+        onConfirmed: root.several.cleanAsked()
     }
 }

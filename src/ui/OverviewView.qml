@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak
 
-/// The content column for the summary: one face for each phase.
+/// The content column for the summary: one page for each phase.
 ScrollColumn {
     id: root
 
@@ -15,24 +15,26 @@ ScrollColumn {
 
     Loader {
         focus: true
-        sourceComponent: root.app.phase === WindowModel.Idle ? welcome : root.app.phase === WindowModel.Scanning ? scanning : results
+        sourceComponent: root.app.scan.phase === ScanModel.Idle ? welcome : root.app.scan.phase === ScanModel.Scanning ? scanning : results
         onSourceComponentChanged: root.contentY = 0
         Layout.fillWidth: true
     }
 
     Component {
         id: welcome
-        WelcomeFace {
-            app: root.app
+        WelcomePage {
+            disk: root.app.disk
+            scan: root.app.scan
+            analysis: root.app.analysis
             onScanBegun: reason => root.scanBegun(reason)
         }
     }
     Component {
         id: scanning
-        ScanningFace { app: root.app }
+        ScanningPage { scan: root.app.scan }
     }
     Component {
         id: results
-        ResultsFace { app: root.app }
+        ResultsPage { app: root.app }
     }
 }

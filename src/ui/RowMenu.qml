@@ -6,13 +6,13 @@ MenuPanel {
     id: root
 
     required property WindowModel app
-    property string token: ""
+    property string findingId: ""
     property rowMenuInfo about
     property rowMenuInfo now  ///< the same while the menu is open
 
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
-        token = finding
-        about = app.menuInfo(finding)
+        findingId = finding
+        about = app.list.menuInfo(finding)
         now = about
         if (!about.isThere)
             return
@@ -23,36 +23,35 @@ MenuPanel {
     objectName: "rowMenu"
 
     Connections {
-        target: root.app
-        function onCleaningChanged() { root.now = root.app.menuInfo(root.token) }
+        target: root.app.list
         // Nothing here would do anything for a finding that has gone.
-        function onFindingsChanged() {
-            root.now = root.app.menuInfo(root.token)
+        function onMenuInfoChanged() {
+            root.now = root.app.list.menuInfo(root.findingId)
             if (!root.now.isThere)
                 root.close()
         }
     }
     Repeater {
-        model: root.app.actions
+        model: root.app.actions.others
         MenuLine {
             required property string name
             required property string title
             objectName: name
             text: title
-            onTriggered: root.app.perform(name, root.token)
+            onTriggered: root.app.actions.perform(name, root.findingId)
         }
     }
     MenuLine {
         objectName: "analyze"
-        visible: root.app.isModelAvailable
+        visible: root.app.analysis.isAvailable
         height: visible ? implicitHeight : 0
         text: "Apple Intelligence ile Analiz Et"
-        onTriggered: root.app.analyze(root.token, "")
+        onTriggered: root.app.analysis.analyze(root.findingId, "")
     }
     LevelMenu {
         objectName: "levelMenu"
-        app: root.app
-        token: root.token
+        actions: root.app.actions
+        findingId: root.findingId
         canReset: root.about.canReset
     }
     MenuRule {
@@ -64,6 +63,6 @@ MenuPanel {
         height: visible ? implicitHeight : 0
         enabled: !root.now.isCleaning
         text: "Çöp Kutusuna Taşı"
-        onTriggered: root.app.moveToTrash(root.token)
+        onTriggered: root.app.actions.moveToTrash(root.findingId)
     }
 }

@@ -16,7 +16,7 @@ FocusScope {
     }
 
     function step(by: int) {
-        app.sidebarRow = Math.max(0, Math.min(app.levels.count, app.sidebarRow + by))
+        app.sidebarRow = Math.max(0, Math.min(app.summary.levels.count, app.sidebarRow + by))
     }
 
     objectName: "sidebar"
@@ -31,7 +31,7 @@ FocusScope {
         if (event.key === Qt.Key_Home)
             root.app.sidebarRow = 0
         else if (event.key === Qt.Key_End)
-            root.app.sidebarRow = root.app.levels.count
+            root.app.sidebarRow = root.app.summary.levels.count
         else if (event.key === Qt.Key_Space && event.modifiers & Qt.ControlModifier)
             root.app.sidebarRow = -1
         else
@@ -77,7 +77,7 @@ FocusScope {
             }
             Repeater {
                 objectName: "levels"
-                model: root.app.levels
+                model: root.app.summary.levels
 
                 SidebarRow {
                     required property int index
@@ -87,7 +87,7 @@ FocusScope {
                     readonly property int row: index + 1
                     objectName: "row-" + name
                     tint: Theme.named(color)
-                    trailing: root.app.phase === WindowModel.Done ? sizeText : ""
+                    trailing: root.app.scan.phase === ScanModel.Done ? sizeText : ""
                     selected: root.app.sidebarRow === row
                     focused: selected && root.activeFocus && root.Window.active
                     onSelectedChanged: if (selected) list.reveal(this)
@@ -99,21 +99,21 @@ FocusScope {
         }
         ColumnLayout {
             objectName: "diskBlock"
-            visible: root.app.hasDisk
+            visible: root.app.disk.isKnown
             spacing: Math.round(6 * Theme.u)
             Layout.fillWidth: true
             Layout.margins: Math.round(12 * Theme.u)
 
             ProgressLine {
                 objectName: "diskProgress"
-                value: root.app.usedFraction
-                tint: root.app.isDiskLow ? Theme.red : Theme.accent
+                value: root.app.disk.usedFraction
+                tint: root.app.disk.isLow ? Theme.red : Theme.accent
                 Accessible.name: "Kullanılan alan"
                 Layout.fillWidth: true
             }
             PlainText {
                 objectName: "diskText"
-                text: root.app.diskText
+                text: root.app.disk.text
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
                 wrapMode: Text.Wrap

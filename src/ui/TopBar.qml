@@ -6,7 +6,7 @@ import Ulvak
 Rectangle {
     id: root
 
-    required property WindowModel app
+    required property ScanModel scan
 
     function openMenu() {
         menu.openFromKeyboard(true)
@@ -38,11 +38,11 @@ Rectangle {
         PushButton {
             id: scanButton
             objectName: "scan"
-            text: root.app.scanButtonText
-            symbol: root.app.phase === WindowModel.Scanning ? "stop.fill" : "arrow.clockwise"
-            onClicked: root.app.phase === WindowModel.Scanning ? root.app.cancelScan() : root.app.scan()
+            text: root.scan.buttonText
+            symbol: root.scan.phase === ScanModel.Scanning ? "stop.fill" : "arrow.clockwise"
+            onClicked: root.scan.phase === ScanModel.Scanning ? root.scan.cancel() : root.scan.start()
             ToolTipText {
-                visible: scanButton.hovered && root.app.phase !== WindowModel.Scanning
+                visible: scanButton.hovered && root.scan.phase !== ScanModel.Scanning
                 text: "Tara (Ctrl+R)"
             }
         }
@@ -69,8 +69,8 @@ Rectangle {
                     objectName: "menuScan"
                     text: "Tara"
                     shortcut: "Ctrl+R"
-                    enabled: root.app.phase !== WindowModel.Scanning
-                    onTriggered: root.app.scan()
+                    enabled: root.scan.phase !== ScanModel.Scanning
+                    onTriggered: root.scan.start()
                 }
                 MenuRule {}
                 MenuLine {

@@ -6,16 +6,16 @@ import Ulvak
 ConfirmDialog {
     id: root
 
-    required property WindowModel app
+    required property TrashModel trash
     property string asked: ""
 
     function follow() {
-        if (app.trashQuestionId === "") {
+        if (trash.questionId === "") {
             close()
             return
         }
-        asked = app.trashQuestionId
-        message = app.trashQuestion
+        asked = trash.questionId
+        message = trash.question
         open()
     }
 
@@ -25,16 +25,16 @@ ConfirmDialog {
     confirmText: "Hepsini Boşalt"
     destructive: true
 
-    onConfirmed: app.emptyTrashAsAsked(asked)
+    onConfirmed: trash.emptyAsAsked(asked)
     // Without motion it is closed before the answer is told.
     onClosed: {
         const answered = asked
-        Qt.callLater(() => app.dismissTrashQuestion(answered))
+        Qt.callLater(() => trash.dismissQuestion(answered))
     }
     Component.onCompleted: follow()
 
     Connections {
-        target: root.app
-        function onTrashQuestionChanged() { root.follow() }
+        target: root.trash
+        function onQuestionChanged() { root.follow() }
     }
 }

@@ -47,8 +47,8 @@ const Finding& DetailModel::shownFinding() const {
     return finding_ ? *finding_ : nothing;
 }
 
-QString DetailModel::token() const {
-    return tokenOf(shownFinding().id);
+QString DetailModel::findingId() const {
+    return idText(shownFinding().id);
 }
 
 QString DetailModel::title() const {

@@ -15,7 +15,7 @@ namespace ulvak {
 /// Threads: the UI thread only.
 class DetailModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString token READ token NOTIFY changed FINAL)
+    Q_PROPERTY(QString findingId READ findingId NOTIFY changed FINAL)
     Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
     Q_PROPERTY(ulvak::LevelInfo level READ level NOTIFY changed FINAL)
     Q_PROPERTY(QString sourceLabel READ sourceLabel NOTIFY changed FINAL)
@@ -66,7 +66,7 @@ public:
     void setFinding(FindingPointer finding);
     [[nodiscard]] const FindingPointer& finding() const { return finding_; }
 
-    [[nodiscard]] QString token() const;
+    [[nodiscard]] QString findingId() const;
     [[nodiscard]] QString title() const;
     [[nodiscard]] LevelInfo level() const;
     [[nodiscard]] QString sourceLabel() const;

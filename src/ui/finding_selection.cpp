@@ -1,6 +1,7 @@
 #include "ui/finding_selection.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -14,7 +15,8 @@ bool has(int modifiers, Qt::KeyboardModifier key) {
 
 }  // namespace
 
-FindingSelection::FindingSelection(FindingListModel& rows, QObject* parent) : QObject(parent), rows_(rows) {
+FindingSelection::FindingSelection(const AppModel& app, FindingListModel& rows, QObject* parent)
+    : QObject(parent), app_(app), rows_(rows) {
     connect(&rows, &FindingListModel::followed, this, &FindingSelection::followRows);
 }
 
@@ -112,19 +114,45 @@ void FindingSelection::keepWhatHasRows() {
 }
 
 void FindingSelection::followRows() {
-    if (rows_.removed().empty())
+    if (rows_.removed().empty()) {
         keepWhatHasRows();
-    for (const FindingPointer& finding : rows_.removed())
-        ids_.erase(finding->id);
+        collect();
+    } else {
+        dropRemoved();
+    }
     if (rows_.rowOf(anchor_) < 0)
         anchor_.clear();
     // The focus passes to the row that is there now.
     if (currentRow() < 0)
         current_ = idAt(std::min(place_, rows_.count() - 1)).value_or(std::string());
-    notify();
+    tell();
+}
+
+void FindingSelection::dropRemoved() {
+    // Thousands may be selected, of which a few go at a time.
+    std::unordered_set<const Finding*> gone;
+    for (const FindingPointer& finding : rows_.removed()) {
+        ids_.erase(finding->id);
+        gone.insert(finding.get());
+    }
+    std::erase_if(findings_, [&](const FindingPointer& finding) { return gone.contains(finding.get()); });
+}
+
+void FindingSelection::collect() {
+    std::unordered_set<const Finding*> chosen;
+    for (const std::string& id : ids_)
+        chosen.insert(app_.finding(id).get());
+    findings_.clear();
+    std::ranges::copy_if(rows_.rows(), std::back_inserter(findings_),
+                         [&](const FindingPointer& finding) { return chosen.contains(finding.get()); });
 }
 
 void FindingSelection::notify() {
+    collect();
+    tell();
+}
+
+void FindingSelection::tell() {
     place_ = currentRow();
     rows_.setSelected(ids_);
     emit changed();

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "app/app_model.h"
 #include "app/finding_list_model.h"
 
 namespace ulvak {
@@ -21,10 +22,12 @@ class FindingSelection : public QObject {
 public:
     using Ids = std::set<std::string>;
 
-    /// `rows` outlives this object.
-    explicit FindingSelection(FindingListModel& rows, QObject* parent = nullptr);
+    /// `app` and its `rows` outlive this object.
+    FindingSelection(const AppModel& app, FindingListModel& rows, QObject* parent = nullptr);
 
     [[nodiscard]] const Ids& ids() const { return ids_; }
+    /// Those, in the order of the rows. Of two with one id the first counts, as for what is done with it.
+    [[nodiscard]] const Findings& findings() const { return findings_; }
     [[nodiscard]] int currentRow() const;
     /// Ids without a row are left out.
     void set(Ids ids);
@@ -48,10 +51,16 @@ private:
     void extendTo(int row, bool keepsOthers);
     void keepWhatHasRows();
     void followRows();
+    void dropRemoved();
+    void collect();
+    /// With `findings_` up to date.
+    void tell();
     void notify();
 
+    const AppModel& app_;
     FindingListModel& rows_;
     Ids ids_;
+    Findings findings_;
     std::string anchor_;   ///< from where Shift extends
     std::string current_;  ///< has the focus
     int place_ = -1;       ///< its row when somebody was told last

@@ -15,7 +15,7 @@ bool isRisky(const Finding& finding) {
 
 }  // namespace
 
-MultiSelectionModel::MultiSelectionModel(const AppModel& app, QObject* parent) : QObject(parent), app_(app) {
+MultiSelectionModel::MultiSelectionModel(AppModel& app, QObject* parent) : QObject(parent), app_(app) {
     connect(&app, &AppModel::cleaningChanged, this, &MultiSelectionModel::busyChanged);
 }
 
@@ -50,6 +50,15 @@ std::vector<std::string> MultiSelectionModel::cleanableIds() const {
             ids.push_back(finding->id);
     }
     return ids;
+}
+
+void MultiSelectionModel::clean() {
+    if (!asksFirst())
+        app_.clean(cleanableIds(), CleanMode::trash);
+}
+
+void MultiSelectionModel::cleanAsked() {
+    app_.clean(takeAsked(), CleanMode::trash);
 }
 
 QString MultiSelectionModel::countText() const {

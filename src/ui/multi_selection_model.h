@@ -35,7 +35,7 @@ class MultiSelectionModel : public QObject {
     Q_PROPERTY(QString warning READ warning NOTIFY changed FINAL)
 public:
     /// `app` outlives this object.
-    explicit MultiSelectionModel(const AppModel& app, QObject* parent = nullptr);
+    explicit MultiSelectionModel(AppModel& app, QObject* parent = nullptr);
 
     void setItems(Findings items);
     [[nodiscard]] const Findings& items() const { return items_; }
@@ -49,6 +49,10 @@ public:
     /// Keeps them as what the user is asked about, whatever is selected when the answer comes. Here and not
     /// in a view: what a view keeps of a list may be the list as it is by then.
     Q_INVOKABLE void ask() { asked_ = cleanableIds(); }
+    /// All of them to the Trash, one after the other, unless it is to be asked first.
+    Q_INVOKABLE void clean();
+    /// The same for those that were asked about last.
+    Q_INVOKABLE void cleanAsked();
     /// Once for each time that was asked.
     [[nodiscard]] std::vector<std::string> takeAsked() { return std::exchange(asked_, {}); }
     [[nodiscard]] bool canClean() const;
@@ -75,7 +79,7 @@ private:
     void count(const Finding& finding);
     void countLevels();
 
-    const AppModel& app_;
+    AppModel& app_;
     Findings items_;
     std::vector<std::string> asked_;
     Sums sums_;

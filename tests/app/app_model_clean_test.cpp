@@ -79,7 +79,7 @@ protected:
         return platform::FileError{.code = {ENOSPC, std::generic_category()}, .path = path};
     }
     void letRun(const std::string& application) {
-        services.runningApps = [application](std::span<const std::string> among) {
+        services.runningAmong = [application](std::span<const std::string> among) {
             AppServices::Names running;
             for (const std::string& name : among) {
                 if (name == application)
@@ -160,7 +160,7 @@ TEST_F(AppModelClean, WhatARunningApplicationUsesStaysAndTheRestGoes) {
 }
 
 TEST_F(AppModelClean, AllRunningApplicationsAreNamedInTheirOrder) {
-    services.runningApps = [](std::span<const std::string> among) {
+    services.runningAmong = [](std::span<const std::string> among) {
         return AppServices::Names(among.begin(), among.end());
     };
     startWith({usedBy("/1", {"Tarayıcı", "Posta", "Takvim"})});
@@ -337,7 +337,7 @@ TEST_F(AppModelClean, TwoRemovalsTakeTurns) {
 }
 
 TEST_F(AppModelClean, WhatAScanReplacedWhileApplicationsWereLookedAtIsCleanedAsItIsNow) {
-    services.runningApps = [gate = gate](std::span<const std::string> among) {
+    services.runningAmong = [gate = gate](std::span<const std::string> among) {
         gate->pass();
         return among[0] == "Yeni" ? AppServices::Names{"Yeni"} : AppServices::Names();
     };
@@ -357,7 +357,7 @@ TEST_F(AppModelClean, WhatAScanReplacedWhileApplicationsWereLookedAtIsCleanedAsI
 }
 
 TEST_F(AppModelClean, WhatIsGoneWhenTheApplicationsAreKnownIsNotCleaned) {
-    services.runningApps = [gate = gate](std::span<const std::string> among) {
+    services.runningAmong = [gate = gate](std::span<const std::string> among) {
         gate->pass();
         return AppServices::Names(among.begin(), among.end());
     };

@@ -16,7 +16,6 @@
 
 #include "app/app_world.h"
 #include "app/finding_action.h"
-#include "core/paths.h"
 
 namespace ulvak {
 namespace {
@@ -600,7 +599,7 @@ private:
 
 TEST_P(AppModelThreads, ACallFromAnotherThreadEndsTheProgram) {
     start();
-    EXPECT_DEATH(callFromAnotherThread(GetParam()), "belongs to the thread of the user interface");
+    EXPECT_DEATH(callFromAnotherThread(GetParam()), "belongs to the UI thread");
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, AppModelThreads,

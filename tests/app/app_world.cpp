@@ -109,7 +109,7 @@ AppTest::AppTest() : stage_(std::make_shared<Stage>()) {
                                  const std::stop_token& stop) { return stage->run(progress, stop); },
         .aiStatus = [](const std::stop_token&) { return AIStatus{}; },
         .runningApplications = [] { return AppServices::Names(); },
-        .runningApps = [](std::span<const std::string>) { return AppServices::Names(); },
+        .runningAmong = [](std::span<const std::string>) { return AppServices::Names(); },
         .classify = [](const Finding&, std::string_view, std::span<const std::string>,
                        const std::stop_token&) -> AIClassifier::Result {
             return std::unexpected(AIClassifier::Error{AIClassifier::Failure::guardrail});

@@ -30,19 +30,19 @@ TEST(Shown, LinesStayLinesWithoutBlankOnesAtTheEnd) {
     EXPECT_EQ(shownLines(""), QString());
 }
 
-TEST(Token, EveryByteComesBack) {
+TEST(IdText, EveryByteComesBack) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte)
         all += static_cast<char>(byte);
-    EXPECT_EQ(idOf(tokenOf(all)), all);
-    EXPECT_EQ(idOf(tokenOf("")), "");
-    EXPECT_EQ(idOf(tokenOf("~/utf-8-de\xf0il-\xff\n/Şğ📦")), "~/utf-8-de\xf0il-\xff\n/Şğ📦");
+    EXPECT_EQ(idOf(idText(all)), all);
+    EXPECT_EQ(idOf(idText("")), "");
+    EXPECT_EQ(idOf(idText("~/utf-8-de\xf0il-\xff\n/Şğ📦")), "~/utf-8-de\xf0il-\xff\n/Şğ📦");
 }
 
-TEST(Token, TwoIdsThatAreShownAlikeStayTwo) {
+TEST(IdText, TwoIdsThatAreShownAlikeStayTwo) {
     EXPECT_EQ(shown("/a\xfe"), shown("/a\xff"));
-    EXPECT_NE(tokenOf("/a\xfe"), tokenOf("/a\xff"));
-    EXPECT_NE(tokenOf("/ö"), tokenOf("/o\u0308"));
+    EXPECT_NE(idText("/a\xfe"), idText("/a\xff"));
+    EXPECT_NE(idText("/ö"), idText("/o\u0308"));
 }
 
 }  // namespace

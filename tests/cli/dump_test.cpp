@@ -179,5 +179,17 @@ TEST(Dump, AbsentModelEndsTheOutputWithItsStatus) {
         "açabilirsin.\")\n");
 }
 
+TEST(Dump, WhatCanBeDoneAboutAnAbsentModelIsNoPartOfTheListing) {
+    ScriptedModel model({});
+    for (const char* hint : {"Sunucuyu\tbaşlat.", ""}) {
+        model.absent = platform::ModelAbsence{.detail = hint};
+        testing::internal::CaptureStderr();
+        const std::string text = answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model);
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_FALSE(text.contains("Sunucuyu"));
+        EXPECT_EQ(said, *hint != '\0' ? "Sunucuyu\uFFFDbaşlat.\n" : "");
+    }
+}
+
 }  // namespace
 }  // namespace ulvak

@@ -193,13 +193,13 @@ class Ending(DesktopTest):
 class Telling(DesktopTest):
     """What a screen reader is told, and where the Tab key leads."""
 
-    def check_controls(self, face):
+    def check_controls(self, page):
         """Every control has a name, and says that it can be used."""
         controls = [node for node in self.shown() if node.role in accessible.CONTROLS]
-        self.assertGreater(len(controls), 7, f"controls on the face {face}")
+        self.assertGreater(len(controls), 7, f"controls on the page {page}")
         for node in controls:
-            self.assertTrue(node.name.strip(), f"{face}: a {node.role} at {node.place} has a name")
-            self.assertIn("focusable", node.states, f"{face}: {node!r} can have the keyboard")
+            self.assertTrue(node.name.strip(), f"{page}: a {node.role} at {node.place} has a name")
+            self.assertIn("focusable", node.states, f"{page}: {node!r} can have the keyboard")
 
     def stops(self):
         """What Tab can lead to. Rows are reached by the arrow keys of their list; and of every text the toolkit says
@@ -210,24 +210,24 @@ class Telling(DesktopTest):
             if {"focusable", "enabled"} <= node.states and node.role not in reached_otherwise
         }
 
-    def check_round(self, face):
+    def check_round(self, page):
         """Tab comes to everything that says it can have the keyboard, and back to where it began."""
         start = wait_for("something has the keyboard", self.focused_stop)
         expected, reached = self.stops(), [start]
         while len(reached) < 60:
             before = reached[-1]
             self.press("Tab")
-            after = wait_for(f"{face}: the focus leaves {before!r}",
+            after = wait_for(f"{page}: the focus leaves {before!r}",
                              lambda: (node := self.focused_stop()) and node != before and node)
             expected |= self.stops()  # scrolled into view
             if after == start:
                 break
-            self.assertNotIn(after, reached, f"{face}: Tab goes round and not in a smaller circle")
+            self.assertNotIn(after, reached, f"{page}: Tab goes round and not in a smaller circle")
             reached.append(after)
         else:
-            self.fail(f"{face}: expected Tab to lead back to {start!r} within 60 steps")
+            self.fail(f"{page}: expected Tab to lead back to {start!r} within 60 steps")
         missed = expected - set(reached)
-        self.assertFalse(missed, f"{face}: expected Tab to reach these; it reached {reached}")
+        self.assertFalse(missed, f"{page}: expected Tab to reach these; it reached {reached}")
 
     def focused_stop(self):
         """What has the keyboard, the list and not its row."""
@@ -236,11 +236,11 @@ class Telling(DesktopTest):
     def selected(self):
         return [node.name.split(", ")[0] for node in self.shown() if "selected" in node.states]
 
-    def check(self, face):
-        self.check_controls(face)
-        self.check_round(face)
+    def check(self, page):
+        self.check_controls(page)
+        self.check_round(page)
 
-    def test_every_face(self):
+    def test_every_page(self):
         self.start()
         self.see(BUTTONS, "Taramayı Başlat")
         self.assertEqual(self.selected(), ["Özet"])

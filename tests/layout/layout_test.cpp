@@ -80,14 +80,19 @@ TEST(Layout, FoldersIncludeOnlyWhatStandsBelowThem) {
         {"platform", {}},
         {"core", {"platform"}},
         {"scan", {"platform", "core"}},
-        {"classify", {"platform", "core", "scan"}},
+        {"classify", {"platform", "core"}},
         {"survey", {"platform", "core", "scan", "classify"}},
         {"ai", {"platform", "core"}},
         {"store", {"platform", "core"}},
-        {"clean", {"platform", "core", "scan"}},
+        {"clean", {"platform", "core"}},
         {"cli", {"platform", "core", "scan", "survey", "ai"}},
         {"app", {"platform", "core", "scan", "survey", "ai", "store", "clean"}},
         {"ui", {"core", "app"}},
+    };
+    // What others take of the scan: what it yields, how it starts programs, and how it measures a Trash.
+    const std::map<std::string, std::set<std::string>> records = {
+        {"classify", {"scan/dir_node.h", "scan/linked_file.h"}},
+        {"clean", {"scan/shell.h", "scan/disk_walker.h"}},
     };
     const std::regex include(R"(#include "(([a-z_]+)/[^"]+)\")");
     for (const Source& source : sources({"src"})) {
@@ -100,7 +105,9 @@ TEST(Layout, FoldersIncludeOnlyWhatStandsBelowThem) {
              ++match) {
             const std::string file = (*match)[1];
             const std::string other = (*match)[2];
-            EXPECT_TRUE(other == folder || below.at(folder).contains(other))
+            const auto taken = records.find(folder);
+            EXPECT_TRUE(other == folder || below.at(folder).contains(other) ||
+                        (taken != records.end() && taken->second.contains(file)))
                 << source.path << " includes " << file;
         }
     }

@@ -531,9 +531,9 @@ TEST(EntryReader, IsUsedAgainForTheNextFolder) {
 TEST(EntryReader, PassesOverFoldersThatAreToBeLeftUntouched) {
     const TempTree tree({file("a"), folder("server"), link("l", "a"), file("b")});
     const Directory directory = opened(tree.path());
-    const NameSet untouched = {"server", "b", "absent"};
+    const NameSet excluded = {"server", "b", "absent"};
     EntryReader reader;
-    reader.start(directory, &untouched);
+    reader.start(directory, &excluded);
     EXPECT_THAT(names(rest(reader)), ElementsAre("a", "b", "l"))
         << "a file on which one is mounted is a file";
 

@@ -13,7 +13,6 @@
 #include <thread>
 #include <vector>
 
-#include "core/paths.h"
 #include "platform/directory.h"
 #include "platform/files.h"
 #include "support/isolation.h"

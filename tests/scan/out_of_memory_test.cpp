@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "scan/tree_walk.h"
-#include "support/environment.h"
 #include "support/failing_allocation.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"

@@ -10,7 +10,6 @@
 
 #include "platform/files.h"
 #include "support/environment.h"
-#include "support/isolation.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {

@@ -42,8 +42,8 @@ protected:
             forEachControl(child, visit);
     }
     /// Every visible text can be heard: it, what holds it or what stands beside it is told with its words.
-    void checkTold(const char* face) {
-        SCOPED_TRACE(face);
+    void checkTold(const char* page) {
+        SCOPED_TRACE(page);
         forEach(window->contentItem(), [&](QQuickItem* item) {
             const QString words = item->property("text").toString();
             const bool isShown = (item->inherits("QQuickText") || item->inherits("ulvak::FigureText")) &&
@@ -152,13 +152,13 @@ TEST_F(AccessibilityTest, EveryTextIsTold) {
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("card-safe")); }));
     checkTold("results");
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
     checkTold("one");
-    model->selection()->press(1, Qt::NoModifier);
+    model->list()->selection()->press(1, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("reason")); }));
     checkTold("none");
-    model->selection()->selectAll();
+    model->list()->selection()->selectAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
     checkTold("several");
     model->setSidebar(SidebarItem{SafetyLevel::keep});
@@ -182,11 +182,11 @@ TEST_F(AccessibilityTest, NoTextThatADiskOrAModelCanWriteIsMarkup) {
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
     EXPECT_GE(checkPlain(), 2);
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
     // Two in the row; title, explanation, note, model, content and place beside it.
     EXPECT_GE(checkPlain(), 8);
-    model->selection()->press(1, Qt::NoModifier);
+    model->list()->selection()->press(1, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("reason")); }));
     EXPECT_GE(checkPlain(), 3);
     stage.running = {mark};

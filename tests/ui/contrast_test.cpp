@@ -50,8 +50,8 @@ protected:
         settle();
     }
     /// How many texts there are, all of them legible.
-    int check(const char* face, const QQuickItem* root = nullptr) {
-        SCOPED_TRACE(face);
+    int check(const char* page, const QQuickItem* root = nullptr) {
+        SCOPED_TRACE(page);
         for (int turn = 0; turn < 3; ++turn)
             settle();
         picture_ = window->grabWindow();
@@ -149,7 +149,7 @@ TEST_P(ContrastTest, EveryTextOfListsAndDetailsIsLegible) {
     scanAll();
     for (const SafetyLevel level : allSafetyLevels) {
         model->setSidebar(SidebarItem{level});
-        model->selection()->press(0, Qt::NoModifier);
+        model->list()->selection()->press(0, Qt::NoModifier);
         ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("moveToTrash")); }));
         hover(item(QStringLiteral("moveToTrash")));
         EXPECT_GE(check(std::string(info(level).title).c_str()), 20);
@@ -157,7 +157,7 @@ TEST_P(ContrastTest, EveryTextOfListsAndDetailsIsLegible) {
         check("a plain button under the pointer");
     }
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->selectAll();
+    model->list()->selection()->selectAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("cleanSeveral")); }));
     hover(item(QStringLiteral("cleanSeveral")));
     check("several");
@@ -174,7 +174,7 @@ TEST_P(ContrastTest, EveryTextOfDialogsAndMenusIsLegible) {
     key(Qt::Key_Escape);
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("removePermanently")); }));
     click(QStringLiteral("removePermanently"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
@@ -188,7 +188,7 @@ TEST_P(ContrastTest, TheFieldForANoteHasAnEdge) {
     openIn(QString::fromLatin1(GetParam()));
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("note")); }));
     check("detail");
     const QQuickItem* note = item(QStringLiteral("note"));

@@ -175,7 +175,7 @@ TEST_F(DetailModelTest, WithoutAFindingNothingIsRead) {
     DetailModel& detail = *model->detail();
     detail.setFinding(nullptr);
     EXPECT_TRUE(detail.metadata()->records().empty());
-    EXPECT_TRUE(detail.token().isEmpty());
+    EXPECT_TRUE(detail.findingId().isEmpty());
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ TEST_F(DetailViewTest, AnotherSelectionTakesTheDialogAwayWithoutAnAction) {
     show({finding("/v/a", SafetyLevel::keep, 3), finding("/v/b", SafetyLevel::keep, 2)});
     click(QStringLiteral("moveToTrash"));
     waitForDialog("confirmTrash");
-    model->selection()->set({"/v/b"});
+    model->list()->selection()->set({"/v/b"});
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
     EXPECT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmTrash")); }));
     EXPECT_EQ(stage.count("clean"), 0);
@@ -302,7 +302,7 @@ TEST_F(DetailViewTest, AButtonHeldDownDoesNotActOnTheNextFinding) {
     const QPoint middle = button->mapToScene({button->width() / 2, button->height() / 2}).toPoint();
     QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, middle);
     ASSERT_TRUE(button->property("down").toBool());
-    model->selection()->set({"/v/b"});
+    model->list()->selection()->set({"/v/b"});
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
     settle();
     QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, middle);

@@ -35,7 +35,7 @@ protected:
     }
     std::string selected() {
         std::string names;
-        for (const std::string& id : model->selection()->ids())
+        for (const std::string& id : model->list()->selection()->ids())
             names += id.substr(3);
         return names;
     }
@@ -104,7 +104,7 @@ TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
     openScanned(QStringLiteral("safe"));
     EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
     openMenu(QStringLiteral("a"));
-    EXPECT_FALSE(model->menuInfo(QStringLiteral("/v/a")).canReset);
+    EXPECT_FALSE(model->list()->menuInfo(QStringLiteral("/v/a")).canReset);
     closeMenu();
     app->setLevel(SafetyLevel::safe, "/v/a");
     ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowBadge"); }));
@@ -336,7 +336,7 @@ TEST_F(FindingListTest, AnotherLevelsListBeginsAtItsTop) {
     click(QStringLiteral("row-caution"));
     settle();
     EXPECT_LE(scrolled(), 0);
-    EXPECT_NE(row(shown(model->findings()->at(0)->title)), nullptr);
+    EXPECT_NE(row(shown(model->list()->rows()->at(0)->title)), nullptr);
 }
 
 TEST_F(FindingListTest, AMenuGoesWithItsFindingAndNotWithAnother) {

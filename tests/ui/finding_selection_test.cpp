@@ -23,7 +23,7 @@ protected:
         model->setSidebar(SidebarItem{SafetyLevel::safe});
     }
 
-    FindingSelection& selection() { return *model->selection(); }
+    FindingSelection& selection() { return *model->list()->selection(); }
     std::string selected() {
         std::string numbers;
         for (const std::string& id : selection().ids())
@@ -104,25 +104,51 @@ TEST_F(FindingSelectionTest, AllAndNone) {
 TEST_F(FindingSelectionTest, StaysWithTheItemsWhenRowsGo) {
     selection().press(3, Qt::NoModifier);
     app->clean({"/v/0"}, CleanMode::trash);
-    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
+    ASSERT_TRUE(test::waitUntil([&] { return model->list()->rows()->count() == 4; }));
     EXPECT_EQ(selected(), "3");
     EXPECT_EQ(selection().currentRow(), 2);
+}
+
+TEST_F(FindingSelectionTest, HoldsTheFindingsInTheOrderOfTheRowsWhileSomeGoAndSomeChange) {
+    const auto held = [&] {
+        std::string numbers;
+        for (const FindingPointer& finding : selection().findings()) {
+            EXPECT_EQ(finding, app->finding(finding->id));
+            numbers += finding->id.back();
+        }
+        return numbers;
+    };
+    selection().selectAll();
+    selection().press(2, Qt::ControlModifier);
+    EXPECT_EQ(held(), "0134");
+    app->clean({"/v/3", "/v/2"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return model->list()->rows()->count() == 3; }));
+    EXPECT_EQ(held(), "014");
+    std::ranges::reverse(stage.result);
+    for (std::size_t index = 0; index < stage.result.size(); ++index)
+        stage.result[index].size = 2000 - static_cast<std::int64_t>(index);
+    scanAll();
+    EXPECT_EQ(held(), "410");
+    app->clean({"/v/4"}, CleanMode::trash);
+    ASSERT_TRUE(test::waitUntil([&] { return !app->finding("/v/4"); }));
+    EXPECT_EQ(held(), "10");
+    EXPECT_EQ(model->several()->items(), selection().findings());
 }
 
 TEST_F(FindingSelectionTest, TheFocusPassesToTheRowAfterOneThatGoes) {
     selection().press(2, Qt::NoModifier);
     app->clean({"/v/2"}, CleanMode::trash);
-    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
+    ASSERT_TRUE(test::waitUntil([&] { return model->list()->rows()->count() == 4; }));
     EXPECT_EQ(selected(), "");
     EXPECT_EQ(model->detailKind(), WindowModel::DetailKind::Empty);
     EXPECT_EQ(selection().currentRow(), 2);
-    EXPECT_EQ(model->findings()->at(selection().currentRow())->id, "/v/3");
+    EXPECT_EQ(model->list()->rows()->at(selection().currentRow())->id, "/v/3");
 }
 
 TEST_F(FindingSelectionTest, TheFocusPassesToTheNewLastRowWhenTheLastGoes) {
     selection().press(4, Qt::NoModifier);
     app->clean({"/v/4"}, CleanMode::trash);
-    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 4; }));
+    ASSERT_TRUE(test::waitUntil([&] { return model->list()->rows()->count() == 4; }));
     EXPECT_EQ(selection().currentRow(), 3);
 }
 
@@ -149,7 +175,7 @@ TEST_F(FindingSelectionTest, SoDoesWhatTheModelSays) {
     model->setSidebar(SidebarItem{SafetyLevel::unknown});
     selection().selectAll();
     app->analyze("/v/1", "");
-    ASSERT_TRUE(test::waitUntil([&] { return model->findings()->count() == 1; }));
+    ASSERT_TRUE(test::waitUntil([&] { return model->list()->rows()->count() == 1; }));
     EXPECT_EQ(selected(), "2");
 }
 
@@ -172,7 +198,7 @@ TEST_F(FindingSelectionTest, WhatMovesInTheListStaysSelectedAllTheTime) {
     for (std::size_t index = 0; index < stage.result.size(); ++index)
         stage.result[index].size = 2000 - static_cast<std::int64_t>(index);
     scanAll();
-    ASSERT_EQ(model->findings()->at(0)->id, "/v/4");
+    ASSERT_EQ(model->list()->rows()->at(0)->id, "/v/4");
     EXPECT_EQ(selected(), "13");
     EXPECT_EQ(selection().currentRow(), 1);
     EXPECT_FALSE(wasEverLess);
@@ -182,7 +208,7 @@ TEST_F(FindingSelectionTest, WhatComesBackIsNotSelected) {
     selection().press(1, Qt::NoModifier);
     app->setLevel(SafetyLevel::keep, "/v/1");
     app->resetVerdict("/v/1");
-    ASSERT_EQ(model->findings()->count(), 5);
+    ASSERT_EQ(model->list()->rows()->count(), 5);
     EXPECT_EQ(selected(), "");
     EXPECT_EQ(model->detailKind(), WindowModel::DetailKind::Empty);
 }
@@ -202,7 +228,7 @@ TEST_F(FindingSelectionTest, TheFocusMovesWithItsRow) {
     app->setLevel(SafetyLevel::keep, "/v/2");  // passes to the row of "/v/3"
     app->setLevel(SafetyLevel::keep, "/v/0");
     ASSERT_EQ(selection().currentRow(), 1);
-    EXPECT_EQ(model->findings()->at(1)->id, "/v/3");
+    EXPECT_EQ(model->list()->rows()->at(1)->id, "/v/3");
 }
 
 TEST_F(FindingSelectionTest, WhatHasNoRowCannotBeSelected) {
@@ -221,12 +247,12 @@ TEST_F(FindingSelectionTest, RowsThatAreNotThereAreIgnored) {
 }
 
 TEST_F(FindingSelectionTest, IdsNeedNotBeText) {
-    const QString token = tokenOf("/v/\xff");
+    const QString id = idText("/v/\xff");
     stage.result.push_back(finding("/v/\xff", SafetyLevel::safe));
     scanAll();
-    const FindingListModel& rows = *model->findings();
+    const FindingListModel& rows = *model->list()->rows();
     const QModelIndex row = rows.index(rows.rowOf("/v/\xff"));
-    EXPECT_EQ(rows.data(row, FindingListModel::idRole), token);
+    EXPECT_EQ(rows.data(row, FindingListModel::idRole), id);
     EXPECT_EQ(rows.data(row, FindingListModel::isSelectedRole), false);
     selection().set({"/v/\xff"});
     EXPECT_EQ(rows.data(row, FindingListModel::isSelectedRole), true);

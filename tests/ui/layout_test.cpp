@@ -54,7 +54,7 @@ QRectF painted(const QQuickItem& text) {
     return text.mapRectToScene(QRectF(left, 0, width, text.property("contentHeight").toDouble()));
 }
 
-/// Every face in the smallest window, with letters of the usual size and of twice that.
+/// Every page in the smallest window, with letters of the usual size and of twice that.
 class LayoutTest : public test::WindowTest, public testing::WithParamInterface<int> {
 protected:
     LayoutTest() {
@@ -95,8 +95,8 @@ protected:
             settle();
     }
     /// Every visible text is whole in its place: sideways in whatever cuts it, and in its button all round.
-    void check(const char* face) {
-        SCOPED_TRACE(face);
+    void check(const char* page) {
+        SCOPED_TRACE(page);
         place();
         checkBelow(*window->contentItem(), {.right = double(window->width()), .button = {}});
     }
@@ -206,12 +206,12 @@ TEST_P(LayoutTest, EveryListAndDetailIsWhole) {
     scanAll();
     for (const SafetyLevel level : displayedSafetyLevels()) {
         model->setSidebar(SidebarItem{level});
-        model->selection()->press(0, Qt::NoModifier);
+        model->list()->selection()->press(0, Qt::NoModifier);
         ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
         check(std::string(info(level).rawValue).c_str());
     }
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->selectAll();
+    model->list()->selection()->selectAll();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("multiSelection")); }));
     check("several");
     model->setSidebar(SidebarItem{});
@@ -222,7 +222,7 @@ TEST_P(LayoutTest, DialogsAndMenusAreWhole) {
     openSmall();
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("removePermanently")); }));
     QMetaObject::invokeMethod(item(QStringLiteral("removePermanently")), "activate");
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
@@ -285,7 +285,7 @@ TEST_P(LayoutTest, NamesOfEveryScriptBeginAtTheLeadingEdge) {
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
     check(1);
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->press(0, Qt::NoModifier);
+    model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
     check(6);  // title and place in the row and beside it, what it is, what lies in it
     click(QStringLiteral("removePermanently"));

@@ -176,7 +176,7 @@ TEST_F(MainWindowTest, AnotherRowOfTheSidebarEmptiesTheSelection) {
     click(row(QStringLiteral("keep")));
     EXPECT_EQ(text(QStringLiteral("detailTitle")), QStringLiteral("keep"));
     click(QStringLiteral("row-safe"));
-    EXPECT_TRUE(model->selection()->ids().empty());
+    EXPECT_TRUE(model->list()->selection()->ids().empty());
     EXPECT_TRUE(waitUntil([&] { return showsText(QStringLiteral("Bir öğe seç")); }));
     click(QStringLiteral("row-overview"));
     EXPECT_TRUE(waitUntil([&] { return showsText(QStringLiteral("Bir etiket seç")); }));

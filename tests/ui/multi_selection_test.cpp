@@ -90,7 +90,7 @@ TEST_F(MultiSelectionTest, CleansWhatWasAskedAboutWhateverBecomesOfTheSelection)
     ASSERT_EQ(text(QStringLiteral("severalCount")), QStringLiteral("2 öğe seçili"));
     click(QStringLiteral("cleanSeveral"));
     ASSERT_TRUE(waitUntil([&] { return isAsking(); }));
-    model->selection()->set({"/v/b", "/v/c"});
+    model->list()->selection()->set({"/v/b", "/v/c"});
     click(dialogItem("confirm"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
     EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/a", "clean trash /v/b"));
@@ -159,7 +159,7 @@ TEST_F(MultiSelectionTest, ReturnMovesToTheTrashButDeletesNoSimulator) {
     focus(QStringLiteral("cleanSeveral"));
     key(Qt::Key_Return);
     EXPECT_TRUE(app->cleaning().empty());
-    model->selection()->set({"/v/b", "/v/c"});
+    model->list()->selection()->set({"/v/b", "/v/c"});
     focus(QStringLiteral("cleanSeveral"));
     key(Qt::Key_Return);
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
@@ -218,8 +218,8 @@ TEST_F(MultiSelectionTest, WhatWasRelabelledOutOfTheListIsNotCleaned) {
 
 TEST_F(MultiSelectionTest, WhatIsToBeAskedAboutIsNotCleanedUnasked) {
     modelOf({finding("/v/a", SafetyLevel::caution), finding("/v/b", SafetyLevel::safe)});
-    model->cleanSelected();
-    model->cleanAsked();
+    model->several()->clean();
+    model->several()->cleanAsked();
     EXPECT_TRUE(app->cleaning().empty());
     EXPECT_EQ(stage.count("clean"), 0);
 }

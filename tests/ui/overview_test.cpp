@@ -109,7 +109,7 @@ TEST_F(OverviewTest, ReturnDoesNotEmptyTheTrashAndSpaceDoes) {
     focus(QStringLiteral("emptyTrash"));
     key(Qt::Key_Return);
     key(Qt::Key_Enter);
-    EXPECT_FALSE(model->isEmptyingTrash());
+    EXPECT_FALSE(model->trash()->isEmptying());
     key(Qt::Key_Space);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("freedBanner")); }));
     EXPECT_EQ(stage.count("empty"), 1);
@@ -352,7 +352,7 @@ TEST_F(OverviewTest, StaysWhereItIsWhenTheTrashHasBeenEmptied) {
     const auto top = [&] { return overview->property("contentY").toDouble(); };
     focus(QStringLiteral("emptyTrash"));
     overview->setProperty("contentY", 90);
-    model->emptyTrash();
+    model->trash()->empty();
     ASSERT_TRUE(waitUntil([&] { return !shows(QStringLiteral("emptyTrash")); }));
     settle();
     EXPECT_EQ(top(), 90);

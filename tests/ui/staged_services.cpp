@@ -55,7 +55,7 @@ AppServices StagedServices::services() {
         return status;
     };
     services.runningApplications = [] { return std::vector<std::string>(); };
-    services.runningApps = [this](std::span<const std::string>) { return running; };
+    services.runningAmong = [this](std::span<const std::string>) { return running; };
     services.classify = [this](const Finding& finding, std::string_view text, std::span<const std::string>,
                                const std::stop_token&) -> AIClassifier::Result {
         note("classify " + finding.id + " " + std::string(text));

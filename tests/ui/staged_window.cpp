@@ -103,7 +103,7 @@ void WindowTest::openScanned(const QString& level) {
     ASSERT_TRUE(waitUntil([&] {
         if (level.isEmpty())
             return shows(QStringLiteral("card-safe"));
-        const FindingPointer first = model->findings()->at(0);
+        const FindingPointer first = model->list()->rows()->at(0);
         return shows(QStringLiteral("findingList")) && (!first || row(shown(first->title)) != nullptr);
     }));
 }

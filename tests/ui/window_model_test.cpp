@@ -35,9 +35,9 @@ TEST_F(WindowModelTest, BeginsWithTheSummaryAndNothingSelected) {
     start();
     EXPECT_EQ(model->sidebar(), SidebarItem{});
     EXPECT_TRUE(model->isOverview());
-    EXPECT_TRUE(model->selection()->ids().empty());
-    EXPECT_EQ(model->phase(), WindowModel::Phase::Idle);
-    EXPECT_EQ(model->scanButtonText(), QStringLiteral("Tara"));
+    EXPECT_TRUE(model->list()->selection()->ids().empty());
+    EXPECT_EQ(model->scan()->phase(), ScanModel::Phase::Idle);
+    EXPECT_EQ(model->scan()->buttonText(), QStringLiteral("Tara"));
     EXPECT_EQ(stage.count("scan"), 0);
 }
 
@@ -45,9 +45,9 @@ TEST_F(WindowModelTest, LaunchOpensALevelAndScans) {
     start();
     model->launch({QStringLiteral("--level=keep"), QStringLiteral("--autoscan")});
     EXPECT_EQ(model->sidebar(), SidebarItem{SafetyLevel::keep});
-    EXPECT_EQ(model->listTitle(), QStringLiteral("Dokunma"));
-    EXPECT_EQ(model->phase(), WindowModel::Phase::Scanning);
-    EXPECT_TRUE(waitUntil([&] { return model->phase() == WindowModel::Phase::Done; }));
+    EXPECT_EQ(model->list()->title(), QStringLiteral("Dokunma"));
+    EXPECT_EQ(model->scan()->phase(), ScanModel::Phase::Scanning);
+    EXPECT_TRUE(waitUntil([&] { return model->scan()->phase() == ScanModel::Phase::Done; }));
 }
 
 TEST_F(WindowModelTest, LaunchKnowsRawValuesToTheLetter) {
@@ -69,43 +69,43 @@ TEST_F(WindowModelTest, SelectsTheFirstAfterEachScanOfALevel) {
     start();
     model->launch(
         {QStringLiteral("--level=keep"), QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
-    ASSERT_TRUE(waitUntil([&] { return model->phase() == WindowModel::Phase::Done; }));
-    EXPECT_THAT(model->selection()->ids(), testing::ElementsAre("/v/b"));
-    model->selection()->set({"/v/a"});
+    ASSERT_TRUE(waitUntil([&] { return model->scan()->phase() == ScanModel::Phase::Done; }));
+    EXPECT_THAT(model->list()->selection()->ids(), testing::ElementsAre("/v/b"));
+    model->list()->selection()->set({"/v/a"});
     scanAll();
-    EXPECT_THAT(model->selection()->ids(), testing::ElementsAre("/v/b"));
+    EXPECT_THAT(model->list()->selection()->ids(), testing::ElementsAre("/v/b"));
 }
 
 TEST_F(WindowModelTest, SelectsNothingOnTheSummaryOrInAnEmptyList) {
     stage.result = {finding("/v/b", SafetyLevel::keep)};
     start();
     model->launch({QStringLiteral("--autoscan"), QStringLiteral("--select-first")});
-    ASSERT_TRUE(waitUntil([&] { return model->phase() == WindowModel::Phase::Done; }));
-    EXPECT_TRUE(model->selection()->ids().empty());
+    ASSERT_TRUE(waitUntil([&] { return model->scan()->phase() == ScanModel::Phase::Done; }));
+    EXPECT_TRUE(model->list()->selection()->ids().empty());
     model->setSidebar(SidebarItem{SafetyLevel::safe});
     scanAll();
-    EXPECT_TRUE(model->selection()->ids().empty());
+    EXPECT_TRUE(model->list()->selection()->ids().empty());
 }
 
 TEST_F(WindowModelTest, TheDiskIsLowBelowTwentyGigabytes) {
     for (const std::int64_t available : {low, low - 1}) {
         stage.disk = DiskInfo{.total = 100'000'000'000, .available = available};
         start();
-        EXPECT_EQ(model->isDiskLow(), available < low) << available;
+        EXPECT_EQ(model->disk()->isLow(), available < low) << available;
     }
-    EXPECT_EQ(model->diskText(), QStringLiteral("20 GB boş · 100 GB"));
-    EXPECT_EQ(model->usedText(), QStringLiteral("80 GB kullanılıyor"));
-    EXPECT_EQ(model->freeText(), QStringLiteral("20 GB boş"));
-    EXPECT_DOUBLE_EQ(model->usedFraction(), 0.80000000001);
+    EXPECT_EQ(model->disk()->text(), QStringLiteral("20 GB boş · 100 GB"));
+    EXPECT_EQ(model->disk()->usedText(), QStringLiteral("80 GB kullanılıyor"));
+    EXPECT_EQ(model->disk()->freeText(), QStringLiteral("20 GB boş"));
+    EXPECT_DOUBLE_EQ(model->disk()->usedFraction(), 0.80000000001);
 }
 
 TEST_F(WindowModelTest, WithoutADiskThereIsNothingToSayOfIt) {
     stage.disk.reset();
     start();
-    EXPECT_FALSE(model->hasDisk());
-    EXPECT_FALSE(model->isDiskLow());
-    EXPECT_TRUE(model->segments()->records().empty());
-    EXPECT_TRUE(model->diskText().isEmpty());
+    EXPECT_FALSE(model->disk()->isKnown());
+    EXPECT_FALSE(model->disk()->isLow());
+    EXPECT_TRUE(model->disk()->segments()->records().empty());
+    EXPECT_TRUE(model->disk()->text().isEmpty());
 }
 
 TEST_F(WindowModelTest, SegmentsFollowTheDisplayOrderAndEndWithTheRest) {
@@ -113,7 +113,7 @@ TEST_F(WindowModelTest, SegmentsFollowTheDisplayOrderAndEndWithTheRest) {
     stage.result = {finding("/k", SafetyLevel::keep, 100), finding("/s", SafetyLevel::safe, 50)};
     start();
     scanAll();
-    const auto* segments = model->segments();
+    const auto* segments = model->disk()->segments();
     EXPECT_EQ(column(segments, "levelName"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("unknown"), QStringLiteral("keep"), QString()}));
@@ -130,7 +130,7 @@ TEST_F(WindowModelTest, SegmentsBeyondWhatIsUsedLeaveNoRest) {
     stage.result = {finding("/k", SafetyLevel::keep, 101)};
     start();
     scanAll();
-    EXPECT_EQ(field(model->segments(), 5, "fraction"), QStringLiteral("0"));
+    EXPECT_EQ(field(model->disk()->segments(), 5, "fraction"), QStringLiteral("0"));
 }
 
 TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclaration) {
@@ -138,7 +138,7 @@ TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclarati
                     finding("/s2", SafetyLevel::safe, 500'000'000)};
     start();
     scanAll();
-    const auto* levels = model->levels();
+    const auto* levels = model->summary()->levels();
     EXPECT_EQ(
         column(levels, "title"),
         QStringList({QStringLiteral("Güvenle silinebilir"), QStringLiteral("Yeniden oluşur"),
@@ -146,7 +146,7 @@ TEST_F(WindowModelTest, LevelsComeInDisplayOrderAndChoicesInThatOfTheirDeclarati
     EXPECT_EQ(field(levels, 0, "sizeText"), QStringLiteral("2,5 GB"));
     EXPECT_EQ(field(levels, 0, "countText"),
               QStringLiteral("2 öğe · Geçici dosyalar ve kayıtlar. Silinince hiçbir şey kaybolmaz."));
-    EXPECT_EQ(column(model->levelChoices(), "name"),
+    EXPECT_EQ(column(model->actions()->levels(), "name"),
               QStringList({QStringLiteral("safe"), QStringLiteral("regenerable"), QStringLiteral("caution"),
                            QStringLiteral("keep"), QStringLiteral("unknown")}));
 }
@@ -158,11 +158,11 @@ TEST_F(WindowModelTest, ShowsTheEightLargestAndTheSumOfWhatIsEasy) {
                                        1'000'000'000));
     start();
     scanAll();
-    EXPECT_EQ(model->largest()->count(), 8);
-    EXPECT_EQ(field(model->largest(), 7, "title"), QStringLiteral("7"));
-    EXPECT_EQ(field(model->largest(), 7, "levelColor"), QStringLiteral("teal"));
-    EXPECT_EQ(field(model->largest(), 0, "symbol"), QStringLiteral("checkmark.shield.fill"));
-    EXPECT_EQ(model->reclaimableText(), QStringLiteral("10 GB"));
+    EXPECT_EQ(model->summary()->largest()->count(), 8);
+    EXPECT_EQ(field(model->summary()->largest(), 7, "title"), QStringLiteral("7"));
+    EXPECT_EQ(field(model->summary()->largest(), 7, "levelColor"), QStringLiteral("teal"));
+    EXPECT_EQ(field(model->summary()->largest(), 0, "symbol"), QStringLiteral("checkmark.shield.fill"));
+    EXPECT_EQ(model->summary()->reclaimableText(), QStringLiteral("10 GB"));
 }
 
 TEST_F(WindowModelTest, SecondsAreCutNotRounded) {
@@ -176,10 +176,10 @@ TEST_F(WindowModelTest, TheScanLineHasGroupedFiles) {
     stage.files = 1'234'567;
     stage.bytes = 5'000'000'000;
     start();
-    EXPECT_TRUE(model->scanLine().isEmpty());
+    EXPECT_TRUE(model->scan()->resultText().isEmpty());
     scanAll();
-    EXPECT_EQ(model->scanLine(), QStringLiteral("1.234.567 dosya, 5 GB · %1 sn")
-                                     .arg(Texts::wholeSeconds(app->scanDuration().value())));
+    EXPECT_EQ(model->scan()->resultText(), QStringLiteral("1.234.567 dosya, 5 GB · %1 sn")
+                                               .arg(Texts::wholeSeconds(app->scanDuration().value())));
 }
 
 TEST_F(WindowModelTest, BannersBeginWithOne) {
@@ -187,20 +187,22 @@ TEST_F(WindowModelTest, BannersBeginWithOne) {
     stage.denied = 1;
     start();
     scanAll();
-    EXPECT_TRUE(model->trashText().isEmpty());
-    EXPECT_TRUE(model->freedText().isEmpty());
-    EXPECT_TRUE(model->uncertainText().isEmpty());
-    EXPECT_TRUE(model->deniedText().startsWith(QStringLiteral("1 klasöre erişilemedi. Tam tablo için ")));
-    model->moveToTrash(QStringLiteral("/v/one"));
-    ASSERT_TRUE(waitUntil([&] { return !model->trashText().isEmpty(); }));
-    EXPECT_EQ(model->trashText(), QStringLiteral("Çöp kutusunda 1 bayt bekliyor. Boşaltınca yer açılacak."));
-    model->emptyTrash();
-    EXPECT_TRUE(model->isEmptyingTrash());
-    model->emptyTrash();
-    ASSERT_TRUE(waitUntil([&] { return !model->isEmptyingTrash(); }));
+    EXPECT_TRUE(model->trash()->text().isEmpty());
+    EXPECT_TRUE(model->summary()->freedText().isEmpty());
+    EXPECT_TRUE(model->analysis()->uncertainText().isEmpty());
+    EXPECT_TRUE(
+        model->summary()->deniedText().startsWith(QStringLiteral("1 klasöre erişilemedi. Tam tablo için ")));
+    model->actions()->moveToTrash(QStringLiteral("/v/one"));
+    ASSERT_TRUE(waitUntil([&] { return !model->trash()->text().isEmpty(); }));
+    EXPECT_EQ(model->trash()->text(),
+              QStringLiteral("Çöp kutusunda 1 bayt bekliyor. Boşaltınca yer açılacak."));
+    model->trash()->empty();
+    EXPECT_TRUE(model->trash()->isEmptying());
+    model->trash()->empty();
+    ASSERT_TRUE(waitUntil([&] { return !model->trash()->isEmptying(); }));
     EXPECT_EQ(stage.count("empty"), 1);
-    EXPECT_TRUE(model->trashText().isEmpty());
-    EXPECT_EQ(model->freedText(), QStringLiteral("Bu oturumda 1 bayt yer açtın."));
+    EXPECT_TRUE(model->trash()->text().isEmpty());
+    EXPECT_EQ(model->summary()->freedText(), QStringLiteral("Bu oturumda 1 bayt yer açtın."));
 }
 
 TEST_F(WindowModelTest, TheListOffersABatchWhereThereIsSomethingToAsk) {
@@ -210,7 +212,7 @@ TEST_F(WindowModelTest, TheListOffersABatchWhereThereIsSomethingToAsk) {
     scanAll();
     const auto offers = [&](std::optional<SidebarItem> level) {
         model->setSidebar(level);
-        return model->offersBatch();
+        return model->list()->offersBatch();
     };
     EXPECT_FALSE(offers(SidebarItem{SafetyLevel::caution}));
     EXPECT_TRUE(offers(SidebarItem{SafetyLevel::unknown}));
@@ -225,8 +227,8 @@ TEST_F(WindowModelTest, WithoutAModelTheListOffersNoBatch) {
     start();
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::unknown});
-    EXPECT_FALSE(model->offersBatch());
-    EXPECT_EQ(model->modelMessage(), QStringLiteral("Model yok."));
+    EXPECT_FALSE(model->list()->offersBatch());
+    EXPECT_EQ(model->analysis()->message(), QStringLiteral("Model yok."));
 }
 
 TEST_F(WindowModelTest, TheSubtitleCountsAndSumsUpOrIsNotThere) {
@@ -235,9 +237,9 @@ TEST_F(WindowModelTest, TheSubtitleCountsAndSumsUpOrIsNotThere) {
     start();
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::caution});
-    EXPECT_EQ(model->listSubtitle(), QStringLiteral("2 öğe · 2 GB"));
+    EXPECT_EQ(model->list()->subtitle(), QStringLiteral("2 öğe · 2 GB"));
     model->setSidebar(SidebarItem{SafetyLevel::keep});
-    EXPECT_TRUE(model->listSubtitle().isEmpty());
+    EXPECT_TRUE(model->list()->subtitle().isEmpty());
 }
 
 TEST_F(WindowModelTest, FindsRowsByTheirFirstLettersAsTurkishHasThem) {
@@ -246,17 +248,17 @@ TEST_F(WindowModelTest, FindsRowsByTheirFirstLettersAsTurkishHasThem) {
     start();
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    EXPECT_EQ(model->rowBeginning(QStringLiteral("ı"), 0), 0);
-    EXPECT_EQ(model->rowBeginning(QStringLiteral("ı"), 1), 2);
-    EXPECT_EQ(model->rowBeginning(QStringLiteral("i"), 0), 1);
-    EXPECT_EQ(model->rowBeginning(QStringLiteral("Iİ"), 0), -1);
-    EXPECT_EQ(model->rowBeginning(QStringLiteral("is"), 2), -1);
-    EXPECT_EQ(model->rowBeginning(QStringLiteral("i"), 2), 1);  // on from the first row
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("ı"), 0), 0);
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("ı"), 1), 2);
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("i"), 0), 1);
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("Iİ"), 0), -1);
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("is"), 2), -1);
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("i"), 2), 1);  // on from the first row
 }
 
 TEST_F(WindowModelTest, AMenuOfAFindingThatHasGoneOffersNothing) {
     start();
-    EXPECT_EQ(model->menuInfo(QStringLiteral("/gone")), RowMenuInfo());
+    EXPECT_EQ(model->list()->menuInfo(QStringLiteral("/gone")), RowMenuInfo());
 }
 
 TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
@@ -265,10 +267,10 @@ TEST_F(WindowModelTest, OfTwoFindingsWithOneIdTheFirstIsTheSelectedOne) {
     start();
     scanAll();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    model->selection()->set({"/v/a"});
+    model->list()->selection()->set({"/v/a"});
     EXPECT_EQ(model->detailKind(), WindowModel::DetailKind::One);
     EXPECT_EQ(model->detail()->sizeText(), QStringLiteral("2 bayt"));
-    model->selection()->set({"/v/a", "/v/b", "/v/gone"});
+    model->list()->selection()->set({"/v/a", "/v/b", "/v/gone"});
     EXPECT_EQ(model->several()->countText(), QStringLiteral("2 öğe seçili"));
 }
 

@@ -39,7 +39,7 @@ private:
 };
 
 /// A server and the model to ask there.
-struct Place {
+struct Endpoint {
     ModelAddress address;
     std::string model;
     bool isListed = false;  ///< by the server, under this name
@@ -214,8 +214,8 @@ private:
 };
 
 /// The first model that runs here, or why there is none.
-std::expected<Place, Missing> chosenModel(const ModelList& list, const ModelAddress& address,
-                                          milliseconds deadline, const std::stop_token& stop) {
+std::expected<Endpoint, Missing> chosenModel(const ModelList& list, const ModelAddress& address,
+                                             milliseconds deadline, const std::stop_token& stop) {
     if (list.names.empty())
         return std::unexpected(
             Missing{.absence = absent(Reason::other, "Model sunucusunda (" + address.display() +
@@ -231,7 +231,7 @@ std::expected<Place, Missing> chosenModel(const ModelList& list, const ModelAddr
             break;
         auto obstacle = whereabouts.obstacle(name, Reason::other);
         if (!obstacle)
-            return Place{
+            return Endpoint{
                 .address = address, .model = name, .isListed = true, .mayKnow = whereabouts.mayKnow()};
         if (!first)
             first = std::move(obstacle);
@@ -241,8 +241,8 @@ std::expected<Place, Missing> chosenModel(const ModelList& list, const ModelAddr
     return refusedCloud(Reason::other, list.names.front());
 }
 
-std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalModelSettings& settings,
-                                      const std::stop_token& stop) {
+std::expected<Endpoint, Missing> endpointAt(const ModelAddress& address, const LocalModelSettings& settings,
+                                            const std::stop_token& stop) {
     const std::optional<std::string>& named = settings.model;
     const auto list = modelsAt(address, settings.url && named,
                                settings.url ? settings.namedDeadline : settings.probeDeadline, stop);
@@ -253,10 +253,10 @@ std::expected<Place, Missing> placeAt(const ModelAddress& address, const LocalMo
     Whereabouts whereabouts(address, settings.showDeadline, stop);
     if (auto obstacle = whereabouts.obstacle(*named, Reason::deviceNotEligible))
         return std::unexpected(std::move(*obstacle));
-    return Place{.address = address,
-                 .model = *named,
-                 .isListed = std::ranges::find(list->names, *named) != list->names.end(),
-                 .mayKnow = whereabouts.mayKnow()};
+    return Endpoint{.address = address,
+                    .model = *named,
+                    .isListed = std::ranges::find(list->names, *named) != list->names.end(),
+                    .mayKnow = whereabouts.mayKnow()};
 }
 
 /// Usual ports at which somebody listens and does not answer: each costs its time once, and again only after
@@ -298,11 +298,11 @@ private:
 /// The first server on the usual ports that has the model; else the first that has any. `last` is where it
 /// was found before, if it was: then somebody else's silence does not mean that it is busy, and its own is
 /// never too long to ask again.
-std::expected<Place, platform::ModelAbsence> discovered(const LocalModelSettings& settings,
-                                                        SilentPorts& silent,
-                                                        std::optional<std::uint16_t> last,
-                                                        const std::stop_token& stop) {
-    std::optional<Place> second;
+std::expected<Endpoint, platform::ModelAbsence> discovered(const LocalModelSettings& settings,
+                                                           SilentPorts& silent,
+                                                           std::optional<std::uint16_t> last,
+                                                           const std::stop_token& stop) {
+    std::optional<Endpoint> second;
     std::optional<platform::ModelAbsence> nearest;
     platform::ModelAbsence none =
         absent(Reason::other,
@@ -315,24 +315,24 @@ std::expected<Place, platform::ModelAbsence> discovered(const LocalModelSettings
             none.isSilent = none.isSilent || mayBeIt;
             continue;
         }
-        auto place = placeAt(loopbackAddress(port), settings, stop);
+        auto endpoint = endpointAt(loopbackAddress(port), settings, stop);
         if (stop.stop_requested())
             return std::unexpected(absent(Reason::other, stoppedText));
-        const bool isSilent = !place && place.error().absence.isSilent;
+        const bool isSilent = !endpoint && endpoint.error().absence.isSilent;
         none.isSilent = none.isSilent || (isSilent && mayBeIt);
         if (isSilent)
             silent.add(port);
         else
             silent.remove(port);
         if (isSilent && port == last)
-            none.detail = place.error().absence.detail;
-        if (place && place->isListed)
-            return std::move(*place);
-        if (place && !second)
-            second = std::move(*place);
-        if (place || !place.error().isModelServer)
+            none.detail = endpoint.error().absence.detail;
+        if (endpoint && endpoint->isListed)
+            return std::move(*endpoint);
+        if (endpoint && !second)
+            second = std::move(*endpoint);
+        if (endpoint || !endpoint.error().isModelServer)
             continue;
-        platform::ModelAbsence& absence = place.error().absence;
+        platform::ModelAbsence& absence = endpoint.error().absence;
         if (!nearest || (absence.reason == Reason::notReady && nearest->reason != Reason::notReady))
             nearest = std::move(absence);
     }
@@ -360,20 +360,21 @@ std::optional<platform::ModelAbsence> obstacleToAsking(const LocalModelSettings&
 
 /// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
 /// absence of its own, whatever was found until then.
-std::expected<Place, platform::ModelAbsence> findPlace(const LocalModelSettings& settings,
-                                                       SilentPorts& silent, std::optional<std::uint16_t> last,
-                                                       const std::stop_token& stop) {
+std::expected<Endpoint, platform::ModelAbsence> findEndpoint(const LocalModelSettings& settings,
+                                                             SilentPorts& silent,
+                                                             std::optional<std::uint16_t> last,
+                                                             const std::stop_token& stop) {
     if (!settings.url)
         return discovered(settings, silent, last, stop);
     auto address = modelAddress(*settings.url);
     if (!address)
         return std::unexpected(absent(Reason::deviceNotEligible, address.error().text));
-    auto place = placeAt(*address, settings, stop);
+    auto endpoint = endpointAt(*address, settings, stop);
     if (stop.stop_requested())
         return std::unexpected(absent(Reason::other, stoppedText));
-    if (!place)
-        return std::unexpected(std::move(place.error().absence));
-    return std::move(*place);
+    if (!endpoint)
+        return std::unexpected(std::move(endpoint.error().absence));
+    return std::move(*endpoint);
 }
 
 /// A variable of the environment; unset when empty.
@@ -395,23 +396,23 @@ class LocalModel::Memory {
 public:
     explicit Memory(const LocalModelSettings& settings) : silent_(settings.silencePause) {}
 
-    [[nodiscard]] std::optional<Place> place() const {
+    [[nodiscard]] std::optional<Endpoint> endpoint() const {
         const std::scoped_lock lock(mutex_);
-        return place_;
+        return endpoint_;
     }
     void forget() {
         const std::scoped_lock lock(mutex_);
-        place_.reset();
+        endpoint_.reset();
     }
-    std::expected<Place, platform::ModelAbsence> find(const LocalModelSettings& settings,
-                                                      const std::stop_token& stop) {
-        auto place = findPlace(settings, silent_, last(), stop);
+    std::expected<Endpoint, platform::ModelAbsence> find(const LocalModelSettings& settings,
+                                                         const std::stop_token& stop) {
+        auto endpoint = findEndpoint(settings, silent_, last(), stop);
         const std::scoped_lock lock(mutex_);
-        if (place) {
-            place_ = *place;
-            last_ = place->address.port;
+        if (endpoint) {
+            endpoint_ = *endpoint;
+            last_ = endpoint->address.port;
         }
-        return place;
+        return endpoint;
     }
 
 private:
@@ -422,7 +423,7 @@ private:
 
     SilentPorts silent_;
     mutable std::mutex mutex_;
-    std::optional<Place> place_;         ///< that has answered last; guarded by `mutex_`
+    std::optional<Endpoint> endpoint_;   ///< that has answered last; guarded by `mutex_`
     std::optional<std::uint16_t> last_;  ///< its port, also when it was forgotten; guarded by `mutex_`
 };
 
@@ -434,7 +435,7 @@ LocalModel::~LocalModel() = default;
 std::optional<platform::ModelAbsence> LocalModel::absence(std::stop_token stop) const {
     if (auto obstacle = obstacleToAsking(settings_, stop))
         return obstacle;
-    if (const auto known = memory_->place()) {
+    if (const auto known = memory_->endpoint()) {
         const auto list = modelsAt(known->address, settings_.url && settings_.model,
                                    settings_.url ? settings_.namedDeadline : settings_.probeDeadline, stop);
         if (stop.stop_requested())
@@ -445,17 +446,17 @@ std::optional<platform::ModelAbsence> LocalModel::absence(std::stop_token stop) 
             return list.error().absence;
         memory_->forget();
     }
-    auto place = memory_->find(settings_, stop);
-    if (place)
+    auto endpoint = memory_->find(settings_, stop);
+    if (endpoint)
         return std::nullopt;
-    return std::move(place.error());
+    return std::move(endpoint.error());
 }
 
 std::expected<std::string, platform::ModelError> LocalModel::respond(const platform::ModelRequest& request,
                                                                      std::stop_token stop) const {
     if (const auto obstacle = obstacleToAsking(settings_, stop))
         return std::unexpected(platform::ModelError{.text = obstacle->detail});
-    auto known = memory_->place();
+    auto known = memory_->endpoint();
     if (known) {
         // It may run elsewhere by now. A server that is busy says so late, but before it is told anything.
         Whereabouts whereabouts(known->address, settings_.answerDeadline, stop, known->mayKnow);
@@ -467,14 +468,14 @@ std::expected<std::string, platform::ModelError> LocalModel::respond(const platf
             known.reset();
         }
     }
-    const auto place =
-        known ? std::expected<Place, platform::ModelAbsence>(*known) : memory_->find(settings_, stop);
-    if (!place)
+    const auto endpoint =
+        known ? std::expected<Endpoint, platform::ModelAbsence>(*known) : memory_->find(settings_, stop);
+    if (!endpoint)
         return std::unexpected(
-            platform::ModelError{.text = place.error().detail, .isSilent = place.error().isSilent});
-    const auto reply = exchange(place->address,
+            platform::ModelError{.text = endpoint.error().detail, .isSilent = endpoint.error().isSilent});
+    const auto reply = exchange(endpoint->address,
                                 {.path = "/v1/chat/completions",
-                                 .json = chatBody(request, place->model),
+                                 .json = chatBody(request, endpoint->model),
                                  .connectDeadline = settings_.namedDeadline,
                                  .deadline = settings_.answerDeadline},
                                 stop);
@@ -483,10 +484,10 @@ std::expected<std::string, platform::ModelError> LocalModel::respond(const platf
         memory_->forget();
     if (!reply)
         return std::unexpected(platform::ModelError{
-            .text = clipped(describe(reply.error(), place->address, settings_.answerDeadline),
+            .text = clipped(describe(reply.error(), endpoint->address, settings_.answerDeadline),
                             platform::ModelError::maxTextLength),
             .isSilent = isSilence(reply.error())});
-    auto answer = readAnswer(reply->status, reply->body, place->address.display());
+    auto answer = readAnswer(reply->status, reply->body, endpoint->address.display());
     if (!answer)
         answer.error().text = clipped(answer.error().text, platform::ModelError::maxTextLength);
     return answer;

@@ -110,7 +110,7 @@ const DirectoryEntry* EntryReader::nextOfPiece() {
 
         entry_ = {.name = record.name};
         const bool mayBeFolder = record.type == DT_DIR || record.type == DT_UNKNOWN;
-        if (mayBeFolder && untouched_ != nullptr && untouched_->contains(entry_.name))
+        if (mayBeFolder && excluded_ != nullptr && excluded_->contains(entry_.name))
             continue;
         if (record.type == DT_LNK) {
             entry_.kind = EntryKind::link;

@@ -19,7 +19,7 @@ GuardedFolders guardedFolders(const std::string& home) {
     // Documents, pictures and their like under the names that the user's language gives them.
     const std::string setting = std::string(g_get_user_config_dir()) + "/user-dirs.dirs";
     const Reach reach({&home, 1}, Reach::Others::prompt);
-    if (const Reach::Place place = reach.follow(setting); !reach.includes(place.path))
+    if (const Reach::Target place = reach.follow(setting); !reach.includes(place.path))
         folders.unread = setting;
     for (int kind = 0; folders.unread.empty() && kind < G_USER_N_DIRECTORIES; ++kind) {
         if (const char* folder = g_get_user_special_dir(static_cast<GUserDirectory>(kind)))

@@ -117,7 +117,7 @@ std::string programOf(const std::string& word, const Reach& reach) {
             place.append("/").append(word);
     }
     for (const std::string& place : places) {
-        Reach::Place found = reach.follow(place);
+        Reach::Target found = reach.follow(place);
         if (found.isThere && ::access(found.path.c_str(), X_OK) == 0)
             return std::move(found.path);
     }
@@ -171,7 +171,7 @@ private:
     /// An entry's name is its path from there on, and the first with a name stands for all.
     void addFrom(const std::string& folder, const std::string& prefix, int depth) {
         constexpr int maxLevels = 8;
-        const Reach::Place place = reach_.follow(folder);
+        const Reach::Target place = reach_.follow(folder);
         if (!place.isThere || depth == maxLevels)
             return;
         for (const std::string& name : listNames(place.path)) {
@@ -184,7 +184,7 @@ private:
     }
 
     void addEntry(const std::string& id, const std::string& path) {
-        const Reach::Place place = reach_.follow(path);
+        const Reach::Target place = reach_.follow(path);
         if (!place.isThere || !known_.insert(id).second)
             return;
         constexpr std::size_t maxEntryLength = std::size_t{1} << 20U;

@@ -56,7 +56,7 @@ std::string busAddress() {
     const std::string socket = std::string(folder == nullptr ? "" : folder) + "/bus";
     if (!socket.starts_with('/') || socket == "/bus")
         return {};
-    const Reach::Place place = Reach({}, Reach::Others::prompt).follow(socket);
+    const Reach::Target place = Reach({}, Reach::Others::prompt).follow(socket);
     struct stat info{};
     if (!place.isThere || ::stat(place.path.c_str(), &info) != 0 || !S_ISSOCK(info.st_mode))
         return {};

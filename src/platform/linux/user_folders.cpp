@@ -17,7 +17,7 @@ using posix::absoluteFromEnvironment;
 
 bool leadsToRoot(const std::string& path) {
     const std::string home = homeDirectory();
-    const Reach::Place place = Reach({&home, 1}, Reach::Others::prompt).follow(path);
+    const Reach::Target place = Reach({&home, 1}, Reach::Others::prompt).follow(path);
     return place.path == "/" || std::filesystem::path(path).lexically_normal() == "/";
 }
 

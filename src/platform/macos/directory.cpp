@@ -82,7 +82,7 @@ const DirectoryEntry* EntryReader::next() {
     const auto read = [this](std::span<std::byte> piece) {
         return readBulk(handle_, asked_, *turns_, piece_, piece);
     };
-    const auto entry = listing.nextEntry(read, untouched_, error_);
+    const auto entry = listing.nextEntry(read, excluded_, error_);
     if (!entry)
         return nullptr;
     entry_ = *entry;
@@ -107,8 +107,7 @@ const DirectoryEntry* EntryReader::nextOfPiece() {
         if (!record)
             return nullptr;
         entry_ = listedEntryOf(*record);
-    } while (entry_.kind == EntryKind::directory && untouched_ != nullptr &&
-             untouched_->contains(entry_.name));
+    } while (entry_.kind == EntryKind::directory && excluded_ != nullptr && excluded_->contains(entry_.name));
     return &entry_;
 }
 

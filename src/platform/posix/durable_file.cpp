@@ -41,12 +41,12 @@ int whole(Call call) {
 }
 
 /// A path in the two parts that the calls of this file need.
-struct Place {
+struct SplitPath {
     std::string folder;
     std::string name;
 };
 
-Place placeOf(const std::string& path) {
+SplitPath split(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     if (slash == std::string::npos)
         return {.folder = ".", .name = path};
@@ -54,10 +54,10 @@ Place placeOf(const std::string& path) {
 }
 
 /// The place at the end of a chain of links, where there need not be a file yet.
-std::expected<Place, std::error_code> endOfLinks(std::string path) {
+std::expected<SplitPath, std::error_code> endOfLinks(std::string path) {
     constexpr int maxLinks = 40;  // as many as the kernel follows
     for (int i = 0; i <= maxLinks; ++i) {
-        Place place = placeOf(path);
+        SplitPath place = split(path);
         const auto target = linkTarget(path);
         if (!target)
             return place;
@@ -66,7 +66,7 @@ std::expected<Place, std::error_code> endOfLinks(std::string path) {
     return std::unexpected(std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
-FileDescriptor openFolderOf(const Place& place) {
+FileDescriptor openFolderOf(const SplitPath& place) {
     return FileDescriptor(
         whole([&] { return ::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
 }
@@ -377,7 +377,7 @@ std::error_code makeFolders(const std::string& path) {
         return std::make_error_code(std::errc::filename_too_long);
     if (const auto there = fileInfo(path))
         return there->isDirectory ? std::error_code() : std::make_error_code(std::errc::not_a_directory);
-    const std::string parent = placeOf(path).folder;
+    const std::string parent = split(path).folder;
     if (const auto error = makeFolders(parent))
         return error;
     if (::mkdir(path.c_str(), folderOfThisUser) != 0 && errno != EEXIST)

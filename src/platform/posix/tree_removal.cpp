@@ -107,8 +107,8 @@ public:
           item_(item),
           kept_(kept),
           calls_(calls),
-          mostOpen_(std::clamp(spareHandles() / 2, minOpenFolders, maxOpenFolders)),
-          mostWorkers_(std::min(calls.workers, mostOpen_ / handlesPerWorker)) {}
+          maxOpen_(std::clamp(spareHandles() / 2, minOpenFolders, maxOpenFolders)),
+          maxWorkers_(std::min(calls.workers, maxOpen_ / handlesPerWorker)) {}
 
     std::expected<void, FileError> run(const std::string& name) {
         Worker worker;
@@ -172,7 +172,7 @@ private:
 
     /// Once: a thread costs more than a few folders do.
     bool isWorthSharing() {
-        if (isShared_ || mostWorkers_ < 2)
+        if (isShared_ || maxWorkers_ < 2)
             return false;
         const std::scoped_lock lock(mutex_);
         isShared_ = entered_ >= calls_.foldersAlone && outermostToShare() != nullptr;
@@ -181,7 +181,7 @@ private:
 
     void startHelpers(std::vector<std::jthread>& helpers) {
         try {
-            for (std::size_t number = 1; number < mostWorkers_; ++number)
+            for (std::size_t number = 1; number < maxWorkers_; ++number)
                 helpers.emplace_back([this] { help(); });
         } catch (const std::system_error&) {
             return;  // Dropped by design: with fewer threads the removal only takes longer.
@@ -398,7 +398,7 @@ private:
         else
             ++active_;
         worker.level = &level;
-        if (open_.size() > mostOpen_)
+        if (open_.size() > maxOpen_)
             closeOutermostLocked();
     }
 
@@ -599,8 +599,8 @@ private:
     const ItemIdentity& item_;
     const std::set<FileNumber>& kept_;
     const RemovalCalls& calls_;
-    const std::size_t mostOpen_;
-    const std::size_t mostWorkers_;
+    const std::size_t maxOpen_;
+    const std::size_t maxWorkers_;
     bool isShared_ = false;
 
     std::mutex mutex_;  ///< of all below; taken a few times for each folder and never for a file

@@ -14,8 +14,8 @@ bool isSamePlace(const std::string& one, const std::string& other) {
     // One of them may be on a server that is gone; the home folder that this process was given is waited for.
     const std::string home = homeDirectory();
     const Reach reach({&home, 1}, Reach::Others::prompt);
-    const Reach::Place onePlace = reach.follow(one);
-    const Reach::Place otherPlace = reach.follow(other);
+    const Reach::Target onePlace = reach.follow(one);
+    const Reach::Target otherPlace = reach.follow(other);
     if (!onePlace.isThere || !otherPlace.isThere)
         return false;
     const auto oneInfo = fileInfo(onePlace.path);

@@ -38,7 +38,7 @@ std::vector<std::string> resolved(std::span<const std::string> folders) {
     return real;
 }
 
-Reach::Place endedAt(std::string path, const std::deque<std::string>& rest) {
+Reach::Target endedAt(std::string path, const std::deque<std::string>& rest) {
     for (const std::string& name : rest)
         path.append("/").append(name);
     return {.path = path.empty() ? "/" : std::move(path)};
@@ -117,7 +117,7 @@ bool Reach::includes(std::string_view path) const {
     return std::ranges::any_of(folders_, [&](const std::string& folder) { return isWithin(folder, path); });
 }
 
-Reach::Place Reach::follow(std::string_view path) const {
+Reach::Target Reach::follow(std::string_view path) const {
     const QuietAccess quiet;
     constexpr int maxLinks = 40;  // no more than either kernel follows
     if (!path.starts_with('/'))

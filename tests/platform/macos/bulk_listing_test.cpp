@@ -63,9 +63,9 @@ public:
     }
 
     /// All entries that come until none does.
-    std::vector<std::string> entries(const NameSet* untouched = nullptr) {
+    std::vector<std::string> entries(const NameSet* excluded = nullptr) {
         std::vector<std::string> names;
-        while (const auto entry = listing().nextEntry(read(), untouched, error))
+        while (const auto entry = listing().nextEntry(read(), excluded, error))
             names.emplace_back(entry->name);
         return names;
     }
@@ -107,8 +107,8 @@ TEST(BulkListing, PassesOverWhatIsNotDescribedAndFoldersThatAreToBeLeftUntouched
                           {.name = "refused", .error = EACCES},
                           {.type = fileType}}),
                    piece({{.name = "refused", .error = EACCES}}), piece({named("last")})});
-    const NameSet untouched = {"server", "b"};
-    EXPECT_THAT(folder.entries(&untouched), ElementsAre("room", "b", "last"));
+    const NameSet excluded = {"server", "b"};
+    EXPECT_THAT(folder.entries(&excluded), ElementsAre("room", "b", "last"));
     EXPECT_FALSE(folder.error);
 }
 

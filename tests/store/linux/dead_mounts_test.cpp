@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "store/verdict_store.h"
-#include "support/environment.h"
 #include "support/isolation.h"
 #include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"

@@ -4,7 +4,7 @@
 
 namespace ulvak::test {
 
-SessionService::SessionService(std::string address, Place place, Answer answer)
+SessionService::SessionService(std::string address, Object place, Answer answer)
     : address_(std::move(address)), place_(place), answer_(std::move(answer)), thread_([this] { serve(); }) {
     isThere_.get_future().wait();
 }

@@ -13,7 +13,7 @@ namespace ulvak::test {
 /// it can be called.
 class SessionService {
 public:
-    struct Place {
+    struct Object {
         const char* name;
         const char* path;
         const char* interfaces;  ///< XML, of one interface
@@ -21,7 +21,7 @@ public:
     /// What a call returns, floating; null for nothing. Runs in the service's thread.
     using Answer = std::function<GVariant*(const std::string& method, GVariant* parameters)>;
 
-    SessionService(std::string address, Place place, Answer answer);
+    SessionService(std::string address, Object place, Answer answer);
     ~SessionService();
     SessionService(const SessionService&) = delete;
     SessionService& operator=(const SessionService&) = delete;
@@ -37,7 +37,7 @@ private:
                      gpointer self);
 
     const std::string address_;
-    const Place place_;
+    const Object place_;
     const Answer answer_;
     std::promise<void> isThere_;
     GMainLoop* loop_ = nullptr;       ///< set before `isThere_`

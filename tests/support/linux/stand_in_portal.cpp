@@ -57,9 +57,9 @@ struct StandInPortal::Service {
 
 StandInPortal::StandInPortal(const SessionBus& bus, Age age, std::uint32_t wish) : wish_(wish) {
     const std::string interfaces = interfacesOf(age);
-    const SessionService::Place place{.name = "org.freedesktop.portal.Desktop",
-                                      .path = "/org/freedesktop/portal/desktop",
-                                      .interfaces = interfaces.c_str()};
+    const SessionService::Object place{.name = "org.freedesktop.portal.Desktop",
+                                       .path = "/org/freedesktop/portal/desktop",
+                                       .interfaces = interfaces.c_str()};
     const auto answer = [this](const std::string& method, GVariant*) {
         ++requests_;
         GVariant* value = g_variant_new_uint32(wish_);

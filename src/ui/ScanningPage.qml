@@ -6,7 +6,7 @@ import Ulvak
 ColumnLayout {
     id: root
 
-    required property WindowModel app
+    required property ScanModel scan
 
     spacing: Math.round(14 * Theme.u)
 
@@ -34,7 +34,7 @@ ColumnLayout {
         }
         Figures {
             objectName: "scannedFiles"
-            text: root.app.scannedFilesText
+            text: root.scan.filesText
             color: Theme.text
             font.pixelSize: Theme.body
         }
@@ -44,7 +44,7 @@ ColumnLayout {
         }
         Figures {
             objectName: "scannedBytes"
-            text: root.app.scannedBytesText
+            text: root.scan.bytesText
             color: Theme.text
             font.pixelSize: Theme.body
         }
@@ -52,7 +52,7 @@ ColumnLayout {
     PlainText {
         id: current
         objectName: "currentPath"
-        text: root.app.currentPath
+        text: root.scan.currentPath
         color: Theme.tertiary
         font.family: "monospace"
         font.pixelSize: Theme.caption
@@ -64,7 +64,7 @@ ColumnLayout {
         ToolTipText {
             objectName: "currentTip"
             visible: hover.hovered && current.truncated
-            text: root.app.currentPath
+            text: root.scan.currentPath
         }
     }
 }

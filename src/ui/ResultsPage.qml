@@ -12,13 +12,13 @@ ColumnLayout {
 
     ColumnLayout {
         objectName: "disk"
-        visible: root.app.hasDisk
+        visible: root.app.disk.isKnown
         spacing: Math.round(8 * Theme.u)
         Layout.fillWidth: true
 
         PlainText {
             objectName: "reclaimable"
-            text: root.app.reclaimableText
+            text: root.app.summary.reclaimableText
             color: Theme.green
             font.pixelSize: Theme.display
             font.bold: true
@@ -33,10 +33,7 @@ ColumnLayout {
             Layout.fillWidth: true
         }
         DiskBar {
-            segments: root.app.segments
-            usedText: root.app.usedText
-            freeText: root.app.freeText
-            isLow: root.app.isDiskLow
+            disk: root.app.disk
             Layout.fillWidth: true
         }
     }
@@ -46,7 +43,7 @@ ColumnLayout {
         Layout.fillWidth: true
     }
     ModelStatus {
-        app: root.app
+        analysis: root.app.analysis
         Layout.fillWidth: true
     }
     GridLayout {
@@ -59,7 +56,7 @@ ColumnLayout {
 
         Repeater {
             objectName: "levels"
-            model: root.app.levels
+            model: root.app.summary.levels
 
             LevelCard {
                 objectName: "card-" + name
@@ -77,7 +74,7 @@ ColumnLayout {
     PlainText {
         objectName: "scanLine"
         visible: text !== ""
-        text: root.app.scanLine
+        text: root.app.scan.resultText
         color: Theme.secondary
         font.pixelSize: Theme.caption
         wrapMode: Text.Wrap

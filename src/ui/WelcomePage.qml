@@ -6,7 +6,9 @@ import Ulvak
 ColumnLayout {
     id: root
 
-    required property WindowModel app
+    required property DiskModel disk
+    required property ScanModel scan
+    required property AnalysisModel analysis
 
     signal scanBegun(int reason)
 
@@ -34,11 +36,8 @@ ColumnLayout {
         Layout.maximumWidth: 560 * Theme.u
     }
     DiskBar {
-        visible: root.app.hasDisk
-        segments: root.app.segments
-        usedText: root.app.usedText
-        freeText: root.app.freeText
-        isLow: root.app.isDiskLow
+        visible: root.disk.isKnown
+        disk: root.disk
         Layout.fillWidth: true
     }
     PushButton {
@@ -52,13 +51,13 @@ ColumnLayout {
         onClicked: {
             const hadFocus = activeFocus
             const reason = reasonToHandOn
-            root.app.scan()
+            root.scan.start()
             if (hadFocus)
                 root.scanBegun(reason)
         }
     }
     ModelStatus {
-        app: root.app
+        analysis: root.analysis
         Layout.fillWidth: true
     }
 }

@@ -1,0 +1,40 @@
+#include "ui/analysis_model.h"
+
+#include "app/shown.h"
+
+namespace ulvak {
+
+AnalysisModel::AnalysisModel(AppModel& app, QObject* parent) : QObject(parent), app_(app) {
+    connect(&app, &AppModel::aiStatusChanged, this, &AnalysisModel::statusChanged);
+    for (const auto changed : {&AppModel::findingsChanged, &AppModel::batchProgressChanged})
+        connect(&app, changed, this, &AnalysisModel::batchChanged);
+}
+
+QString AnalysisModel::message() const {
+    return shown(app_.aiStatus().unavailable.value_or(""));
+}
+
+QString AnalysisModel::hint() const {
+    return isAvailable() ? QString() : shown(app_.aiStatus().hint);
+}
+
+QString AnalysisModel::uncertainText() const {
+    const std::int64_t count = app_.batchCount();
+    return count < 1 ? QString()
+                     : QString::number(count) +
+                           QStringLiteral(
+                               " klasör bilinmiyor ya da adından tahmin edildi. Apple Intelligence "
+                               "içeriklerine bakıp yorumlayabilir.");
+}
+
+double AnalysisModel::batchFraction() const {
+    const auto& batch = app_.batchProgress();
+    return batch && batch->total > 0 ? static_cast<double>(batch->done) / static_cast<double>(batch->total)
+                                     : 0.0;
+}
+
+void AnalysisModel::analyze(const QString& findingId, const QString& note) {
+    app_.analyze(idOf(findingId), note.toStdString());
+}
+
+}  // namespace ulvak

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <optional>
+
+#include "app/app_model.h"
+#include "app/finding_list_model.h"
+#include "ui/finding_selection.h"
+#include "ui/records.h"
+
+namespace ulvak {
+
+/// The list of one level: its rows, what is selected in them, and what stands above them.
+///
+/// Threads: the UI thread only.
+class LevelListModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(ulvak::FindingListModel* rows READ rows CONSTANT FINAL)
+    Q_PROPERTY(ulvak::FindingSelection* selection READ selection CONSTANT FINAL)
+    /// The level; any where none is listed.
+    Q_PROPERTY(ulvak::LevelInfo about READ about NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString subtitle READ subtitle NOTIFY changed FINAL)
+    Q_PROPERTY(bool offersBatch READ offersBatch NOTIFY changed FINAL)
+public:
+    /// `app` outlives this object.
+    explicit LevelListModel(AppModel& app, QObject* parent = nullptr);
+
+    [[nodiscard]] std::optional<SafetyLevel> level() const { return rows_.level(); }
+    /// With nothing selected in it. Whoever calls tells of `changed`, after whatever shows the list at all.
+    void setLevel(std::optional<SafetyLevel> level);
+
+    [[nodiscard]] FindingListModel* rows() { return &rows_; }
+    [[nodiscard]] FindingSelection* selection() { return &selection_; }
+    [[nodiscard]] LevelInfo about() const;
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString subtitle() const;
+    [[nodiscard]] bool offersBatch() const;
+
+    [[nodiscard]] Q_INVOKABLE ulvak::RowMenuInfo menuInfo(const QString& findingId) const;
+    /// The next row after `row` whose title begins with these letters; -1 when there is none.
+    [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
+
+signals:
+    void changed();
+    void menuInfoChanged();
+
+private:
+    AppModel& app_;
+    FindingListModel rows_;
+    FindingSelection selection_;
+};
+
+}  // namespace ulvak
