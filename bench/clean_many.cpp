@@ -23,13 +23,9 @@
 #include <vector>
 
 #include "app/app_model.h"
-#include "app/finding_list_model.h"
 #include "made_up.h"
 #include "turns.h"
-
-#ifdef ULVAK_BENCH_WINDOW
 #include "ui/window_model.h"
-#endif
 
 namespace ulvak {
 namespace {
@@ -78,8 +74,6 @@ std::vector<std::string> makeChosen(const Options& options, const std::vector<Fi
     return chosen;
 }
 
-#ifdef ULVAK_BENCH_WINDOW
-/// All that the window shows of it, but for drawing.
 class Shown {
 public:
     explicit Shown(AppModel& app) : window_(app) { window_.setSidebar(SidebarItem{SafetyLevel::safe}); }
@@ -88,16 +82,6 @@ public:
 private:
     WindowModel window_;
 };
-#else
-class Shown {
-public:
-    explicit Shown(AppModel& app) : list_(app) { list_.setLevel(SafetyLevel::safe); }
-    void select(const std::set<std::string>& /*ids*/) {}
-
-private:
-    FindingListModel list_;
-};
-#endif
 
 AppServices servicesOver(std::vector<Finding> findings) {
     AppServices services = AppServices::system(UserFolders::ofCurrentUser());

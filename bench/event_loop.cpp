@@ -23,10 +23,10 @@
 #include <vector>
 
 #include "app/app_model.h"
-#include "app/finding_list_model.h"
 #include "made_up.h"
 #include "platform/durable_file.h"
 #include "turns.h"
+#include "ui/finding_list_model.h"
 
 namespace ulvak {
 namespace {
@@ -48,7 +48,7 @@ public:
     World(const Options& options, const fs::path& folder)
         : tree_(options.tree), app_(services(), (folder / "verdicts.json").string()) {
         for (const SafetyLevel level : allSafetyLevels) {
-            lists_.push_back(std::make_unique<FindingListModel>(app_));
+            lists_.push_back(std::make_unique<FindingListModel>(all_));
             lists_.back()->setLevel(level);
         }
     }
@@ -106,6 +106,7 @@ private:
     std::string tree_;
     std::shared_ptr<Next> next_ = std::make_shared<Next>();
     AppModel app_;
+    FindingsModel all_{app_};
     std::vector<std::unique_ptr<FindingListModel>> lists_;
 };
 

@@ -36,10 +36,10 @@
 #include <vector>
 
 #include "app/app_model.h"
-#include "app/shown.h"
 #include "made_up.h"
 #include "turns.h"
 #include "ui/open_window.h"
+#include "ui/shown.h"
 #include "ui/window_model.h"
 
 Q_IMPORT_PLUGIN(UlvakPlugin)

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "app/texts.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {
@@ -22,7 +22,8 @@ std::optional<SidebarItem> levelNamed(const QString& rawValue) {
 WindowModel::WindowModel(AppModel& app, QObject* parent)
     : QObject(parent),
       app_(app),
-      list_(app),
+      findings_(app),
+      list_(app, findings_),
       detail_(app),
       several_(app),
       disk_(app),
