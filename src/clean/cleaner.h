@@ -92,7 +92,7 @@ public:
     /// first failure: those before it are gone, those after it untouched. An item that turns out to be, to
     /// contain, or to be reached through a link to a protected place is left alone, whatever its path says.
     /// Nothing on a volume other than the item's is touched. A stop request takes effect before the next
-    /// item: the call fails and says how many are done. item and fails, saying how many are done.
+    /// item: the call fails and says how many are done.
     [[nodiscard]] std::expected<std::int64_t, CleanFailure> clean(const Finding& finding, CleanMode mode,
                                                                   CleanRun& run) const;
     /// The same, for callers that need only the result.
