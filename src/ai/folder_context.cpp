@@ -307,7 +307,7 @@ std::string build(const Finding& finding, std::string_view userNote, std::span<c
     std::vector<std::string> lines;
     lines.push_back("Path: " + displayed(url, around.folders));
     lines.push_back(sizeLine(finding, around));
-    // Before the folder is listed, which would change it.
+    // Before the folder is listed, which may update the date.
     if (const auto accessed = platform::lastAccess(url))
         lines.push_back("Last opened/read: " + Format::relativeEnglish(accessed, around.now) + ".");
 

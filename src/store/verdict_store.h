@@ -26,8 +26,8 @@ namespace ulvak {
 class VerdictStore {
 public:
     using Clock = SharedVerdicts::Clock;
-    /// Runs a job now or later, on any thread; the caller then calls `adopt` on the store's thread. At most
-    /// one job is pending. A job may run after the store is destroyed.
+    /// Runs a job now or later, on any thread; afterwards `adopt` must be called on the store's thread. At
+    /// most one job is pending. A job may run after the store is destroyed.
     using Runner = std::function<void(std::function<void()> job)>;
 
     [[nodiscard]] static FileTime systemTime();

@@ -27,7 +27,7 @@ struct Scanner {
 
     /// Where a scan begins, in order.
     [[nodiscard]] static std::vector<std::string> roots(const UserFolders& folders);
-    /// Full paths of folders that are never entered: their content is remote, or the system's.
+    /// Full paths of folders that are never entered: their content is stored elsewhere, or is the system's.
     [[nodiscard]] static std::set<std::string, std::less<>> excluded(const UserFolders& folders);
 };
 
