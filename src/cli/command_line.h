@@ -7,22 +7,22 @@
 
 namespace ulvak {
 
-/// What the user asks for on the command line. Arguments are exact, and count wherever they stand.
+/// The parsed command line. Arguments must match exactly; their position does not matter.
 struct CommandLine {
-    bool dump = false;     ///< "--dump": scan, print and end, without a window
+    bool dump = false;     ///< "--dump": scan, print and exit, without a window
     bool ai = false;       ///< "--ai", with "--dump": ask the language model too
     bool help = false;     ///< "--help" or "-h"
     bool version = false;  ///< "--version"
-    // "--autoscan", "--level=…", "--select-first" and "--reduced-motion" are the window's own.
+    // "--autoscan", "--level=…", "--select-first" and "--reduced-motion" are handled by the window.
     std::vector<std::string> unknown;
 
-    /// `arguments` without the program's name.
+    /// `arguments` excludes the program's name.
     [[nodiscard]] static CommandLine parse(std::span<const char* const> arguments);
 };
 
-/// The whole answer to "--help", in Turkish, with its last line feed.
+/// The full "--help" text, in Turkish, including the final line feed.
 [[nodiscard]] std::string_view helpText();
-/// The answer to "--version", with its line feed.
+/// The "--version" text, including the line feed.
 [[nodiscard]] std::string_view versionText();
 
 }  // namespace ulvak
