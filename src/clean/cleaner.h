@@ -19,10 +19,10 @@
 #include "clean/guard_rails.h"
 #include "core/finding.h"
 #include "core/paths.h"
+#include "core/shell.h"
 #include "platform/directory.h"
 #include "platform/removal.h"
 #include "platform/trash.h"
-#include "scan/shell.h"
 
 namespace ulvak {
 

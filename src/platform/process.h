@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <expected>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <system_error>
 
@@ -22,6 +25,30 @@ void forgetRelativeFolders();
 /// Replaces this process image with the program at `path`, with these arguments (excluding its own name).
 /// Returns only on failure.
 [[nodiscard]] std::error_code becomeProgram(const std::string& path, std::span<const char* const> arguments);
+
+/// What a program that has ended left behind.
+struct ProgramResult {
+    /// Exit status; the signal number if a signal ended the program; -1 if neither can be determined.
+    std::int32_t status = 0;
+    std::string output;  ///< the bytes of its standard output
+    std::string error;   ///< the bytes of its standard error
+};
+
+/// Maximum bytes kept of each output stream; the rest is read and dropped. Far more than any program we start
+/// prints.
+inline constexpr std::size_t maxStreamBytes = 128UZ * 1024 * 1024;
+
+/// Runs the executable at the absolute `path` with these arguments: no shell, no PATH search. Inherits the
+/// environment and standard input, except that a terminal is replaced by /dev/null. Blocks until the program
+/// exits. Fails only if it cannot be started. A stop request kills it and its child processes.
+///
+/// Standard output is read to the end before standard error. A program that fills the standard error pipe
+/// while it still has output to write would deadlock, so use this only for programs known not to.
+///
+/// Thread-safe; never call it on the UI thread.
+[[nodiscard]] std::expected<ProgramResult, std::error_code> runProgram(const std::string& path,
+                                                                       std::span<const std::string> arguments,
+                                                                       std::stop_token stop = {});
 
 struct PipeEnds {
     FileDescriptor read;

@@ -7,7 +7,7 @@
 #include <ranges>
 #include <vector>
 
-#include "scan/shell.h"
+#include "core/shell.h"
 
 namespace ulvak::Simulators {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "app/app_world.h"
 #include "core/paths.h"
-#include "scan/shell.h"
+#include "core/shell.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/system.h"

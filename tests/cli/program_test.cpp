@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "core/shell.h"
 #include "core/text.h"
-#include "scan/shell.h"
 #include "support/environment.h"
 #include "support/system.h"
 #include "support/temp_tree.h"

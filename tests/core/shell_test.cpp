@@ -1,4 +1,4 @@
-#include "scan/shell.h"
+#include "core/shell.h"
 
 #include <gtest/gtest.h>
 
