@@ -16,6 +16,7 @@ import accessible
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = os.environ.get("ULVAK_PROGRAM", str(ROOT / "build/release/src/ulvak"))
+FULL_FILES = os.environ.get("ULVAK_FULL_FILES")
 PATIENCE_S = 10
 LOOKS_APART_S = 0.03
 
@@ -82,7 +83,8 @@ class ModelServer:
 def make_home():
     """One for all tests: it is large. Below the folder that the script has made, and removed with that."""
     home = pathlib.Path(os.environ["ULVAK_DESKTOP_TEST"]) / "demo"
-    subprocess.run([ROOT / "scripts/demo-home", home], check=True, stdout=subprocess.DEVNULL, timeout=60)
+    sparse = ["--sparse"] if FULL_FILES else []
+    subprocess.run([ROOT / "scripts/demo-home", home, *sparse], check=True, stdout=subprocess.DEVNULL, timeout=60)
     return home
 
 
@@ -100,8 +102,10 @@ class DesktopTest(unittest.TestCase):
         self.server = ModelServer()
         self.addCleanup(self.server.close)
 
-    def start(self, *arguments):
-        environment = dict(
+    def environment(self):
+        """What the program is started with."""
+        full_files = {"LD_PRELOAD": FULL_FILES, "ULVAK_SPARSE_HOME": str(self.home)} if FULL_FILES else {}
+        return dict(
             os.environ,
             HOME=str(self.home),
             TMPDIR=str(self.home / ".tmp/T"),
@@ -110,8 +114,11 @@ class DesktopTest(unittest.TestCase):
             XDG_CACHE_HOME=str(self.home / ".cache"),
             ULVAK_MODEL_URL=self.server.url,
             ULVAK_REDUCED_MOTION="1",
+            **full_files,
         )
-        self.process = subprocess.Popen([PROGRAM, *arguments], env=environment)
+
+    def start(self, *arguments):
+        self.process = subprocess.Popen([PROGRAM, *arguments], env=self.environment())
         self.addCleanup(self._end)
         self.addCleanup(self._tell_failure)
         self.bus = accessible.connect()
@@ -253,3 +260,39 @@ class DesktopTest(unittest.TestCase):
             return json.loads(self.verdicts_file.read_bytes())
         except FileNotFoundError:
             return {}
+
+
+class WaylandTest(DesktopTest):
+    """The program has Wayland alone, from a compositor whose one window fills the X display: what it is to be told by
+    keys and clicks goes the whole way. It shows a program in its full size, so that a place in the window is the same
+    place on the screen."""
+
+    SOCKET = "ulvak-wayland"
+
+    def setUp(self):
+        super().setUp()
+        log = pathlib.Path(os.environ["TMPDIR"]) / "weston.log"
+        self.compositor = subprocess.Popen(
+            ["weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--fullscreen",
+             "--width=1600", "--height=1000", "--idle-time=0", "--no-config", f"--socket={self.SOCKET}", f"--log={log}"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+        )
+        self.addCleanup(self._end_compositor)
+        try:
+            wait_for("the compositor takes programs", self._has_socket, 20)
+        except AssertionError as error:
+            raise AssertionError(f"{error}\n{log.read_text() if log.exists() else 'It says nothing.'}") from error
+
+    def _has_socket(self):
+        if self.compositor.poll() is not None:
+            raise AssertionError(f"expected a compositor; it ended with {self.compositor.returncode}")
+        return (pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / self.SOCKET).is_socket()
+
+    def _end_compositor(self):
+        self.compositor.kill()
+        self.compositor.wait()
+
+    def environment(self):
+        environment = dict(super().environment(), WAYLAND_DISPLAY=self.SOCKET, XDG_SESSION_TYPE="wayland")
+        del environment["DISPLAY"]
+        return environment

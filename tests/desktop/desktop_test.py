@@ -6,16 +6,19 @@ import sys
 import unittest
 
 import accessible
-from desk import DesktopTest, wait_for
+from desk import DesktopTest, WaylandTest, wait_for
 
 NPM = "npm önbelleği"
 MODELS = "huggingface önbelleği"
 GRADLE = "Gradle önbelleği"
 BUILD = "oyun-motoru · target"
+MODULES = "web-sitesi · node_modules"
 BUTTONS = "push button|button|button menu|push button menu"
 
 
-class Cleaning(DesktopTest):
+class Scanned(DesktopTest):
+    """What has been found is shown."""
+
     def setUp(self):
         super().setUp()
         self.start()
@@ -50,16 +53,21 @@ class Cleaning(DesktopTest):
         self.press("Return")
         self.see_no("menu item", level)
 
-    def test_a_label_given_by_keyboard_is_in_the_file(self):
-        models = str(self.home / ".cache/huggingface")
+    def check_label(self, title, folder):
         self.open_level("Yeniden oluşur")
-        self.select(MODELS)
+        self.select(title)
         self.relabel_by_keyboard("Dokunma")
-        self.see_no("list item", MODELS)
-        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(models))["verdict"]
+        self.see_no("list item", title)
+        path = str(self.home / folder)
+        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(path))["verdict"]
         self.assertEqual((verdict["level"], verdict["source"]), ("keep", "user"))
         self.open_level("Dokunma")
-        self.see("list item", MODELS)
+        self.see("list item", title)
+
+
+class Cleaning(Scanned):
+    def test_a_label_given_by_keyboard_is_in_the_file(self):
+        self.check_label(MODELS, ".cache/huggingface")
 
     def test_the_question_cancels_by_return_and_escape_and_moves_by_a_click(self):
         npm = self.home / ".npm"
@@ -137,6 +145,11 @@ class Cleaning(DesktopTest):
         wait_for("the item is in the Trash", lambda: self.trash_info("target").exists())
         self.assertEqual(self.newly_trashed(), {"target"})
         self.see_no_alert()
+
+
+class CleaningUnderWayland(Scanned, WaylandTest):
+    def test_a_label_given_by_keyboard_is_in_the_file(self):
+        self.check_label(MODULES, "Projeler/web-sitesi/node_modules")
 
 
 class Starting(DesktopTest):
