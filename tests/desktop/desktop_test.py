@@ -180,11 +180,17 @@ class Ending(DesktopTest):
 
     def test_closing_during_a_scan_ends_the_program(self):
         self.start()
-        self.server.be_silent()  # the scan ends with a question to it
+        self.hold_disk()
         self.press("ctrl+r")
         self.see(BUTTONS, "Durdur")
         self.see("heading", "Taranıyor")
         self.close_by_window_manager("a scan runs")
+
+    def test_closing_while_a_model_server_is_silent_ends_the_program(self):
+        self.server.be_silent()
+        self.start("--autoscan")
+        self.see(BUTTONS, "Yeniden oluşur, ")
+        self.close_by_window_manager("a server is asked that says nothing")
 
     def test_closing_while_a_question_is_open_moves_nothing(self):
         self.start("--autoscan", "--level=keep", "--select-first")
@@ -196,7 +202,7 @@ class Ending(DesktopTest):
 
     def test_a_signal_ends_the_program(self):
         self.start()
-        self.server.be_silent()
+        self.hold_disk()
         self.press("ctrl+r")
         self.see("heading", "Taranıyor")
         self.process.terminate()
@@ -281,7 +287,7 @@ class Telling(DesktopTest):
 
     def test_while_scanning(self):
         self.start()
-        self.server.be_silent()
+        self.hold_disk()
         self.press("ctrl+r")
         self.see("heading", "Taranıyor")
         self.check("scanning")
