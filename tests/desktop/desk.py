@@ -93,7 +93,8 @@ class DesktopTest(unittest.TestCase):
     home = None
 
     def setUp(self):
-        if not DesktopTest.home:
+        is_new = not DesktopTest.home
+        if is_new:
             DesktopTest.home = make_home()
         self.hold = self.home.with_name("hold")
         self.data = self.home / ".local/share"
@@ -101,6 +102,15 @@ class DesktopTest(unittest.TestCase):
         self.trash_before = self.trash()
         self.server = ModelServer()
         self.addCleanup(self.server.close)
+        if is_new:
+            self.check_home()
+
+    def check_home(self):
+        """The program finds as much in it as was put there; otherwise each test would miss something else."""
+        told = subprocess.run(
+            [PROGRAM, "--dump"], env=self.environment(), check=True, timeout=60, capture_output=True, text=True,
+        ).stdout
+        self.assertRegex(told, r"^Tarandı: \d+ dosya, 25,\d+ GB", "the size of the home")
 
     def environment(self):
         """What the program is started with."""
