@@ -82,7 +82,8 @@ class ModelServer:
 def make_home():
     """One for all tests: it is large. Below the folder that the script has made, and removed with that."""
     home = pathlib.Path(os.environ["ULVAK_DESKTOP_TEST"]) / "demo"
-    subprocess.run([ROOT / "scripts/demo-home", home], check=True, stdout=subprocess.DEVNULL, timeout=60)
+    options = os.environ["ULVAK_DEMO_HOME_OPTION"].split()
+    subprocess.run([ROOT / "scripts/demo-home", home, *options], check=True, stdout=subprocess.DEVNULL, timeout=60)
     return home
 
 
@@ -92,16 +93,28 @@ class DesktopTest(unittest.TestCase):
     home = None
 
     def setUp(self):
-        if not DesktopTest.home:
+        is_new = not DesktopTest.home
+        if is_new:
             DesktopTest.home = make_home()
+        self.hold = self.home.with_name("hold")
         self.data = self.home / ".local/share"
         self.verdicts_file = self.data / "Ulvak/verdicts.json"
         self.trash_before = self.trash()
         self.server = ModelServer()
         self.addCleanup(self.server.close)
+        if is_new:
+            self.check_home()
 
-    def start(self, *arguments):
-        environment = dict(
+    def check_home(self):
+        """The program finds as much in it as was put there; otherwise each test would miss something else."""
+        told = subprocess.run(
+            [PROGRAM, "--dump"], env=self.environment(), check=True, timeout=60, capture_output=True, text=True,
+        ).stdout
+        self.assertRegex(told, r"^Tarandı: \d+ dosya, 25,\d+ GB", "the size of the home")
+
+    def environment(self):
+        """What the program is started with."""
+        return dict(
             os.environ,
             HOME=str(self.home),
             TMPDIR=str(self.home / ".tmp/T"),
@@ -110,8 +123,20 @@ class DesktopTest(unittest.TestCase):
             XDG_CACHE_HOME=str(self.home / ".cache"),
             ULVAK_MODEL_URL=self.server.url,
             ULVAK_REDUCED_MOTION="1",
+            LD_PRELOAD=os.environ["ULVAK_DISK"],
+            ULVAK_DISK_HOME=str(self.home),
+            ULVAK_DISK_HOLD=str(self.hold),
+            # Such a build does not like anything to be loaded before its own library.
+            ASAN_OPTIONS="verify_asan_link_order=0",
         )
-        self.process = subprocess.Popen([PROGRAM, *arguments], env=environment)
+
+    def hold_disk(self):
+        """From now on the disk does not answer, so that a scan does not end."""
+        self.hold.touch()
+        self.addCleanup(self.hold.unlink)
+
+    def start(self, *arguments):
+        self.process = subprocess.Popen([PROGRAM, *arguments], env=self.environment())
         self.addCleanup(self._end)
         self.addCleanup(self._tell_failure)
         self.bus = accessible.connect()
@@ -253,3 +278,49 @@ class DesktopTest(unittest.TestCase):
             return json.loads(self.verdicts_file.read_bytes())
         except FileNotFoundError:
             return {}
+
+
+class WaylandTest(DesktopTest):
+    """The program has Wayland alone, from a compositor whose window fills the X display: keys and clicks go the whole
+    way. It shows a program in its full size, so that a place in the program's window is the same place on the screen."""
+
+    SOCKET = "ulvak-wayland"
+
+    def setUp(self):
+        super().setUp()
+        log = pathlib.Path(os.environ["TMPDIR"]) / "weston.log"
+        self.compositor = subprocess.Popen(
+            ["weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--fullscreen",
+             "--width=1600", "--height=1000", "--idle-time=0", "--no-config", f"--socket={self.SOCKET}", f"--log={log}"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+        )
+        self.addCleanup(self._end_compositor)
+        try:
+            wait_for("a compositor that fills the display", self._is_compositor_there, 20)
+        except AssertionError as error:
+            raise AssertionError(f"{error}\n{log.read_text() if log.exists() else 'It says nothing.'}") from error
+
+    def _is_compositor_there(self):
+        if self.compositor.poll() is not None:
+            raise AssertionError(f"expected a compositor; it ended with {self.compositor.returncode}")
+        told = subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--class", "^Weston Compositor", "getwindowgeometry"],
+            timeout=10, capture_output=True, text=True,
+        ).stdout
+        has_socket = (pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / self.SOCKET).is_socket()
+        return has_socket and "Position: 0,0 " in told and "Geometry: 1600x1000" in told
+
+    def _end_compositor(self):
+        self.compositor.kill()
+        self.compositor.wait()
+
+    def environment(self):
+        environment = dict(super().environment(), WAYLAND_DISPLAY=self.SOCKET, XDG_SESSION_TYPE="wayland")
+        del environment["DISPLAY"]
+        return environment
+
+    def start(self, *arguments):
+        super().start(*arguments)
+        # Where the pointer comes in, the compositor tells nobody; only that it has moved from there.
+        for place in (1, 2):
+            self._xdotool("mousemove", place, place)

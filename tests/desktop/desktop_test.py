@@ -6,16 +6,19 @@ import sys
 import unittest
 
 import accessible
-from desk import DesktopTest, wait_for
+from desk import DesktopTest, WaylandTest, wait_for
 
 NPM = "npm önbelleği"
 MODELS = "huggingface önbelleği"
 GRADLE = "Gradle önbelleği"
 BUILD = "oyun-motoru · target"
+MODULES = "web-sitesi · node_modules"
 BUTTONS = "push button|button|button menu|push button menu"
 
 
-class Cleaning(DesktopTest):
+class Scanned(DesktopTest):
+    """What has been found is shown."""
+
     def setUp(self):
         super().setUp()
         self.start()
@@ -50,16 +53,21 @@ class Cleaning(DesktopTest):
         self.press("Return")
         self.see_no("menu item", level)
 
-    def test_a_label_given_by_keyboard_is_in_the_file(self):
-        models = str(self.home / ".cache/huggingface")
+    def check_label(self, title, folder):
         self.open_level("Yeniden oluşur")
-        self.select(MODELS)
+        self.select(title)
         self.relabel_by_keyboard("Dokunma")
-        self.see_no("list item", MODELS)
-        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(models))["verdict"]
+        self.see_no("list item", title)
+        path = str(self.home / folder)
+        verdict = wait_for("the label is in the file", lambda: self.verdicts().get(path))["verdict"]
         self.assertEqual((verdict["level"], verdict["source"]), ("keep", "user"))
         self.open_level("Dokunma")
-        self.see("list item", MODELS)
+        self.see("list item", title)
+
+
+class Cleaning(Scanned):
+    def test_a_label_given_by_keyboard_is_in_the_file(self):
+        self.check_label(MODELS, ".cache/huggingface")
 
     def test_the_question_cancels_by_return_and_escape_and_moves_by_a_click(self):
         npm = self.home / ".npm"
@@ -139,6 +147,11 @@ class Cleaning(DesktopTest):
         self.see_no_alert()
 
 
+class CleaningUnderWayland(Scanned, WaylandTest):
+    def test_a_label_given_by_keyboard_is_in_the_file(self):
+        self.check_label(MODULES, "Projeler/web-sitesi/node_modules")
+
+
 class Starting(DesktopTest):
     def test_the_window_belongs_to_the_desktop_entry(self):
         self.start()
@@ -167,11 +180,17 @@ class Ending(DesktopTest):
 
     def test_closing_during_a_scan_ends_the_program(self):
         self.start()
-        self.server.be_silent()  # the scan ends with a question to it
+        self.hold_disk()
         self.press("ctrl+r")
         self.see(BUTTONS, "Durdur")
         self.see("heading", "Taranıyor")
         self.close_by_window_manager("a scan runs")
+
+    def test_closing_while_a_model_server_is_silent_ends_the_program(self):
+        self.server.be_silent()
+        self.start("--autoscan")
+        self.see(BUTTONS, "Yeniden oluşur, ")
+        self.close_by_window_manager("a server is asked that says nothing")
 
     def test_closing_while_a_question_is_open_moves_nothing(self):
         self.start("--autoscan", "--level=keep", "--select-first")
@@ -183,7 +202,7 @@ class Ending(DesktopTest):
 
     def test_a_signal_ends_the_program(self):
         self.start()
-        self.server.be_silent()
+        self.hold_disk()
         self.press("ctrl+r")
         self.see("heading", "Taranıyor")
         self.process.terminate()
@@ -268,7 +287,7 @@ class Telling(DesktopTest):
 
     def test_while_scanning(self):
         self.start()
-        self.server.be_silent()
+        self.hold_disk()
         self.press("ctrl+r")
         self.see("heading", "Taranıyor")
         self.check("scanning")
