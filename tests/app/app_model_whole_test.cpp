@@ -36,7 +36,7 @@ class WholeApp {
 public:
     explicit WholeApp(const std::string& verdicts) : app_(realServices(), verdicts) {
         app_.scan();
-        EXPECT_TRUE(eventually([&] { return app_.phase() == AppModel::Phase::done; }));
+        EXPECT_TRUE(waitUntil([&] { return app_.phase() == AppModel::Phase::done; }));
     }
     AppModel& operator*() { return app_; }
     AppModel* operator->() { return &app_; }

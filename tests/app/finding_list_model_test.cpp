@@ -198,7 +198,7 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     watch();
     const auto analysis = app().analyze("/1", "");
     const auto cleaning = app().clean({"/2"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     EXPECT_EQ(data(0, FindingListModel::isAnalyzingRole), true);
     EXPECT_EQ(data(0, FindingListModel::isCleaningRole), false);
     EXPECT_EQ(data(1, FindingListModel::isCleaningRole), true);
@@ -206,7 +206,7 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     later.setLevel(SafetyLevel::safe);
     EXPECT_EQ(later.data(later.index(0), FindingListModel::isAnalyzingRole), true);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return analysis.isReady() && cleaning.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return analysis.isReady() && cleaning.isReady(); }));
     EXPECT_EQ(data(0, FindingListModel::isAnalyzingRole), false);
     EXPECT_EQ(data(1, FindingListModel::isCleaningRole), false);
 }
