@@ -1,11 +1,11 @@
-// Measures how fast a selection goes to the Trash and how long the window stands still meanwhile: real
-// folders with a file in each, cleaned by the application, with a list on the screen that they leave.
+// Measures how fast a selection moves to the Trash and how long the window blocks meanwhile: real folders
+// with one file each, cleaned by the application while they are shown in a list.
 //
 //     ulvak_clean_many FOLDER [--findings M] [--clean N] [--permanent]
 //
-// FOLDER must not be there yet, and should not be kept in memory. It becomes a home with M findings in one
-// list, in random order; N of them, chosen at random, are on the disk, selected and cleaned. With --permanent
-// they are removed for good instead, one after the other.
+// FOLDER must not exist, and should not be on a memory file system. It becomes a home with M findings in one
+// list, in random order; N of them, chosen at random, exist on disk, are selected and cleaned. With
+// --permanent they are permanently removed instead, one after the other.
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -23,13 +23,9 @@
 #include <vector>
 
 #include "app/app_model.h"
-#include "app/finding_list_model.h"
 #include "made_up.h"
 #include "turns.h"
-
-#ifdef ULVAK_BENCH_WINDOW
 #include "ui/window_model.h"
-#endif
 
 namespace ulvak {
 namespace {
@@ -65,7 +61,7 @@ std::vector<Finding> makeFindings(const Options& options) {
     return findings;
 }
 
-/// Those that are to go, as folders on the disk. All have one name, as those of applications often do.
+/// The findings to clean, as folders on disk. All have the same name, as application folders often do.
 std::vector<std::string> makeChosen(const Options& options, const std::vector<Finding>& findings) {
     std::vector<std::size_t> places = shuffled(numbers(findings.size()), 2);
     places.resize(options.cleaned);
@@ -78,8 +74,7 @@ std::vector<std::string> makeChosen(const Options& options, const std::vector<Fi
     return chosen;
 }
 
-#ifdef ULVAK_BENCH_WINDOW
-/// All that the window shows of it, but for drawing.
+/// Everything the window shows of it, without drawing.
 class Shown {
 public:
     explicit Shown(AppModel& app) : window_(app) { window_.setSidebar(SidebarItem{SafetyLevel::safe}); }
@@ -88,16 +83,6 @@ public:
 private:
     WindowModel window_;
 };
-#else
-class Shown {
-public:
-    explicit Shown(AppModel& app) : list_(app) { list_.setLevel(SafetyLevel::safe); }
-    void select(const std::set<std::string>& /*ids*/) {}
-
-private:
-    FindingListModel list_;
-};
-#endif
 
 AppServices servicesOver(std::vector<Finding> findings) {
     AppServices services = AppServices::system(UserFolders::ofCurrentUser());
@@ -146,7 +131,7 @@ Figures measure(TimedApplication<QCoreApplication>& application, const Options& 
             .alert = app.alert()};
 }
 
-/// Whether it was quick enough.
+/// Prints the figures; returns whether they meet the limits.
 bool report(const Options& options, const Figures& figures) {
     const double rate = static_cast<double>(figures.gone) / figures.seconds;
     std::printf("%zu of %zu findings in %.2f s: %.0f a second\n", figures.gone, options.findings,
@@ -185,7 +170,7 @@ Options parse(const std::vector<std::string>& arguments) {
 int run(int argc, char** argv) {
     const Options options = parse({argv, argv + argc});
     fs::create_directories(options.folder);
-    // Qt's own dispatcher tells where a turn ends, that of GLib does not.
+    // Qt's own dispatcher reports the end of a turn; GLib's does not.
     for (const auto& [name, value] :
          {std::pair<const char*, std::string>("HOME", options.folder.string()), {"QT_NO_GLIB", "1"}})
         ::setenv(name, value.c_str(), 1);  // NOLINT(concurrency-mt-unsafe): no thread has begun

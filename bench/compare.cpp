@@ -1,9 +1,9 @@
-// Measures whole processes over the same trees, in turn, and prints how the scan and the removal compare.
+// Measures whole processes over the same trees, alternating, and prints how the scan and the removal compare.
 //
 //     ulvak_compare --dir FOLDER [--files N] [--folders N] [--runs N] [--only NAME]... [--large] [--cold]
 //
-// The ratios are taken pair by pair within each round, so that a slow minute of the machine weighs on
-// both sides. The trees stay in FOLDER for the next time.
+// Ratios are taken pairwise within each round, so that a slow minute of the machine affects both sides. The
+// trees stay in FOLDER for the next run.
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -49,7 +49,7 @@ constexpr std::size_t emptyHomeRuns = 21;
 constexpr std::size_t largeRuns = 3;
 constexpr std::size_t largeFactor = 5;
 constexpr std::size_t filesInOneFolder = 600'000;
-constexpr std::size_t removalShare = 4;  // of the files and folders that are scanned, a fourth is removed
+constexpr std::size_t removalShare = 4;  // a quarter of the scanned files and folders is removed
 
 struct Options {
     fs::path programs;  ///< the folder of the benchmark's own programs
@@ -61,7 +61,7 @@ struct Options {
     std::vector<std::string> only;  ///< empty: everything but "large" and "cold"
 };
 
-/// One process from start to end.
+/// One process from start to exit.
 struct Run {
     double wall = 0;    // ms
     double cpu = 0;     // ms
@@ -72,10 +72,10 @@ struct Program {
     std::string name;
     std::vector<std::string> command;
     std::vector<std::string> environment;
-    std::function<void()> prepare;  ///< before each run, not measured; may be empty
+    std::function<void()> prepare;  ///< runs before each measured run, not timed; may be empty
 };
 
-/// The runs of one program, one a round.
+/// The runs of one program, one per round.
 using Runs = std::vector<Run>;
 
 [[noreturn]] void failWith(const std::string& what) {
@@ -111,8 +111,8 @@ pid_t spawn(const Program& program) {
     return child;
 }
 
-/// The peak memory that the system reports of a process begins with what this one holds at the spawn.
-/// That is a few MiB, below what any of the measured programs takes.
+/// The peak memory reported for a process includes what this one held at the spawn: a few MiB, less than any
+/// measured program needs.
 Run measure(const Program& program) {
     if (program.prepare)
         program.prepare();
@@ -132,7 +132,7 @@ Run measure(const Program& program) {
             .memory = static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
-/// What all processes together have spent of the processors so far, in ms, kernel included.
+/// CPU time of all processes so far, in ms, including the kernel.
 double machineTime() {
     std::ifstream file("/proc/stat");
     std::string label;
@@ -144,11 +144,10 @@ double machineTime() {
     return busy * 1000 / static_cast<double>(::sysconf(_SC_CLK_TCK));
 }
 
-/// How much of the processors others take while this lives. More than a little, and the comparison is
-/// between what the programs were left with.
+/// Measures how much CPU other processes use while this lives. More than a little invalidates the comparison.
 class OtherLoad {
 public:
-    /// Percent of all cores, without what `results` took.
+    /// Percent of all cores, excluding the runs in `results`.
     [[nodiscard]] double percent(const std::vector<Runs>& results) const {
         const std::chrono::duration<double, std::milli> wall = std::chrono::steady_clock::now() - start_;
         double own = 0;
@@ -165,8 +164,8 @@ private:
     double busyAtStart_ = machineTime();
 };
 
-/// One warm-up round, then `rounds` measured ones. Each round begins with another program, so that none
-/// always runs after the same neighbour.
+/// One warm-up round, then `rounds` measured ones. Each round starts with a different program, so that none
+/// always runs after the same one.
 std::vector<Runs> measureInTurn(const std::vector<Program>& programs, std::size_t rounds) {
     std::vector<Runs> results(programs.size());
     for (const Program& program : programs)
@@ -178,7 +177,7 @@ std::vector<Runs> measureInTurn(const std::vector<Program>& programs, std::size_
             results[index].push_back(measure(programs[index]));
         }
     }
-    // What is prepared between the runs is no load on them.
+    // Preparation between runs would count as load.
     const bool isTold =
         std::ranges::none_of(programs, [](const Program& program) { return !!program.prepare; });
     if (const double percent = others.percent(results); isTold && percent > maxOtherLoad)
@@ -200,7 +199,7 @@ std::vector<double> column(const Runs& runs, double Run::* field) {
     return values;
 }
 
-/// The median over the rounds of how long `runs` took against `others` in the same round.
+/// The median, over the rounds, of `runs`' time relative to `others`' in the same round.
 double wallRatio(const Runs& runs, const Runs& others) {
     std::vector<double> ratios;
     ratios.reserve(runs.size());
@@ -224,7 +223,7 @@ void printTarget(const char* what, double measured, double most, const char* uni
                 measured <= most ? "ok" : "OVER");
 }
 
-/// Empty when it is not installed.
+/// The program's path; empty if it is not installed.
 std::string installed(const std::string& name) {
     for (const char* folder : {"/usr/bin/", "/bin/", "/usr/local/bin/"}) {
         if (::access((folder + name).c_str(), X_OK) == 0)
@@ -240,7 +239,7 @@ std::string findProgram(const std::string& name) {
     return path;
 }
 
-/// Makes the kernel forget what it has read of any disk.
+/// Drops the kernel's page cache for all disks.
 void dropCaches() {
     ::sync();
     std::ofstream file("/proc/sys/vm/drop_caches");
@@ -253,8 +252,8 @@ std::vector<std::string> joined(std::vector<std::string> words, const std::vecto
     return words;
 }
 
-/// Trees that are made once. A note beside each tells how it was made, or that it is not finished; a folder
-/// without a note is somebody else's and stays as it is.
+/// Trees that are created once. A note beside each records how it was made, or that it is unfinished; a
+/// folder without a note belongs to somebody else and is not touched.
 class Trees {
 public:
     explicit Trees(const Options& options) : options_(options) { fs::create_directories(options.dir); }
@@ -283,7 +282,7 @@ public:
         return tree;
     }
 
-    /// A tree to be removed, made anew.
+    /// A tree to be removed; created anew for each run.
     void makeToRemove(const fs::path& tree, std::size_t files, std::size_t folders) const {
         measure({.name = "ulvak_make_tree",
                  .command = {(options_.programs / "ulvak_make_tree").string(), tree.string(), "--files",
@@ -291,7 +290,7 @@ public:
                  .environment = {}});
     }
 
-    /// A folder with nothing in it.
+    /// An empty folder.
     [[nodiscard]] fs::path empty(const std::string& name) const {
         fs::path folder = options_.dir / name;
         fs::create_directories(folder);
@@ -331,7 +330,7 @@ public:
         compare({.title = shape}, {tree.string()}, tree, dump(tree, noTemp()));
     }
 
-    /// Everything has to come from the disk.
+    /// With cold caches: everything has to come from the disk.
     void cold() const {
         const fs::path tree = trees_.make("spread-" + std::to_string(options_.files), options_.files,
                                           options_.folders, "spread", 1);
@@ -339,15 +338,15 @@ public:
                 {tree.string()}, tree, dump(tree, noTemp()));
     }
 
-    /// One worker's folder, unless several share it.
+    /// A folder for one worker, unless several share it.
     void oneFolder() const {
         const fs::path tree = trees_.make("one-folder", filesInOneFolder, 1, "spread", 1);
         compare({.title = "one folder", .files = filesInOneFolder, .folders = 1, .ofDu = maxOfDuInOneFolder},
                 {tree.string()}, tree, dump(tree, noTemp()));
     }
 
-    /// The tree in three parts: the home, the temporary folder and the cache beside it. The other roots
-    /// are absolute paths, and hold what this machine has there.
+    /// The tree in three parts: the home, the temporary folder and the cache beside it. The other roots are
+    /// absolute paths, with whatever this machine has there.
     void manyRoots() const {
         const std::string base = "roots-" + std::to_string(options_.files) + "/";
         const std::array<std::string, 3> names = {"home", "user/T", "user/C"};
@@ -369,7 +368,7 @@ public:
         printTarget("wall", median(column(runs, &Run::wall)), maxEmptyHome, "ms");
     }
 
-    /// For good, as a finding of one item; the tree is made anew for every run.
+    /// Permanent removal, as a finding with one item; the tree is created anew for every run.
     void removal() const {
         const std::size_t files = options_.files / removalShare;
         const std::size_t folders = options_.folders / removalShare;
@@ -418,8 +417,8 @@ public:
 private:
     struct Case {
         std::string title;
-        std::size_t files = 0;    ///< 0: as many as the options say
-        std::size_t folders = 0;  ///< as well
+        std::size_t files = 0;    ///< 0: as given by the options
+        std::size_t folders = 0;  ///< likewise
         double ofDu = maxOfDu;
         double ofOthers = maxOfGdu;
         std::function<void()> prepare;
@@ -434,7 +433,7 @@ private:
             {.name = "floor", .command = joined({floor}, parts), .environment = plain},
             {.name = "du -s", .command = joined({findProgram("du"), "-s"}, parts), .environment = plain},
             {.name = "gdu -n", .command = {findProgram("gdu"), "-n", whole.string()}, .environment = plain}};
-        // Not every Debian has it.
+        // Not packaged in every Debian release.
         if (const std::string dust = installed("dust"); !dust.empty())
             programs.push_back({.name = "dust", .command = joined({dust}, parts), .environment = plain});
         for (Program& program : programs)
@@ -448,7 +447,7 @@ private:
         for (std::size_t index = 0; index < programs.size(); ++index)
             printRuns(programs[index].name, results[index]);
         printTargetsHead();
-        // What is read from the disk is as fast as the disk: the floor says nothing then.
+        // With cold caches the disk sets the speed, and the floor means nothing.
         if (!what.prepare)
             printTarget("wall against the floor", wallRatio(results[0], results[1]), maxOfFloor, "");
         printTarget("wall against du -s", wallRatio(results[0], results[2]), what.ofDu, "");

@@ -1,11 +1,11 @@
-// Measures how long the window would stand still: the longest turn of the event loop while a scan runs and
-// when its findings arrive.
+// Measures how long the window would block: the longest turn of the event loop during a scan and when its
+// findings arrive.
 //
 //     ulvak_event_loop TREE [--runs N] [--findings N]
 //
-// TREE is a folder made by ulvak_make_tree. It is scanned as a home; in the place of its findings come N
-// made-up ones, in random order, to lists of all levels. Each run scans three times: into empty lists, over
-// the same findings, and over a list of which every other finding has gone and another has come.
+// TREE is a folder made by ulvak_make_tree. It is scanned as a home; its findings are replaced by N made-up
+// ones, in random order, for lists of all levels. Each run scans three times: into empty lists, over the same
+// findings, and with every other finding replaced by a new one.
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -23,10 +23,10 @@
 #include <vector>
 
 #include "app/app_model.h"
-#include "app/finding_list_model.h"
 #include "made_up.h"
 #include "platform/durable_file.h"
 #include "turns.h"
+#include "ui/finding_list_model.h"
 
 namespace ulvak {
 namespace {
@@ -42,18 +42,18 @@ struct Options {
     std::size_t findings = 5'000;
 };
 
-/// The application with a list for each level, as a window has it.
+/// The application with one list per level, like a window.
 class World {
 public:
     World(const Options& options, const fs::path& folder)
         : tree_(options.tree), app_(services(), (folder / "verdicts.json").string()) {
         for (const SafetyLevel level : allSafetyLevels) {
-            lists_.push_back(std::make_unique<FindingListModel>(app_));
+            lists_.push_back(std::make_unique<FindingListModel>(all_));
             lists_.back()->setLevel(level);
         }
     }
 
-    /// Scans the tree and lets these findings arrive.
+    /// Scans the tree and delivers these findings.
     void scan(const std::vector<std::size_t>& numbers) {
         {
             const std::scoped_lock lock(next_->mutex);
@@ -72,7 +72,7 @@ public:
     }
     [[nodiscard]] std::int64_t scannedFiles() const { return app_.scannedFiles(); }
     [[nodiscard]] double scanSeconds() const { return app_.scanDuration().value_or(0); }
-    /// A label, as the user gives one: all that is remembered is put into words again.
+    /// Labels a finding, like a user; all stored verdicts are serialised again.
     void label() {
         QEventLoop loop;
         QTimer::singleShot(0, &app_, [this, &loop] {
@@ -106,6 +106,7 @@ private:
     std::string tree_;
     std::shared_ptr<Next> next_ = std::make_shared<Next>();
     AppModel app_;
+    FindingsModel all_{app_};
     std::vector<std::unique_ptr<FindingListModel>> lists_;
 };
 
@@ -158,7 +159,7 @@ std::vector<Figures> measure(TimedApplication<QCoreApplication>& application, co
     return figures;
 }
 
-/// Whether every turn was short enough.
+/// Prints the figures; returns whether every turn was short enough.
 bool report(const std::vector<Figures>& figures) {
     bool isQuick = true;
     std::printf("longest turn of the event loop, ms      median     max   own time, median     max\n");
@@ -195,7 +196,7 @@ int run(int argc, char** argv) {
         failWith("no temporary folder");
     const std::string temp = folder + "/T";
     fs::create_directory(temp);
-    // Qt's own dispatcher tells where a turn ends, that of GLib does not.
+    // Qt's own dispatcher reports the end of a turn; GLib's does not.
     for (const auto& [name, value] :
          {std::pair<const char*, std::string>("HOME", options.tree), {"TMPDIR", temp}, {"QT_NO_GLIB", "1"}})
         ::setenv(name, value.c_str(), 1);  // NOLINT(concurrency-mt-unsafe): no thread has begun

@@ -1,10 +1,10 @@
-// The floor that the scan is measured against: the same kernel calls for every folder and every entry, on
-// as many threads as there are cores, and nothing kept. Whatever the scan takes beyond this is its own.
+// The floor that the scan is measured against: the same system calls for every folder and every entry, on as
+// many threads as there are cores, keeping nothing. Whatever the scan takes beyond this is its own overhead.
 //
 //     ulvak_floor FOLDER...
 //
-// Prints the entries (the given folders among them), the folders, and the bytes allocated to them all.
-// A file with several hard links counts once per link.
+// Prints the number of entries (including the given folders), the number of folders, and the bytes allocated
+// in total. A file with several hard links counts once per link.
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -34,8 +34,7 @@ namespace {
 
 constexpr std::size_t bufferSize = 64 * 1024;
 constexpr std::uint64_t blockSize = 512;
-/// The least that a machine with several cores keeps on one line of cache: what one thread writes all the
-/// time lies this far from what another does.
+/// A common cache line size: data written constantly by one thread is kept this far from another's.
 constexpr std::size_t cacheLine = 64;
 
 /// A folder whose sub-folders are still to be opened relative to it.
@@ -52,9 +51,9 @@ private:
     int number_;
 };
 
-/// A folder that nobody has opened yet.
+/// A folder that has not been opened yet.
 struct Pending {
-    std::shared_ptr<const Handle> parent;  ///< absent: `name` is a path from the command line
+    std::shared_ptr<const Handle> parent;  ///< null: `name` is a path from the command line
     std::string name;
 };
 
@@ -73,8 +72,8 @@ struct Totals {
     }
 };
 
-/// What is pending, as one stack per thread. A thread works on its own newest folder, which keeps few
-/// folders open, and helps itself to the older half of another's stack when its own is empty.
+/// Pending folders, one stack per thread. A thread works on its own newest folder, which keeps few folders
+/// open, and takes the older half of another's stack when its own is empty.
 class WorkShare {
 public:
     explicit WorkShare(std::size_t threads) : stacks_(threads) {}
@@ -91,14 +90,14 @@ public:
             waiting = own.items.size();
         }
         found.clear();
-        // One is for the pushing thread itself: nobody needs to wake for it.
+        // One is for the pushing thread itself; nobody needs to wake for it.
         if (waiting > 1 && sleepers_.load(std::memory_order_relaxed) > 0) {
             const std::scoped_lock lock(sleepMutex_);
             wake_.notify_all();
         }
     }
 
-    /// The next folder for `thread`; sleeps while the others may still find some. Absent at the end.
+    /// The next folder for `thread`; sleeps while others may still find some. nullopt at the end.
     [[nodiscard]] std::optional<Pending> next(std::size_t thread) {
         if (auto mine = newest(thread))
             return mine;
@@ -144,8 +143,8 @@ private:
         return taken;
     }
 
-    /// A push either comes before the look at its stack here, and is found, or after it, and then sees the
-    /// count of sleepers: the stack's lock orders the two. When all sleep there is nothing left.
+    /// A push either precedes the look at its stack here, and is found, or follows it, and then sees the
+    /// sleeper count: the stack's lock orders the two. When all threads sleep, nothing is left.
     [[nodiscard]] std::optional<Pending> awaitWork(std::size_t thread) {
         std::unique_lock lock(sleepMutex_);
         for (;;) {
@@ -185,13 +184,13 @@ private:
     bool finished_ = false;  // guarded by `sleepMutex_`
 };
 
-/// One thread's share of the walk.
+/// One thread of the walk.
 class Worker {
 public:
     Worker(WorkShare& share, std::size_t thread)
         : share_(share), thread_(thread), buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 
-    /// Counts the folders of the command line themselves and puts them on this thread's stack.
+    /// Counts the command-line folders themselves and pushes them on this thread's stack.
     void begin(const std::vector<std::string>& roots) {
         for (const std::string& root : roots) {
             addEntry(AT_FDCWD, root.c_str(), 0);
@@ -242,8 +241,8 @@ private:
         }
     }
 
-    /// The kernel's record: inode, offset, record length, type, name with its zero byte. The length of
-    /// the record comes back.
+    /// Reads the kernel's record: inode, offset, record length, type, NUL-terminated name. Returns the record
+    /// length.
     std::size_t readRecord(int folder, const std::byte* record) {
         unsigned short length = 0;
         std::memcpy(&length, record + 16, sizeof length);
@@ -254,7 +253,7 @@ private:
         return length;
     }
 
-    /// Whether the entry is a folder.
+    /// Counts an entry. Returns whether it is a folder.
     bool addEntry(int folder, const char* name, int flags) {
         struct statx info;  // NOLINT(cppcoreguidelines-pro-type-member-init): the kernel fills what is read
         if (::statx(folder, name, flags | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_BLOCKS | STATX_MTIME, &info) !=

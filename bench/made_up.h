@@ -8,10 +8,10 @@
 
 namespace ulvak {
 
-/// A finding as full as one gets, of one level after the other.
+/// A finding with all fields filled; levels rotate with `number`.
 Finding madeUp(std::size_t number, std::string_view folder);
 
-/// These in a random order that is the same for the same seed.
+/// Shuffles deterministically: the same seed gives the same order.
 std::vector<std::size_t> shuffled(std::vector<std::size_t> numbers, unsigned seed);
 
 }  // namespace ulvak

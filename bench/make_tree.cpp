@@ -1,4 +1,4 @@
-// Makes a tree to measure on, the same one for the same arguments.
+// Creates a tree to measure on; the same arguments always give the same tree.
 //
 //     ulvak_make_tree FOLDER [--files N] [--folders N] [--large N] [--shape spread|deep] [--seed N]
 //
@@ -41,7 +41,7 @@ struct Request {
 };
 
 struct Folder {
-    std::string path;  ///< below the root; empty for the root itself
+    std::string path;  ///< relative to the root; empty for the root itself
     std::size_t depth = 0;
     std::size_t files = 0;
     std::size_t largeFiles = 0;
@@ -50,15 +50,15 @@ struct Folder {
 /// Parents before children; the first is the root.
 using Plan = std::vector<Folder>;
 
-/// The standard's distributions may differ between libraries, the engine itself may not: what is derived
-/// from it here gives the same tree everywhere.
+/// The standard's distributions may differ between libraries, but the engine may not: values derived from it
+/// here give the same tree everywhere.
 class Dice {
 public:
     explicit Dice(std::uint64_t seed) : engine_(seed) {}
 
     std::size_t below(std::size_t bound) { return static_cast<std::size_t>(engine_() % bound); }
     bool chance(std::size_t percent) { return below(100) < percent; }
-    /// Above 0, at most 1.
+    /// In (0, 1].
     double fraction() { return (static_cast<double>(engine_() >> 11U) + 1.0) * 0x1p-53; }
 
 private:
@@ -82,7 +82,7 @@ Plan spreadFolders(const Request& request, Dice& dice) {
     constexpr std::size_t deepest = 14;
     Plan plan(1);
     while (plan.size() <= request.folders) {
-        // A folder drawn from all there are makes a recursive tree: the older a folder, the bushier.
+        // A parent drawn from all folders gives a recursive tree: the older a folder, the bushier.
         std::size_t parent = plan.size() <= topFolders ? 0 : 1 + dice.below(plan.size() - 1);
         if (plan[parent].depth >= deepest)
             parent = 1 + dice.below(topFolders);
@@ -95,7 +95,7 @@ Plan spreadFolders(const Request& request, Dice& dice) {
 Plan deepFolders(const Request& request, Dice& dice) {
     constexpr std::size_t deepest = 24;
     Plan plan(1);
-    std::size_t packages = 0;  // the folder "node_modules" of the project
+    std::size_t packages = 0;  // the project's "node_modules" folder
     for (const char* name : {"work", "app", "node_modules"})
         packages = addFolder(plan, packages, name);
     while (plan.size() <= request.folders) {
@@ -130,7 +130,7 @@ void spreadFiles(Plan& plan, std::size_t files, Dice& dice) {
     }
 }
 
-/// Large files are some of the files already planned, so that the number of files stays as asked.
+/// Large files are taken from the files already planned, so that the file count stays as requested.
 void addLargeFiles(Plan& plan, std::size_t largeFiles, Dice& dice) {
     for (std::size_t placed = 0; placed < largeFiles;) {
         Folder& folder = plan[dice.below(plan.size())];
@@ -154,7 +154,7 @@ Plan planTree(const Request& request) {
     std::exit(1);
 }
 
-/// Gives a file its blocks without writing them; where the file system cannot, one byte is written.
+/// Allocates a file's blocks without writing them; if the file system cannot, writes one byte.
 bool occupy(int file, off_t bytes) {
     if (bytes == 0 || ::fallocate(file, 0, 0, bytes) == 0)
         return true;
@@ -203,7 +203,7 @@ void makeTree(const std::string& rootPath, const Plan& plan) {
             });
         }
     }
-    // What is still to be written would otherwise be written during the measurement.
+    // Otherwise pending writes would happen during the measurement.
     ::syncfs(root);
     ::close(root);
 }

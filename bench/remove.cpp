@@ -1,8 +1,8 @@
-// Removes one item for good, as the cleaning of a finding does, for `ulvak_compare`.
+// Permanently removes one item, as cleaning a finding does, for `ulvak_compare`.
 //
 //     ulvak_remove ITEM
 //
-// ITEM lies in the home folder that the environment names.
+// ITEM must be in the home folder named by the environment.
 
 #include <cstdio>
 

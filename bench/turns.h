@@ -13,27 +13,27 @@
 
 namespace ulvak {
 
-/// Of a turn of the event loop, in ms.
+/// The duration of one turn of the event loop, in ms.
 struct Turn {
     double wall = 0;
-    double cpu = 0;  ///< of its own thread: what it would take if nobody else ran
+    double cpu = 0;  ///< of its own thread: the duration if nothing else ran
 };
 
-/// Says why on the standard error, and ends the program with 1.
+/// Prints the reason to standard error and exits with 1.
 [[noreturn]] void failWith(const std::string& what);
 
-/// The argument at `index` as a number of at least 1; ends the program when there is none.
+/// The argument at `index` as a number of at least 1; exits if there is none.
 std::size_t numberAt(const std::vector<std::string>& arguments, std::size_t index);
 
-/// What this thread has run, in ms.
+/// This thread's CPU time, in ms.
 double threadTime();
 
-/// Of one time of each turn; the turns are not empty.
+/// Of one of the two times over all turns; `turns` must not be empty.
 std::pair<double, double> medianAndMost(const std::vector<Turn>& turns, double Turn::* time);
 
-/// Times the turns of its event loop: from the first event that is delivered to where it waits for more.
+/// Times the turns of its event loop: from the first event delivered to the next wait.
 ///
-/// Qt's own dispatcher tells where a turn ends, that of GLib does not: QT_NO_GLIB must be set before.
+/// Qt's own dispatcher reports the end of a turn and GLib's does not, so QT_NO_GLIB must be set beforehand.
 template <typename Application>
 class TimedApplication : public Application {
 public:
@@ -49,7 +49,7 @@ public:
         return Application::notify(receiver, event);
     }
 
-    /// What happens from here on is not counted, until the call with false.
+    /// Excludes what happens from `leaveOut(true)` to `leaveOut(false)`.
     void leaveOut(bool isLeftOut) {
         if (isLeftOut) {
             outStart_ = Clock::now();
@@ -60,7 +60,7 @@ public:
         }
     }
 
-    /// The longest since the last call.
+    /// The longest turn since the last call.
     Turn takeLongest() {
         end();
         return std::exchange(longest_, {});
@@ -92,7 +92,7 @@ private:
     double cpuStart_ = 0;  // ms
     Clock::time_point outStart_;
     double outCpuStart_ = 0;  // ms
-    Turn out_;                // of this turn
+    Turn out_;                // excluded from this turn
     bool isInTurn_ = false;
     Turn longest_;
 };

@@ -1,10 +1,10 @@
-// Measures the window, without a display: how soon it shows its first frame, and what a frame takes of the
-// UI thread while one list of many findings is scrolled, selected and relabelled.
+// Measures the window, without a display: the time to its first frame, and the UI-thread time per frame while
+// one list of many findings is scrolled, selected and relabelled.
 //
 //     ulvak_window_frames [--runs N] [--findings N]
 //
 // A frame's time is that of the whole turn of the event loop, less the drawing itself: without a display the
-// toolkit draws in software, on the same thread, which no user's window does.
+// toolkit draws in software on the same thread, which no user's window does.
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,10 +36,10 @@
 #include <vector>
 
 #include "app/app_model.h"
-#include "app/shown.h"
 #include "made_up.h"
 #include "turns.h"
 #include "ui/open_window.h"
+#include "ui/shown.h"
 #include "ui/window_model.h"
 
 Q_IMPORT_PLUGIN(UlvakPlugin)
@@ -85,7 +85,7 @@ AppServices services(std::size_t findings) {
     return services;
 }
 
-/// The window over one list, and the times of its frames.
+/// The window with one list, and its frame times.
 class World {
 public:
     World(Application& application, std::size_t findings, std::string verdictsPath)
@@ -133,7 +133,7 @@ public:
         const QPointF middle = rows()->mapToScene({rows()->width() / 2, rows()->height() / 2});
         QWheelEvent event(middle, window_->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
-        event.setTimestamp(static_cast<quint64>(milliseconds()));  // a list asks how fast the wheel turns
+        event.setTimestamp(static_cast<quint64>(milliseconds()));  // the list computes the wheel's speed
         QCoreApplication::sendEvent(window_, &event);
     }
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -149,9 +149,9 @@ public:
     [[nodiscard]] std::size_t selected() { return model_.list()->selection()->ids().size(); }
     [[nodiscard]] int listed() { return model_.list()->rows()->rowCount(); }
 
-    /// How far the list is scrolled, in pixels.
+    /// Scroll offset of the list, in pixels.
     [[nodiscard]] double scrolled() const { return rows()->property("contentY").toDouble(); }
-    /// The rows that have a view.
+    /// The number of rows with a delegate.
     [[nodiscard]] int delegates() const {
         const auto* content = rows()->property("contentItem").value<QQuickItem*>();
         return static_cast<int>(std::ranges::count_if(content->childItems(), [](const QQuickItem* item) {
@@ -176,11 +176,11 @@ private:
 
 struct Figures {
     std::string_view name;
-    bool isOnce = false;  ///< not a frame of using the list: it is shown, not judged
+    bool isOnce = false;  ///< not a frame of normal use: reported, not judged
     std::vector<Turn> frames;
 };
 
-/// What a user does with the list. Frames of all runs.
+/// What a user does with the list. Frames of all runs together.
 struct Session {
     std::array<Figures, 7> figures = {{{.name = "the list is opened", .isOnce = true},
                                        {.name = "the wheel turns"},
@@ -218,7 +218,7 @@ struct Session {
     }
 };
 
-/// From the start of a process to the first frame of its window, in ms.
+/// From process start to the window's first frame, in ms.
 double timeToFirstFrame(const std::string& program) {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0)
@@ -242,7 +242,7 @@ double timeToFirstFrame(const std::string& program) {
     return std::strtod(text.c_str(), nullptr) - start;
 }
 
-/// Opens the program's window, and prints when its first frame was shown.
+/// Opens the program's window and prints when its first frame was shown.
 int showOneFrame(QGuiApplication& application) {
     const UserFolders folders = UserFolders::ofCurrentUser();
     AppModel app(AppServices::system(folders), VerdictStore::defaultPath(folders));
@@ -258,7 +258,7 @@ int showOneFrame(QGuiApplication& application) {
     return QGuiApplication::exec();
 }
 
-/// The most memory that this process has ever had, in MiB.
+/// The process's peak memory, in MiB.
 double peakMemory() {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
@@ -270,7 +270,7 @@ double peakMemory() {
     failWith("no peak of memory");
 }
 
-/// Whether everything was quick enough.
+/// Prints the figures; returns whether everything was fast enough.
 bool report(const Session& session, std::vector<double> firstFrames) {
     std::ranges::sort(firstFrames);
     const double first = firstFrames[firstFrames.size() / 2];
@@ -309,7 +309,7 @@ int measure(int argc, char** argv, const Options& options) {
     std::string folder = (fs::temp_directory_path() / "ulvak-window-XXXXXX").string();
     if (::mkdtemp(folder.data()) == nullptr)
         failWith("no temporary folder");
-    // Without a display the screen is smaller than the window.
+    // The default screen without a display is smaller than the window.
     const std::string screen = folder + "/screen.json";
     std::ofstream(screen) << R"({"screens": [{"name": "desk", "width": 1920, "height": 1080}]})";
     for (const auto& [name, value] : {std::pair<const char*, std::string>("HOME", folder),

@@ -1,11 +1,11 @@
-# What keeps a mistake in our own code from being more than that, for what users run. Each is used where compiler and
-# linker have it; scripts/package --check looks whether all arrived.
+# Hardening flags for what users run, to limit the damage of our own mistakes. Each is used if compiler and
+# linker support it; scripts/package --check verifies that all took effect.
 
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
 
-# Of release builds: the others are for looking into, and the tests in them are not optimised. Not under sanitizers,
-# which are told less where the library checks for itself. On macOS the compiler does it unasked.
+# Release builds only: the others are for debugging, and the tests in them are not optimised. Not with
+# sanitizers, which see less if the library does its own checks. On macOS the compiler does it by default.
 function(ulvak_find_hardening)
   if(NOT CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$" OR ULVAK_SANITIZE OR APPLE)
     return()
@@ -16,7 +16,7 @@ function(ulvak_find_hardening)
   elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
     list(APPEND candidates -mbranch-protection=standard)
   endif()
-  set(flags -fPIE)  # where Qt is linked it asks for -fPIC, after this
+  set(flags -fPIE)  # targets that link Qt also get -fPIC, which comes later and wins
   foreach(flag IN LISTS candidates)
     string(MAKE_C_IDENTIFIER "ULVAK_HAS${flag}" known)
     check_cxx_compiler_flag(${flag} ${known})
@@ -29,7 +29,7 @@ function(ulvak_find_hardening)
      (CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 12))
     set(level 3)
   endif()
-  # A distribution may have set a level of its own.
+  # A distribution may have set its own level.
   list(APPEND flags -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${level})
   set(ULVAK_HARDENING_FLAGS "${flags}" PARENT_SCOPE)
 

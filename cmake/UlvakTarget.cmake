@@ -1,14 +1,14 @@
-# What every target of this project has in common. Flags sit on the targets, never on the directory,
-# so that a library found on the system is compiled against as it is.
+# Common settings of all targets. Flags are set on targets, never on directories, so that third-party code is
+# compiled with its own flags.
 
 include(UlvakHardening)
 ulvak_find_hardening()
 
 function(ulvak_common target)
   # Every field of our records has a default: leaving one out is what designated initialisers are for. GCC 12
-  # sees overlaps that are none in "x" + std::string, and clang the standard library's own use of what that
-  # library has deprecated.
-  set(ours "$<COMPILE_LANGUAGE:CXX,OBJCXX>")  # Swift takes none of this
+  # reports false overlaps in "x" + std::string, and clang reports the standard library's own use of what it
+  # has deprecated.
+  set(ours "$<COMPILE_LANGUAGE:CXX,OBJCXX>")  # these do not apply to Swift
   set(warnings
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wno-missing-field-initializers
@@ -17,12 +17,12 @@ function(ulvak_common target)
     $<$<BOOL:${ULVAK_STRICT}>:-Werror>)
   target_compile_options(${target} PRIVATE "$<${ours}:${warnings}>")
   if(APPLE)
-    # std::stop_token is experimental in this standard library; all of it is in headers. QCoro uses
-    # std::exception_ptr without including what declares it.
+    # std::stop_token is experimental in this standard library, but header-only. QCoro uses std::exception_ptr
+    # without including its header.
     target_compile_definitions(${target} PRIVATE "$<${ours}:_LIBCPP_ENABLE_EXPERIMENTAL>")
     target_compile_options(${target} PRIVATE
       "$<${ours}:SHELL:-include exception>" "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>")
-    # The Swift in it is a library like others.
+    # The Swift part is an ordinary library.
     set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
   endif()
   target_compile_options(${target} PRIVATE "$<${ours}:${ULVAK_HARDENING_FLAGS}>")
@@ -31,7 +31,7 @@ function(ulvak_common target)
     target_link_options(${target} PRIVATE ${ULVAK_HARDENING_LINKS})
   endif()
   if(ULVAK_SANITIZE)
-    # What GCC 12 makes of instrumented code looks to it as if it read what was never written.
+    # GCC 12 reports false uninitialised reads in instrumented code.
     target_compile_options(${target} PRIVATE -fsanitize=${ULVAK_SANITIZE} -fno-omit-frame-pointer
       $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(${target} PUBLIC -fsanitize=${ULVAK_SANITIZE})
@@ -47,18 +47,18 @@ function(ulvak_library folder)
   ulvak_common(ulvak_${folder})
 endfunction()
 
-# ulvak_test_code(<target>): of the tests, only what they test is as users run it. To optimise them takes longer
-# than to run them.
+# ulvak_test_code(<target>): in tests, only the code under test is built as users run it. Optimising the tests
+# themselves takes longer than running them.
 function(ulvak_test_code target)
-  set(ULVAK_HARDENING_FLAGS "")  # which take optimised code
+  set(ULVAK_HARDENING_FLAGS "")  # which need optimised code
   set(ULVAK_HARDENING_LINKS "")
   ulvak_common(${target})
   target_compile_options(${target} PRIVATE -O0)
 endfunction()
 
-# ulvak_run_tests(<program> <folder> [<pattern>...]): has ctest run the program once, for all of its tests but those that
-# a pattern names. Those have a process each: they change what a process has only one of and never gets back, or
-# take a disk for themselves.
+# ulvak_run_tests(<program> <folder> [<pattern>...]): makes ctest run the program once, for all tests except
+# those that match a pattern. These get a process each: they change process-wide state that cannot be
+# restored, or need a disk to themselves.
 function(ulvak_run_tests program folder)
   string(JOIN ":" alone ${ARGN})
   add_test(NAME ${folder}/${program} COMMAND ${program} "--gtest_filter=-${alone}")
@@ -72,9 +72,9 @@ function(ulvak_run_tests program folder)
   endif()
 endfunction()
 
-# ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>... ALONE <patterns>...): the
-# binary <folder>_tests, or <name>_tests where a folder has several. With OWN_MAIN one of the sources has the main
-# function. For ALONE see above.
+# ulvak_test(<folder> [NAME <name>] [OWN_MAIN] SOURCES <files>... LIBRARIES <targets>... ALONE <patterns>...):
+# the binary <folder>_tests, or <name>_tests if a folder has several. With OWN_MAIN one of the sources defines
+# main. ALONE: the patterns of ulvak_run_tests.
 function(ulvak_test folder)
   cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_MAIN" "NAME" "SOURCES;LIBRARIES;ALONE")
   set(program ${folder}_tests)
@@ -88,7 +88,7 @@ function(ulvak_test folder)
   add_executable(${program} ${arg_SOURCES})
   target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} ulvak::test_support GTest::gmock ${main})
   ulvak_test_code(${program})
-  # The toolkit's code is compiled with other flags.
+  # The toolkit's code is compiled with different flags.
   if(arg_OWN_MAIN)
     ulvak_precompile_test_headers(${program} <QtTest>)
   elseif(TARGET ulvak_test_headers)

@@ -7,7 +7,7 @@
 #include "ai/fact_text.h"
 #include "core/text.h"
 
-// Reads an input as what a model has answered. Whatever it is, what comes out can be shown.
+// Parses the input as a model's answer. Whatever it is, the result must be safe to show.
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include "platform/macos/bulk_listing.h"
 
-// Reads an input as what a file system has put into the buffer of a listing. Whatever it is, each record
-// leads further into it, and a name lies in it, with its end.
+// Parses the input as a file system's listing buffer. Whatever it is, each record must advance the position,
+// and each name must lie within the buffer, terminated.
 
 namespace {
 
@@ -29,7 +29,7 @@ void checkName(std::string_view name, std::span<const std::byte> buffer) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace ulvak::platform;
-    // Of its very own size, so that a look beyond it is seen.
+    // Exactly sized, so that any read beyond the end is detected.
     const std::vector<std::byte> buffer(reinterpret_cast<const std::byte*>(data),
                                         reinterpret_cast<const std::byte*>(data) + size);
     std::size_t position = 0;

@@ -6,14 +6,14 @@
 
 #include "core/glob.h"
 
-// Compares the matcher with one that tries everything. An input is a byte of options, the pattern, a zero
-// byte, and the text.
+// Compares the matcher with a brute-force one. The input is an options byte, the pattern, a NUL byte, and the
+// text.
 
 namespace {
 
 using ulvak::GlobOptions;
 
-/// As the description of the patterns reads, without a thought for speed: exponential in the stars.
+/// A literal reading of the pattern syntax; exponential in the number of stars.
 class SlowMatcher {
 public:
     explicit SlowMatcher(GlobOptions options) : options_(options) {}
@@ -33,7 +33,7 @@ public:
         return rest && matches(*rest, text.substr(1));
     }
 
-    /// It was too slow: the answer says nothing.
+    /// Too slow: the answer means nothing.
     [[nodiscard]] bool gaveUp() const { return stepsLeft_ < 0; }
 
 private:
@@ -46,7 +46,7 @@ private:
         return options_.ignoreCase && byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte;
     }
 
-    /// What is left of a pattern after its first element, which is no star, if that matches `c`.
+    /// The rest of a pattern after its first element (not a star), if that matches `c`.
     [[nodiscard]] Rest afterOne(std::string_view pattern, char c) const {
         const Rest literal = value(pattern[0]) == value(c) ? Rest(pattern.substr(1)) : std::nullopt;
         switch (pattern[0]) {
@@ -72,7 +72,7 @@ private:
         for (bool isFirst = true; isFirst || !rest.starts_with(']'); isFirst = false) {
             const auto low = takeMember(rest);
             if (!low)
-                return literal;  // never closed
+                return literal;  // unclosed
             auto high = low;
             if (rest.size() >= 2 && rest[0] == '-' && rest[1] != ']') {
                 rest.remove_prefix(1);

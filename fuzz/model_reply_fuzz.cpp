@@ -6,7 +6,7 @@
 
 #include "ai/server/model_reply.h"
 
-// Reads an input as what a model server sends back: a byte that picks the status, and the body.
+// Parses the input as a model server's reply: a byte that selects the status, then the body.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using ulvak::platform::ModelError;

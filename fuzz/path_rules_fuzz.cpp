@@ -8,8 +8,8 @@
 #include "clean/guard_rails.h"
 #include "clean/plain_rule.h"
 
-// Compares the guard rails with the same rules said more plainly. An input is a byte that chooses the user,
-// and the path.
+// Compares the guard rails with a simpler statement of the same rules. The input is a byte that selects the
+// user, then the path.
 
 namespace {
 

@@ -1,4 +1,4 @@
-// The developer tools' JSON: whatever they print, reading it ends with a map whose entries are sound.
+// Parses the input as the developer tools' JSON. Whatever it is, the result must be a map of valid entries.
 
 #include <cstddef>
 #include <cstdint>

@@ -7,8 +7,8 @@
 #include "core/text.h"
 #include "store/verdict_file.h"
 
-// Reads an input as a file of remembered verdicts, and as ids of findings, one a line, for which verdicts are
-// stored. Whatever is in memory is the same after it was written and read again.
+// Parses the input as a file of remembered verdicts, and as finding ids, one per line, for which verdicts are
+// stored. In both cases writing and reading back must not change the entries in memory.
 
 namespace {
 

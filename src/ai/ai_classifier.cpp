@@ -29,7 +29,7 @@ Rules:
 - If unsure, choose caution and lower the confidence.
 - Write the title and the reason in )";
 
-/// In both languages on purpose.
+/// Deliberately in both languages.
 constexpr std::string_view addressing = R"(. Address the user as "sen" when writing Turkish.)";
 
 struct LanguageRow {
@@ -37,7 +37,7 @@ struct LanguageRow {
     std::string_view wish;  ///< ends the prompt
 };
 
-/// By language, in its order.
+/// Indexed by `Language`.
 constexpr std::array<LanguageRow, 2> languages = {{
     {"Turkish", "Başlığı ve açıklamayı Türkçe yaz."},
     {"English", "Write in English."},
@@ -98,8 +98,8 @@ Result classifyFacts(std::string_view facts, const platform::LanguageModel& mode
         stop.stop_requested())
         return std::unexpected(Error{std::move(turkish.error())});
 
-    // Whatever goes wrong from here on is the platform's error, a refusal included: the model does not work
-    // for this user, and a shorter text would not change that.
+    // From here on any failure is a platform error, even a refusal: the model does not work for this user,
+    // and a shorter text would not change that.
     auto english = ask(facts, Language::english, model, std::move(stop));
     if (!english)
         return std::unexpected(Error{std::move(english.error())});

@@ -12,27 +12,28 @@
 #include "core/verdict.h"
 #include "platform/language_model.h"
 
-/// Asks the language model of this machine what a folder is and how safe it is to delete. Stateless.
-/// Threads: any, several at once; blocks the caller for as long as the model thinks. A stop ends a request
-/// at once, with an error, and nothing is asked again after one.
+/// Asks this machine's language model what a folder is and how safe it is to delete. Stateless.
+///
+/// Threads: any, concurrently; blocks for as long as the model thinks. A stop request ends a request at once,
+/// with an error, and no further request is made.
 namespace ulvak::AIClassifier {
 
-/// The classifier's own error.
+/// The classifier's own errors.
 enum class Failure : std::uint8_t {
-    guardrail,  ///< the model's safety filter, or the model itself, will not speak about this folder
+    guardrail,  ///< the model's safety filter, or the model itself, refuses to discuss this folder
 };
 
 /// Turkish, ready to show.
 [[nodiscard]] std::string_view errorDescription(Failure failure);
 
-/// Either the classifier's own error or the platform's, passed on as it came. An answer that does not hold
-/// what was asked for is an error of the platform's kind.
+/// Either the classifier's own error or the platform's, unchanged. An answer without the requested content is
+/// a platform error.
 struct Error {
     std::variant<Failure, platform::ModelError> value;
 
     [[nodiscard]] bool isGuardrail() const { return std::holds_alternative<Failure>(value); }
 
-    /// For people, on one line, safe to show.
+    /// One line, safe to show to people.
     [[nodiscard]] std::string description() const;
 
     friend bool operator==(const Error&, const Error&) = default;
@@ -40,24 +41,24 @@ struct Error {
 
 using Result = std::expected<Verdict, Error>;
 
-/// Gathers the facts about a finding and asks. The note may be empty; `running` are names of applications
-/// that run now. A stop of `around` ends the looks at the disk as well as the request.
+/// Gathers the facts about a finding and asks. `note` may be empty; `running` names the applications that are
+/// running now. A stop request on `around` ends the disk reads as well as the request.
 [[nodiscard]] Result classify(const Finding& finding, std::string_view note,
                               std::span<const std::string> running, const platform::LanguageModel& model,
                               const FolderContext::Circumstances& around);
 
-/// Asks with the full facts and, when the model's safety filter refuses those, once more with the minimal
-/// ones. Both are texts of `FolderContext::build` about the same finding.
+/// Asks with the full facts; if the model's safety filter refuses those, asks again with the minimal ones.
+/// Both texts come from `FolderContext::build` for the same finding.
 [[nodiscard]] Result classify(std::string_view full, std::string_view minimal,
                               const platform::LanguageModel& model, std::stop_token stop = {});
 
-/// Asks with one text of facts, in Turkish, and once more in English when the model does not know Turkish.
+/// Asks with one text of facts, in Turkish; retries in English if the model does not support Turkish.
 [[nodiscard]] Result classifyFacts(std::string_view facts, const platform::LanguageModel& model,
                                    std::stop_token stop = {});
 
 enum class Language : std::uint8_t { turkish, english };
 
-/// The request that is made for a text of facts.
+/// Builds the request for a text of facts.
 [[nodiscard]] platform::ModelRequest request(std::string_view facts, Language language);
 
 }  // namespace ulvak::AIClassifier

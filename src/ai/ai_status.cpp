@@ -10,7 +10,7 @@
 namespace ulvak {
 namespace {
 
-/// By reason, in its order.
+/// Indexed by reason.
 constexpr std::array<std::string_view, 4> texts = {
     "Bu Mac Apple Intelligence'ı desteklemiyor.",
     "Apple Intelligence kapalı. Sistem Ayarları > Apple Intelligence ve Siri'den açabilirsin.",

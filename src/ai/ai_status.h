@@ -10,12 +10,12 @@ namespace ulvak {
 
 /// Whether the language model can be used now and, if not, why.
 struct AIStatus {
-    /// Absent when requests may be made; otherwise the reason in Turkish, ready to show.
+    /// nullopt if requests can be made; otherwise the reason in Turkish, ready to show.
     std::optional<std::string> unavailable;
-    /// What the user can do, one Turkish sentence or none, fit for a terminal. Beside the status, not part
-    /// of it.
+    /// What the user can do: one Turkish sentence or none, safe for a terminal. Not part of the status
+    /// itself.
     std::string hint;
-    /// Nobody has answered in time. That says nothing new about a model which was available before.
+    /// Nobody answered in time. Says nothing new about a model that was available before.
     bool isSilent = false;
 
     [[nodiscard]] bool isAvailable() const { return !unavailable; }
@@ -23,7 +23,7 @@ struct AIStatus {
     /// `available`, or `unavailable("…")`.
     [[nodiscard]] std::string plainText() const;
 
-    /// Asks anew. Blocks while servers are looked for, a few seconds at the very worst. Safe from any thread.
+    /// Queries the model anew. Blocks while looking for servers, a few seconds at worst. Thread-safe.
     [[nodiscard]] static AIStatus current(const platform::LanguageModel& model, std::stop_token stop = {});
 
     friend bool operator==(const AIStatus& a, const AIStatus& b) { return a.unavailable == b.unavailable; }

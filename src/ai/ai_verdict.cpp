@@ -10,9 +10,9 @@
 namespace ulvak {
 namespace {
 
-/// Keeps keys in a tree: a hostile answer with many of them costs no more than its length.
+/// Keys in a tree: a hostile answer with many of them costs no more than its length.
 using Json = nlohmann::json;
-/// Keeps the order of keys, for the schema.
+/// Keeps key order, for the schema.
 using OrderedJson = nlohmann::ordered_json;
 
 struct AILevelRow {
@@ -58,8 +58,8 @@ std::unexpected<UnusableAnswer> unusable(std::string_view why) {
                                           ". Tekrar dene ya da başka bir model seç."});
 }
 
-/// The parsed answer; discarded when it is no JSON or nests deeper than any answer needs to. Writing such a
-/// value out again would recurse as deep.
+/// The parsed answer; discarded if it is not JSON or is nested deeper than any answer needs. Serialising such
+/// a value would recurse just as deep.
 Json parsed(std::string_view text) {
     constexpr int maxDepth = 16;
     bool tooDeep = false;

@@ -14,10 +14,10 @@ namespace {
 using platform::isContinuation;
 
 constexpr std::string_view ellipsis = "…";
-/// The longest form of a character in UTF-8, in bytes.
+/// Maximum bytes of a character in UTF-8.
 constexpr std::size_t maxCharacterBytes = 4;
 
-/// Where the character after the first `count` begins.
+/// The offset of the character after the first `count`.
 std::size_t offsetOf(std::string_view text, std::size_t count) {
     std::size_t at = 0;
     for (; count > 0 && at < text.size(); --count) {
@@ -28,8 +28,8 @@ std::size_t offsetOf(std::string_view text, std::size_t count) {
     return at;
 }
 
-/// Enough of `bytes` for `count` characters, so that the work does not grow with what is cut off anyway. One
-/// character more than needed, so that the cut is still seen.
+/// A prefix of `bytes` long enough for `count` characters, so that the cost does not depend on what is cut
+/// off anyway. One character more than needed, so that the cut is still detected.
 std::string_view enough(std::string_view bytes, std::size_t count) {
     return bytes.substr(0, (count + 1) * maxCharacterBytes);
 }
@@ -45,13 +45,13 @@ std::string withoutMarks(std::string text, std::span<const std::string_view> mar
     return text;
 }
 
-/// Single ones instead: a name that ends a quotation could go on as somebody else.
+/// Replaces them with single ones: a name that closes a quotation could continue in another voice.
 std::string withoutQuotationMarks(std::string text) {
     return withoutMarks(std::move(text), quotationMarks);
 }
 
-/// Text that speaks in the voice of the note that a user can add, be it together with what stands before it,
-/// loses what makes it look like one.
+/// If the text imitates the user's note, on its own or together with what precedes it, removes what makes it
+/// look like one.
 std::string withoutVoice(std::string text, std::string_view before = {}) {
     if (!plainLetters(std::string(before) + text).contains("theusersaysaboutthisfolder"))
         return text;
@@ -62,7 +62,7 @@ std::string quoted(std::string_view bytes) {
     return withoutVoice(withoutQuotationMarks(printable(bytes)));
 }
 
-/// Tabs are the one control character that text on a line may hold.
+/// Tabs are the only control characters allowed within a line.
 std::string printableWithTabs(std::string_view text) {
     std::string result;
     for (;;) {
@@ -82,7 +82,7 @@ std::string_view trimmedOf(std::string_view text, std::string_view characters) {
     return text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
-/// Unicode's spaces and line ends beyond ASCII.
+/// Unicode spaces and line breaks beyond ASCII.
 constexpr std::array<std::string_view, 20> wideSpaces = {
     "\u0085", "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006",
     "\u2007", "\u2008", "\u2009", "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000", "\u200B"};

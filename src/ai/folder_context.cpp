@@ -25,9 +25,9 @@ constexpr std::size_t maxChildren = 10;
 constexpr std::size_t maxExcerpts = 2;
 constexpr std::size_t excerptBytes = 300;
 constexpr std::size_t excerptCharacters = 200;
-/// Bytes; a file must be smaller to be looked into.
+/// Bytes; only smaller files are excerpted.
 constexpr std::int64_t excerptLimit = 200'000;
-/// Characters; shorter names are too common to tell anything.
+/// Characters; shorter names are too common to mean anything.
 constexpr std::size_t tellingLength = 3;
 
 constexpr std::array<std::string_view, 7> backupWords = {"yedek", "backup", "copy", "kopya",
@@ -37,7 +37,7 @@ constexpr std::array<std::string_view, 4> ownedFolders = {"/Library/Application 
                                                           "/Library/Containers/",
                                                           "/Library/Group Containers/", "/Library/Caches/"};
 
-/// Never taken as an owner.
+/// Never accepted as an owner.
 constexpr std::array<std::string_view, 13> genericNames = {"local", "share", "config", "bin",    "cache",
                                                            "data",  "user",  "apple",  "google", "microsoft",
                                                            "com",   "app",   "macos"};
@@ -45,7 +45,7 @@ constexpr std::array<std::string_view, 13> genericNames = {"local", "share", "co
 constexpr std::array<std::string_view, 8> sourceFolders = {"projects", "Developer", "code",  "src",
                                                            "dev",      "GitHub",    "repos", "Desktop"};
 
-/// Names that a folder with source code holds.
+/// Names that mark a folder with source code.
 constexpr std::array<std::string_view, 8> sourceMarkers = {".git",        "package.json",  "Package.swift",
                                                            "project.yml", "Cargo.toml",    "go.mod",
                                                            "Makefile",    "CMakeLists.txt"};
@@ -67,14 +67,14 @@ std::string joined(std::span<const std::string> parts, std::string_view separato
     return text;
 }
 
-/// The first piece between "/" that is not empty.
+/// The first non-empty component.
 std::string_view firstPiece(std::string_view rest) {
     const std::size_t begin = std::min(rest.find_first_not_of('/'), rest.size());
     rest.remove_prefix(begin);
     return rest.substr(0, rest.find('/'));
 }
 
-/// `path` as it is in text, home folder abbreviated.
+/// `path` as written in the text, with the home folder abbreviated.
 std::string displayed(std::string_view path, const UserFolders& folders) {
     return FactText::path(Paths::display(path, folders));
 }
@@ -87,7 +87,7 @@ std::string sizeLine(const Finding& finding, const Circumstances& around) {
 std::string fileTypes(const std::string& url, std::size_t limit, const std::stop_token& stop) {
     struct Type {
         std::string key;
-        std::size_t position = 0;  ///< among the types as they were met
+        std::size_t position = 0;  ///< order in which the types were first seen
         std::int64_t count = 0;
         std::int64_t bytes = 0;
     };
@@ -125,7 +125,7 @@ std::string fileTypes(const std::string& url, std::size_t limit, const std::stop
 
 std::optional<std::string> backupHint(const Finding& finding) {
     const std::string name = lowerCased(Paths::lastComponent(finding.urls.front()));
-    // Inside of other words too: a hint too many costs less than a backup taken for rubbish.
+    // Also inside other words: a superfluous hint costs less than mistaking a backup for junk.
     if (std::ranges::none_of(backupWords, [&](std::string_view word) { return name.contains(word); }))
         return std::nullopt;
     for (const ChildSummary& sibling : finding.siblings) {
@@ -150,13 +150,13 @@ std::string parentLine(std::string_view parent, std::span<const ChildSummary> al
     return line;
 }
 
-/// What cannot be opened has no names.
+/// A closed directory, without names, if it cannot be opened.
 platform::Directory opened(const std::string& folder) {
     return platform::Directory::open(folder).value_or(platform::Directory());
 }
 
-/// The first `most` names in a folder in the system's order, as long as `goesOn(name)`. Whoever stops early
-/// has paid for the beginning only.
+/// Visits the first `most` names of a folder, in the system's order, while `goesOn(name)` holds. Stopping
+/// early costs only what was read.
 template <typename GoesOn>
 void forNames(const platform::Directory& folder, std::size_t most, GoesOn goesOn) {
     platform::EntryReader reader(platform::Attributes::listed);
@@ -186,7 +186,7 @@ void addContents(std::vector<std::string>& lines, const Finding& finding) {
                         Format::bytes(child.size));
 }
 
-/// Lower case and without blanks: how names of applications and folders are compared.
+/// Lower case without spaces: how application and folder names are compared.
 std::string matchKey(std::string_view name) {
     return replacedAll(lowerCased(name), " ", "");
 }
@@ -203,7 +203,7 @@ std::string_view withoutExtension(std::string_view name) {
     return extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1);
 }
 
-/// The first name in a folder that passes, bounded. A folder out of reach has none: nobody has asked for it.
+/// The first matching name in a folder, within a bound. A folder out of reach has none.
 template <typename Predicate>
 std::optional<std::string> firstName(const std::string& folder, std::size_t most,
                                      const platform::Reach& reach, Predicate passes) {
@@ -307,7 +307,7 @@ std::string build(const Finding& finding, std::string_view userNote, std::span<c
     std::vector<std::string> lines;
     lines.push_back("Path: " + displayed(url, around.folders));
     lines.push_back(sizeLine(finding, around));
-    // Before the folder is listed.
+    // Before the folder is listed, which may update the date.
     if (const auto accessed = platform::lastAccess(url))
         lines.push_back("Last opened/read: " + Format::relativeEnglish(accessed, around.now) + ".");
 
@@ -345,7 +345,7 @@ std::optional<std::string> ownerName(std::string_view path, const UserFolders& f
     if (piece.empty())
         return std::nullopt;
 
-    // A reverse-domain identifier, com.example.Editor, is the application's after its last dot.
+    // In a reverse-domain identifier such as com.example.Editor, the application is the last component.
     std::vector<std::string_view> parts;
     for (std::string_view rest = piece; !rest.empty();) {
         const std::size_t dot = std::min(rest.find('.'), rest.size());

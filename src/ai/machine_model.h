@@ -4,8 +4,8 @@
 
 namespace ulvak {
 
-/// The model that is asked on this machine: the system's own where it has one, or a server that the user
-/// runs. Costs nothing until it is asked something.
+/// The model to ask on this machine: the system's own if it has one, else a server that the user runs. Costs
+/// nothing until first used.
 [[nodiscard]] const platform::LanguageModel& machineModel();
 
 }  // namespace ulvak

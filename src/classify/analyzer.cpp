@@ -27,7 +27,7 @@ constexpr std::int64_t drillShare = 4;
 constexpr std::size_t maxChildren = 12;
 constexpr std::size_t maxSiblings = 10;
 
-/// A node where the walk stands. Lives on the walk's stack, as does the place above it.
+/// The walk's current node. Lives on the walk's stack, as do its parents.
 struct Position {
     const DirNode* node = nullptr;
     std::string path;
@@ -40,10 +40,10 @@ struct Position {
     }
 };
 
-/// What the walk carries down.
+/// What the walk passes down.
 struct State {
     ScanContext context = ScanContext::normal;
-    int depth = initialDepth;  ///< how many further levels of unknown folders may be drilled into
+    int depth = initialDepth;  ///< how many more levels of unknown folders may be drilled into
     bool drilled = false;      ///< reached by drilling into an unknown folder, not through a rule
 };
 
@@ -69,7 +69,7 @@ std::vector<ChildSummary> siblings(const Position& place) {
     return result;
 }
 
-/// "Uygulama-gkzqxwvutsrqponm" is the build data of Uygulama: what follows the last "-" is a hash.
+/// "Uygulama-gkzqxwvutsrqponm" is the build data of Uygulama: the part after the last "-" is a hash.
 std::string projectName(std::string_view folder) {
     std::vector<std::string_view> pieces;
     for (const auto piece : folder | std::views::split('-')) {
@@ -101,7 +101,7 @@ std::string resolvedName(Rule::Resolver resolver, std::string_view component) {
     return std::string(component);
 }
 
-/// What a finding says, before it is tied to a place.
+/// A finding's verdict and action, before it is tied to a place.
 struct Judgement {
     Verdict verdict;
     CleanAction action;
@@ -161,8 +161,8 @@ Judgement unknownJudgement(const Position& place) {
             .action = {}};
 }
 
-/// What unites the names that one file has in one folder: to clean them is one thing, for only all of them
-/// together free anything. Where they are judged differently they stay apart.
+/// Group key for the hard links of one file in one folder: they are cleaned together, since only removing all
+/// of them frees anything. Links with different judgements stay apart.
 std::optional<std::string> nameGroup(const Position& place, const Finding& finding) {
     const std::optional<LinkedFile>& file = place.node->linked;
     if (!file || place.parent == nullptr)
@@ -231,7 +231,7 @@ private:
         });
     }
 
-    /// What the program never cleans may be reported as a whole: nothing inside it is taken along.
+    /// An item the program never cleans may be reported as a whole: nothing inside it is taken along.
     [[nodiscard]] static bool isLeftAlone(const Rule* rule) {
         return rule != nullptr && std::holds_alternative<Rule::Unit>(rule->kind) && !rule->actionable;
     }
@@ -293,7 +293,7 @@ private:
         });
     }
 
-    /// Whether one sub-folder holds so much of an unknown folder that it deserves a line of its own.
+    /// Whether one sub-folder makes up so much of an unknown folder that it deserves its own finding.
     [[nodiscard]] static bool shouldDrill(const DirNode& node) {
         if (node.size < drillMinimum)
             return false;
@@ -387,11 +387,11 @@ ChildSummary memberSummary(const Finding& member) {
             .isDirectory = false};
 }
 
-/// The files with several names that a group has met.
+/// Files with several hard links already seen in a group.
 using MetFiles = std::vector<LinkedFile>;
 
-/// Counts the bytes of a file once among the members of its group. What they do not hold alone is known of
-/// files; of members that are folders, only what each has outside itself.
+/// Counts a file's bytes once among the members of its group. Bytes held elsewhere are known per file; for
+/// members that are folders, only what each has outside itself.
 void countOnce(Finding& group, Finding& member, const LinkedFile& file, MetFiles& met) {
     const auto known =
         std::ranges::find_if(met, [&](const LinkedFile& other) { return other.isSameAs(file); });
@@ -409,7 +409,7 @@ void fold(Finding& group, Finding member) {
     group.size += member.size;
     group.heldElsewhere += member.heldElsewhere;
     group.fileCount += member.fileCount;
-    group.modified = std::max(group.modified, member.modified);  // absent is earlier than any date
+    group.modified = std::max(group.modified, member.modified);  // nullopt is earlier than any date
     std::ranges::move(member.urls, std::back_inserter(group.urls));
 }
 

@@ -15,27 +15,27 @@
 
 namespace ulvak {
 
-/// Turns the trees of one scan into findings. Reads only what it is given, apart from the looks at the
-/// disk that rules with siblings need; cannot fail. Safe from several threads.
+/// Turns the trees of one scan into findings. Cannot fail. Reads only its input, except for the disk lookups
+/// of rules with siblings. Thread-safe.
 struct Analyzer {
-    std::vector<Rule> rules;  ///< in the order in which they are tried
+    std::vector<Rule> rules;  ///< in matching order
     SimulatorMap simulators;
     std::int64_t unitMinimum = 0;     ///< bytes; the smallest node that a unit rule reports
-    std::int64_t defaultMinimum = 0;  ///< bytes; the smallest node that is reported without one
+    std::int64_t defaultMinimum = 0;  ///< bytes; the smallest node reported without a rule
 
-    /// The findings, largest first, equal sizes in the order in which they were found: root by root,
-    /// depth first. `innerRoots` are paths inside one tree at which another scan root begins; what holds
-    /// one is looked into and not reported as a whole, unless the program never cleans it anyway: cleaning
-    /// would take the other root along.
+    /// The findings, largest first; equal sizes in discovery order (root by root, depth first). `innerRoots`
+    /// are paths inside one tree where another scan root begins. A folder that contains one is looked into
+    /// and never reported as a whole, since cleaning it would take the other root along, unless the program
+    /// never cleans it anyway.
     [[nodiscard]] std::vector<Finding> run(std::span<const DirNode> roots, const UserFolders& folders,
                                            std::vector<std::string> innerRoots = {}) const;
 };
 
-/// The files among findings that have several names, by the findings' ids.
+/// The findings that are files with several hard links, by id.
 using LinkedFindings = std::unordered_map<std::string, LinkedFile>;
 
-/// Merges the findings that share a group key, each group at the place of its first member. Of members that
-/// are names of one file the bytes count once, and are held elsewhere only if it has further names.
+/// Merges findings that share a group key; each group takes its first member's place. If several members are
+/// hard links to one file, its bytes count once, and are held elsewhere only if it has further links.
 [[nodiscard]] std::vector<Finding> mergeGroups(std::vector<Finding> findings,
                                                const LinkedFindings& linked = {});
 

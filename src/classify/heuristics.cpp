@@ -30,7 +30,7 @@ std::vector<Row> rows() {
 }
 // clang-format on
 
-/// The row for whatever has "backup" or "yedek" anywhere in its name.
+/// Matches "backup" or "yedek" anywhere in the name.
 constexpr std::size_t backupRow = 4;
 
 }  // namespace

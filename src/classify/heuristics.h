@@ -8,14 +8,14 @@
 
 #include "core/safety_level.h"
 
-/// Guesses from a folder's name alone, for what no rule knows. Safe from any thread.
+/// Guesses from a folder's name alone, for what no rule covers. Thread-safe.
 namespace ulvak::Heuristics {
 
 struct Guess {
     SafetyLevel level = SafetyLevel::unknown;
-    std::string title;        ///< Turkish; "{name}" stands for the folder's name
+    std::string title;        ///< Turkish; "{name}" is replaced by the folder's name
     std::string explanation;  ///< Turkish
-    /// Such a folder is better shown as its big sub-folders, one finding each.
+    /// Better shown as one finding per big sub-folder.
     bool splitChildren = false;
 
     friend bool operator==(const Guess&, const Guess&) = default;
@@ -26,11 +26,11 @@ struct Row {
     Guess guess;
 };
 
-/// All guesses, in the order in which they are tried.
+/// All guesses, in matching order.
 [[nodiscard]] const std::vector<Row>& table();
 
-/// The guess for a last path component, whatever the case of its letters. A backup is recognised by a part
-/// of the name and before all else; every other row by the whole name.
+/// The guess for a last path component, case-insensitive. A backup is recognised by any part of the name,
+/// before all else; every other row needs the whole name.
 [[nodiscard]] std::optional<Guess> guess(std::string_view name);
 
 }  // namespace ulvak::Heuristics

@@ -12,32 +12,32 @@ namespace ulvak {
 
 /// What kind of area a folder lies in.
 enum class ScanContext : std::uint8_t {
-    normal,    ///< what nobody knows is guessed from its name
-    personal,  ///< the user's own files: to be kept unless a rule says otherwise
-    system,    ///< to be kept
+    normal,    ///< unknown folders are guessed from their names
+    personal,  ///< the user's own files: keep unless a rule says otherwise
+    system,    ///< keep
 };
 
 /// One row of the rule book: a place or a kind of folder that the program knows. A plain value.
 struct Rule {
-    /// An absolute path pattern. It may begin with "~", "$T" or "$C"; in the rest "*" stops at a "/", and
-    /// the case of letters does not matter. Matches folders and files in every context.
+    /// An absolute path pattern, case-insensitive. May begin with "~", "$T" or "$C"; after that, "*" does not
+    /// cross a "/". Matches files and folders in every context.
     struct Path {
         std::string pattern;
         friend bool operator==(const Path&, const Path&) = default;
     };
-    /// A pattern for the last component of a folder's path, whatever the case of its letters.
+    /// A case-insensitive pattern for the last component of a folder's path.
     struct Name {
         std::string pattern;
-        /// If not empty, one of these must lie beside the folder: a file name, or with a "*" a pattern
-        /// (case-sensitive).
+        /// If not empty, one of these must exist beside the folder: a file name, or a pattern if it contains
+        /// "*" (case-sensitive).
         std::vector<std::string> siblings;
-        /// Beginnings of paths in which the rule does not apply; tokens as in `Path`.
+        /// Path prefixes under which the rule does not apply; tokens as in `Path`.
         std::vector<std::string> outside;
         friend bool operator==(const Name&, const Name&) = default;
     };
     using Match = std::variant<Path, Name>;
 
-    /// Something to look into. `normal` keeps the context in force; the others switch it.
+    /// Something to look into. `normal` keeps the current context; the others switch it.
     struct Container {
         ScanContext context = ScanContext::normal;
         friend bool operator==(const Container&, const Container&) = default;
@@ -48,12 +48,12 @@ struct Rule {
     };
     using Kind = std::variant<Container, Unit>;
 
-    /// What stands for "{name}" in the title, and for simulators the whole verdict.
+    /// What replaces "{name}" in the title; for simulators, the source of the whole verdict.
     enum class Resolver : std::uint8_t {
         none,           ///< the last path component
         simulator,      ///< a folder named by a device's udid
         derivedData,    ///< a project's build data: the project
-        avd,            ///< an emulator: its name without ".avd", with blanks for "_"
+        avd,            ///< an emulator: its name without ".avd", "_" shown as a space
         app,            ///< an application bundle: the application
         deviceSupport,  ///< the symbols of one OS version: the version
     };
@@ -61,9 +61,9 @@ struct Rule {
     Match match;
     Kind kind;
     SafetyLevel level = SafetyLevel::unknown;
-    std::string title;                    ///< Turkish; may hold "{name}" and "{parent}"
+    std::string title;                    ///< Turkish; may contain "{name}" and "{parent}"
     std::string explanation;              ///< Turkish; empty for containers
-    std::optional<std::string> group{};   ///< findings of one group in the same folder become one
+    std::optional<std::string> group{};   ///< findings of one group in the same folder are merged
     std::vector<std::string> quitApps{};  ///< applications to quit before cleaning
     Resolver resolver = Resolver::none;
     bool actionable = true;  ///< false: the program never cleans this itself

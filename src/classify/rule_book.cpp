@@ -8,10 +8,10 @@
 namespace ulvak::RuleBook {
 namespace {
 
-/// As many as the longest list needs; the rest is empty.
+/// Sized for the longest list; unused elements are empty.
 using Names = std::array<std::string_view, 11>;
 
-/// A rule as it is written down: by `path`, or by `name` and `siblings`; a container, or else a unit.
+/// A rule as written below: by `path`, or by `name` and `siblings`; a container, or else a unit.
 struct Row {
     std::string_view path = {};
     std::string_view name = {};
@@ -27,7 +27,7 @@ struct Row {
     bool inPersonal = true;
 };
 
-// One row a line, so that rows can be read against each other.
+// One row per line, so that rows can be compared.
 // clang-format off
 constexpr Row rows[] = {
     // Temporary files and the system's cache.

@@ -7,8 +7,8 @@
 /// What the program knows of the disk.
 namespace ulvak::RuleBook {
 
-/// All rules; the first one that matches counts, so that specific ones stand before general ones. Built on
-/// first use from any thread, and never changed.
+/// All rules; the first match wins, so specific rules come before general ones. Built on first use, from any
+/// thread; immutable.
 [[nodiscard]] const std::vector<Rule>& all();
 
 }  // namespace ulvak::RuleBook

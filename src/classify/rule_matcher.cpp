@@ -14,7 +14,7 @@ namespace {
 constexpr GlobOptions pathOptions{.pathname = true, .ignoreCase = true};
 constexpr GlobOptions nameOptions{.ignoreCase = true};
 
-/// Patterns match whatever the case of letters, and so do the folders that they begin with.
+/// Patterns are case-insensitive, and so are the folders they begin with.
 bool isWithinFolded(std::string_view path, std::string_view folder) {
     constexpr auto folded = [](char c) { return platform::lowerAscii(c); };
     if (path.size() < folder.size() ||
@@ -40,7 +40,7 @@ RuleMatcher::PathPattern RuleMatcher::preparedPath(std::string_view pattern) con
     constexpr std::array<std::pair<std::string_view, Area>, 3> tokens = {
         {{"~", Area::home}, {"$T", Area::temp}, {"$C", Area::cache}}};
     for (const auto& [token, area] : tokens) {
-        // The folder itself is compared as it is: a home folder named "[x]" is no pattern.
+        // The folder itself is compared literally: a home folder named "[x]" is not a pattern.
         if (pattern == token || (pattern.starts_with(token) && pattern.substr(token.size()).starts_with('/')))
             return {.area = area, .glob = std::string(pattern.substr(token.size()))};
     }
@@ -68,9 +68,9 @@ std::string_view RuleMatcher::folder(Area area) const {
     return {};
 }
 
-/// The innermost of the user's folders that holds `path`; only its rules apply. Otherwise a home folder
-/// below the temporary one would be a temporary file, and safe to delete. Where two are the same folder it
-/// is the home folder.
+/// The innermost user folder that contains `path`; only its rules apply. Otherwise a home folder below the
+/// temporary one would be a temporary file, and safe to delete. If two are the same folder, the home folder
+/// wins.
 RuleMatcher::Area RuleMatcher::areaOf(std::string_view path) const {
     Area innermost = Area::none;
     for (const Area area : {Area::home, Area::temp, Area::cache}) {
@@ -107,7 +107,7 @@ bool RuleMatcher::matchesPath(const PathPattern& pattern, std::string_view path,
     const std::string_view base = folder(area);
     std::string_view rest = path.substr(base.size());
     if (base == "/" && path != "/")
-        rest = path;  // "/" is the one folder whose path ends in the "/" that patterns go on with
+        rest = path;  // "/" is the only folder whose path already ends in the "/" that patterns continue with
     return globMatches(pattern.glob, rest, pathOptions);
 }
 

@@ -12,24 +12,24 @@
 
 namespace ulvak {
 
-/// Finds the rule for a scanned node. Prepares the patterns once; matching then keeps no state, and may be
-/// done from several threads. Looks at the disk only for rules with siblings, and only after the name has
-/// matched; what cannot be looked at counts as not there.
+/// Finds the rule for a scanned node. Patterns are prepared once; matching is then stateless and thread-safe.
+/// Reads the disk only for rules with siblings, and only after the name has matched; a sibling that cannot be
+/// checked counts as missing.
 class RuleMatcher {
 public:
     /// `rules` must outlive the matcher.
     explicit RuleMatcher(std::span<const Rule> rules, UserFolders folders);
 
-    /// The first rule that matches the item at `path` (absolute, bytes), or nothing.
+    /// The first rule that matches the item at `path` (absolute, bytes); null if none does.
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context) const;
 
 private:
-    /// One of the user's folders that patterns may begin with.
+    /// The user folders that a pattern may begin with.
     enum class Area : std::uint8_t { none, home, temp, cache };
 
     struct PathPattern {
         Area area = Area::none;
-        std::string glob;  ///< from the area's folder on; the whole pattern without an area
+        std::string glob;  ///< relative to the area's folder; the whole pattern if there is no area
     };
     struct NamePattern {
         const Rule::Name* name = nullptr;

@@ -9,18 +9,18 @@
 
 namespace ulvak {
 
-/// One installed simulator device of the developer tools.
+/// One simulator device installed by the developer tools.
 struct SimulatorInfo {
     std::string udid;
     std::string name;
-    std::string runtime;  ///< for people: "iOS 17.2"
+    std::string runtime;  ///< display name: "iOS 17.2"
     bool isAvailable = false;
     std::optional<FileTime> lastBooted;
 
     friend bool operator==(const SimulatorInfo&, const SimulatorInfo&) = default;
 };
 
-/// By udid.
+/// Keyed by udid.
 using SimulatorMap = std::map<std::string, SimulatorInfo, std::less<>>;
 
 }  // namespace ulvak

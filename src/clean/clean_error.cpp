@@ -51,7 +51,7 @@ constexpr std::array<std::pair<int, std::string_view>, 31> reasons = {{
     {ENOEXEC, "bu bilgisayarda çalışmıyor."},
 }};
 
-/// Why, in Turkish. What is rare is told by its number: the system's own words are in another language.
+/// Turkish. Rare errors are shown by number: the system's messages are in another language.
 std::string reason(std::error_code code) {
     for (const auto& [number, text] : reasons) {
         if (code == std::error_code(number, std::generic_category()))

@@ -10,14 +10,14 @@
 
 namespace ulvak {
 
-/// Why Ulvak itself does not clean. The order of the cases is fixed.
+/// Why Ulvak itself refuses to clean. The order of the alternatives is fixed.
 struct CleanError {
     /// A place that must stay.
     struct Protected {
         std::string path;  ///< as shown to the user
         friend bool operator==(const Protected&, const Protected&) = default;
     };
-    /// Applications that use what is to be cleaned.
+    /// Applications that use the items to be cleaned.
     struct AppsRunning {
         std::vector<std::string> names;
         friend bool operator==(const AppsRunning&, const AppsRunning&) = default;
@@ -32,17 +32,16 @@ struct CleanError {
     friend bool operator==(const CleanError&, const CleanError&) = default;
 };
 
-/// A program of the system that could not be started.
+/// A system program that could not be started.
 struct StartError {
     std::string program;  ///< absolute path
     std::error_code code;
 };
 
-/// All that cleaning fails with: our own refusals, and what the system reports, unchanged.
+/// Every way cleaning can fail: our own refusals, and the system's errors, unchanged.
 using CleanFailure = std::variant<CleanError, platform::FileError, StartError>;
 
-/// For people, Turkish. The bytes of a path are kept, as a name of the user's is: make it `printable` before
-/// it is shown.
+/// Turkish, for people. Keeps the bytes of paths and user-chosen names; apply `printable` before showing it.
 [[nodiscard]] std::string errorDescription(const CleanError& error);
 [[nodiscard]] std::string errorDescription(const CleanFailure& failure, const UserFolders& folders);
 

@@ -8,16 +8,16 @@
 
 namespace ulvak {
 
-/// What was done once for several findings.
+/// Work done once for several findings.
 struct CleanAhead;
 
-/// What goes in and out of cleaning one finding besides its result. For one call of `Cleaner::clean` at a
+/// Inputs and outputs of cleaning one finding, besides its result. For one call of `Cleaner::clean` at a
 /// time.
 struct CleanRun {
-    std::stop_token stop;  ///< asked between items: the one that is being removed is finished
-    std::size_t done = 0;  ///< items that are in the Trash or gone, also when it failed later
-    std::vector<platform::TrashedItem> trashed;  ///< those in the Trash, in order
-    CleanAhead* ahead = nullptr;                 ///< from `Cleaner::prepare` for this finding among others
+    std::stop_token stop;  ///< checked between items; the item in progress is always finished
+    std::size_t done = 0;  ///< items in the Trash or gone, even if a later one failed
+    std::vector<platform::TrashedItem> trashed;  ///< items now in the Trash, in order
+    CleanAhead* ahead = nullptr;                 ///< from a `Cleaner::prepare` that included this finding
 };
 
 }  // namespace ulvak

@@ -24,7 +24,7 @@ namespace ulvak {
 struct CleanAhead {
     Surroundings surroundings;
     std::set<std::string, std::less<>> anchors = {};        ///< of the places that were looked at
-    std::unique_ptr<platform::TrashNotes> notes = nullptr;  ///< absent when nothing goes to the Trash
+    std::unique_ptr<platform::TrashNotes> notes = nullptr;  ///< null when nothing goes to the Trash
 };
 
 namespace {
@@ -40,7 +40,7 @@ CleanFailure fileError(int number, std::string path) {
     return FileError{.code = {number, std::generic_category()}, .path = std::move(path)};
 }
 
-/// The folder that holds an item, reached from the anchor without following a link.
+/// Opens the folder that contains an item, from the anchor, following no link.
 std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
     auto anchor = Directory::open(place.anchor);
     if (!anchor)
@@ -54,15 +54,15 @@ std::expected<Directory, CleanFailure> openFolder(const CleanPlace& place) {
     return std::move(*folder);
 }
 
-/// An item as it was judged.
+/// An item as judged.
 struct Judged {
     CleanPlace place;
-    /// Nothing where nothing was: what comes to lie there later was never judged.
+    /// nullopt if nothing was there: whatever appears there later was never judged.
     std::optional<platform::ItemIdentity> identity;
-    platform::HeldEntry held;  ///< where its number alone tells it from others
+    platform::HeldEntry held;  ///< held only if the file number alone identifies it
 };
 
-/// Where the items are, if the paths alone allow all of them to go.
+/// The places of the items, if the paths alone allow all of them to go.
 std::expected<std::vector<CleanPlace>, CleanFailure> placesOf(const std::vector<std::string>& urls,
                                                               const GuardRails& rails) {
     std::vector<CleanPlace> places;
@@ -75,7 +75,7 @@ std::expected<std::vector<CleanPlace>, CleanFailure> placesOf(const std::vector<
     return places;
 }
 
-/// What each item is, if none of them must stay.
+/// Identifies each item, unless one of them must stay.
 std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::string>& urls,
                                                         std::vector<CleanPlace> places,
                                                         const Surroundings& surroundings) {
@@ -87,7 +87,7 @@ std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::s
         if (auto objection = surroundings.objection(place, urls[index]))
             return std::unexpected(std::move(*objection));
         Judged item;
-        // A folder that cannot be opened is no objection: nothing can be removed there either.
+        // A folder that cannot be opened is no objection: nothing can be removed from it either.
         if (const auto folder = openFolder(place)) {
             item.identity = platform::entryIdentity(*folder, std::string(place.name()));
             if (item.identity && !item.identity->born)
@@ -103,13 +103,13 @@ std::expected<std::vector<Judged>, CleanFailure> judged(const std::vector<std::s
     return items;
 }
 
-/// Of those that can be opened: what cannot be is told when it is to go.
+/// Skips items that cannot be opened; that failure is reported on removal.
 void addNote(platform::TrashNotes& notes, const CleanPlace& place) {
     if (const auto folder = openFolder(place))
         notes.add(*folder, std::string(place.name()), place.path());
 }
 
-/// About items of one finding, if there are several left.
+/// For the items of one finding, if several are left.
 std::unique_ptr<platform::TrashNotes> notesFor(std::span<const Judged> items) {
     if (items.size() < 2)
         return nullptr;
@@ -147,8 +147,8 @@ std::expected<void, CleanFailure> removeItem(const Judged& item, CleanMode mode,
     return {};
 }
 
-/// Where one simulator's identifier stands, the developer tools also take options, lists, and words for many
-/// at once.
+/// In place of a simulator's identifier, the developer tools also accept options, lists, and keywords that
+/// mean many simulators.
 bool namesOneSimulator(std::string_view udid) {
     constexpr std::array<std::string_view, 3> words = {"all", "unavailable", "booted"};
     return !udid.empty() && udid.front() != '-' && udid.find_first_of(" ,") == std::string_view::npos &&
@@ -184,7 +184,7 @@ std::expected<std::int64_t, CleanFailure> removeFiles(const Finding& finding, Cl
         return std::unexpected(std::move(places.error()));
     std::optional<Surroundings> own;
     const auto isKnown = [&](const CleanPlace& place) { return run.ahead->anchors.contains(place.anchor); };
-    // A folder that may be cleaned can have come since what was looked at ahead.
+    // A folder that may be cleaned can have appeared since the look ahead.
     if (run.ahead == nullptr || !std::ranges::all_of(*places, isKnown))
         own.emplace(rails, *places);
     const Surroundings& surroundings = own ? *own : run.ahead->surroundings;
@@ -280,7 +280,7 @@ std::shared_ptr<CleanAhead> Cleaner::prepare(std::span<const std::shared_ptr<con
         return nullptr;
     const GuardRails rails = this->rails();
     std::vector<CleanPlace> all;
-    std::vector<CleanPlace> single;  // a finding with several has notes written itself, as it comes to them
+    std::vector<CleanPlace> single;  // a finding with several items writes its own notes when its turn comes
     for (const auto& finding : findings) {
         const auto places = placesOf(finding->urls, rails);
         if (!places || !std::holds_alternative<CleanAction::Trash>(finding->action.value))

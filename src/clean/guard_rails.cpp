@@ -8,7 +8,7 @@
 namespace ulvak {
 namespace {
 
-constexpr std::size_t cachePrefix = 2;  ///< of the allowed ones
+constexpr std::size_t cachePrefix = 2;  ///< index in `allowed_`
 
 }  // namespace
 
@@ -86,7 +86,7 @@ std::optional<CleanPlace> GuardRails::place(std::string_view path) const {
     const std::string_view item = Paths::withoutPrivate(*standard);
     if (protected_.contains(item) || isForbidden(item))
         return std::nullopt;
-    // Of folders that lie in one another the innermost: nothing above it is of any concern.
+    // Of nested folders, the innermost: nothing above it matters.
     const std::string* innermost = nullptr;
     for (const std::string& prefix : allowed_) {
         if (&prefix == &allowed_[cachePrefix] && !hasCache_)

@@ -28,7 +28,7 @@ std::vector<std::string> anchorsOf(std::span<const CleanPlace> places) {
     return {anchors.begin(), anchors.end()};
 }
 
-/// The number of what is at an absolute path, links followed as far as they are within reach.
+/// The file number at an absolute path, following links within reach.
 std::optional<platform::FileNumber> numberAt(std::string_view path, const Reach& reach) {
     const Reach::Target place = reach.follow(path);
     const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;
@@ -72,12 +72,12 @@ Surroundings::Surroundings(const GuardRails& rails, std::span<const CleanPlace> 
     }
 }
 
-/// A folder that must stay keeps all those around it.
+/// A folder that must stay also keeps its ancestors.
 void Surroundings::addNumbers(const std::string& path) {
     for (std::string_view around = path; around.starts_with('/');
          around = around.substr(0, around.rfind('/'))) {
         if (!numbered_.emplace(around).second)
-            return;  // with all around it
+            return;  // so are all its ancestors
         if (const auto number = numberAt(around, reach_))
             untouchable_.insert(*number);
     }
@@ -85,7 +85,8 @@ void Surroundings::addNumbers(const std::string& path) {
 
 std::optional<CleanFailure> Surroundings::objection() const {
     if (reach_.mounts().empty())
-        return fileError(EIO, "/");  // "/" is always one: what lies inside an item cannot be told
+        return fileError(
+            EIO, "/");  // "/" is always listed; otherwise nothing is known of volumes mounted inside an item
     if (!unreadSetting_.empty())
         return CleanError{CleanError::Failed{"Hiçbir şeye dokunulmadı: korunacak klasörleri sayan “" +
                                              Paths::display(unreadSetting_, folders_) +
@@ -125,7 +126,7 @@ bool Surroundings::isRefused(std::string_view path) const {
     return kept_.areWithin(path) || closed_.areWithin(path) || closed_.hold(path);
 }
 
-/// No link is followed below the anchor, so this is where the item really is.
+/// No link is followed below the anchor, so this is the item's real location.
 std::string Surroundings::realPath(const CleanPlace& place) const {
     return Paths::join(reach_.follow(place.anchor).path, place.relative);
 }

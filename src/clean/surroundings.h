@@ -16,16 +16,16 @@
 
 namespace ulvak {
 
-/// Folders that must stay, by every path that leads to them and by their numbers on the disk: a link, letter
-/// case that the file system does not tell apart, or a second mount can give any of them another path. What
-/// lies on a volume that holds no item is known by its paths alone: nothing is removed on it.
+/// Folders that must stay, known by every path that leads to them and by their file numbers: a link, a
+/// case-insensitive file system or a second mount can give any of them another path. Folders on a volume that
+/// holds no item are known by path only, as nothing is removed there.
 class KeptFolders {
 public:
     void add(const std::string& path, const platform::Reach& reach);
 
-    /// Whether one of them is the item at `path`, or lies in it.
+    /// Whether any of them is the item at `path` or lies in it.
     [[nodiscard]] bool areWithin(std::string_view path) const;
-    /// Whether the item at `path` is one of them, or lies in one.
+    /// Whether the item at `path` is one of them or lies in one.
     [[nodiscard]] bool hold(std::string_view path) const;
 
     [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
@@ -36,23 +36,23 @@ private:
     std::set<platform::FileNumber> numbers_;
 };
 
-/// What the disk and the system know of places that must stay, beyond the text of a path. Touches no volume
-/// but those that hold the items, and what is on the way to them. For one thread at a time.
+/// What the disk and the system know of protected places, beyond the text of a path. Touches only the volumes
+/// that hold the items, and the way there. Not thread-safe.
 class Surroundings {
 public:
-    /// Of items in these places.
+    /// For items in these places.
     Surroundings(const GuardRails& rails, std::span<const CleanPlace> places);
 
-    /// Why no item can be judged.
+    /// Why no item can be judged at all.
     [[nodiscard]] std::optional<CleanFailure> objection() const;
-    /// Why an item that the guard rails let pass must stay all the same, for all that can be told without a
-    /// look at it.
+    /// Why an item that passed the guard rails must stay all the same, as far as can be told without looking
+    /// at it.
     [[nodiscard]] std::optional<CleanFailure> objection(const CleanPlace& place, std::string_view url) const;
-    /// The same by the numbers of the item and of what holds it.
+    /// The same, by the file numbers of the item and its ancestors.
     [[nodiscard]] std::optional<CleanFailure> objection(const CleanPlace& place, std::string_view url,
                                                         const platform::FileNumber& item) const;
 
-    /// The numbers of the folders that must stay, and of all around them.
+    /// File numbers of the protected folders and all their ancestors.
     [[nodiscard]] const std::set<platform::FileNumber>& untouchable() const { return untouchable_; }
 
 private:
@@ -63,8 +63,8 @@ private:
     UserFolders folders_;
     platform::Reach reach_;
     std::string unreadSetting_;
-    KeptFolders kept_;    ///< what lies in them may go
-    KeptFolders closed_;  ///< nothing in them is removed either
+    KeptFolders kept_;    ///< their contents may be removed
+    KeptFolders closed_;  ///< their contents may not be removed either
     std::set<std::string, std::less<>> numbered_;
     std::set<platform::FileNumber> untouchable_;
 };

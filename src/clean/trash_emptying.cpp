@@ -31,17 +31,17 @@ CleanFailure failed(std::string message) {
     return CleanError{CleanError::Failed{std::move(message)}};
 }
 
-/// What other programs keep in a Trash for themselves: no item of anybody's.
+/// Files that other programs keep in a Trash for their own use; not items.
 bool isOwnPart(std::string_view name) {
     const platform::TrashLayout& layout = platform::trashLayout();
     if (layout.items.empty())
         return name == ".DS_Store";
-    // The list of sizes may be written anew at this moment, by this program too.
+    // The list of sizes may be being rewritten right now, possibly by this program.
     return name == ".DS_Store" || name == layout.items || name == layout.notes ||
            name.starts_with("directorysizes") || platform::isDraftName(name);
 }
 
-/// A folder of a Trash in which items lie.
+/// A folder of a Trash that contains items.
 struct ItemFolder {
     std::string path;
     Directory folder;
@@ -49,11 +49,10 @@ struct ItemFolder {
 
 struct ItemFolders {
     std::vector<ItemFolder> folders;
-    std::optional<FileError> failure;  ///< of the first that cannot be opened
+    std::optional<FileError> failure;  ///< for the first folder that cannot be opened
 };
 
-/// Where the items of a Trash are: in a folder of it, and, left by programs that were interrupted, beside
-/// that.
+/// Where a Trash's items are: in its items folder and, if a program was interrupted, also beside it.
 ItemFolders itemFolders(const TrashFolder& trash) {
     ItemFolders result;
     const auto note = [&](std::error_code code, const std::string& path) {
@@ -67,7 +66,7 @@ ItemFolders itemFolders(const TrashFolder& trash) {
     const platform::TrashLayout& layout = platform::trashLayout();
     const auto add = [&](const std::string& name) {
         auto folder = trash.folder->openBelow(name.c_str());
-        // One that may be listed but not entered names its items and shows none.
+        // A folder that can be listed but not entered names its items but shows nothing of them.
         if (folder)
             folder = folder->openBelow(".");
         if (folder)
@@ -77,7 +76,7 @@ ItemFolders itemFolders(const TrashFolder& trash) {
     };
     if (!layout.items.empty()) {
         add(layout.items);
-        // Where the items wait that the desktop is removing.
+        // Where items wait while the desktop is removing them.
         add("expunged");
     }
     auto itself = trash.folder->openBelow(".");
@@ -88,20 +87,20 @@ ItemFolders itemFolders(const TrashFolder& trash) {
     return result;
 }
 
-/// One entry in which an item is.
+/// A directory entry that is an item.
 struct Entry {
     std::string path;
     std::string name;
     ItemIdentity identity;
     std::int64_t bytes = 0;
-    std::int64_t heldElsewhere = 0;  ///< of these, by other names of its files
+    std::int64_t heldElsewhere = 0;  ///< of these, also held by hard links elsewhere
     bool isFolder = false;
 };
 
-/// Looks at Trashes, and adds up what they hold.
+/// Looks at Trashes and adds up their contents.
 class Look {
 public:
-    /// Everything in a Trash that emptying takes. `isComplete` becomes false when something is not seen.
+    /// Everything in a Trash that emptying removes. Clears `isComplete_` if something cannot be seen.
     std::vector<Entry> entries(const TrashFolder& trash) {
         std::vector<Entry> result;
         const ItemFolders folders = itemFolders(trash);
@@ -173,7 +172,7 @@ const HeldItem* find(const std::vector<HeldItem>& held, const ItemIdentity& iden
     return nullptr;
 }
 
-/// Empties one Trash after the other.
+/// Empties Trashes one after the other.
 class Emptying {
 public:
     Emptying(const TrashContents& asked, const std::stop_token& stop, const GuardRails& rails,
@@ -184,7 +183,7 @@ public:
         result_.mayAskDesktop = true;
         for (const TrashFolder& trash : platform::trashFolders().folders)
             empty(trash);
-        // It would take with it what was not to go.
+        // The desktop would also take what was not to go.
         result_.mayAskDesktop =
             result_.mayAskDesktop && result_.itemsNew == 0 && (asked_.isAll || !asked_.isComplete);
         return std::move(result_);
@@ -200,7 +199,7 @@ private:
         auto kept = judgedTrash(trash.path, rails_);
         if (!kept) {
             note(std::move(kept.error()));
-            result_.mayAskDesktop = false;  // what must stay would not be safe from it either
+            result_.mayAskDesktop = false;  // it would not spare what must stay either
             return;
         }
         const ItemFolders folders = itemFolders(trash);
@@ -210,7 +209,7 @@ private:
             return;
         kept_ = std::move(*kept);
         gone_.clear();
-        // Before the items: a note that comes later is not looked at.
+        // Before the items: a note that appears later is left alone.
         const std::vector<std::string> notes = noteNames(*trash.folder);
         for (const ItemFolder& folder : folders.folders)
             emptyFolder(folder, folder.path == trash.path);
@@ -259,7 +258,7 @@ private:
         }
         if (platform::entryIdentity(folder.folder, name) != item.identity)
             return;  // somebody else has restored or removed it
-        // It may have gone in part.
+        // It may be partly gone.
         ScanProgress progress;
         const auto left =
             DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.node(Paths::join(folder.path, name));
@@ -271,7 +270,7 @@ private:
         note(std::move(error));
     }
 
-    /// Whoever moves an item to the Trash writes its note before that: these may still await their items.
+    /// A note is written before its item is moved, so recent notes may still be waiting for their items.
     static std::set<std::string> freshNotes(const Directory& notes) {
         constexpr std::chrono::minutes maxMove{1};
         const auto since = std::chrono::system_clock::now() - maxMove;
@@ -285,7 +284,7 @@ private:
         return names;
     }
 
-    /// What is written about items that have gone, and folders in which nothing is any more.
+    /// Removes the notes of items that are gone, and empty folders.
     void removeRest(const Directory& trash, const std::vector<std::string>& noteNames) const {
         const platform::TrashLayout& layout = platform::trashLayout();
         if (layout.items.empty())
@@ -294,7 +293,7 @@ private:
         if (!items && items.error() != std::errc::no_such_file_or_directory)
             return;
         if (items && !items->openBelow("."))
-            return;  // nobody can say what is still in it
+            return;  // nobody can tell what is still in it
         if (const auto notes = trash.openBelow(layout.notes.c_str())) {
             const std::set<std::string> fresh = freshNotes(*notes);
             for (const std::string& note : noteNames) {
@@ -302,7 +301,7 @@ private:
                 const std::string name = isNote ? note.substr(0, note.size() - layout.noteSuffix.size()) : "";
                 if (isNote && items && platform::entryIdentity(*items, name))
                     continue;
-                // Dropped by design: a note that stays behind is in nobody's way.
+                // Dropped by design: a leftover note harms nobody.
                 if (!isNote || gone_.contains(name) || !fresh.contains(note))
                     (void)services_.removeEntry(*notes, note);
             }
@@ -318,11 +317,11 @@ private:
     const GuardRails& rails_;
     const Cleaner::Services& services_;
     std::set<platform::FileNumber> kept_;
-    std::set<std::string> gone_;  ///< names of the items that this has removed from the Trash at hand
+    std::set<std::string> gone_;  ///< names of the items removed from the current Trash
     EmptiedTrash result_;
 };
 
-/// Stops when the time is over or `stop` is asked for.
+/// Stops when the time is up or a stop is requested on `stop`.
 class Limit {
 public:
     Limit(std::chrono::milliseconds time, const std::stop_token& stop)
@@ -350,7 +349,7 @@ std::int64_t bytesFreed(const TrashContents& contents) {
     return sum;
 }
 
-/// Why the desktop has not emptied the Trash; nothing when it says that it has.
+/// Why the desktop did not empty the Trash; nullopt if it reports success.
 std::optional<CleanFailure> askDesktop(const std::string& trash, const std::stop_token& stop,
                                        const Cleaner::Services& services) {
     const auto command = services.trashEmptyingCommand(trash);
@@ -441,7 +440,7 @@ void Cleaner::recordTrashedFolders(std::span<const platform::TrashedItem> items)
     for (const platform::TrashedItem& item : items) {
         const auto folder = Directory::open(std::string(Paths::parent(item.location)));
         const std::string name(Paths::lastComponent(item.location));
-        // Only folders open, and only those that are still what was moved.
+        // Only folders that can be opened and are still the items that were moved.
         if (folder && platform::entryIdentity(*folder, name) == item.identity &&
             folder->openBelow(name.c_str()))
             paths.push_back(item.location);

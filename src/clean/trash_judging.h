@@ -10,8 +10,8 @@
 
 namespace ulvak {
 
-/// The numbers of folders that stay wherever they turn up, if the Trash at `path` may be emptied at all: it
-/// is not where something must stay, and no other volume is mounted in it.
+/// Checks that the Trash at `path` may be emptied: it is not a protected place, and no other volume is
+/// mounted in it. Returns the file numbers of folders that stay wherever they turn up.
 [[nodiscard]] std::expected<std::set<platform::FileNumber>, CleanFailure> judgedTrash(
     const std::string& path, const GuardRails& rails);
 

@@ -8,10 +8,9 @@
 
 namespace ulvak {
 
-/// What the user asks for on the command line, of the program with the window and of that without. Arguments
-/// are exact, and count wherever they stand.
+/// The parsed command line, of both programs. Arguments must match exactly; their position does not matter.
 struct CommandLine {
-    bool dump = false;     ///< "--dump": scan, print and end, without a window
+    bool dump = false;     ///< "--dump": scan, print and exit, without a window
     bool ai = false;       ///< "--ai", with "--dump": ask the language model too
     bool help = false;     ///< "--help" or "-h"
     bool version = false;  ///< "--version"
@@ -24,7 +23,7 @@ struct CommandLine {
 
     std::vector<std::string> unknown;
 
-    /// `arguments` without the program's name; `text` makes what can be read of each.
+    /// `arguments` excludes the program's name; `text` makes a readable text of each.
     template <typename Arguments, typename Text = std::identity>
     [[nodiscard]] static CommandLine parse(const Arguments& arguments, Text text = {}) {
         CommandLine line;
@@ -37,9 +36,9 @@ private:
     void add(std::string_view argument);
 };
 
-/// The whole answer to "--help", in Turkish, with its last line feed.
+/// The full "--help" text, in Turkish, including the final line feed.
 [[nodiscard]] std::string_view helpText();
-/// The answer to "--version", with its line feed.
+/// The "--version" text, including the line feed.
 [[nodiscard]] std::string_view versionText();
 
 }  // namespace ulvak

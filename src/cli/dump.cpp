@@ -76,7 +76,7 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
     const AIStatus status = AIStatus::current(model);
     output("\nAI: " + status.plainText() + "\n");
     if (!status.isAvailable()) {
-        // The listing ends with the status; what can be done about it is not part of it.
+        // The listing ends with the status; the hint is not part of it.
         if (!status.hint.empty())
             printError(printable(status.hint) + "\n");
         return;

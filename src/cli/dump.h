@@ -11,8 +11,8 @@
 #include "core/paths.h"
 #include "platform/language_model.h"
 
-/// The program without its window: one scan, printed. Reads no remembered verdicts, deletes nothing and
-/// writes nothing but standard output. Threads: any; blocks the caller.
+/// The program without its window: runs one scan and prints it. Reads no remembered verdicts, deletes
+/// nothing, and writes only to the standard streams. Threads: any; blocks the caller.
 namespace ulvak::Diagnostics {
 
 /// The counters of a finished scan.
@@ -23,18 +23,18 @@ struct Summary {
     std::chrono::nanoseconds elapsed{};
 };
 
-/// Scans and prints, with `asksModel` also the model's answers about what is uncertain. False when the scan
-/// could not be finished, which is told on the standard error.
+/// Scans and prints; with `asksModel`, also the model's answers about uncertain findings. Returns false if
+/// the scan could not be finished, after saying so on standard error.
 [[nodiscard]] bool run(bool asksModel, const UserFolders& folders);
 
-/// Asks the model about every finding that is unknown or guessed, one after the other in the order given, and
-/// hands each piece of text to `output` as it comes: first the model's availability, then an answer or an
-/// error for each finding. Blocks for as long as the model thinks.
+/// Asks the model about every unknown or guessed finding, one at a time in the given order, and passes each
+/// piece of text to `output` as it arrives: first the model's availability, then an answer or error for each
+/// finding. Blocks for as long as the model thinks.
 void askModel(std::span<const Finding> findings, const platform::LanguageModel& model,
               const std::function<void(std::string_view)>& output, const UserFolders& folders);
 
-/// The whole listing: the summary, an empty line, and each level's findings in the order given, at most 25
-/// a level. Valid UTF-8, one line a finding.
+/// The whole listing: the summary, an empty line, then each level's findings in the given order, at most 25
+/// per level. Valid UTF-8, one line per finding.
 [[nodiscard]] std::string listing(const Summary& summary, std::span<const Finding> findings,
                                   const UserFolders& folders);
 

@@ -13,16 +13,16 @@ namespace {
 
 using namespace ulvak;
 
-/// Goes on as the program with the window. It lies beside this one where both were built, and where they were
-/// installed among what nobody starts by hand. Returns the exit status when neither can be started, and tells
-/// of the one that is there, or else of where it should have been installed.
+/// Replaces this process with the window program, which is beside this one in the build tree and in libexec
+/// when installed. Returns the exit status if neither can be started, naming the one that exists, or else
+/// where it should have been installed.
 int openWindow(std::span<const char* const> arguments) {
     const std::string own = platform::ownProgram().value_or("");
     std::string tried = "ulvak-window";
     auto failure = std::make_error_code(std::errc::no_such_file_or_directory);
     for (const char* place : {"ulvak-window", ULVAK_LIBEXEC "/ulvak/ulvak-window"}) {
         if (own.empty() && *place != '/')
-            continue;  // nothing is started from wherever the user happens to be
+            continue;  // never start a program relative to the current directory
         tried = *place == '/' ? place : own.substr(0, own.rfind('/') + 1) + place;
         failure = platform::becomeProgram(tried, arguments);
         if (failure != std::errc::no_such_file_or_directory)

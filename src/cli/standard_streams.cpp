@@ -16,7 +16,7 @@ void write(int handle, std::string_view text) {
         if (count > 0) {
             text.remove_prefix(static_cast<std::size_t>(count));
         } else if (count < 0 && errno == EAGAIN) {
-            // Whoever shares the pipe has made it non-blocking: wait until it takes more.
+            // Another process sharing the pipe has made it non-blocking: wait until it is writable.
             pollfd writable{.fd = handle, .events = POLLOUT, .revents = 0};
             ::poll(&writable, 1, -1);
         } else if (count == 0 || errno != EINTR) {
@@ -29,7 +29,7 @@ void write(int handle, std::string_view text) {
 
 void prepareStandardStreams() {
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGCHLD, SIG_DFL);  // ignored, it would take away how our own children ended
+    std::signal(SIGCHLD, SIG_DFL);  // if ignored, our children's exit statuses would be lost
     int handle = 0;
     do {
         handle = ::open("/dev/null", O_RDWR);

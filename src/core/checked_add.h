@@ -6,8 +6,8 @@
 
 namespace ulvak {
 
-/// Adds to a count of files or bytes. No disk holds as much as would overflow one: a sum that does is our own
-/// error, or a file system that lies, and a wrong size must not be shown. It ends the program.
+/// Adds to a count of files or bytes; aborts on overflow. No disk holds enough to overflow one, so an
+/// overflow is our own bug or a file system that lies, and a wrong size must not be shown.
 inline void addChecked(std::int64_t& count, std::int64_t amount) {
     if (__builtin_add_overflow(count, amount, &count))
         std::abort();

@@ -10,7 +10,7 @@ struct DiskInfo {
     std::int64_t total = 0;
     std::int64_t available = 0;
 
-    /// Asks the file system that holds "/"; absent when it does not say. Safe from any thread.
+    /// Queries the file system that holds "/"; returns nullopt when it does not say. Thread-safe.
     [[nodiscard]] static std::optional<DiskInfo> current();
 
     friend bool operator==(const DiskInfo&, const DiskInfo&) = default;

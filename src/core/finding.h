@@ -12,7 +12,7 @@
 
 namespace ulvak {
 
-/// A line about an entry next to or inside a finding.
+/// One entry next to or inside a finding.
 struct ChildSummary {
     std::string name;  ///< last path component, bytes as on disk
     std::int64_t size = 0;
@@ -21,9 +21,9 @@ struct ChildSummary {
     friend bool operator==(const ChildSummary&, const ChildSummary&) = default;
 };
 
-/// What cleaning a finding does. The order of the cases is fixed.
+/// What cleaning a finding does. The order of the alternatives is fixed.
 struct CleanAction {
-    /// Every item goes to the Trash, or is removed for good when the user asks for that.
+    /// Every item goes to the Trash, or is permanently removed if the user asks for that.
     struct Trash {
         friend bool operator==(const Trash&, const Trash&) = default;
     };
@@ -32,7 +32,7 @@ struct CleanAction {
         std::string udid;
         friend bool operator==(const DeleteSimulator&, const DeleteSimulator&) = default;
     };
-    /// It cannot be cleaned; the Turkish reason stands in place of the buttons.
+    /// Cannot be cleaned; the Turkish reason is shown in place of the buttons.
     struct None {
         std::string reason;
         friend bool operator==(const None&, const None&) = default;
@@ -43,31 +43,31 @@ struct CleanAction {
     friend bool operator==(const CleanAction&, const CleanAction&) = default;
 };
 
-/// One reportable item of a scan: a folder or file, or a group of like ones merged into one entry.
-/// A plain value; two findings with the same id are the same item, whatever their other fields.
+/// One reportable item of a scan: a file or folder, or a group of similar ones merged into one entry. A plain
+/// value. Findings with the same id are the same item, whatever their other fields.
 struct Finding {
-    std::string id;  ///< the item's path, of a group that of its first member; unique within one result list
+    std::string id;  ///< the item's path (for a group, its first member's); unique within one result list
     std::vector<std::string>
-        urls;               ///< full paths: one for a single item, all of a group's in the order found
+        urls;               ///< full paths: one for a single item, all members of a group in discovery order
     std::int64_t size = 0;  ///< bytes on disk of all `urls` together
     SafetyLevel level = SafetyLevel::unknown;
     std::string title;
     std::string explanation;
     VerdictSource source = VerdictSource::rule;
-    std::optional<std::int64_t> confidence;  ///< as `Verdict` has it
+    std::optional<std::int64_t> confidence;  ///< see `Verdict::confidence`
     CleanAction action;
-    std::vector<std::string> quitApps;  ///< applications that must not run while this is cleaned
+    std::vector<std::string> quitApps;  ///< applications that must not be running during cleaning
     std::optional<FileTime> modified;   ///< latest date found in the item's tree
     std::int64_t fileCount = 0;
     std::vector<ChildSummary>
         children;  ///< at most 12 direct children, or all members of a group; largest first
     std::optional<std::string> parentPath;  ///< absent at a scan root
     std::vector<ChildSummary> siblings;     ///< at most 10 other entries of that folder, largest first
-    bool isPersonal = false;                ///< lies among the user's personal files
-    Verdict original;  ///< what the analysis said first, of a group with their number; later verdicts leave
-                       ///< it alone
-    std::optional<std::string> groupKey;  ///< what like findings were merged under
-    /// Bytes of `size` that cleaning does not free: their files have names outside `urls` too.
+    bool isPersonal = false;                ///< is one of the user's personal files
+    Verdict original;  ///< the analysis's own verdict (with the member count for a group); later verdicts do
+                       ///< not change it
+    std::optional<std::string> groupKey;  ///< key under which similar findings were merged
+    /// Bytes of `size` that cleaning does not free, because the files have hard links outside `urls`.
     std::int64_t heldElsewhere = 0;
 };
 
@@ -75,22 +75,22 @@ struct Finding {
 [[nodiscard]] Verdict currentVerdict(const Finding& finding);
 void setCurrentVerdict(Finding& finding, Verdict verdict);
 
-/// The user sets the level by hand: title and explanation stay, a model's confidence goes.
+/// The user sets the level by hand: title and explanation stay, a model's confidence is dropped.
 void relabel(Finding& finding, SafetyLevel level);
 
-/// Back to what the analysis said first.
+/// Restores the analysis's own verdict.
 void resetVerdict(Finding& finding);
 
-/// Whether cleaning it does anything at all.
+/// Whether cleaning it does anything.
 [[nodiscard]] bool canBeCleaned(const Finding& finding);
 
-/// Bytes on disk that are free once it is gone.
+/// Bytes of disk space that cleaning frees.
 [[nodiscard]] std::int64_t bytesFreed(const Finding& finding);
 
-/// Unknown, or guessed from a name: what a model is asked about.
+/// Unknown, or guessed from a name: the findings a model is asked about.
 [[nodiscard]] bool isUncertain(const Finding& finding);
 
-/// Ends the title, and the title that a reset brings back, with the number of members: " (3 öğe)".
+/// Appends the number of members, " (3 öğe)", to the title and to the original title that a reset restores.
 void appendMemberCount(Finding& finding);
 
 /// What the sidebar has selected.

@@ -36,7 +36,7 @@ struct Distance {
     URelativeDateTimeUnit unit = UDAT_REL_UNIT_SECOND;
 };
 
-/// Calendar arithmetic in UTC: asking for the user's time zone costs more than it could change.
+/// Calendar arithmetic in UTC: looking up the user's time zone costs more than it could change.
 Distance distance(FileTime date, Clock::time_point now) {
     UErrorCode status = U_ZERO_ERROR;
     for (const auto& [field, unit] : calendarUnits) {
@@ -101,10 +101,10 @@ std::string bytes(std::int64_t count) {
     const std::uint64_t magnitude =
         isNegative ? std::uint64_t{0} - static_cast<std::uint64_t>(count) : static_cast<std::uint64_t>(count);
 
-    // In integers, so that no count falls on the wrong side of a half.
+    // Integer arithmetic, so that rounding at a half is exact.
     std::size_t unit = 0;
     std::uint64_t scaled = 0;  // the number in hundredths, tenths or ones of the unit
-    std::uint64_t one = 1;     // the unit in the same measure
+    std::uint64_t one = 1;     // one unit on the same scale
     for (;; ++unit) {
         const auto digits = static_cast<std::size_t>(byteUnits[unit].fractionDigits);
         one = powerOfTen(digits);

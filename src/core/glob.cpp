@@ -14,8 +14,8 @@ public:
         : pattern_(pattern), text_(text), options_(options) {}
 
     [[nodiscard]] bool matches() {
-        // One point to come back to is enough: once a later "*" is reached, whatever an earlier one took
-        // leaves at least as much text for it.
+        // One backtracking point is enough: once a later "*" is reached, trying other lengths for an earlier
+        // one can only leave less text.
         std::optional<Positions> afterStar;
         Positions at;
         while (at.text < text_.size() || at.pattern < pattern_.size()) {
@@ -30,7 +30,7 @@ public:
                     continue;
                 }
             }
-            // A dead end: let the last "*" take one character more.
+            // Dead end: let the last "*" take one more character.
             if (!afterStar || afterStar->text == text_.size() || isBarrier(text_[afterStar->text]))
                 return false;
             ++afterStar->text;
@@ -51,7 +51,7 @@ private:
         return static_cast<unsigned char>(options_.ignoreCase ? platform::lowerAscii(c) : c);
     }
 
-    /// Where the pattern goes on if what stands at `at` (no "*") matches `c`.
+    /// Where the pattern continues if the element at `at` (not a "*") matches `c`.
     [[nodiscard]] std::optional<std::size_t> afterOneCharacter(std::size_t at, char c) {
         if (at == pattern_.size())
             return std::nullopt;
@@ -74,7 +74,7 @@ private:
         return open + 1 < pattern_.size() && (pattern_[open + 1] == '!' || pattern_[open + 1] == '^');
     }
 
-    /// The position of the "]" that closes the "[" at `open`. A "]" in first place is a member.
+    /// The position of the "]" that closes the "[" at `open`. A "]" in first position is a member.
     [[nodiscard]] std::optional<std::size_t> bracketEnd(std::size_t open) {
         if (open >= neverClosed_)
             return std::nullopt;
@@ -114,7 +114,7 @@ private:
     std::string_view pattern_;
     std::string_view text_;
     GlobOptions options_;
-    /// A "[" here or further on is known to have no "]": looked for once, not for every character.
+    /// No "[" from here on has a closing "]". Searched for once, not for every character.
     std::size_t neverClosed_ = std::string_view::npos;
 };
 

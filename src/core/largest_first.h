@@ -6,7 +6,7 @@
 
 namespace ulvak {
 
-/// Sorts what has a `size`; equal sizes keep their order.
+/// Stable sort by `size`, descending.
 template <typename T>
 void sortLargestFirst(std::vector<T>& items) {
     std::ranges::stable_sort(items, std::ranges::greater(), &T::size);

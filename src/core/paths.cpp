@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view privatePrefix = "/private";
 
-/// A folder as it is known from then on: "/home//ayse/./" is "/home/ayse". Only the disk can tell what ".."
-/// after a link means; a disk that may never answer is not asked, but for the folder `home`.
+/// Normalises a folder's path: "/home//ayse/./" becomes "/home/ayse". Only the disk can resolve ".." after a
+/// link; a disk that may never answer is not asked, except about `home`.
 std::string tidied(const std::string& path, const std::string& home) {
     if ((path + "/").contains("/../")) {
         const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
@@ -35,12 +35,12 @@ std::string besideTemp(const std::string& temp) {
     return Paths::join(Paths::parent(temp), "C");
 }
 
-/// Whether what is guessed to be the cache looks like one. What is missing does no harm; what lies on a
-/// volume that may never answer is not looked at.
+/// Whether a guessed cache looks like one. A missing folder is harmless; a volume that may never answer is
+/// not touched.
 bool isGoodGuess(const UserFolders& folders) {
     if (Paths::lastComponent(folders.temp) != "T")
         return false;
-    // A server that is gone must not be waited for, only to hear what it has.
+    // Do not hang on a dead server just to learn what it holds.
     const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
     return std::ranges::all_of(std::array{folders.temp, folders.cache}, [&](const std::string& folder) {
         return reach.includes(reach.follow(folder).path) && platform::isOwnFolder(folder).value_or(true);
@@ -80,7 +80,7 @@ bool hasOwnCache(const UserFolders& folders) {
     const bool isGuessed = folders.cache == besideTemp(folders.temp) && !platform::cacheDirectory();
     if (isGuessed && !isGoodGuess(folders))
         return false;
-    // The folder itself may be missing or be a link; where it stands decides as well as where it leads.
+    // The folder itself may be missing or be a link: both its location and its target count.
     const auto real = [](const std::string& path) { return platform::resolvedPath(path).value_or(path); };
     const std::string home = real(folders.home);
     const std::string parent = real(std::string(Paths::parent(folders.cache)));
@@ -90,8 +90,8 @@ bool hasOwnCache(const UserFolders& folders) {
 
 std::string display(std::string_view path, const UserFolders& folders) {
     path = withoutPrivate(path);
-    // Text prefixes on purpose, unlike the home folder's: what lies beside the temporary folder under a
-    // name that begins like it is shown as belonging to it.
+    // Deliberately a plain text prefix, unlike the home folder's: a sibling of the temporary folder whose
+    // name begins the same way is shown as belonging to it.
     if (path.starts_with(folders.temp))
         return std::string("Geçici klasör").append(path.substr(folders.temp.size()));
     if (path.starts_with(folders.cache))

@@ -8,14 +8,14 @@
 
 namespace ulvak {
 
-/// How safe it is to delete something. The order of declaration is the order of `allSafetyLevels`; lists
-/// that people see are sorted by `order` instead, in which `unknown` stands before `keep`.
+/// How safe it is to delete something. The declaration order is that of `allSafetyLevels`; lists shown to
+/// people are sorted by `order`, which puts `unknown` before `keep`.
 enum class SafetyLevel : std::uint8_t { safe, regenerable, caution, keep, unknown };
 
 inline constexpr std::array allSafetyLevels = {SafetyLevel::safe, SafetyLevel::regenerable,
                                                SafetyLevel::caution, SafetyLevel::keep, SafetyLevel::unknown};
 
-/// All that a level shows of itself. The texts are Turkish, UTF-8 in NFC.
+/// Everything shown of a level. The texts are Turkish, UTF-8 in NFC.
 struct SafetyLevelInfo {
     SafetyLevel level = SafetyLevel::unknown;
     std::string_view rawValue;  ///< in JSON and on the command line
@@ -28,13 +28,13 @@ struct SafetyLevelInfo {
 
 [[nodiscard]] const SafetyLevelInfo& info(SafetyLevel level);
 
-/// The level of exactly this raw value, letter case included.
+/// The level with exactly this raw value, case-sensitive.
 [[nodiscard]] std::optional<SafetyLevel> safetyLevel(std::string_view rawValue);
 
-/// Sorts for display: safe, regenerable, caution, unknown, keep. Stable.
+/// Stable sort into display order: safe, regenerable, caution, unknown, keep.
 void sortForDisplay(std::span<SafetyLevel> levels);
 
-/// `allSafetyLevels` as people see them.
+/// `allSafetyLevels` in display order.
 [[nodiscard]] std::array<SafetyLevel, allSafetyLevels.size()> displayedSafetyLevels();
 
 }  // namespace ulvak

@@ -25,8 +25,8 @@ bool isHarmful(UChar32 c) {
     return isControl || breaksLine || u_hasBinaryProperty(c, UCHAR_BIDI_CONTROL) != 0;
 }
 
-/// Each maximal piece that is not UTF-8 becomes one U+FFFD. ICU counts in 32 bits, and would take a longer
-/// text for one that ends with a zero byte.
+/// Each maximal invalid sequence becomes one U+FFFD. ICU lengths are 32-bit; a longer text would be taken for
+/// a NUL-terminated string.
 icu::UnicodeString decoded(std::string_view text) {
     constexpr std::size_t maxLength = std::numeric_limits<std::int32_t>::max();
     const std::string_view head = text.substr(0, maxLength);
@@ -38,7 +38,7 @@ icu::UnicodeString lettersOf(const icu::UnicodeString& text) {
     icu::UnicodeString letters;
     for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
         const UChar32 c = text.char32At(i);
-        // Accents, and fillers that nobody sees, count as alphabetic too.
+        // Accents and invisible fillers count as alphabetic too.
         const bool isAccent = (U_GET_GC_MASK(c) & U_GC_M_MASK) != 0;
         const bool isSeen = u_hasBinaryProperty(c, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) == 0;
         if (u_isUAlphabetic(c) != 0 && !isAccent && isSeen)
@@ -76,7 +76,7 @@ std::string printable(std::string_view text) {
 }
 
 std::string plainLetters(std::string_view text) {
-    // Letters first: putting a long run of accents into their order takes the square of its length.
+    // Letters first: reordering a long run of accents takes quadratic time.
     const icu::UnicodeString letters = lettersOf(decoded(text));
     UErrorCode error = U_ZERO_ERROR;
     const icu::Normalizer2* plain = icu::Normalizer2::getNFKCCasefoldInstance(error);

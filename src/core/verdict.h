@@ -22,7 +22,7 @@ enum class VerdictSource : std::uint8_t {
 inline constexpr std::array allVerdictSources = {VerdictSource::rule, VerdictSource::ai,
                                                  VerdictSource::heuristic, VerdictSource::user};
 
-/// All that a source shows of itself.
+/// Everything shown of a source.
 struct VerdictSourceInfo {
     VerdictSource source = VerdictSource::rule;
     std::string_view rawValue;  ///< in JSON
@@ -32,7 +32,7 @@ struct VerdictSourceInfo {
 
 [[nodiscard]] const VerdictSourceInfo& info(VerdictSource source);
 
-/// The source of exactly this raw value, letter case included.
+/// The source with exactly this raw value, case-sensitive.
 [[nodiscard]] std::optional<VerdictSource> verdictSource(std::string_view rawValue);
 
 /// A judgement of one folder or file.
@@ -41,16 +41,16 @@ struct Verdict {
     std::string title;        ///< what the item is, in a few words
     std::string explanation;  ///< what it contains and what happens if it is deleted
     VerdictSource source = VerdictSource::rule;
-    /// Only a model gives one: 0 to 100, as far as we write it. What a file says is taken as it is.
+    /// Set only by a model. We write 0 to 100; a value read from a file is kept as is.
     std::optional<std::int64_t> confidence;
 
     friend bool operator==(const Verdict&, const Verdict&) = default;
 };
 
-/// The text of the source badge: the label, and where there is a confidence " %85", as Turkish has it.
+/// The text of the source badge: the label, then the confidence if there is one, Turkish style: " %85".
 [[nodiscard]] std::string badgeText(const Verdict& verdict);
 
-/// The one way in which decoding fails: a key is missing, of the wrong type, or holds an unknown raw value.
+/// The only decoding error: a key is missing, has the wrong type, or holds an unknown raw value.
 struct DataCorrupted {
     std::string what;  ///< for developers, English
 };

@@ -8,11 +8,11 @@
 
 namespace ulvak {
 
-/// An object with the keys level, title, explanation, source and, only when there is one, confidence, in
-/// that order. Bytes of a name that are not UTF-8 come out as U+FFFD.
+/// An object with the keys level, title, explanation, source and, only if present, confidence, in that order.
+/// Invalid UTF-8 becomes U+FFFD.
 [[nodiscard]] nlohmann::ordered_json toJson(const Verdict& verdict);
 
-/// Other keys are ignored; a confidence that is null is absent.
+/// Ignores other keys; a null confidence means none.
 [[nodiscard]] std::expected<Verdict, DataCorrupted> verdictFromJson(const nlohmann::ordered_json& json);
 
 }  // namespace ulvak

@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-/// Bytes of UTF-8 without a table and without the user's language. Safe from any thread.
+/// UTF-8 bytes, without tables and independent of the user's language. Thread-safe.
 namespace ulvak::platform {
 
-/// Lower case for the letters A to Z alone; every other byte stays as it is.
+/// Lower-cases A to Z only; every other byte is unchanged.
 [[nodiscard]] constexpr char lowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
@@ -18,7 +18,7 @@ namespace ulvak::platform {
     return lower;
 }
 
-/// Whether a byte goes on with a character that an earlier one has begun.
+/// Whether a byte is a UTF-8 continuation byte.
 [[nodiscard]] constexpr bool isContinuation(char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }

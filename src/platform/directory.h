@@ -18,70 +18,70 @@
 namespace ulvak::platform {
 
 enum class EntryKind : std::uint8_t {
-    file,       ///< whatever holds bytes and is none of the others: sockets, FIFOs and devices too
+    file,       ///< anything with bytes that is none of the others; includes sockets, FIFOs and devices
     directory,  ///< a folder on the same volume
     volume,     ///< the mount point of another volume
     link,       ///< a symbolic link
 };
 
-/// What a listing asks the system about each entry.
+/// What a listing queries about each entry.
 enum class Attributes : std::uint8_t {
-    listed,  ///< what the listing tells by itself: the name, and the kind where it knows that
-    all,     ///< everything below; one more call for each entry on some systems
+    listed,  ///< what the listing itself provides: the name, and the kind if known
+    all,     ///< all fields; costs one more call per entry on some systems
 };
 
 struct DirectoryEntry {
     /// The bytes of the name. Valid until the next entry is read.
     std::string_view name;
-    /// Of what is only listed, `directory` and `link` are certain, and a `directory` may be a mount point.
+    /// With `listed`, only `directory` and `link` are certain, and a `directory` may be a mount point.
     EntryKind kind = EntryKind::file;
-    bool isRegularFile = false;  ///< for certain
-    // The rest is absent from what is only listed.
-    /// Bytes held on disk, files only; not the length: less when sparse, more for the last block.
+    bool isRegularFile = false;  ///< true only if certain
+    // The remaining fields are not set with `listed`.
+    /// Bytes allocated on disk, files only. Not the length: less when sparse, more for the last block.
     std::int64_t allocatedSize = 0;
     std::optional<FileTime> modified;
-    /// How many names a file has on its whole volume; 1 where the system does not say.
+    /// Hard links of a file on its whole volume; 1 if the system does not say.
     std::uint32_t names = 1;
-    // Which file it is; of those with several names only.
+    // File identity; only set for files with several hard links.
     std::uint32_t volume = 0;
     std::uint64_t number = 0;
 
-    /// The name for system calls: in the reader's buffer a zero byte follows it.
+    /// The name for system calls: NUL-terminated in the reader's buffer.
     // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage)
     [[nodiscard]] const char* terminatedName() const { return name.data(); }
 };
 
-/// An open folder. Whatever is opened from it is found relative to it, however long its path has become
-/// and whoever renames its parents. Move-only; closes itself. Safe to read from several threads.
+/// An open folder. Everything is opened relative to it, no matter how long its path has become or who renames
+/// its parents. Move-only; closes itself. Concurrent reads are thread-safe.
 class Directory {
 public:
     Directory() = default;
 
-    /// Follows links, as whoever names a folder by its path expects. Fails with the system's error.
+    /// Follows links, as expected when a folder is named by its path. Fails with the system's error.
     [[nodiscard]] static std::expected<Directory, std::error_code> open(const std::string& path);
 
-    /// A folder below this one. `relativePath` is one name or several joined with "/", of any length, in
-    /// a buffer that ends in a zero byte. Follows no link and enters no other volume, on the way or at
-    /// the end: those fail, as a folder that has vanished does.
+    /// Opens a folder below this one. `relativePath` is one or more names joined with "/", of any length,
+    /// NUL-terminated. Follows no link and enters no other volume, neither on the way nor at the end: both
+    /// fail, as does a folder that has vanished.
     [[nodiscard]] std::expected<Directory, std::error_code> openBelow(const char* relativePath) const;
 
-    /// The folder that holds this one at this moment; whoever moves folders about can make that any folder.
+    /// The current parent of this folder; if others move folders around, that can be any folder.
     [[nodiscard]] std::expected<Directory, std::error_code> openParent() const;
 
-    /// Absent when the system does not say.
+    /// nullopt if the system does not say.
     [[nodiscard]] std::optional<ItemIdentity> identity() const;
 
-    /// Whether `path`, links followed, leads to this very folder now.
+    /// Whether `path`, with links followed, currently leads to this very folder.
     [[nodiscard]] bool isAt(const std::string& path) const;
 
     [[nodiscard]] bool isOpen() const { return descriptor_.isOpen(); }
     void close() { descriptor_.close(); }
 
-    /// The system's own handle, for the platform's calls; stays this object's.
+    /// The system handle, for platform calls; still owned by this object.
     [[nodiscard]] int handle() const { return descriptor_.get(); }
 
 private:
-    /// Fails with what `errno` says when it is not open.
+    /// Fails with `errno` if it is not open.
     [[nodiscard]] static std::expected<Directory, std::error_code> from(FileDescriptor descriptor);
 
     FileDescriptor descriptor_;
@@ -89,9 +89,8 @@ private:
 
 using NameSet = std::set<std::string, std::less<>>;
 
-/// Lists folders one after the other, in the system's order, without "." and "..", and tells of each entry
-/// what is asked for. Opens no entry, and reads on only as far as it is asked to. Keep one per thread: its
-/// buffer is used again.
+/// Lists folders one after the other, in the system's order, without "." and "..". Opens no entry, and reads
+/// only as far as requested. Keep one per thread: the buffer is reused.
 class EntryReader {
 public:
     explicit EntryReader(Attributes asked = Attributes::all);
@@ -99,30 +98,30 @@ public:
     EntryReader(const EntryReader&) = delete;
     EntryReader& operator=(const EntryReader&) = delete;
 
-    /// Starts over with `directory`, freshly opened, which must outlive the listing. A folder that is named
-    /// in `excluded` (null for none) is passed over without asking the system about it.
+    /// Starts listing `directory`, freshly opened, which must outlive the listing. Folders named in
+    /// `excluded` (null for none) are skipped without querying the system about them.
     void start(const Directory& directory, const NameSet* excluded = nullptr);
 
-    /// Takes turns in the listing that `first` has started: each piece of it comes to the reader that asks
-    /// next. `first` may read on meanwhile in another thread, and starts nothing else for as long.
+    /// Shares the listing started by `first`: each piece goes to the reader that asks next. Meanwhile `first`
+    /// may continue reading on another thread, but must not start another listing.
     void join(EntryReader& first);
 
     /// Which piece of the whole listing the last entry came from, counted from 0 in the system's order.
     [[nodiscard]] std::size_t piece() const { return piece_; }
 
-    /// The next entry, or nothing at the end of the listing and after an error. An entry that the
-    /// system does not describe is passed over; one that vanished after it was listed may be.
+    /// The next entry; null at the end of the listing and after an error. Skips entries that the system does
+    /// not describe, and possibly entries that vanished after they were listed.
     [[nodiscard]] const DirectoryEntry* next();
 
     /// Why the listing ended early, if it did.
     [[nodiscard]] std::error_code error() const { return error_; }
 
-    /// For whoever changes a folder while it is listed, of readers that ask for what is `listed`: reads one
-    /// piece, from where the handle of `directory` stands, in place of any before. Seeking to 0 starts over.
-    /// Whether there was one; a piece that cannot be understood as a whole is an error.
+    /// For callers that change a folder while listing it, with `Attributes::listed`: reads one piece from the
+    /// current position of `directory`'s handle, replacing any earlier piece. Seeking to 0 starts over.
+    /// Returns false at the end. A piece that cannot be fully parsed is an error.
     [[nodiscard]] std::expected<bool, std::error_code> readPiece(const Directory& directory);
 
-    /// The next entry of that piece; nothing at its end.
+    /// The next entry of that piece; null at its end.
     [[nodiscard]] const DirectoryEntry* nextOfPiece();
 
 private:
@@ -131,7 +130,7 @@ private:
         std::size_t taken = 0;
     };
 
-    /// The next piece; false at the end of the listing and after an error.
+    /// Reads the next piece; false at the end of the listing and after an error.
     [[nodiscard]] bool fill();
 
     Attributes asked_;
@@ -140,24 +139,24 @@ private:
     std::size_t end_ = 0;
     int handle_ = -1;
     Turns own_;
-    Turns* turns_ = &own_;  ///< of whoever has started the listing
+    Turns* turns_ = &own_;  ///< of the reader that started the listing
     std::size_t piece_ = 0;
     const NameSet* excluded_ = nullptr;
     DirectoryEntry entry_;
     std::error_code error_;
 };
 
-/// How many folders this process can hold open beside those it has open now.
+/// How many more folders this process can hold open.
 [[nodiscard]] std::size_t spareHandles();
 
-/// Whether an error says that a folder's contents live elsewhere and would have had to be fetched.
+/// Whether an error means that a folder is dataless: its contents are remote and would have to be fetched.
 [[nodiscard]] bool isDataless(std::error_code error);
 
-/// Whether an error says that handles have run out, which another thread may mend at any moment.
+/// Whether an error means that handles have run out, which another thread may remedy at any moment.
 [[nodiscard]] bool isOutOfHandles(std::error_code error);
 
-/// Whether a folder of this name is a document or bundle that people see as one item: by what follows the
-/// last dot of the name, whatever the case of its letters. The same on every system.
+/// Whether a folder of this name is a document or bundle that is shown as a single item. Judged by the
+/// extension, case-insensitively. The same on every system.
 [[nodiscard]] bool isPackageName(std::string_view name);
 
 }  // namespace ulvak::platform

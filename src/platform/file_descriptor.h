@@ -7,13 +7,12 @@
 
 namespace ulvak::platform {
 
-/// Owns one descriptor of this process: of an open file or folder, or of an end of a pipe. Move-only; closes
-/// it when it goes, and leaves `errno` alone then: whoever fails may close first and report after. No thread
-/// may use it while another closes it.
+/// Owns a file descriptor. Move-only. Closing preserves `errno`, so that a failing function may close before
+/// it reports. No thread may use the descriptor while another closes it.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
-    /// Takes over what a system call has returned; a negative number is none.
+    /// Takes ownership of a system call's result; a negative number means none.
     explicit FileDescriptor(int number) : number_(number) {}
     ~FileDescriptor() { close(); }
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
@@ -26,16 +25,16 @@ public:
     FileDescriptor& operator=(const FileDescriptor&) = delete;
 
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-    /// For system calls; stays this object's. Negative when it is not open.
+    /// For system calls; still owned by this object. Negative if not open.
     [[nodiscard]] int get() const { return number_; }
-    /// From here on it is the caller's.
+    /// Transfers ownership to the caller.
     [[nodiscard]] int release() { return std::exchange(number_, -1); }
 
     void close() {
         if (number_ < 0)
             return;
         const int error = errno;
-        ::close(std::exchange(number_, -1));  // what it fails with concerns nobody: it is closed all the same
+        ::close(std::exchange(number_, -1));  // an error does not matter: it is closed either way
         errno = error;
     }
 

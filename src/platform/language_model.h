@@ -6,33 +6,32 @@
 #include <stop_token>
 #include <string>
 
-/// A language model on this machine. What it is given never leaves the machine, and what it says is not
-/// trusted.
+/// A language model on this machine. Its input never leaves the machine, and its output is not trusted.
 namespace ulvak::platform {
 
 enum class ModelAbsenceReason : std::uint8_t {
     deviceNotEligible,  ///< also: the server that the user names is not on this machine
     notEnabled,         ///< switched off
-    notReady,           ///< still being loaded or downloaded
+    notReady,           ///< still loading or downloading
     other,              ///< also: there is no server
 };
 
 /// Why no request can be made now.
 struct ModelAbsence {
     ModelAbsenceReason reason = ModelAbsenceReason::other;
-    /// What the user can do about it, in Turkish; empty when there is nothing to say beyond the reason. May
-    /// quote what a server said: make it `printable`.
+    /// What the user can do about it, in Turkish; empty if there is nothing to add to the reason. May quote a
+    /// server: apply `printable`.
     std::string detail;
-    /// Somebody listens and has not answered in time: it may be busy, and was it there before, it still is.
+    /// A server is there but did not answer in time. It may be busy; if it was available before, it still is.
     bool isSilent = false;
 };
 
 struct ModelRequest {
     std::string instructions;
     std::string prompt;
-    std::string answerName;    ///< what the schema is called
-    std::string answerSchema;  ///< a JSON schema; the model is shown it, and its answer is held to it
-    double temperature = 0.2;  ///< the one option that is set; sampling and length are left to the model
+    std::string answerName;    ///< the schema's name
+    std::string answerSchema;  ///< a JSON schema; shown to the model, and enforced on its answer
+    double temperature = 0.2;  ///< the only option set; sampling and length are the model's own
 
     friend bool operator==(const ModelRequest&, const ModelRequest&) = default;
 };
@@ -44,12 +43,12 @@ struct ModelError {
         unsupportedLanguage,  ///< language or locale
         other,
     };
-    /// A service may report its errors in two families that are dealt with differently.
+    /// A service may report its errors in two families that are handled differently.
     enum class Family : std::uint8_t { model, session };
 
     Kind kind = Kind::other;
     Family family = Family::model;
-    /// For people: what failed, and the service's own words. Not trusted: make it `printable`. At most
+    /// For people: what failed, and the service's own words. Not trusted: apply `printable`. At most
     /// `maxTextLength` bytes.
     std::string text;
     /// Nobody answered in time, as in `ModelAbsence`.
@@ -60,7 +59,7 @@ struct ModelError {
     friend bool operator==(const ModelError&, const ModelError&) = default;
 };
 
-/// Threads: any, several at once. Calls block; a stop ends them at once, with an error.
+/// Threads: any, concurrently. Calls block; a stop request ends them at once, with an error.
 class LanguageModel {
 public:
     LanguageModel() = default;
@@ -68,16 +67,16 @@ public:
     LanguageModel(const LanguageModel&) = delete;
     LanguageModel& operator=(const LanguageModel&) = delete;
 
-    /// Nothing when requests can be made.
+    /// nullopt if requests can be made.
     [[nodiscard]] virtual std::optional<ModelAbsence> absence(std::stop_token stop = {}) const = 0;
 
-    /// One request in a session of its own; nothing is kept for the next. The answer is JSON, which the
-    /// service has promised to hold to the schema.
+    /// Sends one request in its own session; nothing is kept for the next. The answer is JSON, which the
+    /// service has promised to match to the schema.
     [[nodiscard]] virtual std::expected<std::string, ModelError> respond(const ModelRequest& request,
                                                                          std::stop_token stop = {}) const = 0;
 };
 
-/// The system's own; null where it has none. Costs nothing until it is asked something.
+/// The system's own; null if it has none. Costs nothing until first used.
 [[nodiscard]] const LanguageModel* systemLanguageModel();
 
 }  // namespace ulvak::platform

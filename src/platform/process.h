@@ -8,20 +8,19 @@
 
 #include "platform/file_descriptor.h"
 
-/// What this process is, and what it and the ones it starts ask of the system.
+/// This process, and the environment and pipes it gives to its children.
 namespace ulvak::platform {
 
-/// The file of the running program, links resolved; absent when the system does not say. Safe from any
-/// thread.
+/// The running program's file, links resolved; nullopt if the system does not say. Thread-safe.
 [[nodiscard]] std::optional<std::string> ownProgram();
 
-/// Takes out of the environment what should name a user's folder and names no absolute one: it counts as
-/// unset, but libraries and other programs would take it as relative to wherever this one was started. Only
-/// while there is one thread.
+/// Unsets environment variables that should name a user's folder but hold a relative path: we treat them as
+/// unset, but libraries and other programs would resolve them against the current directory. Call only while
+/// single-threaded.
 void forgetRelativeFolders();
 
-/// Goes on as the program at `path`, with these arguments (its own name not among them) and everything else
-/// of this process. Returns only when that cannot be started.
+/// Replaces this process image with the program at `path`, with these arguments (excluding its own name).
+/// Returns only on failure.
 [[nodiscard]] std::error_code becomeProgram(const std::string& path, std::span<const char* const> arguments);
 
 struct PipeEnds {
@@ -29,18 +28,18 @@ struct PipeEnds {
     FileDescriptor write;
 };
 
-/// A pipe that no program started meanwhile, by whatever part of this process, inherits. Its end is seen by
-/// who reads, not by who waits in poll(2): macOS wakes nobody there when the last writer of a FIFO goes.
-/// Fails with the system's error. Safe from any thread.
+/// A pipe that is not inherited by any program that any thread of this process starts meanwhile. End of file
+/// is seen by read(2) but not by poll(2): macOS does not wake poll when the last writer of a FIFO closes.
+/// Fails with the system's error. Thread-safe.
 [[nodiscard]] std::expected<PipeEnds, std::error_code> makePipe();
 
-/// From here on the first of the signals by which a session, a user at a terminal or a service manager ends a
-/// program only makes the returned descriptor readable, so that the program can finish what it must not leave
-/// half done; the next of its kind ends it at once. The descriptor stays open as long as the process lives.
-/// Nothing when the system has no more to give: then they end it as before. Once in a process.
+/// After this call, the first termination signal (from a session, a terminal or a service manager) only makes
+/// the returned descriptor readable, so that the program can finish what must not be left half done; a second
+/// signal of the same kind ends it at once. The descriptor stays open for the life of the process. Returns
+/// nullopt if no pipe could be made: then signals end the program as before. Call once per process.
 [[nodiscard]] std::optional<int> watchEndingSignals();
 
-/// Ends the process by the signal that came, as whoever sent it expects; returns when none did.
+/// Ends the process by the signal received, as its sender expects; returns if there was none.
 void endBySignal();
 
 }  // namespace ulvak::platform

@@ -16,25 +16,24 @@ struct VolumeCapacity {
     std::int64_t available = 0;
 };
 
-/// The capacity of the volume that holds `path`; absent when the system does not say. Safe from any thread;
-/// blocks while that volume answers.
+/// The capacity of the volume that holds `path`; nullopt if the system does not say. Thread-safe; blocks on
+/// that volume.
 [[nodiscard]] std::optional<VolumeCapacity> volumeCapacity(const std::string& path);
 
-/// A volume that is mounted somewhere.
+/// A mounted volume.
 struct Mount {
-    std::string path;          ///< absolute, without links
-    std::uint64_t volume = 0;  ///< the same for each place at which one file system is mounted
-    /// Whether a look at it may never return: it lies on another computer or is served by a program, which
-    /// may be gone. Never so for that at "/".
+    std::string path;          ///< absolute, links resolved
+    std::uint64_t volume = 0;  ///< the same for every place where one file system is mounted
+    /// Whether accessing it may block forever: it is on another computer or served by a program, either of
+    /// which may be gone. Never true for the volume at "/".
     bool mayHang = false;
 };
 
-/// The volumes that are mounted and not covered by others, in the system's order, read without touching the
-/// volumes themselves: a server that does not answer cannot hold the caller. Empty when unknown. Safe from
-/// any thread.
+/// The mounted volumes not hidden by others, in the system's order. Read without touching the volumes
+/// themselves, so a dead server cannot block the caller. Empty if unknown. Thread-safe.
 [[nodiscard]] std::vector<Mount> mounts();
 
-/// Their places.
+/// The paths of `mounts()`.
 [[nodiscard]] std::vector<std::string> mountPoints();
 
 struct PromptVolumes {
@@ -42,53 +41,53 @@ struct PromptVolumes {
     bool isAll = true;  ///< whether there are no others on which a user keeps files
 };
 
-/// Where volumes are mounted that keep nobody waiting, nor lie below one that may. Safe from any thread.
+/// The mount points of volumes that never block and are not below one that may. Thread-safe.
 [[nodiscard]] PromptVolumes promptVolumes();
 
-/// How far looks may go, so that no volume is waited for that nobody has asked about: a link, a setting or a
-/// variable can lead anywhere, also to a server that has not answered for a week. The list of what is mounted
-/// is read once, when this is made; paths are then followed name by name, and whatever lies on a volume out
-/// of reach is told by its path, without a look. Immutable; safe from any thread.
+/// Limits which paths may be accessed, so that no volume is waited for without need: a link, a setting or a
+/// variable can lead anywhere, even to a server that has not answered for a week. The mount list is read
+/// once, on construction. Paths are then followed name by name, and anything on a volume out of reach is
+/// recognised by its path, without touching it. Immutable; thread-safe.
 class Reach {
 public:
-    /// What of the volumes is within reach besides those that hold the given folders.
+    /// Which volumes are within reach besides those that hold the given folders.
     enum class Others : std::uint8_t {
         none,
         prompt,  ///< those that answer at once or fail
     };
 
-    /// Looks that are about these folders: the volumes that hold them are waited for, wherever links lead
-    /// from these paths. Other places at which such a volume is mounted are within reach too.
+    /// For accesses that concern these folders: the volumes that hold them may be waited for, wherever links
+    /// in these paths lead. Other mount points of the same volumes are within reach too.
     Reach(std::span<const std::string> folders, Others others);
-    /// The same with another list of volumes, and folders without links.
+    /// The same, with a given list of volumes and folders without links.
     Reach(std::span<const std::string> folders, Others others, std::vector<Mount> mounts);
 
-    /// Empty when the system does not say, and then nothing is out of reach.
+    /// Empty if the system does not say; then nothing is out of reach.
     [[nodiscard]] const std::vector<Mount>& mounts() const { return mounts_; }
 
-    /// Where the volume is mounted that an absolute path without links is on.
+    /// The mount point of the volume that contains an absolute path without links.
     [[nodiscard]] std::string_view mountPointOf(std::string_view path) const;
 
-    /// Whether the place of an absolute path without links may be looked at.
+    /// Whether an absolute path without links may be accessed.
     [[nodiscard]] bool includes(std::string_view path) const;
 
     struct Target {
-        /// Without links and "..", up to where it could be followed; what came after that, as it was written.
+        /// Free of links and ".." as far as it could be followed; the rest as written.
         std::string path;
-        bool isThere = false;  ///< whether it was followed to its end, and something is there
+        bool isThere = false;  ///< whether it was followed to the end and something is there
     };
 
-    /// Where an absolute path leads, links followed.
+    /// Resolves an absolute path, following links.
     [[nodiscard]] Target follow(std::string_view path) const;
 
 private:
     void findVolumes();
     [[nodiscard]] const Mount* mountOf(std::string_view path) const;
 
-    std::vector<std::string> folders_;  ///< without links
+    std::vector<std::string> folders_;  ///< links resolved
     Others others_;
     std::vector<Mount> mounts_;
-    std::vector<std::uint64_t> volumes_;  ///< that hold the folders
+    std::vector<std::uint64_t> volumes_;  ///< those that hold the folders
 };
 
 }  // namespace ulvak::platform

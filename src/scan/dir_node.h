@@ -12,8 +12,8 @@ namespace ulvak {
 
 struct DirNode;
 
-/// A vector of nodes that takes itself apart without recursion and without memory: trees can be deeper than a
-/// stack, and are given up when there is no memory left.
+/// A vector of nodes whose destructor neither recurses nor allocates: trees can be deeper than the stack, and
+/// are freed when memory has run out.
 class DirNodes : public std::vector<DirNode> {
 public:
     DirNodes() noexcept;
@@ -25,25 +25,24 @@ public:
     ~DirNodes();
 
 private:
-    DirNodes* around_ =
-        nullptr;  ///< while being taken apart: the vector with the node whose children these are
+    DirNodes* around_ = nullptr;  ///< during destruction: the vector that contains these nodes' parent
 };
 
-/// A folder or file of a scanned tree. A pruned view: `children` holds only what is big enough to
-/// matter, while `size` and `fileCount` count everything below. Owns its children; no parent links.
+/// A file or folder of a scanned tree. A pruned view: `children` holds only what is big enough to matter,
+/// while `size` and `fileCount` cover the whole subtree. Owns its children; no parent links.
 struct DirNode {
-    /// Where it is, in bytes: at a root the whole path, below it the name in the folder that holds it. A
-    /// whole path for each would make memory grow with the square of the depth.
+    /// Bytes: the full path at a root, the name within its parent below that. Full paths everywhere would
+    /// make memory grow with the square of the depth.
     std::string url;
     bool isDirectory = false;    ///< packages too
-    bool isPackage = false;      ///< a folder that people see as one item
-    std::int64_t size = 0;       ///< bytes held on disk by all files of the subtree, each once
-    std::int64_t fileCount = 0;  ///< every name of a file counts
-    /// Bytes of `size` that stay when the subtree goes: their files have names outside it too.
+    bool isPackage = false;      ///< a folder that is shown as a single item
+    std::int64_t size = 0;       ///< bytes allocated on disk in the subtree, each file counted once
+    std::int64_t fileCount = 0;  ///< counts every hard link
+    /// Bytes of `size` that are not freed when the subtree goes: the files have hard links outside it.
     std::int64_t heldElsewhere = 0;
-    std::optional<FileTime> modified;  ///< the latest date of its entry, its files and its sub-folders
+    std::optional<FileTime> modified;  ///< the latest date of the entry itself, its files and sub-folders
     DirNodes children;                 ///< largest first
-    std::optional<LinkedFile> linked;  ///< of a file that has several names
+    std::optional<LinkedFile> linked;  ///< only for a file with several hard links
 };
 
 }  // namespace ulvak

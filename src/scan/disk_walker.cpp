@@ -13,11 +13,11 @@
 namespace ulvak {
 namespace {
 
-/// On a disk that has to be asked, what waits for it is worth more than a core each: eight workers walk a
-/// cold tree in about a fifth less time than two on two cores, and a warm one no slower.
+/// On a disk with latency, requests in flight matter more than one thread per core: on two cores, eight
+/// workers walk a cold tree in about a fifth less time than two, and a warm one no slower.
 constexpr unsigned minWorkers = 8;
 
-/// `path` relative to the folder that holds it somewhere above, or nothing when that does not hold it.
+/// `path` relative to an ancestor `folder`; nullopt if that does not contain it.
 std::optional<std::string_view> relativeTo(std::string_view folder, std::string_view path) {
     if (path.size() <= folder.size() || !Paths::isWithin(path, folder))
         return std::nullopt;
@@ -40,7 +40,7 @@ SkipTree skipsBelow(const std::string& root, std::string_view real, const DiskWa
         if (const auto relative = relativeTo(root, path))
             skips.addExcluded(*relative);
     }
-    // The system knows mount points by their real paths.
+    // The system reports mount points by their real paths.
     for (const platform::Mount& mount : mounts) {
         if (const auto relative = relativeTo(real, mount.path))
             skips.addVolume(*relative);

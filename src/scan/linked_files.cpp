@@ -17,7 +17,7 @@ std::uint16_t addedNames(std::uint16_t one, std::uint16_t other) {
 
 }  // namespace
 
-/// The file system hands out numbers in rows; a multiplication spreads them over the table.
+/// Inode numbers are handed out in sequence; a multiplication spreads them over the table.
 std::size_t LinkedFiles::homeOf(const LinkedFile& file) const {
     const std::uint64_t hash = (file.number + (std::uint64_t{file.volume} << 40U)) * 0x9e3779b97f4a7c15U;
     return static_cast<std::size_t>(((hash >> 32U) * slots_.size()) >> 32U);
@@ -37,7 +37,7 @@ LinkedFiles::Effect LinkedFiles::add(const LinkedFile& file) {
         addChecked(bytes_, file.size);
         return {};
     }
-    // A file that grows meanwhile counts with the larger of what two looks have said.
+    // If the file grew between two looks, the larger size counts.
     Effect effect{.repeated = std::min(known.size, file.size)};
     const std::int64_t larger = std::max(known.size, file.size);
     addChecked(bytes_, larger - known.size);
@@ -74,7 +74,7 @@ void LinkedFiles::clear() {
     bytes_ = 0;
 }
 
-/// Filled to seven eighths, and grown by a quarter: what is worth more here is memory.
+/// Load factor 7/8, growth by a quarter: memory matters more than speed here.
 void LinkedFiles::makeRoom() {
     if ((count_ + 1) * 8 <= slots_.size() * 7)
         return;
@@ -91,7 +91,7 @@ void LinkedFiles::makeRoom() {
     slots_.swap(larger.slots_);
 }
 
-/// Moves up what lies behind and belongs further in front, so that no search ends too early.
+/// Backward-shift deletion: moves later entries up, so that no probe ends too early.
 void LinkedFiles::erase(std::size_t slot) {
     --count_;
     bytes_ -= slots_[slot].size;

@@ -8,18 +8,18 @@
 
 namespace ulvak {
 
-/// The files of a folder and all below it that have further names outside it, as far as is known: what the
-/// folders around have to know so as to count each once. A file leaves when its last name has been seen.
-/// Whatever the order in which names and folders come, the sums are the same.
+/// The files below a folder that still have hard links outside it, as far as is known. The folders above need
+/// them to count each file once. A file is dropped when its last link has been seen. The sums do not depend
+/// on the order in which links and folders arrive.
 ///
-/// An open-addressed table, for there may be millions; empty, as nearly always, it holds no memory.
-/// Threads: none of its own, guarded by whoever shares it.
+/// An open-addressed table, since there may be millions. Allocates nothing while empty, which is nearly
+/// always. Not thread-safe; guarded by its owner.
 class LinkedFiles {
 public:
-    /// What a change means for the sums around it, in bytes.
+    /// How a change affects the sums of the enclosing folder, in bytes.
     struct Effect {
-        std::int64_t repeated = 0;   ///< counted twice until now
-        std::int64_t completed = 0;  ///< of files whose last name has been seen
+        std::int64_t repeated = 0;   ///< counted twice so far
+        std::int64_t completed = 0;  ///< of files whose last link has now been seen
 
         Effect& operator+=(const Effect& other) {
             repeated += other.repeated;
@@ -28,16 +28,16 @@ public:
         }
     };
 
-    /// One name, or what another place knows of a file; no name is added twice.
+    /// Adds one link, or what another folder knows of a file. No link may be added twice.
     Effect add(const LinkedFile& file);
-    /// All that another place knows, which is empty then. The smaller goes into the larger.
+    /// Takes over everything in `other`, leaving it empty. The smaller table is merged into the larger.
     Effect absorb(LinkedFiles& other);
 
-    /// Keeps a small buffer for the next use.
+    /// Keeps a small buffer for reuse.
     void clear();
     [[nodiscard]] bool isEmpty() const { return count_ == 0; }
     [[nodiscard]] std::size_t size() const { return count_; }
-    /// Of all files in it.
+    /// The total size of all files in the table.
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
 
 private:

@@ -10,8 +10,8 @@
 
 namespace ulvak {
 
-/// Live counters of one scan, written by its walks and read by whoever started it, from any thread.
-/// Nothing ever resets them: a new scan takes a new object.
+/// Live counters of one scan. Thread-safe: written by its walks, read by whoever started it. Never reset;
+/// each scan gets a new object.
 class ScanProgress {
 public:
     void addFiles(std::int64_t count) { addChecked(files_, count); }
@@ -24,12 +24,12 @@ public:
 
     /// Files counted so far.
     [[nodiscard]] std::int64_t files() const { return files_.load(std::memory_order_relaxed); }
-    /// Allocated bytes counted so far, each file once: one with several names as soon as the last of them has
-    /// been seen, or when the walk is over. Never goes down.
+    /// Allocated bytes counted so far, each file once. A file with several hard links is added when its last
+    /// link has been seen, or when the walk ends. Never decreases.
     [[nodiscard]] std::int64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
     /// Folders that could not be listed.
     [[nodiscard]] std::int64_t denied() const { return denied_.load(std::memory_order_relaxed); }
-    /// The folder that was entered last, one of the top three levels; bytes of a path.
+    /// The folder entered last, from the top three levels only; path bytes.
     [[nodiscard]] std::string current() const {
         const std::scoped_lock lock(currentMutex_);
         return current_;

@@ -20,7 +20,7 @@ namespace {
 
 using platform::PipeEnds;
 
-/// Reads on when there is more than anybody wants: a writer that nobody reads would wait.
+/// Keeps reading past the limit: otherwise the writer would block.
 std::string readToEnd(const platform::FileDescriptor& handle) {
     std::string bytes;
     std::vector<char> buffer(65536);  // not on the stack, which may be small
@@ -30,12 +30,12 @@ std::string readToEnd(const platform::FileDescriptor& handle) {
             bytes.append(buffer.data(),
                          std::min(static_cast<std::size_t>(count), maxOutputBytes - bytes.size()));
         else if (count == 0 || errno != EINTR)
-            return bytes;  // an error, too, by design: what came before it is the output
+            return bytes;  // on an error too, by design: what was read before it is the output
     }
 }
 
-/// What the new process gets: the two pipes, the usual reaction to a pipe that nobody reads, whatever ours
-/// is, and a group of its own, so that a stop ends its children too.
+/// Sets up the child: the two pipes, default SIGPIPE handling whatever ours is, and its own process group, so
+/// that a stop request also ends its children.
 class SpawnSetup {
 public:
     SpawnSetup(const PipeEnds& output, const PipeEnds& error) {
@@ -46,7 +46,7 @@ public:
         sigaddset(&usual, SIGPIPE);
         note(::posix_spawn_file_actions_adddup2(&actions_, output.write.get(), STDOUT_FILENO));
         note(::posix_spawn_file_actions_adddup2(&actions_, error.write.get(), STDERR_FILENO));
-        // Whoever reads from a terminal in the background is stopped, and would be waited for for ever.
+        // Reading from a terminal in the background stops the process, and we would wait forever.
         if (::isatty(STDIN_FILENO) != 0)
             note(::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
         note(::posix_spawnattr_setsigdefault(&attributes_, &usual));
@@ -60,7 +60,7 @@ public:
     SpawnSetup(const SpawnSetup&) = delete;
     SpawnSetup& operator=(const SpawnSetup&) = delete;
 
-    /// 0, or the number of the error that kept it from being made.
+    /// 0, or the errno that made the setup fail.
     [[nodiscard]] int failure() const { return failure_; }
     [[nodiscard]] const posix_spawn_file_actions_t* actions() const { return &actions_; }
     [[nodiscard]] const posix_spawnattr_t* attributes() const { return &attributes_; }
@@ -76,7 +76,7 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
-/// Waits for the end, but leaves the process to `reap`: until then its number is nobody else's.
+/// Waits for exit without reaping, so that the pid is not reused before `reap`.
 void waitForEnd(pid_t process) {
     siginfo_t info{};
     while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) {

@@ -9,21 +9,20 @@
 
 namespace ulvak {
 
-/// The places below one root that a walk stays out of, as a tree of names: a folder that has no part in it,
-/// as nearly all, costs one look at a null pointer.
-/// Move-only.
+/// The places below one root that a walk skips, as a tree of names. For the vast majority of folders, which
+/// have no part in it, the cost is one null check. Move-only.
 class SkipTree {
 public:
-    /// `relativePath` is names joined with "/"; empty for the root itself, but a volume has a name.
+    /// `relativePath` is names joined with "/"; empty for the root itself (not allowed for a volume).
     void addExcluded(std::string_view relativePath) { nodeAt(relativePath).isExcluded_ = true; }
     void addVolume(std::string_view relativePath);
 
-    /// The part of the tree below a sub-folder; null when there is none.
+    /// The subtree for a sub-folder; null if there is none.
     [[nodiscard]] const SkipTree* below(std::string_view name) const;
     /// Folders that are never entered.
     [[nodiscard]] bool isExcluded() const { return isExcluded_; }
-    /// Names in this folder at which volumes are mounted: not even to be looked at, for a look can wait for
-    /// a server that is gone.
+    /// Names in this folder that are mount points. They must not even be looked at: a stat can hang on a dead
+    /// server.
     [[nodiscard]] const platform::NameSet& volumes() const { return volumes_; }
     [[nodiscard]] bool isEmpty() const { return !isExcluded_ && volumes_.empty() && below_.empty(); }
 

@@ -21,23 +21,23 @@
 namespace ulvak {
 namespace {
 
-/// The path of what is entered is published on the top three levels only: it changes at a human pace.
+/// The current path is published for the top three levels only, so that it changes at a readable pace.
 constexpr int deepestPublished = 2;
-/// Handles that a worker holds for the folder it lists and on its way to it.
+/// Handles a worker needs for the folder it lists and on the way to it.
 constexpr std::size_t handlesPerWorker = 3;
-/// Left to the rest of the program.
+/// Reserved for the rest of the program.
 constexpr std::size_t handlesForOthers = 8;
-/// Buffers that a huge folder has grown beyond this are not kept for the next one.
+/// Buffers that a huge folder grew beyond this are freed instead of reused.
 constexpr std::size_t maxKeptBytes = 64 * 1024;
 
-/// Absent dates count as the distant past.
+/// A missing date counts as the distant past.
 constexpr FileTime distantPast = FileTime::min();
 
 std::optional<FileTime> knownDate(FileTime date) {
     return date == distantPast ? std::nullopt : std::optional(date);
 }
 
-/// At most a quarter of the handles goes to the workers: folders that stay open save more than they do.
+/// At most a quarter of the handles goes to workers: keeping folders open saves more than extra workers do.
 std::size_t affordableWorkers(std::size_t wanted, std::size_t spareHandles) {
     return std::min(wanted, std::max<std::size_t>(1, spareHandles / (4 * handlesPerWorker)));
 }
@@ -55,7 +55,7 @@ void raise(std::atomic<FileTime::rep>& newest, FileTime::rep date) {
     }
 }
 
-/// A sub-folder that waits to be entered.
+/// A sub-folder waiting to be entered.
 struct SubFolder {
     std::size_t nameOffset = 0;
     FileTime modified = distantPast;
@@ -69,10 +69,9 @@ struct TreeWalk::Totals {
     FileTime newest = distantPast;
 };
 
-/// What listing one folder yields, or those pieces of it that came to one worker. Each worker has one and
-/// uses it again.
+/// The result of listing one folder, or those pieces of it that one worker took. One per worker, reused.
 struct TreeWalk::Listing {
-    /// Where, from the second on, a piece begins in the vectors.
+    /// Where a piece begins in the vectors; recorded from the second piece on.
     struct Piece {
         std::size_t number = 0;
         std::size_t subFolder = 0;
@@ -81,12 +80,12 @@ struct TreeWalk::Listing {
 
     Totals files;
     LinkedFiles linked;
-    std::int64_t countedBytes = 0;      ///< those that nothing can turn out to have counted before
+    std::int64_t countedBytes = 0;      ///< those that cannot turn out to have been counted already
     std::vector<DirNode> keptFiles;     ///< in listing order
     std::vector<SubFolder> subFolders;  ///< in listing order
-    std::string names;                  ///< of the sub-folders, each with its zero byte
+    std::string names;                  ///< of the sub-folders, each NUL-terminated
     std::vector<Piece> pieces;
-    bool isWhole = true;  ///< otherwise the listing could not be read to its end
+    bool isWhole = true;  ///< false: the listing could not be read to its end
 
     void clear() {
         files = {};
@@ -100,7 +99,7 @@ struct TreeWalk::Listing {
     }
     void addFolder(std::string_view name, FileTime modified);
     void add(const platform::DirectoryEntry& file, std::int64_t keepThreshold);
-    /// What other workers have found in the same folder. In the end all is in the order of the pieces.
+    /// Merges what other workers found in the same folder, in piece order.
     void absorb(std::vector<Listing>& others);
 
 private:
@@ -188,9 +187,9 @@ struct TreeWalk::Frame {
     std::size_t index = 0;    ///< its position among the parent's sub-folders
     int depth = -1;           ///< 0 for a root
     const SkipTree* skips = nullptr;
-    bool keepsHandle = true;        ///< otherwise it is for the worker alone that has made it
-    platform::Directory directory;  ///< open until the last sub-folder has been
-    std::optional<platform::ItemIdentity> identity;  ///< where it is not kept open
+    bool keepsHandle = true;        ///< false: only the worker that made the frame may use it
+    platform::Directory directory;  ///< open until the last sub-folder has been entered
+    std::optional<platform::ItemIdentity> identity;  ///< set when the folder is not kept open
 
     std::vector<SubFolder> subFolders;
     std::string names;
@@ -198,7 +197,7 @@ struct TreeWalk::Frame {
 
     std::atomic<std::size_t> nextSubFolder = 0;
     std::atomic<std::size_t> unopened = 0;
-    /// Sub-folders not yet folded in, and workers that have this frame on their stacks.
+    /// Sub-folders not yet folded in, plus workers that have this frame on their stacks.
     std::atomic<std::size_t> unfinished = 0;
 
     std::atomic<std::int64_t> size = 0;
@@ -234,12 +233,13 @@ struct TreeWalk::Frame {
         raise(newest, below.newest.time_since_epoch().count());
     }
 
-    /// The path from the root folder (exclusive) to a sub-folder of this one.
+    /// The path of a sub-folder, relative to the root.
     [[nodiscard]] std::string pathBelowRoot(std::size_t subFolder) const;
-    /// The whole path of a sub-folder of this one.
+    /// The full path of a sub-folder.
     [[nodiscard]] std::string path(std::size_t subFolder) const;
     [[nodiscard]] const Frame& rootFrame() const;
-    /// The kept children of the whole folder, largest first, equal sizes in listing order with folders first.
+    /// The kept children of the whole folder, largest first; equal sizes in listing order, folders before
+    /// files.
     [[nodiscard]] std::vector<DirNode> takeChildren();
     void reset();
 };
@@ -290,7 +290,7 @@ void TreeWalk::Frame::reset() {
     nextSubFolder = 0;
 }
 
-/// An open folder that a worker has come to on its way, to find others from.
+/// An open folder that a worker reached on its way; others are opened relative to it.
 struct TreeWalk::OpenFolder {
     platform::Directory directory;
     std::optional<platform::ItemIdentity> identity;
@@ -299,15 +299,15 @@ struct TreeWalk::OpenFolder {
     [[nodiscard]] bool isAt(const Frame& frame) const {
         return directory.isOpen() && identity && identity == frame.identity;
     }
-    /// Goes to the folder of a frame that is not kept open, if that still is where it was.
+    /// Moves to the folder of a frame that is not kept open, if it is still where it was.
     [[nodiscard]] std::error_code goTo(const Frame& frame);
 
 private:
     [[nodiscard]] std::error_code goUp(const Frame& frame);
 };
 
-/// Nothing is known of where the folders on the way are by now, nor need it be: the last is the one that was
-/// listed, or is left alone.
+/// The folders on the way up may have moved, which does not matter: the last one is used only if it is the
+/// one that was listed.
 std::error_code TreeWalk::OpenFolder::goUp(const Frame& frame) {
     identity.reset();
     while (depth > frame.depth) {
@@ -344,21 +344,25 @@ std::error_code TreeWalk::OpenFolder::goTo(const Frame& frame) {
     return {};
 }
 
-/// A thread of the walk. `stack` is changed by its own thread only, under the mutex; others read it so.
+/// A thread of the walk. Only its own thread changes `stack`, holding the mutex; other threads read it under
+/// the mutex.
 struct TreeWalk::Worker {
     std::mutex mutex;
     std::vector<Frame*> stack;  ///< guarded by `mutex`; outermost first
     platform::EntryReader reader;
     Listing listing;
-    bool isListingShared = false;      ///< guarded by `mutex`: others may join `reader`
-    std::vector<Listing> found;        ///< guarded by `mutex`: by those who have
-    std::atomic<unsigned> joined = 0;  ///< who still do; as long, `reader` and its folder stay as they are
+    bool isListingShared = false;  ///< guarded by `mutex`; whether others may join `reader`
+    std::vector<Listing> found;    ///< guarded by `mutex`; results of the workers that joined
+    std::atomic<unsigned> joined =
+        0;  ///< workers still joined; while there are any, `reader` and its folder must not change
     OpenFolder place;
-    std::deque<Frame> frames;  ///< all that it has made, until the walk is over: others may still use them
-    Frame* unused = nullptr;  ///< the first of a list of finished ones, for their buffers; made by any worker
+    std::deque<Frame>
+        frames;  ///< all frames it made; kept until the walk ends, since other workers may still use them
+    Frame* unused =
+        nullptr;  ///< free list of finished frames, for their buffers; may have been made by any worker
 };
 
-/// While it lives, others may join the reader of a worker; it ends when nobody has it joined any more.
+/// While this lives, others may join a worker's reader. The destructor waits until all of them have left.
 class TreeWalk::SharedListing {
 public:
     explicit SharedListing(Worker& first) : first_(first) { setShared(true); }
@@ -411,7 +415,7 @@ std::vector<DirNode> TreeWalk::run() {
             } catch (const std::system_error&) {
                 break;  // Dropped by design: with fewer threads the walk only takes longer.
             } catch (const std::bad_alloc&) {
-                break;  // So are these; where there is no memory at all, the walk finds out.
+                break;  // Likewise; if there is no memory at all, the walk itself will fail.
             }
         }
         work(workers_.front());
@@ -449,7 +453,7 @@ void TreeWalk::walk(Worker& worker) {
     }
 }
 
-/// What is half done stays as it is: nobody looks at it any more.
+/// Half-done work is left as is: nobody reads it any more.
 void TreeWalk::giveUp() {
     isOutOfMemory_.store(true);
     finished_.store(true);
@@ -457,7 +461,7 @@ void TreeWalk::giveUp() {
     wakeUps_.notify_all();
 }
 
-/// The frame to take the next sub-folder from; null when the whole walk is finished.
+/// The frame to take the next sub-folder from; null when the whole walk is done.
 TreeWalk::Frame* TreeWalk::nextFrame(Worker& worker) {
     if (isOutOfMemory_.load(std::memory_order_relaxed))
         return nullptr;
@@ -473,8 +477,8 @@ TreeWalk::Frame* TreeWalk::nextFrame(Worker& worker) {
     return frame;
 }
 
-/// A frame of another worker that still has sub-folders, with this worker counted in `unfinished`. The
-/// outermost one: its sub-folders are likely the largest.
+/// A frame of another worker that still has sub-folders, with this worker counted in its `unfinished`. Picks
+/// the outermost one, whose sub-folders are likely the largest.
 TreeWalk::Frame* TreeWalk::joinAnother(const Worker& worker) {
     for (Worker& other : workers_) {
         if (&other == &worker)
@@ -491,8 +495,8 @@ TreeWalk::Frame* TreeWalk::joinAnother(const Worker& worker) {
 
 TreeWalk::Frame* TreeWalk::waitForFrame(Worker& worker) {
     while (!finished_.load(std::memory_order_acquire)) {
-        // Whoever makes work after `seen` was read finds this worker among the idle and wakes it; what was
-        // made before is found by looking once more.
+        // Work added after `seen` was read finds this worker idle and wakes it; work added before is found by
+        // the second look.
         const unsigned seen = wakeUps_.load();
         idle_.fetch_add(1);
         Frame* frame = joinAnother(worker);
@@ -504,7 +508,7 @@ TreeWalk::Frame* TreeWalk::waitForFrame(Worker& worker) {
             helpList(worker, *first);
         if (frame == nullptr)
             continue;
-        // One worker is woken for a frame; while there is more in it than for two, it wakes the next.
+        // Each frame wakes one worker; while more is left than two can take, that one wakes the next.
         if (frame->hasMore())
             wakeIdle();
         return frame;
@@ -512,7 +516,7 @@ TreeWalk::Frame* TreeWalk::waitForFrame(Worker& worker) {
     return nullptr;
 }
 
-/// A worker whose large folder this one lists as well from now on: counted in its `joined`.
+/// A worker whose large folder this one helps to list from now on, counted in its `joined`.
 TreeWalk::Worker* TreeWalk::joinListing(Worker& worker) {
     for (Worker& other : workers_) {
         const std::scoped_lock lock(other.mutex);
@@ -537,14 +541,14 @@ void TreeWalk::push(Worker& worker, Frame& frame) {
 }
 
 void TreeWalk::wakeIdle() {
-    // Written, not just read: a worker that is counted idle only after this sees the new frame itself.
+    // A write, not a plain load: a worker that counts itself idle only after this sees the new frame itself.
     if (idle_.fetch_add(0) == 0)
         return;
     wakeUps_.fetch_add(1);
     wakeUps_.notify_one();
 }
 
-/// Walks one sub-folder as far as its own listing.
+/// Enters one sub-folder, up to and including its listing.
 void TreeWalk::enter(Worker& worker, Frame& parent, std::size_t index) {
     Totals totals{.newest = parent.subFolders[index].modified};
     const SkipTree* skips = skipsOf(parent, index);
@@ -586,8 +590,8 @@ const SkipTree* TreeWalk::skipsOf(const Frame& parent, std::size_t index) const 
     return parent.skips == nullptr ? nullptr : parent.skips->below(parent.subFolderName(index));
 }
 
-/// Not open when the folder cannot be: it counts as denied, unless it has become another volume's since it
-/// was listed, or holds nothing here.
+/// Returns a closed directory when the folder cannot be opened. That counts as denied, unless the folder has
+/// become a mount point since it was listed, or is dataless.
 platform::Directory TreeWalk::open(Worker& worker, Frame& parent, std::size_t index) {
     constexpr int maxTries = 200;
     auto directory = tryToOpen(worker, parent, index);
@@ -595,7 +599,7 @@ platform::Directory TreeWalk::open(Worker& worker, Frame& parent, std::size_t in
          ++tries) {
         if (stop_.stop_requested())
             return {};
-        // Handles are budgeted, so it is others who hold them; a folder must not be called denied for that.
+        // Our handles are budgeted, so others hold them; the folder must not be counted as denied for that.
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
         directory = tryToOpen(worker, parent, index);
     }
@@ -618,7 +622,8 @@ std::expected<platform::Directory, std::error_code> TreeWalk::tryToOpen(Worker& 
     return worker.place.directory.openBelow(name);
 }
 
-/// Fills the worker's listing; false, and counted as denied, when the folder cannot be listed to its end.
+/// Fills the worker's listing. Returns false, and counts the folder as denied, if it cannot be listed to its
+/// end.
 bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const SkipTree* skips) {
     worker.listing.clear();
     worker.reader.start(directory, skips == nullptr ? nullptr : &skips->volumes());
@@ -631,7 +636,7 @@ bool TreeWalk::list(Worker& worker, const platform::Directory& directory, const 
     return false;
 }
 
-/// Adds to the worker's listing what its reader comes upon.
+/// Reads entries into the worker's listing.
 void TreeWalk::readEntries(Worker& worker, bool mayShare) {
     Listing& listing = worker.listing;
     std::optional<SharedListing> shared;
@@ -655,7 +660,7 @@ void TreeWalk::readEntries(Worker& worker, bool mayShare) {
     listing.isWhole = !worker.reader.error();
 }
 
-/// Lists what nobody else has taken of the folder of `first`, which `joinListing` has joined.
+/// Helps to list the folder of `first`, which `joinListing` has joined.
 void TreeWalk::helpList(Worker& worker, Worker& first) {
     const struct Leaving {
         std::atomic<unsigned>& joined;
@@ -664,7 +669,7 @@ void TreeWalk::helpList(Worker& worker, Worker& first) {
             joined.notify_all();
         }
     } leaving{first.joined};
-    // One is woken for a large folder; there may be enough in it for the next.
+    // A large folder wakes one worker at a time; there may be enough left for another.
     wakeIdle();
     worker.listing.clear();
     readEntries(worker, false);
@@ -691,10 +696,10 @@ TreeWalk::Frame& TreeWalk::makeFrame(Worker& worker, Frame& parent, std::size_t 
     frame->size.store(totals.size, std::memory_order_relaxed);
     frame->fileCount.store(totals.fileCount, std::memory_order_relaxed);
     frame->newest.store(totals.newest.time_since_epoch().count(), std::memory_order_relaxed);
-    return *frame;  // taken back in `release`
+    return *frame;  // recycled in `release`
 }
 
-/// Beyond the budget a frame goes without its handle; a root never does.
+/// Frames beyond the budget do without a handle; a root always keeps its own.
 void TreeWalk::keepOpen(Worker& worker, Frame& frame, platform::Directory directory) {
     frame.keepsHandle = frame.isRoot() || spareHandles_.fetch_sub(1, std::memory_order_relaxed) > 0;
     if (frame.keepsHandle) {
@@ -715,7 +720,7 @@ void TreeWalk::closeWhenAllOpened(Frame& frame) {
     }
 }
 
-/// Folds a walked folder into the one that holds it. `linked` is empty afterwards.
+/// Folds a walked folder into its parent. Leaves `linked` empty.
 void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals, std::vector<DirNode> children,
                         LinkedFiles& linked) const {
     const std::int64_t heldElsewhere = linked.bytes();
@@ -742,7 +747,7 @@ void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals, 
     parent.keptFolders.push_back({.index = index, .node = std::move(node)});
 }
 
-/// Drops one from `unfinished`; with the last, the folder is complete, and so may be those above it.
+/// Drops one reference from `unfinished`. The last one completes the folder, and possibly its ancestors.
 void TreeWalk::release(Worker& worker, Frame* frame) {
     while (frame->unfinished.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         if (frame->isTop()) {

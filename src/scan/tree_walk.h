@@ -18,25 +18,25 @@
 
 namespace ulvak {
 
-/// One walk of several trees by all cores: used once, by one thread, which it blocks.
+/// One parallel walk of several trees, on all cores. Single use, by one thread, which it blocks.
 ///
-/// A folder that has sub-folders becomes a frame, which lives until all of them are walked and folded into
-/// it. Each worker has a stack of frames and takes one sub-folder after the other from the topmost: depth
-/// first, so that little is pending at any time. A worker with nothing to do joins the outermost frame of
-/// another that still has sub-folders to give. Nothing is queued for a single sub-folder, and a folder
-/// without sub-folders never becomes a frame.
+/// A folder with sub-folders becomes a frame, which lives until all of them are walked and folded into it.
+/// Each worker has a stack of frames and takes sub-folders one at a time from the top: depth first, so that
+/// little is pending at any time. An idle worker joins another worker's outermost frame that still has
+/// sub-folders left. Sub-folders are never queued individually, and a folder without sub-folders never
+/// becomes a frame.
 ///
-/// A folder with so many entries that one piece of its listing does not hold them is listed by all who have
-/// nothing else to do: each takes a piece, and looks at what is in it. Whoever entered the folder puts
-/// together what they have found, in the order of the listing.
+/// A folder too large for one piece of its listing is listed by every idle worker: each takes a piece and
+/// examines its entries. The worker that entered the folder merges the results in listing order.
 ///
-/// A frame keeps its folder open until the last sub-folder has been entered. Where handles do not suffice for
-/// that, it belongs to one worker, which finds its way back to the folder from the one that it has been in
-/// last: by "..", which can lead anywhere by now, and is believed only when the folder is the same. So the
-/// work is linear in the number of folders, however deep they are and few the handles.
+/// A frame keeps its folder open until its last sub-folder has been entered. When there are not enough
+/// handles for that, the frame belongs to a single worker, which returns to the folder through ".." from the
+/// one it visited last. ".." may lead anywhere by then, so the result is accepted only if it is the same
+/// folder. The work stays linear in the number of folders, however deep they are and however few the handles.
 ///
-/// A file with several names counts with each, and its bytes once in every folder around them. Each frame
-/// keeps the files that have names elsewhere, and hands them to the one above when its folder is complete.
+/// A file with several hard links counts once per link in `fileCount`, but its bytes count only once in each
+/// enclosing folder. Each frame keeps the files that have links elsewhere and passes them to its parent when
+/// its folder is complete.
 class TreeWalk {
 public:
     struct Root {
@@ -45,7 +45,7 @@ public:
     };
     struct Options {
         std::int64_t keepThreshold = 0;  ///< bytes
-        unsigned workers = 0;            ///< at least 1; fewer work where handles are scarce
+        unsigned workers = 0;            ///< at least 1; fewer run when handles are scarce
     };
 
     TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop);
@@ -53,8 +53,8 @@ public:
     TreeWalk(const TreeWalk&) = delete;
     TreeWalk& operator=(const TreeWalk&) = delete;
 
-    /// Walks and returns a node for each root, in order. The caller is one of the workers. When memory runs
-    /// out on any of them, all end and this throws `std::bad_alloc`.
+    /// Walks and returns one node per root, in order. The caller is one of the workers. If any worker runs
+    /// out of memory, all stop and this throws `std::bad_alloc`.
     [[nodiscard]] std::vector<DirNode> run();
 
 private:
@@ -96,14 +96,14 @@ private:
     ScanProgress& progress_;
     std::stop_token stop_;
 
-    std::vector<Worker> workers_;  ///< never grows: workers stay where they are
-    std::unique_ptr<Frame> top_;   ///< not a folder: its sub-folders are the roots
+    std::vector<Worker> workers_;  ///< never grows: pointers to workers stay valid
+    std::unique_ptr<Frame> top_;   ///< not a folder; its sub-folders are the roots
 
     std::atomic<std::int64_t> spareHandles_ = 0;
     std::atomic<bool> finished_ = false;
     std::atomic<bool> isOutOfMemory_ = false;
     std::atomic<unsigned> idle_ = 0;
-    std::atomic<unsigned> wakeUps_ = 0;  ///< changes whenever there may be work for the idle
+    std::atomic<unsigned> wakeUps_ = 0;  ///< changes whenever there may be work for idle workers
 };
 
 }  // namespace ulvak

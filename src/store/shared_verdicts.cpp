@@ -12,7 +12,7 @@
 namespace ulvak {
 namespace {
 
-/// Far longer than anybody merges: whoever holds the lock then has been stopped.
+/// Far longer than any merge takes: by then, the process that holds the lock has been suspended.
 constexpr std::chrono::seconds lockPatience{10};
 
 std::optional<VerdictEntry> entryOf(const VerdictEntries& entries, std::string_view id) {
@@ -27,7 +27,7 @@ void put(VerdictEntries& entries, const std::string& id, const std::optional<Ver
         entries.erase(id);
 }
 
-/// Once more when it fails: a disk may fail once.
+/// Retries once: a disk may fail once.
 std::expected<std::string, std::error_code> readText(const std::string& path) {
     auto text = platform::readFile(path, maxVerdictFileBytes);
     if (!text && text.error() != std::errc::no_such_file_or_directory)
@@ -40,8 +40,8 @@ bool isNotUnderstood(const std::string& path) {
     return text && !decodeEntries(*text);
 }
 
-/// What nobody understands is copied at once: the first is never written over, for what comes after it may be
-/// worth less, nor is a file that was kept because it could not be read. Whether it was.
+/// Copies a file that cannot be understood aside at once. Never overwrites the first copy, since what comes
+/// later may be worth less, nor a file kept because it could not be read. Returns whether it was copied.
 bool copiedAside(const std::string& path, const std::string& text) {
     constexpr int maxKept = 100;
     const std::string folder(Paths::parent(path));
@@ -65,7 +65,7 @@ void SharedVerdicts::load() {
     (void)platform::makeFolders(std::string(Paths::parent(path_)));
     const auto text = readText(path_);
     if (!text)
-        return;  // looked at again before it is written
+        return;  // read again before it is written
     if (auto entries = decodeEntries(*text)) {
         const std::scoped_lock lock(mutex_);
         known_ = std::move(*entries);
@@ -107,7 +107,7 @@ void SharedVerdicts::synchronize() {
         const std::scoped_lock lock(mutex_);
         isRequested_ = false;
     }
-    // A disk may fail once, a server lose its connection: nobody comes to click again.
+    // A disk may fail once, or a server lose its connection, and the user will not click again.
     if (mergeAndWrite())
         (void)mergeAndWrite();
 }
@@ -130,7 +130,7 @@ std::error_code SharedVerdicts::mergeAndWrite() {
     {
         const std::scoped_lock state(mutex_);
         if (found.entries)
-            known_ = *found.entries;  // also when nothing can be written
+            known_ = *found.entries;  // even if nothing can be written
         changes = changes_;
         entries = known_;
         isUnwritten_ = false;
@@ -181,7 +181,7 @@ void SharedVerdicts::settle(VerdictEntries written, const Changes& changes) {
         if (now->second == change)
             changes_.erase(now);
         else
-            now->second.before = entryOf(written, id);  // changed again meanwhile, over this
+            now->second.before = entryOf(written, id);  // changed again meanwhile, on top of this one
     }
     known_ = std::move(written);
 }

@@ -13,20 +13,20 @@
 
 namespace ulvak {
 
-/// The verdicts in a file that other programs write too, two windows of one user, say. What was changed here
-/// is kept apart until it is in the file; all else is as the file has it. So nobody's label is lost because
-/// somebody else did not know of it.
+/// The verdicts in a file that other programs write too, for instance two windows of one user. Local changes
+/// are kept apart until they are in the file; everything else is as the file has it. So nobody's label is
+/// lost because another program did not know of it.
 ///
-/// Of two changes to one entry the later counts, by their dates; but no answer of a model replaces a label of
-/// the user's that was not seen when the model was asked. And whoever changes an entry has seen it: it
-/// gives way also when its date is later, for then a clock has been set back. The same goes for a date that
-/// has not come yet.
+/// Of two changes to one entry, the one with the later date wins, with two exceptions. A model's answer never
+/// replaces a user's label that was not known when the model was asked. And a program that changes an entry
+/// has seen it, so its change wins even over a later date: then a clock was set back. A date in the future
+/// does not win either.
 ///
-/// A file that cannot be read or understood is never replaced: a new one takes its name, and it stays beside
-/// that (`replaceFileKeepingOld`). A file that is missing is none of these: it is made again, with all that
-/// is known.
+/// A file that cannot be read or understood is never overwritten: a new file takes its name, and the old one
+/// is kept beside it (`replaceFileKeepingOld`). A missing file is not such a case: it is recreated with
+/// everything that is known.
 ///
-/// Threads: any. `load` and `synchronize` block until the disk has answered, the others never do.
+/// Threads: any. `load` and `synchronize` block on the disk; the others never block on it.
 class SharedVerdicts {
 public:
     using Clock = std::function<FileTime()>;
@@ -34,57 +34,58 @@ public:
     /// `now` is called on any thread.
     SharedVerdicts(std::string path, Clock now);
 
-    /// The first look, which makes the file's folder.
+    /// The first read; creates the file's folder.
     void load();
 
-    /// All that is known, with what was changed here.
+    /// All known entries, including local changes.
     [[nodiscard]] VerdictEntries entries() const;
 
-    /// Notes a new entry, or that one is to go when there is none.
+    /// Records a new entry, or a removal if `entry` is empty.
     void change(std::string_view id, std::optional<VerdictEntry> entry, StoredDate date);
 
-    /// Asks for a `synchronize`. False when one is to come already, which will do.
+    /// Requests a `synchronize`. Returns false if one is already pending, which is enough.
     [[nodiscard]] bool request();
 
-    /// Merges what was changed here with the file, under a lock that every such program takes. What cannot be
-    /// written stays changed here, for the next time.
+    /// Merges local changes with the file, under a lock that all such programs take. What cannot be written
+    /// stays a local change until the next time.
     void synchronize();
 
-    /// Whether everything that was changed here is in the file.
+    /// Whether all local changes are in the file.
     [[nodiscard]] bool isSaved() const;
 
 private:
-    /// What happened to one entry here since it was last in the file.
+    /// A local change to one entry since it was last in the file.
     struct Change {
-        std::optional<VerdictEntry> entry;   ///< none: removed
-        std::optional<VerdictEntry> before;  ///< as the file had it when it was changed
+        std::optional<VerdictEntry> entry;   ///< nullopt: removed
+        std::optional<VerdictEntry> before;  ///< as the file had it when the change was made
         StoredDate date;
 
         friend bool operator==(const Change&, const Change&) = default;
     };
     using Changes = std::map<std::string, Change, std::less<>>;
 
-    /// What the file holds now.
+    /// The file's current content.
     struct Found {
-        std::optional<VerdictEntries> entries;  ///< none: nothing that could be merged
-        bool isWorthKeeping = false;            ///< there is something that nobody here has read
+        std::optional<VerdictEntries> entries;  ///< nullopt: nothing that could be merged
+        bool isWorthKeeping = false;            ///< contains something that this program has not read
     };
 
     [[nodiscard]] Found look() const;
     [[nodiscard]] std::error_code mergeAndWrite();
     [[nodiscard]] VerdictEntries merged(VerdictEntries entries, const Changes& changes) const;
-    /// Whether a change gives way to the entry that is there.
+    /// Whether a change loses to the entry that is there.
     [[nodiscard]] bool givesWay(const Change& change, const VerdictEntry& there) const;
     [[nodiscard]] bool isNewer(StoredDate there, StoredDate here) const;
     void settle(VerdictEntries written, const Changes& changes);
 
     const std::string path_;
     const Clock now_;
-    std::mutex writing_;                   ///< held by who reads or writes the file; before `mutex_`
-    std::optional<std::string> keptText_;  ///< not understood, but copied already; guarded by `writing_`
+    std::mutex writing_;  ///< held while reading or writing the file; locked before `mutex_`
+    std::optional<std::string>
+        keptText_;  ///< not understood, but already copied aside; guarded by `writing_`
 
     mutable std::mutex mutex_;
-    VerdictEntries known_;      ///< as the file had it last; guarded by `mutex_`, written under both
+    VerdictEntries known_;      ///< as last seen in the file; guarded by `mutex_`, written while holding both
     Changes changes_;           ///< guarded by `mutex_`
     bool isRequested_ = false;  ///< guarded by `mutex_`
     bool isUnwritten_ = false;  ///< guarded by `mutex_`

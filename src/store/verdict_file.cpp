@@ -39,8 +39,8 @@ std::optional<std::string> fromHexadecimal(std::string_view text) {
     return bytes;
 }
 
-/// The id of an entry under this name. Bytes that do not belong to the name are those of another entry, from
-/// which somebody copied: they say nothing.
+/// The id of the entry with this name. Bytes that do not match the name were copied from another entry and
+/// are ignored.
 std::string idOf(std::string name, const Json& idBytes) {
     if (!idBytes.is_string())
         return name;
@@ -51,9 +51,8 @@ std::string idOf(std::string name, const Json& idBytes) {
     return shown != *bytes && name.starts_with(shown) ? std::move(*bytes) : name;
 }
 
-/// Takes the entries from the parser's events one by one. Keeps of each only the members that it knows, so
-/// that what a file may hold besides costs nothing; and keeps no level of nesting, so that none is too deep
-/// for the stack.
+/// Builds entries from the parser's events. Keeps only known members, so that anything else in the file costs
+/// nothing, and no nesting state, so that no depth overflows the stack.
 class EntryReader : public nlohmann::json_sax<Json> {
 public:
     [[nodiscard]] VerdictEntries& entries() { return entries_; }
@@ -106,7 +105,7 @@ private:
         return true;
     }
 
-    /// A value among the members of an entry or of its verdict, if it is one that is known.
+    /// A value in an entry or its verdict, if the member is known.
     void put(Json json) {
         if (depth_ == entryDepth && member_ != fields_.end())
             member_->second = std::move(json);
@@ -123,7 +122,8 @@ private:
             std::ranges::for_each(fields_, [](auto& field) { field.second = nullptr; });
         if (depth_ == entryDepth)
             isInVerdict_ = empty.is_object() && member_ != fields_.end() && member_->first == "verdict";
-        put(std::move(empty));  // stays empty unless it is the verdict: elsewhere brackets are a wrong type
+        put(std::move(
+            empty));  // stays empty unless it is the verdict: anywhere else, brackets are a wrong type
         ++depth_;
         return true;
     }
@@ -160,7 +160,7 @@ private:
     decltype(verdictKeys)::const_iterator verdictMember_ = verdictKeys.end();
 };
 
-/// The members' names for ids that JSON cannot hold, none of them an id of another entry.
+/// Member names for ids that JSON cannot represent; none of them is another entry's id.
 std::map<std::string_view, std::string> namesInPlaceOf(const std::vector<std::string_view>& ids,
                                                        const VerdictEntries& entries) {
     std::map<std::string_view, std::string> names;
@@ -198,7 +198,7 @@ StoredDate StoredDate::from(FileTime time) {
 }
 
 std::expected<VerdictEntries, DataCorrupted> decodeEntries(std::string_view text) {
-    // The parser takes a zero byte for the end of the text.
+    // The parser treats a NUL byte as the end of the text.
     if (text.size() > maxVerdictFileBytes || text.contains('\0'))
         return std::unexpected(DataCorrupted{"too long, or not text"});
     EntryReader reader;

@@ -13,15 +13,16 @@
 #include "core/verdict.h"
 #include "platform/file_time.h"
 
-/// The file of remembered verdicts as text, apart from the disk. Pure; nothing of a file is trusted.
+/// The text format of the file of remembered verdicts, independent of the disk. Pure; the input is not
+/// trusted.
 ///
-/// One JSON object without white space, its members the findings' ids, each with
+/// One JSON object without white space. Each member is named by a finding's id and holds
 ///
 ///     {"verdict":{…},"size":4096,"date":786000000.25}
 namespace ulvak {
 
-/// Points in time as the file has them: seconds since 2001-01-01 00:00:00 UTC. What was read is kept to the
-/// last bit, so that writing it again changes no digit.
+/// A point in time as stored in the file: seconds since 2001-01-01 00:00:00 UTC. Values read are kept bit for
+/// bit, so that writing them back changes no digit.
 struct StoredDate {
     double secondsSince2001 = 0;
 
@@ -34,35 +35,35 @@ struct StoredDate {
 struct VerdictEntry {
     Verdict verdict;
     std::int64_t size = 0;  ///< bytes of the finding when the verdict was stored
-    StoredDate date;        ///< when that was
+    StoredDate date;        ///< when the verdict was stored
 
     friend bool operator==(const VerdictEntry&, const VerdictEntry&) = default;
 };
 
-/// By the findings' ids, which are paths and so any bytes; in the order of these.
+/// Keyed and ordered by finding id, which is a path and so any bytes.
 using VerdictEntries = std::map<std::string, VerdictEntry, std::less<>>;
 
-/// No file of ours is longer. A user's labels of a lifetime are some megabytes; what is longer than this is
-/// something else, and neither fills the memory nor holds up the start.
+/// No file of ours is longer: a lifetime of labels is a few megabytes. Anything longer is something else, and
+/// must not fill memory or delay start-up.
 inline constexpr std::size_t maxVerdictFileBytes = std::size_t{256} * 1024 * 1024;
 
-/// Brackets in brackets, in members that nobody knows: no decoder that this file meets takes more.
+/// Maximum nesting, inside unknown members: no decoder that reads this file accepts more.
 inline constexpr int deepestVerdictFile = 512;
 
-/// All entries, or none when anything is amiss with one of them: something is missing or has the wrong type,
-/// a size or a confidence is no integer or does not fit, a level or source is unknown. A number such as 5.0
-/// is an integer. Members that nobody knows are ignored. Of members with one name the last counts; of two
-/// entries for one id, too, but both must be sound.
+/// All entries, or an error if any of them is invalid: something is missing or has the wrong type, a size or
+/// confidence is not an integer or does not fit, a level or source is unknown. A number such as 5.0 is an
+/// integer. Unknown members are ignored. Of duplicate members the last wins; so does the last of two entries
+/// for one id, but both must be valid.
 [[nodiscard]] std::expected<VerdictEntries, DataCorrupted> decodeEntries(std::string_view text);
 
-/// What `decodeEntries` reads. Absent when there is no such text: a date that is no finite number, or too
-/// many entries.
+/// The inverse of `decodeEntries`. Returns nullopt if there is no such text: a date is not a finite number,
+/// or there are too many entries.
 ///
-/// An id that is valid UTF-8 is written as it is. JSON has no place for another, and yet a label must be
-/// there on the next run: its member is named as people would see the id, with U+FFFD for what is not UTF-8,
-/// and in case that name is taken with a number; and its entry has one more member, "idBytes", the id in
-/// hexadecimal digits. To a reader that does not know this member it is an entry for a path that does not
-/// exist. Texts of a verdict are for people: in them, what is not UTF-8 becomes U+FFFD for good.
+/// An id that is valid UTF-8 is written as is. JSON cannot represent any other, yet the label must survive
+/// until the next run. So its member is named by the id with U+FFFD for invalid sequences, with a number if
+/// that name is taken, and its entry has an additional member "idBytes" with the id in hexadecimal. To a
+/// reader that does not know that member, it is an entry for a path that does not exist. A verdict's texts
+/// are for people: in them, invalid UTF-8 becomes U+FFFD for good.
 [[nodiscard]] std::optional<std::string> encodeEntries(const VerdictEntries& entries);
 
 }  // namespace ulvak

@@ -11,13 +11,14 @@
 namespace ulvak {
 namespace {
 
-/// A rule knew the folder for certain. Among personal files rules are about places, not about what is there.
+/// A rule identified the folder for certain. Among personal files, rules are about places, not about what is
+/// there.
 bool isSettledByRule(const Finding& finding) {
     return finding.original.source == VerdictSource::rule && finding.original.level != SafetyLevel::unknown &&
            !finding.isPersonal;
 }
 
-/// Whether an answer about a folder of the stored size can still hold.
+/// Whether an answer about a folder of the stored size may still hold.
 bool hasSimilarSize(std::int64_t size, std::int64_t stored) {
     const double ratio = static_cast<double>(size) / static_cast<double>(std::max<std::int64_t>(stored, 1));
     return ratio > 0.5 && ratio < 2.0;
@@ -31,12 +32,12 @@ bool holdsFor(const VerdictEntry& entry, const Finding& finding) {
             return !isSettledByRule(finding) && hasSimilarSize(finding.size, entry.size);
         case VerdictSource::rule:
         case VerdictSource::heuristic:
-            return false;  // worked out anew by every scan
+            return false;  // recomputed by every scan
     }
     return false;
 }
 
-/// Or fails at once; or is on the same volume as the home, without which nothing here works.
+/// Or fails at once, or is on the home folder's volume, without which nothing here works.
 bool answersAtOnce(const std::string& path, const std::string& home) {
     const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
     return reach.includes(reach.follow(path).path);

@@ -20,14 +20,14 @@ namespace {
 constexpr std::int64_t keepThreshold = 50'000'000;
 constexpr std::int64_t defaultMinimum = 300'000'000;
 
-/// A root with where it really is: a home or temporary folder may be a link, or be reached through one.
+/// A root with its real path: a home or temporary folder may be a link, or be reached through one.
 struct Located {
     std::string path;
     std::string real;
     platform::FileInfo info;
 };
 
-/// The roots that exist, each place once: of two names for one folder, the first in order stands.
+/// The existing roots, each place once: of two names for one folder, the first wins.
 std::vector<Located> locatedRoots(const UserFolders& folders) {
     std::vector<Located> located;
     const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
@@ -42,7 +42,7 @@ std::vector<Located> locatedRoots(const UserFolders& folders) {
         if (std::ranges::none_of(located, isSame))
             located.push_back({.path = path, .real = std::move(real.path), .info = *info});
     }
-    // A file inside another root is one of its files.
+    // A file inside another root belongs to that root.
     std::vector<Located> kept;
     std::ranges::copy_if(located, std::back_inserter(kept), [&](const Located& root) {
         const auto holdsIt = [&](const Located& other) {
@@ -53,7 +53,7 @@ std::vector<Located> locatedRoots(const UserFolders& folders) {
     return kept;
 }
 
-/// Where, inside the tree of one root, another begins. Each is walked once, as itself.
+/// Where, inside one root's tree, another root begins. Each is walked once, as itself.
 std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
     std::vector<std::string> inner;
     for (const Located& outer : roots) {
@@ -67,7 +67,7 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
 }
 
 std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
-    // Where no thread can be had, the question is asked when the answer is needed.
+    // If no thread can be started, this runs when the answer is needed.
     auto simulators =
         std::async(std::launch::async | std::launch::deferred, [stop] { return Simulators::load(stop); });
     const std::vector<Located> located = locatedRoots(scanner.folders);

@@ -14,19 +14,20 @@
 
 namespace ulvak {
 
-/// One complete scan: walks all roots, asks for the simulators meanwhile, and has the trees analysed.
-/// Never writes; what is missing or unreadable is left out. Fails only when memory runs out, and has given
-/// back by then what it had. Threads: blocks the caller; `progress` may be read from others.
+/// One complete scan: walks all roots, lists the simulators meanwhile, and analyses the trees. Never writes;
+/// missing or unreadable items are left out. Fails only when memory runs out, and has freed its own by then.
+///
+/// Threads: blocks the caller; `progress` may be read from any thread.
 struct Scanner {
     ScanProgress& progress;
     const UserFolders& folders;
 
-    /// The findings, largest first; none when stopped.
+    /// The findings, largest first; empty when stopped.
     [[nodiscard]] std::expected<std::vector<Finding>, ScanError> run(std::stop_token stop = {}) const;
 
-    /// The places that a scan begins at, in order.
+    /// Where a scan begins, in order.
     [[nodiscard]] static std::vector<std::string> roots(const UserFolders& folders);
-    /// Full paths of folders that are never entered: what lies there is elsewhere, or the system's.
+    /// Full paths of folders that are never entered: their content is stored elsewhere, or is the system's.
     [[nodiscard]] static std::set<std::string, std::less<>> excluded(const UserFolders& folders);
 };
 

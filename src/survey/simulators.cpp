@@ -14,7 +14,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// Reads `count` digits at `position`; -1 if there are other characters.
+/// Parses `count` digits at `position`; -1 if there is any other character.
 int number(std::string_view text, std::size_t position, std::size_t count) {
     int value = 0;
     for (const char c : text.substr(position, count)) {
@@ -39,7 +39,7 @@ std::optional<std::chrono::minutes> zoneOffset(std::string_view zone) {
     return zone[0] == '-' ? -offset : offset;
 }
 
-/// The value of a key if it is there, of the wanted type, and null otherwise.
+/// The value of a key if present and of the wanted type; null otherwise.
 template <typename T>
 const T* value(const Json& object, const char* key) {
     const auto found = object.find(key);
@@ -60,8 +60,8 @@ std::optional<SimulatorInfo> device(const Json& object, std::string_view runtime
     return info;
 }
 
-/// Whether brackets, those inside strings left out, stay within the levels that a list of devices needs. The
-/// parser would take memory for each level.
+/// Whether the nesting, ignoring brackets inside strings, exceeds what a device list needs. The parser would
+/// allocate memory for each level.
 bool isNestedTooDeep(std::string_view json) {
     int depth = 0;
     bool inString = false;
@@ -92,8 +92,8 @@ bool isArrayOfObjects(const Json& value) {
 
 SimulatorMap load(std::stop_token stop) {
     static const std::array<std::string, 4> arguments = {"simctl", "list", "devices", "-j"};
-    // Tried everywhere: where there are no such tools, the program cannot be started. The exit status is not
-    // looked at: what was printed is either a list or not.
+    // Tried on every system: without the tools, the program simply fails to start. The exit status is
+    // ignored: the output either is a list or is not.
     const auto result = Shell::run("/usr/bin/xcrun", arguments, std::move(stop));
     return result ? parse(result->output) : SimulatorMap();
 }

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "app/finding_action.h"
-#include "app/shown.h"
-#include "app/texts.h"
+#include "ui/shown.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

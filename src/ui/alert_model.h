@@ -4,7 +4,7 @@
 #include <QString>
 
 #include "app/app_model.h"
-#include "app/shown.h"
+#include "ui/shown.h"
 
 namespace ulvak {
 

@@ -1,6 +1,6 @@
 #include "ui/analysis_model.h"
 
-#include "app/shown.h"
+#include "ui/shown.h"
 
 namespace ulvak {
 

@@ -4,11 +4,11 @@
 #include <string>
 #include <utility>
 
-#include "app/shown.h"
-#include "app/texts.h"
 #include "core/format.h"
 #include "core/paths.h"
 #include "core/text.h"
+#include "ui/shown.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "app/texts.h"
 #include "core/checked_add.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

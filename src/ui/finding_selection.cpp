@@ -106,11 +106,10 @@ void FindingSelection::clear() {
 }
 
 void FindingSelection::keepWhatHasRows() {
-    std::unordered_set<std::string_view> gone(ids_.begin(), ids_.end());
-    for (const FindingPointer& finding : rows_.rows())
-        gone.erase(finding->id);
-    for (const std::string_view id : gone)
-        ids_.erase(std::string(id));
+    std::erase_if(ids_, [this](const std::string& id) {
+        const FindingPointer finding = app_.finding(id);
+        return !finding || !rows_.shows(*finding);
+    });
 }
 
 void FindingSelection::followRows() {
@@ -142,9 +141,8 @@ void FindingSelection::collect() {
     std::unordered_set<const Finding*> chosen;
     for (const std::string& id : ids_)
         chosen.insert(app_.finding(id).get());
-    findings_.clear();
-    std::ranges::copy_if(rows_.rows(), std::back_inserter(findings_),
-                         [&](const FindingPointer& finding) { return chosen.contains(finding.get()); });
+    findings_ = rows_.findings();
+    std::erase_if(findings_, [&](const FindingPointer& finding) { return !chosen.contains(finding.get()); });
 }
 
 void FindingSelection::notify() {

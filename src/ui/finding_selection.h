@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/app_model.h"
-#include "app/finding_list_model.h"
+#include "ui/finding_list_model.h"
 
 namespace ulvak {
 

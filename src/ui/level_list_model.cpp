@@ -3,14 +3,14 @@
 #include <QLocale>
 #include <algorithm>
 
-#include "app/shown.h"
-#include "app/texts.h"
 #include "ui/detail_model.h"
+#include "ui/shown.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 
-LevelListModel::LevelListModel(AppModel& app, QObject* parent)
-    : QObject(parent), app_(app), rows_(app), selection_(app, rows_) {
+LevelListModel::LevelListModel(AppModel& app, FindingsModel& findings, QObject* parent)
+    : QObject(parent), app_(app), rows_(findings), selection_(app, rows_) {
     for (const auto changed : {&AppModel::findingsChanged, &AppModel::aiStatusChanged})
         connect(&app, changed, this, &LevelListModel::changed);
     for (const auto changed : {&AppModel::findingsChanged, &AppModel::cleaningChanged})

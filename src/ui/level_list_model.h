@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "app/app_model.h"
-#include "app/finding_list_model.h"
+#include "ui/finding_list_model.h"
 #include "ui/finding_selection.h"
 #include "ui/records.h"
 
@@ -24,8 +24,8 @@ class LevelListModel : public QObject {
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY changed FINAL)
     Q_PROPERTY(bool offersBatch READ offersBatch NOTIFY changed FINAL)
 public:
-    /// `app` outlives this object.
-    explicit LevelListModel(AppModel& app, QObject* parent = nullptr);
+    /// `app` and `findings` must outlive this object.
+    LevelListModel(AppModel& app, FindingsModel& findings, QObject* parent = nullptr);
 
     [[nodiscard]] std::optional<SafetyLevel> level() const { return rows_.level(); }
     /// With nothing selected in it. Whoever calls tells of `changed`, after whatever shows the list at all.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/texts.h"
 #include "core/checked_add.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

@@ -3,12 +3,12 @@
 #include <QtQml/qqml.h>
 #include <QAbstractItemModel>
 
-#include "app/finding_list_model.h"
 #include "ui/actions_model.h"
 #include "ui/alert_model.h"
 #include "ui/analysis_model.h"
 #include "ui/detail_model.h"
 #include "ui/disk_model.h"
+#include "ui/finding_list_model.h"
 #include "ui/finding_selection.h"
 #include "ui/level.h"
 #include "ui/level_list_model.h"

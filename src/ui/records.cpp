@@ -1,6 +1,6 @@
 #include "ui/records.h"
 
-#include "app/texts.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 

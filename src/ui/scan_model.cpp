@@ -1,7 +1,7 @@
 #include "ui/scan_model.h"
 
-#include "app/shown.h"
-#include "app/texts.h"
+#include "ui/shown.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 

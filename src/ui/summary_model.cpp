@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include "app/shown.h"
-#include "app/texts.h"
 #include "core/checked_add.h"
 #include "core/paths.h"
+#include "ui/shown.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QUuid>
 
-#include "app/texts.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 

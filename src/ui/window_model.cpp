@@ -10,7 +10,8 @@ namespace ulvak {
 WindowModel::WindowModel(AppModel& app, QObject* parent)
     : QObject(parent),
       app_(app),
-      list_(app),
+      findings_(app),
+      list_(app, findings_),
       detail_(app),
       several_(app),
       disk_(app),

@@ -11,6 +11,7 @@
 #include "ui/analysis_model.h"
 #include "ui/detail_model.h"
 #include "ui/disk_model.h"
+#include "ui/findings_model.h"
 #include "ui/level_list_model.h"
 #include "ui/multi_selection_model.h"
 #include "ui/scan_model.h"
@@ -104,7 +105,8 @@ private:
 
     AppModel& app_;
     std::optional<SidebarItem> sidebar_ = SidebarItem{SidebarItem::Overview{}};
-    // The list first: it has followed the application before anybody else speaks of it.
+    // The lists first: they have followed the application before anybody else speaks of it.
+    FindingsModel findings_;
     LevelListModel list_;
     DetailModel detail_;
     MultiSelectionModel several_;

@@ -3,7 +3,7 @@
 
 #include <QCoreApplication>
 
-#include "app/app_world.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {

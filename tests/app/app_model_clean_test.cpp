@@ -3,11 +3,11 @@
 
 #include <limits>
 
-#include "app/app_world.h"
 #include "classify/analyzer.h"
 #include "classify/rule_book.h"
 #include "core/paths.h"
 #include "platform/trash.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {

@@ -15,9 +15,9 @@
 #include <memory>
 #include <thread>
 
-#include "app/app_world.h"
 #include "platform/durable_file.h"
 #include "platform/files.h"
+#include "support/app_test.h"
 #include "support/environment.h"
 #include "support/system.h"
 

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/app_world.h"
 #include "platform/durable_file.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {

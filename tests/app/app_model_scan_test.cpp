@@ -14,8 +14,8 @@
 #include <ostream>
 #include <thread>
 
-#include "app/app_world.h"
 #include "app/finding_action.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {

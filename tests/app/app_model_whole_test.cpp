@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "app/app_world.h"
 #include "core/paths.h"
 #include "scan/shell.h"
+#include "support/app_test.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/system.h"

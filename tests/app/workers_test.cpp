@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/app_world.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/texts.h"
 #include "ui/staged_window.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <QtTest>
 
-#include "app/shown.h"
+#include "ui/shown.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "app/shown.h"
+#include "ui/shown.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -251,11 +251,11 @@ TEST_F(FindingSelectionTest, IdsNeedNotBeText) {
     stage.result.push_back(finding("/v/\xff", SafetyLevel::safe));
     scanAll();
     const FindingListModel& rows = *model->list()->rows();
-    const QModelIndex row = rows.index(rows.rowOf("/v/\xff"));
-    EXPECT_EQ(rows.data(row, FindingListModel::idRole), id);
-    EXPECT_EQ(rows.data(row, FindingListModel::isSelectedRole), false);
+    const QModelIndex row = rows.index(rows.rowOf("/v/\xff"), 0);
+    EXPECT_EQ(rows.data(row, FindingsModel::idRole), id);
+    EXPECT_EQ(rows.data(row, FindingsModel::isSelectedRole), false);
     selection().set({"/v/\xff"});
-    EXPECT_EQ(rows.data(row, FindingListModel::isSelectedRole), true);
+    EXPECT_EQ(rows.data(row, FindingsModel::isSelectedRole), true);
 }
 
 TEST_F(FindingSelectionTest, AnotherChoiceInTheSidebarEmptiesIt) {

@@ -8,8 +8,8 @@
 #include <array>
 #include <set>
 
-#include "app/texts.h"
 #include "ui/staged_window.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

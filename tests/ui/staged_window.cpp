@@ -6,8 +6,8 @@
 #include <ranges>
 #include <tuple>
 
-#include "app/shown.h"
 #include "ui/open_window.h"
+#include "ui/shown.h"
 
 namespace ulvak::test {
 namespace {

@@ -6,10 +6,10 @@
 #include <fstream>
 #include <iterator>
 
-#include "app/shown.h"
 #include "core/paths.h"
 #include "support/system.h"
 #include "support/temp_tree.h"
+#include "ui/shown.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/texts.h"
 #include "ui/staged_window.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {

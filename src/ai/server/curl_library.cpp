@@ -8,9 +8,9 @@
 namespace ulvak {
 namespace {
 
-/// One interface under the names of its builds.
+/// One ABI under the names of its builds.
 constexpr std::array sonames = {"libcurl.so.4", "libcurl-gnutls.so.4"};
-/// The first whose protocols are named in text: 7.85.
+/// 7.85, the first version that takes protocols by name.
 constexpr unsigned oldestVersion = 0x075500;
 
 void* openedLibrary() {

@@ -4,9 +4,8 @@
 
 namespace ulvak {
 
-/// The functions of libcurl that are used here, from a library that is loaded when the first of them is
-/// needed. Linked in, it and the thirty libraries it brings along would make every start of the program
-/// several milliseconds longer, and hardly any start asks for it.
+/// The libcurl functions we use, loaded on first use. Linked in, libcurl and its thirty dependencies would
+/// slow down every start by several milliseconds, and hardly any start needs them.
 struct CurlLibrary {
     decltype(&::curl_easy_init) easyInit = nullptr;
     decltype(&::curl_easy_cleanup) easyCleanup = nullptr;
@@ -28,8 +27,8 @@ struct CurlLibrary {
     decltype(&::curl_url_set) urlSet = nullptr;
     decltype(&::curl_free) free = nullptr;
 
-    /// Loads it once, from any thread; stays loaded. Null when the system does not have it, or has one that
-    /// is too old to be told to stay on this machine.
+    /// Loads the library once, from any thread; it stays loaded. Null if the system does not have it, or only
+    /// a version too old to be restricted to this machine.
     [[nodiscard]] static const CurlLibrary* instance();
 };
 

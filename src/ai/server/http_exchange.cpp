@@ -15,11 +15,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Bytes of all header lines together.
+/// Maximum total bytes of all header lines.
 constexpr std::size_t maxHeaderBytes = 64U * 1024;
 
-/// Keeps a peer that closes too early from ending the program by a signal: TLS libraries write without
-/// saying that they want none.
+/// Blocks SIGPIPE, which would end the program when a peer closes early: TLS libraries write without
+/// MSG_NOSIGNAL.
 class PipeSignalBlocked {
 public:
     PipeSignalBlocked() {
@@ -46,7 +46,7 @@ private:
     bool wasPending_ = false;
 };
 
-/// What libcurl's callbacks fill.
+/// Filled by libcurl's callbacks.
 struct Received {
     std::string body;
     std::size_t headerBytes = 0;
@@ -63,7 +63,7 @@ std::size_t takeBody(char* data, std::size_t, std::size_t count, void* target) {
     return count;
 }
 
-/// Headers are not looked at, but libcurl keeps them, and a server can send them without end.
+/// Headers are not used, but libcurl stores them, and a server could send them without end.
 std::size_t takeHeader(char*, std::size_t, std::size_t count, void* target) {
     auto& received = *static_cast<Received*>(target);
     received.headerBytes += count;
@@ -71,14 +71,14 @@ std::size_t takeHeader(char*, std::size_t, std::size_t count, void* target) {
     return received.isTooLong ? 0 : count;
 }
 
-/// The last gate, passed by every connection: whatever the address was before, this is what is connected to.
+/// The last check, passed by every connection: whatever the address was before, this is what gets connected.
 curl_socket_t openSocket(void*, curlsocktype purpose, curl_sockaddr* address) {
     if (purpose != CURLSOCKTYPE_IPCXN || !isLocal(address->addr))
         return CURL_SOCKET_BAD;
     return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
-/// One request of libcurl's with everything that belongs to it.
+/// One libcurl request and everything that belongs to it.
 class Exchange {
 public:
     Exchange(const CurlLibrary& curl, const ModelAddress& address, const HttpRequest& request)
@@ -113,7 +113,7 @@ public:
         isAdded_ = true;
         const std::stop_callback wake(stop, [this] { curl_.multiWakeup(multi_); });
         for (;;) {
-            // Before the first step too: it connects, and may already send.
+            // Before the first step too: that one connects, and may already send.
             if (stop.stop_requested())
                 return failed(HttpError::Kind::stopped);
             const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
@@ -136,7 +136,7 @@ private:
         return std::unexpected(HttpError{.kind = kind, .text = std::move(text)});
     }
 
-    /// An option that libcurl does not take leaves no request to make.
+    /// If libcurl rejects an option, no request is made.
     template <typename Value>
     void set(CURLoption option, Value value) {
         isReady_ = isReady_ && curl_.easySetopt(easy_, option, value) == CURLE_OK;
@@ -165,7 +165,7 @@ private:
 
     void setLimits(const HttpRequest& request) {
         set(CURLOPT_NOSIGNAL, 1L);
-        // To libcurl zero means no limit at all.
+        // To libcurl, zero means no limit.
         const auto limit = [](std::chrono::milliseconds time) {
             return static_cast<long>(std::clamp<std::int64_t>(time.count(), 1, INT32_MAX));
         };
@@ -205,7 +205,7 @@ private:
         return reply;
     }
 
-    /// Those of libcurl itself are English.
+    /// Turkish; libcurl's own messages are English.
     static std::string wordsOf(CURLcode code) {
         switch (code) {
             case CURLE_UNSUPPORTED_PROTOCOL:
@@ -226,7 +226,7 @@ private:
         }
     }
 
-    /// Which of the two it is that took too long. With TLS a connection is one once both sides agree on it.
+    /// Whether connecting or answering took too long. With TLS, connected means after the handshake.
     [[nodiscard]] HttpError::Kind lateKind() const {
         curl_off_t connected = 0;
         curl_.easyGetinfo(easy_, isSecure_ ? CURLINFO_APPCONNECT_TIME_T : CURLINFO_CONNECT_TIME_T,

@@ -13,11 +13,11 @@
 namespace ulvak {
 
 struct HttpRequest {
-    std::string path;  ///< below the server's root: "/v1/models"
-    /// Sent with POST; without one the request is a GET.
+    std::string path;  ///< relative to the server's root: "/v1/models"
+    /// Sent with POST; without it, the request is a GET.
     std::optional<std::string> json;
     std::chrono::milliseconds connectDeadline{1'000};
-    std::chrono::milliseconds deadline{5'000};  ///< for all of it; nothing is sent when it has passed
+    std::chrono::milliseconds deadline{5'000};  ///< for the whole exchange; nothing is sent after it
 };
 
 struct HttpReply {
@@ -28,25 +28,26 @@ struct HttpReply {
 struct HttpError {
     enum class Kind : std::uint8_t {
         unreachable,  ///< nobody listens there
-        unconnected,  ///< somebody does, but no connection came about in time; nothing was sent
+        unconnected,  ///< somebody listens, but no connection was made in time; nothing was sent
         late,         ///< connected, but no complete reply before the deadline
         brokenOff,    ///< closed before the reply was complete
         tooLong,      ///< more than `maxReplyBytes` bytes
-        stopped,      ///< at the caller's wish
-        other,        ///< not HTTP, no trust, no libcurl
+        stopped,      ///< by a stop request
+        other,        ///< not HTTP, untrusted certificate, no libcurl
     };
     Kind kind = Kind::other;
-    std::string text;  ///< why, of `other`: Turkish, for people, without a full stop
+    std::string text;  ///< for `other`, why: Turkish, for people, no full stop
 };
 
-/// Bytes of a reply's body; no answer of a model comes near.
+/// Maximum bytes of a reply's body; no model's answer comes close.
 inline constexpr std::size_t maxReplyBytes = 512U * 1024;
 
-/// One request to a server on this machine, on a connection of its own. Follows no redirection, uses no proxy
-/// whatever the environment says, speaks HTTP only, looks no name up, and refuses at the socket any
-/// connection that would leave the machine.
-/// Threads: any, several at once. Blocks, at most until the deadline; a stop ends it at once, and nothing is
-/// sent after one.
+/// Sends one request to a server on this machine, on its own connection. Follows no redirects, ignores
+/// proxies (whatever the environment says), speaks HTTP only, resolves no names, and refuses at the socket
+/// any connection that would leave the machine.
+///
+/// Threads: any, concurrently. Blocks until the deadline at most; a stop request ends it at once, and nothing
+/// is sent after one.
 [[nodiscard]] std::expected<HttpReply, HttpError> exchange(const ModelAddress& address,
                                                            const HttpRequest& request,
                                                            const std::stop_token& stop = {});

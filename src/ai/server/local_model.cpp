@@ -21,10 +21,10 @@ using Reason = platform::ModelAbsenceReason;
 using std::chrono::milliseconds;
 
 constexpr std::string_view stoppedText = "İstek durduruldu.";
-/// Models of one server that are asked about, one after the other, until one runs here.
+/// Maximum models of one server that are asked about, in turn, until one runs here.
 constexpr int maxShown = 4;
 
-/// Time that several requests share.
+/// A time budget shared by several requests.
 class SharedTime {
 public:
     explicit SharedTime(milliseconds whole) : end_(std::chrono::steady_clock::now() + whole) {}
@@ -42,15 +42,15 @@ private:
 struct Endpoint {
     ModelAddress address;
     std::string model;
-    bool isListed = false;  ///< by the server, under this name
-    bool mayKnow = false;   ///< the server, where its models run
+    bool isListed = false;  ///< whether the server lists the model under this name
+    bool mayKnow = false;   ///< whether the server may know where its models run
 };
 
 platform::ModelAbsence absent(Reason reason, std::string_view detail) {
     return {.reason = reason, .detail = clipped(detail, platform::ModelError::maxTextLength)};
 }
 
-/// What a request that brought no reply means to the user.
+/// What a failed request means to the user.
 std::string describe(const HttpError& error, const ModelAddress& address, milliseconds deadline) {
     const std::string place = "Model sunucusu (" + address.display() + ")";
     switch (error.kind) {
@@ -80,10 +80,10 @@ std::string cloudRefusal(std::string_view model) {
            "). ULVAK_MODEL ile bu bilgisayarda çalışan bir model seç.";
 }
 
-/// What a server that was asked turned out to be.
+/// Why a server cannot be used.
 struct Missing {
     platform::ModelAbsence absence;
-    bool isModelServer = false;  ///< and not something else, or nothing
+    bool isModelServer = false;  ///< false: something else, or nothing
 };
 
 bool isSilence(const HttpError& error) {
@@ -107,7 +107,7 @@ std::unexpected<Missing> notAModelServer(const ModelAddress& address, long statu
                    ") modellerini listelemiyor. Model sunucusunun adresini ULVAK_MODEL_URL ile ver.")});
 }
 
-/// One request in what is left of a time.
+/// One request within the remaining time.
 std::expected<HttpReply, HttpError> ask(const ModelAddress& address, std::string path,
                                         std::optional<std::string> json, const SharedTime& time,
                                         const std::stop_token& stop) {
@@ -121,7 +121,7 @@ std::unexpected<Missing> loading(const ModelAddress& address) {
     return without(address, Reason::notReady, "modelini henüz yüklüyor. Biraz sonra tekrar dene.");
 }
 
-/// Asks one server what it has, and whether it is ready. Where the user has named both server and model, the
+/// Asks one server for its models, and whether it is ready. If the user has named both server and model, the
 /// server need not list any.
 std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool mayListNothing,
                                            milliseconds deadline, const std::stop_token& stop) {
@@ -138,7 +138,7 @@ std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool may
         return notAModelServer(address, reply->status);
     if (list.state == ModelList::State::loading)
         return loading(address);
-    // Some list their model while it is still being loaded, and say here that it is not there yet.
+    // Some servers list a model that is still loading, and report here that it is not ready.
     const auto health = ask(address, "/health", std::nullopt, time, stop);
     if (!health)
         return list;
@@ -151,21 +151,21 @@ std::expected<ModelList, Missing> modelsAt(const ModelAddress& address, bool may
     return list;
 }
 
-/// Where the models of one server run. A model is asked only where that is known to be here: facts about the
-/// user's folders must not leave by way of a server that was too slow to say that it passes them on.
+/// Where the models of one server run. A model is asked only if it is known to run here: facts about the
+/// user's folders must not leak through a server that was too slow to say that it forwards them.
 class Whereabouts {
 public:
     Whereabouts(const ModelAddress& address, milliseconds deadline, const std::stop_token& stop,
                 bool mayKnow = false)
         : address_(address), stop_(stop), deadline_(deadline), time_(deadline), mayKnow_(mayKnow) {}
 
-    /// Whether the server seems to know the question.
+    /// Whether the server seems to support the request.
     [[nodiscard]] bool mayKnow() const { return mayKnow_; }
-    /// Whether the last obstacle was that it did not answer in time.
+    /// Whether the last obstacle was a timeout.
     [[nodiscard]] bool isSilent() const { return isSilent_; }
 
-    /// Nothing when it runs here, else why it must not be asked. A server that does not know the question has
-    /// models of its own only. One that seems to know it has to answer for each.
+    /// nullopt if the model runs here, otherwise why it must not be asked. A server without the request has
+    /// only models of its own. One that seems to support it must answer for each model.
     [[nodiscard]] std::optional<Missing> obstacle(const std::string& model, Reason ifElsewhere) {
         const auto reply = ask(address_, "/api/show", showBody(model), time_, stop_);
         isSilent_ = !reply && isSilence(reply.error());
@@ -259,8 +259,8 @@ std::expected<Endpoint, Missing> endpointAt(const ModelAddress& address, const L
                     .mayKnow = whereabouts.mayKnow()};
 }
 
-/// Usual ports at which somebody listens and does not answer: each costs its time once, and again only after
-/// a pause.
+/// Default ports with a listener that does not answer: each costs its timeout once, and again only after a
+/// pause.
 class SilentPorts {
 public:
     explicit SilentPorts(milliseconds pause) : pause_(pause) {}
@@ -295,9 +295,9 @@ private:
     std::map<std::uint16_t, Silence> ports_;  ///< guarded by `mutex_`
 };
 
-/// The first server on the usual ports that has the model; else the first that has any. `last` is where it
-/// was found before, if it was: then somebody else's silence does not mean that it is busy, and its own is
-/// never too long to ask again.
+/// The first server on the default ports that has the named model, else the first that has any. `last` is
+/// where it was found before, if it was: then silence on another port does not mean that it is busy, and its
+/// own port is always asked again.
 std::expected<Endpoint, platform::ModelAbsence> discovered(const LocalModelSettings& settings,
                                                            SilentPorts& silent,
                                                            std::optional<std::uint16_t> last,
@@ -343,7 +343,7 @@ std::expected<Endpoint, platform::ModelAbsence> discovered(const LocalModelSetti
     return std::unexpected(std::move(none));
 }
 
-/// Why nobody is asked at all, if so. A stop is an absence of its own.
+/// Why no server is asked at all, if so. A stop request counts as an absence.
 std::optional<platform::ModelAbsence> obstacleToAsking(const LocalModelSettings& settings,
                                                        const std::stop_token& stop) {
     if (settings.isOff)
@@ -358,8 +358,8 @@ std::optional<platform::ModelAbsence> obstacleToAsking(const LocalModelSettings&
     return std::nullopt;
 }
 
-/// The server and the model to ask. Nothing is sent to a server that turns out not to be one. A stop is an
-/// absence of its own, whatever was found until then.
+/// The server and the model to ask. Nothing more is sent to a server that turns out not to be a model server.
+/// A stop request counts as an absence, whatever was found until then.
 std::expected<Endpoint, platform::ModelAbsence> findEndpoint(const LocalModelSettings& settings,
                                                              SilentPorts& silent,
                                                              std::optional<std::uint16_t> last,
@@ -377,7 +377,7 @@ std::expected<Endpoint, platform::ModelAbsence> findEndpoint(const LocalModelSet
     return std::move(*endpoint);
 }
 
-/// A variable of the environment; unset when empty.
+/// An environment variable; nullopt when empty.
 std::optional<std::string> variable(const char* name) {
     const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
     return value != nullptr && *value != '\0' ? std::optional<std::string>(value) : std::nullopt;
@@ -391,7 +391,7 @@ LocalModelSettings LocalModelSettings::fromEnvironment() {
             .isOff = variable("ULVAK_MODEL_OFF").value_or("0") != "0"};
 }
 
-/// What is known of this machine's servers. Threads: any.
+/// What is known of this machine's servers. Thread-safe.
 class LocalModel::Memory {
 public:
     explicit Memory(const LocalModelSettings& settings) : silent_(settings.silencePause) {}
@@ -423,8 +423,9 @@ private:
 
     SilentPorts silent_;
     mutable std::mutex mutex_;
-    std::optional<Endpoint> endpoint_;   ///< that has answered last; guarded by `mutex_`
-    std::optional<std::uint16_t> last_;  ///< its port, also when it was forgotten; guarded by `mutex_`
+    std::optional<Endpoint> endpoint_;  ///< the last that answered; guarded by `mutex_`
+    std::optional<std::uint16_t>
+        last_;  ///< its port, kept even when `endpoint_` is dropped; guarded by `mutex_`
 };
 
 LocalModel::LocalModel(LocalModelSettings settings)
@@ -458,7 +459,8 @@ std::expected<std::string, platform::ModelError> LocalModel::respond(const platf
         return std::unexpected(platform::ModelError{.text = obstacle->detail});
     auto known = memory_->endpoint();
     if (known) {
-        // It may run elsewhere by now. A server that is busy says so late, but before it is told anything.
+        // The model may run elsewhere by now. A busy server answers this late, but before it is told
+        // anything.
         Whereabouts whereabouts(known->address, settings_.answerDeadline, stop, known->mayKnow);
         if (const auto obstacle = whereabouts.obstacle(known->model, Reason::other)) {
             if (whereabouts.isSilent())

@@ -19,8 +19,8 @@ namespace {
 constexpr std::string_view socketPrefix = "unix:";
 constexpr std::string_view versionPath = "/v1";
 
-/// `text` without what may be a user's name and password: all between the scheme and the last "@". It need
-/// not be an address, so that its parts cannot be told apart any better.
+/// `text` without a possible user name and password: everything between the scheme and the last "@". It may
+/// not be a valid address, so it cannot be parsed any better.
 std::string withoutCredentials(std::string_view text) {
     const std::size_t at = text.rfind('@');
     if (at == std::string_view::npos)
@@ -37,7 +37,7 @@ std::string withoutCredentials(std::string_view text) {
 
 std::unexpected<RefusedAddress> refused(std::string_view text, std::string_view why) {
     constexpr std::size_t maxLength = 200;  // bytes of the user's own text
-    // Cut last: a cut could part a password from the "@" that tells it.
+    // Cut last: cutting first could separate a password from the "@" that marks it.
     const std::string shown = withoutCredentials(text).substr(0, maxLength);
     return std::unexpected(RefusedAddress{"ULVAK_MODEL_URL kabul edilmedi (" + shown +
                                           "): " + std::string(why) +
@@ -60,7 +60,7 @@ bool isLoopback(const in6_addr& address) {
     return isLoopback(mapped);
 }
 
-/// Whether an address written as a number is a loopback one; absent when it is not a number.
+/// Whether a numeric address is a loopback one; nullopt if it is not numeric.
 std::optional<bool> isLoopbackNumber(std::string host) {
     if (host.size() >= 2 && host.front() == '[' && host.back() == ']')
         host = host.substr(1, host.size() - 2);
@@ -73,8 +73,8 @@ std::optional<bool> isLoopbackNumber(std::string host) {
     return std::nullopt;
 }
 
-/// Only of characters that mean nothing to libcurl when it is told the name's addresses: one that begins with
-/// "-" would not be pinned to them but make it forget another.
+/// Accepts only characters without special meaning in CURLOPT_RESOLVE: a name beginning with "-" would remove
+/// an entry instead of pinning the name to its addresses.
 bool isLocalName(std::string_view host) {
     const bool isPlain = std::ranges::all_of(host, [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == '_';
@@ -82,7 +82,7 @@ bool isLocalName(std::string_view host) {
     return isPlain && !host.starts_with('-') && (host == "localhost" || host.ends_with(".localhost"));
 }
 
-/// A path without "/" at its end and without the version of the interface, which every request adds.
+/// A path without trailing "/" and without the API version, which every request adds.
 std::string rootOf(std::string path) {
     const auto dropSlashes = [&] {
         while (path.ends_with('/'))
@@ -108,8 +108,8 @@ std::expected<ModelAddress, RefusedAddress> socketAddress(std::string_view text)
         .origin = "http://localhost", .hostName = "localhost", .socketPath = std::string(path)};
 }
 
-/// A text taken apart by libcurl, which will also make the connection: nobody else's idea of where the host
-/// name ends could matter.
+/// Parsed by libcurl, which also makes the connection, so that no other opinion of where the host name ends
+/// can matter.
 class ParsedUrl {
 public:
     ParsedUrl(const CurlLibrary& curl, const std::string& text) : curl_(curl), handle_(curl.url()) {
@@ -174,7 +174,7 @@ ModelAddress loopbackAddress(std::uint16_t port) {
 }
 
 bool isLocal(const sockaddr& address) {
-    // Copied out: what an address of the general kind points at need not be aligned for its own kind.
+    // Copied out: a generic sockaddr need not be aligned for the specific type.
     if (address.sa_family == AF_UNIX)
         return true;
     if (address.sa_family == AF_INET) {

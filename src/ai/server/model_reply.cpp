@@ -10,22 +10,22 @@
 namespace ulvak {
 namespace {
 
-/// Keeps keys in a tree: a hostile reply with many of them costs no more than its length.
+/// Keys in a tree: a hostile reply with many of them costs no more than its length.
 using Json = nlohmann::json;
-/// Keeps the order of keys, for what is sent.
+/// Keeps key order, for what is sent.
 using OrderedJson = nlohmann::ordered_json;
 
-/// Bytes of what a server says about itself.
+/// Maximum bytes of a server's own error text.
 constexpr std::size_t maxServiceTextLength = 600;
 constexpr std::size_t maxModelNameLength = 300;
 constexpr long serviceUnavailable = 503;
 
 struct CodeRow {
-    std::string_view code;  ///< the beginning of a code or type, lower case, letters only
+    std::string_view code;  ///< prefix of a code or type, lower case, letters only
     platform::ModelError::Kind kind;
 };
 
-/// There is no common list of these; every row is in use somewhere or the plain name of the case.
+/// There is no common list; every row is used by some server or is the obvious name.
 constexpr std::array<CodeRow, 12> codes = {{
     {"contentfilter", platform::ModelError::Kind::guardrailViolation},
     {"contentpolicy", platform::ModelError::Kind::guardrailViolation},
@@ -56,7 +56,7 @@ Json parsed(std::string_view body) {
     return Json::parse(body, nullptr, false);
 }
 
-/// A member that is a text; empty when there is none.
+/// A string member; empty if there is none.
 std::string text(const Json& object, const char* key) {
     if (!object.is_object())
         return {};
@@ -71,7 +71,7 @@ const Json* member(const Json& object, const char* key) {
     return found != object.end() && !found->is_null() ? &*found : nullptr;
 }
 
-/// What a server says went wrong.
+/// An error reported by a server.
 struct ServiceError {
     std::string code;
     std::string type;
@@ -91,7 +91,7 @@ std::optional<ServiceError> serviceError(const Json& body) {
     return std::nullopt;
 }
 
-/// The words of a reply that is not a success, as good as they come.
+/// The best available text of a reply that is not a success.
 ServiceError wordsOf(const Json& json, std::string_view body) {
     if (auto error = serviceError(json))
         return std::move(*error);
@@ -117,7 +117,7 @@ platform::ModelError::Kind kindOf(const ServiceError& error) {
     return isLanguage ? platform::ModelError::Kind::unsupportedLanguage : platform::ModelError::Kind::other;
 }
 
-/// "error loading model" is the opposite of it: that one will not be there later either.
+/// "error loading model" is the opposite: that model will not be ready later either.
 bool speaksOfLoading(const ServiceError& error) {
     return platform::lowerAscii(error.message).starts_with("loading model") ||
            platform::lowerAscii(error.type) == "unavailable_error";
@@ -144,7 +144,7 @@ platform::ModelError failure(long status, const ServiceError& error, std::string
             .text = place + " isteği geri çevirdi (HTTP " + std::to_string(status) + "): " + said};
 }
 
-/// A reply that is a success and JSON.
+/// For a successful reply that is JSON.
 std::expected<std::string, platform::ModelError> answerIn(const Json& body, std::string_view server) {
     const std::string unexpected =
         "Model sunucusunun (" + std::string(server) +
@@ -211,14 +211,14 @@ ModelPlace readShow(long status, std::string_view body) {
     constexpr std::array<long, 3> unknown = {404, 405, 501};
     const Json json = parsed(body);
     if (std::ranges::find(unknown, status) != unknown.end()) {
-        // A server that knows the question says in the same way that it has no such model.
+        // A server that supports the request reports a missing model the same way.
         const auto error = serviceError(json);
         return error && platform::lowerAscii(error->message).contains("model") ? ModelPlace::unclear
                                                                                : ModelPlace::notAsked;
     }
     if (status != 200 || !json.is_object())
         return ModelPlace::unclear;
-    // One of the servers has status 200 also for what it does not know.
+    // One of the servers returns status 200 even for requests it does not know.
     if (const auto error = serviceError(json))
         return platform::lowerAscii(error->message).starts_with("unexpected endpoint") ? ModelPlace::notAsked
                                                                                        : ModelPlace::unclear;

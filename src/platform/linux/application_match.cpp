@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view entrySuffix = ".desktop";
 
-/// Also with a version at the end: "python3.11".
+/// Also matched with a version suffix: "python3.11".
 constexpr std::array<std::string_view, 28> launchers = {
     "bash",   "bwrap",      "dash",     "dbus-launch", "dbus-run-session",
     "dotnet", "electron",   "env",      "fish",        "flatpak",
@@ -35,8 +35,8 @@ bool isAlphanumeric(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// The folder that an application has to itself: "/opt/editor" for "/opt/editor/bin/editor". Empty for one
-/// whose program lies among those of others.
+/// The folder an application has to itself: "/opt/editor" for "/opt/editor/bin/editor". Empty if its program
+/// is in a shared folder.
 std::string_view ownFolder(std::string_view program, const std::vector<std::string>& sharedFolders) {
     const auto isShared = [&](std::string_view folder) {
         return folder.empty() || std::ranges::find(sharedFolders, folder) != sharedFolders.end();
@@ -49,7 +49,7 @@ std::string_view ownFolder(std::string_view program, const std::vector<std::stri
     return isShared(folder) || folderOf(folder).empty() ? std::string_view() : folder;
 }
 
-/// systemd writes the dashes of a name as "\x2d", to tell them from its own.
+/// systemd escapes dashes in a name as "\x2d", to tell them from its own.
 std::string withPlainDashes(std::string_view unit) {
     constexpr std::string_view escaped = "\\x2d";
     std::string plain;
@@ -61,7 +61,7 @@ std::string withPlainDashes(std::string_view unit) {
     return plain;
 }
 
-/// Whether `id` stands in `text` with neither letters nor digits right before and after it.
+/// Whether `id` occurs in `text` between two characters that are not alphanumeric.
 bool namesAsWord(std::string_view text, std::string_view id) {
     for (std::size_t at = text.find(id); at != std::string::npos; at = text.find(id, at + 1)) {
         const std::size_t end = at + id.size();
@@ -71,8 +71,8 @@ bool namesAsWord(std::string_view text, std::string_view id) {
     return false;
 }
 
-/// Desktops start an application in a control group that bears its id: "app-gnome-ID-4711.scope",
-/// "app-ID@1.service". Snaps are called "PACKAGE_COMMAND", and their groups "snap.PACKAGE.COMMAND.….scope".
+/// Desktops start an application in a control group named after its id: "app-gnome-ID-4711.scope",
+/// "app-ID@1.service". Snap ids are "PACKAGE_COMMAND", and their groups "snap.PACKAGE.COMMAND.….scope".
 bool unitNames(std::string_view unit, std::string_view id) {
     if (id.ends_with(entrySuffix))
         id.remove_suffix(entrySuffix.size());
@@ -86,7 +86,7 @@ bool unitNames(std::string_view unit, std::string_view id) {
     return unit.starts_with("app-") && namesAsWord(withPlainDashes(unit), id);
 }
 
-/// The file that a launcher was told to run: the first word after its own that is a path.
+/// The file a launcher was told to run: its first argument that is an absolute path.
 std::string_view launched(const std::vector<std::string>& words) {
     for (std::size_t index = 1; index < words.size(); ++index) {
         if (words[index].starts_with('/'))
@@ -100,7 +100,7 @@ std::string_view launched(const std::vector<std::string>& words) {
 std::vector<std::string> withoutEnvironment(const std::vector<std::string>& words) {
     auto first = words.begin();
     if (first != words.end() && lastPart(*first) == "env") {
-        // Options, of which two have a word to themselves, then variables.
+        // Options, two of which take a separate argument, then variables.
         for (++first; first != words.end(); ++first) {
             if ((*first == "-u" || *first == "-C") && first + 1 != words.end())
                 ++first;
@@ -129,7 +129,7 @@ bool mayBelong(const ProcessFacts& process, const ApplicationEntry& entry,
     const std::string_view expected = isLauncher(lastPart(words.front())) ? launched(words) : words.front();
     if (running.empty() || expected.empty())
         return false;
-    // A wrapper goes by the name of what it starts, or lies beside it.
+    // A wrapper has the name of the program it starts, or is in the same folder.
     if (lastPart(running) == lastPart(expected))
         return true;
     if (entry.program.empty() || isLauncher(lastPart(entry.program)))

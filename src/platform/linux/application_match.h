@@ -4,33 +4,34 @@
 #include <string_view>
 #include <vector>
 
-/// Which application a process belongs to. Nothing in the system records it, so that several signs are
-/// looked at; each of them is enough. Pure.
+/// Which application a process belongs to. The system does not record it, so several clues are checked; each
+/// is sufficient. Pure.
 namespace ulvak::platform {
 
-/// What a desktop entry says of its application.
+/// An application, according to its desktop entry.
 struct ApplicationEntry {
     std::string id;                  ///< "org.gnome.gedit.desktop"
     std::vector<std::string> words;  ///< the command line, split
     std::string
-        program;  ///< the file that the first `withoutEnvironment` names, links resolved; may be empty
+        program;  ///< the first word of `withoutEnvironment(words)` as a file, links resolved; may be empty
 };
 
-/// What the system says of a process.
+/// A process, according to the system.
 struct ProcessFacts {
     std::string executable;          ///< absolute path, links resolved; may be empty
-    std::vector<std::string> words;  ///< the first of its arguments, the program's own name included
+    std::vector<std::string> words;  ///< its first arguments, including the program's own name
     std::string unit;                ///< the innermost control group: "app-gnome-firefox-4711.scope"
 };
 
-/// The words of a command line from the program proper on: "env NAME=value program" starts the third.
+/// The words of a command line from the actual program on: for "env NAME=value program", from the third.
 [[nodiscard]] std::vector<std::string> withoutEnvironment(const std::vector<std::string>& words);
 
-/// Whether a process may be one of an application. `sharedFolders` hold the programs of many: "/usr/bin".
+/// Whether a process may belong to an application. `sharedFolders` contain many applications' programs:
+/// "/usr/bin".
 [[nodiscard]] bool mayBelong(const ProcessFacts& process, const ApplicationEntry& entry,
                              const std::vector<std::string>& sharedFolders);
 
-/// Whether a program only runs others, so that its name says nothing: shells, interpreters, sandboxes.
+/// Whether a program only runs others, so that its name means nothing: shells, interpreters, sandboxes.
 [[nodiscard]] bool isLauncher(std::string_view programName);
 
 }  // namespace ulvak::platform

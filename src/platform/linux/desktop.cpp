@@ -19,7 +19,7 @@ constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* group = "org.freedesktop.appearance";
 constexpr const char* key = "color-scheme";
 
-/// Takes `value`. Older portals put a variant into the variant.
+/// Takes ownership of `value`. Older portals wrap the variant in another variant.
 ColorScheme schemeIn(GVariant* value) {
     while (g_variant_is_of_type(value, G_VARIANT_TYPE_VARIANT)) {
         GVariant* inner = g_variant_get_variant(value);
@@ -47,7 +47,7 @@ std::string uriOf(const std::string& path) {
     return uri ? uri.get() : "";
 }
 
-/// The file browsers' common interface. False when none answers.
+/// The file browsers' common D-Bus interface. Returns false if none answers.
 bool showItems(std::span<const std::string> paths) {
     const std::unique_ptr<GDBusConnection, Unref> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     if (!bus)
@@ -80,10 +80,10 @@ bool hasPrivacySettings() {
     return false;
 }
 
-/// The desktop's portal for settings, on the session's bus. All but the ends happens in a thread with a loop
-/// of its own: the toolkit need not run GLib's. The thread outlives the watch by what it takes to call
-/// everything off, and with a bus that never answers it stays until the program ends. So nobody waits for it,
-/// and each holds this.
+/// The desktop's settings portal on the session bus. Everything except start and end runs on a thread with
+/// its own main loop, since the toolkit may not run GLib's. The thread outlives the watch until everything is
+/// cancelled; with a bus that never answers, it stays until the program ends. So nobody waits for it, and
+/// both sides share ownership of this.
 class ColorSchemeWatch::Desktop {
 public:
     explicit Desktop(Changed changed) : changed_(std::move(changed)) {}
@@ -118,7 +118,7 @@ private:
             g_dbus_connection_signal_unsubscribe(bus_, subscription_);
             g_object_unref(bus_);
         }
-        // Signals on their way here hold the connection, and the loop that would have dropped them.
+        // Signals in flight hold the connection and the context, and would keep both alive.
         while (g_main_context_iteration(context_, FALSE) == TRUE) {
         }
         g_main_context_pop_thread_default(context_);
@@ -133,7 +133,7 @@ private:
 
     void listen(GDBusConnection* bus) {
         bus_ = bus;
-        // A session that ends without its bus must not end the program in the middle of a removal.
+        // Losing the session bus must not end the program in the middle of a removal.
         g_dbus_connection_set_exit_on_close(bus, FALSE);
         subscription_ =
             g_dbus_connection_signal_subscribe(bus, portal, settings, "SettingChanged", portalObject, group,
@@ -151,13 +151,13 @@ private:
 
     static void onAnswer(GObject* bus, GAsyncResult* result, gpointer self) {
         auto& desktop = *static_cast<Desktop*>(self);
-        // Older portals know the other name alone.
+        // Older portals know only the other method name.
         if (!desktop.take(bus, result) && !desktop.isEnding())
             desktop.ask("Read", &Desktop::onOldAnswer);
     }
 
     static void onOldAnswer(GObject* bus, GAsyncResult* result, gpointer self) {
-        // Dropped by design: a desktop without a portal has no wish that could be asked for.
+        // Dropped by design: a desktop without a portal has no preference to ask for.
         (void)static_cast<Desktop*>(self)->take(bus, result);
     }
 
@@ -195,10 +195,10 @@ private:
     GMainContext* const context_ = g_main_context_new();
     GCancellable* const cancellable_ = g_cancellable_new();
 
-    // The thread's own.
+    // Used only on the thread.
     GDBusConnection* bus_ = nullptr;
     guint subscription_ = 0;
-    int pending_ = 0;  ///< calls that have still to come back, if only to say that they are called off
+    int pending_ = 0;  ///< calls still to return, if only as cancelled
 };
 
 ColorSchemeWatch::ColorSchemeWatch(Changed changed)

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t bufferSize = 64 * 1024;
 
-/// What `getdents64` writes of one entry: inode, offset, record length, type, name with its zero byte.
+/// One entry as written by `getdents64`: inode, offset, record length, type, NUL-terminated name.
 struct DirectoryRecord {
     const char* name = nullptr;  ///< in the buffer
     unsigned char type = DT_UNKNOWN;
@@ -27,7 +27,7 @@ struct DirectoryRecord {
     }
 };
 
-/// `start` is where the kernel has begun a record.
+/// `start` must be where the kernel began a record.
 DirectoryRecord directoryRecordAt(const std::byte* start) {
     unsigned short length = 0;
     std::memcpy(&length, start + offsetof(dirent64, d_reclen), sizeof length);
@@ -45,7 +45,7 @@ EntryKind kindOf(const struct statx& info) {
     return isMountPoint ? EntryKind::volume : EntryKind::directory;
 }
 
-/// Looked at only where there are several names. The kernel's own numbers of volumes have 12 and 20 bits.
+/// Only needed for several hard links. Kernel device numbers have 12 (major) and 20 (minor) bits.
 void describeNames(DirectoryEntry& entry, const struct statx& info) {
     constexpr unsigned needed = STATX_NLINK | STATX_INO;
     if (info.stx_nlink < 2 || (info.stx_mask & needed) != needed)
@@ -55,7 +55,7 @@ void describeNames(DirectoryEntry& entry, const struct statx& info) {
     entry.number = info.stx_ino;
 }
 
-/// By what the kernel says of it; false when it says nothing.
+/// Fills in the kernel's description; false if there is none.
 bool describe(DirectoryEntry& entry, int folder) {
     struct statx info;  // NOLINT(cppcoreguidelines-pro-type-member-init): 256 bytes that the kernel fills
     if (::statx(folder, entry.terminatedName(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,

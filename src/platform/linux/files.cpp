@@ -51,8 +51,8 @@ bool existsIn(const std::string& folder, const std::string& name) {
         static_cast<int>(::syscall(SYS_openat2, parent.get(), name.c_str(), &how, sizeof how)));
     if (target.isOpen())
         return true;
-    // With this flag the kernel refuses every absolute link, wherever it leads; those before 5.6 do not
-    // know the call, and some sandboxes refuse it.
+    // With this flag the kernel refuses every absolute link, wherever it leads; kernels before 5.6 lack the
+    // call, and some sandboxes refuse it.
     const bool isUndecided = errno == EXDEV || errno == ENOSYS || errno == EPERM;
     return isUndecided && Reach({&folder, 1}, Reach::Others::prompt).follow(folder + "/" + name).isThere;
 }

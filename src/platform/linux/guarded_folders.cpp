@@ -4,7 +4,7 @@
 #include "platform/user_folders.h"
 #include "platform/volume.h"
 
-// Apart from the other folders: whoever only scans does not load GLib for them.
+// In a file of its own, so that scanning does not load GLib.
 
 namespace ulvak::platform {
 
@@ -16,7 +16,7 @@ GuardedFolders guardedFolders(const std::string& home) {
         folders.themselves.push_back(folder);
     folders.withContents.push_back(data + "/keyrings");
     folders.withContents.push_back(home + "/.local/share/keyrings");
-    // Documents, pictures and their like under the names that the user's language gives them.
+    // Documents, pictures and so on, under the localised names the user has for them.
     const std::string setting = std::string(g_get_user_config_dir()) + "/user-dirs.dirs";
     const Reach reach({&home, 1}, Reach::Others::prompt);
     if (const Reach::Target place = reach.follow(setting); !reach.includes(place.path))
@@ -25,7 +25,7 @@ GuardedFolders guardedFolders(const std::string& home) {
         if (const char* folder = g_get_user_special_dir(static_cast<GUserDirectory>(kind)))
             folders.themselves.emplace_back(folder);
     }
-    // Relative to wherever the program was started they are nobody's.
+    // A path relative to the current directory means nothing.
     for (auto* paths : {&folders.themselves, &folders.withContents})
         std::erase_if(*paths, [](const std::string& path) { return !path.starts_with('/'); });
     return folders;

@@ -24,12 +24,12 @@
 namespace ulvak::platform {
 namespace {
 
-/// Enough of a command line to find the program that an interpreter runs.
+/// Long enough to find the program that an interpreter runs.
 constexpr std::size_t maxCommandLineLength = 4096;
 
 using CString = std::unique_ptr<char, void (*)(void*)>;
 
-/// The beginning of a file that the kernel makes up; empty when it may not be read.
+/// The beginning of a /proc file; empty if it may not be read.
 std::string beginning(const std::string& path) {
     std::array<char, maxCommandLineLength> buffer{};
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -49,15 +49,15 @@ std::vector<std::string> split(std::string_view text, char separator) {
 
 std::string executableOf(const std::string& process) {
     std::string path = linkTarget(process + "/exe").value_or("");
-    // An application that was updated while it runs.
+    // An application that was updated while running.
     constexpr std::string_view deleted = " (deleted)";
     if (path.ends_with(deleted))
         path.resize(path.size() - deleted.size());
     return path;
 }
 
-/// Whether a process is this user's. Its files in "/proc" are root's when it keeps its memory from others, as
-/// password managers do; its status tells all the same.
+/// Whether a process belongs to this user. Judged by its status: the owner of its files in /proc is root if
+/// it is non-dumpable, as password managers are.
 bool isOwn(const std::string& process) {
     const std::string status = beginning(process + "/status");
     constexpr std::string_view label = "\nUid:\t";
@@ -66,7 +66,7 @@ bool isOwn(const std::string& process) {
            std::strtoul(status.c_str() + at + label.size(), nullptr, 10) == ::getuid();
 }
 
-/// The processes of this user, apart from this one.
+/// This user's processes, except this one.
 std::vector<ProcessFacts> ownProcesses() {
     std::vector<ProcessFacts> processes;
     const std::string self = std::to_string(::getpid());
@@ -79,7 +79,7 @@ std::vector<ProcessFacts> ownProcesses() {
         ProcessFacts facts{.executable = executableOf(process),
                            .words = split(beginning(process + "/cmdline"), '\0'),
                            .unit = group.substr(group.rfind('/') + 1)};
-        // One that keeps its memory from others hides its program too; what it was started as has to do.
+        // A non-dumpable process hides its executable too; its first argument has to do.
         if (facts.executable.empty() && !facts.words.empty())
             facts.executable = facts.words.front();
         processes.push_back(std::move(facts));
@@ -89,8 +89,7 @@ std::vector<ProcessFacts> ownProcesses() {
 
 struct Application {
     ApplicationEntry entry;
-    std::vector<std::string>
-        names;  ///< in the user's language, and the one that it gave itself when that differs
+    std::vector<std::string> names;  ///< in the user's language, and the untranslated one if it differs
 };
 
 std::vector<std::string> commandWords(const std::string& line) {
@@ -108,7 +107,7 @@ std::vector<std::string> searchedFolders() {
     return split(searched != nullptr ? searched : "", ':');
 }
 
-/// The file that a word of a command line names as a program, links resolved; empty when there is none.
+/// The program file that a word of a command line names, links resolved; empty if there is none.
 std::string programOf(const std::string& word, const Reach& reach) {
     std::vector<std::string> places = {word};
     if (!word.contains('/')) {
@@ -129,7 +128,7 @@ std::string valueOf(GKeyFile* file, const char* key) {
     return value ? value.get() : "";
 }
 
-/// What a desktop entry says, unless it is none of an application.
+/// Parses a desktop entry; nullopt unless it is an application's.
 std::optional<Application> applicationOf(std::string id, const std::string& text, const Reach& reach) {
     const std::unique_ptr<GKeyFile, void (*)(GKeyFile*)> file(g_key_file_new(), &g_key_file_free);
     if (g_key_file_load_from_data(file.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) == FALSE ||
@@ -155,8 +154,8 @@ std::optional<Application> applicationOf(std::string id, const std::string& text
     return application;
 }
 
-/// The desktop entries of this user and the system. They are read here and not by GIO, which looks for the
-/// program of each, on whatever volume that is.
+/// The desktop entries of this user and the system. Read here instead of by GIO, which looks for the program
+/// of each, on any volume.
 class DesktopEntries {
 public:
     explicit DesktopEntries(const Reach& reach) : reach_(reach) {
@@ -168,7 +167,7 @@ public:
     [[nodiscard]] const std::vector<Application>& applications() const { return applications_; }
 
 private:
-    /// An entry's name is its path from there on, and the first with a name stands for all.
+    /// An entry is named by its path below the "applications" folder; the first entry with a name wins.
     void addFrom(const std::string& folder, const std::string& prefix, int depth) {
         constexpr int maxLevels = 8;
         const Reach::Target place = reach_.follow(folder);
@@ -205,7 +204,7 @@ private:
     std::vector<Application> applications_;
 };
 
-/// Where the programs of many applications lie side by side.
+/// Folders that contain the programs of many applications.
 std::vector<std::string> sharedFolders(const Reach& reach) {
     std::vector<std::string> folders = {"/bin",       "/sbin", "/usr/bin",   "/usr/sbin", "/usr/local/bin",
                                         "/usr/games", "/usr",  "/usr/local", "/usr/lib",  "/usr/libexec",

@@ -19,8 +19,8 @@ namespace {
 
 using Role = SingleInstance::Role;
 
-constexpr int maxWait = 4'000;               // milliseconds for one answer
-constexpr std::chrono::seconds maxStart{6};  // for all of them together
+constexpr int maxWait = 4'000;               // milliseconds for one call
+constexpr std::chrono::seconds maxStart{6};  // for all calls together
 constexpr const char* applicationId = "org.ulvak.ulvak";
 constexpr const char* objectPath = "/org/ulvak/ulvak";
 constexpr const char* interfaceName = "org.freedesktop.Application";
@@ -47,7 +47,7 @@ struct Unref {
 template <typename Object>
 using Owned = std::unique_ptr<Object, Unref>;
 
-/// The bus that the session has. One that is not there yet is not started for this.
+/// The address of the session's bus. Does not start one.
 std::string busAddress() {
     const char* named = std::getenv("DBUS_SESSION_BUS_ADDRESS");  // NOLINT(concurrency-mt-unsafe)
     if (named != nullptr && *named != '\0')
@@ -64,7 +64,7 @@ std::string busAddress() {
     return "unix:path=" + std::string(escaped.get());
 }
 
-/// A name on the bus for a place; the same for the same place, whatever the program.
+/// The bus name for a place; the same place always gives the same name.
 std::string busName(const std::string& place) {
     const Owned<char> digest(g_compute_checksum_for_string(G_CHECKSUM_SHA256, place.c_str(), -1));
     return std::string(applicationId) + ".at_" + std::string(digest.get()).substr(0, 16);
@@ -75,7 +75,7 @@ std::string stringIn(GVariant* platformData, const char* key) {
     return g_variant_lookup(platformData, key, "&s", &text) != FALSE ? std::string(text) : std::string();
 }
 
-/// The strings of the action's one parameter, a list of them.
+/// The strings in the action's single parameter, a list of them.
 std::vector<std::string> argumentsIn(GVariant* parameters) {
     const Owned<GVariant> values(g_variant_get_child_value(parameters, 1));
     if (g_variant_n_children(values.get()) != 1)
@@ -106,7 +106,7 @@ LaunchRequest requestIn(std::string_view method, GVariant* parameters) {
     return request;
 }
 
-/// What `requestIn` reads, as parameters of the method for it.
+/// The inverse of `requestIn`: the parameters of the matching method.
 GVariant* parametersOf(const LaunchRequest& request) {
     GVariantBuilder platformData;
     g_variant_builder_init(&platformData, G_VARIANT_TYPE_VARDICT);
@@ -141,7 +141,7 @@ std::string activationToken() {
     return token.empty() ? validToken("DESKTOP_STARTUP_ID") : token;
 }
 
-/// A connection of its own to the bus, served by a thread of its own, whatever the window's library does.
+/// Its own connection to the bus, served by its own thread, independent of the toolkit's.
 class SingleInstance::Desktop {
 public:
     Desktop(std::string address, std::string name, const LaunchRequest& request)
@@ -151,7 +151,7 @@ public:
         if (role.wait_for(maxStart) == std::future_status::ready)
             foundRole = role.get();
         else
-            g_cancellable_cancel(stop_.get());  // a bus that says nothing is none
+            g_cancellable_cancel(stop_.get());  // a bus that does not answer counts as none
     }
     ~Desktop() {
         g_cancellable_cancel(stop_.get());
@@ -198,7 +198,7 @@ private:
             nullptr, stop_.get(), nullptr));
     }
 
-    /// Before it has the name: whoever finds that can call at once.
+    /// Before requesting the name: whoever sees the name may call at once.
     bool registerAt(GDBusConnection* bus) {
         static const GDBusInterfaceVTable calls{
             .method_call = &Desktop::take, .get_property = nullptr, .set_property = nullptr, .padding = {}};
@@ -214,7 +214,7 @@ private:
                 return Role::first;
             if (const auto role = handOver(bus))
                 return *role;
-            // It has gone in between.
+            // The owner exited in between.
         }
         return Role::first;
     }
@@ -233,7 +233,7 @@ private:
         return answer != isInQueue && answer != isAnothers;
     }
 
-    /// None when nobody has the name any more.
+    /// nullopt if the name no longer has an owner.
     std::optional<Role> handOver(GDBusConnection* bus) {
         GError* failure = nullptr;
         const Owned<GVariant> reply(g_dbus_connection_call_sync(
@@ -287,7 +287,7 @@ private:
     std::promise<Role> role_;
     std::mutex mutex_;
     Received received_;                          ///< guarded by `mutex_`
-    std::vector<GDBusMethodInvocation*> early_;  ///< before there was somebody to tell; guarded by `mutex_`
+    std::vector<GDBusMethodInvocation*> early_;  ///< received before `listen`; guarded by `mutex_`
     std::thread thread_;
 };
 

@@ -16,7 +16,7 @@
 
 namespace ulvak::platform {
 
-// Asked for with each file that is opened.
+// Set per opened file instead (O_NOATIME).
 QuietAccess::QuietAccess() = default;
 QuietAccess::~QuietAccess() = default;
 
@@ -25,11 +25,11 @@ QuietAccess::~QuietAccess() = default;
 namespace ulvak::platform::posix {
 namespace {
 
-/// The longest path that the kernel takes in one call, without the terminating zero.
+/// Maximum length of a path in one system call, without the terminating NUL.
 constexpr std::size_t maxPathLength = 4095;
 
-/// Opens by `open(flags)`. O_NOATIME keeps our looks from renewing the dates that tell when somebody last
-/// used a folder or file. Only the owner may ask for it; others open without.
+/// Opens with `open(flags)`. O_NOATIME keeps our reads from updating the dates that tell when a folder or
+/// file was last used. Only the owner may request it; others open without.
 template <typename Open>
 FileDescriptor openQuietly(int flags, Open open) {
     FileDescriptor opened = open(flags | O_NOATIME);
@@ -57,7 +57,7 @@ FileDescriptor openWithin(int parent, const char* path, int flags) {
     return FileDescriptor(static_cast<int>(::syscall(SYS_openat2, parent, path, &how, sizeof how)));
 }
 
-/// Kernels before 5.6 do not know `openat2`, and some sandboxes refuse it.
+/// Kernels before 5.6 lack `openat2`, and some sandboxes refuse it.
 bool hasOpenat2() {
     static const bool answer = [] {
         const FileDescriptor here = openWithin(AT_FDCWD, ".", O_PATH | O_CLOEXEC);
@@ -66,15 +66,16 @@ bool hasOpenat2() {
     return answer;
 }
 
-/// The mount that an open folder belongs to; -1 when the kernel does not say.
+/// The mount id of an open folder; -1 if the kernel does not say.
 int mountOf(int handle) {
-    file_handle none{};  // no room for the handle itself, which nobody wants: the mount is told all the same
+    file_handle
+        none{};  // no room for the handle itself, which is not needed: the mount id is returned anyway
     int mount = -1;
     const int result = ::name_to_handle_at(handle, "", &none, &mount, AT_EMPTY_PATH);
     return result == 0 || errno == EOVERFLOW ? mount : -1;
 }
 
-/// Whether two open folders belong to one mount; where the kernel does not say, their volume has to do.
+/// Whether two open folders are on the same mount; on the same device if the kernel does not report mounts.
 bool isSameMount(int one, int other) {
     const int mount = mountOf(one);
     if (mount != mountOf(other))
@@ -85,7 +86,7 @@ bool isSameMount(int one, int other) {
            (::fstat(one, &first) == 0 && ::fstat(other, &second) == 0 && first.st_dev == second.st_dev);
 }
 
-/// As `openWithin` for a single name, where there is no `openat2`.
+/// Like `openWithin`, for a single name, without `openat2`.
 FileDescriptor openName(int parent, const char* name, int flags) {
     FileDescriptor opened(::openat(parent, name, flags | O_NOFOLLOW));
     if (opened.isOpen() && !isSameMount(opened.get(), parent)) {
@@ -114,7 +115,7 @@ FileDescriptor openStepBelow(int parent, const char* path) {
     return openStep(parent, path, O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
 
-/// Without `openat2` a single name, for `O_NOFOLLOW` guards only the last one.
+/// Without `openat2`, one name at a time, since `O_NOFOLLOW` covers only the last component.
 std::size_t stepLength(std::string_view path) {
     if (!hasOpenat2())
         return std::min(path.find('/'), path.size());
@@ -138,8 +139,8 @@ std::optional<Item> itemAt(int parent, const char* name) {
         .isFolder = S_ISDIR(info.stx_mode),
         .isRegularFile = S_ISREG(info.stx_mode),
         .isMountPoint = (info.stx_attributes & info.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0,
-        // A file that has a length but holds nothing on disk is a hole, or its contents are elsewhere. Files
-        // small enough to lie in the inode still report a block.
+        // A file with a length but no allocated blocks is a hole, or its contents are remote. Files small
+        // enough to be stored in the inode still report a block.
         .isPlaceholder = info.stx_size > 0 && info.stx_blocks == 0,
         .length = static_cast<std::int64_t>(std::min<std::uint64_t>(info.stx_size, std::uint64_t{INT64_MAX})),
         .allocatedSize = allocatedBytes(info.stx_blocks),
@@ -154,7 +155,7 @@ int exchange(int folder, const char* one, const char* other) {
     return ::renameat2(folder, one, folder, other, RENAME_EXCHANGE);
 }
 
-/// A file of a lower layer is copied up to be renamed.
+/// On overlayfs, a file of a lower layer is copied up when renamed.
 bool movingCopies(int folder) {
     struct statfs info{};
     return ::fstatfs(folder, &info) == 0 && info.f_type == OVERLAYFS_SUPER_MAGIC;
@@ -169,7 +170,7 @@ bool permit(int folder) {
 bool permitBelow(int parent, const char* name, const FileNumber& number) {
     const FileDescriptor folder = openStepBelow(parent, name);
     struct stat info{};
-    // A handle without the right to read knows no fchmod(2), but the name that "/proc" has for it does.
+    // fchmod(2) fails on an O_PATH handle, but chmod(2) on its name in /proc works.
     return folder.isOpen() && ::fstat(folder.get(), &info) == 0 && mayBePermitted(info) &&
            FileNumber{volumeNumber(info), info.st_ino} == number &&
            ::chmod(("/proc/self/fd/" + std::to_string(folder.get())).c_str(),
@@ -205,7 +206,7 @@ int flushToDisk(int handle) {
 }
 
 std::optional<std::size_t> openHandles() {
-    // The reader's memory before the handle: where there is none, nothing is left open.
+    // Allocate the reader before opening the handle: if memory runs out, no handle is left open.
     EntryReader reader(Attributes::listed);
     const auto own = Directory::open("/proc/self/fd");
     if (!own)

@@ -23,14 +23,14 @@
 namespace ulvak::platform {
 namespace {
 
-/// How often another name is tried, and another Trash where somebody is just removing its folders.
+/// Attempts at finding a free name, and at reopening a Trash whose folders are just being removed.
 constexpr int maxAttempts = 100;
 
 std::error_code systemError(int number) {
     return {number, std::generic_category()};
 }
 
-/// What is at `path` without its last name.
+/// The parent of `path`.
 std::string folderOf(std::string_view path) {
     return std::string(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1)));
 }
@@ -59,7 +59,7 @@ public:
             if (!trashed && trashed.error().code == std::errc::cross_device_link)
                 trashed = intoVolume();
             const bool hasVanished = !trashed && trashed.error().code == std::errc::no_such_file_or_directory;
-            // The item is there: it was the Trash that somebody has just emptied, with its folders.
+            // The item is still there, so what vanished was the Trash, just emptied along with its folders.
             if (!hasVanished || attempt == maxAttempts || from_.identity() != item_)
                 return trashed;
         }
@@ -72,10 +72,11 @@ private:
         return std::unexpected(FileError{.code = code, .path = path_, .detail = std::move(detail)});
     }
 
-    /// 0, or why the item is not moved at all. From here on it is held, so that nothing else gets its number.
+    /// Returns 0, or why the item must not be moved. From here on it is held, so that its inode number is not
+    /// reused.
     int judge() {
         if (path_.size() >= PATH_MAX)
-            return ENAMETOOLONG;  // nobody could put it back
+            return ENAMETOOLONG;  // nobody could restore it
         pinned_ = posix::holdAt(from_.folder.handle(), from_.name.c_str());
         if (!pinned_.isOpen())
             return errno;
@@ -84,14 +85,14 @@ private:
         return from_.folder.isAt(folderOf(path_)) ? 0 : ESTALE;
     }
 
-    /// Whether what is at a place is the item, whatever the move has made of its identity: some file systems
+    /// Whether the entry at `spot` is the item, even if the move has changed its identity: some file systems
     /// copy what they move.
     [[nodiscard]] bool isItem(const Spot& spot) const {
         const auto there = spot.identity();
         return there && there == posix::identityAt(pinned_.get(), "");
     }
 
-    /// Nothing where no note was written, or where it or the Trash has changed since.
+    /// nullopt if no note was written, or if it or the Trash has changed since.
     std::optional<Result> withNoteAhead() {
         auto waiting = ahead_ != nullptr ? ahead_->take(path_) : std::nullopt;
         if (!waiting || !waiting->note.isThere() || !isInPlace(*waiting->trash))
@@ -138,7 +139,7 @@ private:
         return trash ? into(*trash, *real) : failed(trash.error());
     }
 
-    /// `origin` is the folder's path as the note has it.
+    /// `origin` is the folder's path as recorded in the note.
     Result into(const OpenTrash& trash, const std::string& origin) {
         std::string noted = trash.top.empty() ? path_ : (origin == "/" ? "" : origin) + "/" + from_.name;
         if (!trash.top.empty())
@@ -163,7 +164,7 @@ private:
         return failed(systemError(EEXIST), trash.path);
     }
 
-    /// What the file system says itself, or less than every one of them has.
+    /// The file system's own limit, or a value below every file system's.
     static std::size_t shorterName(const OpenTrash& trash) {
         constexpr long shortest = 64;
         const long most = ::fpathconf(trash.notes.handle(), _PC_NAME_MAX);
@@ -171,7 +172,7 @@ private:
             most >= shortest && most < static_cast<long>(maxNameLength) ? most : shortest);
     }
 
-    /// Moves an entry to a name that nothing has, or fails with EEXIST. 0, or the number of the error.
+    /// Moves an entry without replacing anything: EEXIST if the name is taken. Returns 0 or an errno value.
     [[nodiscard]] int rename(const Spot& from, const Spot& to) const {
         if (calls_.rename(from.folder.handle(), from.name.c_str(), to.folder.handle(), to.name.c_str(),
                           RENAME_NOREPLACE) == 0)
@@ -179,9 +180,9 @@ private:
         return errno == EINVAL || errno == ENOSYS ? renameOverOwn(from, to) : errno;
     }
 
-    /// Where the file system cannot do it in one step, only something empty of our own making is replaced.
-    /// What is at `from` may be something else by then: then the kernel refuses, or it is put back like all
-    /// that arrives.
+    /// Without an atomic no-replace rename, replaces only an empty entry that we created ourselves. `from`
+    /// may be something else by then: either the kernel refuses, or it is put back like anything that arrives
+    /// wrongly.
     [[nodiscard]] int renameOverOwn(const Spot& from, const Spot& to) const {
         struct stat info{};
         if (::fstatat(from.folder.handle(), from.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
@@ -207,26 +208,26 @@ private:
         return made.isOpen() ? 0 : errno;
     }
 
-    /// What has arrived at `to` is the item, its note is there, and the note tells the truth; or else it goes
-    /// back (ESTALE). 0, or the number of the error.
+    /// Checks that what arrived at `to` is the item, that its note is there, and that the note is correct;
+    /// otherwise puts it back (ESTALE). Returns 0 or an errno value.
     [[nodiscard]] int settle(const Spot& to, TrashNote& note, const std::string& origin) const {
         const auto isWell = [&] { return isItem(to) && note.isThere() && from_.folder.isAt(origin); };
         if (isWell())
             return 0;
         if (rename(to, from_) == 0)
             return ESTALE;
-        // Whoever swaps has put the item back in its place meanwhile: then the two change places.
+        // Somebody has put the item back in its place meanwhile: swap the two.
         if (isItem(from_) && !isItem(to) &&
             calls_.rename(to.folder.handle(), to.name.c_str(), from_.folder.handle(), from_.name.c_str(),
                           RENAME_EXCHANGE) == 0 &&
             isWell())
             return 0;
         if (!putBeside(to))
-            note.keep();  // its folder is gone: the note is all that tells where it was
+            note.keep();  // its folder is gone; only the note tells where it was
         return ESTALE;
     }
 
-    /// Where it was there is something else now: a name beside it that nobody overlooks.
+    /// Its old name is taken: puts it beside that, under a name that is easy to notice.
     [[nodiscard]] bool putBeside(const Spot& spot) const {
         for (int number = 2; number < 2 + maxAttempts; ++number) {
             const int failure = rename(spot, {.folder = from_.folder, .name = trashName(from_.name, number)});
@@ -241,7 +242,7 @@ private:
     std::string path_;
     const posix::TrashCalls& calls_;
     TrashNotes::Notes* ahead_;  ///< may be null
-    FileDescriptor pinned_;     ///< the item, open for nothing but being known again
+    FileDescriptor pinned_;     ///< the item, opened only to recognise it
 };
 
 }  // namespace
@@ -265,7 +266,7 @@ const TrashLayout& trashLayout() {
     return layout;
 }
 
-/// The program asks a service of the session, which knows nothing of this process's HOME and XDG_DATA_HOME.
+/// The program talks to a session service, which does not know this process's HOME and XDG_DATA_HOME.
 std::optional<Command> trashEmptyingCommand(const std::string& trash) {
     if (!posix::isDesktopsTrash(trash))
         return std::nullopt;

@@ -7,12 +7,12 @@
 
 namespace ulvak::platform::posix {
 
-/// What moving to the Trash asks of the kernel, and not every file system can do.
+/// The system call behind a move to the Trash, which not every file system supports. Replaceable in tests.
 struct TrashCalls {
     std::function<int(int, const char*, int, const char*, unsigned)> rename = ::renameat2;
 };
 
-/// As `moveToTrash` of `platform/trash.h`, by these calls.
+/// Like `moveToTrash` in `platform/trash.h`, using these calls.
 [[nodiscard]] std::expected<TrashedItem, FileError> moveToTrash(
     const Directory& parent, const std::string& name, const ItemIdentity& item, const std::string& path,
     const TrashCalls& calls, TrashNotes* ahead = nullptr);

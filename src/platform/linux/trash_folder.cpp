@@ -37,7 +37,7 @@ std::error_code notSupported() {
     return {ENOTSUP, std::generic_category()};
 }
 
-/// The folder `name` of `parent`, if it is this user's and nobody else may change what is in it.
+/// Opens the folder `name` of `parent`, if this user owns it and nobody else may change its contents.
 std::expected<Directory, std::error_code> openOwn(const Directory& parent, const std::string& name) {
     auto folder = parent.openBelow(name.c_str());
     if (!folder)
@@ -47,7 +47,7 @@ std::expected<Directory, std::error_code> openOwn(const Directory& parent, const
         return std::unexpected(lastError());
     if (info.st_uid != ::geteuid())
         return std::unexpected(std::make_error_code(std::errc::permission_denied));
-    // Older programs have made it with what the umask left.
+    // Older programs created it with the umask's default permissions.
     if ((info.st_mode & writableByOthers) != 0 &&
         (::fchmod(folder->handle(), onlyThisUser) != 0 || ::fstat(folder->handle(), &info) != 0 ||
          (info.st_mode & writableByOthers) != 0))
@@ -61,7 +61,7 @@ std::expected<Directory, std::error_code> makeOwn(const Directory& parent, const
     return openOwn(parent, name);
 }
 
-/// With its two folders.
+/// Completes a Trash with its two folders.
 std::expected<OpenTrash, std::error_code> whole(std::expected<Directory, std::error_code> folder,
                                                 std::string path, std::string top) {
     if (!folder)
@@ -79,8 +79,8 @@ std::expected<OpenTrash, std::error_code> whole(std::expected<Directory, std::er
                      .notes = std::move(*notes)};
 }
 
-/// The folder at the top of a volume that all its users share, if it is as it must be: a real folder in which
-/// one user cannot rename another's.
+/// The shared Trash folder at the top of a volume, if it is valid: a real folder with the sticky bit, in
+/// which one user cannot rename another's entries.
 std::expected<Directory, std::error_code> openShared(const Directory& top) {
     auto shared = top.openBelow(".Trash");
     struct stat info{};
@@ -95,7 +95,7 @@ struct Names {
     std::string own = ".Trash-" + user;
 };
 
-/// Which mount a place belongs to; its device where the kernel does not say.
+/// The mount id of a path; the device number if the kernel does not report it.
 std::optional<std::uint64_t> mountOf(int folder, const char* path) {
     struct statx info{};
     if (::statx(folder, path, AT_NO_AUTOMOUNT | AT_EMPTY_PATH, STATX_MNT_ID, &info) != 0)
@@ -105,7 +105,7 @@ std::optional<std::uint64_t> mountOf(int folder, const char* path) {
                : (std::uint64_t{info.stx_dev_major} << 32U) | info.stx_dev_minor;
 }
 
-/// The top of the volume that holds `inside`, which lies at the path `realPath`.
+/// The mount point of the volume that contains `inside`, whose path is `realPath`.
 std::string topOf(const Directory& inside, const std::string& realPath) {
     const auto mount = mountOf(inside.handle(), "");
     std::string top = realPath;
@@ -118,7 +118,7 @@ std::string topOf(const Directory& inside, const std::string& realPath) {
     return top;
 }
 
-/// Whether a folder can be looked at without waiting for a server or a program, as nobody has asked for it.
+/// Whether a folder can be read without waiting for a server or another program.
 bool isWithinReach(const std::string& folder) {
     const std::string home = homeDirectory();
     const Reach reach({&home, 1}, Reach::Others::prompt);
@@ -134,13 +134,12 @@ std::string joined(const std::string& top, const std::string& name) {
     return top.ends_with('/') ? top + name : top + "/" + name;
 }
 
-// The list "directorysizes" of a Trash: for each folder in it the bytes that it holds, the date of its note,
-// by which the line is known to be about this very folder, and its name. Whoever shows the Trash need not
-// walk through it.
+// The list "directorysizes" of a Trash has a line for each folder: its size in bytes, its note's date, by
+// which the line is known to belong to this very folder, and its name. It saves file managers a walk.
 
 constexpr std::size_t maxListBytes = 256UZ * 1024 * 1024;
 
-/// The lines of the list by the names of the folders, as they stand in it.
+/// The list's lines, keyed by folder name as encoded there.
 using Lines = std::map<std::string, std::string, std::less<>>;
 
 Lines linesOf(std::string_view list) {
@@ -185,7 +184,7 @@ void updateSizes(const std::string& trash, const std::map<std::string, std::int6
     std::string list;
     for (const auto& [name, line] : lines)
         list.append(line).append("\n");
-    // Dropped by design: without the list file managers measure for themselves.
+    // Dropped by design: without the list, file managers measure for themselves.
     (void)replaceFile(path, list);
 }
 
@@ -226,7 +225,7 @@ std::expected<OpenTrash, std::error_code> volumeTrash(const Directory& inside, c
             return trash;
     }
     auto trash = whole(makeOwn(*folder, names.own), joined(top, names.own), top);
-    // Nobody has made one here for this user, who may not either.
+    // Nobody has created one for this user here, and this user may not.
     if (!trash && trash.error() == std::errc::permission_denied)
         return std::unexpected(notSupported());
     return trash;
@@ -257,7 +256,7 @@ TrashFolders trashFolders() {
     for (const std::string& top : volumes.places) {
         const auto folder = Directory::open(top);
         if (!folder)
-            continue;  // what nobody may enter holds no Trash that the desktop shows either
+            continue;  // a folder that cannot be entered holds no Trash that the desktop shows either
         if (const auto shared = openShared(*folder))
             add(joined(top, names.shared), openOwn(*shared, names.user));
         add(joined(top, names.own), openOwn(*folder, names.own));

@@ -6,31 +6,31 @@
 
 #include "platform/directory.h"
 
-/// The folders that make up a Trash of the freedesktop.org kind: the home's, and those at the top of other
-/// volumes.
+/// The folders of a freedesktop.org Trash: the home folder's, and those at the top of other volumes.
 namespace ulvak::platform {
 
-/// A Trash that is open: whoever renames it or the folders around it cannot lead elsewhere. All three folders
-/// are real ones of this user, which nobody else may write to.
+/// An open Trash: renaming it or its parents cannot redirect us. All three are real folders owned by this
+/// user and not writable by others.
 struct OpenTrash {
     std::string path;  ///< absolute
-    std::string
-        top;  ///< of the volume, from which its notes count; empty for the home's, whose paths are absolute
+    std::string top;  ///< the volume's top, to which note paths are relative; empty for the home Trash, whose
+                      ///< paths are absolute
     Directory folder;
     Directory items;
     Directory notes;
 };
 
-/// The home's; made where it is missing. EXDEV where it lies on a volume that could keep the caller waiting,
-/// as a link or a setting may have it: then it is not looked at.
+/// The home folder's Trash, created if missing. Fails with EXDEV, without touching it, if a link or setting
+/// places it on a volume that may block.
 [[nodiscard]] std::expected<OpenTrash, std::error_code> homeTrash();
 
-/// That of the volume which holds the open folder `inside`, at the path `realPath` without links; made where
-/// it is missing. ENOTSUP where what it holds does not outlive a reboot, and where this user can have none.
+/// The Trash of the volume that contains the open folder `inside`, whose link-free path is `realPath`;
+/// created if missing. ENOTSUP if the volume's contents do not survive a reboot, or if this user cannot have
+/// a Trash there.
 [[nodiscard]] std::expected<OpenTrash, std::error_code> volumeTrash(const Directory& inside,
                                                                     const std::string& realPath);
 
-/// Whether two open folders lie on one file system.
+/// Whether two open folders are on the same file system.
 [[nodiscard]] bool isOnSameVolume(const Directory& one, const Directory& other);
 
 }  // namespace ulvak::platform

@@ -25,7 +25,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using posix::lastError;
 
-/// What is left of `text` in at most `maxSize` bytes. Where it is UTF-8, no character is cut through.
+/// At most the first `maxSize` bytes of `text`, cut between UTF-8 characters.
 std::string_view cut(std::string_view text, std::size_t maxSize) {
     if (text.size() <= maxSize)
         return text;
@@ -39,9 +39,8 @@ std::string_view cut(std::string_view text, std::size_t maxSize) {
     return text.substr(0, maxSize - end < maxCharacterBytes && end > 0 ? end : maxSize);
 }
 
-/// Waits for several files at once, because a file system that keeps a journal ends one transaction for all
-/// that wait: with each awaited after the other, notes take three times as long. Each with whether it is on
-/// the disk.
+/// Flushes several files concurrently, because a journaling file system ends one transaction for all that
+/// wait; one after the other takes three times as long. Returns, for each, whether it is on the disk.
 std::vector<char> flushed(std::span<const TrashNote* const> notes) {
     constexpr std::size_t maxThreads = 8;
     constexpr std::size_t notesForOne = 4;
@@ -59,7 +58,7 @@ std::vector<char> flushed(std::span<const TrashNote* const> notes) {
             while (threads.size() + 1 < std::min(maxThreads, notes.size() / notesForOne))
                 threads.emplace_back(work);
         } catch (const std::system_error&) {
-            return;  // Dropped by design: those that are there do it.
+            return;  // Dropped by design: the threads already running do the work.
         }
     };
     start();
@@ -153,9 +152,8 @@ std::error_code TrashNote::fill(std::string_view text) const {
     return {};
 }
 
-/// The note itself is on the disk before its item moves. A flush of the folder, which most file systems have
-/// made with that of a new file, takes as long again: of thousands in a row only so many are made that they
-/// take a small part of the time.
+/// The note must be on the disk before its item moves. Flushing the folder, which most file systems do along
+/// with a new file, doubles the time, so in a long series it is limited to a small share of the time.
 std::error_code TrashNote::flush() const {
     static std::atomic<Clock::duration::rep> nextFolderFlush = 0;
     if (const auto error = flushFile())
@@ -172,7 +170,7 @@ std::error_code TrashNote::flush() const {
 }
 
 void TrashNote::startFlush() const {
-    // Dropped by design: what it does not begin, the flush does.
+    // Dropped by design: what this does not start, the flush does.
     (void)::sync_file_range(file_.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
@@ -185,7 +183,7 @@ std::error_code TrashNote::flushFolder() const {
 }
 
 TrashNote::~TrashNote() {
-    // Whoever has emptied the Trash meanwhile may have given the name to a note of another item.
+    // After another program has emptied the Trash, the name may belong to another item's note.
     if (!name_.empty() && isThere())
         ::unlinkat(notes_->handle(), name_.c_str(), 0);
 }
@@ -230,8 +228,7 @@ void TrashNotes::Notes::add(const Directory& parent, const std::string& name, co
                              WaitingNote{.trash = home_, .name = std::move(free), .note = std::move(*note)});
 }
 
-/// Each note holds a handle. A process that has few may need the last for moving the items, and for what it
-/// does besides.
+/// Each note holds a handle. If handles are scarce, drops notes so that enough are left to move the items.
 void TrashNotes::Notes::leaveHandles() {
     constexpr std::size_t enough = 32;
     std::vector<FileDescriptor> spare;

@@ -16,41 +16,40 @@
 #include "platform/linux/trash_folder.h"
 #include "platform/trash.h"
 
-/// What a Trash keeps about each of its items: under which name, and where it came from.
+/// What a Trash records about each item: its name there, and where it came from.
 namespace ulvak::platform {
 
-/// Bytes of a file's name where a file system does not say less.
+/// Bytes of a file name, unless the file system's limit is lower.
 inline constexpr std::size_t maxNameLength = 255;
 
-/// The name that an item gets in the Trash: its own, or from the second of that name on one with a number
-/// before the extension. So short that the name of its note has at most `maxLength` bytes; cut between
-/// characters.
+/// An item's name in the Trash: its own, or with a number before the extension if that is taken. Shortened,
+/// between characters, so that its note's name has at most `maxLength` bytes.
 [[nodiscard]] std::string trashName(std::string_view name, int number, std::size_t maxLength = maxNameLength);
 
-/// The smallest number, or nearly so, from 1 on that is not taken, in few questions however many are.
+/// The smallest free number from 1 on, or nearly so, in O(log n) queries.
 [[nodiscard]] int freeNumber(const std::function<bool(int)>& isTaken);
 
-/// `path` as it stands in a note and in the list of sizes: all but plain letters, digits and "-._~/" as
+/// `path` as written in notes and the list of sizes: everything but ASCII letters, digits and "-._~/" becomes
 /// "%XX".
 [[nodiscard]] std::string percentEncoded(std::string_view path);
 
 [[nodiscard]] std::string noteText(std::string_view path, std::time_t when);
 
-/// A note on its way: removed with the object unless it is kept.
+/// A note being written; removed with the object unless `keep` is called.
 class TrashNote {
 public:
-    /// Complete and on its way to the disk before anything that happens after it; EEXIST where the name is
+    /// Writes a note that reaches the disk before anything that happens afterwards. EEXIST if the name is
     /// taken.
     [[nodiscard]] static std::expected<TrashNote, std::error_code> write(const Directory& notes,
                                                                          std::string name,
                                                                          std::string_view text);
-    /// Complete, but not on its way to the disk yet. `notes` outlives it.
+    /// Writes a note without flushing it. `notes` must outlive it.
     [[nodiscard]] static std::expected<TrashNote, std::error_code> draft(const Directory& notes,
                                                                          std::string name,
                                                                          std::string_view text);
-    /// For many at once: begins to write it to the disk and does not wait.
+    /// For batches: starts writing it to the disk without waiting.
     void startFlush() const;
-    /// Until it is there. Its folder has to be as well; some file systems do not know the call for folders.
+    /// Waits until it is on the disk. The folder must be flushed too; some file systems do not support that.
     [[nodiscard]] std::error_code flushFile() const;
     [[nodiscard]] std::error_code flushFolder() const;
     ~TrashNote();
@@ -59,10 +58,10 @@ public:
     TrashNote& operator=(const TrashNote&) = delete;
     TrashNote& operator=(TrashNote&&) = delete;
 
-    /// Under its name. Whoever empties the Trash meanwhile may have found it without an item.
+    /// Whether the note is still there. Another program emptying the Trash may have found it without an item.
     [[nodiscard]] bool isThere() const;
     void keep() { name_.clear(); }
-    /// Another descriptor of the file; not open where there is none to be had.
+    /// Another descriptor of the file; not open if none is available.
     [[nodiscard]] FileDescriptor duplicate() const;
 
 private:
@@ -72,18 +71,18 @@ private:
     [[nodiscard]] std::error_code flush() const;
 
     const Directory* notes_;
-    std::string name_;  ///< empty once it is kept
+    std::string name_;  ///< empty once kept
     FileDescriptor file_;
 };
 
-/// A name that nothing in the Trash has, nearly that of an item; its note's has at most `maxLength` bytes.
+/// A name unused in the Trash, similar to the item's; its note's name has at most `maxLength` bytes.
 [[nodiscard]] std::string freeTrashName(const OpenTrash& trash, const std::string& item,
                                         std::size_t maxLength = maxNameLength);
 
-/// A note that waits for its item.
+/// A note waiting for its item.
 struct WaitingNote {
     std::shared_ptr<const OpenTrash> trash;
-    std::string name;  ///< that the item gets there
+    std::string name;  ///< the item's name there
     TrashNote note;
 };
 
@@ -92,7 +91,7 @@ public:
     void add(const Directory& parent, const std::string& name, const std::string& path);
     void flush();
 
-    /// The note about a path, once.
+    /// Removes and returns the note about a path.
     [[nodiscard]] std::optional<WaitingNote> take(const std::string& path);
 
 private:
@@ -101,7 +100,7 @@ private:
     std::shared_ptr<const OpenTrash> home_;
     bool isHomeKnown_ = false;
     bool isFlushed_ = false;
-    std::map<std::string, WaitingNote> waiting_;  ///< by the items' paths
+    std::map<std::string, WaitingNote> waiting_;  ///< keyed by the items' paths
 };
 
 }  // namespace ulvak::platform

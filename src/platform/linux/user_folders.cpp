@@ -44,14 +44,14 @@ std::string posix::desktopsTrash(const std::string& home) {
 std::string homeDirectory() {
     if (auto home = absoluteFromEnvironment("HOME"))
         return *home;
-    // A user whom the system does not know has no home: an empty place is better than somebody else's.
+    // A user unknown to the system has no home: a nonexistent path is better than somebody else's.
     return posix::systemHome().value_or("/nonexistent");
 }
 
 std::string temporaryDirectory() {
     auto temp = absoluteFromEnvironment("TMPDIR");
-    // "/" is nobody's temporary folder, however it is spelled, and what lies in a temporary folder is called
-    // safe to delete.
+    // "/" is never a temporary folder, however it is spelled: the contents of a temporary folder are
+    // classified as safe to delete.
     if (!temp || leadsToRoot(*temp))
         return "/tmp";
     return *temp;

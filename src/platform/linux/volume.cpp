@@ -16,7 +16,7 @@
 namespace ulvak::platform {
 namespace {
 
-/// The kernel writes blanks, tabs, line feeds and backslashes in a path as "\ooo".
+/// The kernel escapes spaces, tabs, line feeds and backslashes in a path as "\ooo".
 std::string unescaped(std::string_view text) {
     const auto isOctal = [&](std::size_t i) { return i < text.size() && text[i] >= '0' && text[i] <= '7'; };
     std::string result;
@@ -43,7 +43,7 @@ bool isNumber(std::string_view text, int& number) {
     return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
-/// The next field of a line, in which only blanks separate.
+/// The next space-separated field of a line.
 std::string_view nextField(std::string_view& rest) {
     const std::size_t blank = rest.find(' ');
     const std::string_view field = rest.substr(0, blank);
@@ -51,19 +51,19 @@ std::string_view nextField(std::string_view& rest) {
     return field;
 }
 
-/// Whether a file system of that type and source asks another computer or another program.
+/// Whether a file system of that type and source depends on another computer or another program.
 bool asksOthers(std::string_view type, std::string_view source) {
     constexpr std::array<std::string_view, 34> types = {
         "9p",    "acfs",  "afs",   "aufs",    "autofs",   "beegfs",   "ceph",  "cifs",   "coda",
         "davfs", "fhgfs", "fuse",  "fuseblk", "gfs",      "gfs2",     "gpfs",  "lustre", "mfs",
         "ncp",   "ncpfs", "nfs",   "nfs4",    "ocfs2",    "orangefs", "panfs", "prl_fs", "pvfs2",
         "smb3",  "smbfs", "sshfs", "vboxsf",  "virtiofs", "vmhgfs",   "wekafs"};
-    // What nobody has heard of is known by its server: "host:/path", "//host/path".
+    // Unknown types are recognised by their server: "host:/path", "//host/path".
     return std::ranges::find(types, type) != types.end() || type.starts_with("fuse.") ||
            source.starts_with("//") || (source.contains(":/") && !source.starts_with('/'));
 }
 
-/// The kernel's table: "36 35 98:0 /root /mount/point options… - type source options".
+/// Parses mountinfo: "36 35 98:0 /root /mount/point options… - type source options".
 std::vector<TableRow> mountTable() {
     std::vector<TableRow> rows;
     std::ifstream table("/proc/self/mountinfo", std::ios::binary);
@@ -72,7 +72,7 @@ std::vector<TableRow> mountTable() {
         std::string_view rest = line;
         TableRow row;
         if (!isNumber(nextField(rest), row.id) || !isNumber(nextField(rest), row.parentId))
-            return {};  // a table that cannot be understood is none
+            return {};  // an unparsable table counts as none
         const std::string_view volume = nextField(rest);
         const std::size_t colon = std::min(volume.find(':'), volume.size());
         int major = 0;
@@ -110,7 +110,7 @@ bool isMountedOn(const TableRow& mount, const TableRow& upper, const MountsById&
     return false;
 }
 
-/// A mount that a later one, at its place or above, has covered: its path may now be a folder like others.
+/// Whether a later mount, at its path or above, hides this one: its path may now be an ordinary folder.
 bool isCovered(const TableRow& row, const MountsByPath& byPath, const MountsById& byId) {
     for (std::size_t end = row.mount.path.size(); end > 0; end = row.mount.path.rfind('/', end - 1)) {
         if (end == std::string::npos)

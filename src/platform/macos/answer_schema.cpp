@@ -7,14 +7,14 @@
 namespace ulvak::platform {
 namespace {
 
-/// Keeps the order of keys, in which the model answers.
+/// Keeps key order, in which the model answers.
 using Json = nlohmann::ordered_json;
 
 bool isText(const Json& object, const char* key) {
     return object.contains(key) && object[key].is_string();
 }
 
-/// Nothing for what is none, or beyond the range.
+/// nullopt if it is not an integer, or out of range.
 std::optional<std::int64_t> wholeNumber(const Json& object, const char* key) {
     if (!object.contains(key) || !object[key].is_number_integer())
         return std::nullopt;

@@ -9,14 +9,14 @@
 namespace ulvak::platform {
 namespace {
 
-/// As <sys/vnode.h> numbers them.
+/// The values of <sys/vnode.h>.
 constexpr std::uint32_t fileType = 1;
 constexpr std::uint32_t folderType = 2;
 constexpr std::uint32_t linkType = 5;
-/// A mount point, or where a mount starts as soon as somebody looks.
+/// A mount point, or an automount trigger.
 constexpr std::uint32_t mountPointOrTrigger = 1U | 2U;
 
-/// The attributes that a record has, in the order in which the system writes the five groups.
+/// The attributes in a record, in the order in which the system writes the five groups.
 struct AttributeSet {
     std::uint32_t common = 0;
     std::uint32_t volume = 0;
@@ -24,14 +24,14 @@ struct AttributeSet {
     std::uint32_t file = 0;
     std::uint32_t fork = 0;
 
-    /// Whoever does not know a field does not know where the next one begins.
+    /// Field positions depend on every field before, so an unknown one makes the rest unreadable.
     [[nodiscard]] bool hasOnlyWhatWasAsked() const {
         return (common & ~BulkBits::common) == 0 && volume == 0 && (folder & ~BulkBits::folder) == 0 &&
                (file & ~BulkBits::file) == 0 && fork == 0;
     }
 };
 
-/// Where a name lies: bytes from this very field on, and how many, its zero byte included.
+/// Where a name is: offset from this field, and length including the NUL.
 struct Reference {
     std::int32_t offset = 0;
     std::uint32_t length = 0;
@@ -42,12 +42,12 @@ struct Timestamp {
     std::int64_t nanoseconds = 0;
 };
 
-/// Takes fields from the front of a record, at whatever address it lies.
+/// Takes fields from the front of a record; no alignment required.
 class Fields {
 public:
     explicit Fields(std::span<const std::byte> record) : record_(record) {}
 
-    /// False when the record ends before the field does.
+    /// False if the record ends before the field does.
     template <typename Field>
     bool take(Field& field) {
         if (record_.size() - position_ < sizeof field)
@@ -57,7 +57,7 @@ public:
         return true;
     }
 
-    /// The same for a field that is there only when its bit is set.
+    /// The same, for a field that is present only if its bit is set.
     template <typename Field>
     bool takeIf(bool isThere, std::optional<Field>& field) {
         return !isThere || take(field.emplace());
@@ -70,7 +70,7 @@ private:
     std::size_t position_ = 0;
 };
 
-/// The name that a reference found at `field` leads to. Nothing when it leads out of the record or to no end.
+/// The name a reference at `field` points to. nullopt if it points outside the record or is not terminated.
 std::optional<std::string_view> nameAt(std::span<const std::byte> record, std::size_t field,
                                        const Reference& reference) {
     const std::int64_t begin = static_cast<std::int64_t>(field) + reference.offset;
@@ -85,7 +85,7 @@ std::optional<std::string_view> nameAt(std::span<const std::byte> record, std::s
                             static_cast<std::size_t>(end - bytes.begin()));
 }
 
-/// A name with a "/" would lead elsewhere than to an entry of the folder.
+/// A name with a "/" would not be an entry of the folder.
 bool canBeAnEntry(std::string_view name) {
     return name != "." && name != ".." && !name.contains('/');
 }
@@ -195,7 +195,7 @@ std::optional<DirectoryEntry> BulkListing::nextEntry(const Read& read, const Nam
     while (!error) {
         if (left_ == 0) {
             const int count = fill(read);
-            // A folder whose names live elsewhere, and are not fetched for this, holds nothing on this disk.
+            // A dataless folder, whose names are not fetched for this, holds nothing on this disk.
             if (count < 0 && errno != EDEADLK)
                 error = {errno, std::generic_category()};
             if (count <= 0)

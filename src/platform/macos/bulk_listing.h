@@ -10,13 +10,13 @@
 
 #include "platform/directory.h"
 
-/// What getattrlistbulk(2) puts into a buffer, one record an entry: its length, the attributes that follow,
-/// an error, and then the attributes in the order of their bits, packed, on four-byte boundaries. Needs
-/// nothing of the system, so that it can be tested on any; `directory.cpp` checks the numbers against the
-/// system's, those of the types where it brings the header that has them.
+/// The buffer format of getattrlistbulk(2), one record per entry: its length, the set of attributes that
+/// follow, an error, and then the attributes in bit order, packed, 4-byte aligned. Independent of the system,
+/// so that it can be tested on any; `directory.cpp` checks the constants against the system's, those of the
+/// types if it includes the header that defines them.
 namespace ulvak::platform {
 
-/// The bits by which attributes are asked for and answered.
+/// The bits that request and report attributes.
 struct BulkBits {
     static constexpr std::uint32_t returnedAttributes = 0x8000'0000;
     static constexpr std::uint32_t error = 0x2000'0000;
@@ -27,7 +27,7 @@ struct BulkBits {
     static constexpr std::uint32_t number = 0x0200'0000;
     static constexpr std::uint32_t mountStatus = 0x0000'0004;     ///< folders only
     static constexpr std::uint32_t names = 0x0000'0001;           ///< files only
-    static constexpr std::uint32_t totalAllocated = 0x0000'0004;  ///< files only, all their forks
+    static constexpr std::uint32_t totalAllocated = 0x0000'0004;  ///< files only, all forks
     static constexpr std::uint32_t dataAllocated = 0x0000'0400;   ///< files only, the data fork
 
     static constexpr std::uint32_t common =
@@ -36,10 +36,10 @@ struct BulkBits {
     static constexpr std::uint32_t file = names | totalAllocated | dataAllocated;
 };
 
-/// Each field is absent when the record does not have it.
+/// Fields are nullopt if the record does not contain them.
 struct BulkRecord {
-    /// Ends in a zero byte, which does not belong to it; lies in the buffer. Empty when there is no name, or
-    /// one that no entry can have.
+    /// NUL-terminated (the NUL is not included); points into the buffer. Empty if there is no name, or one
+    /// that no entry can have.
     std::string_view name;
     std::uint32_t error = 0;  ///< why the system could not describe the entry
     std::optional<std::uint32_t> volume;
@@ -54,39 +54,40 @@ struct BulkRecord {
     [[nodiscard]] bool isFolder() const;
 };
 
-/// The record at `position`, which moves on to the one behind it. Nothing when what is there cannot be one:
-/// then nothing after it can be understood either. `position` may be at any address.
+/// Parses the record at `position` and advances it to the next one. nullopt if it is not valid: then nothing
+/// after it can be parsed either. `position` need not be aligned.
 [[nodiscard]] std::optional<BulkRecord> takeRecord(std::span<const std::byte> buffer, std::size_t& position);
 
-/// What is told of an entry that is only listed, as far as the record says it.
+/// The entry of a record read with `Attributes::listed`, as far as the record describes it.
 [[nodiscard]] DirectoryEntry listedEntryOf(const BulkRecord& record);
 
-/// What the walk is told of an entry. Nothing for one that the system does not describe.
+/// The entry of a record for the walk. nullopt if the system does not describe it.
 [[nodiscard]] std::optional<DirectoryEntry> entryOf(const BulkRecord& record);
 
-/// A folder's entries, read piece by piece into one buffer as getattrlistbulk(2) gives them: the system says
-/// how many records a piece has, and where one ends the next begins. Needs nothing of the system. A view for
-/// the length of a call: the buffer and the place in it are whoever's it is.
+/// A folder's entries, read piece by piece into one buffer as getattrlistbulk(2) delivers them: the system
+/// reports the number of records in a piece, and each begins where the previous one ends. Independent of the
+/// system. A view for the duration of a call; the caller owns the buffer and the position.
 class BulkListing {
 public:
-    /// Puts the next piece into the buffer: how many records it has, 0 at the end, or -1 with `errno` set.
+    /// Reads the next piece into the buffer. Returns its number of records, 0 at the end, or -1 with `errno`
+    /// set.
     using Read = std::function<int(std::span<std::byte>)>;
 
-    /// `left` counts the records of the piece that are still to come, `position` is where they begin.
+    /// `left` counts the remaining records of the piece; `position` is where they begin.
     BulkListing(std::span<std::byte> buffer, std::size_t& position, std::size_t& left)
         : buffer_(buffer), position_(position), left_(left) {}
 
-    /// The next entry of the folder, those left out that the system does not describe and the folders named
-    /// in `excluded` (null for none). Nothing at the end, and after an error, which is then set.
+    /// The next entry of the folder; skips entries the system does not describe and folders named in
+    /// `excluded` (null for none). nullopt at the end, and after an error, which is then set.
     [[nodiscard]] std::optional<DirectoryEntry> nextEntry(const Read& read, const NameSet* excluded,
                                                           std::error_code& error);
 
-    /// The next piece for whoever asks for names: whether there is one (1), none any more (0), or it failed
-    /// (-1 with `errno` set). A piece that cannot be understood to its end, or has an entry without a name,
-    /// fails as a whole (EIO): what is missing would make the folder look emptier than it is.
+    /// Reads the next piece for `nextName`. Returns 1 if there is one, 0 at the end, -1 with `errno` set on
+    /// failure. A piece that cannot be fully parsed, or has an entry without a name, fails as a whole (EIO):
+    /// skipping entries would make the folder look emptier than it is.
     [[nodiscard]] int readNames(const Read& read);
 
-    /// The next record of that piece; nothing at its end.
+    /// The next record of that piece; nullopt at its end.
     [[nodiscard]] std::optional<BulkRecord> nextName();
 
 private:

@@ -16,7 +16,8 @@ bool revealInFileBrowser(std::span<const std::string> paths) {
                 [urls addObject:url];
         }
         if (urls.count > 0)
-            [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:urls];  // the Finder is always there
+            [NSWorkspace.sharedWorkspace
+                activateFileViewerSelectingURLs:urls];  // the Finder is always running
         return paths.empty() || urls.count > 0;
     }
 }
@@ -45,7 +46,7 @@ std::vector<std::string> runningApplications() {
     }
 }
 
-// The toolkit's palette follows the system's appearance by itself.
+// The toolkit's palette already follows the system's appearance.
 class ColorSchemeWatch::Desktop {};
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): another system keeps it
@@ -53,8 +54,8 @@ ColorSchemeWatch::ColorSchemeWatch(Changed /*changed*/) {}
 
 ColorSchemeWatch::~ColorSchemeWatch() = default;
 
-// The bundle says that it is started once (LSMultipleInstancesProhibited): the system then brings the window
-// to the front by itself. Who starts the program in it by hand gets a window of their own.
+// The bundle allows only one instance (LSMultipleInstancesProhibited): the system then brings the existing
+// window to the front. Starting the executable inside it by hand opens another window.
 class SingleInstance::Desktop {};
 
 std::string activationToken() {

@@ -37,7 +37,7 @@ namespace {
 
 constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 
-/// Name and type are all that is asked for where an entry is only to be listed.
+/// With `listed`, only name and type are requested.
 attrlist attributesFor(Attributes asked) {
     constexpr std::uint32_t listed =
         BulkBits::returnedAttributes | BulkBits::error | BulkBits::name | BulkBits::objectType;
@@ -51,8 +51,8 @@ attrlist attributesFor(Attributes asked) {
             .forkattr = 0};
 }
 
-/// The next piece of a folder that several may read in turns; which one it is in `number`. Renews no access
-/// date and fetches no folder that lives elsewhere.
+/// Reads the next piece of a folder that several readers may share; sets `number` to its index. Updates no
+/// access date and fetches no dataless folder.
 template <typename Turns>
 int readBulk(int folder, Attributes asked, Turns& turns, std::size_t& number, std::span<std::byte> piece) {
     const QuietAccess quiet;
@@ -70,7 +70,7 @@ EntryReader::EntryReader(Attributes asked)
     : asked_(asked), buffer_(std::make_unique_for_overwrite<std::byte[]>(bufferSize)) {}
 EntryReader::~EntryReader() = default;
 
-/// `end_` counts the records of the piece that are left.
+/// With `Attributes::listed`, `end_` counts the remaining records of the piece.
 const DirectoryEntry* EntryReader::next() {
     if (asked_ == Attributes::listed) {
         const DirectoryEntry* entry = nextOfPiece();

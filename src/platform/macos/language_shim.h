@@ -1,8 +1,8 @@
 #ifndef ULVAK_LANGUAGE_SHIM_H
 #define ULVAK_LANGUAGE_SHIM_H
 
-// What the program and language_shim.swift say to each other: C, for it is what both speak. The texts are
-// UTF-8 and end in a zero byte; whoever is given one copies it before the call returns.
+// The C interface between the program and language_shim.swift. Strings are NUL-terminated UTF-8; the receiver
+// must copy them before the call returns.
 
 #include <stdint.h>
 
@@ -18,8 +18,8 @@ enum UlvakModelState {
     ulvakModelUnavailable = 4,
 };
 
-// What has become of a request. Both families of the framework's errors have cases of the same names; they
-// are told apart by `ulvakModelSessionFamily`, which is added.
+// The outcome of a request. Both of the framework's error families have cases with the same names;
+// `ulvakModelSessionFamily` is added to tell them apart.
 enum UlvakModelOutcome {
     ulvakModelAnswered = 0,
     ulvakModelGuardrailViolation = 1,
@@ -54,16 +54,15 @@ struct UlvakModelRequest {
     double temperature;
 };
 
-// Called once for every request, from any thread: the answer as JSON, or what went wrong.
+// Called exactly once per request, on any thread, with the answer as JSON or an error text.
 typedef void (*UlvakModelDone)(void* context, int32_t outcome, const char* text);
 
 int32_t ulvakModelState(void);
 
-// Starts a request and returns at once. The result is given back to `ulvakModelRelease` when `done` was
-// called.
+// Starts a request and returns at once. Pass the result to `ulvakModelRelease` after `done` was called.
 void* ulvakModelStart(const struct UlvakModelRequest* request, void* context, UlvakModelDone done);
 
-// The request ends soon, by an error if it has not ended before.
+// Makes the request end soon, with an error if it has not already ended.
 void ulvakModelCancel(void* started);
 
 void ulvakModelRelease(void* started);

@@ -1,12 +1,12 @@
-// The system's language model, for language_model.cpp: the framework speaks Swift alone. Says no more than that
-// file asks for, as language_shim.h has it.
+// The C interface to the system's language model, whose framework is Swift only. Does no more than
+// system_model.cpp needs; see language_shim.h.
 
 import Foundation
 import FoundationModels
 import UlvakLanguageShim
 
-/// A request that was started. It is settled once, by its answer, its error or its being cancelled, whichever
-/// comes first.
+/// A started request. Settled exactly once: by its answer, its error or its cancellation, whichever comes
+/// first.
 private final class Started: @unchecked Sendable {
     private let lock = NSLock()
     private var isSettled = false  // guarded by the lock
@@ -43,7 +43,7 @@ private func text(_ bytes: UnsafePointer<CChar>?) -> String {
     bytes.map { String(cString: $0) } ?? ""
 }
 
-/// What the C structures of a request say, copied: those are gone when the request runs.
+/// A copy of the C request structures, which are gone by the time the request runs.
 private struct Request: Sendable {
     struct Property: Sendable {
         let name: String
@@ -101,7 +101,7 @@ extension Request {
         return try GenerationSchema(root: DynamicGenerationSchema(name: answerName, properties: rows), dependencies: [])
     }
 
-    /// In a session of its own: nothing is kept from one request to the next.
+    /// In its own session: nothing is kept between requests.
     func answer() async throws -> String {
         let session = LanguageModelSession(model: SystemLanguageModel.default, tools: [], instructions: instructions)
         let response = try await session.respond(
@@ -128,7 +128,7 @@ private func outcome(of error: LanguageModelSession.GenerationError) -> UlvakMod
     }
 }
 
-// The second family of errors came with the system after the first; older development tools do not know it.
+// The second family of errors was added in a later system; older SDKs lack it.
 #if ULVAK_LANGUAGE_MODEL_ERROR
 @available(macOS 27.0, *)
 private func outcome(of error: LanguageModelError) -> UlvakModelOutcome {

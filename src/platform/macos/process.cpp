@@ -19,7 +19,7 @@ namespace {
 
 using posix::lastError;
 
-/// Opens both ends of a FIFO. The reading end must not wait for the other, which is still to come.
+/// Opens both ends of a FIFO. The read end must be non-blocking, since there is no writer yet.
 std::expected<PipeEnds, std::error_code> openEnds(const std::string& path) {
     PipeEnds ends{.read = FileDescriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)),
                   .write = {}};
@@ -50,7 +50,7 @@ std::expected<PipeEnds, std::error_code> makePlainPipe() {
     if (::pipe(handles.data()) != 0)
         return std::unexpected(lastError());
     for (const int handle : handles)
-        (void)::fcntl(handle, F_SETFD, FD_CLOEXEC);  // which does not fail for an open handle
+        (void)::fcntl(handle, F_SETFD, FD_CLOEXEC);  // cannot fail for an open handle
     return PipeEnds{.read = FileDescriptor(handles[0]), .write = FileDescriptor(handles[1])};
 }
 
@@ -58,7 +58,7 @@ std::expected<PipeEnds, std::error_code> makePlainPipe() {
 
 std::optional<std::string> ownProgram() {
     std::uint32_t size = 0;
-    (void)::_NSGetExecutablePath(nullptr, &size);  // fails, and says how much room it takes
+    (void)::_NSGetExecutablePath(nullptr, &size);  // fails, and returns the required size
     std::string path(size, '\0');
     if (::_NSGetExecutablePath(path.data(), &size) != 0)
         return std::nullopt;
@@ -66,10 +66,10 @@ std::optional<std::string> ownProgram() {
     return resolvedPath(path);
 }
 
-/// This system's pipe(2) cannot close its ends to programs from the start, and one that another thread starts
-/// in between would hold the pipe open for as long as it runs. A FIFO whose name goes at once is opened as a
-/// file is. But a name takes room on the disk, and whoever cleans may have none: then it is a pipe all the
-/// same, and that instant is risked.
+/// This system's pipe(2) cannot set close-on-exec atomically, and a program that another thread starts in
+/// between would hold the pipe open as long as it runs. A FIFO, unlinked at once, is opened with O_CLOEXEC
+/// instead. But its name takes disk space, which a user who cleans may not have: then it falls back to
+/// pipe(2) and accepts the race.
 std::expected<PipeEnds, std::error_code> makePipe() {
     if (auto ends = makeFifo())
         return ends;

@@ -16,11 +16,11 @@
 namespace ulvak::platform {
 namespace {
 
-/// How many `QuietAccess` this thread has.
+/// Number of `QuietAccess` objects on this thread.
 thread_local int quietDepth = 0;
 
 void setQuiet(bool isQuiet) {
-    // Dropped by design: where the system refuses, it looks as if somebody else had looked.
+    // Dropped by design: if the system refuses, access dates are updated as by any other reader.
     (void)::setiopolicy_np(IOPOL_TYPE_VFS_ATIME_UPDATES, IOPOL_SCOPE_THREAD,
                            isQuiet ? IOPOL_ATIME_UPDATES_OFF : IOPOL_ATIME_UPDATES_DEFAULT);
     (void)::setiopolicy_np(
@@ -36,7 +36,7 @@ QuietAccess::QuietAccess() {
 }
 
 QuietAccess::~QuietAccess() {
-    const int error = errno;  // whoever leaves with -1 has set it
+    const int error = errno;  // the caller may be about to report it
     if (--quietDepth == 0)
         setQuiet(false);
     errno = error;
@@ -48,11 +48,11 @@ namespace ulvak::platform::posix {
 namespace {
 
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-/// The longest path that the kernel takes in one call, without the terminating zero.
+/// Maximum length of a path in one system call, without the terminating NUL.
 constexpr std::size_t maxPathLength = PATH_MAX - 1;
 
-/// Links are refused anywhere in the path. Volumes have no flag, but with neither links nor "..", whoever has
-/// left one has not come back.
+/// Refuses links anywhere in the path. There is no flag for volumes, but without links and ".." a path that
+/// has left a volume cannot return to it, so checking the end is enough.
 FileDescriptor openBelow(int parent, const char* path, int flags) {
     const QuietAccess quiet;
     FileDescriptor opened(::openat(parent, path, flags | O_NOFOLLOW_ANY));
@@ -70,7 +70,7 @@ bool mayBePermitted(const struct stat& folder) {
     return folder.st_uid == ::geteuid() && (folder.st_mode & S_IRWXU) != S_IRWXU;
 }
 
-/// Whether another volume is mounted on this very folder, or is as soon as somebody looks.
+/// Whether another volume is mounted on this folder, or would be on access.
 bool isMountPoint(int parent, const char* name) {
     attrlist wanted{};
     wanted.bitmapcount = ATTR_BIT_MAP_COUNT;
@@ -146,7 +146,7 @@ bool permit(int folder) {
            ::fchmod(folder, (info.st_mode & 07777) | S_IRWXU) == 0;
 }
 
-/// A folder without any right cannot be opened at all, so that its name has to do.
+/// A folder without any permission cannot be opened at all, so this goes by name.
 bool permitBelow(int parent, const char* name, const FileNumber& number) {
     const QuietAccess quiet;
     struct stat info{};
@@ -162,19 +162,19 @@ std::optional<ItemIdentity> identityAt(int parent, const char* name) {
     if ((isItself ? ::fstat(parent, &info) : ::fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW)) != 0)
         return std::nullopt;
     ItemIdentity identity{.number = {volumeNumber(info), info.st_ino}, .born = {}};
-    // File systems that keep none say the beginning of 1970, or the time before it.
+    // File systems without creation dates report 1970-01-01 or earlier.
     if (info.st_birthtimespec.tv_sec > 0)
         identity.born = fileTime(info.st_birthtimespec.tv_sec, info.st_birthtimespec.tv_nsec);
     return identity;
 }
 
-/// Its own file systems never use a number again.
+/// The system's own file systems never reuse an inode number.
 FileDescriptor holdAt(int /*parent*/, const char* /*name*/) {
     return {};
 }
 
 int removePlaceholder(int parent, const char* name) {
-    // AT_REMOVEDIR_DATALESS: the system takes it from its version 11 on, but its headers do not show it.
+    // AT_REMOVEDIR_DATALESS: supported from macOS 11 on, but missing from the headers.
     constexpr int removeUnfetched = 0x0100;
     return ::unlinkat(parent, name, removeUnfetched);
 }
@@ -183,8 +183,8 @@ std::uint64_t volumeNumber(const struct stat& info) {
     return static_cast<std::uint32_t>(info.st_dev);
 }
 
-/// fsync(2) hands the bytes to the drive, which may keep them in its memory; F_FULLFSYNC has it write them.
-/// Not every file system knows it. Where one does and fails, the bytes are not on the disk.
+/// fsync(2) only hands the data to the drive, which may keep it in its cache; F_FULLFSYNC flushes that too.
+/// Not every file system supports it. If one does and fails, the data is not on the disk.
 int flushToDisk(int handle) {
     if (::fcntl(handle, F_FULLFSYNC) != -1)
         return 0;
@@ -193,7 +193,7 @@ int flushToDisk(int handle) {
 }
 
 std::optional<std::size_t> openHandles() {
-    // Asked without a buffer it says how large one must be, which is more than there are.
+    // Without a buffer it returns the required size, rounded up.
     const int most = ::proc_pidinfo(::getpid(), PROC_PIDLISTFDS, 0, nullptr, 0);
     if (most <= 0)
         return std::nullopt;

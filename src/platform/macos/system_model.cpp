@@ -11,11 +11,11 @@
 namespace ulvak::platform {
 namespace {
 
-/// What a request has come to, waited for by the thread that made it.
+/// The result of a request; the requesting thread waits for it.
 class Outcome {
 public:
-    /// For the shim, with an `Outcome` as its context. It lives until this was called, for `wait` does not
-    /// return before; and it notifies under the lock, so that nobody destroys it meanwhile.
+    /// Callback for the shim; `context` is an `Outcome`. It stays alive until this was called, since `wait`
+    /// does not return earlier; and it notifies under the lock, so that it is not destroyed meanwhile.
     static void settle(void* context, std::int32_t code, const char* text) {
         auto& self = *static_cast<Outcome*>(context);
         const std::scoped_lock lock(self.mutex_);
@@ -34,7 +34,7 @@ public:
 private:
     std::mutex mutex_;
     std::condition_variable settled_;
-    // All three are guarded by `mutex_`.
+    // The following three are guarded by `mutex_`.
     bool isSettled_ = false;
     std::int32_t code_ = 0;
     std::string text_;
@@ -62,7 +62,7 @@ ModelError errorOf(std::int32_t code, std::string text) {
     return error;
 }
 
-/// The properties of an answer as the shim takes them; what they point to is owned by `properties`.
+/// An answer's properties in the shim's form; points into `properties`, which must outlive it.
 class ShimProperties {
 public:
     explicit ShimProperties(const std::vector<AnswerProperty>& properties) {

@@ -12,13 +12,13 @@ inline std::string textOf(NSString* text) {
     return bytes != nullptr ? bytes : "";
 }
 
-/// The bytes of the path that a file URL names; empty for what names none.
+/// The bytes of a file URL's path; empty for any other URL.
 inline std::string pathOf(NSURL* url) {
     const char* bytes = url.fileSystemRepresentation;
     return bytes != nullptr ? bytes : "";
 }
 
-/// For an absolute path, whatever its bytes. A link at its end is meant itself.
+/// The URL of an absolute path with any bytes. Does not follow a link at its end.
 inline NSURL* urlOf(const std::string& path) {
     return [NSURL fileURLWithFileSystemRepresentation:path.c_str() isDirectory:NO relativeToURL:nil];
 }

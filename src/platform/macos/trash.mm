@@ -26,7 +26,7 @@ struct CodeRow {
     int number;
 };
 
-/// What moving to the Trash can fail with, where the system has not added the number itself.
+/// Ways a move to the Trash can fail without an underlying POSIX error.
 constexpr std::array<CodeRow, 8> codes = {{
     {NSFileNoSuchFileError, ENOENT},
     {NSFileReadNoSuchFileError, ENOENT},
@@ -38,7 +38,7 @@ constexpr std::array<CodeRow, 8> codes = {{
     {NSFeatureUnsupportedError, ENOTSUP},
 }};
 
-/// The number that stands for an error, EIO where there is none: the service's words say the rest.
+/// The errno value for an error; EIO if there is none, and the service's message has to do.
 int numberOf(NSError* error) {
     for (NSError* at = error; at != nil; at = at.userInfo[NSUnderlyingErrorKey]) {
         if ([at.domain isEqualToString:NSPOSIXErrorDomain])
@@ -61,7 +61,7 @@ std::string folderOf(const std::string& path) {
     return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
 }
 
-/// Of what is at a path, a link's own.
+/// The identity of the entry at a path, not following a link.
 std::optional<ItemIdentity> identityAt(const std::string& path) {
     const auto folder = path.empty() ? std::unexpected(std::error_code()) : Directory::open(folderOf(path));
     return folder ? entryIdentity(*folder, path.substr(path.rfind('/') + 1)) : std::nullopt;
@@ -72,8 +72,8 @@ bool isLink(const Directory& parent, const std::string& name) {
     return ::fstatat(parent.handle(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(info.st_mode);
 }
 
-/// What has come to lie at `location` is the item; anything else goes back to where it was, where nothing is
-/// by then, and is found in the Trash otherwise.
+/// Checks that what arrived at `location` is the item. Anything else is put back if its old name is free;
+/// otherwise it stays in the Trash.
 std::expected<TrashedItem, FileError> arrived(const Directory& parent, const std::string& name,
                                               const ItemIdentity& item, const std::string& path,
                                               const std::string& location) {
@@ -87,7 +87,7 @@ std::expected<TrashedItem, FileError> arrived(const Directory& parent, const std
 
 }  // namespace
 
-/// The system keeps no notes beside the items.
+/// This system keeps no notes beside the items.
 class TrashNotes::Notes {};
 
 TrashNotes::TrashNotes() = default;
@@ -98,7 +98,7 @@ void TrashNotes::flush() {}
 std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const std::string& name,
                                                   const ItemIdentity& item, const std::string& path,
                                                   TrashNotes* /*ahead*/) {
-    // Whatever HOME says, the item would go to the Trash of the user who is logged in.
+    // Whatever HOME says, the item would go to the Trash of the logged-in user.
     if (!posix::isInSystemHome())
         return std::unexpected(failed(ENOTSUP, path, "HOME başka bir ev klasörünü gösteriyor"));
     const auto there = entryIdentity(parent, name);
@@ -107,8 +107,8 @@ std::expected<TrashedItem, FileError> moveToTrash(const Directory& parent, const
     if (there != item || !parent.isAt(folderOf(path)))
         return std::unexpected(failed(ESTALE, path, {}));
     @autoreleasepool {
-        // By the file's number: whatever takes the path from here on is not what moves. A link has no such
-        // reference of its own, as a look at what it stands for tells.
+        // By file reference: whatever takes the path from here on is not what moves. A link has no reference
+        // of its own; it resolves to the target.
         NSURL* place = urlOf(path);
         NSURL* reference = [place fileReferenceURL];
         if (reference == nil || identityAt(pathOf(reference)) != item)

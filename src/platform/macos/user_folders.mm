@@ -24,11 +24,11 @@ std::string posix::desktopsTrash(const std::string& home) {
 }
 
 std::string homeDirectory() {
-    // Foundation does not look there. But whoever runs a program with another HOME, to try it or to test it,
-    // must not be offered his own files for deletion.
+    // Foundation ignores HOME. But a user who runs the program with another HOME, to try it or to test it,
+    // must not be offered the real home's files for deletion.
     if (auto home = posix::absoluteFromEnvironment("HOME"))
         return *home;
-    // A user whom the system does not know has no home: an empty place is better than somebody else's.
+    // A user unknown to the system has no home: a nonexistent path is better than somebody else's.
     return posix::systemHome().value_or("/var/empty");
 }
 

@@ -12,7 +12,7 @@
 namespace ulvak::platform {
 
 std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
-    // An empty path would be taken for the folder that the program works in.
+    // An empty path would mean the current directory.
     if (path.empty())
         return std::nullopt;
     @autoreleasepool {
@@ -31,7 +31,7 @@ std::optional<VolumeCapacity> volumeCapacity(const std::string& path) {
 }
 
 std::vector<Mount> mounts() {
-    // Others may mount meanwhile: with some room to spare, and again when that was not enough.
+    // More may be mounted meanwhile: leave some room, and retry if that was not enough.
     constexpr std::size_t spare = 8;
     std::vector<struct statfs> volumes;
     int count = ::getfsstat(nullptr, 0, MNT_NOWAIT);

@@ -39,7 +39,7 @@ std::expected<Directory, std::error_code> Directory::open(const std::string& pat
 
 std::expected<Directory, std::error_code> Directory::openBelow(const char* relativePath) const {
     std::string_view rest = relativePath;
-    FileDescriptor passed;  // the last folder reached on the way
+    FileDescriptor passed;  // the last folder reached so far
     for (;;) {
         const int parent = passed.isOpen() ? passed.get() : handle();
         const std::size_t length = posix::stepLength(rest);

@@ -31,7 +31,7 @@ constexpr std::string_view draftSuffix = ".tmp";
 constexpr std::string_view hexDigits = "0123456789abcdef";
 constexpr std::size_t draftDigits = 16;
 
-/// The result of a call that a signal may interrupt.
+/// Retries a call that a signal may interrupt.
 template <typename Call>
 int whole(Call call) {
     int result = call();
@@ -40,7 +40,7 @@ int whole(Call call) {
     return result;
 }
 
-/// A path in the two parts that the calls of this file need.
+/// A path split into parent and name.
 struct SplitPath {
     std::string folder;
     std::string name;
@@ -53,7 +53,7 @@ SplitPath split(const std::string& path) {
     return {.folder = slash == 0 ? "/" : path.substr(0, slash), .name = path.substr(slash + 1)};
 }
 
-/// The place at the end of a chain of links, where there need not be a file yet.
+/// Where a chain of links ends; the file need not exist yet.
 std::expected<SplitPath, std::error_code> endOfLinks(std::string path) {
     constexpr int maxLinks = 40;  // as many as the kernel follows
     for (int i = 0; i <= maxLinks; ++i) {
@@ -71,7 +71,7 @@ FileDescriptor openFolderOf(const SplitPath& place) {
         whole([&] { return ::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
 }
 
-/// Until it is on the disk. Some file systems do not know the call: there it is as safe as it gets.
+/// Waits until it is on the disk. Some file systems do not support the call; nothing more can be done there.
 std::error_code flush(int handle) {
     while (posix::flushToDisk(handle) != 0) {
         if (errno == EINVAL || errno == ENOSYS || errno == ENOTSUP)
@@ -103,8 +103,8 @@ std::expected<std::string, std::error_code> newDraftName() {
     return name.append(draftSuffix);
 }
 
-/// Removes the drafts of programs that were killed. Whoever is still writing one holds a lock on it, which
-/// ends with that program. Their names are never used again, so that only what was looked at can be removed.
+/// Removes the drafts of programs that were killed. A live writer holds a lock on its draft, which ends with
+/// the process. Draft names are never reused, so only what was checked can be removed.
 void removeDeadDrafts(int folder, const std::string& folderPath) {
     for (const std::string& name : listNames(folderPath)) {
         if (!isDraftName(name))
@@ -118,14 +118,14 @@ void removeDeadDrafts(int folder, const std::string& folderPath) {
     }
 }
 
-/// Gives the file a second name, which no other has. Where a file has but one name, it takes that in place of
-/// the old: in between there is none of the old name.
+/// Gives the file a second, unused name. On file systems without hard links, the file is renamed instead: for
+/// a moment there is none under the old name.
 std::error_code keepAs(int folder, const std::string& name, const std::string& kept) {
     if (whole([&] { return ::linkat(folder, name.c_str(), folder, kept.c_str(), 0); }) == 0)
         return {};
     if (errno == EEXIST)
         return lastError();
-    // The name is made sure of by an empty file, for a rename asks for nobody's.
+    // Reserve the name with an empty file, since rename(2) would replace anything.
     const FileDescriptor own(whole([&] {
         return ::openat(folder, kept.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                         onlyThisUser);
@@ -139,7 +139,7 @@ std::error_code keepAs(int folder, const std::string& name, const std::string& k
     return error;
 }
 
-/// The name that it has from then on.
+/// Keeps the old file aside and returns its new name.
 std::expected<std::string, std::error_code> keepAside(int folder, const std::string& name) {
     constexpr int maxKept = 10'000;
     std::string kept = name + ".old";
@@ -153,18 +153,18 @@ std::expected<std::string, std::error_code> keepAside(int folder, const std::str
     return kept;
 }
 
-/// The old file is where it was, and has no other name.
+/// Undoes `keepAside`: the old file has its old name, and no other.
 void takeBack(int folder, const std::string& name, const std::string& kept) {
-    // Of two names of one file a rename leaves both.
+    // rename(2) does nothing if both names are the same file.
     if (whole([&] { return ::renameat(folder, kept.c_str(), folder, name.c_str()); }) == 0)
         ::unlinkat(folder, kept.c_str(), 0);
 }
 
-/// The new contents on their way: a file next to the one that it will replace. Gone with the object unless it
-/// has taken that one's place.
+/// The new contents: a temporary file beside the one it will replace. Removed with the object unless it has
+/// become that file.
 class Draft {
 public:
-    /// `folder` stays open for as long as the draft is there.
+    /// `folder` must stay open as long as the draft exists.
     static std::expected<Draft, std::error_code> make(int folder) {
         constexpr int maxAttempts = 100;
         for (int i = 0; i < maxAttempts; ++i) {
@@ -196,8 +196,8 @@ public:
     Draft& operator=(const Draft&) = delete;
     Draft& operator=(Draft&&) = delete;
 
-    /// As the file that it will replace, as far as this user may. With another owner or group, those
-    /// permissions would mean other people.
+    /// Copies the permissions of the file to be replaced, as far as this user may. If owner or group differ,
+    /// they would apply to other people.
     std::error_code takePermissions(const std::optional<struct stat>& old) {
         mode_t mode = onlyThisUser;
         struct stat own{};
@@ -215,7 +215,7 @@ public:
         return flush(file_.get());
     }
 
-    /// Nobody who looks sees anything but the old file or the new one.
+    /// Atomic: readers see either the old file or the new one.
     std::error_code become(const std::string& name) {
         if (whole([&] { return ::renameat(folder_, name_.c_str(), folder_, name.c_str()); }) != 0)
             return lastError();
@@ -223,8 +223,8 @@ public:
         return {};
     }
 
-    /// The old one stays under another name. Only now that nothing else is left to do: whatever fails before,
-    /// the old file has its name.
+    /// Keeps the old file under another name. Done last: on any earlier failure the old file still has its
+    /// name.
     std::error_code becomeBeside(const std::string& name) {
         const auto kept = keepAside(folder_, name);
         if (!kept)
@@ -239,21 +239,21 @@ private:
     Draft(int folder, std::string name, FileDescriptor file)
         : folder_(folder), name_(std::move(name)), file_(std::move(file)) {}
 
-    /// Locks it against those who remove the drafts of the dead. One of them may have come in between, and
+    /// Locks the draft against removal by `removeDeadDrafts` in another process. One may have come first, and
     /// then holds the lock or has removed the file.
     [[nodiscard]] bool isSafeFromOthers() const {
         if (::flock(file_.get(), LOCK_EX | LOCK_NB) != 0)
-            return errno != EWOULDBLOCK;  // where nobody can lock, nobody removes
+            return errno != EWOULDBLOCK;  // if nobody can lock, nobody removes
         struct stat info{};
         return ::fstat(file_.get(), &info) == 0 && info.st_nlink > 0;
     }
 
     int folder_;
-    std::string name_;  ///< empty once it is no draft any more
+    std::string name_;  ///< empty once it is no longer a draft
     FileDescriptor file_;
 };
 
-/// What is at a name, links not followed; nothing when nothing is.
+/// The entry at a name, not following links; nullopt if there is none.
 std::expected<std::optional<struct stat>, std::error_code> regularFileAt(int folder,
                                                                          const std::string& name) {
     struct stat info{};
@@ -292,7 +292,7 @@ std::error_code replace(const std::string& path, std::string_view bytes, Old wha
     return flush(folder.get());  // the new name, too
 }
 
-/// The lock of a folder or file: held, taken by somebody else, or not to be had.
+/// The result of locking a folder or file: held, taken by another process, or not possible.
 enum class Locking : std::uint8_t { held, taken, impossible };
 
 Locking tryLock(int handle) {
@@ -303,7 +303,7 @@ Locking tryLock(int handle) {
 
 Locking waitForLock(int handle, std::chrono::milliseconds patience) {
     using Clock = std::chrono::steady_clock;
-    // Not much longer than somebody who writes one file after the other leaves it free.
+    // Not much longer than the gaps left by a process that writes one file after another.
     constexpr auto pause = std::chrono::microseconds(300);
     const auto end = Clock::now() + patience;
     Locking result = tryLock(handle);
@@ -342,7 +342,7 @@ std::expected<std::string, std::error_code> readFile(const std::string& path, st
         if (count < 0 && errno != EINTR)
             return std::unexpected(lastError());
         const auto length = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-        if (length > most - bytes.size())  // it has grown meanwhile
+        if (length > most - bytes.size())  // the file has grown meanwhile
             return std::unexpected(std::make_error_code(std::errc::file_too_large));
         bytes.append(buffer.data(), length);
     }
@@ -384,8 +384,8 @@ std::error_code makeFolders(const std::string& path) {
         return lastError();
     const FileDescriptor above(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (above.isOpen())
-        (void)flush(above.get());      // Dropped by design: the folder is there and can be used.
-    const auto made = fileInfo(path);  // it may be a link that leads nowhere
+        (void)flush(above.get());      // Dropped by design: the folder exists and can be used.
+    const auto made = fileInfo(path);  // may be a broken link
     return made && made->isDirectory ? std::error_code() : std::make_error_code(std::errc::not_a_directory);
 }
 

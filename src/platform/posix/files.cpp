@@ -19,7 +19,7 @@ namespace {
 
 using Names = std::expected<std::vector<std::string>, std::error_code>;
 
-/// Of a folder that has been opened for this.
+/// For a folder opened just for this.
 Names namesIn(const std::expected<Directory, std::error_code>& folder) {
     if (!folder)
         return std::unexpected(folder.error());
@@ -58,7 +58,7 @@ std::optional<std::string> linkTarget(const std::string& path) {
 }
 
 Names entryNames(const Directory& folder) {
-    // A listing of its own: that of `folder` has a position which others may rely on.
+    // Opens its own listing: the position in `folder`'s may be in use.
     Names names = namesIn(folder.openBelow("."));
     if (names)
         std::ranges::sort(*names);
@@ -79,8 +79,8 @@ std::optional<std::int64_t> fileLength(const Directory& folder, const std::strin
 
 std::string fileBeginning(const Directory& folder, const std::string& name, std::size_t count) {
     const QuietAccess quiet;
-    // Looked at before it is opened, for opening a device can have effects of its own; and after, for it may
-    // have been swapped in between.
+    // Checked before opening, since opening a device can have side effects; and after, as it may have been
+    // swapped in between.
     if (!fileLength(folder, name))
         return {};
     const FileDescriptor file = posix::openFile(folder.handle(), name.c_str());
@@ -107,7 +107,7 @@ struct FileSample::Walk {
         EntryReader reader{Attributes::listed};
     };
 
-    /// The folders from the first down to the one being listed.
+    /// From the topmost folder down to the one being listed.
     std::list<Level> levels;
     std::stop_token stop;
 
@@ -119,7 +119,7 @@ struct FileSample::Walk {
         level.reader.start(level.folder);
     }
 
-    /// Enters `entry`, found in the deepest open folder, if it is a folder to enter.
+    /// Descends into `entry` of the deepest open folder, if it is a folder to enter.
     void enter(const DirectoryEntry& entry, const posix::Item& item) {
         if (item.isFolder && !item.isMountPoint && !isPackageName(entry.name) && levels.size() < maxLevels)
             push(levels.back().folder.openBelow(entry.terminatedName()));

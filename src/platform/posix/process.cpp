@@ -22,7 +22,7 @@ void note(int signal) {
     received = signal;
     const char byte = 0;
     if (::write(descriptor, &byte, 1) < 0) {
-        // Nothing more can be done here.
+        // Best effort: a signal handler can do nothing more.
     }
     errno = before;
 }
@@ -55,7 +55,7 @@ std::optional<int> watchEndingSignals() {
     descriptor = pipe->write.release();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         struct sigaction action{};
-        // What was to be ignored, by nohup say, stays so.
+        // A signal that was ignored, for example by nohup, stays ignored.
         if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
             continue;
         action = {};

@@ -16,7 +16,7 @@
 namespace ulvak::platform::posix {
 namespace {
 
-/// 128 bits that nobody can guess, as text.
+/// 128 random bits as text.
 std::string unguessable() {
     std::array<unsigned char, 16> bits{};
     if (::getentropy(bits.data(), bits.size()) != 0)
@@ -30,15 +30,15 @@ std::string unguessable() {
     return text;
 }
 
-/// Where a name in a folder cannot be moved aside before it is removed: not every file system can move
-/// without replacing, some copy what they move, and one that is full has no room for a second name.
+/// Whether the failure means that an entry cannot be moved aside before removal: not every file system has a
+/// no-replace rename, some copy what they move, and a full one has no room for a second name.
 bool cannotMoveAside(int failure) {
     constexpr std::array<int, 7> failures = {EINVAL, ENOSYS, ENOTSUP, EOPNOTSUPP, EXDEV, ENOSPC, EDQUOT};
     return std::ranges::find(failures, failure) != failures.end();
 }
 
-/// Gives something that was moved aside its name back. Where that is taken meanwhile, it becomes visible
-/// beside it.
+/// Restores the name of an entry that was moved aside. If that is taken meanwhile, makes it visible beside
+/// it.
 void putBack(int parent, const std::string& aside, const std::string& name) {
     if (moveToFreeName(parent, aside.c_str(), name.c_str()) == 0)
         return;
@@ -48,7 +48,7 @@ void putBack(int parent, const std::string& aside, const std::string& name) {
         if (moveToFreeName(parent, aside.c_str(), beside.c_str()) == 0)
             return;
     }
-    // Too long with a number. Dropped by design: what cannot be renamed at all keeps the name that it has.
+    // Too long with a number. Dropped by design: if it cannot be renamed at all, it keeps its current name.
     (void)moveToFreeName(parent, aside.c_str(), ("Ulvak " + unguessable()).c_str());
 }
 
@@ -74,7 +74,7 @@ int unlinkItem(const Directory& parent, const std::string& name, const ItemIdent
     if (moveToFreeName(folder, name.c_str(), aside.c_str()) != 0)
         return cannotMoveAside(errno) ? unlink(parent, name.c_str(), flags) : errno;
     bool isIt = identityAt(folder, aside.c_str()) == item;
-    // Another was taken aside, and the item has its name back meanwhile: each becomes what it was.
+    // Something else was moved aside, and the item has its name back meanwhile: swap them back.
     if (!isIt && identityAt(folder, name.c_str()) == item &&
         exchange(folder, aside.c_str(), name.c_str()) == 0)
         isIt = identityAt(folder, aside.c_str()) == item;
@@ -105,7 +105,7 @@ std::expected<void, FileError> posix::removeEntry(const Directory& parent, const
     return removeTree(parent, name, *item, {}, calls);
 }
 
-// Of many items the last may find no handle left: half of them are for the removal.
+// Half of the handles are reserved for the removal; with many items, later ones may not be held.
 HeldEntry::HeldEntry(const Directory& parent, const std::string& name) {
     if (spareHandles() > 2 * posix::maxOpenFolders)
         descriptor_ = posix::holdAt(parent.handle(), name.c_str());

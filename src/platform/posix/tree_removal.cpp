@@ -25,13 +25,13 @@ namespace ulvak::platform::posix {
 namespace {
 
 constexpr std::size_t minOpenFolders = 4;
-/// The folder that a worker empties, the one around it, and two that it opens or closes meanwhile.
+/// The folder that a worker empties, its parent, and two that it opens or closes meanwhile.
 constexpr std::size_t handlesPerWorker = 4;
-/// How often a folder is listed again because something has come into it, or because the file system
-/// skips entries when others are removed during a listing.
+/// How often a folder is listed again because entries have been added, or because the file system skips
+/// entries when others are removed during a listing.
 constexpr int maxListings = 64;
-/// Folders that have to be left for a worker that rests: it would be woken for each where every folder holds
-/// but one or two.
+/// Folders that must be left to wake an idle worker: otherwise it would be woken for each in trees where
+/// every folder holds only one or two.
 constexpr std::size_t worthWaking = 4;
 /// How often an item that was moved aside is looked for again, 2 ms apart.
 constexpr int maxTriesAside = 500;
@@ -43,41 +43,41 @@ std::optional<FileNumber> numberOf(int handle) {
     return FileNumber{volumeNumber(info), info.st_ino};
 }
 
-/// A folder in a folder, as it was when it was listed.
+/// A sub-folder as it was when listed.
 struct Listed {
     std::string name;
     FileNumber number;
 };
 
-/// A folder that is being emptied. Its listing belongs to one worker, which is alone in it: only when all
-/// that was listed has been removed does the next piece follow. What was listed goes to any worker.
+/// A folder being emptied. Its listing belongs to one worker, which is then alone in it: the next piece is
+/// read only when everything listed so far has been removed. Listed folders may be taken by any worker.
 struct Level {
     Level* around = nullptr;  ///< null for the item itself
     std::size_t depth = 0;
-    std::size_t order = 0;  ///< among the folders that were taken from the one around
+    std::size_t order = 0;  ///< among the folders taken from the parent
     std::string name;
     FileNumber number;
     int listings = 1;
     std::list<Level>::iterator self;
 
-    // Guarded by the mutex of the removal.
-    Directory folder;  ///< closed when too many are open, never while there are users
-    /// Folders in it that were listed and not taken yet, the next one last. Forgotten when it is closed: the
-    /// listing then starts anew.
+    // The following fields are guarded by the removal's mutex.
+    Directory folder;  ///< closed when too many are open, but never while it has users
+    /// Folders listed but not yet taken, next one last. Cleared when the folder is closed: then the listing
+    /// starts over.
     std::vector<Listed> pending;
     std::size_t taken = 0;
-    /// What may be taken in all, less after a failure, and whether that lies in this folder.
+    /// How many may be taken in total (less after a failure), and whether the failure is in this folder.
     std::size_t limit = SIZE_MAX;
     bool holdsFailure = false;
-    std::size_t inside = 0;  ///< taken and not removed yet
-    std::size_t users = 0;   ///< workers in it or in a folder right below it
+    std::size_t inside = 0;  ///< taken but not removed yet
+    std::size_t users = 0;   ///< workers in it or in a direct sub-folder
     bool isPermitted = false;
 };
 
-/// Where something lies in the order in which a single worker comes to it.
+/// A position in the order in which a single worker would get there.
 using Position = std::vector<std::size_t>;
 
-/// Of what is taken from a level as number `next`.
+/// The position of the folder taken from `around` as number `next`.
 Position positionOf(const Level& around, std::size_t next) {
     Position position{next};
     for (const Level* level = &around; level != nullptr; level = level->around)
@@ -96,9 +96,9 @@ std::string pathOf(const Level* around, const std::string& name) {
     return path;
 }
 
-/// One removal by several workers. Each goes down its own branch, and up again as long as nobody else is at
-/// work below; then it joins the outermost level that has folders left. Whoever comes last to a level removes
-/// its folder. So nobody waits for another while there is something to take.
+/// One removal by several workers. Each descends its own branch, and ascends again as long as nobody else is
+/// working below; then it joins the outermost level with folders left. The last worker to leave a level
+/// removes its folder. So nobody waits while there is work to take.
 class TreeRemoval {
 public:
     TreeRemoval(const Directory& parent, const ItemIdentity& item, const std::set<FileNumber>& kept,
@@ -135,12 +135,12 @@ private:
     struct Worker {
         EntryReader reader{Attributes::listed};
         Level* level = nullptr;
-        // The entry that was tried last.
+        // The entry tried last.
         const Level* failedIn = nullptr;
         std::string failedName;
     };
 
-    /// A folder to be removed from a level, or without one the next piece of the level's listing.
+    /// A folder to remove from a level or, without one, the next piece of the level's listing.
     struct Task {
         Level& level;
         std::optional<Listed> folder;
@@ -170,7 +170,7 @@ private:
         }
     }
 
-    /// Once: a thread costs more than a few folders do.
+    /// True once: a thread costs more than removing a few folders.
     bool isWorthSharing() {
         if (isShared_ || maxWorkers_ < 2)
             return false;
@@ -186,7 +186,7 @@ private:
         } catch (const std::system_error&) {
             return;  // Dropped by design: with fewer threads the removal only takes longer.
         } catch (const std::bad_alloc&) {
-            return;  // So it is here; where there is no memory at all, the removal finds out.
+            return;  // Likewise; if there is no memory at all, the removal itself will fail.
         }
     }
 
@@ -195,18 +195,18 @@ private:
             Worker worker;
             work(worker, nullptr);
         } catch (const std::bad_alloc&) {
-            return;  // As a thread that could not be started.
+            return;  // As if the thread had not been started.
         }
     }
 
-    /// What this worker does next; nothing when all is done, or nothing more may be.
+    /// A worker's next task; nullopt when all is done, or nothing more may be.
     std::optional<Task> next(Worker& worker) {
         std::unique_lock lock(mutex_);
         while (!isOutOfMemory_) {
             if (Level* level = worker.level; level != nullptr) {
                 if (mayGoOn(*level) && !level->pending.empty())
                     return take(*level);
-                // Of several that find nothing left, the last one goes on.
+                // Of several workers that find nothing left, the last one continues.
                 if (mayGoOn(*level) && level->inside == 0 && level->users == 1)
                     return Task{.level = *level, .folder = {}};
                 use(*level, -1);
@@ -246,11 +246,11 @@ private:
         }
     }
 
-    /// After a failure only what a single worker would have come to before it is still removed. So the same
-    /// one is told every time, as long as no folder has to be listed anew.
+    /// After a failure, only what a single worker would have reached before it is still removed. So the
+    /// reported failure is deterministic, as long as no folder has to be listed again.
     [[nodiscard]] static bool mayGoOn(const Level& level) { return level.taken < level.limit; }
 
-    /// The limit of a level after a failure at `failed`, when that of the one around it is known.
+    /// Sets a level's limit after a failure at `failed`. The parent's must be set already.
     static void limit(Level& level, const Position& failed) {
         level.holdsFailure = false;
         if (level.around != nullptr && !level.around->holdsFailure) {
@@ -282,19 +282,19 @@ private:
         Position position = positionOf(task.level, task.folder ? task.order : task.level.taken);
         if (failure_ && failure_->position <= position)
             return;
-        for (Level& level : levels_)  // each comes after the one around it
+        for (Level& level : levels_)  // parents come first
             limit(level, position);
         failure_ = {.position = std::move(position), .error = std::move(error)};
     }
 
-    /// The failure concerns the folder of a level itself.
+    /// Blames a level's own folder for the failure.
     static int failAt(Worker& worker, const Level& level, int failure) {
         worker.failedIn = level.around;
         worker.failedName = level.name;
         return failure;
     }
 
-    /// Why the item will not go, if that is certain: then a folder need not be emptied first.
+    /// Why the item certainly cannot be removed; then its contents are not touched. 0 if unknown.
     [[nodiscard]] int refusal(const std::string& name) const {
         if (::faccessat(parent_.handle(), ".", W_OK | X_OK, AT_EACCESS) != 0)
             return errno;
@@ -306,8 +306,8 @@ private:
         return isSticky && user != 0 && around.st_uid != user && item.st_uid != user ? EPERM : 0;
     }
 
-    /// Whether unlinking failed because the entry is a folder. Some file systems say so with EPERM, which
-    /// means much else besides.
+    /// Whether unlinking failed because the entry is a folder. Some file systems report EPERM, which can mean
+    /// much else.
     static bool isFolder(Worker& worker, int failure, const Directory& parent, const std::string& name) {
         worker.failedName = name;
         if (failure != EPERM)
@@ -321,7 +321,7 @@ private:
         return level != nullptr ? level->folder : parent_;
     }
 
-    /// Opens where handles may have run out: others give theirs back, or are about to.
+    /// Retries while handles have run out: other threads are about to release some.
     template <typename Open>
     std::expected<Directory, std::error_code> openPatiently(Open open) {
         constexpr int maxTries = 200;
@@ -342,7 +342,7 @@ private:
         return active_ < 2;
     }
 
-    /// Opens a folder for being listed. One of this user's that may not be becomes one that may.
+    /// Opens a folder for listing, granting this user permission first if it is the user's own.
     std::expected<Directory, std::error_code> open(Level* around, const Listed& listed) {
         const Directory& parent = folderOf(around);
         const char* name = listed.name.c_str();
@@ -355,23 +355,22 @@ private:
         return folder;
     }
 
-    /// Makes the folder `listed` of `around` the level of this worker, or removes it where it need not be
-    /// entered.
+    /// Makes the folder `listed` of `around` this worker's level, or removes it if it need not be entered.
     int enter(Worker& worker, Level* around, const Listed& listed, std::size_t order) {
         worker.failedName = listed.name;
         if (kept_.contains(listed.number))
             return ESTALE;
         auto folder = open(around, listed);
         if (!folder) {
-            // What may not be listed may still be empty.
+            // A folder that may not be listed may still be empty.
             if (folder.error() == std::errc::permission_denied && removeEmpty(around, listed) == 0)
                 return 0;
             if (isDataless(folder.error()))
                 return removeUnfetched(around, listed.name);
-            // Another volume is mounted here: it is in use, as the kernel says of every mount point.
+            // A mount point: busy, as the kernel says of them.
             return folder.error() == std::errc::cross_device_link ? EBUSY : folder.error().value();
         }
-        // Another has taken its place. Nobody has said that it may go.
+        // Something else has taken its place, and nobody asked to remove that.
         if (numberOf(folder->handle()) != listed.number)
             return ESTALE;
         push(worker, around, listed, order, std::move(*folder));
@@ -402,7 +401,7 @@ private:
             closeOutermostLocked();
     }
 
-    /// A folder of `around`, if nothing is in it.
+    /// Removes a folder of `around`, if it is empty.
     int removeEmpty(const Level* around, const Listed& listed) {
         if (around == nullptr)
             return unlinkItem(parent_, listed.name, item_, AT_REMOVEDIR);
@@ -413,8 +412,8 @@ private:
                                               : ESTALE;
     }
 
-    /// Whether the folder is this user's and has only now been opened to changes, by whichever worker: for
-    /// good reason nothing in it may be changed as long as it is to stay.
+    /// Whether a worker has just granted itself write permission on the user's own folder. Its contents were
+    /// protected for a reason and may change only if the folder goes too.
     bool permitLevel(Level* level) {
         if (level == nullptr)
             return false;
@@ -423,7 +422,7 @@ private:
         return level->isPermitted;
     }
 
-    /// A folder whose contents live elsewhere goes as it is: nothing is fetched in order to be removed.
+    /// Removes a dataless folder as it is, without fetching its contents.
     int removeUnfetched(const Level* around, const std::string& name) {
         const int handle = folderOf(around).handle();
         const bool isGone = calls_.removePlaceholder(handle, name.c_str()) == 0 || errno == ENOENT;
@@ -435,7 +434,7 @@ private:
         return closeOutermostLocked();
     }
 
-    /// Closes the outermost folder that nobody works in, nor in one right below it.
+    /// Closes the outermost folder that is not in use and has no direct sub-folder in use.
     bool closeOutermostLocked() {
         Level* outermost = nullptr;
         for (Level* level : open_) {
@@ -451,7 +450,7 @@ private:
         return true;
     }
 
-    /// A folder entered, a piece of a listing worked off, or a folder left.
+    /// Enters a folder, processes one piece of a listing, or leaves a folder.
     int step(Worker& worker, Task& task) {
         Level& level = task.level;
         if (task.folder)
@@ -471,10 +470,10 @@ private:
         const int failure = enter(worker, &around, listed, order);
         if (worker.level != &around)
             return 0;
-        // It was a folder when it was listed, and another thing has taken its place.
+        // It was a folder when listed; something else has taken its place.
         if (failure == ENOTDIR || failure == ELOOP)
             return ESTALE;
-        // Removed meanwhile: as well.
+        // Removed by others: that is fine too.
         if (failure != 0 && failure != ENOENT)
             return failure;
         const std::scoped_lock lock(mutex_);
@@ -482,7 +481,7 @@ private:
         return 0;
     }
 
-    /// The entries of one piece of a listing: folders are kept for later, all else is removed.
+    /// Processes one piece of a listing: keeps folders for later, removes everything else.
     int removeListed(Worker& worker, Level& level) {
         std::vector<Listed> folders;
         while (const DirectoryEntry* entry = worker.reader.nextOfPiece()) {
@@ -508,7 +507,7 @@ private:
         return 0;
     }
 
-    /// The folder is empty as far as its listing says: removes it and goes on in the one around it.
+    /// The folder is empty according to its listing: removes it and continues in its parent.
     int leave(Worker& worker, Level& level) {
         if (const int failure = reopenAround(worker, level))
             return failure;
@@ -532,15 +531,15 @@ private:
         return 0;
     }
 
-    /// Whether the item, which is not where it was, has another name: for a moment where another removal of
-    /// it has moved it aside, and else because somebody keeps it.
+    /// Whether the item, no longer at its place, has another name: briefly, if another removal has moved it
+    /// aside; otherwise because somebody keeps it.
     static bool isAside(const Level& level, int failure) {
         struct stat info{};
         return failure == ENOENT && level.around == nullptr && ::fstat(level.folder.handle(), &info) == 0 &&
                info.st_nlink > 0;
     }
 
-    /// The contents of the folder, or what is left of them, live elsewhere.
+    /// The (remaining) contents of the folder are remote.
     int leaveUnfetched(Worker& worker, Level& level) {
         if (const int failure = reopenAround(worker, level))
             return failure;
@@ -550,8 +549,8 @@ private:
         return 0;
     }
 
-    /// Takes away a level whose folder is gone. The last handle of a folder takes its contents on the disk
-    /// with it, so that is closed when nobody has to wait for it.
+    /// Drops a level whose folder is gone. Closing a folder's last handle frees its contents on disk, so the
+    /// folder is closed after the lock is released, when nobody has to wait for it.
     void pop(Worker& worker, Level& level) {
         std::list<Level> gone;
         const std::scoped_lock lock(mutex_);
@@ -568,8 +567,8 @@ private:
         --around->inside;
     }
 
-    /// Opens the folder around a level again, if it was closed. ".." is no link, but leads elsewhere when the
-    /// folder was moved: then nothing more is touched.
+    /// Reopens the parent of a level if it was closed. ".." is not a link, but leads elsewhere if the folder
+    /// was moved: then nothing more is touched.
     int reopenAround(Worker& worker, Level& level) {
         if (level.around == nullptr || isOpen(*level.around))
             return 0;
@@ -583,7 +582,7 @@ private:
         if (numberOf(folder->handle()) != around.number)
             return failAt(worker, level, ESTALE);
         const std::scoped_lock lock(mutex_);
-        if (!around.folder.isOpen()) {  // otherwise another has come back to it from below meanwhile
+        if (!around.folder.isOpen()) {  // otherwise another worker has already reopened it
             around.folder = std::move(*folder);
             open_.push_back(&around);
         }
@@ -603,15 +602,15 @@ private:
     const std::size_t maxWorkers_;
     bool isShared_ = false;
 
-    std::mutex mutex_;  ///< of all below; taken a few times for each folder and never for a file
+    std::mutex mutex_;  ///< guards everything below; taken a few times per folder, never per file
     std::condition_variable condition_;
     std::list<Level> levels_;
-    std::vector<Level*> open_;  ///< those whose folder is
+    std::vector<Level*> open_;  ///< those whose folder is open
     std::size_t entered_ = 0;
-    std::size_t active_ = 0;  ///< workers that have a level; when it is 0 all have nothing left to do
+    std::size_t active_ = 0;  ///< workers with a level; at 0, nothing is left to do
     std::size_t waiting_ = 0;
-    std::size_t pending_ = 0;         ///< in all levels together
-    std::optional<Failure> failure_;  ///< the first as a single worker would have come to them
+    std::size_t pending_ = 0;         ///< in all levels
+    std::optional<Failure> failure_;  ///< the first in the order of a single worker
     bool isOutOfMemory_ = false;
 };
 

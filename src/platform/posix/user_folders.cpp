@@ -11,7 +11,7 @@ namespace {
 bool isSamePlace(const std::string& one, const std::string& other) {
     if (one == other)
         return true;
-    // One of them may be on a server that is gone; the home folder that this process was given is waited for.
+    // One of them may be on a dead server; only the home folder that this process was given is waited for.
     const std::string home = homeDirectory();
     const Reach reach({&home, 1}, Reach::Others::prompt);
     const Reach::Target onePlace = reach.follow(one);

@@ -12,7 +12,7 @@
 namespace ulvak::platform {
 namespace {
 
-/// The names of a path, to be gone through one after the other. Empty ones and "." say nothing.
+/// Prepends the components of a path. Empty ones and "." are dropped.
 void putInFront(std::deque<std::string>& names, std::string_view path) {
     std::vector<std::string> parts;
     while (!path.empty()) {
@@ -25,7 +25,7 @@ void putInFront(std::deque<std::string>& names, std::string_view path) {
     names.insert(names.begin(), parts.begin(), parts.end());
 }
 
-/// Whether `path` is `folder` or lies below it.
+/// Whether `path` is `folder` or below it.
 bool isWithin(std::string_view path, std::string_view folder) {
     return path.starts_with(folder) &&
            (path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/');
@@ -72,7 +72,7 @@ PromptVolumes promptVolumes() {
     return volumes;
 }
 
-// Resolved before the list is read: a look may mount what is looked at.
+// Resolved before the mount list is read: resolving may trigger a mount.
 Reach::Reach(std::span<const std::string> folders, Others others)
     : folders_(resolved(folders)), others_(others), mounts_(platform::mounts()) {
     findVolumes();
@@ -113,7 +113,7 @@ bool Reach::includes(std::string_view path) const {
         folders_, [&](const std::string& folder) { return isWithin(folder, mount->path); });
     if (!mount->mayHang)
         return isOnTheWay || others_ == Others::prompt;
-    // Of a volume on the way to a folder only that way is known to be passable.
+    // Of a mount on the way to a folder, only the path to that folder is known to be safe.
     return std::ranges::any_of(folders_, [&](const std::string& folder) { return isWithin(folder, path); });
 }
 

@@ -1,4 +1,4 @@
-#include "app/app_world.h"
+#include "support/app_test.h"
 
 #include <expected>
 

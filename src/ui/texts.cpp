@@ -1,4 +1,4 @@
-#include "app/texts.h"
+#include "ui/texts.h"
 
 #include <QLocale>
 

@@ -1,4 +1,4 @@
-#include "app/shown.h"
+#include "ui/shown.h"
 
 #include <string>
 

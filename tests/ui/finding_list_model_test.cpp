@@ -1,4 +1,4 @@
-#include "app/finding_list_model.h"
+#include "ui/finding_list_model.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,8 +9,8 @@
 #include <map>
 #include <random>
 
-#include "app/app_world.h"
-#include "app/shown.h"
+#include "support/app_test.h"
+#include "ui/shown.h"
 
 namespace ulvak {
 namespace {
@@ -23,14 +23,17 @@ class FindingListModelTest : public AppTest {
 protected:
     /// Rows of the safe ones, watched by the tester from now on.
     FindingListModel& watch(std::optional<SafetyLevel> level = SafetyLevel::safe) {
-        model_ = std::make_unique<FindingListModel>(app());
+        findings_ = std::make_unique<FindingsModel>(app());
+        findingsTester_ = std::make_unique<QAbstractItemModelTester>(
+            findings_.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        model_ = std::make_unique<FindingListModel>(*findings_);
         tester_ = std::make_unique<QAbstractItemModelTester>(
             model_.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         model_->setLevel(level);
         return *model_;
     }
     FindingListModel& model() { return *model_; }
-    QVariant data(int row, int role) { return model_->data(model_->index(row), role); }
+    QVariant data(int row, int role) { return model_->data(model_->index(row, 0), role); }
     std::vector<std::string> rows() {
         std::vector<std::string> result;
         for (int row = 0; row < model_->count(); ++row)
@@ -40,9 +43,13 @@ protected:
     void TearDown() override {
         tester_.reset();
         model_.reset();
+        findingsTester_.reset();
+        findings_.reset();
     }
 
 private:
+    std::unique_ptr<FindingsModel> findings_;
+    std::unique_ptr<QAbstractItemModelTester> findingsTester_;
     std::unique_ptr<FindingListModel> model_;
     std::unique_ptr<QAbstractItemModelTester> tester_;
 };
@@ -68,7 +75,7 @@ TEST_F(FindingListModelTest, RowsAreTheFindingsOfTheLevelInOrder) {
 TEST_F(FindingListModelTest, ARowThatGoesLeavesTheOthersInPlace) {
     startWith({staged("/1"), staged("/2"), staged("/3")});
     watch();
-    const QPersistentModelIndex last(model().index(2));
+    const QPersistentModelIndex last(model().index(2, 0));
     QSignalSpy removed(&model(), &QAbstractItemModel::rowsRemoved);
     QSignalSpy counted(&model(), &FindingListModel::countChanged);
     clean({"/2"});
@@ -95,7 +102,7 @@ TEST_F(FindingListModelTest, AChangedFindingKeepsItsRowAndOnlyThatRowIsTold) {
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
     EXPECT_EQ(changed[0][1].toModelIndex().row(), 1);
-    EXPECT_EQ(data(1, FindingListModel::sourceLabelRole), "Senin etiketin");
+    EXPECT_EQ(data(1, FindingsModel::sourceLabelRole), "Senin etiketin");
 }
 
 TEST_F(FindingListModelTest, ANewResultIsToldInOneGo) {
@@ -108,12 +115,31 @@ TEST_F(FindingListModelTest, ANewResultIsToldInOneGo) {
     EXPECT_EQ(reset.count(), 0);
 }
 
+TEST_F(FindingListModelTest, AResultThatDiffersInManyPlacesResetsTheRows) {
+    std::vector<Finding> first;
+    std::vector<Finding> second;
+    for (int number = 0; number < 400; ++number) {
+        first.push_back(staged("/" + std::to_string(number)));
+        second.push_back(staged("/" + std::to_string(number + (number % 2) * 1000)));
+    }
+    startWith(first);
+    watch();
+    QSignalSpy removed(&model(), &QAbstractItemModel::rowsRemoved);
+    QSignalSpy reset(&model(), &QAbstractItemModel::modelReset);
+    scanFor(second);
+    EXPECT_EQ(removed.count(), 0);
+    EXPECT_EQ(reset.count(), 1);
+    ASSERT_EQ(model().count(), 400);
+    EXPECT_EQ(model().at(0)->id, "/0");
+    EXPECT_EQ(model().at(1)->id, "/1001");
+}
+
 TEST_F(FindingListModelTest, EveryRoleOfARow) {
     Finding large = guessed("/home/x/Ad.app", SafetyLevel::safe);
     large.size = 9'100'000'000;
     startWith({large, staged("/b", SafetyLevel::safe, 4'550'000'000)});
     watch();
-    using Model = FindingListModel;
+    using Model = FindingsModel;
     EXPECT_EQ(idOf(data(0, Model::idRole).toString()), large.id);
     EXPECT_EQ(data(0, Model::titleRole), "ad /home/x/Ad.app");
     EXPECT_EQ(data(0, Qt::DisplayRole), "ad /home/x/Ad.app");
@@ -145,8 +171,8 @@ TEST_F(FindingListModelTest, IconsTellGroupsAndSimulators) {
     simulator.action = {CleanAction::DeleteSimulator{"udid"}};
     startWith({group, simulator});
     watch();
-    EXPECT_EQ(data(0, FindingListModel::iconRole), "doc.on.doc");
-    EXPECT_EQ(data(1, FindingListModel::iconRole), "iphone");
+    EXPECT_EQ(data(0, FindingsModel::iconRole), "doc.on.doc");
+    EXPECT_EQ(data(1, FindingsModel::iconRole), "iphone");
 }
 
 TEST_F(FindingListModelTest, HostileNamesAreHarmlessAndStayThemselves) {
@@ -155,31 +181,31 @@ TEST_F(FindingListModelTest, HostileNamesAreHarmlessAndStayThemselves) {
     Finding twin = staged("/a\n\x1b[31m\xfe");
     startWith({hostile, twin});
     watch();
-    const QString location = data(0, FindingListModel::locationRole).toString();
-    EXPECT_EQ(location, data(1, FindingListModel::locationRole).toString());
-    for (const QString& text : {location, data(0, FindingListModel::titleRole).toString()}) {
+    const QString location = data(0, FindingsModel::locationRole).toString();
+    EXPECT_EQ(location, data(1, FindingsModel::locationRole).toString());
+    for (const QString& text : {location, data(0, FindingsModel::titleRole).toString()}) {
         for (const QChar character : text) {
             EXPECT_NE(character.category(), QChar::Other_Control);
             EXPECT_NE(character, QChar(0x202E));
         }
     }
-    EXPECT_EQ(idOf(data(0, FindingListModel::idRole).toString()), hostile.id);
-    EXPECT_EQ(idOf(data(1, FindingListModel::idRole).toString()), twin.id);
+    EXPECT_EQ(idOf(data(0, FindingsModel::idRole).toString()), hostile.id);
+    EXPECT_EQ(idOf(data(1, FindingsModel::idRole).toString()), twin.id);
     EXPECT_EQ(model().rowOf(twin.id), 1);
 }
 
 TEST_F(FindingListModelTest, AFindingWithoutSizeHasNoFraction) {
     startWith({staged("/a", SafetyLevel::safe, 0)});
     watch();
-    EXPECT_EQ(data(0, FindingListModel::fractionRole), 0.0);
+    EXPECT_EQ(data(0, FindingsModel::fractionRole), 0.0);
 }
 
 TEST_F(FindingListModelTest, FractionsFollowTheLargest) {
     startWith({staged("/1", SafetyLevel::safe, 400), staged("/2", SafetyLevel::safe, 100)});
     watch();
-    EXPECT_EQ(data(1, FindingListModel::fractionRole), 0.25);
+    EXPECT_EQ(data(1, FindingsModel::fractionRole), 0.25);
     clean({"/1"});
-    EXPECT_EQ(data(0, FindingListModel::fractionRole), 1.0);
+    EXPECT_EQ(data(0, FindingsModel::fractionRole), 1.0);
 }
 
 TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
@@ -199,16 +225,17 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     const auto analysis = app().analyze("/1", "");
     const auto cleaning = app().clean({"/2"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
-    EXPECT_EQ(data(0, FindingListModel::isAnalyzingRole), true);
-    EXPECT_EQ(data(0, FindingListModel::isCleaningRole), false);
-    EXPECT_EQ(data(1, FindingListModel::isCleaningRole), true);
-    FindingListModel later(app());
+    EXPECT_EQ(data(0, FindingsModel::isAnalyzingRole), true);
+    EXPECT_EQ(data(0, FindingsModel::isCleaningRole), false);
+    EXPECT_EQ(data(1, FindingsModel::isCleaningRole), true);
+    FindingsModel all(app());
+    FindingListModel later(all);
     later.setLevel(SafetyLevel::safe);
-    EXPECT_EQ(later.data(later.index(0), FindingListModel::isAnalyzingRole), true);
+    EXPECT_EQ(later.data(later.index(0, 0), FindingsModel::isAnalyzingRole), true);
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return analysis.isReady() && cleaning.isReady(); }));
-    EXPECT_EQ(data(0, FindingListModel::isAnalyzingRole), false);
-    EXPECT_EQ(data(1, FindingListModel::isCleaningRole), false);
+    EXPECT_EQ(data(0, FindingsModel::isAnalyzingRole), false);
+    EXPECT_EQ(data(1, FindingsModel::isCleaningRole), false);
 }
 
 /// Random lists over few ids, so that most of a list is in the next one too, elsewhere.
@@ -269,7 +296,7 @@ TEST_P(FindingListModelProperty, RowsAlwaysEqualTheListAndThoseThatStayKeepTheir
         const auto levelBefore = model().level();
         std::vector<std::pair<std::string, QPersistentModelIndex>> held;
         for (int row = 0; row < model().count(); ++row)
-            held.emplace_back(model().at(row)->id, model().index(row));
+            held.emplace_back(model().at(row)->id, model().index(row, 0));
         changeSomething();
 
         const Findings wanted = app().findings(*model().level());

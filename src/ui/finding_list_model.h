@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QSortFilterProxyModel>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "ui/findings_model.h"
+
+namespace ulvak {
+
+/// The rows of one list: the findings of a level, and what the list adds to each.
+///
+/// Threads: the UI thread only.
+class FindingListModel : public QSortFilterProxyModel {
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+public:
+    /// `all` must outlive this object. Without a level there are no rows.
+    explicit FindingListModel(FindingsModel& all, QObject* parent = nullptr);
+
+    [[nodiscard]] std::optional<SafetyLevel> level() const { return level_; }
+    void setLevel(std::optional<SafetyLevel> level);
+    /// Whether there is a row for this finding of the application.
+    [[nodiscard]] bool shows(const Finding& finding) const { return finding.level == level_; }
+
+    /// Which rows are told to be selected: those of the findings with these ids.
+    void setSelected(const std::set<std::string>& ids);
+
+    [[nodiscard]] int count() const { return rowCount(); }
+    /// In the order of the rows.
+    [[nodiscard]] Findings findings() const;
+    /// Of the application's findings those that have gone, while `followed` is told and if nothing else has
+    /// changed; empty otherwise. Some of them may never have been here.
+    [[nodiscard]] const Findings& removed() const { return all_.app().removed(); }
+    /// Null when there is no such row.
+    [[nodiscard]] FindingPointer at(int row) const;
+    /// -1 when there is none.
+    [[nodiscard]] int rowOf(std::string_view id) const;
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override { return all_.roleNames(); }
+
+signals:
+    void countChanged();
+    /// As `FindingsModel::followed`.
+    void followed();
+
+protected:
+    [[nodiscard]] bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;
+
+private:
+    void follow();
+    [[nodiscard]] std::int64_t largestSize() const;
+    [[nodiscard]] const FindingPointer& findingAt(const QModelIndex& index) const;
+
+    FindingsModel& all_;
+    std::optional<SafetyLevel> level_;
+    std::int64_t largest_ = 0;  ///< bytes
+    int lastCount_ = 0;
+    std::set<std::string> selected_;
+};
+
+}  // namespace ulvak
