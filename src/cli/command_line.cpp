@@ -1,30 +1,26 @@
 #include "cli/command_line.h"
 
 namespace ulvak {
-namespace {
-
-bool isForTheWindow(std::string_view argument) {
-    return argument == "--autoscan" || argument == "--select-first" || argument == "--reduced-motion" ||
-           argument.starts_with("--level=");
-}
-
-}  // namespace
-
-CommandLine CommandLine::parse(std::span<const char* const> arguments) {
-    CommandLine line;
-    for (const std::string_view argument : arguments) {
-        if (argument == "--dump")
-            line.dump = true;
-        else if (argument == "--ai")
-            line.ai = true;
-        else if (argument == "--help" || argument == "-h")
-            line.help = true;
-        else if (argument == "--version")
-            line.version = true;
-        else if (!isForTheWindow(argument))
-            line.unknown.emplace_back(argument);
-    }
-    return line;
+void CommandLine::add(std::string_view argument) {
+    constexpr std::string_view levelIs = "--level=";
+    if (argument == "--dump")
+        dump = true;
+    else if (argument == "--ai")
+        ai = true;
+    else if (argument == "--help" || argument == "-h")
+        help = true;
+    else if (argument == "--version")
+        version = true;
+    else if (argument == "--autoscan")
+        autoscan = true;
+    else if (argument == "--select-first")
+        selectFirst = true;
+    else if (argument == "--reduced-motion")
+        reducedMotion = true;
+    else if (!argument.starts_with(levelIs))
+        unknown.emplace_back(argument);
+    else if (!level)
+        level = argument.substr(levelIs.size());
 }
 
 std::string_view helpText() {

@@ -2,23 +2,11 @@
 
 #include <QTimer>
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
-#include "ui/texts.h"
+#include "cli/command_line.h"
 
 namespace ulvak {
-namespace {
-
-constexpr std::string_view levelArgument = "--level=";
-
-std::optional<SidebarItem> levelNamed(const QString& rawValue) {
-    const auto level = safetyLevel(rawValue.toStdString());
-    return level ? std::optional(SidebarItem{*level}) : std::nullopt;
-}
-
-}  // namespace
-
 WindowModel::WindowModel(AppModel& app, QObject* parent)
     : QObject(parent),
       app_(app),
@@ -43,15 +31,11 @@ WindowModel::WindowModel(AppModel& app, QObject* parent)
 }
 
 void WindowModel::launch(const QStringList& arguments) {
-    const QString prefix = Texts::fixed(levelArgument);
-    const auto chosen =
-        std::ranges::find_if(arguments, [&](const QString& argument) { return argument.startsWith(prefix); });
-    if (chosen != arguments.end()) {
-        if (const auto level = levelNamed(chosen->mid(prefix.size())))
-            setSidebar(level);
-    }
-    selectsFirst_ = arguments.contains(QStringLiteral("--select-first"));
-    if (arguments.contains(QStringLiteral("--autoscan")))
+    const CommandLine line = CommandLine::parse(arguments, &QString::toStdString);
+    if (const auto level = safetyLevel(line.level.value_or("")))
+        setSidebar(SidebarItem{*level});
+    selectsFirst_ = line.selectFirst;
+    if (line.autoscan)
         app_.scan();
 }
 

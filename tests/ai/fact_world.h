@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ai/folder_context.h"
+#include "support/findings.h"
 #include "support/temp_tree.h"
 
 namespace ulvak::test {
@@ -23,8 +24,7 @@ public:
 
     /// What is at `relative` in the home folder, as a scan would report it without any detail.
     [[nodiscard]] Finding finding(std::string_view relative) const {
-        const std::string path = home(relative);
-        return {.id = path, .urls = {path}, .size = 1'200'000'000, .fileCount = 3456};
+        return asFound({.id = home(relative), .size = 1'200'000'000, .fileCount = 3456});
     }
 
     [[nodiscard]] std::string home(std::string_view relative) const {

@@ -3,7 +3,7 @@
 
 #include <QCoreApplication>
 
-#include "app/app_world.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {
@@ -73,7 +73,7 @@ TEST_F(AppModelAnalyze, TheModelsVerdictIsWrittenAndRemembered) {
     EXPECT_EQ(app().finding("/a")->original, guessed("/a").original);
     EXPECT_THAT(app().analyzing(), IsEmpty());
     EXPECT_EQ(app().alert(), std::nullopt);
-    EXPECT_TRUE(eventually([&] { return remembered().contains("/a"); }));
+    EXPECT_TRUE(waitUntil([&] { return remembered().contains("/a"); }));
     ASSERT_EQ(questions->size(), 1U);
     EXPECT_EQ(questions->values()[0].note, "bir not");
     EXPECT_THAT(questions->values()[0].running, ElementsAre("Takvim", "Posta"));
@@ -82,9 +82,9 @@ TEST_F(AppModelAnalyze, TheModelsVerdictIsWrittenAndRemembered) {
 TEST_F(AppModelAnalyze, AFindingIsMarkedWhileTheModelThinks) {
     startWith({guessed("/a")});
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return app().analyzing() == std::set<std::string>{"/a"}; }));
+    ASSERT_TRUE(waitUntil([&] { return app().analyzing() == std::set<std::string>{"/a"}; }));
     gate->open();
-    EXPECT_TRUE(eventually([&] { return app().analyzing().empty(); }));
+    EXPECT_TRUE(waitUntil([&] { return app().analyzing().empty(); }));
 }
 
 TEST_F(AppModelAnalyze, AFailureLeavesTheFindingAndIsShown) {
@@ -154,23 +154,23 @@ TEST_F(AppModelAnalyze, AFindingIsAskedAboutOnceAtATime) {
     startWith({guessed("/a"), guessed("/b")});
     const auto first = app().analyze("/a", "");
     const auto together = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return first.isReady() != together.isReady() && questions->size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return first.isReady() != together.isReady() && questions->size() == 1; }));
     analyze("/a");
     EXPECT_THAT(asked(), ElementsAre("/a"));
     const auto other = app().analyze("/b", "");
-    EXPECT_TRUE(eventually([&] { return questions->size() == 2; }));
+    EXPECT_TRUE(waitUntil([&] { return questions->size() == 2; }));
     gate->open();
-    EXPECT_TRUE(eventually([&] { return first.isReady() && together.isReady() && other.isReady(); }));
+    EXPECT_TRUE(waitUntil([&] { return first.isReady() && together.isReady() && other.isReady(); }));
 }
 
 TEST_F(AppModelAnalyze, AnAnswerAboutWhatWasCleanedMeanwhileIsDropped) {
     startWith({guessed("/a"), guessed("/b")});
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     clean({"/a"});
     signalled = std::make_shared<Record<std::string>>();
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_THAT(ids(), ElementsAre("/b"));
     EXPECT_THAT(signalled->values(), ElementsAre("analyzing"));
     EXPECT_THAT(app().store().entries(), IsEmpty());
@@ -180,12 +180,12 @@ TEST_F(AppModelAnalyze, AnAnswerAboutWhatWasCleanedMeanwhileIsDropped) {
 TEST_F(AppModelAnalyze, AnAnswerIsLaidOverWhatAScanHasFoundMeanwhile) {
     startWith({guessed("/a")});
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     Finding grown = guessed("/a");
     grown.size = 12345;
     scanFor({grown});
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_EQ(app().finding("/a")->size, 12345);
     EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
     EXPECT_EQ(app().store().entries().find("/a")->second.size, 12345);
@@ -197,18 +197,18 @@ protected:
     void SetUp() override { startWith({guessed("/a"), guessed("/b")}); }
     QCoro::Task<> askAbout(const std::string& id) {
         auto task = app().analyze(id, "");
-        EXPECT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+        EXPECT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
         return task;
     }
     void answerNow(const QCoro::Task<>& task) {
         gate->open();
-        ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+        ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     }
     void expectLabel(const std::string& id) {
         EXPECT_EQ(app().finding(id)->source, VerdictSource::user);
         EXPECT_EQ(app().finding(id)->level, SafetyLevel::keep);
         EXPECT_EQ(app().store().entries().find(id)->second.verdict.source, VerdictSource::user);
-        EXPECT_TRUE(eventually([&] {
+        EXPECT_TRUE(waitUntil([&] {
             return remembered().contains(id) && remembered()[id].verdict.level == SafetyLevel::keep;
         }));
     }
@@ -259,11 +259,11 @@ TEST_F(AppModelOverwriting, AnAnswerAboutTheUsersOwnLabelMayReplaceIt) {
 TEST_F(AppModelOverwriting, ABatchPassesOverWhatIsLabelledBeforeItsTurn) {
     watchBatch();
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     app().setLevel(SafetyLevel::keep, "/a");
     app().setLevel(SafetyLevel::keep, "/b");
     gate->open();
-    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    ASSERT_TRUE(waitUntil([&] { return batchIsOver(); }));
     expectLabel("/a");
     expectLabel("/b");
     EXPECT_THAT(asked(), ElementsAre("/a")) << "the other had its label before its turn came";
@@ -292,11 +292,11 @@ TEST_F(AppModelAnalyze, ALabelGivenWhileTheModelIsLookedForIsNotAskedAbout) {
     stage({.findings = {guessed("/a")}});
     app().scan();
     door->open();
-    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
     const auto task = app().analyze("/a", "");  // awaits the status, which comes as an event
     app().setLevel(SafetyLevel::keep, "/a");
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_THAT(asked(), IsEmpty());
     EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
 }
@@ -326,10 +326,10 @@ TEST_F(AppModelAnalyze, ABatchGoesThroughTheUncertainOneByOne) {
                      [&] { most = std::max(most, app().analyzing().size()); });
     app().analyzeAllUncertain();
     EXPECT_EQ(app().batchProgress(), (Progress{.done = 0, .total = 5}));
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     EXPECT_EQ(questions->size(), 1U);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    ASSERT_TRUE(waitUntil([&] { return batchIsOver(); }));
     EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3", "/4", "/5"));
     using Pair = std::pair<std::int64_t, std::int64_t>;
     EXPECT_THAT(batch, ElementsAre(Pair(0, 5), Pair(1, 5), Pair(2, 5), Pair(3, 5), Pair(4, 5), Pair(5, 5),
@@ -352,11 +352,11 @@ TEST_F(AppModelAnalyze, ABatchThatIsGivenUpFinishesWhatItAskedAndNoMore) {
     startWith({guessed("/1"), guessed("/2"), guessed("/3")});
     watchBatch();
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     app().cancelBatch();
     EXPECT_EQ(app().batchProgress(), std::nullopt);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return app().analyzing().empty(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().analyzing().empty(); }));
     EXPECT_EQ(currentVerdict(*app().finding("/1")), answer());
     analyze("/gone");
     EXPECT_THAT(asked(), ElementsAre("/1"));
@@ -366,13 +366,13 @@ TEST_F(AppModelAnalyze, ABatchThatIsGivenUpFinishesWhatItAskedAndNoMore) {
 TEST_F(AppModelAnalyze, ANewBatchTakesThePlaceOfTheOneThatRuns) {
     startWith({guessed("/1"), guessed("/2")});
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     scanFor({guessed("/1"), guessed("/2"), guessed("/3")});
     watchBatch();
     app().analyzeAllUncertain();
     EXPECT_EQ(app().batchProgress(), (Progress{.done = 0, .total = 3}));
     gate->open();
-    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    ASSERT_TRUE(waitUntil([&] { return batchIsOver(); }));
     EXPECT_EQ(batch.back(), (std::pair<std::int64_t, std::int64_t>(-1, -1)));
     EXPECT_EQ(batch[batch.size() - 2], (std::pair<std::int64_t, std::int64_t>(3, 3)));
     for (std::size_t i = 0; i + 1 < batch.size(); ++i)
@@ -384,7 +384,7 @@ TEST_F(AppModelAnalyze, ABatchEndsAtOnceWhereThereIsNoModelAndItsStatusSaysWhy) 
     startWith({guessed("/1"), guessed("/2")});
     watchBatch();
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return batchIsOver(); }));
+    ASSERT_TRUE(waitUntil([&] { return batchIsOver(); }));
     using Pair = std::pair<std::int64_t, std::int64_t>;
     EXPECT_THAT(batch, ElementsAre(Pair(0, 2), Pair(-1, -1)));
     EXPECT_EQ(app().aiStatus().unavailable, "Kapalı.");
@@ -412,7 +412,7 @@ TEST_F(AppModelAnalyze, ABatchTellsOnceAtItsEndHowManyFailedAndWhy) {
         EXPECT_TRUE(batchIsOver());
     });
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().alert().has_value(); }));
     EXPECT_EQ(alerts, 1);
     EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3", "/4"));
     EXPECT_EQ(app().alert()->title, "Analiz tamamlanamadı");
@@ -425,10 +425,10 @@ TEST_F(AppModelAnalyze, ABatchThatIsGivenUpTellsWhatFailedUntilThen) {
     makeModelFail();
     startWith({guessed("/1"), guessed("/2")});
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     app().cancelBatch();
     gate->open();
-    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().alert().has_value(); }));
     EXPECT_EQ(app().alert()->message, "Sorulan 1 klasörden 1 tanesi analiz edilemedi:\n• hata: /1");
     EXPECT_THAT(asked(), ElementsAre("/1"));
 }
@@ -449,7 +449,7 @@ TEST_F(AppModelAnalyze, ABatchStopsWhenTheModelIsGone) {
     };
     startWith({guessed("/1"), guessed("/2"), guessed("/3"), guessed("/4")});
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().alert().has_value(); }));
     EXPECT_TRUE(batchIsOver());
     EXPECT_THAT(asked(), ElementsAre("/1", "/2"));
     EXPECT_EQ(app().alert()->message,
@@ -475,12 +475,12 @@ protected:
 
 TEST_F(AppModelSilence, ABusyModelIsAskedAllTheSameAndStaysAvailable) {
     startWith({guessed("/a")});
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
     *isSilent = true;
     const auto task = app().analyze("/a", "");
     EXPECT_EQ(app().analyzing(), std::set<std::string>{"/a"}) << "at once";
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_EQ(currentVerdict(*app().finding("/a")), answer());
     EXPECT_TRUE(app().aiStatus().isAvailable());
     EXPECT_EQ(std::ranges::count(signalled->values(), "aiStatus"), 1);
@@ -490,7 +490,7 @@ TEST_F(AppModelSilence, ABusyModelThatFailsIsToldOf) {
     makeModelFail();
     gate->open();
     startWith({guessed("/a")});
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
     *isSilent = true;
     analyze("/a");
     ASSERT_TRUE(app().alert());
@@ -500,10 +500,10 @@ TEST_F(AppModelSilence, ABusyModelThatFailsIsToldOf) {
 TEST_F(AppModelSilence, AModelThatIsBusyAtTheStartIsAvailableAsSoonAsItAnswers) {
     *isSilent = true;
     start();
-    ASSERT_TRUE(eventually([&] { return *looks > 3; })) << "it is not asked again";
+    ASSERT_TRUE(waitUntil([&] { return *looks > 3; })) << "it is not asked again";
     EXPECT_FALSE(app().aiStatus().isAvailable());
     *isSilent = false;
-    EXPECT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); }));
+    EXPECT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable(); }));
 }
 
 TEST_F(AppModelSilence, ABatchGoesOnWhenABusyModelAnswersThatItRefuses) {
@@ -518,10 +518,10 @@ TEST_F(AppModelSilence, ABatchGoesOnWhenABusyModelAnswersThatItRefuses) {
         return answer();
     };
     startWith({guessed("/1"), guessed("/2"), guessed("/3")});
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
     *isSilent = true;
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().alert().has_value(); }));
     EXPECT_THAT(asked(), ElementsAre("/1", "/2", "/3"));
     EXPECT_EQ(app().alert()->message, "Sorulan 3 klasörden 2 tanesi analiz edilemedi:\n• " +
                                           std::string(errorDescription(AIClassifier::Failure::guardrail)) +
@@ -532,10 +532,10 @@ TEST_F(AppModelSilence, ABatchStopsWhenNeitherQuestionNorRequestIsAnswered) {
     makeModelFail(true);
     gate->open();
     startWith({guessed("/1"), guessed("/2")});
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable() && *looks == 2; }));
     *isSilent = true;
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().alert().has_value(); }));
     EXPECT_THAT(asked(), ElementsAre("/1"));
     EXPECT_EQ(app().alert()->message,
               "Sorulan 1 klasörden 1 tanesi analiz edilemedi:\n• hata: /1\n"
@@ -554,12 +554,12 @@ TEST_F(AppModelAnalyze, AnOldAnswerAboutTheModelDoesNotReplaceANewerOne) {
     const auto held = std::make_shared<int>();
     services.aiStatus = [held, ask = services.aiStatus](const std::stop_token& stop) { return ask(stop); };
     start();
-    ASSERT_TRUE(eventually([&] { return first->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return first->arrived() == 1; }));
     scanFor({guessed("/a")});
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable(); }));
     const long heldByIt = held.use_count();
     first->open();
-    ASSERT_TRUE(eventually([&] { return held.use_count() < heldByIt; })) << "the old answer is there";
+    ASSERT_TRUE(waitUntil([&] { return held.use_count() < heldByIt; })) << "the old answer is there";
     QCoreApplication::processEvents();
     EXPECT_TRUE(app().aiStatus().isAvailable());
 }

@@ -3,11 +3,11 @@
 
 #include <limits>
 
-#include "app/app_world.h"
 #include "classify/analyzer.h"
 #include "classify/rule_book.h"
 #include "core/paths.h"
 #include "platform/trash.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {
@@ -17,12 +17,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr auto most = std::numeric_limits<std::int64_t>::max();
-
-Finding simulator(const std::string& id, std::int64_t size) {
-    Finding finding = staged(id, SafetyLevel::safe, size);
-    finding.action = {CleanAction::DeleteSimulator{"udid"}};
-    return finding;
-}
 
 Finding usedBy(const std::string& id, std::vector<std::string> applications,
                VerdictSource source = VerdictSource::rule) {
@@ -129,7 +123,8 @@ TEST_F(AppModelClean, WhatIsRemovedForGoodIsFreed) {
 }
 
 TEST_F(AppModelClean, ASimulatorIsFreedInBothModes) {
-    startWith({simulator("/a", 30), simulator("/b", 40)});
+    startWith(
+        {simulator(staged("/a", SafetyLevel::safe, 30)), simulator(staged("/b", SafetyLevel::safe, 40))});
     clean({"/a"}, CleanMode::trash);
     EXPECT_EQ(app().freedBytes(), 30);
     clean({"/b"}, CleanMode::permanent);
@@ -210,10 +205,10 @@ TEST_F(AppModelClean, WhatAStopLeavesIsCalledByThePresentTitle) {
     startWith({staged("/1"), guessed("/2")});
     renameByModel({"/2"});
     const auto task = app().clean({"/1", "/2"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     app().stopCleaning();
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     ASSERT_TRUE(app().alert());
     EXPECT_EQ(app().alert()->message,
               "2 öğeden yalnız 1 tanesi temizlendi. Kalanlar:\n• model: /2: dokunulmadı.");
@@ -240,10 +235,10 @@ TEST_F(AppModelCleanMany, WhatAStopLeavesIsNotMarkedAsBeingCleaned) {
     makeCleaningSlow();
     startWithMany();
     const auto task = app().clean(all, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     app().stopCleaning();
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_EQ(maxAtOnce, 1U);
     ASSERT_TRUE(app().alert());
     EXPECT_TRUE(app().alert()->message.starts_with("300 öğeden yalnız 1 tanesi temizlendi. "));
@@ -306,11 +301,11 @@ TEST_F(AppModelClean, AFindingIsNotCleanedTwiceAtOnce) {
     startWith({usedBy("/1", {"Tarayıcı"})});
     const auto first = app().clean({"/1"}, CleanMode::trash);
     const auto together = app().clean({"/1"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return first.isReady() != together.isReady() && gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return first.isReady() != together.isReady() && gate->arrived() == 1; }));
     EXPECT_EQ(app().cleaning(), std::set<std::string>{"/1"});
     clean({"/1"});
     gate->open();
-    ASSERT_TRUE(eventually([&] { return first.isReady() && together.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return first.isReady() && together.isReady(); }));
     EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
     EXPECT_EQ(app().trashedBytes(), 100);
 }
@@ -324,14 +319,14 @@ TEST_F(AppModelClean, TwoRemovalsTakeTurns) {
     };
     startWith({staged("/1"), staged("/2")});
     const auto first = app().clean({"/1"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     const auto second = app().clean({"/2"}, CleanMode::trash);
     const auto third = app().emptyTrash();
     analyze("/2");
     EXPECT_EQ(gate->arrived(), 1);
     EXPECT_EQ(emptied->size(), 0U);
     gate->open();
-    EXPECT_TRUE(eventually([&] { return first.isReady() && second.isReady() && third.isReady(); }));
+    EXPECT_TRUE(waitUntil([&] { return first.isReady() && second.isReady() && third.isReady(); }));
     EXPECT_EQ(emptied->size(), 1U);
     EXPECT_EQ(cleaned->size(), 2U);
 }
@@ -344,12 +339,12 @@ TEST_F(AppModelClean, WhatAScanReplacedWhileApplicationsWereLookedAtIsCleanedAsI
     startWith({usedBy("/1", {"Eski"}), usedBy("/2", {"Eski"})});
     const auto first = app().clean({"/1"}, CleanMode::trash);
     const auto second = app().clean({"/2"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     Finding kept = usedBy("/2", {"Eski"});
     kept.action = {CleanAction::None{"Sebep."}};
     scanFor({usedBy("/1", {"Yeni"}), kept});
     gate->open();
-    ASSERT_TRUE(eventually([&] { return first.isReady() && second.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return first.isReady() && second.isReady(); }));
     EXPECT_THAT(cleaned->values(), IsEmpty());
     ASSERT_TRUE(app().alert());
     EXPECT_EQ(app().alert()->message,
@@ -363,10 +358,10 @@ TEST_F(AppModelClean, WhatIsGoneWhenTheApplicationsAreKnownIsNotCleaned) {
     };
     startWith({usedBy("/1", {"Tarayıcı"})});
     const auto task = app().clean({"/1"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     scanFor({});
     gate->open();
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_THAT(cleaned->values(), IsEmpty());
     EXPECT_EQ(app().alert(), std::nullopt);
 }
@@ -501,11 +496,11 @@ TEST_F(AppModelClean, WhileTheDesktopEmptiesOtherRemovalsGoOn) {
     startWith({staged("/1", SafetyLevel::safe, 30), staged("/2", SafetyLevel::safe, 4)});
     clean({"/1"});
     const auto emptying = app().emptyTrash();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     clean({"/2"}, CleanMode::permanent);
     EXPECT_EQ(app().freedBytes(), 4);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return emptying.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return emptying.isReady(); }));
     EXPECT_EQ(app().freedBytes(), 34);
     EXPECT_EQ(app().trashedBytes(), 0);
     EXPECT_EQ(app().alert(), std::nullopt);
@@ -544,7 +539,7 @@ TEST_F(AppModelClean, WhatWasTrashedIsKnownAgainWhenItIsEmptiedAndRecordedOnceAB
     };
     startWith({staged("/1"), staged("/2")});
     clean({"/1", "/2"});
-    ASSERT_TRUE(eventually([&] { return recorded->size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return recorded->size() == 1; }));
     EXPECT_THAT(recorded->values(), ElementsAre(2U)) << "also of what failed later";
     emptyTrash();
     emptyTrash();
@@ -552,7 +547,8 @@ TEST_F(AppModelClean, WhatWasTrashedIsKnownAgainWhenItIsEmptiedAndRecordedOnceAB
 }
 
 TEST_F(AppModelClean, TotalsThatOverflowEndTheProgram) {
-    startWith({staged("/1", SafetyLevel::safe, most), staged("/2"), simulator("/3", 1)});
+    startWith(
+        {staged("/1", SafetyLevel::safe, most), staged("/2"), simulator(staged("/3", SafetyLevel::safe, 1))});
     clean({"/1"}, CleanMode::trash);
     EXPECT_EQ(app().trashedBytes(), most);
     EXPECT_DEATH(clean({"/2"}, CleanMode::trash), "");
@@ -569,7 +565,7 @@ TEST_F(AppModelClean, CleaningDoesNotWaitForAScanAndWhatIsGoneDoesNotComeBackWit
     EXPECT_THAT(ids(), ElementsAre("/2"));
     EXPECT_EQ(app().phase(), AppModel::Phase::scanning);
     scanGate->open();
-    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
     EXPECT_THAT(ids(), ElementsAre("/2", "/10"));
     scanFor({staged("/1")});
     EXPECT_THAT(ids(), ElementsAre("/1")) << "a scan that began later counts";
@@ -583,10 +579,10 @@ protected:
         stage({.findings = std::move(stale), .gate = first});
         stage({.findings = {staged("/again")}});
         app().scan();
-        ASSERT_TRUE(eventually([&] { return first->arrived() == 1; }));
+        ASSERT_TRUE(waitUntil([&] { return first->arrived() == 1; }));
         clean({id}, mode);
         first->open();
-        ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+        ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
     }
 };
 
@@ -644,10 +640,10 @@ TEST_F(AppModelCleanedMeanwhile, ATrashThatWasEmptiedIsScannedAgain) {
     stage({.findings = {staged(ayse().trash)}, .gate = first});
     stage({.findings = {staged("/again")}});
     app().scan();
-    ASSERT_TRUE(eventually([&] { return first->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return first->arrived() == 1; }));
     emptyTrash();
     first->open();
-    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
     EXPECT_THAT(ids(), ElementsAre("/again"));
 }
 
@@ -657,12 +653,12 @@ protected:
     /// Afterwards another scan would find "/again".
     void scanWhileCleaning(std::vector<Finding> found, const std::string& id) {
         const auto task = app().clean({id}, CleanMode::permanent);
-        ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+        ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
         scanFor(std::move(found));
         stage({.findings = {staged("/again")}});
         gate->open();
-        ASSERT_TRUE(eventually([&] { return task.isReady(); }));
-        ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+        ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
+        ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
     }
 };
 

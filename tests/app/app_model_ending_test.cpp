@@ -15,9 +15,9 @@
 #include <memory>
 #include <thread>
 
-#include "app/app_world.h"
 #include "platform/durable_file.h"
 #include "platform/files.h"
+#include "support/app_test.h"
 #include "support/environment.h"
 #include "support/system.h"
 
@@ -53,7 +53,7 @@ protected:
     void scanSlowly(bool heedsStop = true) {
         stage({.findings = {staged("/new")}, .gate = gate, .heedsStop = heedsStop});
         app().scan();
-        ASSERT_TRUE(eventually([&] { return gate->arrived() > 0; }));
+        ASSERT_TRUE(waitUntil([&] { return gate->arrived() > 0; }));
     }
     /// Ends the application; fails when that waits for what never ends, or says anything.
     void endQuickly() {
@@ -103,13 +103,13 @@ TEST_F(AppModelEnding, AScanThatIsComparedWithWhatWasCleanedMeanwhileIsDropped) 
     // The walk's end is the first, that of the look at the disk the second.
     const EndAtSecond ending([&] { end(); });
     gate->open();
-    EXPECT_TRUE(eventually([&] { return ending.hasEnded(); }));
+    EXPECT_TRUE(waitUntil([&] { return ending.hasEnded(); }));
 }
 
 TEST_F(AppModelEnding, AnAnalysisThatRunsIsStoppedAndItsAnswerDropped) {
     startWith({guessed("/a")});
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     endQuickly();
     EXPECT_TRUE(task.isReady());
     EXPECT_THAT(remembered(), IsEmpty());
@@ -118,7 +118,7 @@ TEST_F(AppModelEnding, AnAnalysisThatRunsIsStoppedAndItsAnswerDropped) {
 TEST_F(AppModelEnding, ABatchThatRunsIsStopped) {
     startWith({guessed("/a"), guessed("/b")});
     app().analyzeAllUncertain();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     endQuickly();
     EXPECT_EQ(gate->arrived(), 1);
 }
@@ -130,7 +130,7 @@ TEST_F(AppModelEnding, AModelThatIsBeingLookedForIsNoLongerWaitedFor) {
     };
     start();
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     endQuickly();
     EXPECT_TRUE(task.isReady());
 }
@@ -139,7 +139,7 @@ TEST_F(AppModelEnding, ARemovalThatRunsIsWaitedForAndTheNextDoesNotBegin) {
     makeCleaningSlow();
     startWith({staged("/1"), staged("/2"), staged("/3")});
     const auto first = app().clean({"/1", "/2"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     const auto other = app().clean({"/3"}, CleanMode::trash);
     EXPECT_FALSE(app().finish(1ms));
     gate->open();
@@ -152,7 +152,7 @@ TEST_F(AppModelEnding, ARemovalThatRunsIsWaitedForAsLongAsItTakes) {
     makeCleaningSlow();
     startWith({staged("/1")});
     const auto task = app().clean({"/1"}, CleanMode::permanent);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     EXPECT_FALSE(app().finish(1ms));
     std::atomic<bool> hasOpened = false;
     std::thread opener([&] {
@@ -194,7 +194,7 @@ TEST_F(AppModelEnding, AllAtOnceEndSoonAndNoLabelIsLost) {
     startWith({guessed("/a"), staged("/b")});
     scanSlowly();
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     app().setLevel(SafetyLevel::keep, "/b");
     app().setLevel(SafetyLevel::unknown, "/a");
     endQuickly();
@@ -217,10 +217,10 @@ TEST_F(AppModelEnding, AfterTheEndNothingIsAppliedAndNothingIsTold) {
     startWith({guessed("/a")});
     scanSlowly();
     const auto task = app().analyze("/a", "");
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     signalled = std::make_shared<Record<std::string>>();
     EXPECT_TRUE(app().finish(60s));
-    ASSERT_TRUE(eventually([&] { return task.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
     EXPECT_THAT(ids(), ElementsAre("/a"));
     EXPECT_THAT(signalled->values(), IsEmpty());
 }
@@ -248,7 +248,7 @@ protected:
         std::vector<QCoro::Task<>> tasks;
         for (const auto& ids : calls) {
             tasks.push_back(app().clean(ids, CleanMode::permanent));
-            ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+            ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
         }
         EXPECT_TRUE(app().isCleaning());
         int ends = 0;
@@ -259,7 +259,7 @@ protected:
         app().stopCleaning();
         EXPECT_TRUE(app().isCleaning()) << "the item that is being removed is finished";
         gate->open();
-        ASSERT_TRUE(eventually([&] { return ends == 1; }));
+        ASSERT_TRUE(waitUntil([&] { return ends == 1; }));
     }
 };
 
@@ -285,10 +285,10 @@ TEST_F(AppModelStopping, CountsWhatWasDone) {
     };
     startWith({staged("/1"), staged("/2"), staged("/3")});
     const auto task = app().clean({"/1", "/2", "/3"}, CleanMode::permanent);
-    ASSERT_TRUE(eventually([&] { return late->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return late->arrived() == 1; }));
     app().stopCleaning();
     late->open();
-    ASSERT_TRUE(eventually([&] { return !app().isCleaning(); }));
+    ASSERT_TRUE(waitUntil([&] { return !app().isCleaning(); }));
     EXPECT_THAT(ids(), ElementsAre("/3"));
     EXPECT_EQ(app().alert()->message,
               "3 öğeden yalnız 2 tanesi temizlendi. Kalanlar:\n• ad /3: dokunulmadı.");
@@ -297,7 +297,7 @@ TEST_F(AppModelStopping, CountsWhatWasDone) {
 TEST_F(AppModelStopping, SaysNothingWhenNothingIsLeft) {
     gate->open();
     const auto task = app().clean({"/1"}, CleanMode::permanent);
-    ASSERT_TRUE(eventually([&] { return !app().isCleaning(); }));
+    ASSERT_TRUE(waitUntil([&] { return !app().isCleaning(); }));
     app().stopCleaning();
     EXPECT_EQ(app().alert(), std::nullopt);
     EXPECT_THAT(ids(), ElementsAre("/2", "/3"));
@@ -346,7 +346,7 @@ protected:
         }
         startWith(std::move(findings));
         const auto task = app().clean(paths, CleanMode::trash);
-        (void)eventually([&] { return end == End::finished ? inTrash() > 3 : task.isReady(); });
+        (void)waitUntil([&] { return end == End::finished ? inTrash() > 3 : task.isReady(); });
         (void)app().finish(0ms);
         ::_exit(0);
     }

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/app_world.h"
 #include "platform/durable_file.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {
@@ -40,7 +40,7 @@ TEST_F(AppModelLabel, TheLevelThatAFindingHasBecomesTheUsersToo) {
     startWith({staged("/a", SafetyLevel::keep)});
     app().setLevel(SafetyLevel::keep, "/a");
     EXPECT_EQ(app().finding("/a")->source, VerdictSource::user);
-    EXPECT_TRUE(eventually([&] { return remembered().contains("/a"); }));
+    EXPECT_TRUE(waitUntil([&] { return remembered().contains("/a"); }));
 }
 
 TEST_F(AppModelLabel, AnUnknownIdIsNotLabelledAndNothingIsWritten) {
@@ -59,11 +59,11 @@ TEST_F(AppModelLabel, AnUnknownIdIsNotLabelledAndNothingIsWritten) {
 TEST_F(AppModelLabel, AResetRestoresAllThatTheAnalysisSaidAndForgetsTheLabel) {
     startWith({judged("/a")});
     app().setLevel(SafetyLevel::keep, "/a");
-    ASSERT_TRUE(eventually([&] { return remembered().contains("/a"); }));
+    ASSERT_TRUE(waitUntil([&] { return remembered().contains("/a"); }));
     app().resetVerdict("/a");
     EXPECT_EQ(currentVerdict(*app().finding("/a")), judged("/a").original);
     EXPECT_THAT(app().store().entries(), IsEmpty());
-    EXPECT_TRUE(eventually([&] { return remembered().empty(); }));
+    EXPECT_TRUE(waitUntil([&] { return remembered().empty(); }));
 }
 
 TEST_F(AppModelLabel, OfTwoFindingsWithOneIdTheFirstIsLabelled) {
@@ -81,7 +81,7 @@ TEST_F(AppModelLabel, WhatAnotherWindowHasLabelledIsSeenWithTheNextLabel) {
     VerdictStore(verdictsPath).save(currentVerdict(theirs), theirs);
     EXPECT_EQ(app().finding("/b")->level, SafetyLevel::safe);
     app().setLevel(SafetyLevel::caution, "/c");
-    ASSERT_TRUE(eventually([&] { return app().finding("/b")->level == SafetyLevel::keep; }));
+    ASSERT_TRUE(waitUntil([&] { return app().finding("/b")->level == SafetyLevel::keep; }));
     EXPECT_EQ(currentVerdict(*app().finding("/b")), currentVerdict(theirs));
     EXPECT_EQ(app().finding("/a")->level, SafetyLevel::safe);
     EXPECT_EQ(app().finding("/c")->level, SafetyLevel::caution);
@@ -96,7 +96,7 @@ TEST_F(AppModelLabel, LabelsAreGivenWhileAScanRuns) {
     app().setLevel(SafetyLevel::keep, "/a");
     EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return app().phase() == AppModel::Phase::done; }));
+    ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
     EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
 }
 

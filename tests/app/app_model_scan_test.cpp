@@ -14,8 +14,8 @@
 #include <ostream>
 #include <thread>
 
-#include "app/app_world.h"
 #include "app/finding_action.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {
@@ -62,7 +62,7 @@ protected:
         const auto gate = scan.gate;
         stage(std::move(scan));
         app().scan();
-        EXPECT_TRUE(eventually([&] { return gate->arrived() > 0; }));
+        EXPECT_TRUE(waitUntil([&] { return gate->arrived() > 0; }));
         return gate;
     }
     bool walkHasEnded() { return app().phase() == Phase::done; }
@@ -82,7 +82,7 @@ protected:
     /// Until every walk, cancelled or not, has come back and the application has done with it what it does;
     /// or all but those that hold so much. A worker lets go of the walk after it has sent word of its end.
     void awaitAllWalks(long butThoseThatHold = 0) {
-        ASSERT_TRUE(eventually([&] { return heldByWalks() == butThoseThatHold; }));
+        ASSERT_TRUE(waitUntil([&] { return heldByWalks() == butThoseThatHold; }));
         QCoreApplication::processEvents();
     }
 
@@ -105,7 +105,7 @@ TEST_F(AppModelScan, ThatRunsOutOfMemorySaysSoAndLeavesWhatThereWas) {
     AppModel& app = start();
     *isShort = 1;
     app.scan();
-    ASSERT_TRUE(eventually([&] { return app.phase() == Phase::idle; }));
+    ASSERT_TRUE(waitUntil([&] { return app.phase() == Phase::idle; }));
     ASSERT_TRUE(app.alert());
     EXPECT_EQ(app.alert()->title, "Tarama tamamlanamadı");
     EXPECT_TRUE(app.alert()->message.starts_with("Bellek yetmedi."));
@@ -114,11 +114,11 @@ TEST_F(AppModelScan, ThatRunsOutOfMemorySaysSoAndLeavesWhatThereWas) {
     *isShort = 0;
     stage({.findings = {staged("/v/a")}});
     app.scan();
-    ASSERT_TRUE(eventually([&] { return app.phase() == Phase::done; }));
+    ASSERT_TRUE(waitUntil([&] { return app.phase() == Phase::done; }));
     EXPECT_FALSE(app.alert());
     *isShort = 2;
     app.scan();
-    ASSERT_TRUE(eventually([&] { return app.alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app.alert().has_value(); }));
     EXPECT_EQ(app.phase(), Phase::done);
     EXPECT_EQ(app.findings().size(), 1U);
 }
@@ -145,7 +145,7 @@ TEST_F(AppModelScan, StartsEmptyWithoutScanning) {
 TEST_F(AppModelScan, TheModelCountsAsAbsentUntilItHasAnswered) {
     const AppModel& app = start();
     EXPECT_FALSE(app.aiStatus().isAvailable());
-    EXPECT_TRUE(eventually([&] { return app.aiStatus().isAvailable(); }));
+    EXPECT_TRUE(waitUntil([&] { return app.aiStatus().isAvailable(); }));
 }
 
 TEST_F(AppModelScan, AHintThatChangesIsHeardOfWhenTheReasonStays) {
@@ -155,9 +155,9 @@ TEST_F(AppModelScan, AHintThatChangesIsHeardOfWhenTheReasonStays) {
         return AIStatus{.unavailable = "yok", .hint = std::to_string(hints->size())};
     };
     start();
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().hint == "1"; }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().hint == "1"; }));
     scanFor({});
-    EXPECT_TRUE(eventually([&] { return app().aiStatus().hint == "2"; }));
+    EXPECT_TRUE(waitUntil([&] { return app().aiStatus().hint == "2"; }));
     EXPECT_EQ(std::ranges::count(signalled->values(), "aiStatus"), 2);
 }
 
@@ -171,7 +171,7 @@ TEST_F(AppModelScan, FromIdleToScanningToDone) {
     const auto gate = startSlowScan({.findings = {staged("/b"), staged("/a")}});
     EXPECT_EQ(app().phase(), Phase::scanning);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_THAT(ids(), ElementsAre("/b", "/a"));
 }
 
@@ -185,11 +185,11 @@ TEST_F(AppModelScan, TheResultIsSetInOrderAndThePhaseLast) {
         return AIStatus{.unavailable = "yok", .hint = std::to_string(asked->size())};
     };
     start();
-    ASSERT_TRUE(eventually([&] { return app().aiStatus().unavailable == "yok"; }));
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().unavailable == "yok"; }));
     signalled = std::make_shared<Record<std::string>>();
     const auto gate = startSlowScan({.findings = {staged("/a")}, .files = 3, .bytes = 5, .denied = 1});
     gate->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     std::vector<std::string> order = signalled->values();
     order.erase(order.begin(), std::ranges::find(order, "findings"));
     std::erase_if(order, [](const std::string& name) {
@@ -203,12 +203,12 @@ TEST_F(AppModelScan, TheProgressIsLookedAtOnceBeforeTheFirstPause) {
     start();
     const auto first = startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = ayse().home + "/x"});
     // One look may fall between two counters of the walk.
-    ASSERT_TRUE(eventually([&] {
+    ASSERT_TRUE(waitUntil([&] {
         return app().scannedFiles() == 12 && app().scannedBytes() == 34 && app().deniedCount() == 5 &&
                app().currentPath() == "~/x";
     }));
     first->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     // The look at a walk that has not begun is over when the call returns: no timer has come yet.
     stage({.gate = std::make_shared<Gate>()});
     signalled = std::make_shared<Record<std::string>>();
@@ -222,9 +222,9 @@ TEST_F(AppModelScan, TheNextLookIsAFifthOfASecondAfterTheLast) {
     start();
     signalled = std::make_shared<Record<std::string>>();
     const auto gate = startSlowScan({.files = 12, .current = ayse().home + "/x"});
-    ASSERT_TRUE(eventually([&] { return watch.pauses.size() >= 3; }));
+    ASSERT_TRUE(waitUntil([&] { return watch.pauses.size() >= 3; }));
     gate->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     const PauseWatch::Pause pause{
         .length = std::chrono::milliseconds(200), .isOnce = true, .isPrecise = true};
     EXPECT_THAT(watch.pauses, testing::Each(pause));
@@ -247,7 +247,7 @@ TEST_F(AppModelScan, WhatIsCountedAfterTheLastLookIsInTheFinalCounters) {
     // Within a look: the next is a pause away, and the walk is at its end.
     QObject::connect(&app(), &AppModel::scannedFilesChanged, [gate] { gate->open(); });
     app().scan();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_EQ(app().scannedFiles(), 12);
     EXPECT_EQ(app().scannedBytes(), 34);
     EXPECT_EQ(app().deniedCount(), 5);
@@ -267,17 +267,17 @@ TEST_F(AppModelScan, ProgressIsToldAtMostFiveTimesASecond) {
     QObject::connect(&app(), &AppModel::scannedFilesChanged,
                      [&] { times.push_back(std::chrono::steady_clock::now()); });
     app().scan();
-    ASSERT_TRUE(eventually([&] { return times.size() >= 5; }));
+    ASSERT_TRUE(waitUntil([&] { return times.size() >= 5; }));
     *isOver = true;
     for (std::size_t i = 1; i < 5; ++i)
         EXPECT_GE(times[i] - times[i - 1], std::chrono::milliseconds(195));
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
 }
 
 TEST_F(AppModelScan, ASecondScanIsIgnoredWhileOneRuns) {
     start();
     const auto gate = startSlowScan({.findings = {staged("/first")}, .files = 7});
-    ASSERT_TRUE(eventually([&] { return app().scannedFiles() == 7; }));
+    ASSERT_TRUE(waitUntil([&] { return app().scannedFiles() == 7; }));
     const auto second = std::make_shared<Gate>();
     stage({.findings = {staged("/second")}, .gate = second});
     const std::size_t signalsBefore = signalled->size();
@@ -285,7 +285,7 @@ TEST_F(AppModelScan, ASecondScanIsIgnoredWhileOneRuns) {
     EXPECT_EQ(signalled->size(), signalsBefore);
     EXPECT_EQ(app().scannedFiles(), 7);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_THAT(ids(), ElementsAre("/first"));
     EXPECT_EQ(second->arrived(), 0);
 }
@@ -296,9 +296,9 @@ TEST_F(AppModelScan, AnotherScanResetsTheCountersAndLeavesTheRest) {
     ASSERT_EQ(app().trashedBytes(), 70);
     const auto first = startSlowScan(
         {.findings = {staged("/older")}, .files = 9, .bytes = 8, .denied = 7, .current = ayse().home + "/x"});
-    ASSERT_TRUE(eventually([&] { return app().currentPath() == "~/x"; }));
+    ASSERT_TRUE(waitUntil([&] { return app().currentPath() == "~/x"; }));
     first->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     ASSERT_EQ(app().scannedFiles(), 9);
     ASSERT_EQ(app().scannedBytes(), 8);
     ASSERT_EQ(app().deniedCount(), 7);
@@ -317,7 +317,7 @@ TEST_F(AppModelScan, AnotherScanResetsTheCountersAndLeavesTheRest) {
     EXPECT_TRUE(app().disk());
     EXPECT_EQ(app().trashedBytes(), 70);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_THAT(ids(), ElementsAre("/new"));
 }
 
@@ -364,10 +364,10 @@ TEST_F(AppModelScan, ACancelledWalkGoesOnAndIsStillCounted) {
     };
     start();
     app().scan();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() > 0; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() > 0; }));
     app().cancelScan();
     gate->open();
-    EXPECT_TRUE(eventually([&] { return app().scannedFiles() == 31; }));
+    EXPECT_TRUE(waitUntil([&] { return app().scannedFiles() == 31; }));
     EXPECT_TRUE(*counted) << "the walk was told to stop";
     EXPECT_EQ(app().phase(), Phase::idle);
     end->open();
@@ -380,7 +380,7 @@ TEST_F(AppModelScan, OfTwoWalksAtOnceOnlyTheNewerCounts) {
     const auto newer = startSlowScan({.findings = {staged("/newer")}});
     EXPECT_EQ(older->arrived(), 1);
     newer->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_THAT(ids(), ElementsAre("/newer"));
     older->open();
     awaitAllWalks();
@@ -395,11 +395,11 @@ TEST_F(AppModelScan, BothCountersOfTwoWalksAreShownUntilTheOlderEnds) {
     const auto newer = startSlowScan({.files = 200});
     std::set<std::int64_t> shown;
     QObject::connect(&app(), &AppModel::scannedFilesChanged, [&] { shown.insert(app().scannedFiles()); });
-    EXPECT_TRUE(eventually([&] { return shown.contains(100) && shown.contains(200); }));
+    EXPECT_TRUE(waitUntil([&] { return shown.contains(100) && shown.contains(200); }));
     older->open();
     awaitAllWalks(heldByOne);  // but for the newer; else the last look might be at the older
     newer->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_EQ(app().scannedFiles(), 200);
 }
 
@@ -440,7 +440,7 @@ TEST_F(AppModelScan, IsShownWithoutWaitingForAModelThatIsSilent) {
     scanFor({staged("/b")});
     EXPECT_THAT(ids(), ElementsAre("/b"));
     gate->open();
-    EXPECT_TRUE(eventually([&] { return app().aiStatus().isAvailable(); })) << "it comes on its own";
+    EXPECT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable(); })) << "it comes on its own";
 }
 
 TEST_F(AppModelScan, TheTimeAModelTakesToAnswerIsNotTheScans) {
@@ -453,17 +453,17 @@ TEST_F(AppModelScan, TheTimeAModelTakesToAnswerIsNotTheScans) {
         return AIStatus{};
     };
     start();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));
     stage({.findings = {staged("/a")}});
     const auto began = Clock::now();
     app().scan();
     const auto underWay = Clock::now();
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     const auto ended = asked->values().back();
     // The model thinks for longer than the scan may have begun late.
-    ASSERT_TRUE(eventually([&] { return Clock::now() - ended > underWay - began; }));
+    ASSERT_TRUE(waitUntil([&] { return Clock::now() - ended > underWay - began; }));
     gate->open();
-    ASSERT_TRUE(eventually([&] { return walkHasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_GE(*app().scanDuration(), 0.0);
     EXPECT_LE(*app().scanDuration(), std::chrono::duration<double>(ended - began).count());
 }
@@ -520,7 +520,7 @@ TEST_F(AppModelScan, RevealsAllItemsOfAFindingAtOnce) {
     Finding group = staged("/a");
     group.urls = {"/a", "/b", "/c\n"};
     app().reveal(group);
-    ASSERT_TRUE(eventually([&] { return revealed->size() > 0; }));
+    ASSERT_TRUE(waitUntil([&] { return revealed->size() > 0; }));
     EXPECT_THAT(revealed->values(), ElementsAre(ElementsAre("/a", "/b", "/c\n")));
     EXPECT_FALSE(app().alert());
 }
@@ -529,7 +529,7 @@ TEST_F(AppModelScan, TellsWhenNothingOpensTheFolder) {
     services.reveal = [](std::span<const std::string>) { return false; };
     start();
     app().reveal(staged("/v/önbellek"));
-    ASSERT_TRUE(eventually([&] { return app().alert().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return app().alert().has_value(); }));
     EXPECT_EQ(app().alert()->title, "Klasör açılamadı");
     EXPECT_EQ(app().alert()->message,
               "“/v/önbellek” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı.");
@@ -548,7 +548,7 @@ TEST_F(AppModelScan, OpensThePageOfTheDiskAccessSettings) {
     const auto opened = std::make_shared<Record<std::string>>();
     services.openUrl = [opened](std::string_view url) { opened->add(std::string(url)); };
     start().openFullDiskAccessSettings();
-    ASSERT_TRUE(eventually([&] { return opened->size() > 0; }));
+    ASSERT_TRUE(waitUntil([&] { return opened->size() > 0; }));
     EXPECT_THAT(opened->values(),
                 ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
 }

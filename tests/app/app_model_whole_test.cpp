@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "app/app_world.h"
 #include "core/paths.h"
 #include "core/shell.h"
+#include "support/app_test.h"
 #include "support/environment.h"
 #include "support/isolation.h"
 #include "support/system.h"
@@ -36,7 +36,7 @@ class WholeApp {
 public:
     explicit WholeApp(const std::string& verdicts) : app_(realServices(), verdicts) {
         app_.scan();
-        EXPECT_TRUE(eventually([&] { return app_.phase() == AppModel::Phase::done; }));
+        EXPECT_TRUE(waitUntil([&] { return app_.phase() == AppModel::Phase::done; }));
     }
     AppModel& operator*() { return app_; }
     AppModel* operator->() { return &app_; }

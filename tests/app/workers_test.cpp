@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/app_world.h"
+#include "support/app_test.h"
 
 namespace ulvak {
 namespace {
@@ -59,10 +59,10 @@ TEST_F(WorkersTest, ManyWaitAtOnceWithoutHoldingEachOther) {
     std::vector<QCoro::Task<>> tasks;
     for (int i = 0; i < 100; ++i)
         tasks.push_back(await(i));
-    EXPECT_TRUE(eventually([&] { return gate->arrived() == 100; }));
+    EXPECT_TRUE(waitUntil([&] { return gate->arrived() == 100; }));
     EXPECT_TRUE(results.empty());
     gate->open();
-    EXPECT_TRUE(eventually([&] { return results.size() == 100; }));
+    EXPECT_TRUE(waitUntil([&] { return results.size() == 100; }));
 }
 
 TEST_F(WorkersTest, AFunctionBeginsWhenItIsAwaited) {

@@ -8,6 +8,7 @@
 
 #include "classify/analyzer.h"
 #include "node.h"
+#include "support/findings.h"
 
 namespace ulvak {
 namespace {
@@ -21,16 +22,12 @@ const FileTime early = std::chrono::sys_days{std::chrono::year{2001} / 1 / 1};
 const FileTime late = early + 24h;
 
 Finding finding(const std::string& id, std::int64_t size, std::optional<std::string> group = std::nullopt) {
-    Finding result;
-    result.id = id;
-    result.urls = {id};
-    result.size = size;
-    result.fileCount = 1;
-    result.groupKey = std::move(group);
-    result.children = {{.name = "inner", .size = 1, .isDirectory = true}};
-    result.original.title = "Kayıtlar";
-    setCurrentVerdict(result, result.original);
-    return result;
+    return test::asFound({.id = id,
+                          .size = size,
+                          .title = "Kayıtlar",
+                          .fileCount = 1,
+                          .children = {{.name = "inner", .size = 1, .isDirectory = true}},
+                          .groupKey = std::move(group)});
 }
 
 std::vector<Finding> merged(std::vector<Finding> findings) {

@@ -10,6 +10,7 @@
 
 #include "clean/cleaner.h"
 #include "support/environment.h"
+#include "support/findings.h"
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
@@ -58,11 +59,7 @@ inline Cleaner cleaner(Cleaner::Services services = Cleaner::Services::system())
 }
 
 inline Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) {
-    Finding result;
-    result.id = urls.front();
-    result.urls = std::move(urls);
-    result.size = size;
-    return result;
+    return asFound({.urls = std::move(urls), .size = size});
 }
 
 /// The system's services in a home whose Trash is taken for the desktop's; its program is none that there is.

@@ -39,6 +39,21 @@ TEST(CommandLine, KnowsHelpAndVersion) {
     EXPECT_TRUE(parse({"--version"}).version);
 }
 
+TEST(CommandLine, KnowsWhatIsForTheWindow) {
+    EXPECT_TRUE(parse({"--autoscan"}).autoscan);
+    EXPECT_TRUE(parse({"--select-first"}).selectFirst);
+    EXPECT_TRUE(parse({"--reduced-motion"}).reducedMotion);
+    EXPECT_EQ(parse({"--level=safe"}).level, "safe");
+    const CommandLine line = parse({"--autoscan=1", "--Select-first", "--reduced-motion ", "--level"});
+    EXPECT_FALSE(line.autoscan || line.selectFirst || line.reducedMotion || line.level);
+    EXPECT_EQ(line.unknown.size(), 4U);
+}
+
+TEST(CommandLine, TheFirstLevelCountsWhateverItNames) {
+    EXPECT_EQ(parse({"--level=", "--level=safe"}).level, "");
+    EXPECT_EQ(parse({"--level=x", "--level=safe"}).level, "x");
+}
+
 TEST(CommandLine, HelpNamesEveryOptionAndEachIsKnown) {
     for (const char* option : {"--dump", "--ai", "--autoscan", "--level=", "--select-first",
                                "--reduced-motion", "--help", "-h", "--version"}) {

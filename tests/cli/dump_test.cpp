@@ -9,7 +9,10 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "support/findings.h"
 
 namespace ulvak {
 namespace {
@@ -20,12 +23,8 @@ const UserFolders folders{.home = "/home/ayşe", .temp = "/tmp/t", .cache = "/tm
 
 Finding finding(SafetyLevel level, std::int64_t size, std::string title, const std::string& path,
                 VerdictSource source = VerdictSource::rule) {
-    return {.id = path,
-            .urls = {path},
-            .size = size,
-            .level = level,
-            .title = std::move(title),
-            .source = source};
+    return test::asFound(
+        {.id = path, .size = size, .level = level, .title = std::move(title), .source = source});
 }
 
 std::string listing(const std::vector<Finding>& findings) {

@@ -4,6 +4,9 @@
 
 #include <set>
 #include <unordered_set>
+#include <utility>
+
+#include "support/findings.h"
 
 namespace ulvak {
 namespace {
@@ -14,12 +17,9 @@ const Verdict first{.level = SafetyLevel::caution,
                     .source = VerdictSource::heuristic};
 
 Finding analysed() {
-    Finding finding;
-    finding.id = "/home/ayse/Yedekler";
-    finding.urls = {finding.id};
-    finding.original = first;
+    Finding finding{.id = "/home/ayse/Yedekler"};
     setCurrentVerdict(finding, first);
-    return finding;
+    return test::asFound(std::move(finding));
 }
 
 const Verdict ofModel{.level = SafetyLevel::safe,

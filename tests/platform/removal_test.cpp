@@ -19,6 +19,7 @@
 #include "support/isolation.h"
 #include "support/system.h"
 #include "support/temp_tree.h"
+#include "support/wait.h"
 
 namespace ulvak::platform {
 namespace {
@@ -342,8 +343,7 @@ TEST(Removal, WaitsForAnotherThatHasMovedTheItemAside) {
     const TempTree tree({folder("item", {textFile("a", "a")})});
     const auto calls = withAnotherThatMovesTheItemAside(tree);
     std::jthread other([&] {
-        while (!exists(tree.path("aside")))
-            std::this_thread::yield();
+        ASSERT_TRUE(waitUntil([&] { return exists(tree.path("aside")); }));
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_EQ(::rmdir(tree.path("aside").c_str()), 0);
     });

@@ -7,9 +7,11 @@
 #include <chrono>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "platform/files.h"
 #include "support/environment.h"
+#include "support/findings.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {
@@ -46,9 +48,9 @@ const Verdict ruled{
 
 /// What an analysis yields.
 Finding findingOf(std::int64_t size, const Verdict& original = guess, const std::string& id = "/a") {
-    Finding finding{.id = id, .urls = {id}, .size = size, .original = original};
+    Finding finding{.id = id, .size = size};
     setCurrentVerdict(finding, original);
-    return finding;
+    return test::asFound(std::move(finding));
 }
 
 mode_t modeOf(const std::string& path) {

@@ -174,11 +174,11 @@ TEST_F(AccessibilityTest, NoTextThatADiskOrAModelCanWriteIsMarkup) {
     stage.result = {full, uncleanable(finding("/v/b", SafetyLevel::safe, 1), mark)};
     stage.current = "/" + mark;
     stage.status = AIStatus{.unavailable = mark, .hint = mark};
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     open({QStringLiteral("--autoscan")});
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).contains(u'<'); }));
     EXPECT_GE(checkPlain(), 1);
-    stage.scanDoor.open();
+    stage.scanGate.open();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
     EXPECT_GE(checkPlain(), 2);
     model->setSidebar(SidebarItem{SafetyLevel::safe});

@@ -19,7 +19,7 @@ protected:
         openScanned(QStringLiteral("safe"));
     }
     void cleanBoth() {
-        stage.cleanDoor.shut();
+        stage.cleanGate.shut();
         app->clean({"/v/a", "/v/b"}, CleanMode::permanent);
         ASSERT_TRUE(waitUntil([&] { return stage.count("clean") == 1; }));
     }
@@ -43,7 +43,7 @@ TEST_F(ClosingTest, StaysOpenAndCleansOnWhenTheQuestionIsCancelled) {
     closeAndSee(QStringLiteral("confirmClose"));
     key(Qt::Key_Return);  // keeping it open is what has the focus
     ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmClose")); }));
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return !app->isCleaning(); }));
     EXPECT_EQ(stage.count("clean"), 2);
     EXPECT_TRUE(window->isVisible());
@@ -56,7 +56,7 @@ TEST_F(ClosingTest, EndsAfterTheItemAndTellsWhatIsLeftBeforeTheWindowGoes) {
     answer(QStringLiteral("confirm"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("stoppingNote")); }));
     EXPECT_TRUE(window->isVisible());
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
     EXPECT_FALSE(isOpen(QStringLiteral("stoppingNote")));
     EXPECT_EQ(inPopup(QStringLiteral("alert"), QStringLiteral("dialogTitle"))->property("text").toString(),
@@ -70,19 +70,19 @@ TEST_F(ClosingTest, EndsAfterTheItemAndTellsWhatIsLeftBeforeTheWindowGoes) {
 }
 
 TEST_F(ClosingTest, ClosesByItselfWhenNothingIsLeft) {
-    stage.cleanDoor.shut();
+    stage.cleanGate.shut();
     app->clean({"/v/a"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return stage.count("clean") == 1; }));
     closeAndSee(QStringLiteral("confirmClose"));
     answer(QStringLiteral("confirm"));
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     EXPECT_TRUE(waitUntil([&] { return !window->isVisible(); }));
 }
 
 TEST_F(ClosingTest, ClosesAtOnceWhenTheCleaningEndedBeforeTheAnswer) {
     cleanBoth();
     closeAndSee(QStringLiteral("confirmClose"));
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return !app->isCleaning(); }));
     EXPECT_TRUE(window->isVisible());
     answer(QStringLiteral("confirm"));
@@ -91,13 +91,14 @@ TEST_F(ClosingTest, ClosesAtOnceWhenTheCleaningEndedBeforeTheAnswer) {
 }
 
 TEST_F(ClosingTest, EmptyingTheTrashIsAskedAboutAndToldOfAsWell) {
-    stage.trash.items = stage.trash.itemsFromHere = 3;
-    stage.emptyDoor.shut();
+    stage.trash->fromHere = 1;
+    stage.trash->itemsFromHere = 3;
+    stage.emptyGate.shut();
     app->emptyTrash();
     ASSERT_TRUE(waitUntil([&] { return stage.count("empty") == 1; }));
     closeAndSee(QStringLiteral("confirmClose"));
     answer(QStringLiteral("confirm"));
-    stage.emptyDoor.open();
+    stage.emptyGate.open();
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("alert")); }));
     EXPECT_EQ(inPopup(QStringLiteral("alert"), QStringLiteral("dialogMessage"))->property("text").toString(),
               QStringLiteral("Çöp kutusunun boşaltılması durduruldu.\nÇöp kutusunda 3 öğe kaldı."));
@@ -112,7 +113,7 @@ TEST_F(ClosingTest, WhoClosesAgainDoesNotWait) {
     answer(QStringLiteral("confirm"));
     EXPECT_TRUE(window->close());
     EXPECT_FALSE(window->isVisible());
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     app->finishLasting();
     EXPECT_EQ(stage.count("clean"), 1);
 }
@@ -121,14 +122,14 @@ TEST_F(ClosingTest, NobodyIsAskedWhenTheSessionEnds) {
     cleanBoth();
     model->closeUnasked();
     EXPECT_TRUE(window->close());
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
 }
 
 TEST_F(ClosingTest, ASessionThatGoesOnAfterAllTakesNoWindowAlong) {
     cleanBoth();
     model->closeUnasked();
     EXPECT_FALSE(model->isStopping());
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return !app->isCleaning(); }));
     QCoreApplication::processEvents();
     EXPECT_TRUE(window->isVisible());

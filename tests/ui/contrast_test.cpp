@@ -118,11 +118,11 @@ TEST_P(ContrastTest, EveryTextOfTheOverviewIsLegible) {
     EXPECT_GE(check("welcome"), 15);
     hover(item(QStringLiteral("start")));
     check("start under the pointer");
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     app->scan();
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).startsWith(u'/'); }));
     check("scanning");
-    stage.scanDoor.open();
+    stage.scanGate.open();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("card-safe")); }));
     app->clean({"/v/a"}, CleanMode::trash);
     app->clean({"/v/b"}, CleanMode::permanent);

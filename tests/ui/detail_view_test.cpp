@@ -178,12 +178,12 @@ TEST_F(DetailViewTest, WhatOpensAMenuShowsIt) {
 
 TEST_F(DetailViewTest, TheKeyboardWaitsInTheModelsSectionForItsAnswer) {
     show({guessed(finding("/v/a", SafetyLevel::safe))});
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     focus(QStringLiteral("analyze"));
     key(Qt::Key_Space);
     ASSERT_TRUE(waitUntil([&] { return !isEnabled(QStringLiteral("analyze")); }));
     EXPECT_EQ(focused(), QStringLiteral("modelSection"));
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
     EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("analyze"); })) << focused().toStdString();
 }
 
@@ -245,7 +245,7 @@ TEST_F(DetailViewTest, WithoutAModelTheSectionHoldsOnlyTheReason) {
 
 TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     show({finding("/v/a", SafetyLevel::unknown, 2), finding("/v/b", SafetyLevel::unknown, 1)});
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     focus(QStringLiteral("note"));
     type(QStringLiteral("benim notum"));
     EXPECT_FALSE(shows(QStringLiteral("noteHint")));
@@ -265,7 +265,7 @@ TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     // One that may run, asked for after the one that may not, has got as far as it would have.
     app->analyze("/v/b", "");
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/b") == 1; }));
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
     model->setSidebar(SidebarItem{SafetyLevel::safe});
     ASSERT_TRUE(waitUntil([&] { return row(QStringLiteral("Yorum")) != nullptr; }));
     EXPECT_EQ(stage.count("classify /v/a"), 1);
@@ -325,13 +325,13 @@ TEST_F(DetailViewTest, CleaningFromTheMenuLeavesNothingSelected) {
 
 TEST_F(DetailViewTest, WhileItIsBeingCleanedItCannotBeCleanedAgain) {
     show({finding("/v/a", SafetyLevel::safe)});
-    stage.cleanDoor.shut();
+    stage.cleanGate.shut();
     click(QStringLiteral("moveToTrash"));
     ASSERT_TRUE(waitUntil([&] { return !isEnabled(QStringLiteral("moveToTrash")); }));
     EXPECT_FALSE(isEnabled(QStringLiteral("removePermanently")));
     focus(QStringLiteral("rows"));
     key(Qt::Key_Delete);
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
     EXPECT_EQ(stage.count("clean"), 1);
 }

@@ -9,7 +9,7 @@
 #include <map>
 #include <random>
 
-#include "app/app_world.h"
+#include "support/app_test.h"
 #include "ui/shown.h"
 
 namespace ulvak {
@@ -224,7 +224,7 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     watch();
     const auto analysis = app().analyze("/1", "");
     const auto cleaning = app().clean({"/2"}, CleanMode::trash);
-    ASSERT_TRUE(eventually([&] { return gate->arrived() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     EXPECT_EQ(data(0, FindingsModel::isAnalyzingRole), true);
     EXPECT_EQ(data(0, FindingsModel::isCleaningRole), false);
     EXPECT_EQ(data(1, FindingsModel::isCleaningRole), true);
@@ -233,7 +233,7 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     later.setLevel(SafetyLevel::safe);
     EXPECT_EQ(later.data(later.index(0, 0), FindingsModel::isAnalyzingRole), true);
     gate->open();
-    ASSERT_TRUE(eventually([&] { return analysis.isReady() && cleaning.isReady(); }));
+    ASSERT_TRUE(waitUntil([&] { return analysis.isReady() && cleaning.isReady(); }));
     EXPECT_EQ(data(0, FindingsModel::isAnalyzingRole), false);
     EXPECT_EQ(data(1, FindingsModel::isCleaningRole), false);
 }

@@ -51,13 +51,13 @@ TEST_F(FindingListTest, ARescanShowsOnlyThatItScans) {
     stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned(QStringLiteral("safe"));
     ASSERT_NE(row(QStringLiteral("a")), nullptr);
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     key(Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("listScanning")); }));
     EXPECT_TRUE(showsText(QStringLiteral("Taranıyor…")));
     EXPECT_FALSE(shows(QStringLiteral("rows")));
     EXPECT_EQ(app->findings().size(), 1U);
-    stage.scanDoor.open();
+    stage.scanGate.open();
     EXPECT_TRUE(waitUntil([&] { return row(QStringLiteral("a")) != nullptr; }));
 }
 
@@ -79,24 +79,24 @@ TEST_F(FindingListTest, TheToolbarAnalysesWhereThereIsAGuess) {
     model->setSidebar(SidebarItem{SafetyLevel::unknown});
     EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
     model->setSidebar(SidebarItem{SafetyLevel::safe});
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     click(QStringLiteral("analyzeList"));
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify") == 1; }));
     EXPECT_TRUE(shows(QStringLiteral("analyzeList")));
     EXPECT_FALSE(isEnabled(QStringLiteral("analyzeList")));
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
     EXPECT_TRUE(waitUntil([&] { return stage.count("classify") == 2; }));
 }
 
 TEST_F(FindingListTest, TheKeyboardGoesFromTheToolbarsButtonToTheRowsThatAreAnalysed) {
     stage.result = {guessed(finding("/v/g", SafetyLevel::safe))};
     openScanned(QStringLiteral("safe"));
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     focus(QStringLiteral("analyzeList"));
     key(Qt::Key_Space);
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify") == 1; }));
     EXPECT_EQ(focused(), QStringLiteral("rows"));
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
 }
 
 TEST_F(FindingListTest, AVerdictByHandShowsAndCanBeTakenBack) {
@@ -200,7 +200,7 @@ TEST_F(FindingListTest, WhatCannotBeCleanedHasNoItemForIt) {
 TEST_F(FindingListTest, WhatIsBeingCleanedCannotBeCleanedFromItsMenu) {
     stage.result = {finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)};
     openScanned(QStringLiteral("safe"));
-    stage.cleanDoor.shut();
+    stage.cleanGate.shut();
     app->clean({"/v/a"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return !app->cleaning().empty(); }));
     openMenu(QStringLiteral("a"));
@@ -212,7 +212,7 @@ TEST_F(FindingListTest, WhatIsBeingCleanedCannotBeCleanedFromItsMenu) {
     ASSERT_TRUE(waitUntil([&] { return app->cleaning().contains("/v/b"); }));
     EXPECT_FALSE(menuItem("trash")->isEnabled()) << "also in a menu that is open already";
     closeMenu();
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
 }
 
@@ -254,13 +254,13 @@ TEST_F(FindingListTest, ATinyRowStillHasABar) {
 
 TEST_F(FindingListTest, WhatIsBeingAnalysedSpinsInsteadOfItsBadge) {
     stage.result = {guessed(finding("/v/a", SafetyLevel::safe))};
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     openScanned(QStringLiteral("safe"));
     EXPECT_TRUE(has(row(QStringLiteral("a")), "rowBadge"));
     app->analyze("/v/a", "");
     ASSERT_TRUE(waitUntil([&] { return has(row(QStringLiteral("a")), "rowSpinner"); }));
     EXPECT_FALSE(has(row(QStringLiteral("a")), "rowBadge"));
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
     ASSERT_TRUE(waitUntil([&] {
         return row(QStringLiteral("Yorum")) != nullptr && !has(row(QStringLiteral("Yorum")), "rowSpinner");
     }));

@@ -173,18 +173,18 @@ private:
 TEST_P(LayoutTest, TheOverviewIsWhole) {
     openSmall();
     check("welcome");
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     app->scan();
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("scannedFiles")) != QStringLiteral("0"); }));
     check("scanning");
-    stage.scanDoor.open();
+    stage.scanGate.open();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("card-safe")); }));
     app->clean({"/v/b"}, CleanMode::permanent);
     app->clean({"/v/regenerable"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil(
         [&] { return shows(QStringLiteral("trashBanner")) && shows(QStringLiteral("freedBanner")); }));
     check("results");
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     app->analyzeAllUncertain();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("batchProgress")); }));
     check("batch");
@@ -276,12 +276,12 @@ TEST_P(LayoutTest, NamesOfEveryScriptBeginAtTheLeadingEdge) {
         });
         EXPECT_GE(found, least);
     };
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     openSmall();
     app->scan();
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).contains(u'ש'); }));
     check(1);
-    stage.scanDoor.open();
+    stage.scanGate.open();
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("largest-0")); }));
     check(1);
     model->setSidebar(SidebarItem{SafetyLevel::safe});

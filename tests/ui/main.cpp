@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <QtPlugin>
 
+#include "support/event_loop.h"
+
 Q_IMPORT_PLUGIN(UlvakPlugin)
 
 /// Without a display, and with an application for the windows.
@@ -17,6 +19,7 @@ int main(int argc, char* argv[]) {
     if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen:"))
         qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" ULVAK_SCREENS "/desk.json");
     qputenv("QT_QUICK_BACKEND", "software");
+    ulvak::test::waitInEventLoop();
     QGuiApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
     QFont font;

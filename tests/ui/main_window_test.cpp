@@ -57,12 +57,12 @@ TEST_F(MainWindowTest, IsNeverLargerThanItsScreen) {
 }
 
 TEST_F(MainWindowTest, OpensOnALevelAndScansAtOnce) {
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     open({QStringLiteral("--level=keep"), QStringLiteral("--autoscan")});
     EXPECT_EQ(text(QStringLiteral("listTitle")), QStringLiteral("Dokunma"));
     EXPECT_TRUE(waitUntil([&] { return shows(QStringLiteral("listScanning")); }));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
-    stage.scanDoor.open();
+    stage.scanGate.open();
     EXPECT_TRUE(waitUntil([&] { return row(QStringLiteral("keep")) != nullptr; }));
 }
 
@@ -75,27 +75,27 @@ TEST_F(MainWindowTest, WrongLevelsLeaveTheSummary) {
 
 TEST_F(MainWindowTest, ControlRScansUnlessAScanRuns) {
     open();
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     key(Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
     ASSERT_TRUE(waitUntil([&] { return stage.count("scan") == 1; }));
     key(Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
-    stage.scanDoor.open();
+    stage.scanGate.open();
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("scan")) == QStringLiteral("Yeniden Tara"); }));
     EXPECT_EQ(stage.count("scan"), 1);
 }
 
 TEST_F(MainWindowTest, StoppingLeadsBackToWhatWasThere) {
     open();
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     click(QStringLiteral("scan"));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
     click(QStringLiteral("scan"));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Tara"));
-    stage.scanDoor.open();
+    stage.scanGate.open();
     scanAll();
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     click(QStringLiteral("scan"));
     EXPECT_EQ(text(QStringLiteral("scan")), QStringLiteral("Durdur"));
     click(QStringLiteral("scan"));
@@ -109,13 +109,13 @@ TEST_F(MainWindowTest, TheMenuScansToo) {
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("mainMenu")); }));
     EXPECT_EQ(inPopup(QStringLiteral("mainMenu"), QStringLiteral("menuScan"))->property("text").toString(),
               QStringLiteral("Tara"));
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     key(Qt::Key_Return);
     ASSERT_TRUE(waitUntil([&] { return stage.count("scan") == 1; }));
     click(QStringLiteral("menuButton"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("mainMenu")); }));
     EXPECT_FALSE(inPopup(QStringLiteral("mainMenu"), QStringLiteral("menuScan"))->isEnabled());
-    stage.scanDoor.open();
+    stage.scanGate.open();
 }
 
 TEST_F(MainWindowTest, TheSidebarListsTheLevelsInOrderAndTheirSizesOnceKnown) {
@@ -129,10 +129,10 @@ TEST_F(MainWindowTest, TheSidebarListsTheLevelsInOrderAndTheirSizesOnceKnown) {
         above = row->mapToScene({}).y();
     }
     EXPECT_EQ(rowSize(item(QStringLiteral("row-keep"))), QString());
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     click(QStringLiteral("scan"));
     EXPECT_EQ(rowSize(item(QStringLiteral("row-keep"))), QString());
-    stage.scanDoor.open();
+    stage.scanGate.open();
     EXPECT_TRUE(
         waitUntil([&] { return rowSize(item(QStringLiteral("row-keep"))) == QStringLiteral("3 GB"); }));
     EXPECT_EQ(rowSize(item(QStringLiteral("row-caution"))), QStringLiteral("Sıfır KB"));

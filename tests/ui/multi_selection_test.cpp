@@ -168,13 +168,13 @@ TEST_F(MultiSelectionTest, ReturnMovesToTheTrashButDeletesNoSimulator) {
 
 TEST_F(MultiSelectionTest, WhileOneIsBeingCleanedTheButtonWaits) {
     selectAll({finding("/v/a", SafetyLevel::safe, 2), finding("/v/b", SafetyLevel::safe, 1)});
-    stage.cleanDoor.shut();
+    stage.cleanGate.shut();
     click(QStringLiteral("cleanSeveral"));
     ASSERT_TRUE(waitUntil([&] { return stage.count("clean") == 1; }));
     EXPECT_FALSE(isEnabled(QStringLiteral("cleanSeveral")));
     focus(QStringLiteral("rows"));
     key(Qt::Key_Delete);
-    stage.cleanDoor.open();
+    stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
     EXPECT_EQ(stage.count("clean"), 2);
 }

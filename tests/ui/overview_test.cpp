@@ -38,7 +38,7 @@ TEST_F(OverviewTest, WelcomesWithOneButtonThatScans) {
 TEST_F(OverviewTest, ShowsWhatTheScanHasCounted) {
     stage.files = 12'345;
     stage.bytes = 6'700'000'000;
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     open({QStringLiteral("--autoscan")});
     EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("scannedFiles")) == QStringLiteral("12.345"); }));
     EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("scannedBytes")) == QStringLiteral("6,7 GB"); }));
@@ -49,7 +49,7 @@ TEST_F(OverviewTest, ShowsWhatTheScanHasCounted) {
 
 TEST_F(OverviewTest, APathThatIsTooLongIsToldWhole) {
     stage.current = "/v/" + std::string(300, 'w');
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     open({QStringLiteral("--autoscan")});
     ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("currentPath")).startsWith(u'/'); }));
     settle();
@@ -73,7 +73,7 @@ TEST_F(OverviewTest, WithoutADiskThereIsNoFigureButEverythingElse) {
 
 TEST_F(OverviewTest, LeadsToTheSettingsWhereTheSystemHasThem) {
     stage.denied = 2;
-    stage.hasPrivacySettings = true;
+    stage.services.hasPrivacySettings = true;
     stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned();
     click(QStringLiteral("openSettings"));
@@ -117,7 +117,8 @@ TEST_F(OverviewTest, ReturnDoesNotEmptyTheTrashAndSpaceDoes) {
 
 TEST_F(OverviewTest, ATrashThatHoldsMoreIsAskedAboutAndCancelIsTheDefault) {
     stage.result = {finding("/v/one", SafetyLevel::safe, 90'000'000)};
-    stage.trash = {.bytes = 510'000'000, .items = 1200, .bytesFromHere = 90'000'000, .itemsFromHere = 1};
+    stage.trash->others = 420'000'000;
+    stage.trash->otherItems = 1199;
     openScanned();
     app->clean({"/v/one"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
@@ -143,7 +144,9 @@ TEST_F(OverviewTest, ATrashThatHoldsMoreIsAskedAboutAndCancelIsTheDefault) {
 
 TEST_F(OverviewTest, ATrashThatCouldNotBeSeenWholeSaysSo) {
     stage.result = {finding("/v/one", SafetyLevel::safe, 1)};
-    stage.trash = {.bytes = 5'000'000, .items = 2, .isComplete = false};
+    stage.services.trashContents = [](std::span<const platform::TrashedItem>) {
+        return Cleaner::TrashContents{.bytes = 5'000'000, .items = 2, .isComplete = false};
+    };
     openScanned();
     app->clean({"/v/one"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("trashBanner")); }));
@@ -189,7 +192,7 @@ TEST_F(OverviewTest, ABatchShowsItsProgressAndCanBeStopped) {
     openScanned();
     EXPECT_FALSE(shows(QStringLiteral("batchProgress")));
     EXPECT_FALSE(shows(QStringLiteral("modelMessage")));
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     click(QStringLiteral("analyzeAll"));
     ASSERT_TRUE(
         waitUntil([&] { return shows(QStringLiteral("batchProgress")) && stage.count("classify") == 1; }));
@@ -197,7 +200,7 @@ TEST_F(OverviewTest, ABatchShowsItsProgressAndCanBeStopped) {
     EXPECT_TRUE(text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("2 klasör")));
     click(QStringLiteral("cancelBatch"));
     EXPECT_FALSE(shows(QStringLiteral("batchProgress")));
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
     EXPECT_TRUE(waitUntil(
         [&] { return text(QStringLiteral("uncertainBanner")).startsWith(QStringLiteral("1 klasör")); }));
     EXPECT_EQ(stage.count("classify"), 1);
@@ -360,7 +363,7 @@ TEST_F(OverviewTest, StaysWhereItIsWhenTheTrashHasBeenEmptied) {
 }
 
 TEST_F(OverviewTest, TheKeyboardGoesFromTheButtonThatScansToTheOneThatStops) {
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     open();
     focus(QStringLiteral("start"));
     key(Qt::Key_Space);
@@ -374,7 +377,7 @@ TEST_F(OverviewTest, TheKeyboardGoesFromTheButtonThatScansToTheOneThatStops) {
 TEST_F(OverviewTest, TheKeyboardStaysWithAScanThatTakesACardAway) {
     stage.result = {finding("/v/a", SafetyLevel::safe)};
     openScanned();
-    stage.scanDoor.shut();
+    stage.scanGate.shut();
     focus(QStringLiteral("card-safe"));
     key(Qt::Key_R, Qt::ControlModifier);
     EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("scan"); })) << focused().toStdString();
@@ -383,7 +386,7 @@ TEST_F(OverviewTest, TheKeyboardStaysWithAScanThatTakesACardAway) {
 TEST_F(OverviewTest, TheKeyboardGoesFromABatchsButtonToTheOneThatStopsItAndBack) {
     stage.result = {finding("/v/a", SafetyLevel::unknown, 2), guessed(finding("/v/b", SafetyLevel::safe, 1))};
     openScanned();
-    stage.classifyDoor.shut();
+    stage.classifyGate.shut();
     focus(QStringLiteral("analyzeAll"));
     key(Qt::Key_Space);
     EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("cancelBatch"); }))
@@ -391,7 +394,7 @@ TEST_F(OverviewTest, TheKeyboardGoesFromABatchsButtonToTheOneThatStopsItAndBack)
     key(Qt::Key_Space);
     EXPECT_TRUE(waitUntil([&] { return focused() == QStringLiteral("analyzeAll"); }))
         << focused().toStdString();
-    stage.classifyDoor.open();
+    stage.classifyGate.open();
 }
 
 TEST_F(OverviewTest, KeysScrollWhatNoControlReaches) {

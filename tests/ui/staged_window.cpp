@@ -47,12 +47,8 @@ bool anyReads(QQuickItem* root, const QString& text) {
 
 }  // namespace
 
-bool waitUntil(const std::function<bool()>& holds) {
-    return QTest::qWaitFor(holds, 60'000);
-}
-
 void ModelTest::start() {
-    app = std::make_unique<AppModel>(stage.services(), tree.path("verdicts.json"));
+    app = std::make_unique<AppModel>(stage.services, tree.path("verdicts.json"));
     model = std::make_unique<WindowModel>(*app);
     if (stage.status.isAvailable()) {
         ASSERT_TRUE(waitUntil([this] { return app->aiStatus().isAvailable(); }));
@@ -67,8 +63,7 @@ void ModelTest::scanAll() {
 }
 
 ModelTest::~ModelTest() {
-    for (Door* door : {&stage.scanDoor, &stage.classifyDoor, &stage.cleanDoor, &stage.emptyDoor})
-        door->open();
+    stage.openGates();
 }
 
 WindowTest::WindowTest() {

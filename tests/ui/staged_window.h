@@ -7,18 +7,16 @@
 #include <QQuickWindow>
 #include <QString>
 #include <QStringList>
-#include <functional>
 #include <memory>
 
 #include "app/app_model.h"
+#include "support/event_loop.h"
+#include "support/findings.h"
+#include "support/staged_world.h"
 #include "support/temp_tree.h"
-#include "ui/staged_services.h"
 #include "ui/window_model.h"
 
 namespace ulvak::test {
-
-/// Lets events pass until something holds. False when it does not within a minute.
-bool waitUntil(const std::function<bool()>& holds);
 
 /// The application and what its window shows, without a window.
 class ModelTest : public testing::Test {
@@ -29,7 +27,7 @@ protected:
     ~ModelTest() override;
 
     TempTree tree;
-    StagedServices stage;
+    StagedWorld stage;
     std::unique_ptr<AppModel> app;
     std::unique_ptr<WindowModel> model;
 };

@@ -15,6 +15,7 @@
 #include "ai/linux/scripted_server.h"
 #include "support/environment.h"
 #include "support/temp_tree.h"
+#include "support/wait.h"
 
 namespace ulvak::platform {
 namespace {
@@ -482,10 +483,7 @@ TEST(LocalModel, ListenerThatWasTooBusyAtFirstIsFoundAfterAPause) {
     const LocalModel model({.ports = {server.port()}, .probeDeadline = 50ms, .silencePause = 1ms});
     EXPECT_TRUE(model.absence());
     isBusy = false;
-    bool isFound = false;
-    const auto start = std::chrono::steady_clock::now();
-    while (!isFound && std::chrono::steady_clock::now() - start < 60s)
-        isFound = !model.absence();
+    const auto isFound = waitUntil([&] { return !model.absence(); });
     EXPECT_TRUE(isFound);
 }
 

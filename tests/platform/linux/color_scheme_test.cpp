@@ -5,17 +5,16 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <condition_variable>
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "support/isolation.h"
 #include "support/linux/stand_in_portal.h"
+#include "support/record.h"
 #include "support/temp_tree.h"
+#include "support/wait.h"
 
 namespace ulvak::platform {
 namespace {
@@ -24,30 +23,13 @@ using test::SessionBus;
 using test::StandInPortal;
 
 /// What has been heard, in order.
-class Heard {
+class Heard : public test::Record<ColorScheme> {
 public:
-    void add(ColorScheme scheme) {
-        const std::scoped_lock lock(mutex_);
-        schemes_.push_back(scheme);
-        more_.notify_all();
+    /// The last of so many; an impossible one when they do not come.
+    [[nodiscard]] ColorScheme last(std::size_t count) const {
+        const std::vector<ColorScheme> schemes = waitFor(count);
+        return schemes.size() >= count ? schemes[count - 1] : static_cast<ColorScheme>(99);
     }
-    /// The last of so many; an impossible one when they do not come within a minute.
-    ColorScheme last(std::size_t count) {
-        std::unique_lock lock(mutex_);
-        const bool came =
-            more_.wait_for(lock, std::chrono::minutes(1), [&] { return schemes_.size() >= count; });
-        return came ? schemes_[count - 1] : static_cast<ColorScheme>(99);
-    }
-    /// Whether this has been the last, now or after some time.
-    bool hears(ColorScheme scheme, std::chrono::milliseconds time) {
-        std::unique_lock lock(mutex_);
-        return more_.wait_for(lock, time, [&] { return !schemes_.empty() && schemes_.back() == scheme; });
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable more_;
-    std::vector<ColorScheme> schemes_;  ///< guarded by `mutex_`
 };
 
 class ColorSchemeTest : public testing::TestWithParam<StandInPortal::Age> {
@@ -101,8 +83,11 @@ TEST_F(ColorSchemeBus, APortalThatComesLaterIsHeard) {
         const ColorSchemeWatch watch([&](ColorScheme scheme) { heard.add(scheme); });
         StandInPortal portal(bus, StandInPortal::Age::current, 0);
         // Until it listens; it may have asked before there was anybody to answer.
-        while (!heard.hears(ColorScheme::dark, std::chrono::milliseconds(20)))
+        EXPECT_TRUE(test::waitUntil([&] {
             portal.change(1);
+            const std::vector<ColorScheme> schemes = heard.values();
+            return !schemes.empty() && schemes.back() == ColorScheme::dark;
+        }));
     });
 }
 

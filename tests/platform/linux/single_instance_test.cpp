@@ -3,8 +3,6 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -16,6 +14,7 @@
 
 #include "support/environment.h"
 #include "support/isolation.h"
+#include "support/record.h"
 
 namespace ulvak::platform {
 namespace {
@@ -23,24 +22,7 @@ namespace {
 using Role = SingleInstance::Role;
 
 /// What a first one has received.
-class Received {
-public:
-    void add(LaunchRequest request) {
-        const std::scoped_lock lock(mutex_);
-        requests_.push_back(std::move(request));
-        changed_.notify_all();
-    }
-    std::vector<LaunchRequest> waitFor(std::size_t count) {
-        std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, std::chrono::minutes(1), [&] { return requests_.size() >= count; });
-        return requests_;
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<LaunchRequest> requests_;  ///< guarded by `mutex_`
-};
+using Received = test::Record<LaunchRequest>;
 
 /// Runs `body` in a process whose session has a bus with nothing on it.
 void withBus(const std::function<void()>& body) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "store/verdict_store.h"
+#include "support/findings.h"
 #include "support/isolation.h"
 #include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"
@@ -21,13 +22,6 @@ using testing::Contains;
 using testing::IsEmpty;
 using testing::Key;
 using testing::SizeIs;
-
-Finding found(const std::string& id) {
-    Finding finding;
-    finding.id = id;
-    finding.size = 10;
-    return finding;
-}
 
 /// Keeps jobs for later.
 struct Jobs {
@@ -65,7 +59,7 @@ TEST(DeadMounts, LabelsThatAreReadLateMeetThoseGivenMeanwhile) {
     const UserFolders folders{.home = tree.path("home"), .temp = {}, .cache = {}, .trash = {}};
     const std::string path = tree.path("nas/verdicts.json");
     const Verdict keep{.level = SafetyLevel::keep, .source = VerdictSource::user};
-    VerdictStore(path).save(keep, found("/before"));
+    VerdictStore(path).save(keep, asFound({.id = "/before", .size = 10}));
     Jobs writing;
     Jobs reading;
     withPrivateMounts([&] {
@@ -78,7 +72,7 @@ TEST(DeadMounts, LabelsThatAreReadLateMeetThoseGivenMeanwhile) {
             EXPECT_FALSE(nas.wasAsked());
         }
         EXPECT_THAT(store->entries(), IsEmpty());
-        store->save(keep, found("/meanwhile"));
+        store->save(keep, asFound({.id = "/meanwhile", .size = 10}));
         for (const auto& job : reading.jobs)
             job();
         EXPECT_TRUE(store->adopt());
