@@ -128,7 +128,7 @@ AppServices staged() {
         return findings;
     };
     services.aiStatus = [](std::stop_token) { return AIStatus{}; };
-    services.runningApps = [](std::span<const std::string>) { return std::vector<std::string>(); };
+    services.runningAmong = [](std::span<const std::string>) { return std::vector<std::string>(); };
     services.diskInfo = [] { return DiskInfo{.total = 494'384'795'648, .available = 18'730'000'000}; };
     return services;
 }
