@@ -1,7 +1,8 @@
 import QtQuick
+import QtQuick.Templates as T
 
-/// Says that something is being worked on, for as long as it is visible.
-Item {
+/// Says that something is being worked on, for as long as it runs and is visible.
+T.BusyIndicator {
     id: root
 
     property real size: Theme.body
@@ -13,15 +14,14 @@ Item {
     Accessible.role: Accessible.Animation
     Accessible.name: "Sürüyor"
 
-    Symbol {
-        anchors.fill: parent
+    contentItem: Symbol {
         name: "arrow.clockwise"
         size: root.size
         color: root.color
         transformOrigin: Item.Center
 
         RotationAnimator on rotation {
-            running: root.visible && !Theme.reducedMotion
+            running: root.running && root.visible && !Theme.reducedMotion
             from: 0
             to: 360
             duration: 1100
