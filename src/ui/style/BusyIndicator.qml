@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 
-/// Says that something is being worked on, for as long as it runs and is visible.
-T.BusyIndicator {
+/// Says that something is being worked on, for as long as it is visible. Not on the template of the same name, which
+/// tells a screen reader that it is an indicator, whatever role it is given.
+Item {
     id: root
 
     property real size: Theme.body
@@ -14,14 +14,15 @@ T.BusyIndicator {
     Accessible.role: Accessible.Animation
     Accessible.name: "Sürüyor"
 
-    contentItem: Symbol {
+    Symbol {
+        anchors.fill: parent
         name: "arrow.clockwise"
         size: root.size
         color: root.color
         transformOrigin: Item.Center
 
         RotationAnimator on rotation {
-            running: root.running && root.visible && !Theme.reducedMotion
+            running: root.visible && !Theme.reducedMotion
             from: 0
             to: 360
             duration: 1100
