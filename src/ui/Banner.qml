@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// A notice in one colour, with room for what can be done about it.
 Rectangle {

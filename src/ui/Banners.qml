@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// What there is to know beside a result, and what can be done about it. Not there when there is nothing.
 ColumnLayout {
@@ -18,7 +19,7 @@ ColumnLayout {
         text: root.app.trash.text
         Layout.fillWidth: true
 
-        PushButton {
+        Button {
             objectName: "emptyTrash"
             text: "Çöp Kutusunu Boşalt"
             activatesOnReturn: false
@@ -43,7 +44,7 @@ ColumnLayout {
         text: root.app.summary.deniedText
         Layout.fillWidth: true
 
-        PushButton {
+        Button {
             objectName: "openSettings"
             visible: root.app.summary.hasPrivacySettings
             text: "Ayarları Aç"
@@ -58,7 +59,7 @@ ColumnLayout {
         text: root.app.analysis.uncertainText
         Layout.fillWidth: true
 
-        ProgressLine {
+        ProgressBar {
             objectName: "batchProgress"
             visible: root.app.analysis.isBatchRunning
             value: root.app.analysis.batchFraction
@@ -66,7 +67,7 @@ ColumnLayout {
             implicitWidth: Math.round(80 * Theme.u)
             Accessible.name: "Analiz edilen"
         }
-        PushButton {
+        Button {
             id: cancelBatch
             objectName: "cancelBatch"
             visible: root.app.analysis.isBatchRunning
@@ -77,7 +78,7 @@ ColumnLayout {
                 analyzeAll.forceActiveFocus(reason)
             }
         }
-        PushButton {
+        Button {
             id: analyzeAll
             objectName: "analyzeAll"
             visible: !root.app.analysis.isBatchRunning && root.app.analysis.isAvailable

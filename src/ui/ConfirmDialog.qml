@@ -1,30 +1,19 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
-import QtQuick.Templates as T
+import Ulvak.Style
 
 /// Asks before something is destroyed or moved away. Cancel is the default and has the focus; Return cancels
 /// from wherever the focus is. Only a click or the space key confirms.
-Popup {
+Dialog {
     id: root
 
-    required property string title
+    required title
     required property string message
     required property string confirmText
     property bool destructive: false
     property bool onlyDismisses: false
     property bool isNeeded: false
     readonly property real maxHeight: (parent?.height ?? 640) - 2 * Theme.padding
-
-    signal confirmed()
-
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(420 * Theme.u, (parent?.width ?? 480) - 2 * Theme.padding)
-    padding: Theme.padding
-    modal: true
-    focus: true
-    closePolicy: Popup.CloseOnEscape
 
     onAboutToShow: isNeeded = true
 
@@ -46,8 +35,8 @@ Popup {
             Accessible.name: root.title
             Accessible.description: root.message
 
-            Keys.onReturnPressed: root.close()
-            Keys.onEnterPressed: root.close()
+            Keys.onReturnPressed: root.reject()
+            Keys.onEnterPressed: root.reject()
 
             // However long the names are, the buttons stay in the window.
             Flickable {
@@ -60,7 +49,7 @@ Popup {
                 Layout.preferredHeight: texts.implicitHeight
                 Layout.maximumHeight: Math.max(40, root.maxHeight - buttons.implicitHeight - 2 * root.padding - Theme.spaceL)
 
-                ScrollBar.vertical: ThinScrollBar {}
+                ScrollBar.vertical: ScrollBar {}
 
                 ColumnLayout {
                     id: texts
@@ -97,41 +86,25 @@ Popup {
                 spacing: Theme.spaceM
                 Layout.fillWidth: true
 
-                PushButton {
+                Button {
                     objectName: "confirm"
                     visible: !root.onlyDismisses
                     enabled: root.opened
                     width: Math.min(implicitWidth, buttons.width)
                     text: root.confirmText
-                    prominent: true
+                    highlighted: true
                     destructive: root.destructive
                     activatesOnReturn: false
-                    onClicked: {
-                        root.close()
-                        root.confirmed()
-                    }
+                    onClicked: root.accept()
                 }
-                PushButton {
+                Button {
                     id: cancel
                     objectName: "cancel"
                     width: Math.min(implicitWidth, buttons.width)
                     text: root.onlyDismisses ? "Tamam" : "Vazgeç"
-                    onClicked: root.close()
+                    onClicked: root.reject()
                 }
             }
         }
     }
-    background: Rectangle {
-        radius: Theme.radiusL
-        color: Theme.raised
-        border.color: Theme.line
-    }
-    T.Overlay.modal: Rectangle {
-        color: Theme.shade
-    }
-    enter: Transition {
-        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick }
-        NumberAnimation { property: "scale"; from: 0.97; to: 1; duration: Theme.quick }
-    }
-    exit: Transition { NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.quick } }
 }

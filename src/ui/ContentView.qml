@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Ulvak
+import Ulvak.Style
 
 /// The window's three columns under its toolbar.
 Item {
@@ -64,21 +63,6 @@ Item {
             onResizingChanged: if (!resizing) root.rememberDragged()
             Layout.fillWidth: true
             Layout.fillHeight: true
-
-            handle: Item {
-                id: handle
-                readonly property bool isHeld: T.SplitHandle.pressed || T.SplitHandle.hovered
-                implicitWidth: 1
-                containmentMask: Item {
-                    x: -4
-                    width: 9
-                    height: root.height
-                }
-                Rectangle {
-                    anchors.fill: parent
-                    color: handle.isHeld ? Theme.accent : Theme.line
-                }
-            }
 
             SidebarView {
                 id: side

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// Everything that can be done with the finding. A dialog keeps the finding it asks about.
 ColumnLayout {
@@ -25,14 +26,14 @@ ColumnLayout {
 
     spacing: Theme.spaceM
 
-    PushButton {
+    Button {
         id: simulator
         objectName: "deleteSimulator"
         visible: root.detail.action === DetailModel.Simulator
         enabled: !root.detail.isCleaning
         busy: root.detail.isCleaning
         text: "Simülatörü Sil"
-        prominent: true
+        highlighted: true
         activatesOnReturn: false
         tint: Theme.named(root.detail.actionColor)
         Layout.maximumWidth: root.width
@@ -44,19 +45,19 @@ ColumnLayout {
         spacing: Theme.spaceM
         Layout.fillWidth: true
 
-        PushButton {
+        Button {
             id: trash
             objectName: "moveToTrash"
             width: Math.min(implicitWidth, cleaning.width)
             enabled: !root.detail.isCleaning
             busy: root.detail.isCleaning
             text: "Çöp Kutusuna Taşı"
-            symbol: "trash"
-            prominent: true
+            icon.source: "image://symbols/trash"
+            highlighted: true
             tint: Theme.named(root.detail.actionColor)
             onClicked: root.detail.asksBeforeTrash ? confirmTrash.ask() : root.actions.moveToTrash(root.detail.findingId)
         }
-        PushButton {
+        Button {
             objectName: "removePermanently"
             width: Math.min(implicitWidth, cleaning.width)
             visible: root.detail.offersPermanent
@@ -90,17 +91,18 @@ ColumnLayout {
         Repeater {
             model: root.actions.others
 
-            PushButton {
+            Button {
                 required property string name
                 required property string title
-                required symbol
+                required property string symbol
                 objectName: name + "Button"
                 width: Math.min(implicitWidth, others.width)
                 text: title
+                icon.source: "image://symbols/" + symbol
                 onClicked: root.actions.perform(name, root.detail.findingId)
             }
         }
-        PushButton {
+        Button {
             id: relabel
             objectName: "relabel"
             width: Math.min(implicitWidth, others.width)
@@ -134,7 +136,7 @@ ColumnLayout {
         message: "Bu işlem geri alınamaz. Dosyalar çöp kutusuna gitmez."
         confirmText: ""
         destructive: true
-        onConfirmed: root.actions.removePermanently(asked)
+        onAccepted: root.actions.removePermanently(asked)
     }
     ConfirmDialog {
         id: confirmTrash
@@ -149,6 +151,6 @@ ColumnLayout {
         title: ""
         message: ""
         confirmText: "Çöp Kutusuna Taşı"
-        onConfirmed: root.actions.moveToTrash(asked)
+        onAccepted: root.actions.moveToTrash(asked)
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 import Ulvak
+import Ulvak.Style
 
 /// The detail column: nothing, one finding, or several.
 FocusScope {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// What lies in the finding, largest first.
 ColumnLayout {
@@ -56,7 +57,7 @@ ColumnLayout {
                         anchors.fill: parent
                         active: hover.hovered && label.truncated
                         sourceComponent: Item {
-                            ToolTipText {
+                            ToolTip {
                                 visible: true
                                 text: line.location
                             }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// Where the finding is, when it changed and how many files it holds.
 Column {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// One finding: what it is, what deleting it costs, and everything that can be done with it.
 ScrollColumn {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// The disk as a bar: what each level holds, what nobody explains, what is free.
 ColumnLayout {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// What stands in a place where there is nothing to show.
 Item {

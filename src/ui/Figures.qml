@@ -1,5 +1,6 @@
 import QtQuick
 import Ulvak
+import Ulvak.Style
 
 /// A number with its unit, in digits that are all equally wide, so that numbers stand still while they change and line
 /// up below each other.

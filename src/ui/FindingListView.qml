@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// The findings of one level.
 Item {
@@ -52,19 +53,19 @@ Item {
                     Layout.fillWidth: true
                 }
             }
-            PushButton {
+            Button {
                 id: analyze
                 objectName: "analyzeList"
                 visible: root.app.list.offersBatch
                 enabled: !root.app.analysis.isBatchRunning
                 text: "Analiz Et"
-                symbol: "apple.intelligence"
+                icon.source: "image://symbols/apple.intelligence"
                 onClicked: {
                     // It cannot be used while they are analysed; the rows show how that goes.
                     rows.forceActiveFocus(reasonToHandOn)
                     root.app.analysis.analyzeAllUncertain()
                 }
-                ToolTipText {
+                ToolTip {
                     visible: analyze.hovered
                     text: "Bilinmeyen ve tahmin edilen klasörleri Apple Intelligence ile analiz et"
                 }
@@ -86,7 +87,7 @@ Item {
             Row {
                 anchors.centerIn: parent
                 spacing: Theme.spaceM
-                Spinner {
+                BusyIndicator {
                     size: Theme.body * 1.3
                     anchors.verticalCenter: parent.verticalCenter
                 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Ulvak.Style
 
 /// A finding in its level's list.
 ///
@@ -138,7 +139,7 @@ Item {
         anchors.fill: parent
         active: pointer.containsMouse && (titleText.truncated || locationText.truncated)
         sourceComponent: Item {
-            ToolTipText {
+            ToolTip {
                 visible: true
                 text: root.title + "\n" + root.location
             }
@@ -147,7 +148,7 @@ Item {
 
     Component {
         id: busyMark
-        Spinner {
+        BusyIndicator {
             objectName: "rowSpinner"
             size: Theme.caption
         }

@@ -1,6 +1,6 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Ulvak
+import Ulvak.Style
 
 /// The rows of a list of findings, with the selection that mouse and keyboard make in it.
 ListView {
@@ -129,7 +129,7 @@ ListView {
         }
     }
 
-    ScrollBar.vertical: ThinScrollBar {}
+    ScrollBar.vertical: ScrollBar {}
 
     Timer {
         id: typing

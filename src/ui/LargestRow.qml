@@ -1,8 +1,9 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// One of the largest findings; leads to the list of its level.
-ActionButton {
+AbstractButton {
     id: root
 
     required property int level
@@ -60,7 +61,7 @@ ActionButton {
         }
     }
 
-    ToolTipText {
+    ToolTip {
         objectName: "largestTip"
         visible: root.hovered || root.visualFocus
         text: root.text + "\n" + root.location

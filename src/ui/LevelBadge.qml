@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// A level as a capsule: its symbol and title in its colour.
 Rectangle {

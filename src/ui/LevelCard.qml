@@ -1,8 +1,9 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// A level with what it holds; leads to its list.
-ActionButton {
+AbstractButton {
     id: root
 
     required property int level
@@ -83,7 +84,7 @@ ActionButton {
         }
     }
 
-    ToolTipText {
+    ToolTip {
         objectName: "cardTip"
         visible: (root.hovered || root.visualFocus) && count.truncated
         text: root.countText

@@ -1,8 +1,9 @@
 import QtQuick
 import Ulvak
+import Ulvak.Style
 
 /// The levels that a finding can be given, and the way back to its first.
-MenuPanel {
+Menu {
     id: root
 
     required property ActionsModel actions
@@ -14,7 +15,7 @@ MenuPanel {
     // Made with the menu: lines that a repeater makes later come after those that are there.
     Repeater {
         model: root.actions.levels
-        MenuLine {
+        MenuItem {
             required property int level
             required property string name
             required property string title
@@ -23,10 +24,10 @@ MenuPanel {
             onTriggered: root.actions.setLevel(level, root.findingId)
         }
     }
-    MenuRule {
+    MenuSeparator {
         visible: root.canReset
     }
-    MenuLine {
+    MenuItem {
         objectName: "reset"
         visible: root.canReset
         height: visible ? implicitHeight : 0

@@ -1,6 +1,6 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Ulvak
+import Ulvak.Style
 
 /// The one window.
 ApplicationWindow {
@@ -54,7 +54,7 @@ ApplicationWindow {
         title: "Temizlik sürüyor"
         message: "Kapatırsan şu anda temizlenen öğe bitirilir, sıradakilere dokunulmaz. Kapanmadan önce neyin kaldığı söylenir."
         confirmText: "Durdur ve Kapat"
-        onConfirmed: root.app.stopAndClose()
+        onAccepted: root.app.stopAndClose()
     }
     StoppingNote { shown: root.app.isStopping }
     Connections {

@@ -1,7 +1,7 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// What the language model can say about the finding, and a note for it. Has the keyboard itself while its button
 /// waits for an answer.
@@ -64,19 +64,11 @@ Rectangle {
             id: note
             objectName: "note"
             visible: root.analysis.isAvailable
-            color: Theme.text
-            font.pixelSize: Theme.body
-            wrapMode: TextArea.Wrap
-            textFormat: TextEdit.PlainText
-            selectByMouse: true
-            selectionColor: Theme.faint(Theme.accent, 0.35)
-            selectedTextColor: Theme.text
-            padding: Theme.spaceS
-            implicitHeight: Math.max(contentHeight, hint.visible ? hint.implicitHeight : 0) + topPadding + bottomPadding
+            placeholderText: "Bildiğin bir şey var mı? Ör. \"bench benim test çıktılarım\""
             Layout.fillWidth: true
 
             Accessible.name: "Not"
-            Accessible.description: hint.text
+            Accessible.description: placeholderText
 
             // A note has no tabs: the key leads on. Return begins a new line; with Ctrl it asks.
             Keys.priority: Keys.BeforeItem
@@ -87,30 +79,8 @@ Rectangle {
                 if (event.accepted && ask.enabled)
                     ask.activate()
             }
-
-            // The toolkit's own would be cut at the end of the line.
-            Text {
-                id: hint
-                objectName: "noteHint"
-                visible: note.length === 0 && note.preeditText === ""
-                x: note.leftPadding
-                y: note.topPadding
-                width: note.width - note.leftPadding - note.rightPadding
-                text: "Bildiğin bir şey var mı? Ör. \"bench benim test çıktılarım\""
-                textFormat: Text.PlainText
-                color: Theme.tertiary
-                font: note.font
-                wrapMode: Text.Wrap
-                Accessible.ignored: true
-            }
-            background: Rectangle {
-                radius: Theme.radiusS
-                color: Theme.raised
-                border.width: note.activeFocus ? 2 : 1
-                border.color: note.activeFocus ? Theme.accent : note.hovered ? Theme.secondary : Theme.edge
-            }
         }
-        PushButton {
+        Button {
             id: ask
             property int pressedBy: Qt.TabFocusReason
             objectName: "analyze"

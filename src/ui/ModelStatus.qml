@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// Why the language model is not available; nothing when it is.
 RowLayout {
@@ -27,7 +28,7 @@ RowLayout {
         Accessible.description: root.analysis.hint
 
         HoverHandler { id: hover }
-        ToolTipText {
+        ToolTip {
             objectName: "modelHint"
             visible: hover.hovered && root.analysis.hint !== ""
             text: root.analysis.hint

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// Several findings: what they come to, and one button for all of them.
 ScrollColumn {
@@ -76,15 +77,15 @@ ScrollColumn {
         wrapMode: Text.Wrap
         Layout.fillWidth: true
     }
-    PushButton {
+    Button {
         id: clean
         objectName: "cleanSeveral"
         enabled: root.several.canClean && !root.several.isCleaning
         busy: root.several.isCleaning
         activatesOnReturn: !root.several.deletesForGood
         text: "Seçilenleri Temizle"
-        symbol: "trash"
-        prominent: true
+        icon.source: "image://symbols/trash"
+        highlighted: true
         Layout.maximumWidth: parent.width
         onClicked: root.several.asksFirst ? confirm.ask() : root.several.clean()
     }
@@ -103,6 +104,6 @@ ScrollColumn {
         message: ""
         confirmText: ""
         destructive: true
-        onConfirmed: root.several.cleanAsked()
+        onAccepted: root.several.cleanAsked()
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// A line of small print with its symbol.
 RowLayout {

@@ -1,4 +1,5 @@
 import QtQuick
+import Ulvak.Style
 
 /// A text that stands by itself: never markup, whatever a name holds, and told to screen readers as it is shown.
 Text {

@@ -1,8 +1,9 @@
 import QtQuick
 import Ulvak
+import Ulvak.Style
 
 /// What can be done with one finding of a list. Bound to the finding it was opened for, whatever the rows do.
-MenuPanel {
+Menu {
     id: root
 
     required property WindowModel app
@@ -33,7 +34,7 @@ MenuPanel {
     }
     Repeater {
         model: root.app.actions.others
-        MenuLine {
+        MenuItem {
             required property string name
             required property string title
             objectName: name
@@ -41,7 +42,7 @@ MenuPanel {
             onTriggered: root.app.actions.perform(name, root.findingId)
         }
     }
-    MenuLine {
+    MenuItem {
         objectName: "analyze"
         visible: root.app.analysis.isAvailable
         height: visible ? implicitHeight : 0
@@ -54,10 +55,10 @@ MenuPanel {
         findingId: root.findingId
         canReset: root.about.canReset
     }
-    MenuRule {
+    MenuSeparator {
         visible: root.about.canTrash
     }
-    MenuLine {
+    MenuItem {
         objectName: "trash"
         visible: root.about.canTrash
         height: visible ? implicitHeight : 0

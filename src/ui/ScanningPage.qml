@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// The overview while a scan runs.
 ColumnLayout {
@@ -18,7 +19,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Accessible.role: Accessible.Heading
     }
-    ProgressLine {
+    ProgressBar {
         indeterminate: true
         Layout.fillWidth: true
         Accessible.name: "Taranıyor"
@@ -61,7 +62,7 @@ ColumnLayout {
         Layout.fillWidth: true
 
         HoverHandler { id: hover }
-        ToolTipText {
+        ToolTip {
             objectName: "currentTip"
             visible: hover.hovered && current.truncated
             text: root.scan.currentPath

@@ -1,6 +1,6 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// A column that scrolls when it is taller than its place.
 Flickable {
@@ -53,7 +53,7 @@ Flickable {
         event.accepted = true
     }
 
-    ScrollBar.vertical: ThinScrollBar {}
+    ScrollBar.vertical: ScrollBar {}
 
     ColumnLayout {
         id: column

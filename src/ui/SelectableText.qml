@@ -1,4 +1,5 @@
 import QtQuick
+import Ulvak.Style
 
 /// A text that can be selected and copied, with the mouse and with the keyboard, and not changed.
 TextEdit {

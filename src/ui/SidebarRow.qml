@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// A row of the sidebar.
 Item {

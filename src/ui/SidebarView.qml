@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// What to look at: the summary, or one level. The disk's space at the bottom.
 FocusScope {
@@ -104,7 +105,7 @@ FocusScope {
             Layout.fillWidth: true
             Layout.margins: Math.round(12 * Theme.u)
 
-            ProgressLine {
+            ProgressBar {
                 objectName: "diskProgress"
                 value: root.app.disk.usedFraction
                 tint: root.app.disk.isLow ? Theme.red : Theme.accent

@@ -1,4 +1,5 @@
 import QtQuick
+import Ulvak.Style
 
 /// A size beside the largest of its list.
 Rectangle {

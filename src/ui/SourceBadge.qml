@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Ulvak.Style
 
 /// Who gave a verdict, and how sure a model was.
 RowLayout {

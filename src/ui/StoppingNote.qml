@@ -1,22 +1,17 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
-import QtQuick.Templates as T
+import Ulvak.Style
 
 /// Over the window while it waits to close: nothing else can be begun. Closing it once more does not wait.
-Popup {
+Dialog {
     id: root
 
     required property bool shown
 
     objectName: "stoppingNote"
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(420 * Theme.u, (parent?.width ?? 480) - 2 * Theme.padding)
-    padding: Theme.padding
-    modal: true
-    focus: true
-    closePolicy: Popup.NoAutoClose
+    closePolicy: Dialog.NoAutoClose
+    enter: null
+    exit: null
     visible: shown
 
     contentItem: RowLayout {
@@ -25,7 +20,7 @@ Popup {
         Accessible.role: Accessible.AlertMessage
         Accessible.name: note.text
 
-        Spinner {}
+        BusyIndicator {}
         Text {
             id: note
             text: "Şu anki öğe bitiyor, sonra pencere kapanacak. Beklemek istemezsen yeniden kapat: öğe arka planda bitirilir."
@@ -35,13 +30,5 @@ Popup {
             wrapMode: Text.WordWrap
             Layout.fillWidth: true
         }
-    }
-    background: Rectangle {
-        radius: Theme.radiusL
-        color: Theme.raised
-        border.color: Theme.line
-    }
-    T.Overlay.modal: Rectangle {
-        color: Theme.shade
     }
 }

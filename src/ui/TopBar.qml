@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// The window's toolbar: what is looked at, and the one button that scans.
 Rectangle {
@@ -35,45 +36,45 @@ Rectangle {
             font.bold: true
             Layout.fillWidth: true
         }
-        PushButton {
+        Button {
             id: scanButton
             objectName: "scan"
             text: root.scan.buttonText
-            symbol: root.scan.phase === ScanModel.Scanning ? "stop.fill" : "arrow.clockwise"
+            icon.source: "image://symbols/" + (root.scan.phase === ScanModel.Scanning ? "stop.fill" : "arrow.clockwise")
             onClicked: root.scan.phase === ScanModel.Scanning ? root.scan.cancel() : root.scan.start()
-            ToolTipText {
+            ToolTip {
                 visible: scanButton.hovered && root.scan.phase !== ScanModel.Scanning
                 text: "Tara (Ctrl+R)"
             }
         }
-        PushButton {
+        Button {
             id: menuButton
             objectName: "menuButton"
             text: ""
-            symbol: "line.3.horizontal"
+            icon.source: "image://symbols/line.3.horizontal"
             Accessible.name: "Menü"
             Accessible.role: Accessible.ButtonMenu
             onClicked: menu.openFromKeyboard(visualFocus)
-            ToolTipText {
+            ToolTip {
                 visible: menuButton.hovered && !menu.visible
                 text: "Menü (F10)"
             }
 
-            MenuPanel {
+            Menu {
                 id: menu
                 objectName: "mainMenu"
                 x: menuButton.width - width
                 y: menuButton.height + 4
 
-                MenuLine {
+                MenuItem {
                     objectName: "menuScan"
                     text: "Tara"
                     shortcut: "Ctrl+R"
                     enabled: root.scan.phase !== ScanModel.Scanning
                     onTriggered: root.scan.start()
                 }
-                MenuRule {}
-                MenuLine {
+                MenuSeparator {}
+                MenuItem {
                     objectName: "menuQuit"
                     text: "Kapat"
                     shortcut: "Ctrl+Q"

@@ -25,7 +25,7 @@ ConfirmDialog {
     confirmText: "Hepsini Boşalt"
     destructive: true
 
-    onConfirmed: trash.emptyAsAsked(asked)
+    onAccepted: trash.emptyAsAsked(asked)
     // Without motion it is closed before the answer is told.
     onClosed: {
         const answered = asked

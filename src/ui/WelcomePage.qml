@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Ulvak
+import Ulvak.Style
 
 /// The overview before the first scan.
 ColumnLayout {
@@ -40,11 +41,11 @@ ColumnLayout {
         disk: root.disk
         Layout.fillWidth: true
     }
-    PushButton {
+    Button {
         objectName: "start"
         text: "Taramayı Başlat"
-        symbol: "magnifyingglass"
-        prominent: true
+        icon.source: "image://symbols/magnifyingglass"
+        highlighted: true
         labelPadding: Math.round(8 * Theme.u)
         focus: true
         Layout.maximumWidth: root.width

@@ -62,6 +62,19 @@ TEST(Layout, QtAppearsOnlyInTheApplicationAndItsInterface) {
     }
 }
 
+TEST(Layout, OnlyTheStyleNamesTheToolkitsControls) {
+    const std::regex controls(R"(import QtQuick\.(Controls|Templates))");
+    int inStyle = 0;
+    for (const Source& source : sources({"src/ui"})) {
+        const bool names = std::regex_search(source.text, controls);
+        if (liesIn(source, "src/ui/style"))
+            inStyle += names ? 1 : 0;
+        else
+            EXPECT_FALSE(names) << source.path;
+    }
+    EXPECT_GT(inStyle, 0);
+}
+
 TEST(Layout, OnlyThePlatformFolderAsksForTheSystem) {
     const std::regex system(
         "__APP"

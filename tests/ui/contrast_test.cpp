@@ -201,7 +201,8 @@ TEST_P(ContrastTest, TheFieldForANoteHasAnEdge) {
 TEST_P(ContrastTest, EveryInkIsLegibleOnEveryGround) {
     openIn(QString::fromLatin1(GetParam()));
     QQmlComponent component(engine.get());
-    component.setData("import Ulvak; import QtQuick; QtObject { readonly property var theme: Theme }", {});
+    component.setData("import Ulvak.Style; import QtQuick; QtObject { readonly property var theme: Theme }",
+                      {});
     const std::unique_ptr<QObject> holder(component.create());
     ASSERT_NE(holder, nullptr) << component.errorString().toStdString();
     const auto* theme = holder->property("theme").value<QObject*>();

@@ -248,7 +248,7 @@ TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     stage.classifyGate.shut();
     focus(QStringLiteral("note"));
     type(QStringLiteral("benim notum"));
-    EXPECT_FALSE(shows(QStringLiteral("noteHint")));
+    EXPECT_FALSE(shows(QStringLiteral("placeholder")));
     key(Qt::Key_Tab);
     EXPECT_EQ(focused(), QStringLiteral("analyze"));
     EXPECT_EQ(text(QStringLiteral("analyze")), QStringLiteral("Analiz Et"));
@@ -282,7 +282,7 @@ TEST_F(DetailViewTest, ANoteBelongsToOneFinding) {
     type(QStringLiteral("not"));
     click(row(QStringLiteral("b")));
     EXPECT_EQ(text(QStringLiteral("note")), QString());
-    EXPECT_TRUE(shows(QStringLiteral("noteHint")));
+    EXPECT_TRUE(shows(QStringLiteral("placeholder")));
 }
 
 TEST_F(DetailViewTest, ANoteDoesNotComeBackWithTheNextFinding) {

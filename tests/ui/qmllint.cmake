@@ -3,7 +3,8 @@
 #
 #     cmake -DLINTER=... -DVIEWS=... -DBUILT=... -DQML=... -DVERSION=... -P qmllint.cmake
 #
-# VIEWS are the files, in the module where the toolkit has copied them to it, BUILT is where the module "Ulvak" was made, QML where the toolkit's own are.
+# VIEWS are the files, in the module where the toolkit has copied them to it, BUILT is where the modules "Ulvak" and "Ulvak.Style"
+# were made, QML where the toolkit's own are.
 
 set(checks --compiler warning --multiline-strings warning --unused-imports warning)
 # What this version of the toolkit cannot do, whatever the view says.
@@ -23,7 +24,7 @@ endif()
 # A loop over what is listed, a constant that a function of its own sees; in the oldest also "|", "?." and "this".
 list(APPEND beyond "Instruction \"generate_[A-Za-z]+\" not implemented")
 
-file(GLOB resources "${BUILT}/.rcc/*.qrc")
+file(GLOB resources "${BUILT}/.rcc/*.qrc" "${BUILT}/style/.rcc/*.qrc")
 list(TRANSFORM resources PREPEND "--resource=")
 set(found "")
 foreach(view IN LISTS VIEWS)

@@ -1,9 +1,12 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 
 /// A line between two groups of a menu; takes no room while it is not visible.
-MenuSeparator {
+T.MenuSeparator {
     padding: Math.round(4 * Theme.u)
+    verticalPadding: padding + 4
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     height: visible ? implicitHeight : 0
 
     contentItem: Rectangle {

@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 
 /// A thin bar of progress; indeterminate while nobody knows how much is left.
-ProgressBar {
+T.ProgressBar {
     id: root
 
     property color tint: Theme.accent

@@ -1,11 +1,17 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 
 /// The whole of a text that is cut, or what a control does. Plain text, whatever a name holds.
-ToolTip {
+T.ToolTip {
     id: root
 
+    x: parent ? (parent.width - implicitWidth) / 2 : 0
+    y: -implicitHeight - 3
+    implicitWidth: Math.max(implicitBackgroundWidth + leftInset + rightInset, contentWidth + leftPadding + rightPadding)
+    implicitHeight: Math.max(implicitBackgroundHeight + topInset + bottomInset, contentHeight + topPadding + bottomPadding)
     delay: 600
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
+    margins: 6
     padding: Theme.spaceS
     width: Math.min(implicitContentWidth + 2 * padding, 480 * Theme.u)
 

@@ -1,8 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Controls.Basic as Basic
+import QtQuick.Templates as T
 
-/// A menu in the window's own look.
-Menu {
+/// A menu, as wide as its widest item.
+T.Menu {
     id: root
 
     property real widest: {
@@ -12,18 +13,30 @@ Menu {
         return width
     }
 
-    /// With its first line chosen where the keyboard opens it.
+    /// With its first item chosen where the keyboard opens it.
     function openFromKeyboard(byKeyboard: bool) {
         open()
         currentIndex = byKeyboard ? 0 : -1
     }
 
+    margins: 0
     padding: Math.round(5 * Theme.u)
     implicitWidth: Math.max(200 * Theme.u, widest + 2 * padding)
+    implicitHeight: Math.max(implicitBackgroundHeight + topInset + bottomInset, contentHeight + topPadding + bottomPadding)
     overlap: 2
     cascade: true
 
-    delegate: MenuLine {}
+    delegate: MenuItem {}
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: root.contentModel
+        interactive: contentHeight > height
+        clip: true
+        currentIndex: root.currentIndex
+
+        Basic.ScrollIndicator.vertical: Basic.ScrollIndicator {}
+    }
 
     background: Rectangle {
         radius: Theme.radiusM

@@ -1,22 +1,23 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// A button: plain, or prominent with a tinted ground.
-ActionButton {
+/// A button: plain, or highlighted with a tinted ground. Not on the template of the same name, so that there is one place
+/// for what buttons do; and its content is not that of Qt, which neither breaks lines nor shows an ampersand of a name.
+AbstractButton {
     id: root
 
-    property string symbol: ""
-    property bool prominent: false
+    property bool highlighted: false
     property bool destructive: false
     property bool busy: false
     property bool opensMenu: false
     property color tint: destructive ? Theme.red : Theme.accent
     property real labelPadding: 0
-    readonly property color ink: prominent ? Theme.onTint : destructive ? Theme.red : Theme.text
+    readonly property color ink: highlighted ? Theme.onTint : destructive ? Theme.red : Theme.text
 
     implicitHeight: Math.max(Theme.controlHeight, Math.ceil(content.implicitHeight + 2 * (5 * Theme.u + labelPadding)))
     implicitWidth: Math.ceil(content.implicitWidth + 2 * (12 * Theme.u + labelPadding)) + 1
     opacity: enabled ? 1 : 0.45
+    icon.color: ink
 
     contentItem: Item {
         RowLayout {
@@ -28,15 +29,15 @@ ActionButton {
             Loader {
                 visible: active
                 active: root.busy
-                sourceComponent: Spinner {
+                sourceComponent: BusyIndicator {
                     size: Theme.body
                     color: root.ink
                 }
             }
             Symbol {
-                visible: root.symbol !== "" && !root.busy
-                name: root.symbol
-                color: root.ink
+                visible: !isEmpty && !root.busy
+                source: root.icon.source
+                color: root.icon.color
                 size: Theme.body * 1.15
             }
             Text {
@@ -45,7 +46,7 @@ ActionButton {
                 textFormat: Text.PlainText
                 color: root.ink
                 font.pixelSize: Theme.body
-                font.weight: root.prominent ? Font.DemiBold : Font.Medium
+                font.weight: root.highlighted ? Font.DemiBold : Font.Medium
                 wrapMode: Text.Wrap
                 Layout.fillWidth: true
             }
@@ -61,15 +62,15 @@ ActionButton {
     background: Rectangle {
         id: ground
         radius: Theme.radiusS + 1
-        color: root.prominent ? Theme.ground(root.tint) : Theme.raised
-        border.width: root.prominent ? 0 : 1
+        color: root.highlighted ? Theme.ground(root.tint) : Theme.raised
+        border.width: root.highlighted ? 0 : 1
         border.color: Theme.line
 
         Rectangle {
             anchors.fill: parent
             radius: ground.radius
-            color: root.down ? (root.prominent ? Qt.rgba(0, 0, 0, 0.22) : Theme.press)
-                             : root.hovered && root.enabled ? (root.prominent ? Qt.rgba(0, 0, 0, 0.11) : Theme.hover) : "transparent"
+            color: root.down ? (root.highlighted ? Qt.rgba(0, 0, 0, 0.22) : Theme.press)
+                             : root.hovered && root.enabled ? (root.highlighted ? Qt.rgba(0, 0, 0, 0.11) : Theme.hover) : "transparent"
             Behavior on color { ColorAnimation { duration: Theme.quick } }
         }
         Rectangle {

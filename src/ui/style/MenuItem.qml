@@ -1,14 +1,15 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import QtQuick.Templates as T
 
-/// A line of a menu.
-MenuItem {
+/// An item of a menu, with the keys that do the same. Takes no room while it is not visible.
+T.MenuItem {
     id: root
 
     property string shortcut: ""
 
     implicitHeight: visible ? Math.round(28 * Theme.u) : 0
+    verticalPadding: 6
     leftPadding: Theme.spaceM
     rightPadding: Theme.spaceM + (subMenu ? Theme.spaceL : 0)
     implicitWidth: implicitContentWidth + leftPadding + rightPadding

@@ -5,9 +5,13 @@ import QtQuick.Window
 Item {
     id: root
 
-    required property string name
+    property string name: ""
+    /// The drawing, for who has it by its address.
+    property url source: name === "" ? "" : "image://symbols/" + name
     property color color: Theme.text
     property real size: Theme.body * 1.25
+
+    readonly property bool isEmpty: "" + source === ""
 
     function hex(part: real): string {
         return Math.round(part * 255).toString(16).padStart(2, "0")
@@ -30,8 +34,8 @@ Item {
         height: root.implicitHeight
         sourceSize.width: root.pixels
         sourceSize.height: root.pixels
-        source: root.name === "" ? "" : "image://symbols/" + root.name + "/" + root.hex(root.color.r) + root.hex(root.color.g)
-                                        + root.hex(root.color.b) + root.hex(root.color.a)
+        source: root.isEmpty ? "" : root.source + "/" + root.hex(root.color.r) + root.hex(root.color.g)
+                                    + root.hex(root.color.b) + root.hex(root.color.a)
         asynchronous: false
     }
 }

@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 
 /// What every button of the window does, whatever it looks like: mouse, keys and screen readers all end in a click.
-AbstractButton {
+T.AbstractButton {
     id: root
 
     /// Off for what destroys: Return is pressed too easily.
@@ -24,6 +24,8 @@ AbstractButton {
         return activatesOnReturn
     }
 
+    implicitWidth: Math.max(implicitBackgroundWidth + leftInset + rightInset, implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: Math.max(implicitBackgroundHeight + topInset + bottomInset, implicitContentHeight + topPadding + bottomPadding)
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
 

@@ -1,6 +1,7 @@
 import QtQuick
 
-/// Says that something is being worked on, for as long as it is visible.
+/// Says that something is being worked on, for as long as it is visible. Not on the template of the same name, which
+/// tells a screen reader that it is an indicator, whatever role it is given.
 Item {
     id: root
 
