@@ -5,9 +5,11 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/isolation.h"
@@ -85,6 +87,7 @@ TEST_F(ColorSchemeBus, APortalThatComesLaterIsHeard) {
         // Until it listens; it may have asked before there was anybody to answer.
         EXPECT_TRUE(test::waitUntil([&] {
             portal.change(1);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));  // a flood would delay the answer
             const std::vector<ColorScheme> schemes = heard.values();
             return !schemes.empty() && schemes.back() == ColorScheme::dark;
         }));
