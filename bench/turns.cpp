@@ -24,7 +24,7 @@ double threadTime() {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-std::pair<double, double> medianAndMost(const std::vector<Turn>& turns, double Turn::* time) {
+std::pair<double, double> medianAndMax(const std::vector<Turn>& turns, double Turn::* time) {
     std::vector<double> times;
     times.reserve(turns.size());
     for (const Turn& turn : turns)

@@ -29,7 +29,7 @@ std::size_t numberAt(const std::vector<std::string>& arguments, std::size_t inde
 double threadTime();
 
 /// Of one of the two times over all turns; `turns` must not be empty.
-std::pair<double, double> medianAndMost(const std::vector<Turn>& turns, double Turn::* time);
+std::pair<double, double> medianAndMax(const std::vector<Turn>& turns, double Turn::* time);
 
 /// Times the turns of its event loop: from the first event delivered to the next wait.
 ///

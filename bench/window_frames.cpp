@@ -279,8 +279,8 @@ bool report(const Session& session, std::vector<double> firstFrames) {
     bool isQuick = first <= firstFrame;
     std::printf("a frame without its drawing, ms     frames   median     max   own time, median     max\n");
     for (const Figures& figures : session.figures) {
-        const auto [wall, longest] = medianAndMost(figures.frames, &Turn::wall);
-        const auto [cpu, maxCpu] = medianAndMost(figures.frames, &Turn::cpu);
+        const auto [wall, longest] = medianAndMax(figures.frames, &Turn::wall);
+        const auto [cpu, maxCpu] = medianAndMax(figures.frames, &Turn::cpu);
         std::printf("%-34s %7zu %8.1f %7.1f %18.1f %7.1f\n", std::string(figures.name).c_str(),
                     figures.frames.size(), wall, longest, cpu, maxCpu);
         isQuick = isQuick && (figures.isOnce || maxCpu <= maxFrame);

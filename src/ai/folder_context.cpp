@@ -17,7 +17,7 @@
 namespace ulvak::FolderContext {
 namespace {
 
-constexpr std::size_t sampleLimit = 4'000;
+constexpr std::size_t maxSample = 4'000;
 constexpr std::size_t maxTypes = 8;
 constexpr std::size_t maxSiblings = 8;
 constexpr std::size_t maxItems = 15;
@@ -318,7 +318,7 @@ std::string build(const Finding& finding, std::string_view userNote, std::span<c
             lines.push_back(parentLine(*finding.parentPath, finding.siblings, around.folders));
         addContents(lines, finding);
     }
-    if (const std::string types = fileTypes(url, sampleLimit, around.stop); !types.empty())
+    if (const std::string types = fileTypes(url, maxSample, around.stop); !types.empty())
         lines.push_back("File types (sampled): " + types);
     if (extent == Extent::full) {
         addOwnerHints(lines, url, runningApps, around);

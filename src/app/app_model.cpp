@@ -351,8 +351,7 @@ void AppModel::freeElsewhere(List list) {
     workers_->post([list = std::make_shared<List>(std::move(list))]() mutable { list.reset(); });
 }
 
-QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
-    QTimer poller;
+void AppModel::watch(const std::shared_ptr<Scan>& scan, QTimer& poller) {
     // A pause after each look, not a beat: after a turn that was held up, two looks must not follow each
     // other closely.
     poller.setSingleShot(true);
@@ -365,7 +364,11 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     };
     connect(&poller, &QTimer::timeout, this, poll);
     poll();  // at once: the counters begin anew
+}
 
+QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
+    QTimer poller;
+    watch(scan, poller);
     auto walk = workers_->run([scan, run = services_.scan, stop = stop_.get_token()] {
         Walked outcome = walked(run, scan->progress, stop);
         const std::chrono::duration<double> duration = Clock::now() - scan->start;
@@ -961,14 +964,14 @@ QCoro::Task<bool> AppModel::emptyWhatWasSeen(std::shared_ptr<const Cleaner::Tras
     co_return hasMore && !cleanStop_.stop_requested();
 }
 
-QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen) {
+QCoro::Task<Cleaner::EmptiedTrash> AppModel::emptySeen(std::shared_ptr<const Cleaner::TrashContents> seen) {
     using Emptied = std::expected<Cleaner::EmptiedTrash, CleanFailure>;
     auto work = oneAtATime([seen, empty = services_.emptyTrash, stop = cleanStop_.get_token()]() -> Emptied {
         return empty(*seen, stop);
     });
     Emptied direct = co_await work;
     if (isEnding_)
-        co_return false;
+        co_return {};
     Cleaner::EmptiedTrash emptied =
         direct ? std::move(*direct) : Cleaner::EmptiedTrash{.failure = std::move(direct.error())};
     if (cleanStop_.stop_requested()) {
@@ -981,13 +984,20 @@ QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashCon
         });
         Cleaner::EmptiedTrash rest = co_await call;
         if (isEnding_)
-            co_return false;
+            co_return {};
         addChecked(rest.bytes, emptied.bytes);
         // Not asked after all, because something has come: then the first failure is why.
         if (rest.itemsLeft > 0 && !rest.failure)
             rest.failure = std::move(emptied.failure);
         emptied = std::move(rest);
     }
+    co_return emptied;
+}
+
+QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen) {
+    const Cleaner::EmptiedTrash emptied = co_await emptySeen(std::move(seen));
+    if (isEnding_)
+        co_return false;
     if (phase_ == Phase::scanning)
         scan_->cleaned.addTouched(folders().trash);
     std::int64_t sum = freedBytes_;

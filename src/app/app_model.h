@@ -29,6 +29,8 @@
 #include "core/finding.h"
 #include "store/verdict_store.h"
 
+class QTimer;
+
 namespace ulvak {
 
 /// A finding as the application holds it: never changed, only replaced by another.
@@ -237,6 +239,8 @@ private:
     QCoro::Task<> runForLabels(Workers& workers, std::function<void()> job);
     /// Lays those that came from the disk meanwhile over what is shown.
     void showLabels();
+    /// Shows how far it is, until the timer is stopped.
+    void watch(const std::shared_ptr<Scan>& scan, QTimer& poller);
     QCoro::Task<> runScan(std::shared_ptr<Scan> scan);
     /// What the scan has found, without what was cleaned while it ran. Nothing when it is given up, and when
     /// it runs anew because a size cannot be told.
@@ -260,6 +264,8 @@ private:
     [[nodiscard]] bool isOutdated(const CleanedPaths& late, const std::vector<Cleaning>& turns) const;
     /// Whether something has come into the Trash meanwhile.
     QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
+    /// Nothing when the program ends meanwhile.
+    QCoro::Task<Cleaner::EmptiedTrash> emptySeen(std::shared_ptr<const Cleaner::TrashContents> seen);
     QCoro::Task<bool> emptyAndTell(std::shared_ptr<const Cleaner::TrashContents> seen);
     /// What is left of it, for the total.
     QCoro::Task<> countTrashed();

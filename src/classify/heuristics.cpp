@@ -1,5 +1,6 @@
 #include "classify/heuristics.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "core/text.h"
@@ -30,9 +31,6 @@ std::vector<Row> rows() {
 }
 // clang-format on
 
-/// Matches "backup" or "yedek" anywhere in the name.
-constexpr std::size_t backupRow = 4;
-
 }  // namespace
 
 const std::vector<Row>& table() {
@@ -44,7 +42,8 @@ std::optional<Guess> guess(std::string_view name) {
     const std::string lower = lowerCased(name);
     // A folder named build-backup is a backup, not a build output.
     if (lower.contains("backup") || lower.contains("yedek"))
-        return table()[backupRow].guess;
+        return std::ranges::find_if(table(), [](const Row& row) { return row.keywords.contains("backup"); })
+            ->guess;
     for (const Row& row : table()) {
         if (row.keywords.contains(lower))
             return row.guess;

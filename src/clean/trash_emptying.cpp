@@ -14,10 +14,16 @@
 #include "core/checked_add.h"
 #include "core/paths.h"
 #include "platform/durable_file.h"
+#include "platform/user_folders.h"
 #include "scan/disk_walker.h"
 
 namespace ulvak {
 namespace {
+
+/// Measures what is in a Trash. Trashes are the system's, and so is the home folder that they go with.
+DiskWalker measuring(ScanProgress& progress) {
+    return {.progress = progress, .home = platform::homeDirectory(), .keepThreshold = INT64_MAX};
+}
 
 using platform::Directory;
 using platform::FileError;
@@ -142,7 +148,7 @@ private:
                 paths.push_back(entry.path);
         }
         ScanProgress progress;
-        const auto nodes = DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.nodes(paths);
+        const auto nodes = measuring(progress).nodes(paths);
         std::size_t at = 0;
         for (Entry& entry : entries) {
             if (!entry.isFolder)
@@ -260,8 +266,7 @@ private:
             return;  // somebody else has restored or removed it
         // It may be partly gone.
         ScanProgress progress;
-        const auto left =
-            DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.node(Paths::join(folder.path, name));
+        const auto left = measuring(progress).node(Paths::join(folder.path, name));
         if (left && progress.denied() == 0)
             addChecked(result_.bytes, std::max<std::int64_t>(item.bytes - left->size, 0));
         ++result_.itemsLeft;
@@ -446,7 +451,7 @@ void Cleaner::recordTrashedFolders(std::span<const platform::TrashedItem> items)
             paths.push_back(item.location);
     }
     ScanProgress progress;
-    const auto nodes = DiskWalker{.progress = progress, .keepThreshold = INT64_MAX}.nodes(paths);
+    const auto nodes = measuring(progress).nodes(paths);
     std::vector<platform::TrashedFolder> folders;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (const auto& node = nodes[i])

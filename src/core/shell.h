@@ -1,22 +1,19 @@
 #pragma once
 
-#include <cstdint>
 #include <expected>
 #include <span>
 #include <stop_token>
 #include <string>
 #include <system_error>
 
+#include "platform/process.h"
+
 /// Runs other programs.
 namespace ulvak::Shell {
 
-struct Result {
-    std::int32_t status = 0;  ///< as in `platform::ProgramResult`
-    std::string output;       ///< the bytes of its standard output
-    std::string error;        ///< standard error; invalid UTF-8 is replaced
-};
+using Result = platform::ProgramResult;
 
-/// As `platform::runProgram`.
+/// As `platform::runProgram`, with invalid UTF-8 in the standard error replaced.
 [[nodiscard]] std::expected<Result, std::error_code> run(const std::string& path,
                                                          std::span<const std::string> arguments,
                                                          std::stop_token stop = {});

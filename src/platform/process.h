@@ -11,7 +11,7 @@
 
 #include "platform/file_descriptor.h"
 
-/// This process, and the environment and pipes it gives to its children.
+/// This process and the programs it starts.
 namespace ulvak::platform {
 
 /// The running program's file, links resolved; nullopt if the system does not say. Thread-safe.

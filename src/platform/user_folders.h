@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-/// The folders that the operating system assigns to the current user. Each call queries anew; `Paths` keeps
-/// the answers. Results are absolute and in the system's spelling, including a trailing "/"; bytes, not
-/// necessarily UTF-8. Thread-safe as long as nobody changes the environment.
+/// The folders that the operating system assigns to the current user. Each call queries anew;
+/// `UserFolders` keeps the answers. Results are absolute and in the system's spelling, including a trailing
+/// "/"; bytes, not necessarily UTF-8. Thread-safe as long as nobody changes the environment.
 namespace ulvak::platform {
 
 [[nodiscard]] std::string homeDirectory();

@@ -66,8 +66,7 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
     std::vector<std::optional<DirNode>> result(paths.size());
     std::vector<TreeWalk::Root> roots;
     std::vector<std::size_t> positions;
-    const std::string home = platform::homeDirectory();
-    const platform::Reach reach({&home, 1}, platform::Reach::Others::prompt);
+    const platform::Reach reach({&home, home.empty() ? 0U : 1U}, platform::Reach::Others::prompt);
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const platform::Reach::Target place = reach.follow(paths[i]);
         const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;

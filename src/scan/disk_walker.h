@@ -21,6 +21,8 @@ namespace ulvak {
 /// Threads: blocks the caller, which is one of the workers.
 struct DiskWalker {
     ScanProgress& progress;
+    /// The user's home folder, whose volume is always looked at; may be empty.
+    std::string home;
     /// Full paths of folders that are never entered, as text.
     std::set<std::string, std::less<>> excluded;
     /// Full paths inside one tree where another root of the same call begins. They are skipped there, so that

@@ -22,7 +22,7 @@ namespace ulvak {
 namespace {
 
 /// The current path is published for the top three levels only, so that it changes at a readable pace.
-constexpr int deepestPublished = 2;
+constexpr int maxPublishedDepth = 2;
 /// Handles a worker needs for the folder it lists and on the way to it.
 constexpr std::size_t handlesPerWorker = 3;
 /// Reserved for the rest of the program.
@@ -555,7 +555,7 @@ void TreeWalk::enter(Worker& worker, Frame& parent, std::size_t index) {
     const bool isExcluded = skips != nullptr && skips->isExcluded();
     platform::Directory directory;
     if (!stop_.stop_requested() && !isExcluded) {
-        if (parent.depth + 1 <= deepestPublished)
+        if (parent.depth + 1 <= maxPublishedDepth)
             progress_.setCurrent(parent.path(index));
         directory = open(worker, parent, index);
     }

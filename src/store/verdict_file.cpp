@@ -116,7 +116,7 @@ private:
     bool open(Json empty) {
         if (depth_ < entryDepth && !empty.is_object())
             return value(nullptr);
-        if (depth_ >= deepestVerdictFile)
+        if (depth_ >= maxVerdictNesting)
             return fail("nested too deep");
         if (depth_ == entriesDepth)
             std::ranges::for_each(fields_, [](auto& field) { field.second = nullptr; });

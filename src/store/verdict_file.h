@@ -48,7 +48,7 @@ using VerdictEntries = std::map<std::string, VerdictEntry, std::less<>>;
 inline constexpr std::size_t maxVerdictFileBytes = std::size_t{256} * 1024 * 1024;
 
 /// Maximum nesting, inside unknown members: no decoder that reads this file accepts more.
-inline constexpr int deepestVerdictFile = 512;
+inline constexpr int maxVerdictNesting = 512;
 
 /// All entries, or an error if any of them is invalid: something is missing or has the wrong type, a size or
 /// confidence is not an integer or does not fit, a level or source is unknown. A number such as 5.0 is an

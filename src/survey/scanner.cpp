@@ -74,6 +74,7 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     const std::vector<std::string> inner = innerRoots(located);
 
     const DiskWalker walker{.progress = scanner.progress,
+                            .home = scanner.folders.home,
                             .excluded = Scanner::excluded(scanner.folders),
                             .innerRoots = inner,
                             .keepThreshold = keepThreshold};

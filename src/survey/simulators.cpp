@@ -75,7 +75,7 @@ bool isNestedTooDeep(std::string_view json) {
         } else if (c == '"') {
             inString = true;
         } else if (c == '[' || c == '{') {
-            if (++depth > deepestNesting)
+            if (++depth > maxNesting)
                 return true;
         } else if (c == ']' || c == '}') {
             --depth;

@@ -18,10 +18,10 @@ namespace ulvak::Simulators {
 
 /// More bytes and more nesting than any such tool prints.
 inline constexpr std::size_t maxListBytes = 64 * 1024 * 1024;
-inline constexpr int deepestNesting = 64;
+inline constexpr int maxNesting = 64;
 
 /// Parses the tools' JSON. Empty unless it is an object whose "devices" is an object of arrays of objects,
-/// and for more than `maxListBytes` bytes or `deepestNesting` levels.
+/// and for more than `maxListBytes` bytes or `maxNesting` levels.
 [[nodiscard]] SimulatorMap parse(std::string_view json);
 
 /// Turns "com.apple.CoreSimulator.SimRuntime.iOS-17-2" into "iOS 17.2". A name without a version keeps the

@@ -109,7 +109,7 @@ ColumnLayout {
             text: "Etiketi Değiştir"
             opensMenu: true
             Accessible.role: Accessible.ButtonMenu
-            onClicked: levels.openFromKeyboard(visualFocus)
+            onClicked: levels.openBy(visualFocus)
 
             LevelMenu {
                 id: levels

@@ -16,20 +16,22 @@ FocusScope {
 
     /// Presses the prominent button of what is shown.
     function pressMain() {
-        for (const page of [one, several]) {
-            if (page.isWanted && page.item)
-                page.item.pressMain()
-        }
+        const oneView = one.item as DetailView
+        const severalView = several.item as MultiSelectionView
+        if (one.isWanted)
+            oneView?.pressMain()
+        if (several.isWanted)
+            severalView?.pressMain()
     }
 
     objectName: "detailContainer"
 
     onShownChanged: {
         const hadFocus = activeFocus
-        for (const page of [one, several]) {
-            if (page.item)
-                page.item.forget()
-        }
+        const oneView = one.item as DetailView
+        const severalView = several.item as MultiSelectionView
+        oneView?.forget()
+        severalView?.forget()
         if (hadFocus)
             focusLost()
     }

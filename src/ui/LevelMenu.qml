@@ -30,7 +30,6 @@ Menu {
     MenuItem {
         objectName: "reset"
         visible: root.canReset
-        height: visible ? implicitHeight : 0
         text: "İlk etikete dön"
         onTriggered: root.actions.resetVerdict(root.findingId)
     }

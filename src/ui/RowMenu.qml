@@ -45,7 +45,6 @@ Menu {
     MenuItem {
         objectName: "analyze"
         visible: root.app.analysis.isAvailable
-        height: visible ? implicitHeight : 0
         text: "Apple Intelligence ile Analiz Et"
         onTriggered: root.app.analysis.analyze(root.findingId, "")
     }
@@ -61,7 +60,6 @@ Menu {
     MenuItem {
         objectName: "trash"
         visible: root.about.canTrash
-        height: visible ? implicitHeight : 0
         enabled: !root.now.isCleaning
         text: "Çöp Kutusuna Taşı"
         onTriggered: root.app.actions.moveToTrash(root.findingId)

@@ -10,7 +10,7 @@ Rectangle {
     required property ScanModel scan
 
     function openMenu() {
-        menu.openFromKeyboard(true)
+        menu.openBy(true)
     }
 
     function focusScanButton(reason: int) {
@@ -54,7 +54,7 @@ Rectangle {
             icon.source: "image://symbols/line.3.horizontal"
             Accessible.name: "Menü"
             Accessible.role: Accessible.ButtonMenu
-            onClicked: menu.openFromKeyboard(visualFocus)
+            onClicked: menu.openBy(visualFocus)
             ToolTip {
                 visible: menuButton.hovered && !menu.visible
                 text: "Menü (F10)"

@@ -15,7 +15,8 @@ FindingListModel::FindingListModel(FindingsModel& all, QObject* parent)
 void FindingListModel::setLevel(std::optional<SafetyLevel> level) {
     if (level == level_)
         return;
-    // Another list altogether: a view starts at its top.
+    // A different list: a new source resets the view to its top, where a new filter would remove and insert
+    // every row.
     setSourceModel(nullptr);
     level_ = level;
     largest_ = largestSize();

@@ -44,8 +44,9 @@ bool isSameRow(const FindingPointer& one, const FindingPointer& other) {
     return one == other || (one->id == other->id && one->level == other->level);
 }
 
-/// For each row its place in `wanted`, or -1: if its finding is not there, and if it would go back past a row
-/// above it. What moves is taken out and put in again, because a list that filters rows cannot move one.
+/// For each row its place in `wanted`, or -1 if its finding is not there or belongs above a row that stays:
+/// such a row is removed and inserted again, because a proxy cannot move one. Only a scan changes the order,
+/// and no view exists while one runs; so it does not matter that this may keep fewer rows than possible.
 std::vector<int> targetsOf(const Findings& rows, const Findings& wanted) {
     std::unordered_map<std::string_view, std::size_t> places;
     for (std::size_t index = 0; index < wanted.size(); ++index)

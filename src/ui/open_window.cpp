@@ -14,8 +14,8 @@ namespace {
 void fitToScreen(QQuickWindow& window) {
     constexpr int titleBar = 40;  // the desktop's own; how high it is is known only once it is there
     const auto room = [&window] { return window.screen()->availableSize() - QSize(0, titleBar); };
-    const auto shrink = [&window, room, least = window.minimumSize()] {
-        window.setMinimumSize(least.boundedTo(room()));
+    const auto shrink = [&window, room, minimum = window.minimumSize()] {
+        window.setMinimumSize(minimum.boundedTo(room()));
     };
     shrink();
     window.resize(window.size().boundedTo(room()));

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 
@@ -18,11 +16,6 @@ namespace ulvak {
 namespace {
 
 using namespace test;
-
-bool exists(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0;
-}
 
 /// The system's services, but for a model: whether this machine has one is left open by asking for none.
 AppServices realServices() {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/stat.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -69,11 +67,6 @@ inline Cleaner::Services withDesktopsTrash() {
         return platform::Command{.program = "/desktop", .arguments = {"empty", trash}};
     };
     return services;
-}
-
-inline bool exists(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0;
 }
 
 /// A Trash that nobody looks into, whatever is behind it.

@@ -23,6 +23,7 @@ namespace {
 
 using test::folder;
 using test::link;
+using test::modeOf;
 using test::TempTree;
 using test::textFile;
 using testing::ElementsAre;
@@ -32,11 +33,6 @@ constexpr std::size_t anyLength = std::numeric_limits<std::size_t>::max();
 
 std::string contents(const std::string& path) {
     return readFile(path, anyLength).value_or("(cannot be read)");
-}
-
-mode_t modeOf(const std::string& path) {
-    struct stat info{};
-    return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777U : 0;
 }
 
 bool isLink(const std::string& path) {

@@ -54,12 +54,12 @@ void setAccessDate(const std::string& path) {
 
 const FileTime longAgo{std::chrono::seconds(1'000'000'000)};
 
-TEST(FolderListing, NamesEverythingButItselfAndItsParent) {
+TEST(FolderFacts, NamesEverythingButItselfAndItsParent) {
     const TempTree tree({folder("d"), file(".gizli"), link("l", "yok"), fifo("f")});
     EXPECT_THAT(names(tree.path()), UnorderedElementsAre("d", ".gizli", "l", "f"));
 }
 
-TEST(FolderListing, HasNoNamesWhereNothingCanBeListed) {
+TEST(FolderFacts, HasNoNamesWhereNothingCanBeListed) {
     const TempTree tree({file("a"), fifo("f"), folder("boş")});
     EXPECT_THAT(names(tree.path("yok")), IsEmpty());
     EXPECT_THAT(names(tree.path("a")), IsEmpty());
@@ -70,7 +70,7 @@ TEST(FolderListing, HasNoNamesWhereNothingCanBeListed) {
     EXPECT_EQ(fileBeginning(listing, "a", 10), "");
 }
 
-TEST(FolderListing, LengthIsKnownOfRegularFilesOnly) {
+TEST(FolderFacts, LengthIsKnownOfRegularFilesOnly) {
     const TempTree tree({textFile("a", "abc"), textFile("boş", ""), folder("d"), fifo("f"), socket("s"),
                          link("l", "a"), sparseFile("elsewhere", 1'000)});
     const Directory listing = opened(tree.path());
@@ -80,7 +80,7 @@ TEST(FolderListing, LengthIsKnownOfRegularFilesOnly) {
         EXPECT_EQ(fileLength(listing, name), std::nullopt) << name;
 }
 
-TEST(FolderListing, BeginningIsReadFromRegularFilesOnlyAndNeverWaits) {
+TEST(FolderFacts, BeginningIsReadFromRegularFilesOnlyAndNeverWaits) {
     const TempTree tree({textFile("a", "abcdef"), fifo("f"), socket("s"), link("l", "a"), folder("d")});
     const Directory listing = opened(tree.path());
     EXPECT_EQ(fileBeginning(listing, "a", 4), "abcd");
@@ -89,7 +89,7 @@ TEST(FolderListing, BeginningIsReadFromRegularFilesOnlyAndNeverWaits) {
         EXPECT_EQ(fileBeginning(listing, name, 4), "") << name;
 }
 
-TEST(FolderListing, WhatIsNoRegularFileIsNotEvenOpened) {
+TEST(FolderFacts, WhatIsNoRegularFileIsNotEvenOpened) {
     if (const auto reason = OpenWatch::whyNone())
         GTEST_SKIP() << *reason;
     const TempTree tree({textFile("a", "abc"), fifo("f"), socket("s"), link("l", "a"), folder("d"),

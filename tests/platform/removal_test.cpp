@@ -41,11 +41,6 @@ testing::AssertionResult removed(const TempTree& tree, const std::string& name) 
     return testing::AssertionSuccess();
 }
 
-bool exists(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0;
-}
-
 TEST(Removal, RemovesEntriesOfEveryKindAndWhatTheyLeadToStays) {
     const TempTree tree(
         {textFile("kept", "k"), folder("keptFolder", {textFile("x", "x")}),

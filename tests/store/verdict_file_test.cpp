@@ -250,8 +250,8 @@ TEST(VerdictFile, NestingInWhatIsIgnoredNeverExhaustsTheStack) {
     const auto nested = [](std::size_t levels) {
         return file(goodVerdict, R"(1,"x":)" + std::string(levels, '[') + std::string(levels, ']'));
     };
-    EXPECT_TRUE(decodeEntries(nested(deepestVerdictFile - 2)));
-    EXPECT_FALSE(decodeEntries(nested(deepestVerdictFile - 1)));
+    EXPECT_TRUE(decodeEntries(nested(maxVerdictNesting - 2)));
+    EXPECT_FALSE(decodeEntries(nested(maxVerdictNesting - 1)));
     EXPECT_FALSE(decodeEntries(nested(5'000'000)));
     EXPECT_FALSE(decodeEntries(std::string(5'000'000, '[')));
     std::string objects = "{\"/a\":";

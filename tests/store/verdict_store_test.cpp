@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <chrono>
 #include <string>
 #include <type_traits>
@@ -18,6 +16,7 @@ namespace ulvak {
 namespace {
 
 using test::folder;
+using test::modeOf;
 using test::TempTree;
 using test::textFile;
 using test::textOf;
@@ -51,11 +50,6 @@ Finding findingOf(std::int64_t size, const Verdict& original = guess, const std:
     Finding finding{.id = id, .size = size};
     setCurrentVerdict(finding, original);
     return test::asFound(std::move(finding));
-}
-
-mode_t modeOf(const std::string& path) {
-    struct stat info{};
-    return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777U : 0;
 }
 
 class VerdictStoreTest : public testing::Test {

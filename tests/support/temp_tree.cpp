@@ -358,4 +358,14 @@ std::string textOf(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+bool exists(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+mode_t modeOf(const std::string& path) {
+    struct stat info{};
+    return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777U : 0U;
+}
+
 }  // namespace ulvak::test

@@ -84,4 +84,10 @@ private:
 /// What a file holds; nothing where it cannot be read.
 [[nodiscard]] std::string textOf(const std::string& path);
 
+/// Whether there is an entry; a link counts wherever it leads.
+[[nodiscard]] bool exists(const std::string& path);
+
+/// The permission bits, links followed; 0 if nothing is there.
+[[nodiscard]] mode_t modeOf(const std::string& path);
+
 }  // namespace ulvak::test

@@ -23,11 +23,6 @@ struct stat lookAt(const std::string& path) {
     return info;
 }
 
-bool isThere(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0;
-}
-
 TEST(TempTree, MakesEveryKindOfEntry) {
     const TempTree tree({folder("a", {file("b", 5'000'000)}), sparseFile("hole", 1'000'000'000),
                          textFile("t", "abc"), link("l", "a/b"), hardLink("h", "a/b"), fifo("f"),
@@ -59,7 +54,7 @@ TEST(TempTree, RemovesEverythingThatHasComeToLieInIt) {
     const std::string path = tree->path();
     ASSERT_EQ(::mkdir(tree->path("removed-1/later").c_str(), 0755), 0);
     tree.reset();
-    EXPECT_FALSE(isThere(path));
+    EXPECT_FALSE(exists(path));
 }
 
 TEST(TempTree, RemovesNamesOfEveryByte) {
@@ -70,7 +65,7 @@ TEST(TempTree, RemovesNamesOfEveryByte) {
     }
     const std::string path = tree->path();
     tree.reset();
-    EXPECT_FALSE(isThere(path));
+    EXPECT_FALSE(exists(path));
 }
 
 TEST(TempTree, RemovesFiveThousandNestedFolders) {
@@ -79,7 +74,7 @@ TEST(TempTree, RemovesFiveThousandNestedFolders) {
     const std::string bottom = tree->addChain("a name of some length", 5000, {file("last")});
     EXPECT_GT(bottom.size(), 100'000U);
     tree.reset();
-    EXPECT_FALSE(isThere(path));
+    EXPECT_FALSE(exists(path));
 }
 
 TEST(TempTree, RemovesUnreadableFoldersOfAnUnprivilegedUser) {
@@ -92,7 +87,7 @@ TEST(TempTree, RemovesUnreadableFoldersOfAnUnprivilegedUser) {
             std::vector{folder("a", {folder("b", {file("c")}).withMode(0)}).withMode(0500)});
         const std::string path = tree->path();
         tree.reset();
-        EXPECT_FALSE(isThere(path));
+        EXPECT_FALSE(exists(path));
     });
 }
 
@@ -101,8 +96,8 @@ TEST(TempTree, RemovesALinkAndNotWhereItLeads) {
     {
         const TempTree tree({link("out", other.path()), folder("a", {link("out", other.path("inner"))})});
     }
-    EXPECT_TRUE(isThere(other.path("kept")));
-    EXPECT_TRUE(isThere(other.path("inner/kept")));
+    EXPECT_TRUE(exists(other.path("kept")));
+    EXPECT_TRUE(exists(other.path("inner/kept")));
 }
 
 TEST(TempTree, NeverEntersAMount) {
@@ -114,7 +109,7 @@ TEST(TempTree, NeverEntersAMount) {
         ASSERT_TRUE(mountAgain(other.path(), tree->path("point")));
         ASSERT_TRUE(mountAgain(other.path(), tree->path("a/point")));
         EXPECT_NONFATAL_FAILURE(tree.reset(), "was not removed");
-        EXPECT_TRUE(isThere(other.path("kept")));
+        EXPECT_TRUE(exists(other.path("kept")));
     });
 }
 

@@ -13,8 +13,6 @@ if(VERSION VERSION_GREATER_EQUAL 6.5)
   list(APPEND checks --unqualified warning --max-warnings 0)
   # What a method of the toolkit or of a model returns: no class of these is final for it.
   list(APPEND beyond "Cannot use shadowable base type for further lookups: QPointF")
-  # Of the loops over two loaders in DetailContainer.
-  list(APPEND beyond "Cannot load property (isWanted|item) from conversion to QVariant\\.")
 else()
   # Ids that are around a component: it is not compiled with them before it can say that it stays where it was made.
   list(APPEND beyond "Cannot access value for name (root|bar|cards|detail|line|others|row)")

@@ -1,6 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <QProcess>
 #include <cstdlib>
 #include <fstream>
@@ -15,13 +13,9 @@
 namespace ulvak {
 namespace {
 
+using test::exists;
 using test::TempTree;
 using test::waitUntil;
-
-bool exists(const std::string& path) {
-    struct stat about{};
-    return ::lstat(path.c_str(), &about) == 0;
-}
 
 /// With the program's own services, over a home that the test has made and its child process lives in.
 class WholeWindow : public test::WindowTest {

@@ -166,10 +166,10 @@ private:
 
     /// The file system's own limit, or a value below every file system's.
     static std::size_t shorterName(const OpenTrash& trash) {
-        constexpr long shortest = 64;
+        constexpr long minNameLength = 64;
         const long most = ::fpathconf(trash.notes.handle(), _PC_NAME_MAX);
         return static_cast<std::size_t>(
-            most >= shortest && most < static_cast<long>(maxNameLength) ? most : shortest);
+            most >= minNameLength && most < static_cast<long>(maxNameLength) ? most : minNameLength);
     }
 
     /// Moves an entry without replacing anything: EEXIST if the name is taken. Returns 0 or an errno value.

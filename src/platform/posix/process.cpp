@@ -109,15 +109,15 @@ std::int32_t reap(pid_t process) {
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-std::atomic<int> descriptor = -1;
-std::atomic<int> received = 0;
+std::atomic<int> signalPipe = -1;
+std::atomic<int> receivedSignal = 0;
 static_assert(std::atomic<int>::is_always_lock_free, "used by a signal handler");
 
-void note(int signal) {
+void onEndingSignal(int signal) {
     const int before = errno;
-    received = signal;
+    receivedSignal = signal;
     const char byte = 0;
-    if (::write(descriptor, &byte, 1) < 0) {
+    if (::write(signalPipe, &byte, 1) < 0) {
         // Best effort: a signal handler can do nothing more.
     }
     errno = before;
@@ -173,14 +173,14 @@ std::optional<int> watchEndingSignals() {
     auto pipe = makePipe();
     if (!pipe)
         return std::nullopt;
-    descriptor = pipe->write.release();
+    signalPipe = pipe->write.release();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         struct sigaction action{};
         // A signal that was ignored, for example by nohup, stays ignored.
         if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
             continue;
         action = {};
-        action.sa_handler = &note;
+        action.sa_handler = &onEndingSignal;
         action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
         (void)::sigaction(signal, &action, nullptr);
     }
@@ -188,7 +188,7 @@ std::optional<int> watchEndingSignals() {
 }
 
 void endBySignal() {
-    const int signal = received;
+    const int signal = receivedSignal;
     if (signal == 0)
         return;
     (void)std::signal(signal, SIG_DFL);

@@ -6,7 +6,7 @@ import QtQuick.Templates as T
 T.Menu {
     id: root
 
-    property real widest: {
+    readonly property real widest: {
         let width = 0
         for (let index = 0; index < count; ++index)
             width = Math.max(width, itemAt(index)?.implicitWidth ?? 0)
@@ -14,9 +14,9 @@ T.Menu {
     }
 
     /// With its first item chosen where the keyboard opens it.
-    function openFromKeyboard(byKeyboard: bool) {
+    function openBy(keyboard: bool) {
         open()
-        currentIndex = byKeyboard ? 0 : -1
+        currentIndex = keyboard ? 0 : -1
     }
 
     margins: 0

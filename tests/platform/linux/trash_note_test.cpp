@@ -35,6 +35,8 @@ std::string notedPath(const std::string& location) {
 
 namespace {
 
+using test::exists;
+
 TEST(TrashName, IsTheItemsOwnAsLongAsItsNoteCanHaveIt) {
     EXPECT_EQ(trashName("düz.tar.gz", 1), "düz.tar.gz");
     EXPECT_EQ(trashName(std::string(245, 'n'), 1), std::string(245, 'n'));
@@ -101,7 +103,7 @@ TEST(TrashNote, GoesWithTheObjectUnlessItIsKept) {
         ASSERT_TRUE(kept);
         kept->keep();
     }
-    EXPECT_TRUE(isThere(tree.path("a")));
+    EXPECT_TRUE(exists(tree.path("a")));
 }
 
 }  // namespace

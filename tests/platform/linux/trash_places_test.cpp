@@ -18,6 +18,7 @@
 namespace ulvak::platform {
 namespace {
 
+using test::exists;
 using test::folder;
 using test::TempTree;
 namespace fs = std::filesystem;
@@ -59,7 +60,7 @@ protected:
         EXPECT_TRUE(moved) << moved.error().code.message();
         if (!moved)
             return "";
-        EXPECT_TRUE(isThere(moved->location));
+        EXPECT_TRUE(exists(moved->location));
         const std::string trashPath = parentOf(parentOf(moved->location));
         const std::string note = test::textOf(trashPath + "/info/x.trashinfo");
         EXPECT_NE(note.find("\nPath=klas%C3%B6r/x\n"), std::string::npos) << note;
@@ -88,7 +89,7 @@ TEST_F(TrashPlaces, TheSharedTrashComesFirstWhereThereIsOne) {
         ASSERT_EQ(::mkdir((disk + "/.Trash").c_str(), 0700), 0);
         ASSERT_EQ(::chmod((disk + "/.Trash").c_str(), 01777), 0);
         EXPECT_EQ(placeOnDisk(), ".Trash/" + user + "/files/x");
-        EXPECT_FALSE(isThere(disk + "/" + own));
+        EXPECT_FALSE(exists(disk + "/" + own));
     });
 }
 
@@ -149,7 +150,7 @@ TEST_F(TrashPlaces, AReadOnlyVolumeKeepsItsItems) {
     onVolume([&] {
         ASSERT_EQ(::mount(nullptr, disk.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
         expectNotTrashed(std::errc::read_only_file_system);
-        EXPECT_FALSE(isThere(disk + "/" + own));
+        EXPECT_FALSE(exists(disk + "/" + own));
     });
 }
 
@@ -174,7 +175,7 @@ TEST_F(TrashPlaces, WhatIsKeptInMemoryHasATrashOnlyBesideAHomeThere) {
         fs::create_directories(disk + "/klasör");
         std::ofstream(item) << "x";
         expectNotTrashed(std::errc::not_supported);
-        EXPECT_FALSE(isThere(disk + "/" + own));
+        EXPECT_FALSE(exists(disk + "/" + own));
         const HomeIn other(disk);
         const auto moved = trash(item);
         ASSERT_TRUE(moved) << moved.error().code.message();
@@ -191,7 +192,7 @@ TEST_F(TrashPlaces, ATrashOfTheHomeThatIsALinkIsToldAndNotFollowed) {
     ASSERT_FALSE(moved);
     EXPECT_EQ(moved.error().code, std::errc::too_many_symbolic_link_levels);
     EXPECT_EQ(moved.error().detail, tree.path("home/.local/share/Trash"));
-    EXPECT_TRUE(isThere(tree.path("home/x")));
+    EXPECT_TRUE(exists(tree.path("home/x")));
     EXPECT_TRUE(fs::is_empty(tree.path("canaries")));
 }
 

@@ -23,6 +23,7 @@
 namespace ulvak::platform {
 namespace {
 
+using test::exists;
 using test::folder;
 using test::TempTree;
 using test::textFile;
@@ -84,7 +85,7 @@ TEST_F(TrashSwaps, WhenTheItemIsBackInItsPlaceTheTwoChangePlaces) {
     EXPECT_EQ(test::textOf(moved->location), "item");
     EXPECT_EQ(notedPath(moved->location), at("a/item"));
     EXPECT_EQ(read("a/item"), "other");
-    EXPECT_FALSE(isThere(at("a/other")));
+    EXPECT_FALSE(exists(at("a/other")));
 }
 
 TEST_F(TrashSwaps, WhenItsPlaceIsTakenItIsPutBesideWhereItIsSeen) {
@@ -145,7 +146,7 @@ TEST_F(TrashSwaps, WithoutHelpOfTheFileSystemNothingIsReplacedEither) {
     for (const char* name : {"a/item", "a/link", "Documents"}) {
         const auto moved = trash(at(name), withoutNoReplace());
         ASSERT_TRUE(moved) << name << moved.error().code.message();
-        EXPECT_TRUE(isThere(moved->location));
+        EXPECT_TRUE(exists(moved->location));
         EXPECT_EQ(notedPath(moved->location), at(name));
     }
     fs::rename(at("a/other"), at("a/item"));
@@ -219,9 +220,9 @@ TEST_F(TrashSwaps, ThousandsOfSwapsOfTheItemTakeNothingElse) {
         const std::string beside = at("a/" + trashName(nameOf(swapped), 2));
         const std::string documents = isAway ? swapped : fs::is_directory(beside) ? beside : at("Documents");
         ASSERT_EQ(test::textOf(documents + "/item"), "precious") << round;
-        ASSERT_TRUE(!isThere(at(".local/share/Trash/files")) || isEmpty()) << round;
+        ASSERT_TRUE(!exists(at(".local/share/Trash/files")) || isEmpty()) << round;
         if (documents != at("Documents")) {
-            if (isThere(at("Documents")))
+            if (exists(at("Documents")))
                 fs::remove(at("Documents"));
             fs::rename(documents, at("Documents"));
         }
@@ -250,7 +251,7 @@ TEST_F(TrashSwaps, ThousandsOfSwapsOfTheFolderTakeNothingElse) {
             fs::remove(at(".local/share/Trash/info/" + nameOf(moved->location) + ".trashinfo"));
         }
         ASSERT_EQ(read("a/item"), "item") << round;
-        ASSERT_TRUE(!isThere(at(".local/share/Trash/files")) || isEmpty()) << round;
+        ASSERT_TRUE(!exists(at(".local/share/Trash/files")) || isEmpty()) << round;
     }
 }
 

@@ -23,8 +23,10 @@
 namespace ulvak::platform {
 namespace {
 
+using test::exists;
 using test::folder;
 using test::link;
+using test::modeOf;
 using test::TempTree;
 using test::textFile;
 namespace fs = std::filesystem;
@@ -32,12 +34,7 @@ namespace fs = std::filesystem;
 const std::string homeTrash = "home/.local/share/Trash";
 
 std::size_t countIn(const std::string& path) {
-    return isThere(path) ? listNames(path).size() : 0;
-}
-
-mode_t modeOf(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0 ? info.st_mode & 07777U : 0U;
+    return exists(path) ? listNames(path).size() : 0;
 }
 
 /// Whether `text` ends in the middle of a character, if it is UTF-8 otherwise.
@@ -55,7 +52,7 @@ TEST(MoveToTrash, TellsWhereTheItemIsNow) {
     EXPECT_EQ(*moved, (TrashedItem{.origin = tree.path("home/a/b.txt"),
                                    .location = tree.path(homeTrash + "/files/b.txt"),
                                    .identity = identity.value()}));
-    EXPECT_FALSE(isThere(tree.path("home/a/b.txt")));
+    EXPECT_FALSE(exists(tree.path("home/a/b.txt")));
     EXPECT_EQ(test::textOf(moved->location), "b");
     EXPECT_EQ(notedPath(moved->location), tree.path("home/a/b.txt"));
     for (const char* part : {"", "/files", "/info"})
@@ -71,7 +68,7 @@ TEST(MoveToTrash, MovesEverythingThatHasAName) {
     for (const std::string& name : listNames(tree.path("home/items"))) {
         const auto moved = trash(tree.path("home/items/" + name));
         ASSERT_TRUE(moved) << name << moved.error().code.message();
-        EXPECT_TRUE(isThere(moved->location)) << name;
+        EXPECT_TRUE(exists(moved->location)) << name;
     }
     EXPECT_EQ(countIn(tree.path("home/items")), 0U);
     EXPECT_EQ(fs::read_symlink(tree.path(homeTrash + "/files/link")), "nowhere");
@@ -120,7 +117,7 @@ TEST(MoveToTrash, KeepsThousandsOfOneNameApart) {
     EXPECT_EQ(locations.size(), many);
     EXPECT_EQ(countIn(tree.path(homeTrash + "/files")), many);
     EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), many);
-    EXPECT_TRUE(isThere(tree.path(homeTrash + "/files/aynı ad.5000")));
+    EXPECT_TRUE(exists(tree.path(homeTrash + "/files/aynı ad.5000")));
 }
 
 TEST(MoveToTrash, PassesOverNamesOfWhichHalfIsTaken) {
@@ -133,8 +130,8 @@ TEST(MoveToTrash, PassesOverNamesOfWhichHalfIsTaken) {
     ASSERT_TRUE(first && second);
     EXPECT_EQ(nameOf(first->location), "a.2");
     EXPECT_EQ(nameOf(second->location), "b.2");
-    EXPECT_FALSE(isThere(tree.path(homeTrash + "/info/a.trashinfo")));
-    EXPECT_FALSE(isThere(tree.path(homeTrash + "/files/b")));
+    EXPECT_FALSE(exists(tree.path(homeTrash + "/info/a.trashinfo")));
+    EXPECT_FALSE(exists(tree.path(homeTrash + "/files/b")));
 }
 
 TEST(MoveToTrash, LeavesWhatIsNoLongerTheItem) {
@@ -152,7 +149,7 @@ TEST(MoveToTrash, LeavesWhatIsNoLongerTheItem) {
     ASSERT_FALSE(elsewhere) << "its path does not lead there";
     EXPECT_EQ(elsewhere.error().code.value(), ESTALE);
     EXPECT_EQ(test::stateOf(tree.path("home/way")), before) << "moved, and put back";
-    EXPECT_TRUE(isThere(tree.path("home/a")) && isThere(tree.path("home/way/c")));
+    EXPECT_TRUE(exists(tree.path("home/a")) && exists(tree.path("home/way/c")));
     EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), 0U);
 }
 
@@ -184,7 +181,7 @@ TEST(MoveToTrash, WithoutRoomForTheNoteTheItemStays) {
                 const auto moved = trash(path);
                 ASSERT_FALSE(moved) << path.size();
                 EXPECT_EQ(moved.error().code, std::errc::no_space_on_device) << moved.error().code.message();
-                EXPECT_TRUE(isThere(path));
+                EXPECT_TRUE(exists(path));
             }
             EXPECT_EQ(countIn(tree.path(homeTrash + "/info")), 0U);
             EXPECT_EQ(countIn(tree.path(homeTrash + "/files")), 0U);
@@ -214,8 +211,8 @@ TEST(MoveToTrash, WhereverItIsKilledTheItemIsInItsPlaceOrHasItsNote) {
                 isOver = !child.step();
         }
         const std::string location = tree.path(homeTrash + "/files/b");
-        const bool isHere = isThere(tree.path("home/a/b"));
-        ASSERT_NE(isHere, isThere(location)) << moment;
+        const bool isHere = exists(tree.path("home/a/b"));
+        ASSERT_NE(isHere, exists(location)) << moment;
         ASSERT_TRUE(isHere || notedPath(location) == tree.path("home/a/b")) << moment;
         wasHere = wasHere || isHere;
         wasThere = wasThere || (!isHere && !isOver);
@@ -289,7 +286,7 @@ TEST_F(NotesAhead, AreThoseOfTheirItems) {
     for (int number = 0; number < count; ++number) {
         const auto moved = move(number, notes);
         ASSERT_TRUE(moved);
-        EXPECT_FALSE(isThere(item(number)));
+        EXPECT_FALSE(exists(item(number)));
         EXPECT_EQ(notedPath(moved->location), item(number));
     }
     EXPECT_EQ(notesLeft(), std::size_t{count}) << "none was written twice";
@@ -305,7 +302,7 @@ TEST_F(NotesAhead, GoWhenTheirItemsDoNotFollow) {
         EXPECT_EQ(other.error().code.value(), ESTALE);
     }
     EXPECT_EQ(notesLeft(), 1U);
-    EXPECT_TRUE(isThere(item(4)));
+    EXPECT_TRUE(exists(item(4)));
 }
 
 TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasEmptiedMeanwhile) {
@@ -315,7 +312,7 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasEmptiedMeanwhile) {
     const auto first = move(0, notes);
     ASSERT_TRUE(first);
     EXPECT_EQ(notedPath(first->location), item(0));
-    EXPECT_TRUE(isThere(first->location));
+    EXPECT_TRUE(exists(first->location));
 }
 
 TEST_F(NotesAhead, AreWrittenAnewWhereSomebodyHasRemovedThem) {
@@ -346,7 +343,7 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheTrashWasMovedAwayMeanwhile) {
     fs::rename(tree.path(homeTrash), tree.path("home/elsewhere"));
     const auto first = move(0, notes);
     ASSERT_TRUE(first);
-    EXPECT_TRUE(isThere(first->location)) << "it is where it is said to be";
+    EXPECT_TRUE(exists(first->location)) << "it is where it is said to be";
     EXPECT_EQ(notedPath(first->location), item(0));
 }
 
@@ -459,8 +456,8 @@ TEST_F(NotesAhead, WhereverItIsKilledEachItemIsInItsPlaceOrHasItsNote) {
         }
         for (const std::string name : {"a", "b"}) {
             const std::string location = here.path(homeTrash + "/files/" + name);
-            const bool isHere = isThere(here.path("home/" + name));
-            ASSERT_NE(isHere, isThere(location)) << moment;
+            const bool isHere = exists(here.path("home/" + name));
+            ASSERT_NE(isHere, exists(location)) << moment;
             ASSERT_TRUE(isHere || notedPath(location) == here.path("home/" + name)) << moment;
             ASSERT_TRUE(!isHere || trash(here.path("home/" + name))) << moment;
         }
@@ -485,7 +482,7 @@ TEST(RecordTrashedFolders, KeepsTheListOfTheFoldersThatAreThere) {
         dates.push_back(std::to_string(info.st_mtim.tv_sec));
     }
     recordTrashedFolders({});
-    EXPECT_FALSE(isThere(tree.path(homeTrash + "/directorysizes")));
+    EXPECT_FALSE(exists(tree.path(homeTrash + "/directorysizes")));
     recordTrashedFolders(std::vector<TrashedFolder>{{.location = locations[0], .bytes = 12},
                                                     {.location = locations[1], .bytes = 3'000'000'000},
                                                     {.location = "/elsewhere/x", .bytes = 1}});

@@ -45,9 +45,4 @@ inline Trashed trash(const std::string& path, const posix::TrashCalls& calls = {
 /// The path that the note of a trashed item says; empty when there is none, or when it is not whole.
 [[nodiscard]] std::string notedPath(const std::string& location);
 
-inline bool isThere(const std::string& path) {
-    const auto folder = Directory::open(parentOf(path));
-    return folder && entryIdentity(*folder, nameOf(path));
-}
-
 }  // namespace ulvak::platform

@@ -3,11 +3,9 @@
 #include <string>
 
 #include "scan/disk_walker.h"
-#include "support/environment.h"
 #include "support/isolation.h"
 #include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"
-#include "survey/scanner.h"
 
 namespace ulvak {
 namespace {
@@ -20,11 +18,10 @@ TEST(DeadMounts, ARootThereIsPassedOver) {
     const TempTree tree({folder("home", {file("big", 1'000'000)}), folder("nas"), link("way", "nas"),
                          link("below", "nas/tmp")});
     withPrivateMounts([&] {
-        const ScopedEnvironment environment({{"HOME", tree.path("home")}});
         const DeadMount nas(tree.path("nas"));
         ASSERT_TRUE(nas.isMounted());
         ScanProgress progress;
-        const DiskWalker walker{.progress = progress};
+        const DiskWalker walker{.progress = progress, .home = tree.path("home")};
         const std::vector<std::string> roots = {tree.path("nas"), tree.path("way"), tree.path("below"),
                                                 tree.path("home")};
         const auto nodes = walker.nodes(roots);
@@ -34,35 +31,6 @@ TEST(DeadMounts, ARootThereIsPassedOver) {
         EXPECT_EQ(nodes[3]->fileCount, 1);
         EXPECT_FALSE(nas.wasAsked());
     });
-}
-
-/// `temp` is below the home folder, where "nas" never answers.
-void scanWithTemp(const std::string& temp) {
-    const TempTree tree({folder("home", {folder("nas"), folder("work", {file("big", 400'000'000)})})});
-    withPrivateMounts([&] {
-        const ScopedEnvironment environment({{"HOME", tree.path("home")},
-                                             {"TMPDIR", tree.path("home/" + temp)},
-                                             {"XDG_DATA_HOME", std::nullopt}});
-        const DeadMount nas(tree.path("home/nas"));
-        ASSERT_TRUE(nas.isMounted());
-        ScanProgress progress;
-        const auto findings = Scanner{progress, UserFolders::ofCurrentUser()}.run();
-        ASSERT_TRUE(findings);
-        EXPECT_FALSE(findings->empty());
-        EXPECT_FALSE(nas.wasAsked());
-    });
-}
-
-TEST(DeadMounts, ATemporaryFolderThereKeepsNobodyFromScanning) {
-    if (const auto reason = DeadMount::whyNone())
-        GTEST_SKIP() << *reason;
-    scanWithTemp("nas/T");
-}
-
-TEST(DeadMounts, ATemporaryFolderBehindOneKeepsNobodyFromScanning) {
-    if (const auto reason = DeadMount::whyNone())
-        GTEST_SKIP() << *reason;
-    scanWithTemp("nas/../T");
 }
 
 }  // namespace

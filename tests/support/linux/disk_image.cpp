@@ -1,36 +1,22 @@
 #include "support/linux/disk_image.h"
 
-#include <fcntl.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <span>
+
+#include "platform/process.h"
 
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
-extern char** environ;  // NOLINT(readability-redundant-declaration): glibc declares it, others do not
-
 namespace ulvak::test {
 
 bool hasRun(const std::vector<std::string>& words) {
-    std::vector<std::string> copies = words;
-    std::vector<char*> argv;
-    for (std::string& word : copies)
-        argv.push_back(word.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions{};
-    ::posix_spawn_file_actions_init(&actions);
-    for (const int output : {STDOUT_FILENO, STDERR_FILENO})
-        ::posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
-    pid_t process = 0;
-    int status = -1;
-    const bool isStarted = ::posix_spawn(&process, argv[0], &actions, nullptr, argv.data(), environ) == 0;
-    ::posix_spawn_file_actions_destroy(&actions);
-    return isStarted && ::waitpid(process, &status, 0) == process && status == 0;
+    const auto result = platform::runProgram(words.front(), std::span(words).subspan(1));
+    return result && result->status == 0;
 }
 
 testing::AssertionResult mountImage(const std::string& image, const std::string& path, std::int64_t bytes) {
