@@ -264,9 +264,9 @@ private:
     /// Counts what is left of ours in the Trash, for the total.
     QCoro::Task<> countTrashed();
     void recordTrashed();
-    /// Notes what the user wanted cleaned and is there still.
+    /// Records a finding the user wanted cleaned that is still there.
     void leave(const Finding& finding, std::string why);
-    /// After `stopCleaning`, when nobody is cleaning any more.
+    /// After `stopCleaning`, once no cleaning is in progress.
     void tellWhatIsLeft();
     /// `index` is that of `result`, or empty if unknown.
     void replaceFindings(MutableFindings result, Index index);

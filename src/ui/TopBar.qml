@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// The window's toolbar: what is looked at, and the one button that scans.
+/// The window's toolbar: the current view's title and the scan button.
 Rectangle {
     id: root
 

@@ -15,7 +15,7 @@ FindingListModel::FindingListModel(FindingsModel& all, QObject* parent)
 void FindingListModel::setLevel(std::optional<SafetyLevel> level) {
     if (level == level_)
         return;
-    // Another list altogether: a view starts at its top.
+    // A different list: resetting makes views start at the top.
     setSourceModel(nullptr);
     level_ = level;
     largest_ = largestSize();
@@ -81,7 +81,7 @@ void FindingListModel::follow() {
 void FindingListModel::setSelected(const std::set<std::string>& ids) {
     const auto changed = findingsIn(all_.app(), selected_, ids);
     selected_ = ids;
-    // Run by run: all may be selected at once.
+    // Signalled in runs: all rows may be selected at once.
     std::vector<int> rows;
     for (std::size_t row = 0; row < all_.rows().size() && rows.size() < changed.size(); ++row) {
         const Finding* finding = all_.rows()[row].get();
