@@ -24,7 +24,8 @@ bool exists(const std::string& path) {
     return ::lstat(path.c_str(), &info) == 0;
 }
 
-/// The system's services, except the model: works the same whether or not this machine has one.
+/// The system's services, except those that open windows on the desktop. The tests ask no model, so it does
+/// not matter whether this machine has one.
 AppServices realServices() {
     AppServices services = AppServices::system(UserFolders::ofCurrentUser());
     services.reveal = [](std::span<const std::string>) { return true; };
