@@ -69,8 +69,7 @@ public:
     /// Asked before emptying a Trash that holds more than this program put there.
     struct TrashQuestion {
         QUuid id;  ///< distinguishes questions about the same contents
-        std::shared_ptr<const Cleaner::TrashContents>
-            contents;  ///< what was listed, and all that will be removed
+        std::shared_ptr<const Cleaner::TrashContents> contents;  ///< as listed, and all that will be removed
 
         friend bool operator==(const TrashQuestion& one, const TrashQuestion& other) {
             return one.id == other.id;

@@ -23,7 +23,7 @@ public:
     /// Records a path of which something may be left.
     void addTouched(std::string path) { paths_.try_emplace(std::move(path), false); }
     [[nodiscard]] std::size_t size() const { return paths_.size(); }
-    /// Whether a finding contains or lies in something that was cleaned; compares path text only.
+    /// Whether a finding is, contains or lies in something that was cleaned; compares path text only.
     [[nodiscard]] bool touches(const Finding& finding) const;
 
     struct Rest {

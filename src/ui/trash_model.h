@@ -9,7 +9,7 @@
 
 namespace ulvak {
 
-/// What was put into the Trash, and emptying it.
+/// What this program put into the Trash, and emptying it.
 ///
 /// Threads: the UI thread only.
 class TrashModel : public QObject {
