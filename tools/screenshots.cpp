@@ -23,19 +23,19 @@
 
 Q_IMPORT_PLUGIN(UlvakPlugin)
 
-// Renders every face of the window over the home folder that HOME names, without a display:
+// Renders every page of the window over the home folder named by HOME, without a display:
 //
 //     ulvak_screenshots FOLDER light|dark [FONT-SIZE [WIDTHxHEIGHT]]
 //
-// The scan, the list, the disk are real; only whether there is a model, which applications run and how large
-// the disk is are written here, so that the pictures do not depend on this machine.
+// The scan and the list are real; the model's presence, the running applications and the disk's size are
+// fixed here, so that the images do not depend on this machine.
 
 namespace {
 
 using namespace ulvak;
 using namespace std::chrono_literals;
 
-/// Lets events pass until something holds. Gives up, and says so, after a minute.
+/// Processes events until `holds` returns true; false if that takes more than a minute.
 bool waitUntil(const std::function<bool()>& holds) {
     const auto end = std::chrono::steady_clock::now() + 60s;
     while (!holds() && std::chrono::steady_clock::now() < end)
@@ -65,8 +65,8 @@ QByteArray chunk(const QByteArray& content) {
     return bigEndian(static_cast<quint32>(content.size()) - 4) + content + bigEndian(~check);
 }
 
-/// A PNG whose rows are not filtered first, as the toolkit's writer always does: pictures of flat surfaces
-/// with letters come out a quarter smaller.
+/// Encodes a PNG without row filters, which Qt's writer always applies: images of flat areas and text come
+/// out a quarter smaller.
 QByteArray pngOf(const QImage& picture) {
     const QImage image = picture.convertToFormat(QImage::Format_RGB888);
     QByteArray rows;
@@ -116,7 +116,7 @@ private:
     QString appearance_;
 };
 
-/// A scan that is done is held back until the picture of it has been taken.
+/// A finished scan is held back until its picture has been taken.
 std::atomic<bool> holdsScan = true;
 
 AppServices staged() {
@@ -208,7 +208,7 @@ int main(int argc, char* argv[]) {
         return 1;
     Pictures pictures(*view, QDir(QString::fromLocal8Bit(argv[1])), QString::fromLocal8Bit(argv[2]));
 
-    // Whatever the screen is, which is a small one where there is no display.
+    // Regardless of the screen's size, which is small without a display.
     const QList<QByteArray> size = QByteArray(argc > 4 ? argv[4] : "1320x840").split('x');
     view->resize(size.value(0).toInt(), size.value(1).toInt());
     view->requestActivate();

@@ -1,11 +1,11 @@
-// Uses the application over and over, as a user would, and watches what it keeps. Run by scripts/soak, in a
+// Uses the application repeatedly, as a user would, and watches its resource usage. Run by scripts/soak, in a
 // home made by scripts/demo-home:
 //
 //     ulvak_soak ROUNDS
 //
-// Each round scans, labels, takes a label back, moves two findings to the Trash, deletes one for good,
-// empties the Trash, and puts back what has gone. From the tenth round on, memory, descriptors and threads
-// must stay as they are.
+// Each round scans, labels, resets a label, moves two findings to the Trash, deletes one permanently, empties
+// the Trash, and restores what was removed. From the tenth round on, memory, descriptors and threads must not
+// grow.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -33,7 +33,7 @@
 #include "clean/cleaner.h"
 #include "core/paths.h"
 
-// Of the address sanitizer, whose headers do not come with every compiler that has it.
+// From the address sanitizer, whose headers do not come with every compiler that supports it.
 // NOLINTNEXTLINE(clang-diagnostic-*, readability-identifier-naming): its own name
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
@@ -45,14 +45,14 @@ namespace fs = std::filesystem;
 constexpr int settledRound = 10;
 constexpr off_t baitBytes = 400'000'000;
 constexpr std::size_t memorySlack =
-    64UZ * 1024;  // bytes: a container may double while it holds as much as ever
+    64UZ * 1024;  // bytes: a container may grow its capacity while its contents stay the same size
 
 [[noreturn]] void failWith(const std::string& what) {
     std::fprintf(stderr, "soak: %s\n", what.c_str());
-    std::exit(1);  // NOLINT(concurrency-mt-unsafe): whatever still runs is to end with it
+    std::exit(1);  // NOLINT(concurrency-mt-unsafe): ends everything still running
 }
 
-/// What the process holds.
+/// The process's resource usage.
 struct Held {
     std::size_t memory = 0;  // bytes
     int descriptors = 0;
@@ -64,7 +64,7 @@ int entriesOf(const char* folder) {
     if (entries == nullptr)
         failWith(std::string("cannot read ") + folder);
     int count = 0;
-    while (::readdir(entries) != nullptr)  // NOLINT(concurrency-mt-unsafe): a stream of its own
+    while (::readdir(entries) != nullptr)  // NOLINT(concurrency-mt-unsafe): a stream of our own
         ++count;
     ::closedir(entries);
     return count - 2;  // "." and ".."
@@ -76,14 +76,14 @@ Held held() {
             .threads = entriesOf("/proc/self/task")};
 }
 
-/// The Trash is emptied for good: only one in a home that was made to be used up will do.
+/// The Trash is emptied permanently: accept only a home made for the purpose.
 void refuseAnotherHome(const UserFolders& folders) {
     const std::string& home = folders.home;
     if (!Paths::isWithin(folders.trash, home) || !fs::is_directory(home + "/.tmp/T"))
         failWith("only in a home made by scripts/demo-home, with its Trash in it; run scripts/soak");
 }
 
-/// A finding that comes back after each round.
+/// A finding that is recreated after each round.
 struct Bait {
     std::string path;
     SafetyLevel level;
@@ -117,14 +117,14 @@ void expect(bool holds, std::string_view what) {
 }
 
 QCoro::Task<> cleanAndEmpty(AppModel& app, bool& isDone) {
-    // GCC 12 knows no braces in what is awaited.
+    // GCC 12 does not support braced initialisers in an awaited expression.
     const auto all = baits(app.folders().home);
     std::vector<std::string> moved = {all[0].path, all[1].path};
     std::vector<std::string> removed = {all[2].path};
     co_await app.clean(std::move(moved), CleanMode::trash);
     co_await app.clean(std::move(removed), CleanMode::permanent);
     co_await app.emptyTrash();
-    // Its home's Trash held something before.
+    // The home's Trash held something before.
     if (const auto question = app.trashQuestion())
         co_await app.emptyTrashAsAsked(question->id);
     isDone = true;
@@ -153,7 +153,7 @@ void playRound(AppModel& app) {
     expect(app.trashedBytes() == 0, "the Trash is not empty");
 }
 
-/// Whether nothing grew after the settled round, not even for a while.
+/// Whether nothing grew after the settled round, not even temporarily.
 bool isFlat(const std::vector<Held>& rounds) {
     const std::span<const Held> settled = std::span(rounds).subspan(settledRound - 1);
     bool isGood = true;
@@ -172,8 +172,8 @@ bool isFlat(const std::vector<Held>& rounds) {
     return isGood;
 }
 
-/// The system's, but that nothing is shown and no other program is started: the desktop's would empty every
-/// Trash that it knows.
+/// The system's services, but nothing is shown and no other program is started: the desktop's would empty
+/// every Trash it knows of.
 AppServices servicesWithin(const UserFolders& folders) {
     static const Cleaner::Services alone = [] {
         Cleaner::Services services = Cleaner::Services::system();
@@ -211,10 +211,10 @@ int run(int argc, char** argv) {
     refuseAnotherHome(folders);
     AppModel app(servicesWithin(folders), VerdictStore::defaultPath(folders));
     std::vector<Held> history;
-    history.reserve(static_cast<std::size_t>(rounds));  // or its own growth is what is seen
+    history.reserve(static_cast<std::size_t>(rounds));  // so that its own growth is not measured
     for (int round = 1; round <= rounds; ++round) {
         playRound(app);
-        // What is written behind the window's back has been written by the next round's end.
+        // What is written in the background has been written by the end of the next round.
         QCoreApplication::processEvents();
         history.push_back(held());
         const Held& now = history.back();

@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <span>
 
-// Writes a bundle's icon (.icns) from a drawing: four letters and a length, then one picture (PNG) after the
-// other, each after four letters that say its size, and its length. Lengths count those eight bytes too and
-// are written big-endian. Runs on every system, so that nothing of a Mac is needed to look at the result.
+// Writes a bundle's icon (.icns) from a drawing: a four-letter tag and a length, then PNG images, each
+// preceded by a four-letter tag for its size and a length. Lengths include these eight bytes and are
+// big-endian. Runs on every system, so no Mac is needed to check the result.
 //
 //     ulvak_make_icon DRAWING.svg ICON.icns
 
@@ -23,7 +23,7 @@ struct Picture {
     int side;  ///< pixels
 };
 
-/// The sizes from 16 to 512 points, those with twice the pixels included.
+/// Sizes from 16 to 512 points, including those at double resolution.
 constexpr std::array<Picture, 8> pictures = {{
     {"ic11", 32},
     {"ic12", 64},

@@ -21,15 +21,15 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 200ms;
-/// Findings that are cleaned before the results are applied, at most, and about how long that may take.
+/// Findings cleaned before results are applied: at most this many, and for about this long.
 constexpr std::size_t maxTogether = 64;
 constexpr auto moment = 400ms;
 constexpr std::string_view diskAccessSettings =
     "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
 
-using Clock = std::chrono::steady_clock;  // the system's may be set meanwhile
+using Clock = std::chrono::steady_clock;  // the system clock may be set meanwhile
 
-/// Uncertain, but what the user calls unknown is the user's to call so.
+/// Uncertain, unless the user chose "unknown".
 bool isForBatch(const Finding& finding) {
     return isUncertain(finding) && finding.source != VerdictSource::user;
 }
@@ -38,7 +38,7 @@ bool goesToTrash(const Finding& finding, CleanMode mode) {
     return mode == CleanMode::trash && std::holds_alternative<CleanAction::Trash>(finding.action.value);
 }
 
-/// Each finding in a place of its own, so that the list can be handed on without copying what is in it.
+/// Allocates each finding separately, so that the list can be passed on without copying its contents.
 MutableFindings shared(std::vector<Finding> findings) {
     MutableFindings result;
     result.reserve(findings.size());
@@ -59,8 +59,8 @@ Index indexOf(const List& findings) {
 }
 
 struct Walked {
-    std::optional<MutableFindings> findings;  ///< absent when memory ran out, in the scan or behind it
-    Index index;                              ///< of these; thousands of ids take their time
+    std::optional<MutableFindings> findings;  ///< absent if memory ran out, during or after the scan
+    Index index;  ///< of `findings`; built here because thousands of ids take time
 };
 
 Walked walked(const decltype(AppServices::scan)& scan, ScanProgress& progress, const std::stop_token& stop) {
@@ -78,20 +78,20 @@ Walked walked(const decltype(AppServices::scan)& scan, ScanProgress& progress, c
 
 }  // namespace
 
-/// One scan from its start to its end, cancelled or not.
+/// One scan, finished or cancelled.
 struct AppModel::Scan {
     ScanProgress progress;
     Clock::time_point start = Clock::now();
     bool isCancelled = false;
-    CleanedPaths cleaned;  ///< while it ran
+    CleanedPaths cleaned;  ///< while the scan ran
 };
 
-/// How asking the model about a finding ended.
+/// The outcome of asking the model about a finding.
 struct AppModel::Asked {
     enum class End : std::uint8_t { passedOver, noModel, answered, failed };
     End end = End::passedOver;
-    std::string why;        ///< it failed
-    bool isSilent = false;  ///< neither the status nor the request was answered in time
+    std::string why;        ///< why it failed
+    bool isSilent = false;  ///< the status or the request timed out
 };
 
 struct AppModel::Batch {
@@ -99,16 +99,16 @@ struct AppModel::Batch {
     bool isModelGone = false;
     std::int64_t answered = 0;
     std::int64_t failed = 0;
-    std::int64_t left = 0;                                      ///< when the model was gone
-    std::vector<std::pair<std::string, std::int64_t>> reasons;  ///< each with how many failed for it
+    std::int64_t left = 0;  ///< not yet asked when the model became unavailable
+    std::vector<std::pair<std::string, std::int64_t>> reasons;  ///< each with its number of failures
 
-    /// `leftBefore` were still to be asked about, this one among them.
+    /// `leftBefore` counts those not yet asked, including this one.
     void add(const Asked& asked, std::int64_t leftBefore) {
         if (asked.end == Asked::End::answered)
             ++answered;
         if (asked.end == Asked::End::failed)
             addFailure(asked.why);
-        // The next request would not be answered either.
+        // The next request would get no answer either.
         isModelGone = asked.end == Asked::End::noModel || asked.isSilent;
         if (isModelGone)
             left = leftBefore - (asked.end == Asked::End::failed ? 1 : 0);
@@ -127,16 +127,16 @@ private:
 
 struct AppModel::CleanResult {
     std::expected<std::int64_t, CleanFailure> freed;
-    std::size_t done = 0;  ///< items, also when it failed later
+    std::size_t done = 0;  ///< items removed, even if it failed later
     std::vector<platform::TrashedItem> trashed;
 };
 
-/// A finding that is to go.
+/// A finding about to be cleaned.
 struct AppModel::Cleaning {
     FindingPointer finding;
-    std::uint64_t list = 0;                  ///< from which it was chosen
-    std::vector<std::string> running = {};   ///< applications that use its files
-    std::optional<CleanResult> result = {};  ///< absent when it was not begun
+    std::uint64_t list = 0;                  ///< it was chosen from this list
+    std::vector<std::string> running = {};   ///< running applications that use its files
+    std::optional<CleanResult> result = {};  ///< absent if it was not started
 
     [[nodiscard]] bool isWaiting() const { return running.empty() && !result; }
 };
@@ -298,7 +298,7 @@ QCoro::Task<bool> AppModel::refreshStatus() {
 
 void AppModel::learnStatus(std::uint64_t question, AIStatus status) {
     if (question < statusKnown_)
-        return;  // what was asked later is known already
+        return;  // a later query has been answered already
     if (status.isSilent) {
         if (aiStatus_.isAvailable())
             return;
@@ -320,7 +320,7 @@ void AppModel::askStatusAgainLater() {
 }
 
 void AppModel::setStatus(AIStatus status) {
-    // Two statuses are equal whatever the user can do about them; that is shown too.
+    // Equality ignores the hint, which is shown too.
     const bool isShown = aiStatus_ == status && aiStatus_.hint == status.hint;
     aiStatus_ = std::move(status);
     if (!isShown)
@@ -333,7 +333,7 @@ void AppModel::scan() {
         return;
     if (scan_)
         scan_->isCancelled = true;
-    // Before anybody hears of it: whoever does may cancel this scan at once, and must not hit the one before.
+    // Set before any signal: a listener may cancel at once and must hit this scan, not the previous one.
     const auto scan = std::make_shared<Scan>();
     scan_ = scan;
     assign(phase_, Phase::scanning, &AppModel::phaseChanged);
@@ -352,8 +352,8 @@ void AppModel::freeElsewhere(List list) {
 }
 
 void AppModel::watch(const std::shared_ptr<Scan>& scan, QTimer& poller) {
-    // A pause after each look, not a beat: after a turn that was held up, two looks must not follow each
-    // other closely.
+    // Single-shot rather than periodic: after a delayed event-loop turn, two polls must not follow in quick
+    // succession.
     poller.setSingleShot(true);
     poller.setTimerType(Qt::PreciseTimer);
     const auto poll = [this, scan, &poller] {
@@ -363,7 +363,7 @@ void AppModel::watch(const std::shared_ptr<Scan>& scan, QTimer& poller) {
         poller.start(pollInterval);
     };
     connect(&poller, &QTimer::timeout, this, poll);
-    poll();  // at once: the counters begin anew
+    poll();  // at once: the counters start again from zero
 }
 
 QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
@@ -402,7 +402,7 @@ QCoro::Task<> AppModel::runScan(std::shared_ptr<Scan> scan) {
     assign(scanDuration_, duration.count(), &AppModel::scanDurationChanged);
     refreshDisk();
     assign(phase_, Phase::done, &AppModel::phaseChanged);
-    // On its own: a model's server may take its time.
+    // Not awaited: a model's server may be slow.
     refreshStatus();
 }
 
@@ -410,7 +410,7 @@ QCoro::Task<std::optional<MutableFindings>> AppModel::withoutCleaned(std::shared
                                                                      MutableFindings found) {
     CleanedPaths::Rest rest{.findings = std::move(found)};
     std::size_t considered = 0;
-    // Nothing to await where nothing was cleaned. While the disk is looked at, more may be.
+    // Awaits nothing if nothing was cleaned. More may be cleaned while the disk is checked.
     while (rest.isKnown && considered < scan->cleaned.size()) {
         considered = scan->cleaned.size();
         auto look = workers_->run([cleaned = scan->cleaned, findings = std::move(rest.findings)]() mutable {
@@ -461,7 +461,7 @@ auto AppModel::oneAtATime(Function function) {
     return lasting_->run([function = std::move(function), turn = removal_,
                           stop = cleanStop_.get_token()]() -> std::invoke_result_t<Function&> {
         const std::scoped_lock lock(*turn);
-        // What has not begun when the program ends must not begin.
+        // Nothing may start once the program is closing.
         if (stop.stop_requested())
             return std::unexpected(CleanError{CleanError::Failed{.message = "Kapatılırken durduruldu."}});
         return function();
@@ -543,7 +543,7 @@ QCoro::Task<AppModel::Asked> AppModel::askAbout(FindingPointer chosen, std::stri
         asked.end = Asked::End::noModel;
         co_return asked;
     }
-    // Whoever has judged it meanwhile, the user or a scan, is not asked again.
+    // Skip it if the user or a scan has judged it in the meantime.
     const FindingPointer now = withVerdict(chosen->id, currentVerdict(*chosen));
     if (!now)
         co_return asked;
@@ -593,7 +593,7 @@ QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::
     for (const std::string& id : ids) {
         if (batch->isCancelled || batch->isModelGone)
             break;
-        // Its turn comes late: the user may have labelled it by then, or a scan have told what it is.
+        // By the time its turn comes, the user may have labelled it or a scan identified it.
         Asked asked;
         if (const FindingPointer next = finding(id); next && isForBatch(*next))
             asked = co_await ask(id, {});
@@ -602,7 +602,7 @@ QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::
         batch->add(asked, progress.total - progress.done);
         if (asked.end != Asked::End::noModel)
             ++progress.done;
-        // A batch that was given up has no say in what is shown: another may have begun.
+        // A cancelled batch must not update what is shown: another may have started.
         if (!batch->isCancelled)
             assign(batchProgress_, progress, &AppModel::batchProgressChanged);
     }
@@ -615,7 +615,7 @@ QCoro::Task<> AppModel::runBatch(std::shared_ptr<Batch> batch, std::vector<std::
 void AppModel::tellBatch(const Batch& batch) {
     constexpr std::size_t maxNamed = 5;
     const std::int64_t asked = batch.answered + batch.failed;
-    // A model that was not there from the start shows in its status.
+    // A model that was unavailable from the start shows in its status.
     if (batch.failed == 0 && (!batch.isModelGone || asked == 0))
         return;
     std::string message = "Sorulan " + std::to_string(asked) + " klasörden " +
@@ -670,7 +670,7 @@ QCoro::Task<> AppModel::cleanInTurn(std::vector<std::string> ids, CleanMode mode
         std::vector<Cleaning> turns = co_await readyToClean(std::move(chosen));
         if (isEnding_)
             co_return;
-        // Another click may have come first while the applications were looked at.
+        // Another click may have started cleaning them while the applications were checked.
         std::erase_if(turns, [&](const Cleaning& turn) { return cleaning_.contains(turn.finding->id); });
         if (turns.empty()) {
             together = std::min(together * 2, maxTogether);
@@ -771,7 +771,7 @@ QCoro::Task<std::vector<AppModel::Cleaning>> AppModel::readyToClean(std::vector<
         if (isEnding_)
             co_return std::vector<Cleaning>();
         running.insert(answer.begin(), answer.end());
-        // A scan that has ended meanwhile may name other applications.
+        // A scan that ended in the meantime may name other applications.
         turns = cleanable(ids);
     }
     for (Cleaning& turn : turns) {
@@ -866,7 +866,7 @@ void AppModel::noteCleaned(const Cleaning& turn, CleanMode mode, CleanedPaths& l
     const std::size_t gone = turn.result->freed ? urls.size() : turn.result->done;
     for (std::size_t index = 0; index < std::min(gone, urls.size()); ++index)
         cleaned.addGone(urls[index]);
-    // What cannot be removed for good may have lost a part of what is in it.
+    // A failed permanent removal may have removed part of the contents.
     if (gone < urls.size() && !goesToTrash(*turn.finding, mode))
         cleaned.addTouched(urls[gone]);
 }
@@ -884,7 +884,8 @@ bool AppModel::isOutdated(const CleanedPaths& late, const std::vector<Cleaning>&
 }
 
 void AppModel::removeFindings(const std::unordered_set<std::string_view>& ids) {
-    // Two with one id are one item, and go together. A look at each id is far more than one at a pointer.
+    // Findings with the same id are one item and are removed together. Comparing ids costs far more than
+    // comparing pointers.
     Index& index = this->index();
     const bool hasTwins = index.size() < findings_.size();
     std::unordered_set<const Finding*> gone;
@@ -978,7 +979,7 @@ QCoro::Task<Cleaner::EmptiedTrash> AppModel::emptySeen(std::shared_ptr<const Cle
         if (emptied.itemsLeft > 0 && !emptied.failure)
             emptied.failure = CleanError{CleanError::Failed{"Çöp kutusunun boşaltılması durduruldu."}};
     } else if (!emptied.isDone() && emptied.mayAskDesktop) {
-        // Not in turn with what removes: nobody knows how long the desktop takes.
+        // Not serialised with removals: the desktop may take any time.
         auto call = workers_->run([seen, ask = services_.emptyTrashByDesktop, stop = stop_.get_token()] {
             return ask(*seen, stop);
         });
@@ -986,7 +987,8 @@ QCoro::Task<Cleaner::EmptiedTrash> AppModel::emptySeen(std::shared_ptr<const Cle
         if (isEnding_)
             co_return {};
         addChecked(rest.bytes, emptied.bytes);
-        // Not asked after all, because something has come: then the first failure is why.
+        // If the desktop was not asked after all because something was added, the first failure is the
+        // reason.
         if (rest.itemsLeft > 0 && !rest.failure)
             rest.failure = std::move(emptied.failure);
         emptied = std::move(rest);
@@ -1036,7 +1038,7 @@ QCoro::Task<> AppModel::perform(std::string_view action, const Finding& finding)
     const FindingAction* row = findingAction(action);
     if (row == nullptr)
         co_return;
-    // Copies: the finding may go while the desktop is asked.
+    // Copies: the finding may be removed while the desktop is asked.
     auto work =
         workers_->run([row, services = services_, finding] { return row->perform(services, finding); });
     auto problem = co_await work;

@@ -24,14 +24,13 @@
 
 namespace ulvak {
 
-/// What the application does to the world outside its own state. Each is set. A stop is asked for when the
-/// program ends.
+/// The application's side effects. Every member is set. Stop tokens are triggered at program exit.
 struct AppServices {
     using Names = std::vector<std::string>;
 
     UserFolders folders;
 
-    // On workers, several at once; they may block.
+    // On workers, concurrently; may block.
     std::function<std::expected<std::vector<Finding>, ScanError>(ScanProgress&, std::stop_token)> scan;
     std::function<AIStatus(std::stop_token)> aiStatus;
     /// The names of all running applications, in the system's order.
@@ -42,31 +41,31 @@ struct AppServices {
                                        std::span<const std::string> running, std::stop_token)>
         classify;
     std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode, CleanRun&)> clean;
-    /// What can be done once for several findings that are cleaned next, for `CleanRun::ahead`; or null.
+    /// Work done once ahead of cleaning several findings, for `CleanRun::ahead`; may be null.
     std::function<std::shared_ptr<CleanAhead>(std::span<const std::shared_ptr<const Finding>>, CleanMode)>
         prepareClean = [](std::span<const std::shared_ptr<const Finding>>, CleanMode) { return nullptr; };
-    /// What the Trashes hold, and how much of it these items.
+    /// The contents of the Trashes, and how much of it is these items.
     std::function<Cleaner::TrashContents(std::span<const platform::TrashedItem> fromHere)> trashContents;
-    /// Nothing but what was looked at.
+    /// Removes only what was listed.
     std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked, std::stop_token)> emptyTrash;
     std::function<Cleaner::EmptiedTrash(const Cleaner::TrashContents& asked, std::stop_token)>
         emptyTrashByDesktop;
-    /// For file managers, after a batch.
+    /// Records them for file managers, after a batch.
     std::function<void(std::span<const platform::TrashedItem>)> recordTrashed;
-    /// Shows and selects all these items in the file browser. False when there is none that opens.
+    /// Shows and selects all these items in the file manager. False if none can be opened.
     std::function<bool(std::span<const std::string> paths)> reveal;
     std::function<void(std::string_view url)> openUrl;
 
-    /// Before a model that has not answered is asked again whether it is there.
+    /// Delay before a model that did not answer is asked for its status again.
     std::chrono::milliseconds statusPause = std::chrono::seconds(10);
 
-    /// Whether the system has a page of settings on which the user can let this program see more.
+    /// Whether the system has a settings page where the user can grant this program wider access.
     bool hasPrivacySettings = false;
 
-    // On the UI thread; it returns at once.
+    // On the UI thread; returns at once.
     std::function<std::optional<DiskInfo>()> diskInfo;
 
-    /// The system's, for the user whose folders these are.
+    /// The real system, for the user whose folders these are.
     [[nodiscard]] static AppServices system(const UserFolders& folders);
 };
 

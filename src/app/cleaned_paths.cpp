@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Whether something is at a path now, a link itself; also when nobody can say.
+/// Whether something exists at a path; does not follow links. Also true when that cannot be determined.
 bool isThere(const std::string& path) {
     std::error_code error;
     return fs::symlink_status(path, error).type() != fs::file_type::not_found;
@@ -21,7 +21,7 @@ bool isThere(const std::string& path) {
 
 using Cleaned = std::map<std::string, bool, std::less<>>;
 
-/// What was cleaned at an absolute path or around it.
+/// The cleaned path that is `url`, an absolute path, or an ancestor of it.
 Cleaned::const_iterator around(const std::string& url, const Cleaned& cleaned) {
     for (std::string_view place = url; place.starts_with('/'); place = place.substr(0, place.rfind('/'))) {
         if (const auto known = cleaned.find(place); known != cleaned.end())
@@ -30,14 +30,14 @@ Cleaned::const_iterator around(const std::string& url, const Cleaned& cleaned) {
     return cleaned.end();
 }
 
-/// Whether something was cleaned in the folder `url`.
+/// Whether anything below the folder `url` was cleaned.
 bool isAnyIn(const std::string& url, const Cleaned& cleaned) {
-    // What begins with "url/" comes together in the order of the bytes.
+    // Paths that begin with "url/" are adjacent in byte order.
     const auto inside = cleaned.lower_bound(url + "/");
     return inside != cleaned.end() && Paths::isWithin(inside->first, url);
 }
 
-/// Of one path of a finding.
+/// Of one of a finding's paths.
 enum class Fate : std::uint8_t { untouched, gone, unclear };
 
 Fate fateOf(const std::string& url, const Cleaned& cleaned) {
@@ -65,7 +65,7 @@ CleanedPaths::Rest CleanedPaths::rest(MutableFindings findings) const {
         }
         if (gone > 0 && gone == finding->urls.size())
             continue;
-        rest.isKnown = rest.isKnown && gone == 0;  // of some of a group only their sum is known
+        rest.isKnown = rest.isKnown && gone == 0;  // for a group, only the sum is known
         rest.findings.push_back(std::move(finding));
     }
     return rest;

@@ -11,34 +11,34 @@
 
 namespace ulvak {
 
-/// Of a scan, before anybody shares them.
+/// A scan's findings, before they are shared.
 using MutableFindings = std::vector<std::shared_ptr<Finding>>;
 
-/// What was cleaned while a scan ran. Whether the scan has looked at each place before or after that, nobody
-/// knows. A plain value.
+/// What was cleaned while a scan ran. There is no telling whether the scan visited each path before or after.
+/// A plain value.
 class CleanedPaths {
 public:
-    /// An absolute path of which nothing was left.
+    /// Records an absolute path of which nothing was left.
     void addGone(std::string path) { paths_[std::move(path)] = true; }
-    /// One of which something may be left.
+    /// Records a path of which something may be left.
     void addTouched(std::string path) { paths_.try_emplace(std::move(path), false); }
     [[nodiscard]] std::size_t size() const { return paths_.size(); }
-    /// Whether a finding holds or is something that was cleaned, by the text of the paths alone.
+    /// Whether a finding is, contains or lies in something that was cleaned; compares path text only.
     [[nodiscard]] bool touches(const Finding& finding) const;
 
     struct Rest {
         MutableFindings findings;
-        /// False when a finding holds or is something that was cleaned in part, or that is there again: only
+        /// False if a finding contains or lies in something that was cleaned partly or has reappeared: only
         /// another scan can tell its size.
         bool isKnown = true;
     };
 
-    /// The scan's findings without those that are gone. Blocks for as long as the disk takes: of what was
-    /// cleaned it is looked whether it is there again.
+    /// The scan's findings without those that are gone. Blocks on the disk: checks whether what was cleaned
+    /// has reappeared.
     [[nodiscard]] Rest rest(MutableFindings findings) const;
 
 private:
-    std::map<std::string, bool, std::less<>> paths_;  ///< each with whether it was gone
+    std::map<std::string, bool, std::less<>> paths_;  ///< value: whether it was gone
 };
 
 }  // namespace ulvak

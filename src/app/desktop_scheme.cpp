@@ -7,7 +7,7 @@ namespace ulvak {
 DesktopScheme::DesktopScheme()
     : watch_([this](Scheme scheme) {
           current_ = scheme;
-          QTimer::singleShot(0, this, &DesktopScheme::changed);  // on the thread of this object
+          QTimer::singleShot(0, this, &DesktopScheme::changed);  // on this object's thread
       }) {}
 
 }  // namespace ulvak

@@ -7,7 +7,7 @@
 
 namespace ulvak {
 
-/// What the desktop itself says of light and dark. Nothing waits for it.
+/// The desktop's own light or dark preference. Never blocks.
 ///
 /// Threads: the UI thread only.
 class DesktopScheme : public QObject {
@@ -17,7 +17,7 @@ public:
 
     DesktopScheme();
 
-    /// `unsaid` until it has answered, and where it never does.
+    /// `unsaid` until the desktop answers; stays so if it never does.
     [[nodiscard]] Scheme current() const { return current_; }
 
 signals:
@@ -25,7 +25,7 @@ signals:
 
 private:
     std::atomic<Scheme> current_ = Scheme::unsaid;
-    platform::ColorSchemeWatch watch_;  ///< last: it uses the others, from its own thread
+    platform::ColorSchemeWatch watch_;  ///< last: its thread uses the others
 };
 
 }  // namespace ulvak

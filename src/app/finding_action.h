@@ -10,26 +10,26 @@
 
 namespace ulvak {
 
-/// Something that can be done with any finding and changes nothing about it. A line of every row's menu and a
-/// button of the detail column.
+/// An action available for any finding that does not change it. Shown in every row's menu and as a button in
+/// the detail column.
 struct FindingAction {
-    /// What went wrong, in words for the user.
+    /// What went wrong, worded for the user.
     struct Problem {
         std::string title;
         std::string message;
     };
 
-    std::string_view name;    ///< by which views call for it
+    std::string_view name;    ///< by which views invoke it
     std::string_view title;   ///< Turkish
-    std::string_view symbol;  ///< of its button
-    /// On a worker; may block.
+    std::string_view symbol;  ///< the button's symbol
+    /// Runs on a worker; may block.
     std::optional<Problem> (*perform)(const AppServices& services, const Finding& finding);
 };
 
-/// In the order in which they are offered.
+/// In display order.
 [[nodiscard]] std::span<const FindingAction> findingActions();
 
-/// Null when there is none of that name.
+/// Null if there is none with that name.
 [[nodiscard]] const FindingAction* findingAction(std::string_view name);
 
 }  // namespace ulvak

@@ -11,28 +11,28 @@
 
 namespace ulvak {
 
-/// This program among those that the same user has started, over the same home folder and labels: one of them
-/// has the window. And its end, as others ask for it.
+/// Ensures one window among the programs the same user has started over the same home folder and labels. Also
+/// handles requests from outside to exit.
 ///
 /// Threads: the UI thread only.
 class OneWindow {
 public:
-    /// With the program's own arguments. Before there is a window or anything that takes time.
+    /// Takes the program's own arguments. Call before making a window or doing anything slow.
     OneWindow(int argc, char* argv[], const UserFolders& folders);
 
-    /// The window is another program's, and that has obeyed: nothing is left to do here. Says so on standard
-    /// error when it is, but does not obey.
+    /// True if another process has the window and has taken over the request: nothing is left to do here. If
+    /// that process exists but does not respond, says so on standard error.
     [[nodiscard]] bool isElsewhere() const;
 
-    /// Calls `obey` with the arguments of each later start, and with what lets a window come to the front
-    /// then, for as long as `context` lives.
+    /// Calls `obey` with the arguments of each later launch and the token that lets a window come to the
+    /// front, while `context` lives.
     void listen(QObject* context,
                 std::function<void(const QStringList& arguments, const QByteArray& token)> obey);
 
-    /// From here on another start has a window of its own.
+    /// From here on, another launch gets a window of its own.
     void leave() { instance_.reset(); }
 
-    /// Calls `end` when a signal asks the program to end, for as long as `context` lives. Once.
+    /// Calls `end` once, when a signal asks the program to exit, while `context` lives.
     static void whenAskedToEnd(QObject* context, std::function<void()> end);
     /// Ends the program by that signal, if there was one.
     static void endAsAsked();

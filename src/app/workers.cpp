@@ -11,14 +11,15 @@
 
 namespace ulvak {
 
-// A scan that was cancelled still walks, a new one walks beside it, a model is asked about many findings,
-// items are cleaned, a label is written: none of them waits for another. As many as one can click together.
+// Nothing here may wait for anything else: a cancelled scan still walks beside a new one, a model is asked
+// about many findings, items are cleaned, labels are written. As many threads as a user can keep busy at
+// once.
 constexpr std::size_t maxThreads = 1000;
 
-/// Where coroutines go on: an object of the thread that they belong to.
+/// Resumes coroutines, on the thread it belongs to.
 class Workers::Home : public QObject {
 public:
-    /// Threads: any. One event for each coroutine.
+    /// Threads: any. Posts one event per coroutine.
     void letGoOn(std::coroutine_handle<> waiting) {
         const std::scoped_lock lock(mutex_);
         ready_.push_back(waiting);
@@ -34,7 +35,7 @@ public:
         return true;
     }
 
-    int awaited = 0;  ///< calls whose coroutine has not gone on yet
+    int awaited = 0;  ///< calls whose coroutine has not resumed yet
 
 private:
     std::coroutine_handle<> next() {
@@ -50,8 +51,8 @@ private:
     std::deque<std::coroutine_handle<>> ready_;  ///< guarded by `mutex_`
 };
 
-/// Threads that are made when all others are busy, and kept. The standard's, whose order among each other the
-/// thread sanitizer can see.
+/// Threads are added when all others are busy, and kept. Uses std::thread, whose synchronisation the thread
+/// sanitizer understands.
 class Workers::Pool {
 public:
     Pool() = default;
@@ -77,7 +78,7 @@ public:
         changed_.notify_one();
     }
 
-    /// Whether that was within this time.
+    /// Returns false on timeout.
     bool waitForAll(std::chrono::milliseconds time) {
         std::unique_lock lock(mutex_);
         return finished_.wait_for(lock, time, [this] { return unfinished_ == 0; });
@@ -92,7 +93,7 @@ private:
         try {
             threads_.emplace_back([this] { work(); });
         } catch (const std::system_error&) {
-            // The system has no more to give: the others take it in turn.
+            // Thread limit reached: the existing threads take the functions in turn.
             if (threads_.empty())
                 throw;
         }
@@ -110,7 +111,7 @@ private:
             functions_.pop_front();
             lock.unlock();
             function();
-            function = nullptr;  // what it holds goes before it counts as finished
+            function = nullptr;  // release its captures before it counts as finished
             lock.lock();
             if (--unfinished_ == 0)
                 finished_.notify_all();
@@ -120,7 +121,7 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::condition_variable finished_;
-    // All guarded by `mutex_`, but for the threads, which only the owner's thread knows.
+    // Guarded by `mutex_`, except for `threads_`, which only the owner's thread uses.
     std::deque<std::function<void()>> functions_;
     std::size_t idle_ = 0;
     std::size_t unfinished_ = 0;

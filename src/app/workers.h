@@ -10,19 +10,18 @@
 
 namespace ulvak {
 
-/// Threads for what must not hold the user interface. A coroutine awaits a function's result; it goes on
-/// where it was, on the thread that the workers belong to:
+/// Threads for work that must not block the UI. A coroutine awaits a function's result and resumes on the
+/// thread that owns the workers:
 ///
 ///     auto call = workers.run([finding] { return measure(finding); });
 ///     const auto size = co_await call;
 ///
-/// Threads: everything here belongs to the thread that makes it, which has an event loop; the functions run
-/// on others.
+/// Threads: use only on the thread that made it, which needs an event loop; functions run on other threads.
 class Workers {
 public:
     Workers();
-    /// Waits for all functions and lets whoever awaits them go on: see to it that they end soon, and that
-    /// those who wake up then know what has become of their world.
+    /// Waits for all functions and resumes the coroutines that await them. The caller makes sure that the
+    /// functions end soon and that the resumed coroutines can tell their world is going away.
     ~Workers();
     Workers(const Workers&) = delete;
     Workers& operator=(const Workers&) = delete;
@@ -63,26 +62,26 @@ public:
         std::shared_ptr<Box> box_ = std::make_shared<Box>();
     };
 
-    /// What `co_await` takes. The function begins when it is awaited. It returns a value; one that throws
-    /// ends the program.
+    /// Returns an awaitable. The function starts when awaited and returns a value; an exception ends the
+    /// program.
     template <typename Function>
     [[nodiscard]] Call<Function> run(Function function) {
         return Call<Function>(*this, std::move(function));
     }
 
-    /// A function that nobody awaits. One that throws ends the program.
+    /// Runs a function that nobody awaits. An exception ends the program.
     void post(std::function<void()> function);
 
-    /// Whether all functions have ended, or do so in time.
+    /// Whether all functions end within `time`.
     [[nodiscard]] bool waitForDone(std::chrono::milliseconds time);
-    /// Until they have.
+    /// Waits until all functions have ended.
     void waitForDone();
 
 private:
     void start(std::function<void()> function, std::coroutine_handle<> waiting);
 
     class Home;
-    std::unique_ptr<Home> home_;  ///< to which results come back, as events
+    std::unique_ptr<Home> home_;  ///< receives results, as events
     class Pool;
     std::unique_ptr<Pool> pool_;
 };

@@ -1,7 +1,7 @@
 import QtQuick
 import Ulvak
 
-/// Shows the application's alert for as long as there is one; a new one takes the place of the old.
+/// Shows the application's alert while there is one; a new alert replaces the old one.
 ConfirmDialog {
     id: root
 
@@ -23,7 +23,7 @@ ConfirmDialog {
     confirmText: ""
     onlyDismisses: true
 
-    // At the beginning of the way out: an alert that comes during it is another one, and is shown.
+    // When closing starts: an alert raised while closing is a different one and must still be shown.
     onAboutToHide: if (alert.isThere) alert.dismiss()
     Component.onCompleted: follow()
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// A notice in one colour, with room for what can be done about it.
+/// A coloured notice with room for actions.
 Rectangle {
     id: root
 
@@ -45,7 +45,7 @@ Rectangle {
             Layout.columnSpan: row.isTight ? 2 : 1
             Layout.fillWidth: true
         }
-        // At the end of the line, or below the text where there is too little room beside it.
+        // At the end of the line, or below the text if there is too little room.
         RowLayout {
             id: place
             spacing: Theme.spaceM
@@ -53,7 +53,7 @@ Rectangle {
             Layout.row: row.isTight ? 1 : 0
             Layout.columnSpan: row.isTight ? 3 : 1
             Layout.maximumWidth: row.width
-            Layout.fillWidth: false  // or it would share the room that the text leaves
+            Layout.fillWidth: false  // or it would take part of the text's spare width
             Layout.alignment: Qt.AlignRight | Qt.AlignVCenter
         }
     }

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// What there is to know beside a result, and what can be done about it. Not there when there is nothing.
+/// Notices about a result and their actions. Hidden if there are none.
 ColumnLayout {
     id: root
 

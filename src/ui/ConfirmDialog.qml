@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// Asks before something is destroyed or moved away. Cancel is the default and has the focus; Return cancels
-/// from wherever the focus is. Only a click or the space key confirms.
+/// Confirms a destructive or moving action. Cancel is the default and has the focus; Return cancels wherever the
+/// focus is. Only a click or the space key confirms.
 Dialog {
     id: root
 
@@ -17,7 +17,7 @@ Dialog {
 
     onAboutToShow: isNeeded = true
 
-    // Made when it is opened first: most dialogs never are.
+    // Created on first opening: most dialogs are never opened.
     contentItem: Loader {
         focus: true
         active: root.isNeeded
@@ -38,7 +38,7 @@ Dialog {
             Keys.onReturnPressed: root.reject()
             Keys.onEnterPressed: root.reject()
 
-            // However long the names are, the buttons stay in the window.
+            // Long names must not push the buttons out of the window.
             Flickable {
                 objectName: "dialogTexts"
                 contentHeight: texts.implicitHeight

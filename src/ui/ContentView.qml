@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// The window's three columns under its toolbar.
+/// The window's toolbar and its three columns.
 Item {
     id: root
 
@@ -11,13 +11,13 @@ Item {
 
     readonly property int phase: app.scan.phase
     readonly property real scale13: Math.max(1, Math.min(Theme.base / 13, 1.6))
-    // What the columns beside the content have where there is room; what the user gives them is remembered here.
+    // Wanted widths of the side columns, applied as far as space allows; the user's resizes are stored here.
     property real sideWish: Math.max(230 * scale13, Math.min(side.wholeWidth, 270 * scale13))
     property real detailWish: 380
-    // On a screen that is too small for all three together, each gives its part.
+    // If the screen is too small for all three columns, each shrinks.
     readonly property real squeeze: Math.min(1, columns.width / 952)
 
-    // In a narrow window the content keeps its least width, and the columns beside it give theirs until there is room.
+    // In a narrow window the content column keeps its minimum width and the side columns shrink first.
     function fit() {
         const room = columns.width - content.SplitView.minimumWidth - 2
         const give = (item, wish, other) => {
@@ -36,14 +36,14 @@ Item {
         fit()
     }
 
-    // What had the keyboard has gone with the page that it stood on.
+    // Moves the focus when the page that had it is gone.
     function keepFocus() {
         if (phase === ScanModel.Scanning && app.isOverview && content.activeFocus)
             bar.focusScanButton(Qt.TabFocusReason)
     }
 
     onSideWishChanged: fit()
-    // Later: what has been pressed may hand the keyboard on itself.
+    // Deferred: the button that was pressed may pass the focus on itself.
     onPhaseChanged: Qt.callLater(root.keepFocus)  // qmllint disable
 
     ColumnLayout {

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// Everything that can be done with the finding. A dialog keeps the finding it asks about.
+/// The actions for the finding. A dialog keeps the finding it asks about.
 ColumnLayout {
     id: root
 

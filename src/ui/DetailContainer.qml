@@ -2,16 +2,16 @@ import QtQuick
 import Ulvak
 import Ulvak.Style
 
-/// The detail column: nothing, one finding, or several.
+/// The detail column: empty, one finding, or several.
 FocusScope {
     id: root
 
     required property WindowModel app
     readonly property bool isOverview: app.isOverview
-    // A note, an open dialog or a button that is held down belongs to what it was begun with.
+    // A note, an open dialog or a held-down button belongs to what was shown when it was begun.
     readonly property string shown: app.detailKind === WindowModel.One ? app.detail.findingId : app.detailKind
 
-    /// What had the focus in here has gone.
+    /// Whatever had the focus in here is gone.
     signal focusLost()
 
     /// Presses the prominent button of what is shown.
@@ -40,7 +40,7 @@ FocusScope {
         anchors.fill: parent
         color: Theme.detail
     }
-    // Made soon after the window is there, and kept: the first selection is as quick as any other.
+    // Loaded shortly after the window appears and kept, so that the first selection is as fast as any other.
     Timer {
         interval: 400
         running: true

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// What lies in the finding, largest first.
+/// The finding's contents, largest first.
 ColumnLayout {
     id: root
 

@@ -3,12 +3,12 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// Where the finding is, when it changed and how many files it holds.
+/// The finding's location, modification date and file count.
 Column {
     id: root
 
     required property DetailModel detail
-    /// The widest label's.
+    /// Width of the widest label.
     property real labelWidth: 0
 
     spacing: Theme.spaceS

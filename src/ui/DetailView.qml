@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// One finding: what it is, what deleting it costs, and everything that can be done with it.
+/// One finding: what it is, what deleting it costs, and its actions.
 ScrollColumn {
     id: root
 
@@ -15,7 +15,7 @@ ScrollColumn {
         buttons.pressMain()
     }
 
-    /// Nothing that was begun with one finding goes on with the next.
+    /// Nothing begun with one finding may carry over to the next.
     function forget() {
         startOver()
         buttons.forget()

@@ -3,12 +3,12 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// The disk as a bar: what each level holds, what nobody explains, what is free.
+/// The disk as a bar: each level, unexplained space, free space.
 ColumnLayout {
     id: root
 
     required property DiskModel disk
-    /// What the bar lies on.
+    /// The colour of the surface below the bar.
     property color surface: Theme.window
 
     spacing: Theme.spaceS
@@ -25,7 +25,7 @@ ColumnLayout {
         Row {
             id: row
             anchors.fill: parent
-            clip: true  // what the findings add up to may be more than the disk holds
+            clip: true  // the findings may add up to more than the disk holds
             spacing: 1
 
             Repeater {
@@ -43,7 +43,7 @@ ColumnLayout {
 
                     objectName: "segment-" + (isOther ? "other" : levelName)
                     visible: fraction > 0
-                    // Between whole units, or what is between two parts could be lost.
+                    // Rounds the edges rather than the widths, so that no gaps appear between segments.
                     width: Math.round(bar.width * end) - Math.round(bar.width * begin)
                     height: row.height
                     gradient: Gradient {
@@ -53,7 +53,7 @@ ColumnLayout {
                 }
             }
         }
-        // Rounds the corners of whatever lies at the ends.
+        // Rounds the bar's corners, whatever segments lie at the ends.
         Rectangle {
             anchors.fill: parent
             anchors.margins: -3

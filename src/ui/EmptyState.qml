@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// What stands in a place where there is nothing to show.
+/// Placeholder for an empty view.
 Item {
     id: root
 

@@ -2,8 +2,8 @@ import QtQuick
 import Ulvak
 import Ulvak.Style
 
-/// A number with its unit, in digits that are all equally wide, so that numbers stand still while they change and line
-/// up below each other.
+/// A number with its unit, in digits of equal width, so that numbers do not jump while they change and line up in
+/// columns.
 FigureText {
     color: Theme.text
     font.pixelSize: Theme.body

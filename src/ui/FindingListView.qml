@@ -11,7 +11,7 @@ Item {
     readonly property bool isScanning: app.scan.phase === ScanModel.Scanning
     readonly property bool isEmpty: app.list.rows.count === 0
 
-    /// Asked for by the Delete key: the prominent button of the detail column.
+    /// The Delete key was pressed: triggers the detail column's prominent button.
     signal deleteRequested()
 
     objectName: "findingList"
@@ -61,7 +61,7 @@ Item {
                 text: "Analiz Et"
                 icon.source: "image://symbols/apple.intelligence"
                 onClicked: {
-                    // It cannot be used while they are analysed; the rows show how that goes.
+                    // The button is disabled during the analysis; the rows show progress.
                     rows.forceActiveFocus(reasonToHandOn)
                     root.app.analysis.analyzeAllUncertain()
                 }

@@ -3,8 +3,8 @@ import Ulvak.Style
 
 /// A finding in its level's list.
 ///
-/// A page of these is made or filled anew within one frame, so that what few rows have (a badge, a spinner, a tip)
-/// is made when it is needed, and everything is placed by hand: layouts would take more time than the rest.
+/// A page of rows must be created or refilled within one frame, so anything few rows have (a badge, a spinner, a
+/// tooltip) is created on demand, and everything is positioned by hand: layouts would take longer than all the rest.
 Item {
     id: root
 
@@ -25,7 +25,7 @@ Item {
     required property bool isSelected
     property bool focused: false
     readonly property bool hasMark: isAnalyzing || badge !== ""
-    // Beside the title where there is room, else below it.
+    // Beside the title if there is room, else below it.
     readonly property bool isMarkBelow: hasMark && width < 28 * Theme.body
     readonly property real gap: Math.round(3 * Theme.u)
     readonly property real lines: titleText.height + (isMarkBelow ? mark.height + gap : 0) + gap + locationText.height
@@ -33,7 +33,7 @@ Item {
     signal pressed(int modifiers)
     signal menuRequested(point where)
 
-    // Its own four, and four of the list around the highlight.
+    // Four of its own, and four of the list around the highlight.
     implicitHeight: lines + 2 * Math.round((4 + 4) * Theme.u)
     opacity: isCleaning ? 0.5 : 1
 

@@ -2,7 +2,7 @@ import QtQuick
 import Ulvak
 import Ulvak.Style
 
-/// The rows of a list of findings, with the selection that mouse and keyboard make in it.
+/// The rows of a list of findings, with mouse and keyboard selection.
 ListView {
     id: root
 
@@ -20,7 +20,7 @@ ListView {
     function goTo(row: int, modifiers: int) {
         selection.moveTo(row, modifiers)
         if (selection.currentRow === 0)
-            positionViewAtBeginning()  // with what stands above the rows
+            positionViewAtBeginning()  // including the header
         else
             positionViewAtIndex(selection.currentRow, ListView.Contain)
     }
@@ -114,7 +114,7 @@ ListView {
         width: ListView.view.width - 2 * Theme.spaceM
         focused: root.activeFocus && root.Window.active && root.selection.currentRow === index
 
-        // Kept for another finding: until then a screen reader must not be told of the one that has gone.
+        // Pooled for another finding: until reused, a screen reader must not see the old one.
         ListView.onPooled: visible = false
         ListView.onReused: visible = true
 

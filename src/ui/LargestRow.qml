@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// One of the largest findings; leads to the list of its level.
+/// One of the largest findings; opens its level's list.
 AbstractButton {
     id: root
 

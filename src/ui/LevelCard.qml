@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// A level with what it holds; leads to its list.
+/// A level and its totals; opens its list.
 AbstractButton {
     id: root
 
@@ -21,7 +21,7 @@ AbstractButton {
     Accessible.name: title + ", " + sizeText
     Accessible.description: countText
 
-    // At the top, however tall the row of cards is.
+    // Top-aligned, however tall the row of cards is.
     contentItem: Item {
         implicitWidth: column.implicitWidth
         implicitHeight: column.implicitHeight

@@ -2,7 +2,7 @@ import QtQuick
 import Ulvak
 import Ulvak.Style
 
-/// The levels that a finding can be given, and the way back to its first.
+/// The levels a finding can be given, and an item to reset it.
 Menu {
     id: root
 
@@ -12,7 +12,7 @@ Menu {
 
     title: "Etiketi Değiştir"
 
-    // Made with the menu: lines that a repeater makes later come after those that are there.
+    // Filled when the menu is created: items that a repeater adds later would follow the existing ones.
     Repeater {
         model: root.actions.levels
         MenuItem {

@@ -9,7 +9,7 @@ ApplicationWindow {
     required property WindowModel app
     /// "light" or "dark"; empty follows the desktop.
     property string appearance: ""
-    /// What the desktop asks for, in the same words; empty where it does not say.
+    /// The desktop's preference, in the same words; empty if unknown.
     property string desktopAppearance: ""
 
     property bool reducedMotion: false

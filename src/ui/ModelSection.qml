@@ -3,8 +3,8 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// What the language model can say about the finding, and a note for it. Has the keyboard itself while its button
-/// waits for an answer.
+/// The language model's view of the finding, and a note for it. Holds the focus itself while its button waits for an
+/// answer.
 Rectangle {
     id: root
 
@@ -12,7 +12,7 @@ Rectangle {
     required property AnalysisModel analysis
 
     function forget() {
-        note.text = ""  // and with it what could be undone
+        note.text = ""  // also clears the undo history
     }
 
     objectName: "modelSection"
@@ -70,7 +70,7 @@ Rectangle {
             Accessible.name: "Not"
             Accessible.description: placeholderText
 
-            // A note has no tabs: the key leads on. Return begins a new line; with Ctrl it asks.
+            // A note has no tabs: Tab moves the focus. Return inserts a line break; Ctrl+Return asks.
             Keys.priority: Keys.BeforeItem
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
             Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
@@ -89,7 +89,7 @@ Rectangle {
             busy: root.detail.isAnalyzing
             text: root.detail.analyzeText
             Layout.maximumWidth: column.width
-            // The toolkit takes the keyboard from what cannot be used, and leaves it with what is around all of this.
+            // Qt takes the focus from a disabled control and leaves it with an enclosing scope.
             onEnabledChanged: {
                 if (enabled && root.activeFocus)
                     forceActiveFocus(pressedBy)

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// Why the language model is not available; nothing when it is.
+/// Why the language model is unavailable; hidden if it is available.
 RowLayout {
     id: root
 

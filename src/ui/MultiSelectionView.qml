@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// Several findings: what they come to, and one button for all of them.
+/// Several findings: their totals, and one button for all of them.
 ScrollColumn {
     id: root
 
@@ -14,7 +14,7 @@ ScrollColumn {
             clean.activate()
     }
 
-    /// Nothing that was begun with one selection goes on with the next.
+    /// Nothing begun with one selection may carry over to the next.
     function forget() {
         startOver()
         confirm.close()
@@ -92,7 +92,7 @@ ScrollColumn {
 
     ConfirmDialog {
         id: confirm
-        /// What was shown is what is cleaned, whatever is selected by then.
+        /// Remembers what is shown: only that is cleaned, whatever is selected by then.
         function ask() {
             root.several.ask()
             message = root.several.warning

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// A line of small print with its symbol.
+/// A line of small print with a symbol.
 RowLayout {
     id: root
 

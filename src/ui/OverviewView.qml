@@ -2,13 +2,13 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak
 
-/// The content column for the summary: one page for each phase.
+/// The content column for the summary: one page per phase.
 ScrollColumn {
     id: root
 
     required property WindowModel app
 
-    /// By the welcome's button, which had the keyboard by this `Qt.FocusReason`, and goes.
+    /// Sent by the welcome page's button as it disappears; `reason` is the `Qt.FocusReason` it was focused with.
     signal scanBegun(int reason)
 
     objectName: "overview"

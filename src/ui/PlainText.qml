@@ -1,10 +1,10 @@
 import QtQuick
 import Ulvak.Style
 
-/// A text that stands by itself: never markup, whatever a name holds, and told to screen readers as it is shown.
+/// Standalone text: never interpreted as markup, whatever a name contains, and read out as shown.
 Text {
     textFormat: Text.PlainText
-    horizontalAlignment: Text.AlignLeft  // whichever way a name is read
+    horizontalAlignment: Text.AlignLeft  // whatever a name's text direction
     color: Theme.text
     font.pixelSize: Theme.body
 

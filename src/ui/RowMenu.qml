@@ -2,14 +2,14 @@ import QtQuick
 import Ulvak
 import Ulvak.Style
 
-/// What can be done with one finding of a list. Bound to the finding it was opened for, whatever the rows do.
+/// The actions for one finding of a list. Bound to the finding it was opened for, whatever happens to the rows.
 Menu {
     id: root
 
     required property WindowModel app
     property string findingId: ""
     property rowMenuInfo about
-    property rowMenuInfo now  ///< the same while the menu is open
+    property rowMenuInfo now  ///< updated while the menu is open
 
     function openFor(finding: string, item: Item, point: point, byKeyboard: bool) {
         findingId = finding
@@ -25,7 +25,7 @@ Menu {
 
     Connections {
         target: root.app.list
-        // Nothing here would do anything for a finding that has gone.
+        // Nothing here applies to a finding that is gone.
         function onMenuInfoChanged() {
             root.now = root.app.list.menuInfo(root.findingId)
             if (!root.now.isThere)

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// The overview while a scan runs.
+/// The overview during a scan.
 ColumnLayout {
     id: root
 

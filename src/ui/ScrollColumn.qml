@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// A column that scrolls when it is taller than its place.
+/// A column that scrolls if its content is too tall.
 Flickable {
     id: root
 
@@ -10,7 +10,7 @@ Flickable {
     property alias spacing: column.spacing
     default property alias content: column.data
 
-    /// Scrolls as little as shows all of an item that has the focus.
+    /// Scrolls just enough to show the whole focused item.
     function reveal(item: Item) {
         const top = item.mapToItem(column, 0, 0).y + margin
         if (top < contentY)
@@ -19,7 +19,7 @@ Flickable {
             scrollTo(top + item.height + margin - height)
     }
 
-    /// At its top, and with nothing held by the mouse or the keyboard.
+    /// Scrolls to the top and clears mouse grabs and focus.
     function startOver() {
         enabled = false
         enabled = true
@@ -37,7 +37,7 @@ Flickable {
     pixelAligned: true
     clip: true
 
-    // What no control in the column has taken.
+    // Keys that no control in the column has handled.
     Keys.onPressed: event => {
         const line = 3 * Theme.controlHeight
         const page = 0.9 * height
@@ -68,7 +68,7 @@ Flickable {
             const item = root.Window.activeFocusItem
             for (let parent = item; parent; parent = parent.parent) {
                 if (parent === column) {
-                    // What is around a control has the focus once the control has gone. Nobody went there.
+                    // When a focused control disappears, an enclosing item gets the focus. Do not scroll to that.
                     if (item.activeFocusOnTab)
                         root.reveal(item)
                     return

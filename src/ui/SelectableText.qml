@@ -1,7 +1,7 @@
 import QtQuick
 import Ulvak.Style
 
-/// A text that can be selected and copied, with the mouse and with the keyboard, and not changed.
+/// Read-only text that can be selected and copied with mouse or keyboard.
 TextEdit {
     id: root
 
@@ -9,7 +9,7 @@ TextEdit {
     selectByMouse: true
     selectByKeyboard: true
     textFormat: TextEdit.PlainText
-    horizontalAlignment: TextEdit.AlignLeft  // whichever way a name is read
+    horizontalAlignment: TextEdit.AlignLeft  // whatever a name's text direction
     wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
     color: Theme.text
     selectionColor: Theme.faint(Theme.accent, 0.35)

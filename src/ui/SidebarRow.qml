@@ -14,10 +14,10 @@ Item {
     property bool focused: false
 
     signal chosen()
-    /// A press with Ctrl on the row that is selected.
+    /// The selected row was pressed with Ctrl.
     signal unchosen()
 
-    // On one line, as bold as it is when it is selected.
+    // On one line, at the bold weight of a selected row.
     implicitWidth: 2 * content.anchors.leftMargin + mark.implicitWidth + content.spacing + Math.ceil(bold.advanceWidth) + 1
                    + (trailing === "" ? 0 : texts.columnSpacing + size.implicitWidth)
     implicitHeight: Math.max(Math.round(32 * Theme.u), texts.implicitHeight + Theme.spaceS)
@@ -58,7 +58,7 @@ Item {
             color: root.tint
             size: Theme.body * 1.3
         }
-        // The size goes below a title that needs the room.
+        // The size wraps below a title that needs the room.
         GridLayout {
             id: texts
             columns: label.implicitWidth + size.implicitWidth + columnSpacing > width ? 1 : 2

@@ -3,12 +3,12 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// What to look at: the summary, or one level. The disk's space at the bottom.
+/// Navigation: the summary and the levels, with the disk's space at the bottom.
 FocusScope {
     id: root
 
     required property WindowModel app
-    /// Enough for every row to stay on one line.
+    /// Wide enough to keep every row on one line.
     readonly property real wholeWidth: list.implicitWidth
 
     function choose(row: int) {

@@ -1,7 +1,7 @@
 import QtQuick
 import Ulvak.Style
 
-/// A size beside the largest of its list.
+/// A size relative to the largest in its list.
 Rectangle {
     id: root
 

@@ -2,15 +2,15 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// Who gave a verdict, and how sure a model was.
+/// The source of a verdict, and how sure a model was.
 RowLayout {
     id: root
 
     required property string symbol
     required property string label
-    /// All of it in words.
+    /// The full text.
     required property string badge
-    /// What that ends in: how sure the model was. Empty where nobody has said.
+    /// The end of `badge` that says how sure the model was; may be empty.
     required property string confidenceText
 
     spacing: Math.round(3 * Theme.u)

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Ulvak.Style
 
-/// Over the window while it waits to close: nothing else can be begun. Closing it once more does not wait.
+/// Covers the window while it waits to close, so that nothing else can be started. Closing again does not wait.
 Dialog {
     id: root
 

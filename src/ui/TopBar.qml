@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Ulvak
 import Ulvak.Style
 
-/// The window's toolbar: what is looked at, and the one button that scans.
+/// The window's toolbar: the program's name, the scan button and the menu.
 Rectangle {
     id: root
 

@@ -1,8 +1,8 @@
 import QtQuick
 import Ulvak
 
-/// Asks before the Trash is emptied of more than was put there from here. The answer is about what was asked, whatever
-/// is asked by then.
+/// Confirms emptying a Trash that holds more than this program put there. The answer applies to the question shown,
+/// even if another has come up since.
 ConfirmDialog {
     id: root
 
@@ -26,7 +26,7 @@ ConfirmDialog {
     destructive: true
 
     onAccepted: trash.emptyAsAsked(asked)
-    // Without motion it is closed before the answer is told.
+    // Without animation the dialog closes before `accepted` is sent.
     onClosed: {
         const answered = asked
         Qt.callLater(() => trash.dismissQuestion(answered))

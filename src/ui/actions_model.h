@@ -10,17 +10,17 @@
 
 namespace ulvak {
 
-/// What can be done with one finding, named by its id. Nothing happens for one that has gone.
+/// The actions for one finding, named by its id. No-op if the finding is gone.
 ///
 /// Threads: the UI thread only.
 class ActionsModel : public QObject {
     Q_OBJECT
-    /// `LevelInfo`s in the order of declaration: what it can be labelled.
+    /// `LevelInfo`s in declaration order: the labels a finding can be given.
     Q_PROPERTY(ulvak::RecordList* levels READ levels CONSTANT FINAL)
-    /// `ActionLine`s: what can be done with any finding besides cleaning and labelling it.
+    /// `ActionLine`s: the actions other than cleaning and labelling.
     Q_PROPERTY(ulvak::RecordList* others READ others CONSTANT FINAL)
 public:
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit ActionsModel(AppModel& app, QObject* parent = nullptr);
 
     [[nodiscard]] RecordListOf<LevelInfo>* levels() { return &levels_; }
@@ -30,7 +30,7 @@ public:
     Q_INVOKABLE void resetVerdict(const QString& findingId);
     Q_INVOKABLE void moveToTrash(const QString& findingId);
     Q_INVOKABLE void removePermanently(const QString& findingId);
-    /// One of the `others`, by its name.
+    /// Performs one of the `others`, by name.
     Q_INVOKABLE void perform(const QString& action, const QString& findingId);
 
 private:

@@ -8,7 +8,7 @@
 
 namespace ulvak {
 
-/// The alert that is to be shown; its texts are empty where there is none.
+/// The alert to show; its texts are empty if there is none.
 ///
 /// Threads: the UI thread only.
 class AlertModel : public QObject {
@@ -17,7 +17,7 @@ class AlertModel : public QObject {
     Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
     Q_PROPERTY(QString message READ message NOTIFY changed FINAL)
 public:
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit AlertModel(AppModel& app, QObject* parent = nullptr) : QObject(parent), app_(app) {
         connect(&app, &AppModel::alertChanged, this, &AlertModel::changed);
     }
@@ -35,7 +35,7 @@ public:
     Q_INVOKABLE void dismiss() { app_.dismissAlert(); }
 
 signals:
-    /// For another alert in the place of one too.
+    /// Also sent when one alert replaces another.
     void changed();
 
 private:

@@ -7,21 +7,21 @@
 
 namespace ulvak {
 
-/// Whether the language model can be asked, and asking it.
+/// Whether the language model is available, and requests to it.
 ///
 /// Threads: the UI thread only.
 class AnalysisModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isAvailable READ isAvailable NOTIFY statusChanged FINAL)
-    /// Why it is not available; empty when it is, or when nobody knows yet.
+    /// Why it is unavailable; empty if it is available or not known yet.
     Q_PROPERTY(QString message READ message NOTIFY statusChanged FINAL)
     Q_PROPERTY(QString hint READ hint NOTIFY statusChanged FINAL)
-    /// A banner; empty when nothing is uncertain.
+    /// A banner; empty if nothing is uncertain.
     Q_PROPERTY(QString uncertainText READ uncertainText NOTIFY batchChanged FINAL)
     Q_PROPERTY(bool isBatchRunning READ isBatchRunning NOTIFY batchChanged FINAL)
     Q_PROPERTY(double batchFraction READ batchFraction NOTIFY batchChanged FINAL)
 public:
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit AnalysisModel(AppModel& app, QObject* parent = nullptr);
 
     [[nodiscard]] bool isAvailable() const { return app_.aiStatus().isAvailable(); }

@@ -9,7 +9,7 @@ namespace {
 
 using ColorScheme = DesktopScheme::Scheme;
 
-/// What the toolkit knows by itself. The oldest that we build with knows nothing.
+/// What Qt itself knows; nothing in the oldest supported version.
 ColorScheme toolkitScheme() {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     switch (QGuiApplication::styleHints()->colorScheme()) {

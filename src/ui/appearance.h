@@ -9,9 +9,8 @@ class QWindow;
 
 namespace ulvak {
 
-/// Whether the desktop asks for light or dark. The toolkit is asked first, where it is new enough to know;
-/// then the desktop itself. Nothing waits for either: made before the window is, it has mostly been answered
-/// when that shows.
+/// Whether the desktop prefers light or dark. Asks Qt first, if it is new enough to know, then the desktop
+/// itself. Never blocks: if made before the window, it usually has the answer by the time the window shows.
 ///
 /// Threads: the UI thread only.
 class DesktopAppearance : public QObject {
@@ -19,9 +18,9 @@ class DesktopAppearance : public QObject {
 public:
     DesktopAppearance();
 
-    /// "light", "dark", or empty where nobody says, and the palette is all there is to go by.
+    /// "light", "dark", or empty if unknown, in which case only the palette is left to go by.
     [[nodiscard]] QString wish() const;
-    /// Keeps the window's "desktopAppearance" at `wish`, while both live.
+    /// Keeps the window's "desktopAppearance" equal to `wish` while both live.
     void follow(QWindow& window);
 
 signals:

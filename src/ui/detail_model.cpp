@@ -15,8 +15,7 @@ namespace {
 
 constexpr std::size_t maxContents = 12;
 
-/// Where something that is in the finding lies. What a group holds are its members, also where it has only
-/// one.
+/// The path of an item in the finding. A group's children are its members, even if there is only one.
 std::string placeOf(const Finding& finding, const ChildSummary& child) {
     const auto& places = finding.urls;
     if (places.size() == 1 && !finding.groupKey)
@@ -100,7 +99,7 @@ DetailModel::Action DetailModel::action() const {
 QString DetailModel::actionColor() const {
     const Finding& finding = shownFinding();
     const bool isSimulator = std::holds_alternative<CleanAction::DeleteSimulator>(finding.action.value);
-    // A simulator is gone at once: its button warns unless nothing can be lost.
+    // Deleting a simulator is permanent: its button warns unless nothing can be lost.
     const SafetyLevel shown =
         isSimulator && finding.level != SafetyLevel::safe ? SafetyLevel::caution : finding.level;
     return Texts::fixed(info(shown).color);

@@ -10,7 +10,7 @@
 
 namespace ulvak {
 
-/// One finding as the detail column shows it: every text ready, every condition decided.
+/// One finding as shown in the detail column: all texts formatted, all conditions decided.
 ///
 /// Threads: the UI thread only.
 class DetailModel : public QObject {
@@ -20,21 +20,21 @@ class DetailModel : public QObject {
     Q_PROPERTY(ulvak::LevelInfo level READ level NOTIFY changed FINAL)
     Q_PROPERTY(QString sourceLabel READ sourceLabel NOTIFY changed FINAL)
     Q_PROPERTY(QString sourceSymbol READ sourceSymbol NOTIFY changed FINAL)
-    /// Who said so; for a rule's verdict empty, like the confidence that it ends in where there is one.
+    /// Who gave the verdict; empty for a rule's, as is the confidence, which ends this text if there is one.
     Q_PROPERTY(QString badge READ badge NOTIFY changed FINAL)
     Q_PROPERTY(QString confidenceText READ confidenceText NOTIFY changed FINAL)
     Q_PROPERTY(QString sizeText READ sizeText NOTIFY changed FINAL)
-    /// How much less than the size is freed, and why; empty where it is all of it.
+    /// How much less than the size is freed, and why; empty if all of it is.
     Q_PROPERTY(QString freedText READ freedText NOTIFY changed FINAL)
     Q_PROPERTY(QString explanation READ explanation NOTIFY changed FINAL)
     Q_PROPERTY(Action action READ action NOTIFY changed FINAL)
-    /// The name of the prominent button's colour.
+    /// The prominent button's colour name.
     Q_PROPERTY(QString actionColor READ actionColor NOTIFY changed FINAL)
     Q_PROPERTY(QString reason READ reason NOTIFY changed FINAL)
     Q_PROPERTY(QString quitText READ quitText NOTIFY changed FINAL)
     Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed FINAL)
     Q_PROPERTY(bool offersPermanent READ offersPermanent NOTIFY changed FINAL)
-    // What the two dialogs say.
+    // The texts of the two dialogs.
     Q_PROPERTY(QString trashQuestion READ trashQuestion NOTIFY changed FINAL)
     Q_PROPERTY(QString trashMessage READ trashMessage NOTIFY changed FINAL)
     Q_PROPERTY(QString permanentQuestion READ permanentQuestion NOTIFY changed FINAL)
@@ -43,26 +43,26 @@ class DetailModel : public QObject {
     Q_PROPERTY(bool showsModel READ showsModel NOTIFY changed FINAL)
     /// Whether the verdict is the model's, which may be wrong.
     Q_PROPERTY(bool showsModelWarning READ showsModelWarning NOTIFY changed FINAL)
-    /// Of the button that asks the model.
+    /// The label of the button that asks the model.
     Q_PROPERTY(QString analyzeText READ analyzeText NOTIFY busyChanged FINAL)
     Q_PROPERTY(bool isAnalyzing READ isAnalyzing NOTIFY busyChanged FINAL)
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY busyChanged FINAL)
     Q_PROPERTY(QString contentsTitle READ contentsTitle NOTIFY changed FINAL)
-    /// `ContentLine`s; at most twelve.
+    /// `ContentLine`s, at most twelve.
     Q_PROPERTY(ulvak::RecordList* contents READ contents CONSTANT FINAL)
     Q_PROPERTY(QString moreContents READ moreContents NOTIFY changed FINAL)
     /// `MetadataLine`s.
     Q_PROPERTY(ulvak::RecordList* metadata READ metadata CONSTANT FINAL)
 public:
-    /// What the prominent button does, where there is one.
-    // NOLINTNEXTLINE(readability-identifier-naming): views see only what begins with a capital
+    /// What the prominent button does, if there is one.
+    // NOLINTNEXTLINE(readability-identifier-naming): QML sees only capitalised enumerators
     enum class Action : int { Trash, Simulator, None };
     Q_ENUM(Action)
 
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit DetailModel(AppModel& app, QObject* parent = nullptr);
 
-    /// Null for none; nothing is to be read then.
+    /// Null for none; the properties must then not be read.
     void setFinding(FindingPointer finding);
     [[nodiscard]] const FindingPointer& finding() const { return finding_; }
 
@@ -97,15 +97,15 @@ public:
     [[nodiscard]] QString moreContents() const;
     [[nodiscard]] RecordListOf<MetadataLine>* metadata() { return &metadata_; }
 
-    /// The same condition for a finding's row menu.
+    /// The same condition, for a finding's row menu.
     [[nodiscard]] static bool canReset(const Finding& finding);
 
 signals:
     void changed();
-    void busyChanged();  ///< after `changed` too
+    void busyChanged();  ///< sent after `changed` too
 
 private:
-    /// What is shown while there is nothing to show.
+    /// A placeholder if there is no finding.
     [[nodiscard]] const Finding& shownFinding() const;
     [[nodiscard]] std::vector<ContentLine> firstContents() const;
     [[nodiscard]] std::vector<MetadataLine> knownMetadata() const;

@@ -11,7 +11,7 @@
 namespace ulvak {
 namespace {
 
-/// Less free space than this is little.
+/// Free space below this counts as low.
 constexpr std::int64_t lowSpace = 20'000'000'000;
 
 std::int64_t usedBytes(const DiskInfo& disk) {
@@ -24,7 +24,7 @@ std::int64_t usedBytes(const DiskInfo& disk) {
 
 DiskModel::DiskModel(const AppModel& app, QObject* parent) : QObject(parent), app_(app) {
     measureSegments();
-    // Before anybody reads them.
+    // Connected before any reader.
     for (const auto changed : {&AppModel::findingsChanged, &AppModel::diskChanged})
         connect(&app, changed, this, &DiskModel::measureSegments);
     connect(&app, &AppModel::diskChanged, this, &DiskModel::changed);

@@ -14,17 +14,17 @@ namespace ulvak {
 /// Threads: the UI thread only.
 class DiskModel : public QObject {
     Q_OBJECT
-    /// Without it there is nothing to say.
+    /// False if the disk's capacity is unknown; there is then nothing to show.
     Q_PROPERTY(bool isKnown READ isKnown NOTIFY changed FINAL)
     Q_PROPERTY(double usedFraction READ usedFraction NOTIFY changed FINAL)
     Q_PROPERTY(bool isLow READ isLow NOTIFY changed FINAL)
     Q_PROPERTY(QString text READ text NOTIFY changed FINAL)
     Q_PROPERTY(QString usedText READ usedText NOTIFY changed FINAL)
     Q_PROPERTY(QString freeText READ freeText NOTIFY changed FINAL)
-    /// `DiskSegment`s; none without a disk.
+    /// `DiskSegment`s; empty without a disk.
     Q_PROPERTY(ulvak::RecordList* segments READ segments CONSTANT FINAL)
 public:
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit DiskModel(const AppModel& app, QObject* parent = nullptr);
 
     [[nodiscard]] bool isKnown() const { return app_.disk().has_value(); }

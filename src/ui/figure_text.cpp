@@ -19,8 +19,8 @@ double widestDigit(const QFontMetricsF& metrics) {
     return width;
 }
 
-/// Calls with each digit, `width` wide, and each run of what is none, and where it begins. Returns where all
-/// ends.
+/// Calls `visit` with each digit, `width` wide, and each run of non-digits, along with its start. Returns the
+/// end of the last.
 template <typename Visit>
 double layOut(const QString& text, const QFontMetricsF& metrics, double width, Visit visit) {
     double x = 0;

@@ -8,10 +8,10 @@
 
 namespace ulvak {
 
-/// A line of text whose digits are all equally wide. Fonts may have such digits, but the oldest toolkit that
-/// we build with cannot ask them for it. One item whatever the text: lists are full of these.
+/// A line of text with digits of equal width. Fonts may offer such digits, but the oldest supported Qt cannot
+/// request them. Always a single item, because lists contain many of these.
 ///
-/// Threads: the UI thread; painted on the one that renders, while that one waits.
+/// Threads: the UI thread; painted on the render thread while the UI thread is blocked.
 class FigureText : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -15,7 +15,7 @@ FindingListModel::FindingListModel(FindingsModel& all, QObject* parent)
 void FindingListModel::setLevel(std::optional<SafetyLevel> level) {
     if (level == level_)
         return;
-    // A different list: a new source resets the view to its top, where a new filter would remove and insert
+    // A different list: a new source resets views to their top; a new filter alone would remove and insert
     // every row.
     setSourceModel(nullptr);
     level_ = level;
@@ -82,7 +82,7 @@ void FindingListModel::follow() {
 void FindingListModel::setSelected(const std::set<std::string>& ids) {
     const auto changed = findingsIn(all_.app(), selected_, ids);
     selected_ = ids;
-    // Run by run: all may be selected at once.
+    // Signalled in runs: all rows may be selected at once.
     std::vector<int> rows;
     for (std::size_t row = 0; row < all_.rows().size() && rows.size() < changed.size(); ++row) {
         const Finding* finding = all_.rows()[row].get();

@@ -11,7 +11,7 @@
 
 namespace ulvak {
 
-/// The rows of one list: the findings of a level, and what the list adds to each.
+/// The rows of one list: the findings of a level, with the list's own data for each.
 ///
 /// Threads: the UI thread only.
 class FindingListModel : public QSortFilterProxyModel {
@@ -23,21 +23,21 @@ public:
 
     [[nodiscard]] std::optional<SafetyLevel> level() const { return level_; }
     void setLevel(std::optional<SafetyLevel> level);
-    /// Whether there is a row for this finding of the application.
+    /// Whether a finding of the application belongs in this list.
     [[nodiscard]] bool shows(const Finding& finding) const { return finding.level == level_; }
 
-    /// Which rows are told to be selected: those of the findings with these ids.
+    /// Sets which rows report themselves as selected, by finding id.
     void setSelected(const std::set<std::string>& ids);
 
     [[nodiscard]] int count() const { return rowCount(); }
-    /// In the order of the rows.
+    /// In row order.
     [[nodiscard]] Findings findings() const;
-    /// Of the application's findings those that have gone, while `followed` is told and if nothing else has
-    /// changed; empty otherwise. Some of them may never have been here.
+    /// During `followed`: the application's findings that were removed, if nothing else changed; empty
+    /// otherwise. Some may never have been in this list.
     [[nodiscard]] const Findings& removed() const { return all_.app().removed(); }
-    /// Null when there is no such row.
+    /// Null if there is no such row.
     [[nodiscard]] FindingPointer at(int row) const;
-    /// -1 when there is none.
+    /// -1 if there is none.
     [[nodiscard]] int rowOf(std::string_view id) const;
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -45,7 +45,7 @@ public:
 
 signals:
     void countChanged();
-    /// As `FindingsModel::followed`.
+    /// See `FindingsModel::followed`.
     void followed();
 
 protected:

@@ -121,14 +121,14 @@ void FindingSelection::followRows() {
     }
     if (rows_.rowOf(anchor_) < 0)
         anchor_.clear();
-    // The focus passes to the row that is there now.
+    // Focus moves to the row that took its place.
     if (currentRow() < 0)
         current_ = idAt(std::min(place_, rows_.count() - 1)).value_or(std::string());
     tell();
 }
 
 void FindingSelection::dropRemoved() {
-    // Thousands may be selected, of which a few go at a time.
+    // Thousands may be selected while a few at a time are removed.
     std::unordered_set<const Finding*> gone;
     for (const FindingPointer& finding : rows_.removed()) {
         ids_.erase(finding->id);

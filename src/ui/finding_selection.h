@@ -10,35 +10,37 @@
 
 namespace ulvak {
 
-/// What is selected in a list of findings, and where the keyboard is in it. Bound to ids, never to rows: when
-/// the list changes, what is selected stays selected wherever its row is then. It holds only what has a row:
-/// what leaves the list leaves the selection with it, and does not come back with the row.
+/// The selection and keyboard focus in a list of findings. Holds ids, never rows: when the list changes, the
+/// selection follows its findings to their new rows. A finding that leaves the list is deselected, and stays
+/// so if it returns.
 ///
 /// Threads: the UI thread only.
 class FindingSelection : public QObject {
     Q_OBJECT
-    /// The row with the focus, which passes on to the row that follows one that goes; -1 when there is none.
+    /// The focused row; if it is removed, the next row takes the focus. -1 if there is none.
     Q_PROPERTY(int currentRow READ currentRow NOTIFY changed FINAL)
 public:
     using Ids = std::set<std::string>;
 
-    /// `app` and its `rows` outlive this object.
+    /// `app` and `rows` must outlive this object.
     FindingSelection(const AppModel& app, FindingListModel& rows, QObject* parent = nullptr);
 
     [[nodiscard]] const Ids& ids() const { return ids_; }
-    /// Those, in the order of the rows. Of two with one id the first counts, as for what is done with it.
+    /// The selected findings, in row order. Of two with the same id only the first is included, matching what
+    /// actions apply to.
     [[nodiscard]] const Findings& findings() const { return findings_; }
     [[nodiscard]] int currentRow() const;
-    /// Ids without a row are left out.
+    /// Ids without a row are ignored.
     void set(Ids ids);
 
-    /// A press on a row. Ctrl takes it in or out, Shift extends from where the last press was.
+    /// A press on a row. Ctrl toggles it, Shift extends from the last press.
     Q_INVOKABLE void press(int row, int modifiers);
-    /// A press for a menu: on what is selected it leaves the selection alone.
+    /// A press for a context menu: keeps the selection if the row is part of it.
     Q_INVOKABLE void pressForMenu(int row);
-    /// An arrow, page, home or end key: to that row, or the nearest there is. Ctrl moves the focus alone.
+    /// An arrow, Page, Home or End key: moves to that row, or the nearest valid one. Ctrl moves only the
+    /// focus.
     Q_INVOKABLE void moveTo(int row, int modifiers);
-    /// The space key with Ctrl.
+    /// Ctrl+Space.
     Q_INVOKABLE void toggleCurrent();
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clear();
@@ -53,7 +55,7 @@ private:
     void followRows();
     void dropRemoved();
     void collect();
-    /// With `findings_` up to date.
+    /// Requires `findings_` to be up to date.
     void tell();
     void notify();
 
@@ -61,9 +63,9 @@ private:
     FindingListModel& rows_;
     Ids ids_;
     Findings findings_;
-    std::string anchor_;   ///< from where Shift extends
+    std::string anchor_;   ///< Shift extends from here
     std::string current_;  ///< has the focus
-    int place_ = -1;       ///< its row when somebody was told last
+    int place_ = -1;       ///< row of `current_` at the last notification
 };
 
 }  // namespace ulvak

@@ -14,11 +14,11 @@
 namespace ulvak {
 namespace {
 
-/// A step costs each list over the rows a time that grows with its length. Beyond this many it is cheaper to
-/// reset all: after a scan, when no view has a place to keep.
+/// Each step costs every list over these rows time proportional to its length. Beyond this many, a reset is
+/// cheaper: after a scan, when no view has a scroll position to keep.
 constexpr std::size_t maxSteps = 100;
 
-/// How many runs of neighbours are false.
+/// Counts the runs of false.
 std::size_t gaps(const std::vector<bool>& flags) {
     std::size_t count = 0;
     bool before = true;
@@ -39,14 +39,15 @@ Findings byLevel(const Findings& findings) {
     return sorted;
 }
 
-/// Whether the one can take the other's row.
+/// Whether one can take the other's row.
 bool isSameRow(const FindingPointer& one, const FindingPointer& other) {
     return one == other || (one->id == other->id && one->level == other->level);
 }
 
-/// For each row its place in `wanted`, or -1 if its finding is not there or belongs above a row that stays:
-/// such a row is removed and inserted again, because a proxy cannot move one. Only a scan changes the order,
-/// and no view exists while one runs; so it does not matter that this may keep fewer rows than possible.
+/// Maps each row to its position in `wanted`; -1 if its finding is not there or would have to move up past a
+/// row above it. Moved rows are removed and reinserted, because a filtering list cannot move rows. This may
+/// keep fewer rows than possible, which does not matter: only a scan changes the order, and no view of the
+/// rows exists while one runs.
 std::vector<int> targetsOf(const Findings& rows, const Findings& wanted) {
     std::unordered_map<std::string_view, std::size_t> places;
     for (std::size_t index = 0; index < wanted.size(); ++index)
@@ -190,7 +191,7 @@ void FindingsModel::rearrange(const Findings& wanted) {
 }
 
 void FindingsModel::removeAllBut(const std::vector<bool>& stays) {
-    // From the end, so that the rows in front keep their numbers.
+    // From the end, so that the rows before keep their numbers.
     for (int last = rowCount() - 1; last >= 0; --last) {
         if (stays[static_cast<std::size_t>(last)])
             continue;
@@ -224,7 +225,7 @@ void FindingsModel::insertMissing(const Findings& wanted) {
 }
 
 void FindingsModel::replaceChanged(const Findings& wanted) {
-    // Run by run: after a scan every row holds another record.
+    // Signalled in runs: after a scan every row holds a new record.
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         const std::size_t first = row;
         while (row < rows_.size() && rows_[row] != wanted[row]) {

@@ -12,11 +12,12 @@
 
 namespace ulvak {
 
-/// All findings as rows: level by level, because what happens to many of a level then happens to neighbours,
-/// and within a level in the order of the application's list. Follows the application row by row: a finding
-/// that goes, or changes its level, gives up its row, one that changes otherwise keeps it, and a new result
-/// is laid over the old one. So a view keeps its place. Only where that would take very many steps is the
-/// model reset. Keeps each finding alive: a row can be read at any time, also while others are being removed.
+/// All findings as rows: grouped by level, because changes to many findings of a level then affect adjacent
+/// rows, and within a level in the order of the application's list. Updates row by row, so that views keep
+/// their scroll position: a finding that is removed or changes level gives up its row, one that changes
+/// otherwise keeps it, and a new result is merged into the old one. The model is reset only if that would
+/// take too many steps. Keeps each finding alive, so a row can be read at any time, even while others are
+/// being removed.
 ///
 /// Threads: the UI thread only.
 class FindingsModel : public QAbstractListModel {
@@ -28,14 +29,14 @@ public:
         locationRole,
         sizeTextRole,
         iconRole,
-        colorRole,  ///< the name of its level's colour
+        colorRole,  ///< its level's colour name
         sourceLabelRole,
         sourceSymbolRole,
-        badgeRole,       ///< the text of the source badge; empty for a rule's verdict
-        confidenceRole,  ///< what that ends in when a model has said how sure it is; else empty
+        badgeRole,       ///< source badge text; empty for a rule's verdict
+        confidenceRole,  ///< the part of the badge that says how sure a model was; may be empty
         isAnalyzingRole,
         isCleaningRole,
-        // Only a list that shows some of the rows knows these.
+        // Provided only by lists that show a subset of the rows.
         fractionRole,  ///< of the largest finding in the list, 0 to 1
         isSelectedRole,
     };
@@ -45,7 +46,7 @@ public:
 
     [[nodiscard]] const AppModel& app() const { return app_; }
     [[nodiscard]] const Findings& rows() const { return rows_; }
-    /// -1 when there is none.
+    /// -1 if there is none.
     [[nodiscard]] int rowOf(const FindingPointer& finding) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -53,8 +54,8 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 signals:
-    /// The rows are the application's again. Comes once after each change; the signals of the base class tell
-    /// of its steps, between which a row that moves is missing.
+    /// The rows match the application again. Sent once after each change; the base class's signals report
+    /// single steps, between which a moving row is missing.
     void followed();
 
 private:
@@ -74,7 +75,7 @@ private:
     Ids cleaning_;
 };
 
-/// The findings whose ids are in one of the sets only.
+/// The findings whose ids are in exactly one of the two sets.
 [[nodiscard]] std::unordered_set<const Finding*> findingsIn(const AppModel& app,
                                                             const std::set<std::string>& one,
                                                             const std::set<std::string>& other);

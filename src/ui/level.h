@@ -4,12 +4,12 @@
 
 #include "core/safety_level.h"
 
-/// The levels, under names that a view can say.
+/// The levels, under names QML can use.
 namespace ulvak::Level {
 
 Q_NAMESPACE
 
-// NOLINTBEGIN(readability-identifier-naming): views see only what begins with a capital
+// NOLINTBEGIN(readability-identifier-naming): QML sees only capitalised enumerators
 enum class Value : int {
     Safe = static_cast<int>(SafetyLevel::safe),
     Regenerable = static_cast<int>(SafetyLevel::regenerable),

@@ -11,14 +11,14 @@
 
 namespace ulvak {
 
-/// The list of one level: its rows, what is selected in them, and what stands above them.
+/// The list of one level: its rows, its selection, and its header.
 ///
 /// Threads: the UI thread only.
 class LevelListModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(ulvak::FindingListModel* rows READ rows CONSTANT FINAL)
     Q_PROPERTY(ulvak::FindingSelection* selection READ selection CONSTANT FINAL)
-    /// The level; any where none is listed.
+    /// The level; arbitrary if none is listed.
     Q_PROPERTY(ulvak::LevelInfo about READ about NOTIFY changed FINAL)
     Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY changed FINAL)
@@ -28,7 +28,8 @@ public:
     LevelListModel(AppModel& app, FindingsModel& findings, QObject* parent = nullptr);
 
     [[nodiscard]] std::optional<SafetyLevel> level() const { return rows_.level(); }
-    /// With nothing selected in it. Whoever calls tells of `changed`, after whatever shows the list at all.
+    /// Clears the selection. The caller emits `changed`, after updating whatever decides whether the list is
+    /// shown.
     void setLevel(std::optional<SafetyLevel> level);
 
     [[nodiscard]] FindingListModel* rows() { return &rows_; }
@@ -39,7 +40,7 @@ public:
     [[nodiscard]] bool offersBatch() const;
 
     [[nodiscard]] Q_INVOKABLE ulvak::RowMenuInfo menuInfo(const QString& findingId) const;
-    /// The next row after `row` whose title begins with these letters; -1 when there is none.
+    /// The next row after `row` whose title begins with `letters`, or -1.
     [[nodiscard]] Q_INVOKABLE int rowBeginning(const QString& letters, int row) const;
 
 signals:

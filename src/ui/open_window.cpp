@@ -10,9 +10,10 @@
 namespace ulvak {
 namespace {
 
-/// No larger than its screen leaves it, now or on the screen that it is moved to.
+/// Fits the window into its screen's available area; on a move to another screen, adapts only the minimum
+/// size.
 void fitToScreen(QQuickWindow& window) {
-    constexpr int titleBar = 40;  // the desktop's own; how high it is is known only once it is there
+    constexpr int titleBar = 40;  // the desktop's; its real height is known only once it exists
     const auto room = [&window] { return window.screen()->availableSize() - QSize(0, titleBar); };
     const auto shrink = [&window, room, minimum = window.minimumSize()] {
         window.setMinimumSize(minimum.boundedTo(room()));
@@ -25,8 +26,8 @@ void fitToScreen(QQuickWindow& window) {
 }  // namespace
 
 QQuickWindow* openWindow(QQmlApplicationEngine& engine, WindowModel& model, QVariantMap properties) {
-    engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);  // the engine's from here on
-    engine.addImportPath(QStringLiteral(":/qt/qml"));  // newer toolkits look there by themselves
+    engine.addImageProvider(QStringLiteral("symbols"), new SymbolImages);  // takes ownership
+    engine.addImportPath(QStringLiteral(":/qt/qml"));  // newer Qt versions search there by default
     properties.insert(QStringLiteral("app"), QVariant::fromValue(&model));
     engine.setInitialProperties(properties);
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ulvak/Main.qml")));

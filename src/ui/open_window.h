@@ -9,10 +9,10 @@ namespace ulvak {
 
 class WindowModel;
 
-/// Loads the window, and shows it. Null when it could not be loaded; the engine has then said why.
+/// Loads and shows the window. Null if loading fails; the engine has then reported why.
 ///
-/// `model` outlives the engine. `properties` are of the window itself, such as "appearance" and
-/// "reducedMotion". The static library `ulvak::ui`, with its plugin imported, must be linked to the program.
+/// `model` must outlive the engine. `properties` are set on the window itself, such as "appearance" and
+/// "reducedMotion". The program must link the static library `ulvak::ui` and import its plugin.
 ///
 /// Threads: the UI thread only.
 QQuickWindow* openWindow(QQmlApplicationEngine& engine, WindowModel& model, QVariantMap properties = {});

@@ -20,12 +20,12 @@
 #include "ui/trash_model.h"
 #include "ui/window_model.h"
 
-// What the views may name, and under which name. The classes themselves are in libraries that are compiled
-// with our warnings, as what is generated for the views is not.
+// The types QML may use, and their QML names. The classes themselves are in libraries compiled with our
+// warnings, which the generated code here is not.
 
 namespace ulvak::qml {
 
-// The base of our lists, which the oldest toolkit that we build with does not describe.
+// The base of our lists, for which the oldest supported Qt has no QML type information.
 struct ItemModelType {
     Q_GADGET
     QML_FOREIGN(QAbstractItemModel)

@@ -9,7 +9,7 @@
 
 namespace ulvak {
 
-/// Records as rows for a view, one role for each of their properties. What views see of `RecordListOf`.
+/// Records as rows for a view, with one role per property. The QML-facing base of `RecordListOf`.
 ///
 /// Threads: the UI thread only.
 class RecordList : public QAbstractListModel {
@@ -26,7 +26,7 @@ signals:
     void countChanged();
 
 protected:
-    /// `record` is what describes the gadgets that `at` gives.
+    /// `record` describes the gadgets that `at` returns.
     RecordList(const QMetaObject& record, QObject* parent) : QAbstractListModel(parent), record_(record) {}
 
     [[nodiscard]] virtual const void* at(int row) const = 0;
@@ -35,8 +35,8 @@ private:
     const QMetaObject& record_;
 };
 
-/// A short list of gadgets, which is only ever replaced as a whole. A row that is there before and after
-/// stays, so that a control which shows it keeps the focus, and only what has changed is told of.
+/// A short list of gadgets, always replaced as a whole. Rows present before and after are kept, so that a
+/// control showing one keeps the focus, and only actual changes are signalled.
 template <typename Record>
 class RecordListOf final : public RecordList {
 public:

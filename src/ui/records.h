@@ -6,11 +6,11 @@
 #include "core/finding.h"
 #include "ui/level.h"
 
-// What the views show of one thing each, formatted. Plain values, safe from any thread.
+// Formatted records for the views. Plain values, safe to use from any thread.
 
 namespace ulvak {
 
-/// All that a level shows of itself.
+/// How a level is presented.
 struct LevelInfo {
     Q_GADGET
     Q_PROPERTY(ulvak::Level::Value level MEMBER level FINAL)
@@ -24,16 +24,16 @@ public:
     Level::Value level = Level::Value::Unknown;
     QString name;  ///< the raw value
     QString title;
-    QString shortTitle;  ///< of a badge with little room
+    QString shortTitle;  ///< for badges with little room
     QString symbol;
-    QString color;  ///< its name
+    QString color;  ///< colour name
     QString summary;
 
     [[nodiscard]] static LevelInfo of(SafetyLevel level);
     friend bool operator==(const LevelInfo&, const LevelInfo&) = default;
 };
 
-/// A level with what it holds.
+/// A level and its totals.
 struct LevelLine : LevelInfo {
     Q_GADGET
     Q_PROPERTY(QString sizeText MEMBER sizeText FINAL)
@@ -45,7 +45,7 @@ public:
     friend bool operator==(const LevelLine&, const LevelLine&) = default;
 };
 
-/// A level with how many of the selected findings have it.
+/// A level and the number of selected findings that have it.
 struct LevelCount {
     Q_GADGET
     Q_PROPERTY(ulvak::LevelInfo about MEMBER about FINAL)
@@ -57,7 +57,7 @@ public:
     friend bool operator==(const LevelCount&, const LevelCount&) = default;
 };
 
-/// A part of the disk's bar, from `begin` to `end` of the whole.
+/// A segment of the disk bar, from `begin` to `end` as fractions of the whole.
 struct DiskSegment {
     Q_GADGET
     Q_PROPERTY(QString levelName MEMBER levelName FINAL)
@@ -66,8 +66,8 @@ struct DiskSegment {
     Q_PROPERTY(double begin MEMBER begin FINAL)
     Q_PROPERTY(double end MEMBER end FINAL)
 public:
-    QString levelName;   ///< of a level; empty for what no finding explains
-    QString levelColor;  ///< the same
+    QString levelName;   ///< empty for space that no finding explains
+    QString levelColor;  ///< likewise
     double fraction = 0;
     double begin = 0;
     double end = 0;
@@ -87,7 +87,7 @@ struct LargestLine {
 public:
     Level::Value level = Level::Value::Unknown;
     QString symbol;      ///< the level's
-    QString levelColor;  ///< its name
+    QString levelColor;  ///< colour name
     QString title;
     QString location;
     QString sizeText;
@@ -95,7 +95,7 @@ public:
     friend bool operator==(const LargestLine&, const LargestLine&) = default;
 };
 
-/// Something that can be done with a finding.
+/// An action for a finding.
 struct ActionLine {
     Q_GADGET
     Q_PROPERTY(QString name MEMBER name FINAL)
@@ -109,7 +109,7 @@ public:
     friend bool operator==(const ActionLine&, const ActionLine&) = default;
 };
 
-/// Something that lies in a finding.
+/// An item inside a finding.
 struct ContentLine {
     Q_GADGET
     Q_PROPERTY(QString symbol MEMBER symbol FINAL)
@@ -125,7 +125,7 @@ public:
     friend bool operator==(const ContentLine&, const ContentLine&) = default;
 };
 
-/// Something that is known of a finding.
+/// A piece of metadata about a finding.
 struct MetadataLine {
     Q_GADGET
     Q_PROPERTY(QString label MEMBER label FINAL)
@@ -137,7 +137,7 @@ public:
     friend bool operator==(const MetadataLine&, const MetadataLine&) = default;
 };
 
-/// What the menu of a row offers.
+/// The contents of a row's menu.
 struct RowMenuInfo {
     Q_GADGET
     Q_PROPERTY(bool isThere MEMBER isThere FINAL)
@@ -145,7 +145,7 @@ struct RowMenuInfo {
     Q_PROPERTY(bool canReset MEMBER canReset FINAL)
     Q_PROPERTY(bool isCleaning MEMBER isCleaning FINAL)
 public:
-    bool isThere = false;  ///< not when the finding has gone from the list; nothing is offered then
+    bool isThere = false;  ///< false once the finding has left the list; the menu then offers nothing
     bool canTrash = false;
     bool canReset = false;
     bool isCleaning = false;

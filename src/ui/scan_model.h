@@ -7,7 +7,7 @@
 
 namespace ulvak {
 
-/// How the scan stands, formatted.
+/// Scan progress, formatted.
 ///
 /// Threads: the UI thread only.
 class ScanModel : public QObject {
@@ -17,16 +17,16 @@ class ScanModel : public QObject {
     Q_PROPERTY(QString filesText READ filesText NOTIFY progressChanged FINAL)
     Q_PROPERTY(QString bytesText READ bytesText NOTIFY progressChanged FINAL)
     Q_PROPERTY(QString currentPath READ currentPath NOTIFY progressChanged FINAL)
-    /// What the last one came to; empty when none has completed.
+    /// Result of the last completed scan; empty if there is none.
     Q_PROPERTY(QString resultText READ resultText NOTIFY progressChanged FINAL)
 public:
-    // NOLINTBEGIN(readability-identifier-naming): views see only what begins with a capital
-    /// As `AppModel::Phase`.
+    // NOLINTBEGIN(readability-identifier-naming): QML sees only capitalised enumerators
+    /// Same as `AppModel::Phase`.
     enum class Phase : int { Idle, Scanning, Done };
     Q_ENUM(Phase)
     // NOLINTEND(readability-identifier-naming)
 
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit ScanModel(AppModel& app, QObject* parent = nullptr);
 
     [[nodiscard]] Phase phase() const;

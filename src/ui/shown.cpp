@@ -24,7 +24,7 @@ QString shownLines(std::string_view text) {
     return lines;
 }
 
-// A character for each byte.
+// One character per byte.
 QString idText(std::string_view id) {
     return QString::fromLatin1(id.data(), static_cast<qsizetype>(id.size()));
 }

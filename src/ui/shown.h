@@ -6,15 +6,15 @@
 
 namespace ulvak {
 
-/// A text that may hold names from the disk, for the window: valid, on one line, without control characters.
-/// Everything in this file is safe from any thread.
+/// Makes text that may contain names from the disk fit for display: valid, single-line, no control
+/// characters. All functions in this file are thread-safe.
 [[nodiscard]] QString shown(std::string_view text);
 
-/// The same for a text of several lines, without blank ones at its end.
+/// The same for multi-line text; drops trailing blank lines.
 [[nodiscard]] QString shownLines(std::string_view text);
 
-/// A finding's id for a view, which hands it back unread. An id is bytes that need not be a text, and two
-/// that are shown alike stay two.
+/// A finding's id as an opaque string for views. Ids are arbitrary bytes; distinct ids stay distinct even if
+/// they would display alike.
 [[nodiscard]] QString idText(std::string_view id);
 [[nodiscard]] std::string idOf(const QString& findingId);
 

@@ -18,7 +18,7 @@ constexpr std::size_t maxLargest = 8;
 
 SummaryModel::SummaryModel(AppModel& app, QObject* parent) : QObject(parent), app_(app) {
     summarize();
-    // Before anybody reads it.
+    // Connected before any reader.
     connect(&app, &AppModel::findingsChanged, this, &SummaryModel::summarize);
     for (const auto changed :
          {&AppModel::findingsChanged, &AppModel::freedBytesChanged, &AppModel::deniedCountChanged})

@@ -9,22 +9,22 @@
 
 namespace ulvak {
 
-/// What all findings come to, and what was done with them since the start, formatted.
+/// Totals over all findings and what was done with them since the start, formatted.
 ///
 /// Threads: the UI thread only.
 class SummaryModel : public QObject {
     Q_OBJECT
-    /// `LevelLine`s in display order.
+    /// `LevelLine`s, in display order.
     Q_PROPERTY(ulvak::RecordList* levels READ levels CONSTANT FINAL)
     /// `LargestLine`s: at most eight, largest first.
     Q_PROPERTY(ulvak::RecordList* largest READ largest CONSTANT FINAL)
     Q_PROPERTY(QString reclaimableText READ reclaimableText NOTIFY changed FINAL)
-    // Banners; an empty text is a banner that is not there.
+    // Banners; an empty text hides the banner.
     Q_PROPERTY(QString freedText READ freedText NOTIFY changed FINAL)
     Q_PROPERTY(QString deniedText READ deniedText NOTIFY changed FINAL)
     Q_PROPERTY(bool hasPrivacySettings READ hasPrivacySettings CONSTANT FINAL)
 public:
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit SummaryModel(AppModel& app, QObject* parent = nullptr);
 
     [[nodiscard]] RecordListOf<LevelLine>* levels() { return &levels_; }

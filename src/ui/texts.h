@@ -6,20 +6,20 @@
 
 #include "core/finding.h"
 
-/// Texts that several parts of the window show. Safe from any thread.
+/// Texts shared by several parts of the window. Thread-safe.
 namespace ulvak::Texts {
 
-/// One of our own texts.
+/// One of our own literals.
 [[nodiscard]] QString fixed(std::string_view text);
 /// "9,1 GB".
 [[nodiscard]] QString bytes(std::int64_t count);
 /// "1.234.567".
 [[nodiscard]] QString number(std::int64_t value);
-/// Of a duration; what is over is cut off.
+/// A duration, truncated to whole seconds.
 [[nodiscard]] QString wholeSeconds(double seconds);
-/// Of the source badge; empty for a rule's verdict, which shows none.
+/// The source badge's text; empty for a rule's verdict, which has none.
 [[nodiscard]] QString badge(const Finding& finding);
-/// The confidence at the end of that, "%85"; empty where there is none.
+/// The confidence that ends the badge, "%85"; may be empty.
 [[nodiscard]] QString confidence(const Finding& finding);
 
 }  // namespace ulvak::Texts

@@ -38,7 +38,7 @@ QCoro::Task<> TrashModel::runEmpty(QCoro::Task<> task) {
     isEmptying_ = true;
     emit changed();
     co_await task;
-    if (!self)  // the window has closed meanwhile
+    if (!self)  // the window has closed in the meantime
         co_return;
     isEmptying_ = false;
     emit changed();

@@ -9,19 +9,19 @@
 
 namespace ulvak {
 
-/// What waits in the Trash, and emptying it.
+/// What this program put into the Trash, and emptying it.
 ///
 /// Threads: the UI thread only.
 class TrashModel : public QObject {
     Q_OBJECT
-    /// A banner; empty when there is none.
+    /// A banner; empty if there is none.
     Q_PROPERTY(QString text READ text NOTIFY changed FINAL)
     Q_PROPERTY(bool isEmptying READ isEmptying NOTIFY changed FINAL)
-    /// The id of the question that is to be asked before it is emptied; empty for none.
+    /// The id of the question to ask before emptying; empty for none.
     Q_PROPERTY(QString questionId READ questionId NOTIFY questionChanged FINAL)
     Q_PROPERTY(QString question READ question NOTIFY questionChanged FINAL)
 public:
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit TrashModel(AppModel& app, QObject* parent = nullptr);
 
     [[nodiscard]] QString text() const;
@@ -30,9 +30,9 @@ public:
     [[nodiscard]] QString question() const;
 
     Q_INVOKABLE void empty();
-    /// After the question with this id; nothing when another is asked by now.
+    /// Answers yes to the question with this id; no-op if another is being asked by now.
     Q_INVOKABLE void emptyAsAsked(const QString& id);
-    /// The same for an answer that is no.
+    /// The same for no.
     Q_INVOKABLE void dismissQuestion(const QString& id);
 
 signals:

@@ -20,11 +20,11 @@ namespace {
 
 using namespace ulvak;
 
-/// Does what another start has asked for, with the window in front.
+/// Carries out another launch's request and brings the window to the front.
 void obey(const QStringList& arguments, const QByteArray& token, WindowModel& model, QQuickWindow& window) {
     if (!arguments.isEmpty())
         model.launch(arguments);
-    // The toolkit looks for it there when a window asks to be activated.
+    // Qt reads the token from here when a window requests activation.
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token);
     window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
@@ -32,7 +32,7 @@ void obey(const QStringList& arguments, const QByteArray& token, WindowModel& mo
     window.requestActivate();
 }
 
-/// What ends the program besides closing its window, and asks nobody.
+/// Handles exits other than closing the window; these ask nothing.
 void followEndings(QGuiApplication& application, WindowModel& model, QQuickWindow& window) {
     QObject::connect(
         &application, &QGuiApplication::commitDataRequest, &model, [&model] { model.closeUnasked(); },
@@ -43,8 +43,8 @@ void followEndings(QGuiApplication& application, WindowModel& model, QQuickWindo
     });
 }
 
-/// When the window is gone. A walk over a dead disk or a server that says nothing must not keep a closed
-/// program alive; a label that is not written or half an item must.
+/// After the window is gone. A walk over a dead disk or an unresponsive server must not keep the program
+/// alive; an unwritten label or a half-removed item must.
 void finish(AppModel& app, int status) {
     using namespace std::chrono_literals;
     QGuiApplication::sync();
@@ -62,13 +62,13 @@ int main(int argc, char* argv[]) {
     OneWindow oneWindow(argc, argv, folders);
     if (oneWindow.isElsewhere())
         return EXIT_SUCCESS;
-    // Without a display the toolkit says so and aborts. That is no bug of ours: the program ends like any
-    // other that cannot begin, without a core dump.
+    // Without a display, Qt prints an error and aborts. That is not a crash of ours: exit like any program
+    // that cannot start, without a core dump.
     std::signal(SIGABRT, [](int) { std::_Exit(EXIT_FAILURE); });
     QGuiApplication application(argc, argv);
     std::signal(SIGABRT, SIG_DFL);
     QGuiApplication::setApplicationName(QStringLiteral("Ulvak"));
-    // What a task bar shows beside the title of a window that does not name the program itself.
+    // Shown by task bars next to the title of windows that do not name the program themselves.
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Ulvak"));
     QGuiApplication::setDesktopFileName(QStringLiteral("ulvak"));
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));

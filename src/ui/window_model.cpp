@@ -21,7 +21,7 @@ WindowModel::WindowModel(AppModel& app, QObject* parent)
       analysis_(app),
       alert_(app),
       actions_(app) {
-    // After the bindings to the sidebar: a list that is shown no more is not told that it has no level.
+    // After the sidebar's bindings: a list being hidden must not report that it has no level.
     connect(this, &WindowModel::sidebarChanged, &list_, &LevelListModel::changed);
     connect(list_.selection(), &FindingSelection::changed, this, &WindowModel::followDetail);
     connect(&app_, &AppModel::phaseChanged, this, &WindowModel::selectFirst);
@@ -54,7 +54,7 @@ void WindowModel::stopAndClose() {
 }
 
 void WindowModel::closeWhenStopped() {
-    // From the event loop: this may be said from within what goes with the window.
+    // Deferred to the event loop: this may be called by something that is destroyed with the window.
     if (isClosing_ && !app_.isCleaning() && !app_.alert())
         QTimer::singleShot(0, this, &WindowModel::closeRequested);
 }

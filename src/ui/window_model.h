@@ -20,10 +20,9 @@
 
 namespace ulvak {
 
-/// What the window shows of the application, in parts, and what belongs to the window as a whole: what the
-/// sidebar has selected, what the detail column shows, and how it opens and closes. Everything arrives
-/// formatted and decided; the views show it and send back what the user does. A finding goes by its
-/// id, never by its row.
+/// The window's view of the application, in parts, plus the state of the window itself: the sidebar's
+/// selection, what the detail column shows, opening and closing. Everything is formatted and decided here;
+/// views display it and forward user actions. Findings are identified by id, never by row.
 ///
 /// Threads: the UI thread only.
 class WindowModel : public QObject {
@@ -39,28 +38,28 @@ class WindowModel : public QObject {
     Q_PROPERTY(ulvak::DetailModel* detail READ detail CONSTANT FINAL)
     Q_PROPERTY(ulvak::MultiSelectionModel* several READ several CONSTANT FINAL)
 
-    /// What is selected in the sidebar: 0 is the summary, after it come its levels; -1 when nothing is.
+    /// The row selected in the sidebar: 0 is the summary, the levels follow; -1 if none.
     Q_PROPERTY(int sidebarRow READ sidebarRow WRITE setSidebarRow NOTIFY sidebarChanged FINAL)
     Q_PROPERTY(bool isOverview READ isOverview NOTIFY sidebarChanged FINAL)
     Q_PROPERTY(DetailKind detailKind READ detailKind NOTIFY detailKindChanged FINAL)
-    /// The window is to close, and only waits for the item that is being cleaned.
+    /// The window is closing and only waits for the item being cleaned.
     Q_PROPERTY(bool isStopping READ isStopping NOTIFY stoppingChanged FINAL)
 public:
-    // NOLINTBEGIN(readability-identifier-naming): views see only what begins with a capital
+    // NOLINTBEGIN(readability-identifier-naming): QML sees only capitalised enumerators
     /// How many findings are selected.
     enum class DetailKind : int { Empty, One, Several };
     Q_ENUM(DetailKind)
     // NOLINTEND(readability-identifier-naming)
 
-    /// `app` outlives this object.
+    /// `app` must outlive this object.
     explicit WindowModel(AppModel& app, QObject* parent = nullptr);
 
-    /// Obeys "--level=…", "--autoscan" and "--select-first". Once, when the window has been made; a scan goes
-    /// on in the event loop.
+    /// Obeys "--level=…", "--autoscan" and "--select-first". Call once, after the window is made; a scan
+    /// continues in the event loop.
     void launch(const QStringList& arguments);
 
-    /// The session ends: nobody is there to be asked whether the window may close. It may yet go on, and then
-    /// so does the window.
+    /// The session is ending, so nobody can be asked whether the window may close. The session may still
+    /// continue, and the window with it.
     void closeUnasked() { asksNobody_ = true; }
 
     [[nodiscard]] DiskModel* disk() { return &disk_; }
@@ -83,11 +82,11 @@ public:
     [[nodiscard]] DetailKind detailKind() const { return detailKind_; }
 
     [[nodiscard]] bool isStopping() const { return isClosing_ && app_.isCleaning(); }
-    /// Whether the window may close at once. If not, `closeQuestioned` asks for the question that comes
-    /// first. Whoever closes it a second time while it is stopping does not want to wait.
+    /// Whether the window may close at once. If not, `closeQuestioned` requests a confirmation first. Closing
+    /// it again while it is stopping does not wait.
     [[nodiscard]] Q_INVOKABLE bool mayClose();
-    /// The answer: the item that is being cleaned is the last. `closeRequested` comes after it, and after
-    /// what there is to say about the rest.
+    /// The user confirmed: finish the item being cleaned and stop. `closeRequested` follows, after any alert
+    /// about the rest.
     Q_INVOKABLE void stopAndClose();
 
 signals:
@@ -105,7 +104,7 @@ private:
 
     AppModel& app_;
     std::optional<SidebarItem> sidebar_ = SidebarItem{SidebarItem::Overview{}};
-    // The lists first: they have followed the application before anybody else speaks of it.
+    // Before the other parts: the lists must follow a change before anyone else reports it.
     FindingsModel findings_;
     LevelListModel list_;
     DetailModel detail_;
@@ -119,7 +118,7 @@ private:
     AlertModel alert_;
     ActionsModel actions_;
     bool selectsFirst_ = false;
-    bool isClosing_ = false;  ///< has been decided
+    bool isClosing_ = false;  ///< already decided
     bool asksNobody_ = false;
 };
 

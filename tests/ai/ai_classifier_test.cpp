@@ -31,7 +31,7 @@ AIClassifier::Result classify(const FakeModel& model) {
     return AIClassifier::classify("full facts", "minimal facts", model);
 }
 
-/// The error of the platform that came through, or a failed expectation.
+/// The platform error that was passed through; adds a failure if there is none.
 ModelError platformError(const AIClassifier::Result& result) {
     if (result || result.error().isGuardrail()) {
         ADD_FAILURE() << "no error of the platform's";
@@ -45,7 +45,7 @@ std::size_t characters(std::string_view text) {
         std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
-/// Written down again on purpose: a word that changes its place changes what the model is told.
+/// Repeated here on purpose: any changed word changes what the model is told.
 constexpr std::string_view expectedInstructions =
     R"(You are a macOS storage expert helping a user who is running out of disk space. You receive facts about ONE folder or file. Decide what happens if it is deleted.
 

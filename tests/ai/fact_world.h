@@ -11,7 +11,7 @@
 
 namespace ulvak::test {
 
-/// A home folder and a folder of applications that belong to one test, at a moment that stands still.
+/// A home folder and an applications folder private to one test, at a fixed time.
 class FactWorld {
 public:
     explicit FactWorld(std::vector<TreeEntry> home = {}, std::vector<TreeEntry> applications = {})
@@ -22,7 +22,7 @@ public:
         around.now = Format::Clock::time_point(std::chrono::seconds(1'700'000'000));
     }
 
-    /// What is at `relative` in the home folder, as a scan would report it without any detail.
+    /// The entry at `relative` in the home folder, as a scan would report it, without details.
     [[nodiscard]] Finding finding(std::string_view relative) const {
         return asFound({.id = home(relative), .size = 1'200'000'000, .fileCount = 3456});
     }
@@ -40,7 +40,7 @@ public:
         return FolderContext::build(about, note, {}, FolderContext::Extent::minimal, around);
     }
 
-    /// The time `ago` before the moment of this world.
+    /// `ago` before this world's current time.
     [[nodiscard]] FileTime before(std::chrono::seconds ago) const {
         return std::chrono::time_point_cast<std::chrono::microseconds>(around.now) - ago;
     }
@@ -60,7 +60,7 @@ public:
     }
 }
 
-/// The one line that begins so, without that beginning; "none" or "several" when there is not exactly one.
+/// The rest of the only line that starts with `beginning`; "none" or "several" if there is not exactly one.
 [[nodiscard]] inline std::string lineAfter(std::string_view text, std::string_view beginning) {
     std::string found = "none";
     for (const std::string& line : linesOf(text)) {

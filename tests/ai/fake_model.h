@@ -11,12 +11,12 @@
 
 namespace ulvak::test {
 
-/// Answers in the order given, and remembers what it was asked.
+/// Gives the answers in order and records the requests.
 class FakeModel : public platform::LanguageModel {
 public:
     using Answer = std::expected<std::string, platform::ModelError>;
 
-    /// `onAsked` is called while each answer is awaited.
+    /// `onAsked` is called during each request.
     explicit FakeModel(std::vector<Answer> answers, std::function<void()> onAsked = {})
         : answers_(std::move(answers)), onAsked_(std::move(onAsked)) {}
     explicit FakeModel(platform::ModelAbsence absence) : absence_(std::move(absence)) {}

@@ -480,8 +480,7 @@ TEST(FolderContext, AtMostTwoFilesAreExcerpted) {
 }
 
 TEST(FolderContext, CharacterCutAtByte300BecomesAReplacement) {
-    // The letter's first byte is the file's 300th; blanks at the front keep it among the first 200
-    // characters.
+    // The letter's first byte is the file's 300th; leading blanks keep it among the first 200 characters.
     const FactWorld world(
         {folder("a", {textFile("a.txt", std::string(200, ' ') + std::string(99, 'x') + "ş son")})});
     EXPECT_EQ(lineAfter(world.build(world.finding("a")), "- a.txt: "), std::string(99, 'x') + "\uFFFD");

@@ -13,7 +13,7 @@ using Progress = AppModel::BatchProgress;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// What a staged model was asked.
+/// A question put to a staged model.
 struct Question {
     std::string id;
     std::string note;
@@ -50,7 +50,7 @@ protected:
                 platform::ModelError{.text = "hata: " + finding.id, .isSilent = isSilent}});
         };
     }
-    /// Every state of the batch that is told.
+    /// Records every signalled state of the batch.
     void watchBatch() {
         QObject::connect(&app(), &AppModel::batchProgressChanged, [this] {
             const auto& progress = app().batchProgress();
@@ -191,7 +191,7 @@ TEST_F(AppModelAnalyze, AnAnswerIsLaidOverWhatAScanHasFoundMeanwhile) {
     EXPECT_EQ(app().store().entries().find("/a")->second.size, 12345);
 }
 
-/// Where a label comes between a question and its answer.
+/// A label arrives between a question and its answer.
 class AppModelOverwriting : public AppModelAnalyze {
 protected:
     void SetUp() override { startWith({guessed("/a"), guessed("/b")}); }
@@ -293,7 +293,7 @@ TEST_F(AppModelAnalyze, ALabelGivenWhileTheModelIsLookedForIsNotAskedAbout) {
     app().scan();
     door->open();
     ASSERT_TRUE(waitUntil([&] { return app().phase() == AppModel::Phase::done; }));
-    const auto task = app().analyze("/a", "");  // awaits the status, which comes as an event
+    const auto task = app().analyze("/a", "");  // awaits the status, which arrives as an event
     app().setLevel(SafetyLevel::keep, "/a");
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return task.isReady(); }));
@@ -301,7 +301,7 @@ TEST_F(AppModelAnalyze, ALabelGivenWhileTheModelIsLookedForIsNotAskedAbout) {
     EXPECT_EQ(app().finding("/a")->level, SafetyLevel::keep);
 }
 
-// What is uncertain, row by row.
+// What counts as uncertain, row by row.
 TEST_F(AppModelAnalyze, UnknownOrGuessedIsUncertain) {
     Finding labelled = staged("/user", SafetyLevel::unknown);
     labelled.source = VerdictSource::user;
@@ -458,7 +458,7 @@ TEST_F(AppModelAnalyze, ABatchStopsWhenTheModelIsGone) {
     EXPECT_FALSE(app().aiStatus().isAvailable());
 }
 
-/// A model that does not say in time whether it is there, from when it is told to on.
+/// A model whose status query times out once `isSilent` is set.
 class AppModelSilence : public AppModelAnalyze {
 protected:
     AppModelSilence() {

@@ -25,7 +25,7 @@ Finding usedBy(const std::string& id, std::vector<std::string> applications,
     return finding;
 }
 
-/// A folder that holds nothing else.
+/// A folder with only this in it.
 DirNode around(std::string name, DirNode inside) {
     DirNode node{
         .url = std::move(name), .isDirectory = true, .size = inside.size, .fileCount = inside.fileCount};
@@ -33,8 +33,8 @@ DirNode around(std::string name, DirNode inside) {
     return node;
 }
 
-/// What a scan makes of a home folder with a large Trash: on a Mac by a rule, elsewhere as the unknown folder
-/// that holds most of unknown ones.
+/// What a scan reports for a home folder with a large Trash: on macOS by a rule, elsewhere as the unknown
+/// folder that accounts for most of its unknown ancestors.
 std::vector<Finding> scannedTrash() {
     DirNode node{.url = "eski", .size = 3'000'000'000, .fileCount = 1};
     if (const std::string& items = platform::trashLayout().items; !items.empty())
@@ -59,7 +59,7 @@ protected:
         };
     }
 
-    /// A Trash that has no room for anything with this id.
+    /// Makes the Trash have no room for anything with this id.
     void makeTrashFullFor(const std::string& id) {
         services.clean = [record = cleaned, id](const Finding& finding, CleanMode,
                                                 CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
@@ -82,7 +82,7 @@ protected:
             return running;
         };
     }
-    /// Gives findings titles that are not those of the analysis.
+    /// Has the model rename findings, so that their titles differ from the analysis.
     void renameByModel(const std::vector<std::string>& which) {
         for (const std::string& id : which) {
             analyze(id);
@@ -90,7 +90,7 @@ protected:
             ASSERT_EQ(app().finding(id)->original.title, "ad " + id);
         }
     }
-    /// Cleaning that waits at the gate.
+    /// Makes cleaning wait at the gate.
     void makeCleaningSlow() {
         services.clean = [record = cleaned, gate = gate](
                              const Finding& finding, CleanMode,
@@ -214,7 +214,7 @@ TEST_F(AppModelClean, WhatAStopLeavesIsCalledByThePresentTitle) {
               "2 öğeden yalnız 1 tanesi temizlendi. Kalanlar:\n• model: /2: dokunulmadı.");
 }
 
-/// A long list, and the most of it that is being cleaned at any time.
+/// A long list, and the largest number cleaned at once.
 class AppModelCleanMany : public AppModelClean {
 protected:
     void startWithMany() {
@@ -571,7 +571,7 @@ TEST_F(AppModelClean, CleaningDoesNotWaitForAScanAndWhatIsGoneDoesNotComeBackWit
     EXPECT_THAT(ids(), ElementsAre("/1")) << "a scan that began later counts";
 }
 
-/// A scan during which something is cleaned, and the one that follows it by itself, if any does.
+/// A scan during which something is cleaned, and the follow-up scan, if one is started.
 class AppModelCleanedMeanwhile : public AppModelClean {
 protected:
     void scanAndClean(std::vector<Finding> stale, const std::string& id, CleanMode mode = CleanMode::trash) {
@@ -647,10 +647,10 @@ TEST_F(AppModelCleanedMeanwhile, ATrashThatWasEmptiedIsScannedAgain) {
     EXPECT_THAT(ids(), ElementsAre("/again"));
 }
 
-/// A scan that ends while something is being removed.
+/// A scan that ends during a removal.
 class AppModelCleanedAcross : public AppModelClean {
 protected:
-    /// Afterwards another scan would find "/again".
+    /// A follow-up scan would find "/again".
     void scanWhileCleaning(std::vector<Finding> found, const std::string& id) {
         const auto task = app().clean({id}, CleanMode::permanent);
         ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 1; }));

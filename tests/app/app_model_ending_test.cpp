@@ -1,4 +1,4 @@
-// What happens to all that runs when the program ends: in its own time, and killed.
+// What happens to running work when the program exits, normally or killed.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ protected:
         };
     }
 
-    /// Makes removing wait at the gate, which no stop opens.
+    /// Makes removals wait at the gate; stops do not open it.
     void makeCleaningSlow() {
         services.clean = [gate = gate, record = cleaned](
                              const Finding& finding, CleanMode,
@@ -55,7 +55,7 @@ protected:
         app().scan();
         ASSERT_TRUE(waitUntil([&] { return gate->arrived() > 0; }));
     }
-    /// Ends the application; fails when that waits for what never ends, or says anything.
+    /// Ends the application; fails if that blocks on something that never ends or prints anything.
     void endQuickly() {
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
@@ -75,7 +75,7 @@ TEST_F(AppModelEnding, AScanThatRunsIsStopped) {
     endQuickly();
 }
 
-/// Ends the application just before the second of two coroutines goes on.
+/// Ends the application just before the second of two coroutines resumes.
 class EndAtSecond : public QObject {
 public:
     explicit EndAtSecond(std::function<void()> end) : end_(std::move(end)) {
@@ -86,7 +86,7 @@ public:
     bool eventFilter(QObject* receiver, QEvent* event) override {
         if (event->type() != QEvent::User || ++seen_ != 2)
             return false;
-        QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));  // in the place of this one
+        QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));  // replaces this event
         end_();
         return true;
     }
@@ -100,7 +100,7 @@ TEST_F(AppModelEnding, AScanThatIsComparedWithWhatWasCleanedMeanwhileIsDropped) 
     startWith({staged("/1")});
     scanSlowly();
     clean({"/1"});
-    // The walk's end is the first, that of the look at the disk the second.
+    // First the walk ends, then the disk check.
     const EndAtSecond ending([&] { end(); });
     gate->open();
     EXPECT_TRUE(waitUntil([&] { return ending.hasEnded(); }));
@@ -167,7 +167,7 @@ TEST_F(AppModelEnding, ARemovalThatRunsIsWaitedForAsLongAsItTakes) {
 
 TEST_F(AppModelEnding, ALabelThatADiskIsSlowToTakeIsWaitedFor) {
     startWith({staged("/a")});
-    // Who holds the lock may read and write as long as it likes; the label comes after that.
+    // A lock holder may take any amount of time to read and write; the label is written after that.
     auto held = std::make_unique<platform::FileLock>(verdictsPath, 1s);
     ASSERT_TRUE(held->isHeld());
     app().setLevel(SafetyLevel::keep, "/a");
@@ -225,8 +225,8 @@ TEST_F(AppModelEnding, AfterTheEndNothingIsAppliedAndNothingIsTold) {
     EXPECT_THAT(signalled->values(), IsEmpty());
 }
 
-/// Cleaning that is stopped because the window is to close: each finding has three items, and waits at the
-/// gate after the first.
+/// Cleaning that is stopped because the window is closing: each finding has three items and waits at the gate
+/// after the first.
 class AppModelStopping : public AppModelEnding {
 protected:
     void SetUp() override {
@@ -243,7 +243,7 @@ protected:
         };
         startWith({staged("/1"), staged("/2"), staged("/3")});
     }
-    /// Cleans these, stops at the first, and lets that one go on.
+    /// Cleans these, stops during the first and lets it finish.
     void stopMidway(const std::vector<std::vector<std::string>>& calls) {
         std::vector<QCoro::Task<>> tasks;
         for (const auto& ids : calls) {
@@ -303,7 +303,7 @@ TEST_F(AppModelStopping, SaysNothingWhenNothingIsLeft) {
     EXPECT_THAT(ids(), ElementsAre("/2", "/3"));
 }
 
-/// A program that moves folders to the Trash, and does not live to see the end of it.
+/// A program that is trashing folders when it is killed or exits.
 class AppModelKilled : public AppModelEnding {
 protected:
     static constexpr int items = 40;
@@ -323,13 +323,13 @@ protected:
         tree.add({folder("ev", std::move(entries)), folder("tmp")});
     }
 
-    /// The program itself; it ends when it is done at the latest.
+    /// The program itself; exits at the latest when it is done.
     void program(End end) {
         const ScopedEnvironment environment({{"HOME", tree.path("ev")},
                                              {"TMPDIR", tree.path("tmp")},
                                              {"XDG_DATA_HOME", std::nullopt},
                                              {"XDG_CONFIG_HOME", std::nullopt}});
-        // Half the way there it only waits for its end: that comes midway, however late it comes.
+        // Pauses for good halfway: whenever the end comes, it comes midway.
         services.clean = [clean = AppServices::system(UserFolders::ofCurrentUser()).clean,
                           begun = std::make_shared<std::atomic<int>>(0)](const Finding& finding,
                                                                          CleanMode mode, CleanRun& run) {

@@ -13,7 +13,7 @@ using testing::SizeIs;
 
 class AppModelLabel : public AppTest {
 protected:
-    /// One that the model has judged, over a guess.
+    /// A guess that the model has judged.
     static Finding judged(const std::string& id) {
         Finding finding = guessed(id, SafetyLevel::unknown);
         setCurrentVerdict(finding, answer());
@@ -50,7 +50,7 @@ TEST_F(AppModelLabel, AnUnknownIdIsNotLabelledAndNothingIsWritten) {
     app().resetVerdict("/b");
     EXPECT_THAT(signalled->values(), IsEmpty());
     EXPECT_THAT(app().store().entries(), IsEmpty());
-    // A label that is really given is written after whatever was to be written before it.
+    // A real label is written after everything queued before it.
     start();
     EXPECT_THAT(remembered(), IsEmpty());
     EXPECT_FALSE(platform::readFile(verdictsPath, 1000));

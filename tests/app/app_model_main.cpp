@@ -4,10 +4,10 @@
 #include "support/event_loop.h"
 
 int main(int argc, char* argv[]) {
-    // What a death is expected to say must not go to the system's journal.
+    // The output of expected deaths must not go to the system journal.
     qputenv("QT_FORCE_STDERR_LOGGING", "1");
     testing::InitGoogleMock(&argc, argv);
-    // Threads are everywhere here: what is to die does so in a process of its own, from its start.
+    // Everything here is multithreaded: death tests re-execute the program.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     ulvak::test::waitInEventLoop();
     const QCoreApplication application(argc, argv);

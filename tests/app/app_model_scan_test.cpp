@@ -25,7 +25,7 @@ using Phase = AppModel::Phase;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Sees the pauses of every timer that comes on this thread, but those of the tests' own.
+/// Records the intervals of every timer that fires on this thread, except the tests' own.
 class PauseWatch : public QObject {
 public:
     struct Pause {
@@ -56,7 +56,7 @@ public:
 
 class AppModelScan : public AppTest {
 protected:
-    /// Starts a scan and waits until its walk is under way.
+    /// Starts a scan and waits until its walk is running.
     std::shared_ptr<Gate> startSlowScan(StagedScan scan = {}) {
         scan.gate = std::make_shared<Gate>();
         const auto gate = scan.gate;
@@ -77,10 +77,10 @@ protected:
         heldWithoutWalks_ = held_.use_count();
         return app;
     }
-    /// Nothing once they have all come back.
+    /// 0 once all have returned.
     [[nodiscard]] long heldByWalks() const { return held_.use_count() - heldWithoutWalks_; }
-    /// Until every walk, cancelled or not, has come back and the application has done with it what it does;
-    /// or all but those that hold so much. A worker lets go of the walk after it has sent word of its end.
+    /// Waits until every walk, cancelled or not, has returned and the application has handled its result;
+    /// `butThoseThatHold` references may remain. A worker releases a walk after reporting its end.
     void awaitAllWalks(long butThoseThatHold = 0) {
         ASSERT_TRUE(waitUntil([&] { return heldByWalks() == butThoseThatHold; }));
         QCoreApplication::processEvents();
@@ -202,14 +202,14 @@ TEST_F(AppModelScan, TheResultIsSetInOrderAndThePhaseLast) {
 TEST_F(AppModelScan, TheProgressIsLookedAtOnceBeforeTheFirstPause) {
     start();
     const auto first = startSlowScan({.files = 12, .bytes = 34, .denied = 5, .current = ayse().home + "/x"});
-    // One look may fall between two counters of the walk.
+    // A poll may fall between two updates of the walk's counters.
     ASSERT_TRUE(waitUntil([&] {
         return app().scannedFiles() == 12 && app().scannedBytes() == 34 && app().deniedCount() == 5 &&
                app().currentPath() == "~/x";
     }));
     first->open();
     ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
-    // The look at a walk that has not begun is over when the call returns: no timer has come yet.
+    // The poll before the walk starts is done when the call returns: no timer has fired yet.
     stage({.gate = std::make_shared<Gate>()});
     signalled = std::make_shared<Record<std::string>>();
     app().scan();
@@ -228,7 +228,7 @@ TEST_F(AppModelScan, TheNextLookIsAFifthOfASecondAfterTheLast) {
     const PauseWatch::Pause pause{
         .length = std::chrono::milliseconds(200), .isOnce = true, .isPrecise = true};
     EXPECT_THAT(watch.pauses, testing::Each(pause));
-    // What does not change is not told again, though many looks were taken.
+    // Unchanged values are not signalled again, though there were many polls.
     EXPECT_EQ(std::ranges::count(signalled->values(), "scannedFiles"), 1);
     EXPECT_EQ(std::ranges::count(signalled->values(), "currentPath"), 1);
 }
@@ -244,7 +244,7 @@ TEST_F(AppModelScan, WhatIsCountedAfterTheLastLookIsInTheFinalCounters) {
         return std::vector<Finding>();
     };
     start();
-    // Within a look: the next is a pause away, and the walk is at its end.
+    // During a poll: the next is an interval away, by which time the walk has ended.
     QObject::connect(&app(), &AppModel::scannedFilesChanged, [gate] { gate->open(); });
     app().scan();
     ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
@@ -303,7 +303,7 @@ TEST_F(AppModelScan, AnotherScanResetsTheCountersAndLeavesTheRest) {
     ASSERT_EQ(app().scannedBytes(), 8);
     ASSERT_EQ(app().deniedCount(), 7);
     const auto duration = app().scanDuration();
-    // Nothing may come from the walk before this test has looked.
+    // Nothing may come from the walk before the test has checked.
     const auto gate = std::make_shared<Gate>();
     stage({.findings = {staged("/new")}, .gate = gate});
     app().scan();
@@ -397,7 +397,7 @@ TEST_F(AppModelScan, BothCountersOfTwoWalksAreShownUntilTheOlderEnds) {
     QObject::connect(&app(), &AppModel::scannedFilesChanged, [&] { shown.insert(app().scannedFiles()); });
     EXPECT_TRUE(waitUntil([&] { return shown.contains(100) && shown.contains(200); }));
     older->open();
-    awaitAllWalks(heldByOne);  // but for the newer; else the last look might be at the older
+    awaitAllWalks(heldByOne);  // except the newer; otherwise the last poll might be of the older
     newer->open();
     ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
     EXPECT_EQ(app().scannedFiles(), 200);
@@ -460,7 +460,7 @@ TEST_F(AppModelScan, TheTimeAModelTakesToAnswerIsNotTheScans) {
     const auto underWay = Clock::now();
     ASSERT_TRUE(waitUntil([&] { return gate->arrived() == 2; }));
     const auto ended = asked->values().back();
-    // The model thinks for longer than the scan may have begun late.
+    // The model takes longer than the scan's start may have been delayed.
     ASSERT_TRUE(waitUntil([&] { return Clock::now() - ended > underWay - began; }));
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return walkHasEnded(); }));
@@ -553,7 +553,7 @@ TEST_F(AppModelScan, OpensThePageOfTheDiskAccessSettings) {
                 ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
 }
 
-// Every operation, by name, for a thread that is not the window's.
+// Every operation, by name, to be called from another thread.
 class AppModelThreads : public AppTest, public testing::WithParamInterface<const char*> {
 protected:
     void callFromAnotherThread(const std::string& name) {

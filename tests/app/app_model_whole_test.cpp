@@ -1,4 +1,4 @@
-// The application on the real scan, store, cleaner and Trash, in the home folder that shows everything.
+// The application with the real scan, store, cleaner and Trash, in a demo home folder.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,8 @@ namespace {
 
 using namespace test;
 
-/// The system's services, but for a model: whether this machine has one is left open by asking for none.
+/// The system's services, except those that open windows on the desktop. The tests ask no model, so it does
+/// not matter whether this machine has one.
 AppServices realServices() {
     AppServices services = AppServices::system(UserFolders::ofCurrentUser());
     services.reveal = [](std::span<const std::string>) { return true; };
@@ -38,7 +39,7 @@ private:
     AppModel app_;
 };
 
-/// One that `ulvak` would clean without asking about applications.
+/// A finding that `ulvak` would clean without asking about applications.
 FindingPointer cleanable(AppModel& app, const std::string& id) {
     const FindingPointer finding = app.finding(id);
     EXPECT_TRUE(finding) << id;
@@ -104,11 +105,11 @@ TEST(WholeApp, ScansRemembersCleansAndEmptiesTheTrash) {
     const TempTree tree({folder("ev")});
     const std::vector<std::string> arguments = {tree.path("ev")};
     const auto made = [&] {
-        const ScopedEnvironment plain({{"LC_ALL", "C"}});  // for the words of the system below
+        const ScopedEnvironment plain({{"LC_ALL", "C"}});  // for the system's messages below
         return Shell::run(ULVAK_SOURCE_DIR "/scripts/demo-home", arguments);
     }();
     ASSERT_TRUE(made);
-    // There may be too little room, or another test may take it meanwhile.
+    // There may be too little space, or another test may use it in the meantime.
     if (made->error.find("yeterli yer yok") != std::string::npos ||
         made->error.find("No space left") != std::string::npos)
         GTEST_SKIP() << made->error;

@@ -7,8 +7,8 @@
 #include "node.h"
 #include "support/temp_tree.h"
 
-// How far the analyzer looks into folders that no rule and no guess knows. The roots here are such
-// folders, where two levels may be drilled into.
+// How far the analyzer drills into folders unknown to rules and guesses. The roots here are such folders,
+// with a drill depth of two levels.
 
 namespace ulvak {
 namespace {

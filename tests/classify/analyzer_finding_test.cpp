@@ -8,7 +8,7 @@
 #include "core/format.h"
 #include "node.h"
 
-// What a finding says.
+// The contents of a finding.
 
 namespace ulvak {
 namespace {
@@ -28,7 +28,7 @@ Finding only(const std::vector<Finding>& found) {
     return found.empty() ? Finding() : found.front();
 }
 
-/// The finding of a folder that one unit rule names.
+/// The finding for a folder named by a single unit rule.
 Finding foundBy(const Rule& rule, const std::string& name, std::int64_t size = gigabyte) {
     return only(findingsBy({rule}, {dir("/x/üst", {dir(name, size)})}));
 }
@@ -302,7 +302,7 @@ TEST(SimulatorFinding, AnUnknownDeviceOfARuleThatIsNotActionableStaysSo) {
     EXPECT_TRUE(std::holds_alternative<CleanAction::None>(foundBy(rule, "a").action.value));
 }
 
-// What no rule names.
+// Folders no rule names.
 
 TEST(DefaultFinding, HasTheFieldsOfNodeAndParent) {
     const auto found = only(

@@ -12,14 +12,14 @@
 #include "classify/heuristics.h"
 #include "node.h"
 
-// What holds for the findings of any trees.
+// Properties of the findings of any tree.
 
 namespace ulvak {
 namespace {
 
 using namespace test;
 
-/// Names that rules, guesses and drilling react to, among others.
+/// Names, including those that rules, guesses and drilling react to.
 constexpr std::array names = {"Library",
                               "Caches",
                               "Developer",
@@ -90,7 +90,7 @@ private:
         return node;
     }
 
-    /// Often the whole, and often just at one of the limits.
+    /// Often the whole size, and often close to one of the limits.
     std::int64_t partOf(std::int64_t size) {
         constexpr std::array limits = {unitMinimum, defaultMinimum, 100 * megabyte, 2 * gigabyte,
                                        4 * gigabyte};
@@ -179,8 +179,8 @@ void expectWellFormed(const Finding& finding) {
     }
 }
 
-/// Whatever is big enough for a finding of its own is one, lies in one, or holds some; unless it lies
-/// beside the big sub-folders of a folder that is shown as these.
+/// Anything large enough for a finding of its own is one, lies in one or contains one, unless it is next to
+/// large subfolders that are shown instead of their folder.
 void expectNothingBigToBeForgotten(const Node& node, const std::string& path,
                                    const std::set<std::string>& urls) {
     if (urls.contains(path))
@@ -231,7 +231,7 @@ TEST(AnalyzerProperties, HoldForRandomTrees) {
     EXPECT_GT(groups, 20);
 }
 
-/// The path of some folder of the tree.
+/// The path of a random folder in the tree.
 std::string someFolder(RandomTree& random, const Node& root) {
     std::string path = root.url;
     const Node* node = &root;

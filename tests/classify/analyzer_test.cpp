@@ -9,7 +9,7 @@
 #include "node.h"
 #include "support/temp_tree.h"
 
-// Which nodes become findings, and in which order.
+// Which nodes become findings, and in what order.
 
 namespace ulvak {
 namespace {
@@ -30,7 +30,7 @@ TEST(Analyzer, NoRootsGiveNoFindings) {
 }
 
 TEST(Analyzer, AUnitBelowItsMinimumYieldsNothingAndIsNotLookedInto) {
-    // What lies in it would be reported: it is not asked.
+    // Its contents would be reported if they were inspected.
     const auto npm = [](std::int64_t size) {
         return homeWith({dir(".npm", size, {dir("DerivedData", size)})});
     };
@@ -378,7 +378,7 @@ TEST(Analyzer, NamesOfAnyBytesAreKept) {
     EXPECT_EQ(found[0].title, ".\xff\n\x1b[31m");
 }
 
-/// A file so many folders below the home folder, each named "d" and as big as the file.
+/// A file this many folders below the home folder; each folder is named "d" and as large as the file.
 Node deepHome(int levels) {
     Node node = fileNode("bottom", 3 * gigabyte);
     for (int i = 0; i <= levels; ++i) {

@@ -12,7 +12,7 @@ namespace {
 
 using Heuristics::guess;
 
-/// The row, counted from 1, whose guess a name gets; 0 for none.
+/// The row, counted from 1, that guesses a name; 0 for none.
 std::size_t rowOf(std::string_view name) {
     const auto found = guess(name);
     const auto& table = Heuristics::table();

@@ -10,25 +10,25 @@
 #include "core/paths.h"
 #include "scan/dir_node.h"
 
-/// Scanned trees to write down in a test, and what the analyzer finds in them.
+/// Literal scan trees for tests, and the analyzer's findings in them.
 namespace ulvak::test {
 
 inline constexpr std::int64_t megabyte = 1'000'000;
 inline constexpr std::int64_t gigabyte = 1'000'000'000;
 
-/// What the scanner sets.
+/// As set by the scanner.
 inline constexpr std::int64_t unitMinimum = 50 * megabyte;
 inline constexpr std::int64_t defaultMinimum = 300 * megabyte;
 
-/// A user of the reference system's kind of folders, none of which is on this disk.
+/// A user with folders as on macOS, none of which exists on this disk.
 inline const UserFolders ayse{.home = "/home/ayse",
                               .temp = "/var/folders/ab/cd/T",
                               .cache = "/var/folders/ab/cd/C",
                               .trash = "/home/ayse/.Trash"};
 
-/// A node that can be copied, unlike a `DirNode`.
+/// A copyable node, unlike `DirNode`.
 struct Node {
-    std::string url;  ///< the whole path at the root, below it a name
+    std::string url;  ///< the full path for the root, otherwise a name
     std::int64_t size = 0;
     bool isDirectory = false;
     bool isPackage = false;
@@ -41,23 +41,23 @@ struct Node {
 };
 
 [[nodiscard]] Node fileNode(std::string name, std::int64_t size);
-/// As big as its children together.
+/// As large as its children together.
 [[nodiscard]] Node dir(std::string name, std::vector<Node> children);
-/// Bigger: `size` counts also what was too small to keep.
+/// Larger: `size` includes what was too small to keep.
 [[nodiscard]] Node dir(std::string name, std::int64_t size, std::vector<Node> children = {});
 [[nodiscard]] Node package(std::string name, std::int64_t size, std::vector<Node> children = {});
 
-/// The tree as the walker gives it: children largest first.
+/// The tree as the walker returns it: children largest first.
 [[nodiscard]] DirNode tree(const Node& node);
 
 [[nodiscard]] Analyzer usualAnalyzer();
 
-/// What `usualAnalyzer` finds.
+/// The findings of `usualAnalyzer`.
 [[nodiscard]] std::vector<Finding> findings(const std::vector<Node>& roots, const UserFolders& folders = ayse,
                                             std::vector<std::string> innerRoots = {});
 [[nodiscard]] std::vector<Finding> findings(const Node& root, const UserFolders& folders = ayse);
 
-/// What an analyzer with these rules finds.
+/// The findings of an analyzer with these rules.
 [[nodiscard]] std::vector<Finding> findingsBy(std::vector<Rule> rules, const std::vector<Node>& roots);
 
 [[nodiscard]] std::vector<std::string> ids(const std::vector<Finding>& findings);
@@ -67,7 +67,7 @@ struct Node {
 
 namespace ulvak {
 
-// How failures show these values.
+// How failures print these values.
 void PrintTo(const ChildSummary& summary, std::ostream* stream);
 void PrintTo(SafetyLevel level, std::ostream* stream);
 

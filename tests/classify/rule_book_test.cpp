@@ -47,7 +47,7 @@ bool isComposed(const std::string& text) {
     return icu::Normalizer2::getNFCInstance(status)->isNormalizedUTF8(text, status) && U_SUCCESS(status);
 }
 
-/// Text that matches a pattern of this table: an "x" wherever anything may stand.
+/// Text that matches a pattern of this table: "x" for every wildcard.
 std::string instance(std::string pattern) {
     pattern = replacedAll(pattern, "[!.]", "x");
     return replacedAll(pattern, "*", "xyz");
@@ -86,7 +86,7 @@ void expectUnit(const Rule& rule) {
     }
 }
 
-/// A path that begins where nothing is, a level too deep, a level too high, and a name too long.
+/// Near misses: a nonexistent prefix, a level too deep, a level too high, a name too long.
 void expectPathToMatch(const Rule& rule, const std::string& pattern) {
     EXPECT_TRUE(pattern == "~" || pattern == "$T" || pattern == "$C" || pattern.starts_with("~/") ||
                 pattern.starts_with("$T/") || pattern.starts_with("$C/") || pattern.starts_with('/'));
@@ -111,7 +111,8 @@ void expectPathToMatch(const Rule& rule, const std::string& pattern) {
     }
 }
 
-/// Each sibling in turn lies beside the folder; then none, nearly one, and none but a file of the name.
+/// Matches next to each sibling in turn; not without siblings, with a near miss, or with only a file of that
+/// name.
 void expectNameToMatch(const Rule& rule, const Rule::Name& name) {
     EXPECT_TRUE(name.outside.empty());
     EXPECT_EQ(name.pattern.find('/'), std::string::npos);
@@ -136,7 +137,7 @@ void expectNameToMatch(const Rule& rule, const Rule::Name& name) {
     EXPECT_EQ(matchOf(tree.path(entry)), nullptr) << entry << " beside nothing that tells";
 }
 
-/// What a row says besides its texts.
+/// A row without its texts.
 std::string described(const Rule& rule) {
     constexpr std::array containers = {"container", "personal container", "system container"};
     constexpr std::array resolvers = {"none", "simulator", "derivedData", "avd", "app", "deviceSupport"};

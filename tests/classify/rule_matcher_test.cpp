@@ -20,7 +20,7 @@ using test::folder;
 using test::link;
 using test::TempTree;
 
-/// The pattern of the rule in the book for a path; empty for none.
+/// The pattern of the book's rule for a path; empty for none.
 std::string ruleOf(std::string_view path, const UserFolders& folders = ayse, bool isDirectory = true,
                    ScanContext context = ScanContext::normal) {
     const Rule* rule = RuleMatcher(RuleBook::all(), folders).match(path, isDirectory, context);
@@ -173,7 +173,7 @@ TEST(RuleMatcher, TurkishLettersFoldNothingElse) {
     EXPECT_EQ(ruleOf("/x/servıce worker"), "");
 }
 
-/// A rule of one kind for what the rule book does not use.
+/// A name rule, for features the rule book does not use.
 Rule nameRule(std::string pattern, std::vector<std::string> siblings, std::vector<std::string> outside = {}) {
     return {.match = Rule::Name{std::move(pattern), std::move(siblings), std::move(outside)},
             .kind = Rule::Unit{}};
@@ -271,7 +271,7 @@ TEST(RuleMatcher, ATokenIsOneOnlyAtTheBeginningAndBeforeASlash) {
     EXPECT_TRUE(matches(pathRule("/a[/b"), "/a[/b"));
 }
 
-// Where the user's folders lie in each other.
+// User folders nested in each other.
 
 TEST(UserAreas, AHomeFolderBelowTheTemporaryOneIsNoTemporaryFile) {
     const UserFolders folders{.home = "/tmp/home", .temp = "/tmp", .cache = "/C"};

@@ -11,8 +11,8 @@
 #include "platform/posix/removal_calls.h"
 #include "swapper.h"
 
-// Somebody swaps folders for links to a folder of canaries while they are cleaned. Whoever follows such a
-// link kills canaries: they bear the names of what is cleaned.
+// Folders are swapped for links to a folder of canaries while they are being cleaned. Following such a link
+// destroys canaries: they have the same names as what is cleaned.
 
 namespace ulvak {
 namespace {
@@ -21,17 +21,16 @@ using namespace test;
 namespace fs = std::filesystem;
 
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr int share = 5;  // a fifth of the rounds: each takes many times as long
+constexpr int share = 5;  // a fifth of the rounds, because each takes many times as long
 #else
 constexpr int share = 1;
 #endif
 
-/// Where the two threads get so little time that the test would be ended for it, fewer rounds must do.
+/// On slow machines, fewer rounds are run so that the test does not time out.
 constexpr auto longEnough = std::chrono::minutes(10);
 
-/// What is swapped, seen from the round's folder, and the link that leads from there to its likeness among
-/// the canaries. It goes up by "..": from the root on, it would leave the mount as well, which is refused
-/// anyway.
+/// What is swapped, relative to the round's folder, and the link from there to its counterpart among the
+/// canaries. The link uses "..": from the root, it would also leave the mount, which is refused anyway.
 struct Bait {
     std::string_view victim;
     std::string_view link;
@@ -43,7 +42,7 @@ constexpr std::array<Bait, 3> swapped = {{
     {"arena/item/sub", "../../../../canaries/arena/item/sub"},
 }};
 
-/// Removing by several threads from the first folder on, which an arena is too small for otherwise.
+/// Removes with several threads from the first folder on; by default an arena is too small for that.
 Cleaner::Services byManyThreads() {
     Cleaner::Services services = Cleaner::Services::system();
     services.removeItem = [](const auto& parent, const std::string& name, const auto& item,
@@ -71,7 +70,8 @@ bool canariesLive(const std::string& folder) {
     return true;
 }
 
-/// The Trash takes paths, so that it may be led to a canary; then it is there, and goes back. Whether it was.
+/// Trashing takes paths, so it may be led to a canary; if so, puts it back from the Trash. Returns whether it
+/// did.
 bool bringBackFromTrash(const TempTree& tree) {
     const std::string home = tree.path("canaries/arena/item");
     const std::string trash = tree.path("home/.local/share/Trash");
@@ -129,7 +129,7 @@ void survive(CleanMode mode, int rounds, const Cleaner::Services& services = Cle
     inHome(tree, [&] {
         Swapper swapper;
         const Outcome outcome = cleanWhileSwapping(tree, mode, rounds, swapper, services);
-        // It was a race: there was swapping in every round, and it made a difference to some and not to all.
+        // It really was a race: every round had swaps, and they made some rounds fail, but not all.
         EXPECT_GT(swapper.swaps(), outcome.done + outcome.failed);
         EXPECT_GT(outcome.done, 0);
         EXPECT_GT(outcome.failed, 0);
@@ -156,12 +156,12 @@ void moveAwayWhileCleaning(const Cleaner::Services& services) {
     inHome(tree, [&] {
         rlimit usual{};
         ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
-        // So few handles that folders higher up are closed and have to be found again.
+        // So few handles that folders higher up are closed and have to be reopened.
         const rlimit few{.rlim_cur = 40, .rlim_max = usual.rlim_max};
         Swapper swapper;
         int failed = 0;
         for (int round = 0; round < rounds || (failed == 0 && round < 100 * rounds); ++round) {
-            // Moved away, the folder lies beside the canaries.
+            // When moved away, the folder is next to the canaries.
             tree.add("home", {folder("round", {folder("item", {textFile("a", "a"), folder("sub")}),
                                                textFile("beside", "alive"),
                                                folder("aside", {textFile("beside", "alive")}),

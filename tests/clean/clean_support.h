@@ -12,10 +12,10 @@
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
-/// What the tests of cleaning have in common.
+/// Shared by the tests of cleaning.
 namespace ulvak::test {
 
-/// A home, a temporary folder and what lies beside them.
+/// A home, a temporary folder and their surroundings.
 inline std::vector<TreeEntry> lifelike() {
     return {
         folder(
@@ -31,7 +31,7 @@ inline std::vector<TreeEntry> lifelike() {
     };
 }
 
-/// The environment of a user with the folders "home" and "tmp" of a tree.
+/// The environment of a user whose folders are "home" and "tmp" in a tree.
 class AtHome {
 public:
     explicit AtHome(const TempTree& tree)
@@ -51,7 +51,7 @@ inline void inHome(const TempTree& tree, const Body& body) {
     body();
 }
 
-/// Of the user whose environment this is.
+/// For the user this environment belongs to.
 inline Cleaner cleaner(Cleaner::Services services = Cleaner::Services::system()) {
     return Cleaner(UserFolders::ofCurrentUser(), std::move(services));
 }
@@ -60,7 +60,8 @@ inline Finding finding(std::vector<std::string> urls, std::int64_t size = 4096) 
     return asFound({.urls = std::move(urls), .size = size});
 }
 
-/// The system's services in a home whose Trash is taken for the desktop's; its program is none that there is.
+/// The system's services, for a home whose Trash counts as the desktop's; the emptying program does not
+/// exist.
 inline Cleaner::Services withDesktopsTrash() {
     Cleaner::Services services = Cleaner::Services::system();
     services.trashEmptyingCommand = [](const std::string& trash) {
@@ -69,7 +70,7 @@ inline Cleaner::Services withDesktopsTrash() {
     return services;
 }
 
-/// A Trash that nobody looks into, whatever is behind it.
+/// Makes the Trash a link, which must never be followed.
 inline void makeTrashALink(const TempTree& tree) {
     const std::filesystem::path trash = UserFolders::ofCurrentUser().trash;
     std::filesystem::create_directories(trash.parent_path());

@@ -415,7 +415,7 @@ TEST(Cleaner, ATrashThatIsALinkIsNotEmptiedThroughIt) {
 TEST(Cleaner, AsksNoDesktopToEmptyTheTrashOfAnotherHome) {
     const TempTree tree(lifelike());
     inHome(tree, [&] {
-        // The desktop would empty that of whoever runs the test.
+        // The desktop would empty the Trash of the user who runs the test.
         Cleaner::Services services = Cleaner::Services::system();
         services.runUntil = [](const std::string&, std::span<const std::string>, const std::stop_token&) {
             ADD_FAILURE() << "the desktop was asked";

@@ -36,7 +36,7 @@ TEST(GuardRailsTables, HoldWhatWasAgreedOnInThatOrder) {
     }
 }
 
-/// Paths near the edges of the tables.
+/// Makes paths close to the tables' entries.
 class PathMaker {
 public:
     PathMaker(const UserFolders& user, unsigned seed) : random_(seed) {
@@ -50,7 +50,7 @@ public:
     std::string next() {
         std::string path = below(10) == 0 ? "/" : seeds_[below(seeds_.size())];
         if (below(4) == 0)
-            path.resize(1 + below(path.size()));  // anywhere, in the middle of a name or of a letter too
+            path.resize(1 + below(path.size()));  // anywhere, even inside a name or a character
         for (std::size_t pieces = below(6); pieces > 0; --pieces)
             path += piece();
         for (std::size_t slashes = below(8) == 0 ? 1 + below(3) : 0; slashes > 0; --slashes)
@@ -70,7 +70,7 @@ private:
         };
         if (below(3) != 0)
             return std::string(pieces[below(pieces.size())]);
-        // The names of another row, after as many ".." as may lead to the root or not.
+        // The names of another row, after enough ".." to reach the root, or too few.
         std::string path;
         for (std::size_t up = below(6); up > 0; --up)
             path += "/..";
@@ -96,7 +96,7 @@ private:
     std::vector<std::string> seeds_;
 };
 
-/// What was wrong with a path, or nothing.
+/// What was wrong with the answer for a path; empty if nothing.
 std::string objection(const GuardRails& rails, const PlainRule& rule, const std::string& path) {
     const bool allowed = rails.isAllowed(path);
     if (allowed != rule.allows(path))
@@ -127,7 +127,7 @@ void judgeAMillionPaths() {
             allowed += rails.isAllowed(path) ? 1 : 0;
         }
     }
-    // Of both kinds there were many.
+    // There were many of both kinds.
     EXPECT_GT(allowed, paths / 10);
     EXPECT_LT(allowed, paths * 9 / 10);
 }

@@ -4,7 +4,7 @@
 
 #include "clean_support.h"
 
-// Places that must stay though the text of a path does not say so.
+// Folders that must stay although their path does not show it.
 
 namespace ulvak {
 namespace {

@@ -10,10 +10,10 @@
 
 #include "core/paths.h"
 
-/// What the guard rails are compared with, by tests and by the fuzzer.
+/// Reference implementation of the guard rails, for tests and the fuzzer.
 namespace ulvak::test {
 
-/// The tables as they were agreed on, with placeholders for the user's folders.
+/// The agreed tables, with placeholders for the user's folders.
 inline constexpr std::array<std::string_view, 31> protectedTable = {
     "/",
     "/System",
@@ -71,8 +71,7 @@ std::vector<std::string> filledIn(const std::array<std::string_view, Count>& tab
     return rows;
 }
 
-/// The rule once more, as plainly as it can be said: names are put on a pile and taken off it, then the
-/// tables are gone through.
+/// The same rule in its simplest form: resolves the path name by name, then goes through the tables.
 class PlainRule {
 public:
     explicit PlainRule(const UserFolders& user)
@@ -80,7 +79,7 @@ public:
           forbidden_(filledIn(forbiddenTable, user)),
           allowed_(filledIn(allowedTable, user)) {}
 
-    /// Empty for what is no absolute path.
+    /// Empty if `path` is not absolute.
     static std::string tidy(const std::string& path) {
         if (path.empty() || path[0] != '/' || path.find('\0') != std::string::npos)
             return "";
@@ -102,7 +101,7 @@ public:
         return result.starts_with("/private/var/folders/") ? result.substr(8) : result;
     }
 
-    /// A protected place or one below a forbidden prefix, for a path that is tidy.
+    /// Whether a tidy path is protected or below a forbidden prefix.
     [[nodiscard]] bool mustStay(const std::string& item) const {
         return std::ranges::find(protected_, item) != protected_.end() || beginsWithOneOf(item, forbidden_);
     }

@@ -10,15 +10,15 @@
 
 namespace ulvak::test {
 
-/// Swaps once; whether it did.
+/// Swaps once; returns whether it did.
 using Swap = std::function<bool()>;
 
-/// Two entries in one step.
+/// Swaps two entries atomically.
 [[nodiscard]] inline Swap exchanging(std::string one, std::string other) {
     return [one = std::move(one), other = std::move(other)] { return exchange(one, other) == 0; };
 }
 
-/// Swaps things for one another, without pause while it is on.
+/// Swaps things for each other without pause while it is on.
 class Swapper {
 public:
     Swapper() : thread_([this] { work(); }) {}
@@ -31,7 +31,7 @@ public:
     Swapper(const Swapper&) = delete;
     Swapper& operator=(const Swapper&) = delete;
 
-    /// Returns when it has swapped once.
+    /// Returns after the first swap.
     void start(Swap swap) {
         swap_ = std::move(swap);
         isOn_ = true;
@@ -39,7 +39,7 @@ public:
         isAtWork_.wait(false);
     }
 
-    /// Returns when it rests.
+    /// Returns once swapping has stopped.
     void stop() {
         isOn_ = false;
         isAtWork_.wait(true);
@@ -53,7 +53,7 @@ private:
             isOn_.wait(false);
             if (quits_)
                 return;
-            swap();  // before it is said: this thread may get no more time in this round
+            swap();  // first, because this thread may get no more time in this round
             setAtWork(true);
             while (isOn_ && !quits_)
                 swap();
@@ -71,7 +71,7 @@ private:
         isAtWork_.notify_one();
     }
 
-    Swap swap_;  // handed over by `isOn_`
+    Swap swap_;  // published by `isOn_`
     std::atomic<bool> isOn_ = false;
     std::atomic<bool> isAtWork_ = false;
     std::atomic<bool> quits_ = false;

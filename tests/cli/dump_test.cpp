@@ -31,7 +31,7 @@ std::string listing(const std::vector<Finding>& findings) {
     return Diagnostics::listing({}, findings, folders);
 }
 
-/// What follows the summary and its empty line.
+/// The listing after the summary and its empty line.
 std::string sections(const std::vector<Finding>& findings) {
     const std::string text = listing(findings);
     return text.substr(text.find("\n\n") + 2);
@@ -101,7 +101,7 @@ TEST(Dump, HostileNamesStayOnOneLineOfValidText) {
         "  1 MB       [Kural] a\uFFFD== b\uFFFD[2J\uFFFD  —  /x/a\uFFFD== b\uFFFD[2J\uFFFD\uFFFD\uFFFD\n");
 }
 
-/// Answers in the order given.
+/// Gives the answers in order.
 class ScriptedModel : public platform::LanguageModel {
 public:
     using Answer = std::expected<std::string, platform::ModelError>;

@@ -1,4 +1,4 @@
-// The program itself, as a user starts it.
+// The program as a user starts it.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -37,7 +37,7 @@ Shell::Result shell(const std::string& line) {
     return result.value_or(Shell::Result{.status = -1});
 }
 
-/// A home with one finding of each level, and the environment that makes it this user's.
+/// A home with one finding per level, and the environment that makes it this user's.
 class Program : public testing::Test {
 protected:
     TempTree tree{
@@ -144,7 +144,7 @@ TEST_F(Program, HostileNamesStayOneLineEach) {
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// The sanitizers reserve more than any limit leaves.
+// The sanitizers reserve more memory than any limit allows.
 TEST_F(Program, WithoutEnoughMemoryItSaysSoAndEnds) {
     const std::string deep(200, 'n');
     TempTree many;
@@ -153,7 +153,7 @@ TEST_F(Program, WithoutEnoughMemoryItSaysSoAndEnds) {
     int withoutMemory = 0;
     for (int limit = 20'000; limit <= 160'000; limit += 10'000) {
         const Shell::Result result = shell("ulimit -v " + std::to_string(limit) + "; ulvak --dump");
-        // The linker says 127 where not even the program fits.
+        // The dynamic linker exits with 127 if even the program does not fit.
         ASSERT_THAT(result.status, testing::AnyOf(0, 1, 127)) << limit << ": " << result.error;
         if (result.status == 1) {
             EXPECT_EQ(result.output, "");
@@ -165,7 +165,7 @@ TEST_F(Program, WithoutEnoughMemoryItSaysSoAndEnds) {
 }
 #endif
 
-/// Everything that a scan must leave as it was, by path, the folder itself included.
+/// Everything a scan must leave unchanged, by path, including the folder itself.
 std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) {
     std::map<std::string, std::vector<std::int64_t>> result = {{path, test::stateOf(path)}};
     for (const auto& entry : std::filesystem::recursive_directory_iterator(path))
@@ -174,7 +174,7 @@ std::map<std::string, std::vector<std::int64_t>> state(const std::string& path) 
 }
 
 TEST_F(Program, DumpChangesNothing) {
-    // What the window would put aside or write anew, and where programs keep what they know.
+    // What the window would set aside or rewrite, and where programs keep their data.
     tree.add("ev", {folder("veri", {folder("Ulvak", {test::textFile("verdicts.json", "bozuk")})}),
                     folder("ayar"), folder("durum"), folder("onbellek"), folder("calisma")});
     const ScopedEnvironment folders{{"XDG_DATA_HOME", tree.path("ev/veri")},
@@ -186,7 +186,7 @@ TEST_F(Program, DumpChangesNothing) {
     EXPECT_EQ(shell("cd \"$HOME\" && ulvak --dump --ai").status, 0);
     auto after = state(tree.path());
 #ifdef __SANITIZE_THREAD__
-    // At the start it makes a file of its own in the folder for temporary files, and removes it again.
+    // It creates a temporary file at startup and removes it again.
     before.erase(tree.path("gecici/T"));
     after.erase(tree.path("gecici/T"));
 #endif
@@ -223,7 +223,7 @@ TEST_F(Program, TheWindowsProgramIsToldOfNoRelativeFolder) {
 }
 
 TEST_F(Program, WithoutTheWindowsProgramItSaysSo) {
-    // Away from where it was built there is no window beside it.
+    // Away from the build folder there is no window program beside it.
     std::filesystem::copy_file(ULVAK_PROGRAM, tree.path("ulvak"));
     for (const char* options : {"", " --ai", " --level=safe --autoscan --select-first"}) {
         const Shell::Result result = shell("'" + tree.path("ulvak") + "'" + options);

@@ -11,7 +11,7 @@ namespace ulvak {
 namespace {
 
 TEST(DiskInfo, IsTheCapacityOfTheStartUpVolume) {
-    constexpr std::int64_t ofOthers = 1'000'000'000;  // who write at the same time
+    constexpr std::int64_t ofOthers = 1'000'000'000;  // tolerance for concurrent writes by others
     const auto before = platform::volumeCapacity("/");
     const auto disk = DiskInfo::current();
     const auto after = platform::volumeCapacity("/");

@@ -89,7 +89,7 @@ TEST(FormatBytes, NegativeCountsHaveASign) {
     EXPECT_EQ(Format::bytes(std::numeric_limits<std::int64_t>::min()), "-9,22 EB");
 }
 
-/// The decimal number `count` × 10^-shift.
+/// `count` × 10^-shift as a decimal number.
 std::string decimalText(std::uint64_t count, std::size_t shift) {
     std::string digits = std::to_string(count);
     if (digits.size() <= shift)
@@ -104,7 +104,7 @@ icu::number::LocalizedNumberFormatter turkishNumbers(int fractionDigits) {
         .roundingMode(UNUM_ROUND_HALFEVEN);
 }
 
-/// The same rules put together from the number formatting of the Unicode library.
+/// The same rules implemented with ICU's number formatting.
 std::string bytesByLibrary(std::int64_t count) {
     static const std::array formatters = {turkishNumbers(0), turkishNumbers(1), turkishNumbers(2)};
     constexpr std::array<std::pair<const char*, std::size_t>, 7> units = {
@@ -128,7 +128,7 @@ std::string bytesByLibrary(std::int64_t count) {
 TEST(FormatBytes, AgreesWithTheUnicodeLibrary) {
     std::mt19937_64 random(20'240'229);
     for (int i = 0; i < 100'000; ++i) {
-        // Every magnitude is as likely, and numbers near a half and near the next unit are common.
+        // All magnitudes are equally likely, and numbers near a half or the next unit are common.
         auto count = static_cast<std::int64_t>(random() >> (random() % 64U));
         if (i % 3 == 0) {
             std::int64_t step = 1;
@@ -145,7 +145,7 @@ TEST(FormatBytes, AgreesWithTheUnicodeLibrary) {
     }
 }
 
-/// A Wednesday at noon, so that no unit turns at midnight by chance.
+/// A Wednesday at noon, so that no unit changes at midnight by chance.
 const Format::Clock::time_point now = sys_days{year{2024} / 5 / 15} + 12h;
 
 std::string turkish(FileTime date) {

@@ -50,7 +50,7 @@ TEST(Glob, MatchesTheWholeText) {
         {"a?c", "abc", true},
         {"?*", "", false},
         {"*?", "abc", true},
-        {"??", "ç", true},  // byte by byte
+        {"??", "ç", true},  // compared bytewise
         {"*", ".hidden", true},
         {"?x", ".x", true},
         {"[.]x", ".x", true},
@@ -144,7 +144,7 @@ TEST(Glob, AZeroByteIsAByteLikeAnother) {
     EXPECT_TRUE(globMatches("a*", std::string_view("a\0b", 3)));
 }
 
-/// Random pieces put together.
+/// Makes random sequences of pieces.
 class Random {
 public:
     using Pieces = std::vector<std::string>;
@@ -161,9 +161,9 @@ private:
     std::mt19937 engine_;
 };
 
-/// Compares with the C library. Left out is what it says of patterns that POSIX leaves open: "/" inside
-/// brackets, named classes, and ranges and backslashes in brackets that are never closed; and an escaped
-/// "/" after a "*", where it is wrong.
+/// Compares with the C library. Skips its results for patterns POSIX leaves undefined: "/" in brackets, named
+/// classes, and ranges and backslashes in unterminated brackets; and for an escaped "/" after a "*", where
+/// the library is wrong.
 void compareWithLibrary(const Random::Pieces& ofPattern, const Random::Pieces& ofText, unsigned seed) {
     ASSERT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
     Random random(seed);
@@ -225,7 +225,7 @@ TEST(Glob, ManyStarsTakeNoExponentialTime) {
 }
 
 TEST(Glob, BracketsThatAreNeverClosedTakeNoMoreTimeThanOtherCharacters) {
-    // With a look for the end at each of them this takes hours.
+    // Searching for the closing bracket at each of these would take hours.
     const std::string text(12'000, '[');
     EXPECT_FALSE(globMatches("*" + std::string(6'000, '[') + "x", text));
 }

@@ -14,15 +14,15 @@
 #include "core/verdict_json.h"
 #include "support/turkish_locale.h"
 
-// A Turkish user's locale changes nothing: there "I" is not the capital of "i", and numbers are written in
-// another way.
+// A Turkish locale changes nothing, although there "I" is not the capital of "i" and numbers are formatted
+// differently.
 
 namespace ulvak {
 namespace {
 
 using namespace std::chrono_literals;
 
-/// Everything whose text a locale could change.
+/// Every text that a locale could affect.
 std::vector<std::string> texts() {
     const FileTime date = std::chrono::sys_days{std::chrono::year{2001} / 9 / 9};
     const auto now = date + std::chrono::days(50'000);

@@ -26,7 +26,7 @@ const UserFolders ayse{.home = "/home/ayse",
                        .cache = "/var/folders/ab/cd/C",
                        .trash = "/home/ayse/.local/share/Trash"};
 
-/// What the folders are in an environment.
+/// The folders in a given environment.
 UserFolders foldersIn(const char* home, const char* temp, std::optional<std::string> data = std::nullopt) {
     const ScopedEnvironment environment(
         {{"HOME", home}, {"TMPDIR", temp}, {"XDG_DATA_HOME", std::move(data)}});
@@ -81,7 +81,7 @@ TEST(HasOwnCache, LinksDoNotHideThatItLiesInTheHomeFolder) {
     EXPECT_FALSE(has("home", "home/outwards/real")) << "as it is written";
 }
 
-/// With these two in `tree`, and the home folder somewhere else.
+/// With these two in `tree` and the home folder elsewhere.
 bool believesIn(const TempTree& tree, const char* temp, const char* cache) {
     return Paths::hasOwnCache(
         {.home = "/home/ayse", .temp = tree.path(temp), .cache = tree.path(cache), .trash = {}});

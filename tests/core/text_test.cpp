@@ -23,7 +23,7 @@ bool isUtf8(const std::string& text) {
 TEST(LowerCased, FoldsWithoutALanguage) {
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},     {"Caches", "caches"}, {"CACHE", "cache"},     {"ISI", "isi"},
-        {"I", "i"},   {"I ğ", "i ğ"},  // the way of text that is not all ASCII
+        {"I", "i"},   {"I ğ", "i ğ"},  // the non-ASCII path
         {"ı", "ı"},   {"İ", "i\u0307"},     {"ÇĞÖŞÜ", "çğöşü"},     {"YEDEKLERİM", "yedekleri\u0307m"},
         {"ΑΣ", "ας"}, {"[@`{", "[@`{"},     {"é\u0301", "é\u0301"},
     };
@@ -67,7 +67,7 @@ TEST(Printable, ReplacesWhatBreaksALine) {
 }
 
 TEST(Printable, ReplacesMarksThatTurnTheWritingDirection) {
-    // "fdp.exe" must not look like "exe.pdf".
+    // "fdp.exe" must not be displayed as "exe.pdf".
     for (const std::string mark : {"\u202a", "\u202b", "\u202c", "\u202d", "\u202e", "\u2066", "\u2067",
                                    "\u2068", "\u2069", "\u200e", "\u200f", "\u061c"})
         EXPECT_EQ(printable("a" + mark + "b"), "a" + replaced + "b") << mark;
@@ -78,9 +78,9 @@ TEST(Printable, ReplacesBytesThatAreNotUtf8) {
     EXPECT_EQ(printable("a\xc3"), "a" + replaced);
     EXPECT_EQ(printable("\xc3(\xa9"), replaced + "(" + replaced);
     EXPECT_TRUE(isUtf8(printable("\xed\xa0\x80")));      // half of a surrogate pair
-    EXPECT_TRUE(isUtf8(printable("\xc0\x80")));          // a zero in two bytes
-    EXPECT_TRUE(isUtf8(printable("\xf4\x90\x80\x80")));  // beyond the last character
-    EXPECT_TRUE(isUtf8(printable("\xf0\x9f\x98")));      // cut off
+    EXPECT_TRUE(isUtf8(printable("\xc0\x80")));          // an overlong null
+    EXPECT_TRUE(isUtf8(printable("\xf4\x90\x80\x80")));  // beyond the last code point
+    EXPECT_TRUE(isUtf8(printable("\xf0\x9f\x98")));      // truncated
 }
 
 TEST(Printable, IsAlwaysUtf8OnOneLineAndChangesNothingTwice) {

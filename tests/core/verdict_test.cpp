@@ -29,7 +29,7 @@ Verdict withoutConfidence() {
     return verdict;
 }
 
-/// A decodable object to spoil one key of.
+/// A decodable object of which tests corrupt one key.
 ordered_json valid() {
     return {{"level", "safe"}, {"title", "t"}, {"explanation", "e"}, {"source", "rule"}, {"confidence", 7}};
 }

@@ -1,7 +1,6 @@
-"""What a screen reader is told: the tree of a program's controls, read anew at every look.
+"""A program's accessibility tree, as a screen reader sees it; read anew on every access.
 
-Read over the accessibility bus itself. The usual library keeps what it has read, and a test must not be shown
-what was true before."""
+Uses the accessibility bus directly: the usual library caches, and a test must not see stale values."""
 
 import gi
 
@@ -22,7 +21,7 @@ STATES = {
     "showing": 25,
     "visible": 30,
 }
-# What a user can do something with; anything else only tells.
+# What a user can act on; anything else is only informative.
 CONTROLS = {
     "push button",
     "button",
@@ -43,7 +42,7 @@ class Gone(Exception):
 
 
 class Node:
-    """A control as it is told. Holds nothing but its address."""
+    """A control as exposed to assistive technology. Holds only its address."""
 
     def __init__(self, bus, owner, path):
         self._bus, self._owner, self._path = bus, owner, path
@@ -102,7 +101,7 @@ class Node:
         return [Node(self._bus, owner, path) for owner, path in told if not path.endswith("/null")]
 
     def below(self):
-        """It and all below it, parents first. What goes while it is read is left out."""
+        """The control and all its descendants, parents first. Omits those that disappear while being read."""
         waiting = [self]
         while waiting:
             node = waiting.pop()
@@ -115,7 +114,7 @@ class Node:
 
 
 def connect():
-    """To the bus that assistive programs share."""
+    """Connects to the bus that assistive programs share."""
     session = Gio.bus_get_sync(Gio.BusType.SESSION, None)
     address = session.call_sync(
         "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
@@ -128,7 +127,7 @@ def connect():
 
 
 def program(bus, pid):
-    """The root of what this process tells; none as long as it tells nothing."""
+    """The root of the process's accessibility tree; None until it exposes one."""
     registry = Node(bus, "org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
     for node in registry.children:
         try:

@@ -1,4 +1,4 @@
-"""A desktop with the program on it, and hands to use it: real keys and a real pointer."""
+"""A desktop running the program, and helpers to use it: real keys and a real pointer."""
 
 import http.server
 import json
@@ -21,7 +21,7 @@ LOOKS_APART_S = 0.03
 
 
 def wait_for(what, look, seconds=PATIENCE_S):
-    """What `look` gives once it gives something true. Fails, saying what was expected, when it never does."""
+    """Polls `look` and returns its first true result. If it never comes, fails naming what was expected."""
     end = time.monotonic() + seconds
     while True:
         try:
@@ -35,7 +35,7 @@ def wait_for(what, look, seconds=PATIENCE_S):
 
 
 class ModelServer:
-    """A language model's server on this machine that lists one model, or says nothing while it is to be silent."""
+    """A local language model server that lists one model, or does not answer while told to be silent."""
 
     def __init__(self):
         speaks = self._speaks = threading.Event()
@@ -63,7 +63,7 @@ class ModelServer:
                 try:
                     super().handle()
                 except ConnectionError:
-                    pass  # whoever asked did not wait
+                    pass  # the client did not wait
 
         self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
         self._server.daemon_threads = True
@@ -80,7 +80,7 @@ class ModelServer:
 
 
 def make_home():
-    """One for all tests: it is large. Below the folder that the script has made, and removed with that."""
+    """One home for all tests, because it is large. Removed with the script's temporary folder it is in."""
     home = pathlib.Path(os.environ["ULVAK_DESKTOP_TEST"]) / "demo"
     options = os.environ["ULVAK_DEMO_HOME_OPTION"].split()
     subprocess.run([ROOT / "scripts/demo-home", home, *options], check=True, stdout=subprocess.DEVNULL, timeout=60)
@@ -88,7 +88,7 @@ def make_home():
 
 
 class DesktopTest(unittest.TestCase):
-    """A program of its own for each test, over the one demo home. Each test takes other items of it."""
+    """Each test runs its own program over the shared demo home, and uses different items of it."""
 
     home = None
 
@@ -106,14 +106,14 @@ class DesktopTest(unittest.TestCase):
             self.check_home()
 
     def check_home(self):
-        """The program finds as much in it as was put there; otherwise each test would miss something else."""
+        """The program must find everything that was put there; otherwise each test would miss something different."""
         told = subprocess.run(
             [PROGRAM, "--dump"], env=self.environment(), check=True, timeout=60, capture_output=True, text=True,
         ).stdout
         self.assertRegex(told, r"^Tarandı: \d+ dosya, 25,\d+ GB", "the size of the home")
 
     def environment(self):
-        """What the program is started with."""
+        """The program's environment."""
         return dict(
             os.environ,
             HOME=str(self.home),
@@ -126,7 +126,7 @@ class DesktopTest(unittest.TestCase):
             LD_PRELOAD=os.environ["ULVAK_DISK"],
             ULVAK_DISK_HOME=str(self.home),
             ULVAK_DISK_HOLD=str(self.hold),
-            # Such a build does not like anything to be loaded before its own library.
+            # An ASan build rejects libraries preloaded before its own.
             ASAN_OPTIONS="verify_asan_link_order=0",
         )
 
@@ -144,7 +144,7 @@ class DesktopTest(unittest.TestCase):
         wait_for("the window has the keyboard", lambda: "active" in self.window.states)
 
     def _tell_failure(self):
-        """Says, when a test has failed, what the window showed then."""
+        """If a test has failed, reports what the window showed."""
         result = self._outcome.result
         has_failed = any(test is self for test, _ in result.failures + result.errors)
         if not has_failed or self.process.poll() is not None:
@@ -164,14 +164,14 @@ class DesktopTest(unittest.TestCase):
         told = accessible.program(self.bus, self.process.pid)
         return next(iter(told.children), None) if told else None
 
-    # What is seen.
+    # What is visible.
 
     def shown(self):
-        """All that shows, in the order in which it is told."""
+        """All visible controls, in tree order."""
         return [node for node in self.window.below() if "showing" in node.states]
 
     def find(self, role, beginning):
-        """The last control of this role whose name begins so: what lies on top."""
+        """The last control with this role whose name starts with `beginning`: the one on top."""
         found = None
         for node in self.shown():
             if node.role in role.split("|") and node.name.startswith(beginning):
@@ -185,11 +185,11 @@ class DesktopTest(unittest.TestCase):
         wait_for(f"no {role} {beginning!r}", lambda: not self.find(role, beginning))
 
     def focused(self):
-        """What has the keyboard: the innermost where a list and its row both say so."""
+        """The focused control: the innermost, if a list and its row both report focus."""
         nodes = [node for node in self.shown() if "focused" in node.states]
         return nodes[-1] if nodes else None
 
-    # What is done.
+    # User input.
 
     def _xdotool(self, *words):
         subprocess.run(["xdotool", *map(str, words)], check=True, timeout=10)
@@ -198,7 +198,7 @@ class DesktopTest(unittest.TestCase):
         self._xdotool("key", "--clearmodifiers", *keys)
 
     def settled_place(self, node):
-        """Where it stays: what has just come may still be moved to make room for the rest."""
+        """Its final position: new items may still be moved to make room for others."""
         before = None
 
         def look():
@@ -217,7 +217,7 @@ class DesktopTest(unittest.TestCase):
         self._xdotool("click", "--repeat", times, "--delay", 20, button)
 
     def tab_to(self, role, beginning):
-        """Goes there with the Tab key alone."""
+        """Moves the focus there using only the Tab key."""
         for _ in range(40):
             node = self.focused()
             if node and node.role in role.split("|") and node.name.startswith(beginning):
@@ -236,7 +236,7 @@ class DesktopTest(unittest.TestCase):
     # What the desktop knows.
 
     def _window_property(self, kind, name):
-        """The texts of a property of the program's window."""
+        """The strings in a property of the program's window."""
         window = subprocess.run(
             ["xdotool", "search", "--pid", str(self.process.pid), "--name", "."],
             check=True, timeout=10, capture_output=True, text=True,
@@ -248,7 +248,7 @@ class DesktopTest(unittest.TestCase):
         return re.findall('"([^"]*)"', told)
 
     def window_classes(self):
-        """The names by which a window manager knows the program's window."""
+        """The names a window manager knows the program's window by."""
         return self._window_property("8s", "WM_CLASS")
 
     def window_title(self):
@@ -256,14 +256,14 @@ class DesktopTest(unittest.TestCase):
         return self._window_property("8u", "_NET_WM_NAME")[0]
 
     def entry(self, key):
-        """A line of the desktop entry that is installed."""
+        """A value from the installed desktop entry."""
         text = (ROOT / "packaging/linux/ulvak.desktop").read_text()
         return re.search(f"^{key}=(.*)$", text, re.MULTILINE)[1]
 
     # What is on the disk.
 
     def trash(self):
-        """The names of what lies in the Trash."""
+        """The names of the items in the Trash."""
         files = self.data / "Trash/files"
         return set(os.listdir(files)) if files.is_dir() else set()
 
@@ -281,8 +281,9 @@ class DesktopTest(unittest.TestCase):
 
 
 class WaylandTest(DesktopTest):
-    """The program has Wayland alone, from a compositor whose window fills the X display: keys and clicks go the whole
-    way. It shows a program in its full size, so that a place in the program's window is the same place on the screen."""
+    """Gives the program only Wayland, with a compositor whose window fills the X display, so that keys and clicks go
+    all the way through. It shows a program at full size, so positions in its window and on the screen are the
+    same."""
 
     SOCKET = "ulvak-wayland"
 
@@ -321,6 +322,6 @@ class WaylandTest(DesktopTest):
 
     def start(self, *arguments):
         super().start(*arguments)
-        # Where the pointer comes in, the compositor tells nobody; only that it has moved from there.
+        # The compositor does not report where the pointer enters, only later moves.
         for place in (1, 2):
             self._xdotool("mousemove", place, place)

@@ -1,4 +1,4 @@
-"""What a user does, from the outside: keys and clicks go in, and then the window and the disk are looked at."""
+"""What a user does, from the outside: sends keys and clicks, then checks the window and the disk."""
 
 import os
 import signal
@@ -17,7 +17,7 @@ BUTTONS = "push button|button|button menu|push button menu"
 
 
 class Scanned(DesktopTest):
-    """What has been found is shown."""
+    """Waits until the scan's result is shown."""
 
     def setUp(self):
         super().setUp()
@@ -26,12 +26,12 @@ class Scanned(DesktopTest):
         self.see(BUTTONS, "Yeniden oluşur, ")
 
     def open_level(self, title):
-        """By the mouse, in the sidebar."""
+        """Uses the mouse, in the sidebar."""
         self.click(self.see("list item", title + ", "))
         self.see("list", title)
 
     def select(self, title):
-        """By the mouse, in the list."""
+        """Uses the mouse, in the list."""
         row = self.see("list item", title)
         self.click(row)
         wait_for(f"{row!r} is selected", lambda: "selected" in row.states)
@@ -87,7 +87,7 @@ class Cleaning(Scanned):
             self.assertIn("selected", row.states, f"{row!r} stays selected after {key}")
         self.press("Delete")
         self.see("dialog", NPM)
-        # The last one lies on top: the one in the dialog.
+        # The last one is on top: the one in the dialog.
         self.click(wait_for("the button that confirms", self.confirm_button))
         self.see_no("dialog", NPM)
         self.see_no("list item", NPM)
@@ -118,7 +118,7 @@ class Cleaning(Scanned):
         self.assertFalse(self.newly_trashed(), "nothing goes to the Trash")
 
     def confirm_button(self, title=NPM):
-        """In the open dialog, once it may be pressed."""
+        """The open dialog's confirm button, once it is enabled."""
         dialog = self.find("dialog", title)
         for node in dialog.below() if dialog else []:
             if node.role in BUTTONS.split("|") and node.name == "Çöp Kutusuna Taşı" and "enabled" in node.states:
@@ -213,7 +213,7 @@ class Telling(DesktopTest):
     """What a screen reader is told, and where the Tab key leads."""
 
     def check_controls(self, page):
-        """Every control has a name, and says that it can be used."""
+        """Every control has a name and reports itself as usable."""
         controls = [node for node in self.shown() if node.role in accessible.CONTROLS]
         self.assertGreater(len(controls), 7, f"controls on the page {page}")
         for node in controls:
@@ -221,8 +221,8 @@ class Telling(DesktopTest):
             self.assertIn("focusable", node.states, f"{page}: {node!r} can have the keyboard")
 
     def stops(self):
-        """What Tab can lead to. Rows are reached by the arrow keys of their list; and of every text the toolkit says
-        that it can have the keyboard."""
+        """What Tab can reach. Rows are reached with their list's arrow keys; and Qt reports every text as
+        focusable."""
         reached_otherwise = {"list item", "menu item", "label"}
         return {
             node for node in self.shown()
@@ -230,7 +230,7 @@ class Telling(DesktopTest):
         }
 
     def check_round(self, page):
-        """Tab comes to everything that says it can have the keyboard, and back to where it began."""
+        """Tab reaches everything that reports itself focusable, and returns to where it started."""
         start = wait_for("something has the keyboard", self.focused_stop)
         expected, reached = self.stops(), [start]
         while len(reached) < 60:
@@ -249,7 +249,7 @@ class Telling(DesktopTest):
         self.assertFalse(missed, f"{page}: expected Tab to reach these; it reached {reached}")
 
     def focused_stop(self):
-        """What has the keyboard, the list and not its row."""
+        """The focused control; the list rather than its row."""
         return next((n for n in self.shown() if "focused" in n.states and n.role != "list item"), None)
 
     def selected(self):

@@ -1,10 +1,10 @@
-// The disk as the tests of the desktop want it, preloaded into the program, below the folder ULVAK_DISK_HOME,
-// whose path has no links:
-// - A sparse file looks as if all its bytes were there, so that a home of 25 GB takes 4 MB.
-// - As long as there is a file ULVAK_DISK_HOLD, the disk does not answer.
+// Makes the disk behave as the desktop tests need. Preloaded into the program; applies below the folder
+// ULVAK_DISK_HOME, a path without links:
+// - Sparse files appear fully allocated, so that a home of 25 GB takes 4 MB.
+// - While the file ULVAK_DISK_HOLD exists, the disk does not answer.
 //
-// The program learns by statx(2) alone what a file holds. Should it ever ask in another way, it would find a
-// home with next to nothing in it.
+// The program queries allocated sizes only through statx(2). If it ever used another call, it would find a
+// nearly empty home.
 
 #define _GNU_SOURCE
 
@@ -31,7 +31,7 @@ static bool isHomeOrBelow(const char* path) {
     return strncmp(path, home, length) == 0 && (path[length] == '/' || path[length] == '\0');
 }
 
-// `path` as statx(2) takes it: from the root, or from the folder that is open.
+// `path` as passed to statx(2): absolute, or relative to an open folder.
 static bool isInHome(int folder, const char* path) {
     if (path[0] == '/')
         return isHomeOrBelow(path);
@@ -48,7 +48,7 @@ static bool isInHome(int folder, const char* path) {
     return isHomeOrBelow(target);
 }
 
-// A file with no block at all is meant to hold nothing.
+// A file without any blocks stands for an empty one.
 static bool isSparse(const struct statx* info) {
     return S_ISREG(info->stx_mode) && info->stx_blocks > 0 && info->stx_blocks * 512 < info->stx_size;
 }

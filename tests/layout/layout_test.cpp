@@ -15,7 +15,7 @@
 #include "layout/project.h"
 #include "support/temp_tree.h"
 
-// What holds for the source files themselves, and what no compiler would notice.
+// Rules about the source files themselves that no compiler would check.
 
 namespace ulvak {
 namespace {
@@ -25,7 +25,7 @@ using test::project;
 using test::textOf;
 
 struct Source {
-    std::string path;  ///< from the project's folder on
+    std::string path;  ///< relative to the project's folder
     std::string text;
 };
 
@@ -102,7 +102,7 @@ TEST(Layout, FoldersIncludeOnlyWhatStandsBelowThem) {
         {"app", {"platform", "core", "scan", "survey", "ai", "store", "clean"}},
         {"ui", {"core", "cli", "app"}},
     };
-    // What others take of the scan: what it yields, and how it measures a Trash.
+    // What other folders use of the scan: its results, and how it measures a Trash.
     const std::map<std::string, std::set<std::string>> records = {
         {"classify", {"scan/dir_node.h", "scan/linked_file.h"}},
         {"clean", {"scan/disk_walker.h"}},
@@ -111,7 +111,7 @@ TEST(Layout, FoldersIncludeOnlyWhatStandsBelowThem) {
     for (const Source& source : sources({"src"})) {
         const std::string inside = source.path.substr(std::string_view("src/").size());
         if (!inside.contains('/'))
-            continue;  // what wires the rooms together
+            continue;  // the files that wire the folders together
         const std::string folder = inside.substr(0, inside.find('/'));
         ASSERT_TRUE(below.contains(folder)) << folder << " is no room that this test knows";
         for (std::sregex_iterator match(source.text.begin(), source.text.end(), include), end; match != end;
@@ -126,7 +126,7 @@ TEST(Layout, FoldersIncludeOnlyWhatStandsBelowThem) {
     }
 }
 
-/// The words of a CMakeLists.txt, comments left out.
+/// The words of a CMakeLists.txt, without comments.
 std::set<std::string> wordsOf(const fs::path& list) {
     const std::string text = std::regex_replace(textOf(list), std::regex("#[^\n]*"), "");
     const std::regex word(R"([^\s()]+)");
@@ -138,7 +138,7 @@ TEST(Layout, EveryTestIsBuilt) {
         if (!source.path.ends_with("_test.cpp"))
             continue;
         const fs::path path = project() / source.path;
-        // What only one system has lies one folder deeper, and is built by the same list.
+        // Files for a single system are one folder deeper and built by the same list.
         fs::path folder = path.parent_path();
         if (!fs::exists(folder / "CMakeLists.txt"))
             folder = folder.parent_path();
@@ -156,8 +156,7 @@ bool isUtf8(const std::string& bytes) {
     return status == U_BUFFER_OVERFLOW_ERROR || U_SUCCESS(status);
 }
 
-/// What people wrote: neither what is built from it, nor what the fuzzers are to begin with, whose faults are
-/// meant.
+/// Files people wrote: neither build output nor fuzzing seeds, whose faults are intended.
 bool isWritten(const fs::path& path) {
     static const std::set<fs::path> others = {".git", ".cache", "build", "docs/images", "fuzz/corpus"};
     return !others.contains(path.lexically_relative(project()));

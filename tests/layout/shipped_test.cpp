@@ -9,7 +9,7 @@
 #include "layout/project.h"
 #include "support/temp_tree.h"
 
-// What is shipped beside the program says of it what it says of itself.
+// Files shipped with the program must agree with what the program says about itself.
 
 namespace ulvak {
 namespace {
@@ -23,7 +23,7 @@ using testing::IsSubsetOf;
 using testing::SizeIs;
 using Words = std::set<std::string>;
 
-/// All that the pattern's group, or without one the pattern, matches.
+/// All matches of the pattern's group, or of the whole pattern if it has none.
 Words matches(const std::string& text, const std::string& pattern) {
     const std::regex words(pattern);
     return {std::sregex_token_iterator(text.begin(), text.end(), words, words.mark_count() > 0 ? 1 : 0), {}};
@@ -38,7 +38,7 @@ Words helpedOptions() {
     return matches(text.substr(begin, text.find(")\"", begin) - begin), longOption);
 }
 
-/// A manual page, without what tells a hyphen from a minus.
+/// A manual page, without the escapes that distinguish hyphens from minus signs.
 std::string page(const std::string& name) {
     return std::regex_replace(textOf(project() / "docs/man" / name), std::regex(R"(\\-)"), "-");
 }
@@ -90,7 +90,7 @@ TEST(Shipped, TheDesktopEntryHasTheNameOfTheApplicationsPage) {
                 HasSubstr("<name>" + *entry.begin() + "</name>"));
 }
 
-// A desktop under X knows by it which entry an open window belongs to. The toolkit takes the program's name.
+// X desktops use it to match open windows to their entry. Qt takes it from the program's name.
 TEST(Shipped, TheDesktopEntryNamesTheWindowsClass) {
     const Words named =
         matches(textOf(project() / "packaging/linux/ulvak.desktop"), R"(\nStartupWMClass=([^\n]+))");

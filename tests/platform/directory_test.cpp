@@ -43,7 +43,7 @@ struct Seen {
     std::optional<FileTime> modified;
 };
 
-/// The rest of a listing; each name must come once.
+/// The remaining entries of a listing; each name must occur once.
 std::map<std::string, Seen> rest(EntryReader& reader) {
     std::map<std::string, Seen> seen;
     while (const DirectoryEntry* entry = reader.next()) {
@@ -54,7 +54,7 @@ std::map<std::string, Seen> rest(EntryReader& reader) {
     return seen;
 }
 
-/// The names of a whole listing in its order, each with the number of the piece that it came in.
+/// The names of a whole listing in order, each with the number of its piece.
 using Order = std::vector<std::pair<std::size_t, std::string>>;
 
 void takeRest(EntryReader& reader, Order& order) {
@@ -127,7 +127,7 @@ TEST(Directory, SaysThatAFolderMayNotBeListed) {
 }
 
 TEST(Directory, OpensFoldersOfOtherUsers) {
-    // Only an owner may ask for a listing that leaves the access date alone.
+    // Only the owner may request a listing that does not update the access time.
     const TempTree tree({folder("a", {file("inside")})});
     if (const auto reason = test::whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
@@ -145,7 +145,7 @@ TEST(Directory, IsClosedOnceAndByItsLastOwner) {
     Directory first = opened(tree.path());
     EXPECT_EQ(openHandles(), before + 1);
     Directory second = std::move(first);
-    EXPECT_FALSE(first.isOpen());  // NOLINT(bugprone-use-after-move): what moving leaves is promised
+    EXPECT_FALSE(first.isOpen());  // NOLINT(bugprone-use-after-move): the moved-from state is specified
     EXPECT_TRUE(second.isOpen());
     EXPECT_EQ(openHandles(), before + 1);
     second = opened(tree.path("a"));
@@ -223,7 +223,7 @@ TEST(Directory, OpensPathsOfEveryLengthAroundTheLongestThatOneCallTakes) {
     const std::string name(50, 'n');
     const std::string chain = tree.addChain(name, 90);
     const Directory top = opened(tree.path());
-    // The last name's length moves the end of the path over the limit byte by byte.
+    // Moves the end of the path across the limit, byte by byte.
     for (std::size_t length = PATH_MAX - 11; length <= PATH_MAX + 9; ++length) {
         const std::size_t whole = (length - 2) / 51 * 51;
         const std::string parent = chain.substr(0, whole - 1);
@@ -362,7 +362,7 @@ TEST(EntryReader, ReadsOnePieceAfterTheOtherFromWhereTheFolderStands) {
             ++pieces;
             while (const DirectoryEntry* entry = reader.nextOfPiece())
                 EXPECT_TRUE(seen.emplace(entry->name).second) << "twice: " << entry->name;
-            // Another folder between two pieces takes nothing from the first.
+            // Reading another folder between two pieces loses nothing from the first.
             ASSERT_EQ(::lseek(small.handle(), 0, SEEK_SET), 0);
             ASSERT_TRUE(reader.readPiece(small).value_or(false));
             const DirectoryEntry* inside = reader.nextOfPiece();
@@ -422,7 +422,7 @@ TEST(Directory, KnowsItselfAgainWhereverItIs) {
 TEST(EntryReader, ALinkHasNothingOfTheEntryBeforeIt) {
     const FileTime old = std::chrono::sys_days{std::chrono::year{2001} / 2 / 3};
     TempTree tree;
-    // In whatever order the system lists them, some link comes after a file.
+    // In any listing order, some link comes after a file.
     for (int i = 0; i < 20; ++i)
         tree.add({file("file " + std::to_string(i), 1'000'000).modifiedAt(old),
                   link("link " + std::to_string(i), "x")});
@@ -437,7 +437,7 @@ TEST(EntryReader, ALinkHasNothingOfTheEntryBeforeIt) {
 
 TEST(EntryReader, HasTheDateOfFilesAndFolders) {
     const FileTime before1970 = std::chrono::sys_days{std::chrono::year{1935} / 6 / 7} + 8h + 999'999us;
-    // Some file systems count nanoseconds in 64 bits, which end in 2262.
+    // Some file systems store nanoseconds in 64 bits, which overflow in 2262.
     const FileTime farFuture = std::chrono::sys_days{std::chrono::year{2262} / 1 / 1} + 1us;
     const TempTree tree(
         {file("old").modifiedAt(before1970), folder("new", {file("x")}).modifiedAt(farFuture)});
@@ -610,7 +610,7 @@ TEST(EntryReader, SeveralTakeTurnsInOneListing) {
 }
 
 TEST(EntryReader, PassesOverEntriesThatTheSystemDoesNotDescribe) {
-    // Who may list a folder but not enter it learns names and nothing else.
+    // With permission to list but not enter a folder, only names can be read.
     const TempTree tree({folder("names-only", {file("a", 1'000'000), folder("b")}).withMode(0444)});
     if (const auto reason = test::whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
@@ -654,7 +654,7 @@ TEST(Handles, RunningOutIsToldFromOtherErrors) {
         const std::error_code openingBelow = held.front().openBelow("a/b").error();
         held.pop_back();
         const bool isOneEnough = held.front().openBelow("a/b").has_value();
-        held.clear();  // the sanitizers' own looks need some
+        held.clear();  // the sanitizers need some for their own checks
         EXPECT_TRUE(isOutOfHandles(opening));
         EXPECT_TRUE(isOutOfHandles(openingBelow));
         EXPECT_TRUE(isOneEnough);

@@ -37,7 +37,7 @@ std::vector<std::string> names(const std::string& path) {
     return found;
 }
 
-/// Sampled files by name; how many of each.
+/// The number of sampled files, by name.
 std::map<std::string, int> sampled(const std::string& path) {
     FileSample sample(path);
     std::map<std::string, int> found;
@@ -46,7 +46,7 @@ std::map<std::string, int> sampled(const std::string& path) {
     return found;
 }
 
-/// Long ago, so that any look that renews it is seen, relatime or not.
+/// Sets it far in the past, so that any update shows, even with relatime.
 void setAccessDate(const std::string& path) {
     const timespec times[2] = {{.tv_sec = 1'000'000'000, .tv_nsec = 0}, {.tv_sec = 0, .tv_nsec = UTIME_OMIT}};
     ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);

@@ -17,7 +17,7 @@ using test::TempTree;
 
 class ReachTest : public testing::Test {
 protected:
-    /// What is at these places of the tree is another volume, of a server.
+    /// Treats these places of the tree as separate volumes on servers.
     [[nodiscard]] Reach reach(const std::vector<std::string>& servers = {},
                               Reach::Others others = Reach::Others::prompt) const {
         std::vector<Mount> mounts = {{.path = "/", .volume = 1}, {.path = "/proc", .volume = 2}};
@@ -49,7 +49,7 @@ TEST_F(ReachTest, LeadsWhereItsTargetIs) {
 TEST_F(ReachTest, GoesUpAndThroughOtherLinks) {
     tree.add({link("up", "a/../file"), link("through", "a/over/file"), link("back", "a/over/up"),
               link("wide", "a/over/self/self/../b/up"), link("twice", "through"),
-              link("not-up", "a/over/../file"),  // what `over` leads to has another parent: a
+              link("not-up", "a/over/../file"),  // the target of `over` has another parent: a
               link("far-up", "../../../../../../../../../../../../../../.."),
               link("out-and-in", "../" + tree.path().substr(tree.path().rfind('/') + 1) + "/file")});
     for (const char* name : {"up", "through", "back", "wide", "twice", "far-up", "out-and-in"})
@@ -120,7 +120,8 @@ TEST_F(ReachTest, IncludesTheVolumesOfItsFoldersAndOthersThatAnswer) {
         for (const char* path :
              {"/", "/usr", "/home", "/home/ayse", "/home/ayse/x", "/again/x", "/scratch/t"})
             EXPECT_TRUE(reach.includes(path)) << path;
-        // The first is only on the way: what else is in it may have to be mounted by a service that is gone.
+        // The first is on a volume that is only on the way: anything else there may have to be mounted by a
+        // service that is gone.
         for (const char* path : {"/home/ali", "/home/ayse/nas", "/home/ayse/nas/x", "/data/nas"})
             EXPECT_FALSE(reach.includes(path)) << path;
         for (const char* path : {"/home/ayse/disk", "/data/x"})

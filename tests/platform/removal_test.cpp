@@ -69,7 +69,7 @@ TEST(Removal, FiveThousandFoldersInOneAnother) {
 
 TEST(Removal, GetsAlongWithFewHandles) {
     TempTree tree({folder("item")});
-    // Wide and deep: every closed folder has others left to go on with.
+    // Wide and deep: every closed folder has siblings left to continue with.
     for (int chain = 0; chain < 30; ++chain) {
         const std::string name = "item/" + std::to_string(chain);
         tree.add("item", {folder(std::to_string(chain), {textFile("a", "a"), folder("b"), folder("z")})});
@@ -148,7 +148,7 @@ TEST(Removal, TwoAtOnceInTheSameTreeDoNotFail) {
     other.join();
     EXPECT_FALSE(exists(tree.path("item/tree")));
     for (const auto& result : results) {
-        // Who comes last may find the item gone from the start.
+        // A late one may find the item gone from the start.
         if (!result) {
             EXPECT_EQ(result.error().code, std::errc::no_such_file_or_directory) << result.error().path;
         }
@@ -245,7 +245,7 @@ TEST(Removal, AnotherMountOfTheSameDiskIsNotEntered) {
     });
 }
 
-/// Folders of a tree whose names say that their contents live elsewhere. The disk has none: they are empty.
+/// Folders of a tree marked as having their contents elsewhere. They are empty on disk.
 class Elsewhere {
 public:
     explicit Elsewhere(const TempTree& tree) {
@@ -321,7 +321,7 @@ TEST(Removal, AFolderThatOthersRemoveMeanwhileMayHaveLivedElsewhere) {
     EXPECT_FALSE(exists(tree.path("item")));
 }
 
-/// Moves the item aside before its listing ends, as another removal of it does.
+/// Moves the item aside before its listing ends, as a concurrent removal does.
 posix::RemovalCalls withAnotherThatMovesTheItemAside(const TempTree& tree) {
     posix::RemovalCalls calls;
     calls.read = [&tree](EntryReader& reader, const Directory& folder) {

@@ -37,7 +37,7 @@ Directory opened(const TempTree& tree) {
     return folder ? std::move(*folder) : Directory();
 }
 
-/// So many from the first folder on.
+/// This many threads from the first folder on.
 posix::RemovalCalls together(std::size_t workers = 4) {
     posix::RemovalCalls calls;
     calls.workers = workers;
@@ -60,7 +60,7 @@ testing::AssertionResult isRemoved(const TempTree& tree, const posix::RemovalCal
     return testing::AssertionSuccess();
 }
 
-/// Folders with files and folders in them, in three levels.
+/// Folders containing files and folders, three levels deep.
 std::vector<TreeEntry> bushy(int count, std::optional<mode_t> mode = std::nullopt) {
     const auto made = [mode](std::string name, std::vector<TreeEntry> entries) {
         TreeEntry entry = folder(std::move(name), std::move(entries));
@@ -75,7 +75,7 @@ std::vector<TreeEntry> bushy(int count, std::optional<mode_t> mode = std::nullop
     return entries;
 }
 
-/// Lists folders so that the first four who come to ones with these numbers wait there for one another.
+/// Makes the first four threads that list folders with these numbers wait for each other.
 class Meeting {
 public:
     Meeting(std::set<FileNumber> places, posix::RemovalCalls& calls) : places_(std::move(places)) {
@@ -112,7 +112,7 @@ TEST(RemovalTogether, SeveralThreadsTakePartInOneTree) {
     std::set<std::thread::id> threads;
     bool isPatient = true;
     posix::RemovalCalls calls = together();
-    // Below the item nobody goes on before somebody else has come.
+    // Below the item, nobody continues until a second thread has arrived.
     calls.read = [&](EntryReader& reader, const Directory& folder) {
         struct stat info{};
         if (::fstat(folder.handle(), &info) == 0 && info.st_ino != itemNumber->second) {
@@ -210,7 +210,7 @@ TEST(RemovalTogether, AFolderThatAllWantToChangeAtOnceIsOpenedToAll) {
     }
 }
 
-/// Folders of any shape, fewer levels deep than are held open; the names say nothing of the shape.
+/// Folders of random shape, with fewer levels than are kept open; the names do not reveal the shape.
 std::vector<std::string> makeFolders(const TempTree& tree, unsigned seed) {
     constexpr int count = 150;
     constexpr std::size_t deepest = 12;

@@ -14,7 +14,7 @@
 #include "support/environment.h"
 #include "support/temp_tree.h"
 
-// The services that answer with what this very machine has: what holds for their answers everywhere.
+// Services that report on this very machine: what holds for their answers everywhere.
 
 namespace ulvak::platform {
 namespace {
@@ -72,7 +72,7 @@ TEST(Trash, OfTheSystemsOwnHomeIsEmptiedByAProgramWithAnAbsolutePath) {
     EXPECT_FALSE(trashEmptyingCommand(tree.path("Trash"))) << "a folder beside it";
     if (!fileInfo(homeDirectory()))
         GTEST_SKIP() << "this user's home is not there";
-    // The home by another name is still the same one.
+    // Another path to the home folder is still the home folder.
     const test::TempTree names({test::link("home", homeDirectory())});
     const test::ScopedEnvironment linked({{"HOME", names.path("home")}});
     EXPECT_TRUE(trashEmptyingCommand(trashDirectory(homeDirectory())));

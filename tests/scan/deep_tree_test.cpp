@@ -1,4 +1,4 @@
-// Trees deeper than any path, stack and budget of handles.
+// Trees deeper than any path length, stack or handle limit.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -27,7 +27,7 @@ using test::folder;
 using test::inChild;
 using test::TempTree;
 
-/// A disk may take a millisecond for each folder that is removed.
+/// On a disk, removing a folder may take a millisecond.
 class InMemory {
 public:
     InMemory()
@@ -47,7 +47,7 @@ void allowHandles(rlim_t most) {
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
 }
 
-/// One folder after the other, each the only child.
+/// The depth of a chain of only children.
 int depthOf(const DirNode& root) {
     int depth = 0;
     for (const DirNode* node = &root; !node->children.empty(); node = &node->children.front())
@@ -62,7 +62,7 @@ long peakMemory() {
     return usage.ru_maxrss;
 }
 
-// Whatever grows with the square of the depth would take hours here, or a terabyte.
+// Anything quadratic in the depth would take hours here, or a terabyte.
 
 TEST(DeepTree, IsKeptToTheBottomAndScannedWithFewHandlesAndLittleMemory) {
     const InMemory memory;
@@ -115,8 +115,7 @@ TEST(DeepTree, LeadsNowhereElseWhenItsFoldersAreMovedMeanwhile) {
     }
     inChild([&] {
         allowHandles(16);
-        // While a folder lies outside, ".." leads there from below, to a folder of the very name that comes
-        // next.
+        // While a folder is moved out, ".." from below leads to a folder with the very name that comes next.
         const std::jthread mover([&](const std::stop_token& stop) {
             for (int i = 0; !stop.stop_requested(); i = (i + 1) % (chain - 8)) {
                 std::string moved = tree.path("root/m/m/m/m");

@@ -38,7 +38,7 @@ using test::TreeEntry;
 const FileTime old = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
 const FileTime recent = std::chrono::sys_days(std::chrono::year(2020) / 6 / 1);
 
-/// A walk with the counters that it reported to.
+/// A walk and the counters it reported to.
 struct Walk {
     ScanProgress progress;
     DiskWalker walker{.progress = progress, .keepThreshold = 0};
@@ -266,7 +266,7 @@ TEST(DiskWalker, LinkAsARootIsFollowed) {
 }
 
 TEST(DiskWalker, WhatIsNoPlainFileIsCountedAndNeverOpened) {
-    // Opening a FIFO without a writer would wait forever.
+    // Opening a FIFO without a writer would block forever.
     const TempTree tree({fifo("fifo"), socket("socket"), file("plain", 4096)});
     Walk walk;
     EXPECT_EQ(walk.root(tree.path()).fileCount, 3);
@@ -390,7 +390,7 @@ TEST(DiskWalker, FiveThousandNestedFoldersFitTheStackAndThePath) {
     EXPECT_EQ(node->url, "bottom");
 }
 
-/// At each of many levels, sub-folders that have to be entered after the deep one has been.
+/// Adds, at each of many levels, subfolders that have to be entered after the deep one.
 void addLadder(TempTree& tree, int levels) {
     std::string path;
     for (int level = 0; level < levels; ++level) {
@@ -521,7 +521,7 @@ TEST(DiskWalker, SurvivesATreeThatChangesMeanwhile) {
     for (int round = 0; round < 200; ++round) {
         const DirNode root = Walk().root(tree.path());
         EXPECT_GE(root.fileCount, canaries);
-        // A folder that is renamed meanwhile may be met under both names.
+        // A folder renamed during the walk may be counted under both names.
         EXPECT_LT(root.fileCount, 2 * canaries) << "nothing is reached through a link";
     }
 }

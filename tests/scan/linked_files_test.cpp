@@ -65,17 +65,17 @@ TEST(LinkedFiles, AFileWithMoreNamesThanAreCountedStaysAndCountsOnce) {
     EXPECT_EQ(others.bytes(), 100);
 }
 
-/// Names are thrown into places, and the places into one another, as chance has it; what comes out is what a
-/// map of all names says.
+/// Names are distributed over collections and the collections merged in random order; the result matches a
+/// map of all names.
 TEST(LinkedFiles, AreTheSameWhateverTheOrder) {
     std::mt19937 random(7);
     const auto number = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
     for (int round = 0; round < 300; ++round) {
         std::vector<LinkedFiles> places(static_cast<std::size_t>(number(1, 20)));
-        std::map<std::uint64_t, std::pair<int, int>> truth;  // names on the disk, names here
+        std::map<std::uint64_t, std::pair<int, int>> truth;  // names on the disk, names seen
         std::vector<std::uint64_t> names;
         for (int i = number(0, 200); i > 0; --i) {
-            // Numbers that follow one another, and some that fall on one slot.
+            // Consecutive numbers, and some that collide in one slot.
             const std::uint64_t file = static_cast<std::uint64_t>(i) << (i % 3 == 0 ? 32 : 0);
             const int here = number(1, 5);
             truth[file] = {std::max(here + number(-1, 1), 2), here};

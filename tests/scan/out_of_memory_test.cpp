@@ -24,7 +24,7 @@ using test::inChild;
 using test::TempTree;
 using test::TreeEntry;
 
-/// Something of everything that takes memory: kept folders and files, several names, levels.
+/// Some of everything that takes memory: kept folders and files, several names, levels.
 std::vector<TreeEntry> treeOfEverything() {
     std::vector<TreeEntry> entries = {folder("first", {file("x", 8192)})};
     for (int i = 0; i < 12; ++i) {
@@ -35,7 +35,7 @@ std::vector<TreeEntry> treeOfEverything() {
             inside.push_back(file("a file with a name of its own " + std::to_string(j), 4096));
         entries.push_back(folder("a folder with a long name " + std::to_string(i), inside));
     }
-    // Of which several workers take pieces.
+    // Large enough for several workers to share.
     std::vector<TreeEntry> large = {folder("in it", {file("x", 4096)}), hardLink("y", "first/x")};
     for (int i = 0; i < 900; ++i)
         large.push_back(file(std::string(200, 'n') + std::to_string(i), i % 300 == 0 ? 4096 : 0));
@@ -43,7 +43,7 @@ std::vector<TreeEntry> treeOfEverything() {
     return entries;
 }
 
-/// How many files were counted; nothing when memory ran out.
+/// The number of files counted; empty if memory ran out.
 std::optional<std::int64_t> filesIn(const std::string& path, unsigned workers) {
     ScanProgress progress;
     std::vector<TreeWalk::Root> roots;

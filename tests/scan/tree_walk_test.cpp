@@ -24,7 +24,7 @@ namespace {
 using test::TempTree;
 using test::TreeEntry;
 
-/// A tree that random numbers grow: wide and flat in some places, deep in others.
+/// A random tree: wide and flat in some places, deep in others.
 class RandomTree {
 public:
     explicit RandomTree(unsigned seed) : random_(seed) {}
@@ -61,10 +61,10 @@ private:
     }
 
     std::mt19937 random_;
-    std::vector<std::string> files_;  ///< that have been made by the time the next entry is
+    std::vector<std::string> files_;  ///< created before the current entry
 };
 
-/// All files below a folder, by their numbers: their sizes, the names that were seen, and all their names.
+/// A file below a folder, by its number: its size, the names seen, and its link count.
 struct PlainFile {
     std::int64_t size = 0;
     std::uint64_t seen = 0;
@@ -86,7 +86,7 @@ std::int64_t heldElsewhere(const PlainFiles& files) {
     return sum;
 }
 
-/// The walk as it would be written if there were all the time in the world.
+/// The walk in its simplest form, regardless of speed.
 DirNode plainWalk(const std::string& path, std::string url, std::optional<FileTime> date,
                   std::int64_t keepThreshold, PlainFiles& around) {
     PlainFiles all;
@@ -215,8 +215,8 @@ TEST(TreeWalk, WorkersShareOneFolderThatHoldsEverything) {
     }
 }
 
-/// A folder of so many entries that its listing comes in several pieces: among them folders, files of every
-/// size and second names, of each other and of a file elsewhere.
+/// A folder with so many entries that it is listed in several pieces: folders, files of every size, and
+/// second names, both of each other and of a file elsewhere.
 TreeEntry largeFolder(int entries) {
     std::vector<TreeEntry> large;
     for (int i = 0; i < entries; ++i) {
@@ -267,7 +267,7 @@ TEST(TreeWalk, CountsWhatStaysInALargeFolderWhoseFilesComeAndGo) {
         ScanProgress progress;
         TreeWalk walk(rootAt(tree.path()), {.keepThreshold = 1, .workers = 4}, progress, {});
         const std::vector<DirNode> nodes = walk.run();
-        // 5988 files in it, one in each of its 12 folders, and that elsewhere.
+        // 5988 files in it, one in each of its 12 folders, and the one elsewhere.
         ASSERT_EQ(nodes.front().fileCount, 6001) << round;
         ASSERT_EQ(progress.files(), 6001) << round;
     }

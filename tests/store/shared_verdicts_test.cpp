@@ -14,7 +14,7 @@
 #include "store/verdict_store.h"
 #include "support/temp_tree.h"
 
-// Several programs with one file.
+// Several programs sharing one file.
 
 namespace ulvak {
 namespace {
@@ -26,7 +26,7 @@ using testing::IsEmpty;
 using testing::Key;
 using testing::SizeIs;
 
-/// Stores that could be in programs of their own, with one clock for all.
+/// Stores as if in separate programs, with one shared clock.
 class SharedVerdictsTest : public testing::Test {
 protected:
     VerdictStore& start(VerdictStore::Runner run = {}) {
@@ -36,7 +36,7 @@ protected:
         store.save({.level = level, .title = "ad", .source = VerdictSource::user},
                    Finding{.id = id, .size = 1});
     }
-    /// Saves that the disk does not take.
+    /// Saves made here cannot be written to the disk.
     void withoutADisk(const std::function<void()>& body) const {
         const std::string away = tree.path("elsewhere");
         std::filesystem::rename(tree.path("Ulvak"), away);
@@ -232,7 +232,7 @@ TEST_F(SharedVerdictsTest, AChangeDuringTheJobIsForTheNext) {
     VerdictStore late(
         path,
         [&] {
-            // Asked for in the midst of merging, when another has the same entry.
+            // Called during a merge, while another program has the same entry.
             if (store != nullptr && std::exchange(isFirst, false))
                 save(*store, "/a", SafetyLevel::safe);
             return now;

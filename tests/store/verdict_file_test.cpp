@@ -37,13 +37,13 @@ const VerdictEntry byModel{.verdict = {.level = SafetyLevel::regenerable,
 
 constexpr std::string_view goodVerdict = R"({"level":"safe","title":"t","explanation":"e","source":"user"})";
 
-/// A file of one entry, its three members as given.
+/// A file with one entry, made of these three members.
 std::string file(std::string_view verdict, std::string_view size = "1", std::string_view date = "2") {
     return R"({"/a":{"verdict":)" + std::string(verdict) + R"(,"size":)" + std::string(size) + R"(,"date":)" +
            std::string(date) + "}}";
 }
 
-/// A verdict with one more member.
+/// A verdict with one additional member.
 std::string verdictWith(std::string_view member) {
     return std::string(goodVerdict.substr(0, goodVerdict.size() - 1)) + "," + std::string(member) + "}";
 }

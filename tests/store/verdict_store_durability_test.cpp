@@ -25,7 +25,7 @@
 #include "support/isolation.h"
 #include "support/temp_tree.h"
 
-// What becomes of the file when a program dies, when two write at once, and when the disk does not take it.
+// What happens to the file when a program dies, when two write at once, and when the disk does not accept it.
 
 namespace ulvak {
 namespace {
@@ -45,7 +45,7 @@ void saveOne(VerdictStore& store, const std::string& id, std::int64_t size) {
     store.save(label, Finding{.id = id, .size = size});
 }
 
-/// A child that runs `body`, which may report numbers to this process.
+/// A child process that runs `body`, which may report numbers to this process.
 class Child {
 public:
     using Report = std::function<void(std::int32_t)>;
@@ -68,7 +68,7 @@ public:
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    /// The next number that it reports, in its time; -1 when it is no more.
+    /// Waits for the next number reported; -1 once the child is gone.
     [[nodiscard]] std::int32_t next() const {
         std::int32_t number = -1;
         return ::read(read_.get(), &number, sizeof number) == sizeof number ? number : -1;
@@ -81,7 +81,7 @@ public:
         (void)wait();
     }
 
-    /// Whether it came to its end by itself.
+    /// Whether it exited by itself.
     [[nodiscard]] bool wait() {
         int status = 0;
         const bool ended = ::waitpid(process_, &status, 0) == process_;
@@ -94,8 +94,8 @@ private:
     platform::FileDescriptor read_;
 };
 
-/// Kills `child` somewhere in its work: after some reports, and then some time, less than two saves take.
-/// Returns the last number that it reported, which may be one from after that moment.
+/// Kills `child` at a random point: after some reports plus some time, less than two saves take. Returns the
+/// last number reported, possibly from after that point.
 std::int32_t killSomewhere(Child& child, std::minstd_rand& random) {
     const auto maxReports = std::uniform_int_distribution<int>(1, 30)(random);
     std::int32_t last = -1;
@@ -124,7 +124,7 @@ TEST(VerdictStoreDurability, HoldsEverySaveThatHadReturnedWhenTheProgramWasKille
     const TempTree tree;
     const std::string path = tree.path("Ulvak/verdicts.json");
     const auto idOf = [](std::int32_t number) { return "/" + std::to_string(number % ids); };
-    std::minstd_rand random(20'251'128);  // NOLINT(bugprone-random-generator-seed): the same walk every time
+    std::minstd_rand random(20'251'128);  // NOLINT(bugprone-random-generator-seed): reproducible
     std::int32_t done = -1;
     int kills = 0;
     int leftovers = 0;
@@ -146,7 +146,7 @@ TEST(VerdictStoreDurability, HoldsEverySaveThatHadReturnedWhenTheProgramWasKille
         ASSERT_THAT(store.entries(), SizeIs(testing::Ge(static_cast<std::size_t>(std::min(done + 1, ids)))));
         for (std::int32_t number = std::max(0, done - ids + 1); number <= done; ++number) {
             const std::int64_t held = store.entries().at(idOf(number)).size;
-            // The save that was under way may have come through, too.
+            // The save in progress may have succeeded too.
             ASSERT_TRUE(held == number || (held == number + ids && held == done + 1))
                 << number << " " << held;
         }
@@ -168,7 +168,7 @@ TEST(VerdictStoreDurability, HoldsWhatTwoProgramsHadSavedWhicheverOfThemIsKilled
     const auto idOf = [](int writer, std::int32_t number) {
         return "/" + std::to_string(writer) + "/" + std::to_string(number % ids);
     };
-    std::minstd_rand random(20'261'122);  // NOLINT(bugprone-random-generator-seed): the same walk every time
+    std::minstd_rand random(20'261'122);  // NOLINT(bugprone-random-generator-seed): reproducible
     std::array<std::int32_t, 2> done = {-1, -1};
     const auto start = [&](int writer) {
         return std::make_unique<Child>(
@@ -183,7 +183,7 @@ TEST(VerdictStoreDurability, HoldsWhatTwoProgramsHadSavedWhicheverOfThemIsKilled
     };
     for (int round = 0; round < rounds; ++round) {
         const std::array writers = {start(0), start(1)};
-        // First the one, in the midst of the other's work, and then the other.
+        // Kill one during the other's work, then the other.
         const auto victim = static_cast<std::size_t>(round % 2);
         done.at(victim) = std::max(done.at(victim), killSomewhere(*writers.at(victim), random));
         done.at(1 - victim) = std::max(done.at(1 - victim), killSomewhere(*writers.at(1 - victim), random));
@@ -214,7 +214,7 @@ TEST(VerdictStoreDurability, TwoProgramsThatWriteAtOnceNeverTearTheFileAndLoseNo
         return [&path, &start, prefix, entries](const Child::Report& report) {
             VerdictStore store(path);
             report(0);
-            char sign = 0;  // neither may read what the other has written
+            char sign = 0;  // neither child may read what the other has written
             if (::read(start->read.get(), &sign, 1) != 1)
                 ::_exit(1);
             for (int i = 0; i < saves; ++i)
@@ -291,14 +291,14 @@ TEST(VerdictStoreDurability, AReadOnlyFolderLeavesTheOldFile) {
     });
 }
 
-/// A file with one label, which this user may not read for now.
+/// A file with one label that this user may temporarily not read.
 class UnreadableVerdicts : public testing::Test {
 protected:
     void SetUp() override {
         if (const auto reason = test::whyNotUnprivileged(tree.path()))
             GTEST_SKIP() << *reason;
     }
-    /// Runs it as a user whom permissions hold back, with a store that could not read the file.
+    /// Runs `body` as a user subject to permissions, with a store that could not read the file.
     void run(const std::function<void(VerdictStore&)>& body) const {
         test::asUnprivileged([&] {
             {
@@ -322,7 +322,7 @@ protected:
 
     TempTree tree{{folder("Ulvak")}, TempTree::Owner::unprivileged};
     std::string path = tree.path("Ulvak/verdicts.json");
-    mutable std::string text;  ///< of the file
+    mutable std::string text;  ///< the file's content
 };
 
 TEST_F(UnreadableVerdicts, AreReadBeforeTheFirstSave) {

@@ -45,7 +45,7 @@ const Verdict guess{.level = SafetyLevel::caution,
 const Verdict ruled{
     .level = SafetyLevel::safe, .title = "Kayıtlar", .explanation = "Gider.", .source = VerdictSource::rule};
 
-/// What an analysis yields.
+/// A finding as an analysis returns it.
 Finding findingOf(std::int64_t size, const Verdict& original = guess, const std::string& id = "/a") {
     Finding finding{.id = id, .size = size};
     setCurrentVerdict(finding, original);
@@ -56,7 +56,7 @@ class VerdictStoreTest : public testing::Test {
 protected:
     [[nodiscard]] std::string path() const { return tree.path("Ulvak/verdicts.json"); }
 
-    /// What a later run makes of a finding for which `verdict` was stored at `storedSize`.
+    /// The verdict a later run gives a finding for which `verdict` was stored at `storedSize`.
     [[nodiscard]] Verdict afterwards(const Verdict& verdict, std::int64_t storedSize, Finding now) const {
         VerdictStore(path()).save(verdict, findingOf(storedSize));
         VerdictStore(path()).apply(now);

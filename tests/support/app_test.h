@@ -15,34 +15,34 @@
 
 namespace ulvak::test {
 
-/// A finding of the Trash action, judged by a rule.
+/// A finding with the Trash action, judged by a rule.
 [[nodiscard]] Finding staged(const std::string& id, SafetyLevel level = SafetyLevel::safe,
                              std::int64_t size = 100);
 [[nodiscard]] Finding guessed(const std::string& id, SafetyLevel level = SafetyLevel::keep);
 [[nodiscard]] Verdict answer(SafetyLevel level = SafetyLevel::regenerable);
 
-/// An application over a staged world whose model is there and fails. What is not staged is real.
+/// An application over a staged world whose model is available but fails. Anything not staged is real.
 class AppTest : public testing::Test {
 protected:
     AppTest();
 
-    /// The next scan; one that was not staged finds nothing.
+    /// Queues the next scan; an unstaged scan finds nothing.
     void stage(StagedScan scan) { world.stage(std::move(scan)); }
-    /// Starts the application anew.
+    /// Restarts the application.
     AppModel& start();
     /// Destroys it.
     void end() { app_.reset(); }
-    /// With the result of a scan.
+    /// Starts with the result of a scan.
     AppModel& startWith(std::vector<Finding> findings);
-    /// Scans until it is done.
+    /// Scans to completion.
     void scanFor(std::vector<Finding> findings);
 
     [[nodiscard]] std::vector<std::string> ids() const;
-    /// The verdicts file as a program started now would read it.
+    /// The verdicts file as a newly started program would read it.
     [[nodiscard]] VerdictEntries remembered() const;
     [[nodiscard]] AppModel& app() { return *app_; }
 
-    /// Runs an operation to its end.
+    /// Runs an operation to completion.
     void analyze(const std::string& id, const std::string& note = "");
     void clean(std::vector<std::string> which, CleanMode mode = CleanMode::trash);
     void emptyTrash();
@@ -59,7 +59,7 @@ private:
     std::unique_ptr<AppModel> app_;
 };
 
-/// Runs the event loop until a task of the application has ended.
+/// Runs the event loop until an application task has finished.
 void runToEnd(QCoro::Task<> task);
 
 }  // namespace ulvak::test

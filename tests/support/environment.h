@@ -8,7 +8,7 @@
 
 namespace ulvak::test {
 
-/// Sets environment variables, or unsets those without a value, and puts back what was there.
+/// Sets environment variables, unsetting those without a value; restores the old values at the end.
 class ScopedEnvironment {
 public:
     using Variable = std::pair<std::string, std::optional<std::string>>;

@@ -11,11 +11,11 @@ using namespace std::chrono_literals;
 
 void waitInEventLoop() {
     betweenLooks = [] {
-        QTimer look;  // what the test waits for need not come as an event
+        QTimer look;  // the awaited condition need not come with an event
         look.setObjectName(testsTimer);
         look.start(2ms);
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        // Only a loop that runs does so by itself.
+        // Only a running event loop delivers these by itself.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     };
 }

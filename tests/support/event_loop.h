@@ -6,10 +6,10 @@
 
 namespace ulvak::test {
 
-/// Lets `waitUntil` turn the event loop of the thread that waits. Once, in `main`.
+/// Makes `waitUntil` run the calling thread's event loop. Call once, in `main`.
 void waitInEventLoop();
 
-/// The name of the timer with which that looks.
+/// The object name of the polling timer.
 inline constexpr QLatin1StringView testsTimer("waitUntil");
 
 }  // namespace ulvak::test

@@ -42,8 +42,8 @@ bool FailingAllocation::hasFailed() const {
 
 }  // namespace ulvak::test
 
-// The standard library's other forms call these; the address sanitizer has forms of its own, so that what is
-// deleted in the same way must be allocated here.
+// The standard library's other forms call these. The address sanitizer replaces each form separately, so
+// every form whose memory is freed the same way must be defined here.
 
 void* operator new(std::size_t size, const std::nothrow_t& /*none*/) noexcept {
     return ulvak::test::fails() ? nullptr : std::malloc(size == 0 ? 1 : size);

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-/// Memory that runs out. Not part of the support library: a test that lists the source has its `operator new`
-/// replaced by one that can be told to fail.
+/// Simulates running out of memory. Not part of the support library: a test that lists this source file has
+/// its `operator new` replaced by one that can be made to fail.
 namespace ulvak::test {
 
-/// While it lives, and until `stop`, allocations fail: the one with this number, counted from 0, and with
-/// `andAllAfter` every later one too, on any thread. One at a time.
+/// Until `stop` or destruction, the allocation with this number (from 0) fails, and with `andAllAfter` every
+/// later one too, on any thread. Only one instance at a time.
 class FailingAllocation {
 public:
     enum class Which : std::uint8_t { one, andAllAfter };
@@ -18,7 +18,7 @@ public:
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
     void stop();
-    /// Whether so many were asked for that one has failed.
+    /// Whether the failing allocation was reached.
     [[nodiscard]] bool hasFailed() const;
 };
 

@@ -9,8 +9,8 @@
 
 namespace ulvak::test {
 
-/// A finding as a scan reports it. What a test leaves out follows: of the id and the only path each is the
-/// other, the title is the last name of the id, and the verdict is the first one.
+/// A finding as a scan reports it. Fills in what a test leaves out: the id from the only path or vice versa,
+/// the title from the id's last component, and the current verdict as the original one.
 [[nodiscard]] inline Finding asFound(Finding finding) {
     if (finding.urls.empty())
         finding.urls = {finding.id};
@@ -22,13 +22,13 @@ namespace ulvak::test {
     return finding;
 }
 
-/// One that a rule has judged.
+/// Judged by a rule.
 [[nodiscard]] inline Finding finding(const std::string& path, SafetyLevel level,
                                      std::int64_t size = 1'000'000'000) {
     return asFound({.id = path, .size = size, .level = level, .explanation = "Açıklama.", .fileCount = 1234});
 }
 
-/// The same, judged by its name.
+/// The same, guessed from its name.
 [[nodiscard]] inline Finding guessed(Finding finding) {
     finding.source = finding.original.source = VerdictSource::heuristic;
     return finding;

@@ -8,7 +8,7 @@ namespace ulvak::test {
 void Gate::pass(std::stop_token stop) {
     std::unique_lock lock(mutex_);
     ++arrived_;
-    // A test that has failed opens it no more, and its application waits for the worker.
+    // A failed test may never open the gate, and its application waits for the worker.
     changed_.wait_for(lock, std::move(stop), std::chrono::minutes(5), [this] { return isOpen_; });
 }
 

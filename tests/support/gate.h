@@ -6,14 +6,14 @@
 
 namespace ulvak::test {
 
-/// Holds workers back until the test lets them go. Shut at first. Threads: any.
+/// Blocks workers until the test opens it. Closed at first. Thread-safe.
 class Gate {
 public:
-    /// Returns when the gate is open, at a stop, or after far longer than a test waits for anything.
+    /// Returns once the gate is open, on a stop, or after a timeout far longer than any test waits.
     void pass(std::stop_token stop = {});
     void open() { set(true); }
     void shut() { set(false); }
-    /// How many have come to the gate so far.
+    /// How many calls of `pass` there have been.
     [[nodiscard]] int arrived() const;
 
 private:

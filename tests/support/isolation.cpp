@@ -14,8 +14,7 @@
 #include "support/system.h"
 
 #ifdef ULVAK_COVERAGE
-/// Of the compiler, which counts the lines that are reached at the end of a process. A child ends without
-/// one.
+/// GCC's coverage counters are written when a process exits normally. A child skips that.
 extern "C" void __gcov_dump();  // NOLINT(clang-diagnostic-*): its own name
 #endif
 
@@ -26,7 +25,7 @@ std::string systemError(const std::string& what) {
     return what + ": " + std::strerror(errno);
 }
 
-/// Prepares a child; what went wrong, or nothing.
+/// Prepares a child; returns the error, if any.
 using Preparation = std::function<std::optional<std::string>()>;
 
 int failedParts() {
@@ -58,13 +57,13 @@ bool hasOtherThreads() {
         if (std::chrono::steady_clock::now() > deadline)
             return true;
         std::this_thread::sleep_for(
-            std::chrono::milliseconds(1));  // one that was joined is listed a moment longer
+            std::chrono::milliseconds(1));  // a joined thread is listed a moment longer
     }
     return false;
 }
 
-/// What went wrong, or nothing. A lock that another thread holds at this moment, as in the allocator, would
-/// stay locked in the child for ever.
+/// Returns the error, if any. A lock that another thread holds at the fork, such as the allocator's, would
+/// stay locked in the child forever.
 std::optional<std::string> forked(const Preparation& prepare, const Body& body) {
     if (hasOtherThreads())
         return "a child cannot be forked beside other threads";
@@ -78,7 +77,7 @@ std::optional<std::string> forked(const Preparation& prepare, const Body& body) 
 #ifdef ULVAK_COVERAGE
         __gcov_dump();
 #endif
-        ::_exit(status);  // no destructors: they would remove what belongs to the parent
+        ::_exit(status);  // no destructors: they would remove the parent's files
     }
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {

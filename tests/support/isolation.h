@@ -7,9 +7,9 @@
 #include <source_location>
 #include <string>
 
-/// Test bodies that must not change the test's own process. Each runs in a forked child: what it expects
-/// is checked and printed there, and the test fails when anything did or when the child dies. They return
-/// whether all is well, for tests that go on from there.
+/// Runs test bodies that must not affect the test's own process. Each runs in a forked child, which checks
+/// and prints its expectations; the test fails if any fail or the child dies. Returns whether everything
+/// passed.
 ///
 ///     if (const auto reason = whyNotUnprivileged(tree.path()))
 ///         GTEST_SKIP() << *reason;
@@ -21,25 +21,25 @@ using Body = std::function<void()>;
 /// With this user's rights.
 bool inChild(const Body& body, std::source_location where = std::source_location::current());
 
-/// As a user who owns nothing and may do nothing special; as this user if that is not root.
+/// As a user without any files or privileges, or as the current user if not root.
 bool asUnprivileged(const Body& body, std::source_location where = std::source_location::current());
 
-/// With mounts of its own: what the body mounts is seen by nobody else and goes with the child.
+/// With a private mount namespace: what the body mounts is invisible to others and goes away with the child.
 bool withPrivateMounts(const Body& body, std::source_location where = std::source_location::current());
 
-/// Why `asUnprivileged` would prove nothing about what lies in `path`; nothing when it works.
+/// Why `asUnprivileged` would prove nothing about the contents of `path`; empty if it works.
 [[nodiscard]] std::optional<std::string> whyNotUnprivileged(const std::string& path);
 
-/// Why this user cannot mount; nothing when it works.
+/// Why this user cannot mount; empty if it works.
 [[nodiscard]] std::optional<std::string> whyNoPrivateMounts();
 
-/// An empty file system in memory over `path`; only inside `withPrivateMounts`.
+/// Mounts an empty in-memory file system at `path`; only inside `withPrivateMounts`.
 [[nodiscard]] testing::AssertionResult mountMemory(const std::string& path, const std::string& options = "");
 
-/// The folder `source` shown at `path` too; only inside `withPrivateMounts`.
+/// Bind-mounts the folder `source` at `path`; only inside `withPrivateMounts`.
 [[nodiscard]] testing::AssertionResult mountAgain(const std::string& source, const std::string& path);
 
-/// The user and group that `asUnprivileged` changes to.
+/// The user and group id used by `asUnprivileged`.
 inline constexpr unsigned unprivilegedId = 65534;
 
 }  // namespace ulvak::test

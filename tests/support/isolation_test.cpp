@@ -29,7 +29,7 @@ TEST(Isolation, FailsWhenTheBodyThrowsOrDies) {
 }
 
 TEST(Isolation, FailsWhenWhatTheBodyExpectsIsNotSo) {
-    // In another child, for these failures must not become this test's.
+    // In another child, so that these failures do not count as this test's.
     std::fflush(nullptr);
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);

@@ -6,13 +6,13 @@
 
 namespace ulvak::test {
 
-/// Sees what is opened of what lies in a folder.
+/// Reports which entries of a folder are opened.
 ///
 ///     if (const auto reason = OpenWatch::whyNone())
 ///         GTEST_SKIP() << *reason;
 class OpenWatch {
 public:
-    /// Why there is none on this system; nothing where there is.
+    /// Why this system has none; empty if it does.
     [[nodiscard]] static std::optional<std::string> whyNone();
 
     explicit OpenWatch(const std::string& path);
@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] bool isWatching() const { return watch_ >= 0; }
 
-    /// Names opened since the last call; the folder itself has none.
+    /// Names opened since the last call; opening the folder itself is not reported.
     [[nodiscard]] std::vector<std::string> opened() const;
 
 private:

@@ -9,7 +9,7 @@
 
 namespace ulvak::test {
 
-/// A list that other threads add to and the test reads.
+/// A list that other threads append to and the test reads.
 template <typename Value>
 class Record {
 public:
@@ -23,7 +23,7 @@ public:
         return values_;
     }
     [[nodiscard]] std::size_t size() const { return values().size(); }
-    /// All there are once there are so many, or when those have not come in a minute.
+    /// The whole list, once it has `count` values or a minute has passed.
     [[nodiscard]] std::vector<Value> waitFor(std::size_t count) const {
         std::unique_lock lock(mutex_);
         grown_.wait_for(lock, std::chrono::minutes(1), [&] { return values_.size() >= count; });

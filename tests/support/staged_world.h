@@ -17,10 +17,10 @@
 
 namespace ulvak::test {
 
-/// What one scan does, and until when.
+/// What one scan reports, and when it may finish.
 struct StagedScan {
     std::vector<Finding> findings;
-    std::shared_ptr<Gate> gate;  ///< passed after counting, if there is one
+    std::shared_ptr<Gate> gate;  ///< passed after the counters are set, if present
     std::int64_t files = 0;
     std::int64_t bytes = 0;
     std::int64_t denied = 0;
@@ -28,11 +28,11 @@ struct StagedScan {
     bool heedsStop = true;
 };
 
-/// Bytes in a Trash. Threads: any.
+/// The bytes in a Trash. Thread-safe.
 struct StagedTrash {
     std::atomic<std::int64_t> fromHere = 0;
     std::atomic<std::int64_t> others = 0;
-    // While they have any bytes.
+    // Used while the respective bytes are not 0.
     std::atomic<std::int64_t> itemsFromHere = 1;
     std::atomic<std::int64_t> otherItems = 1;
 
@@ -48,23 +48,23 @@ struct StagedTrash {
     }
 };
 
-/// The folders of the user of the staged world, with the Trash where this system usually has it.
+/// The staged user's folders, with the Trash where this system usually has it.
 [[nodiscard]] const UserFolders& ayse();
 
-/// What the application is told about the world, and what it asked of it: scans find what they are told, a
-/// model answers, nothing runs, removals work.
-/// Threads: fields are set before the services are used or while nothing runs; calls can be read any time.
-/// It outlives what uses its services.
+/// Stages what the application is told about the world and records what it asks for: scans return what is
+/// staged, a model answers, no applications run, removals succeed.
+/// Threads: set fields before the services are used or while nothing is running; calls can be read any time.
+/// Must outlive whatever uses its services.
 class StagedWorld {
 public:
     StagedWorld();
     StagedWorld(const StagedWorld&) = delete;
     StagedWorld& operator=(const StagedWorld&) = delete;
 
-    /// Over all that follows. A test replaces what it stages in another way.
+    /// Backed by the fields below. A test replaces those it stages differently.
     AppServices services;
 
-    /// The next scan. When there is none, it is as the fields say.
+    /// Queues a scan. With an empty queue, a scan returns the fields below.
     void stage(StagedScan scan);
     std::vector<Finding> result;
     std::int64_t files = 0;
@@ -84,7 +84,7 @@ public:
     std::shared_ptr<StagedTrash> trash = std::make_shared<StagedTrash>();
     std::shared_ptr<Record<std::string>> cleaned = std::make_shared<Record<std::string>>();  ///< ids
 
-    // Open at first, and in the way whatever is stopped.
+    // Initially open; stops do not open them.
     Gate scanGate;
     Gate classifyGate;
     Gate cleanGate;

@@ -49,7 +49,7 @@ timespec timespecOf(FileTime date) {
     return {.tv_sec = seconds.time_since_epoch().count(), .tv_nsec = rest.count()};
 }
 
-/// Root in a container may not be able to: then `whyNotUnprivileged` says that there is no such user.
+/// Root in a container may lack the right to; `whyNotUnprivileged` then says that there is no such user.
 void giveToUnprivileged(int parent, const std::string& name) {
     if (::geteuid() != 0)
         return;
@@ -58,7 +58,7 @@ void giveToUnprivileged(int parent, const std::string& name) {
         checked(result, "chown " + name);
 }
 
-/// Makes declared entries, found relative to open folders.
+/// Creates declared entries, relative to open folder handles.
 class Maker {
 public:
     Maker(int tree, TempTree::Owner owner)
@@ -73,7 +73,7 @@ public:
 
     void makeFolder(int parent, const std::string& name) {
         checked(::mkdirat(parent, name.c_str(), 0755), "mkdir " + name);
-        checked(::fchmodat(parent, name.c_str(), 0755, 0), "chmod " + name);  // whatever the umask
+        checked(::fchmodat(parent, name.c_str(), 0755, 0), "chmod " + name);  // regardless of the umask
         giveAway(parent, name);
     }
 
@@ -120,8 +120,8 @@ private:
             throw std::system_error(errno, std::generic_category(), "write " + entry.name);
     }
 
-    /// Everywhere and for every user only binding makes one, by a path that must be short: so it is done by a
-    /// child that works in the folder.
+    /// Only `bind` creates sockets on every system and for every user. Its path must be short, so a child
+    /// process does it with the folder as its working directory.
     static void createSocket(int parent, const std::string& name) {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
@@ -164,13 +164,13 @@ private:
     bool givesAway_;
 };
 
-/// Empties a tree. Each sub-folder is first moved up into the tree's own folder: so two handles and short
-/// paths are enough for any depth, and no mount is entered, for a mount point cannot be moved.
+/// Empties a tree. Each subfolder is first moved up into the tree's root, so two handles and short paths
+/// suffice for any depth, and no mount is entered, because mount points cannot be moved.
 class Remover {
 public:
     explicit Remover(int tree) : tree_(tree) {}
 
-    /// The first error, if any; what it kept from being removed stays.
+    /// Returns the first error, if any; entries it affected remain.
     std::error_code run() {
         removeIn(tree_);
         while (!moved_.empty()) {
@@ -220,8 +220,8 @@ private:
     }
 
     void moveUp(int folder, const std::string& name) {
-        // Moving and emptying a folder take the right to write in it. A folder of another user's stays shut,
-        // and the move fails.
+        // Moving and emptying a folder require write permission. Another user's folder stays closed, and the
+        // move fails.
         ::fchmodat(folder, name.c_str(), 0700, 0);
         for (;;) {
             std::string there = "removed-" + std::to_string(++count_);
@@ -243,7 +243,7 @@ private:
     std::error_code error_;
 };
 
-/// What is open already would show no mounts that a child has made since.
+/// Opened anew: an older handle would not see mounts made since by a child.
 Handle opened(const std::string& path) {
     return Handle(checked(::open(path.c_str(), folderFlags), "open " + path));
 }

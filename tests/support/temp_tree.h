@@ -12,46 +12,46 @@
 
 namespace ulvak::test {
 
-/// One entry of a declared tree, with what lies below it. Made by the functions that follow.
+/// One declared tree entry with its descendants. Use the functions below to make one.
 struct TreeEntry {
     enum class Kind : std::uint8_t { folder, file, text, link, hardLink, fifo, socket };
 
     Kind kind = Kind::file;
     std::string name;
-    std::int64_t allocated = 0;  ///< bytes, files only; rounded up to whole blocks
-    std::int64_t length = 0;     ///< bytes, files only; a hole from the end of `allocated` on
-    std::string text;            ///< what is in a text file, or where a link leads
+    std::int64_t allocated = 0;  ///< bytes on disk, files only; rounded up to whole blocks
+    std::int64_t length = 0;     ///< bytes, files only; beyond `allocated`, a hole
+    std::string text;            ///< a text file's content or a link's target
     std::vector<TreeEntry> children;
     std::optional<mode_t> mode;
     std::optional<FileTime> modified;
 
-    /// Set after the children are made, so that a folder that nobody may enter can still be filled.
+    /// Applied after the children are created, so that even an inaccessible folder can be filled.
     [[nodiscard]] TreeEntry withMode(mode_t newMode) &&;
     [[nodiscard]] TreeEntry modifiedAt(FileTime date) &&;
 };
 
 [[nodiscard]] TreeEntry folder(std::string name, std::vector<TreeEntry> children = {});
-/// A file that holds that many bytes on disk, without one of them having been written.
+/// A file that occupies this many bytes on disk, without writing any.
 [[nodiscard]] TreeEntry file(std::string name, std::int64_t allocated = 0);
-/// A file of that length that holds nothing on disk.
+/// A file of this length that occupies nothing on disk.
 [[nodiscard]] TreeEntry sparseFile(std::string name, std::int64_t length);
 [[nodiscard]] TreeEntry textFile(std::string name, std::string text);
 [[nodiscard]] TreeEntry link(std::string name, std::string target);
-/// A second name for an entry that was made before; `existing` is relative to the tree.
+/// Another name for an entry created earlier; `existing` is relative to the tree.
 [[nodiscard]] TreeEntry hardLink(std::string name, std::string existing);
 [[nodiscard]] TreeEntry fifo(std::string name);
 [[nodiscard]] TreeEntry socket(std::string name);
 
-/// A real tree in a folder of its own below the folder for temporary files, removed again with everything
-/// that has come to lie in it: whatever its names, depth and modes, following no link and entering no
-/// mount. Folders and files can be read by everybody unless a mode says otherwise.
+/// A real tree in its own folder below the temporary folder. Removed at the end with everything that was
+/// added to it, whatever the names, depth and modes, without following links or entering mounts. Everyone can
+/// read its folders and files unless a mode says otherwise.
 ///
 ///     TempTree tree({folder("a", {file("b", 50'000'000), link("c", "..")})});
 ///
-/// Throws `std::system_error` when the tree cannot be made.
+/// Throws `std::system_error` if the tree cannot be created.
 class TempTree {
 public:
-    /// To whom everything in the tree belongs. Whoever is not root is unprivileged.
+    /// Who owns everything in the tree. Any user but root counts as unprivileged.
     enum class Owner : std::uint8_t { thisUser, unprivileged };
 
     explicit TempTree(const std::vector<TreeEntry>& entries = {}, Owner owner = Owner::thisUser);
@@ -59,20 +59,20 @@ public:
     TempTree(const TempTree&) = delete;
     TempTree& operator=(const TempTree&) = delete;
 
-    /// The tree's own folder: absolute, without links, without a "/" at the end.
+    /// The tree's root: absolute, no links, no trailing "/".
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] std::string path(std::string_view relative) const;
 
-    /// More entries, in the tree's folder or in one below it.
+    /// Adds entries to the root or to a folder in it.
     void add(const std::vector<TreeEntry>& entries) { add("", entries); }
     void add(std::string_view below, const std::vector<TreeEntry>& entries);
 
-    /// `levels` folders of one name, each in the one before, `bottom` in the last, and `beside` beside each.
-    /// Returns the path of the last, relative to the tree; it may be too long for any call.
+    /// Adds `levels` nested folders of the same name, with `bottom` in the innermost and `beside` next to
+    /// each. Returns the innermost's path relative to the tree; it may be too long for any system call.
     std::string addChain(const std::string& name, int levels, const std::vector<TreeEntry>& bottom = {},
                          const std::vector<TreeEntry>& beside = {});
 
-    /// Bytes that one entry holds on disk; a link itself, not where it leads.
+    /// Bytes an entry occupies on disk; does not follow links.
     [[nodiscard]] std::int64_t allocated(std::string_view relative) const;
 
 private:
@@ -81,7 +81,7 @@ private:
     Owner owner_;
 };
 
-/// What a file holds; nothing where it cannot be read.
+/// A file's content; empty if it cannot be read.
 [[nodiscard]] std::string textOf(const std::string& path);
 
 /// Whether there is an entry; a link counts wherever it leads.

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cwctype>
 
-// The C library loses the list of places in LOCPATH each time it opens a locale from there.
-extern "C" const char* __lsan_default_suppressions();  // NOLINT: the name that the sanitizer asks for
+// Suppresses a C library leak: it loses its list of LOCPATH folders each time it opens a locale from there.
+extern "C" const char* __lsan_default_suppressions();  // NOLINT: the name the sanitizer looks for
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:argz_add_sep\n";
 }  // NOLINT

@@ -9,17 +9,17 @@
 
 namespace ulvak::test {
 
-/// Puts the whole process into Turkish, as a Turkish user's program starts: the environment, the C locale
-/// and the C++ locale. There the capital of "i" is "İ", and "I" is that of "ı". Ends with the object.
+/// Switches the whole process to Turkish, as on a Turkish user's machine: the environment, the C locale and
+/// the C++ locale. There, "i" capitalises to "İ", and "I" is the capital of "ı". Restored on destruction.
 class TurkishLocale {
 public:
-    /// Builds the locale where the system has not installed it.
+    /// Builds the locale if the system does not have it.
     TurkishLocale();
     ~TurkishLocale();
     TurkishLocale(const TurkishLocale&) = delete;
     TurkishLocale& operator=(const TurkishLocale&) = delete;
 
-    /// Why the process is not in Turkish; nothing when it is.
+    /// Why the process is not in Turkish; empty if it is.
     [[nodiscard]] std::optional<std::string> whyNot() const;
 
 private:

@@ -6,11 +6,11 @@
 
 namespace ulvak::test {
 
-/// Looks until it holds. Fails after a minute, far longer than anything here takes.
+/// Polls until `holds` returns true. Fails after a minute, far longer than anything here takes.
 [[nodiscard]] testing::AssertionResult waitUntil(const std::function<bool()>& holds);
 
-/// What passes the time between two looks: a short sleep, or what a program with an event loop has set before
-/// its first test (`support/event_loop.h`).
+/// Called between polls: a short sleep, or what a program with an event loop sets before its first test
+/// (`support/event_loop.h`).
 extern void (*betweenLooks)();
 
 }  // namespace ulvak::test

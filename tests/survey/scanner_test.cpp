@@ -45,7 +45,7 @@ struct Scan {
     }
 };
 
-/// The folders of a user with these.
+/// A user's folders with this home and temporary folder.
 UserFolders user(const std::string& home, const std::string& temp) {
     const ScopedEnvironment environment({{"HOME", home}, {"TMPDIR", temp}, {"XDG_DATA_HOME", std::nullopt}});
     return UserFolders::ofCurrentUser();
@@ -73,7 +73,7 @@ TEST(Scanner, MissingRootsContributeNothing) {
     EXPECT_TRUE(Scan(user(tree.path("nobody"), tree.path("missing/T"))).findings.empty());
 }
 
-/// The folder, its tenfold file, and as many more entries.
+/// A folder with ten names of one file.
 test::TreeEntry tenNames(const std::string& folderName, const std::string& where) {
     std::vector<test::TreeEntry> names = {file("film", 409'600'000)};
     for (int i = 1; i < 10; ++i)

@@ -30,7 +30,7 @@ protected:
         click(row(QStringLiteral("a")));
     }
 
-    /// Every visible item that a screen reader is told about as a control.
+    /// Visits every visible item exposed to screen readers as a control.
     void forEachControl(QQuickItem* root,
                         const std::function<void(QQuickItem*, QAccessibleInterface*)>& visit) {
         if (!root->isVisible())
@@ -41,7 +41,7 @@ protected:
         for (QQuickItem* child : root->childItems())
             forEachControl(child, visit);
     }
-    /// Every visible text can be heard: it, what holds it or what stands beside it is told with its words.
+    /// Every visible text is exposed: it, an ancestor or a sibling has its words as a name or description.
     void checkTold(const char* page) {
         SCOPED_TRACE(page);
         forEach(window->contentItem(), [&](QQuickItem* item) {
@@ -65,7 +65,7 @@ protected:
         }
         return false;
     }
-    /// How many visible texts hold the mark; each of them shows it as it is.
+    /// Returns the number of visible texts that contain markup; checks that each shows it literally.
     int checkPlain() {
         settle();
         int count = 0;
@@ -109,7 +109,7 @@ TEST_F(AccessibilityTest, EveryControlOfListAndDetailHasAName) {
     EXPECT_GE(checkNames(), 16);
 }
 
-/// The list keeps its item to be used again.
+/// The list pools its items for reuse.
 TEST_F(AccessibilityTest, ARowThatHasGoneIsNotTold) {
     openDetail();
     const auto told = [&] {
@@ -184,7 +184,7 @@ TEST_F(AccessibilityTest, NoTextThatADiskOrAModelCanWriteIsMarkup) {
     model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
-    // Two in the row; title, explanation, note, model, content and place beside it.
+    // Two in the row; title, explanation, note, model, content and path in the detail column.
     EXPECT_GE(checkPlain(), 8);
     model->list()->selection()->press(1, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("reason")); }));

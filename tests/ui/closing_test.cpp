@@ -41,7 +41,7 @@ TEST_F(ClosingTest, IsNotAskedAboutWhenNothingIsCleaned) {
 TEST_F(ClosingTest, StaysOpenAndCleansOnWhenTheQuestionIsCancelled) {
     cleanBoth();
     closeAndSee(QStringLiteral("confirmClose"));
-    key(Qt::Key_Return);  // keeping it open is what has the focus
+    key(Qt::Key_Return);  // the button that keeps the window open has the focus
     ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("confirmClose")); }));
     stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return !app->isCleaning(); }));

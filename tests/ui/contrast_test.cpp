@@ -36,8 +36,8 @@ bool isText(const QQuickItem& item) {
            item.inherits("ulvak::FigureText");
 }
 
-/// What a picture of the window shows, in both appearances: letters are told from their ground as well as
-/// people need it who do not see well, 4.5 to 1, and the edge of a field to write in, 3 to 1.
+/// Measures a rendered picture of the window in both appearances: text contrasts with its background by at
+/// least 4.5 to 1, as people with low vision need, and text field borders by 3 to 1.
 class ContrastTest : public test::WindowTest, public testing::WithParamInterface<const char*> {
 protected:
     static constexpr double minContrastOfLetters = 4.5;
@@ -45,11 +45,11 @@ protected:
 
     void openIn(const QString& appearance) {
         open();
-        window->resize(1320, 1500);  // nothing is scrolled away
+        window->resize(1320, 1500);  // so that nothing is scrolled out of view
         window->setProperty("appearance", appearance);
         settle();
     }
-    /// How many texts there are, all of them legible.
+    /// Returns the number of texts; checks that each is legible.
     int check(const char* page, const QQuickItem* root = nullptr) {
         SCOPED_TRACE(page);
         for (int turn = 0; turn < 3; ++turn)
@@ -73,7 +73,7 @@ protected:
 
 private:
     int checkBelow(const QQuickItem& item) {
-        if (!item.isVisible() || item.opacity() < 1)  // what cannot be used now is pale on purpose
+        if (!item.isVisible() || item.opacity() < 1)  // disabled items are pale on purpose
             return 0;
         int count = 0;
         if (isText(item) && !item.property("text").toString().isEmpty() && item.width() > 0) {
@@ -88,7 +88,7 @@ private:
             count += checkBelow(*child);
         return count;
     }
-    /// What most of the place shows: letters cover less than half of it.
+    /// The most common colour in the rectangle: letters cover less than half of it.
     QColor groundOf(const QQuickItem& item) {
         const double scale = window->effectiveDevicePixelRatio();
         const QRectF scene = item.mapRectToScene(item.boundingRect());

@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 class DetailViewTest : public test::WindowTest {
 protected:
-    /// The list of the first one's level, with the first one selected and the keyboard in the list.
+    /// Opens the list of the first finding's level, selects that finding and focuses the list.
     void show(std::vector<Finding> findings) {
         const QString level = QString::fromUtf8(info(findings.front().level).rawValue.data());
         const QString title = QString::fromStdString(findings.front().title);
@@ -116,7 +116,7 @@ TEST_F(DetailViewTest, TheDialogActsOnTheFindingItWasOpenedFor) {
     ASSERT_EQ(text(QStringLiteral("detailTitle")), QStringLiteral("b"));
     click(QStringLiteral("moveToTrash"));
     waitForDialog("confirmTrash");
-    // The rows around it change, and so does the finding itself.
+    // The other rows change, and so does the finding itself.
     app->clean({"/v/a"}, CleanMode::trash);
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 2; }));
     app->setLevel(SafetyLevel::keep, "/v/b");
@@ -192,7 +192,7 @@ TEST_F(DetailViewTest, LevelsAreChosenByKeyboardFromTheFirstOn) {
     app->setLevel(SafetyLevel::safe, "/v/a");
     focus(QStringLiteral("relabel"));
     key(Qt::Key_Tab);
-    key(Qt::Key_Backtab, Qt::ShiftModifier);  // the focus is there by keyboard
+    key(Qt::Key_Backtab, Qt::ShiftModifier);  // so that it has keyboard focus
     key(Qt::Key_Space);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("detailLevels")); }));
     settle();
@@ -262,7 +262,8 @@ TEST_F(DetailViewTest, AsksTheModelOnceAtATimeWithTheNote) {
     const int requests = stage.statusRequests;
     click(inPopup(QStringLiteral("rowMenu"), QStringLiteral("analyze")));
     ASSERT_TRUE(waitUntil([&] { return stage.statusRequests > requests; }));
-    // One that may run, asked for after the one that may not, has got as far as it would have.
+    // Sync point: a permitted analysis started after the one that must not run. By the time it runs, the
+    // other would have too.
     app->analyze("/v/b", "");
     ASSERT_TRUE(waitUntil([&] { return stage.count("classify /v/b") == 1; }));
     stage.classifyGate.open();
@@ -308,7 +309,7 @@ TEST_F(DetailViewTest, AButtonHeldDownDoesNotActOnTheNextFinding) {
     QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, middle);
     settle();
     EXPECT_EQ(stage.count("clean"), 0);
-    // The button is not lost by that.
+    // The button still works afterwards.
     click(QStringLiteral("moveToTrash"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
     EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/b"));

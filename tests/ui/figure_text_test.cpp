@@ -17,7 +17,7 @@ QImage picture(FigureText& text) {
     return image;
 }
 
-/// The columns from `begin` on in which something is drawn.
+/// The part of the image from column `begin` on, wide enough for what is drawn there.
 QImage from(const QImage& image, double begin) {
     return image.copy(static_cast<int>(begin), 0, 60, image.height());
 }

@@ -21,7 +21,7 @@ using testing::IsEmpty;
 
 class FindingListModelTest : public AppTest {
 protected:
-    /// Rows of the safe ones, watched by the tester from now on.
+    /// The rows of the safe findings, checked by the model tester from now on.
     FindingListModel& watch(std::optional<SafetyLevel> level = SafetyLevel::safe) {
         findings_ = std::make_unique<FindingsModel>(app());
         findingsTester_ = std::make_unique<QAbstractItemModelTester>(
@@ -238,7 +238,7 @@ TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     EXPECT_EQ(data(1, FindingsModel::isCleaningRole), false);
 }
 
-/// Random lists over few ids, so that most of a list is in the next one too, elsewhere.
+/// Random lists over few ids, so that most of a list reappears in the next, in other positions.
 class FindingListModelProperty : public FindingListModelTest, public testing::WithParamInterface<unsigned> {
 protected:
     std::size_t below(std::size_t bound) { return engine() % bound; }
@@ -254,7 +254,7 @@ protected:
         std::ranges::shuffle(list, engine);
         return list;
     }
-    /// The list as it is, somewhat disturbed.
+    /// A slightly modified copy of the current list.
     std::vector<Finding> disturbed() {
         std::vector<Finding> list;
         for (const FindingPointer& finding : app().findings()) {
@@ -309,8 +309,8 @@ TEST_P(FindingListModelProperty, RowsAlwaysEqualTheListAndThoseThatStayKeepTheir
         bool allStay = true;
         for (const auto& [id, index] : held) {
             const int row = model().rowOf(id);
-            // A row that moved may have been taken out and put in again; one that lives is where its finding
-            // is.
+            // A moved row may have been removed and reinserted; a persistent index that is still valid is on
+            // its finding's row.
             if (index.isValid()) {
                 ASSERT_EQ(index.row(), row) << step << " " << id;
             }

@@ -368,12 +368,12 @@ TEST_F(FindingListTest, TheArrowsOfAMenuPassOverWhatItDoesNotShow) {
     key(Qt::Key_Down);
     key(Qt::Key_Menu);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("rowMenu")); }));
-    key(Qt::Key_Down);  // past the model's line
+    key(Qt::Key_Down);  // past the analysis item
     key(Qt::Key_Right);
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("levelMenu")); }));
     key(Qt::Key_Left);
     ASSERT_TRUE(waitUntil([&] { return !isOpen(QStringLiteral("levelMenu")); }));
-    key(Qt::Key_Down);  // not to the line that would move it
+    key(Qt::Key_Down);  // skips the Trash item
     EXPECT_TRUE(window->activeFocusItem()->isVisible());
     EXPECT_EQ(window->activeFocusItem()->property("text").toString(), QStringLiteral("Etiketi Değiştir"));
 }

@@ -225,7 +225,7 @@ TEST_F(FindingSelectionTest, ShiftDoesNotExtendFromWhatHasGone) {
 
 TEST_F(FindingSelectionTest, TheFocusMovesWithItsRow) {
     selection().press(2, Qt::NoModifier);
-    app->setLevel(SafetyLevel::keep, "/v/2");  // passes to the row of "/v/3"
+    app->setLevel(SafetyLevel::keep, "/v/2");  // focus moves to the row of "/v/3"
     app->setLevel(SafetyLevel::keep, "/v/0");
     ASSERT_EQ(selection().currentRow(), 1);
     EXPECT_EQ(model->list()->rows()->at(1)->id, "/v/3");

@@ -42,7 +42,7 @@ bool isButton(const QQuickItem& item) {
     return item.inherits("QQuickAbstractButton");
 }
 
-/// Where the letters are, in the window.
+/// The bounding box of the glyphs, in window coordinates.
 QRectF painted(const QQuickItem& text) {
     if (isFigures(text))
         return text.mapRectToScene(QRectF(0, 0, text.implicitWidth(), text.implicitHeight()));
@@ -54,7 +54,7 @@ QRectF painted(const QQuickItem& text) {
     return text.mapRectToScene(QRectF(left, 0, width, text.property("contentHeight").toDouble()));
 }
 
-/// Every page in the smallest window, with letters of the usual size and of twice that.
+/// Every page in the smallest window, at normal and double font size.
 class LayoutTest : public test::WindowTest, public testing::WithParamInterface<int> {
 protected:
     LayoutTest() {
@@ -94,7 +94,7 @@ protected:
         for (int turn = 0; turn < 3; ++turn)
             settle();
     }
-    /// Every visible text is whole in its place: sideways in whatever cuts it, and in its button all round.
+    /// Every visible text fits: horizontally in anything that clips it, and in both directions in its button.
     void check(const char* page) {
         SCOPED_TRACE(page);
         place();
@@ -104,7 +104,7 @@ protected:
     const QFont before = QGuiApplication::font();
 
 private:
-    /// Where letters can be seen.
+    /// The area in which text is visible.
     struct Room {
         double left = 0;
         double right = 0;
@@ -130,23 +130,23 @@ private:
         for (const QQuickItem* child : item.childItems())
             checkBelow(*child, room);
     }
-    /// A layout of the toolkit's reads rows that its repeater has deleted, when it is given another size just
-    /// then. One there has a row for each level, always.
+    /// A Qt Quick layout resized at that moment reads items its repeater has deleted. The one allowed here
+    /// always has a row per level.
     static void checkRepeater(const QQuickItem& repeater) {
         EXPECT_TRUE(!repeater.parentItem()->inherits("QQuickLayout") || repeater.objectName() == u"levels")
             << "in " << repeater.parentItem()->metaObject()->className();
     }
-    /// In the line that it belongs to.
+    /// A symbol fits its line.
     static void checkSymbol(const QQuickItem& symbol, const QQuickItem& drawing) {
         const std::string name = symbol.property("name").toString().toStdString();
         const double size = symbol.property("size").toDouble();
-        EXPECT_NEAR(symbol.implicitWidth(), size, 1) << name;  // whole pixels
+        EXPECT_NEAR(symbol.implicitWidth(), size, 1) << name;  // rounded to whole pixels
         EXPECT_NEAR(symbol.height(), size, 1) << name;
         checkPixels(drawing, name);
         EXPECT_GE(symbol.y(), -1) << name;
         EXPECT_LE(symbol.y() + symbol.height(), symbol.parentItem()->height() + 1) << name;
     }
-    /// Each pixel of the drawing is one of the screen: neither larger nor smaller, nor between two.
+    /// Each pixel of the image is exactly one device pixel: not scaled and not between two.
     static void checkPixels(const QQuickItem& drawing, const std::string& name) {
         const double scale = drawing.window()->effectiveDevicePixelRatio();
         EXPECT_EQ(drawing.property("sourceSize").toSizeF(), drawing.size() * scale) << name;
@@ -257,7 +257,7 @@ TEST_P(LayoutTest, BannersEndInTheirButtons) {
     }
 }
 
-/// Whichever way the name is read, the list is read from the left.
+/// Whatever a name's text direction, the list stays left-aligned.
 TEST_P(LayoutTest, NamesOfEveryScriptBeginAtTheLeadingEdge) {
     const std::string name = "שלום עולם";
     stage.result = {finding("/v/" + name, SafetyLevel::safe, 888'888'888'888)};
@@ -287,7 +287,7 @@ TEST_P(LayoutTest, NamesOfEveryScriptBeginAtTheLeadingEdge) {
     model->setSidebar(SidebarItem{SafetyLevel::safe});
     model->list()->selection()->press(0, Qt::NoModifier);
     ASSERT_TRUE(waitUntil([&] { return shows(QStringLiteral("detailView")); }));
-    check(6);  // title and place in the row and beside it, what it is, what lies in it
+    check(6);  // title and path in the row and the detail column, the explanation, the contents
     click(QStringLiteral("removePermanently"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmPermanent")); }));
     check(7);

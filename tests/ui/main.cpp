@@ -9,13 +9,13 @@
 
 Q_IMPORT_PLUGIN(UlvakPlugin)
 
-/// Without a display, and with an application for the windows.
+/// Runs without a display, and with an application for the windows.
 int main(int argc, char* argv[]) {
-    // What whoever runs the tests has set for their own desktop.
+    // Remove the desktop settings of the user who runs the tests.
     for (const char* name : {"QT_QPA_PLATFORMTHEME", "QT_QUICK_CONTROLS_STYLE", "QT_QUICK_CONTROLS_CONF",
                              "QT_STYLE_OVERRIDE", "QT_FONT_DPI", "QT_LOGGING_RULES", "QML_IMPORT_PATH"})
         qunsetenv(name);
-    // A test of small screens brings its own.
+    // Tests of small screens bring their own platform settings.
     if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen:"))
         qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" ULVAK_SCREENS "/desk.json");
     qputenv("QT_QUICK_BACKEND", "software");

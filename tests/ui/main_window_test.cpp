@@ -41,7 +41,7 @@ TEST_F(MainWindowTest, HasItsTitleAndSize) {
     EXPECT_EQ(window->title(), QStringLiteral("Dokunma"));
 }
 
-/// On a large screen, and on the small ones that this is run on too: with room for a frame around it.
+/// On a large screen, and on the small ones this also runs on: with room for a window frame.
 TEST_F(MainWindowTest, IsNeverLargerThanItsScreen) {
     open();
     const QSize room = window->screen()->availableSize();

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 
 class MultiSelectionTest : public test::WindowTest {
 protected:
-    /// All of one level's list, selected.
+    /// Opens one level's list with everything selected.
     void selectAll(std::vector<Finding> findings) {
         const QString level = QString::fromUtf8(info(findings.front().level).rawValue.data());
         stage.result = std::move(findings);
@@ -28,7 +28,7 @@ protected:
         return inPopup(QStringLiteral("confirmSeveral"), QString::fromLatin1(name));
     }
     bool isAsking() { return isOpen(QStringLiteral("confirmSeveral")); }
-    /// Without a list, which only ever holds one level.
+    /// Bypasses the list, which only ever contains one level.
     MultiSelectionModel& modelOf(const std::vector<Finding>& findings) {
         start();
         Findings items;
@@ -103,7 +103,7 @@ TEST_F(MultiSelectionTest, WhatCannotBeCleanedIsSkippedAndCounted) {
     click(QStringLiteral("cleanSeveral"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 1; }));
     EXPECT_THAT(stage.calls(), ElementsAre("scan", "clean trash /v/b"));
-    // One is left of the two, and is shown alone.
+    // One of the two is left and shown as a single finding.
     EXPECT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("a"); }));
 }
 

@@ -16,7 +16,7 @@ using test::waitUntil;
 
 class OverviewTest : public test::WindowTest {
 protected:
-    /// Once the rows have their places.
+    /// Call once the layout is done.
     double width(const QString& name) {
         const QQuickItem* found = item(name);
         return found == nullptr ? 0 : found->width();
@@ -277,7 +277,7 @@ TEST_F(OverviewTest, SegmentsAreAsWideAsWhatTheyStandForAndOnePointApart) {
     stage.result = {finding("/v/a", SafetyLevel::safe, 200), finding("/v/b", SafetyLevel::keep, 100)};
     openScanned();
     settle();
-    // Each ends at the whole unit that is nearest to where what it stands for does.
+    // Each segment ends at the nearest whole unit.
     const double bar = item(QStringLiteral("segment-safe"))->parentItem()->width();
     const double safe = std::round(bar * 0.2);
     const double keep = std::round(bar * (0.2 + 0.1));
@@ -341,7 +341,7 @@ TEST_F(OverviewTest, PartsOfTheBarAreApartInAWindowOfAnyWidth) {
     }
 }
 
-/// The button that had the keyboard goes, and what is looked at stays.
+/// The focused button disappears, and the view does not scroll.
 TEST_F(OverviewTest, StaysWhereItIsWhenTheTrashHasBeenEmptied) {
     stage.result.push_back(finding("/v/trash", SafetyLevel::safe, 1000));
     for (int number = 0; number < 8; ++number)

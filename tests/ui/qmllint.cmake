@@ -1,25 +1,25 @@
-# Lints every view, with each warning an error, those of the compiler among them: a binding or a function that it cannot
-# translate is left to the interpreter, mostly because a type is not known.
+# Lints every view with all warnings as errors, including the QML compiler's: a binding or function it cannot compile
+# is interpreted instead, mostly because a type is unknown.
 #
 #     cmake -DLINTER=... -DVIEWS=... -DBUILT=... -DQML=... -DVERSION=... -P qmllint.cmake
 #
-# VIEWS are the files, in the module where the toolkit has copied them to it, BUILT is where the modules "Ulvak" and "Ulvak.Style"
-# were made, QML where the toolkit's own are.
+# VIEWS are the files, in the module if the build copies them there; BUILT is where the modules "Ulvak" and
+# "Ulvak.Style" were built; QML is the location of Qt's own modules.
 
 set(checks --compiler warning --multiline-strings warning --unused-imports warning)
-# What this version of the toolkit cannot do, whatever the view says.
+# Limitations of this Qt version, whatever the view says.
 set(beyond)
 if(VERSION VERSION_GREATER_EQUAL 6.5)
   list(APPEND checks --unqualified warning --max-warnings 0)
-  # What a method of the toolkit or of a model returns: no class of these is final for it.
+  # Return types of Qt's or a model's methods: the compiler treats none of these classes as final.
   list(APPEND beyond "Cannot use shadowable base type for further lookups: QPointF")
 else()
-  # Ids that are around a component: it is not compiled with them before it can say that it stays where it was made.
+  # Ids outside a component: it is not compiled with them unless it is declared bound.
   list(APPEND beyond "Cannot access value for name (root|bar|cards|detail|line|others|row)")
   # Named by the engine itself.
   list(APPEND beyond "Cannot access value for name StandardKey")
 endif()
-# A loop over what is listed, a constant that a function of its own sees; in the oldest also "|", "?." and "this".
+# Loops over lists and constants captured by functions; in the oldest version also "|", "?." and "this".
 list(APPEND beyond "Instruction \"generate_[A-Za-z]+\" not implemented")
 
 file(GLOB resources "${BUILT}/.rcc/*.qrc" "${BUILT}/style/.rcc/*.qrc")
@@ -32,7 +32,7 @@ foreach(view IN LISTS VIEWS)
   foreach(reason IN LISTS beyond)
     list(FILTER warnings EXCLUDE REGEX ": (Could not compile .*: )?${reason}( \\[compiler\\])?$")
   endforeach()
-  # A call that is compiled all the same.
+  # A call that is compiled nevertheless.
   list(FILTER warnings EXCLUDE REGEX ": Member [^:]* of .* can be shadowed \\[compiler\\]$")
   if(NOT "${said}${saidToo}" MATCHES "(Warning|Error): " AND NOT status EQUAL 0)
     list(APPEND warnings "${view}: the linter failed: ${status}")

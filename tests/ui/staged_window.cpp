@@ -14,8 +14,8 @@ namespace {
 
 QStringList* collected = nullptr;
 
-/// About the user's folders, and the toolkit's own bookkeeping where a window goes between two frames: not
-/// the program's.
+/// Warnings not caused by the program: about the user's folders, and Qt's animation bookkeeping when a window
+/// is destroyed between two frames.
 bool isNobodys(const QString& text) {
     return text.startsWith(QStringLiteral("QStandardPaths: ")) ||
            text == QStringLiteral("QUnifiedTimer::stopAnimationDriver: driver is not running");

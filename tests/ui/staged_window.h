@@ -18,10 +18,10 @@
 
 namespace ulvak::test {
 
-/// The application and what its window shows, without a window.
+/// The application and its window's models, without a window.
 class ModelTest : public testing::Test {
 protected:
-    /// Once everything is staged.
+    /// Call once everything is staged.
     virtual void start();
     void scanAll();
     ~ModelTest() override;
@@ -32,41 +32,41 @@ protected:
     std::unique_ptr<WindowModel> model;
 };
 
-/// The real window over staged services. Fails when anything on the way gave a warning.
+/// The real window over staged services. Fails if anything logs a warning.
 class WindowTest : public ModelTest {
 protected:
     WindowTest();
     ~WindowTest() override;
 
-    /// With the program's arguments.
+    /// Passes `arguments` as the program's.
     void open(const QStringList& arguments = {});
-    /// With a result to look at, at a level's list when one is named.
+    /// Opens with a scan result, at a level's list if one is named.
     void openScanned(const QString& level = {});
 
-    /// The visible item of that name; null when there is none. The last one wins: what lies on top.
+    /// The visible item with this name, or null. If there are several, the last, which is on top.
     [[nodiscard]] QQuickItem* item(const QString& name) const;
     [[nodiscard]] bool shows(const QString& name) const { return item(name) != nullptr; }
-    /// A visible text anywhere in the window that reads exactly so.
+    /// Whether any visible text in the window is exactly this.
     [[nodiscard]] bool showsText(const QString& text) const;
     [[nodiscard]] QString text(const QString& name) const;
     [[nodiscard]] bool isEnabled(const QString& name) const;
     [[nodiscard]] QObject* popup(const QString& name) const;
     [[nodiscard]] bool isOpen(const QString& popupName) const;
     [[nodiscard]] QQuickItem* inPopup(const QString& popupName, const QString& name) const;
-    /// The row of a list that shows this finding.
+    /// The list row that shows this finding.
     [[nodiscard]] QQuickItem* row(const QString& title) const;
     [[nodiscard]] int rowCount() const;
 
-    /// Lets everything find its place: a click goes to a place, not to an item.
+    /// Waits until the layout is done: a click goes to a position, not to an item.
     void settle();
     void click(QQuickItem* item, Qt::MouseButton button = Qt::LeftButton,
                Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(const QString& name) { click(item(name)); }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// In no time: no event passes from one letter to the next.
+    /// All at once: no events are processed between letters.
     void type(const QString& letters);
     void focus(const QString& name);
-    /// The name of the item with the keyboard, or of the nearest around it that has one.
+    /// The name of the focused item, or of its nearest named ancestor.
     [[nodiscard]] QString focused() const;
 
     QStringList warnings;

@@ -17,7 +17,7 @@ using test::exists;
 using test::TempTree;
 using test::waitUntil;
 
-/// With the program's own services, over a home that the test has made and its child process lives in.
+/// Over the program's real services, with a home folder made by the test and run in a child process.
 class WholeWindow : public test::WindowTest {
 protected:
     void start() override {
@@ -27,7 +27,7 @@ protected:
     }
 };
 
-/// Run by the test below, in a process whose HOME is a temporary tree; refuses any other.
+/// Run by the test below in a process whose HOME is a temporary tree; refuses any other.
 TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     const std::string home = qgetenv("ULVAK_TEST_HOME").toStdString();
     ASSERT_FALSE(home.empty());
@@ -36,7 +36,7 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     key(Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return app->phase() == AppModel::Phase::done; }));
 
-    // A cache is relabelled with the keyboard, and found again under its new label.
+    // A cache is relabelled with the keyboard, and found under its new label.
     const std::string npm = home + "/.npm";
     ASSERT_NE(app->finding(npm), nullptr);
     ASSERT_EQ(app->finding(npm)->level, SafetyLevel::regenerable);
@@ -54,7 +54,7 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     click(QStringLiteral("row-keep"));
     ASSERT_TRUE(waitUntil([&] { return row(title) != nullptr; }));
 
-    // It goes to the Trash after the question, and its row with it.
+    // It is trashed after confirmation, and its row disappears.
     click(row(title));
     click(QStringLiteral("moveToTrash"));
     ASSERT_TRUE(waitUntil([&] { return isOpen(QStringLiteral("confirmTrash")); }));
@@ -66,7 +66,7 @@ TEST_F(WholeWindow, DISABLED_InAHomeOfItsOwn) {
     EXPECT_FALSE(app->alert().has_value());
     engine.reset();
     model.reset();
-    app.reset();  // what is to be written has been
+    app.reset();  // all pending writes are done
 }
 
 TEST(WholeWindowFromOutside, MovesToTheTrashAndRemembersALabel) {
@@ -108,7 +108,7 @@ TEST(WholeWindowFromOutside, WithoutADisplayItEndsWithAStatusOfItsOwn) {
     environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
     for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY"})
         environment.remove(QString::fromLatin1(display));
-    // Nor does it hand over to a window that whoever runs the tests has open.
+    // Nor must it hand over to a window that the user who runs the tests has open.
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
     child.setProcessEnvironment(environment);
     child.start(QStringLiteral(ULVAK_WINDOW_PROGRAM), QStringList());

@@ -253,7 +253,7 @@ TEST_F(WindowModelTest, FindsRowsByTheirFirstLettersAsTurkishHasThem) {
     EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("i"), 0), 1);
     EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("Iİ"), 0), -1);
     EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("is"), 2), -1);
-    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("i"), 2), 1);  // on from the first row
+    EXPECT_EQ(model->list()->rowBeginning(QStringLiteral("i"), 2), 1);  // wraps around to the first row
 }
 
 TEST_F(WindowModelTest, AMenuOfAFindingThatHasGoneOffersNothing) {

@@ -14,7 +14,7 @@
 #include "support/temp_tree.h"
 #include "ui/staged_window.h"
 
-// The program with the window as processes of their own: one window for a user, and what their end waits for.
+// The window program as separate processes: one window per user, and what exiting waits for.
 
 namespace ulvak {
 namespace {
@@ -51,7 +51,7 @@ protected:
         }
     }
 
-    /// A session's bus that is nobody else's.
+    /// Starts a private session bus.
     void startBus() {
         const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
         ASSERT_FALSE(daemon.isEmpty()) << "the package dbus-daemon is missing";
@@ -72,7 +72,8 @@ protected:
     QProcess& start(const QStringList& arguments = {}) {
         return begin(QStringLiteral(ULVAK_WINDOW_PROGRAM), arguments);
     }
-    /// One whose window is there: it makes the labels' folder, and is then on its way into the event loop.
+    /// Starts a process that has the window: it has created the labels folder and is about to enter the event
+    /// loop.
     QProcess& startFirst(const QStringList& arguments = {}) {
         QProcess& first = start(arguments);
         EXPECT_TRUE(waitUntil([&] { return ::access(labelsFolder().c_str(), F_OK) == 0; }));
@@ -85,7 +86,7 @@ protected:
         EXPECT_EQ(second.readAllStandardError().toStdString(), "");
     }
     [[nodiscard]] std::string labelsFolder() const { return tree.path("home/data/Ulvak"); }
-    /// Whether the program has gone past its start: whoever would hand over has ended by now.
+    /// Whether the program got past startup: one that hands over would have exited by now.
     static bool staysOpen(QProcess& process) { return !process.waitForFinished(1500); }
 
     TempTree tree{{folder("home", {folder("data")}), folder("tmp"), folder("run").withMode(0700)}};

@@ -1,23 +1,23 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// What every button of the window does, whatever it looks like: mouse, keys and screen readers all end in a click.
+/// Behaviour shared by all buttons of the window: mouse, keys and screen readers all end in a click.
 T.AbstractButton {
     id: root
 
-    /// Off for what destroys: Return is pressed too easily.
+    /// Off for destructive buttons: Return is too easily pressed.
     property bool activatesOnReturn: true
 
-    /// For what gets the keyboard in this button's place: whether it shows.
+    /// For whatever takes over the focus: whether to show it.
     readonly property int reasonToHandOn: visualFocus ? Qt.TabFocusReason : Qt.MouseFocusReason
 
-    /// What a click does.
+    /// Clicks the button unless it is disabled or hidden.
     function activate() {
         if (enabled && visible)
             clicked()
     }
 
-    /// Whether the key was for this button.
+    /// Returns whether the key was handled.
     function pressByReturn(isAutoRepeat: bool): bool {
         if (activatesOnReturn && !isAutoRepeat)
             activate()
@@ -29,7 +29,7 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
 
-    // The toolkit leaves the keyboard with what it hides.
+    // Qt leaves the focus with a hidden control.
     onVisibleChanged: if (!visible) focus = false
 
     Accessible.role: Accessible.Button

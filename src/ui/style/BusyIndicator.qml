@@ -1,7 +1,7 @@
 import QtQuick
 
-/// Says that something is being worked on, for as long as it is visible. Not on the template of the same name, which
-/// tells a screen reader that it is an indicator, whatever role it is given.
+/// Spins while visible. Not based on the template of the same name, which reports itself to screen readers as an
+/// indicator, whatever role it is given.
 Item {
     id: root
 

@@ -1,8 +1,9 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// A button: plain, or highlighted with a tinted ground. Not on the template of the same name, so that there is one place
-/// for what buttons do; and its content is not that of Qt, which neither breaks lines nor shows an ampersand of a name.
+/// A button: plain, or highlighted with a tinted background. Not based on the template of the same name, so that
+/// button behaviour lives in one place; its content replaces Qt's, which neither wraps lines nor shows an ampersand
+/// in a name.
 AbstractButton {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A dialog in the middle of the window, which is shaded meanwhile.
+/// A modal dialog centred in the window, which is dimmed meanwhile.
 T.Dialog {
     id: root
 

@@ -13,7 +13,7 @@ T.Menu {
         return width
     }
 
-    /// With its first item chosen where the keyboard opens it.
+    /// Preselects the first item if opened from the keyboard.
     function openBy(keyboard: bool) {
         open()
         currentIndex = keyboard ? 0 : -1

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-/// An item of a menu, with the keys that do the same. Takes no room while it is not visible.
+/// A menu item that shows its shortcut. Takes no space while hidden.
 T.MenuItem {
     id: root
 
@@ -14,7 +14,7 @@ T.MenuItem {
     rightPadding: Theme.spaceM + (subMenu ? Theme.spaceL : 0)
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     font.pixelSize: Theme.body
-    activeFocusOnTab: visible  // what the arrow keys of a menu go by
+    activeFocusOnTab: visible  // arrow keys in a menu go by this
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A line between two groups of a menu; takes no room while it is not visible.
+/// A line between two groups of a menu; takes no space while hidden.
 T.MenuSeparator {
     padding: Math.round(4 * Theme.u)
     verticalPadding: padding + 4

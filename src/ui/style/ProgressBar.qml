@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A thin bar of progress; indeterminate while nobody knows how much is left.
+/// A thin progress bar; indeterminate while the total is unknown.
 T.ProgressBar {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A scroll bar that is there while there is something to scroll to.
+/// A scroll bar, shown while there is something to scroll.
 T.ScrollBar {
     id: root
 
@@ -12,7 +12,7 @@ T.ScrollBar {
     minimumSize: 0.06
     policy: size < 1 ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
 
-    Accessible.ignored: true  // the keys scroll what it belongs to
+    Accessible.ignored: true  // the keys scroll the view it belongs to
 
     contentItem: Rectangle {
         implicitWidth: Math.round((root.hovered || root.pressed ? 8 : 6) * Theme.u)

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// Columns between thin lines that can be taken hold of a little beside them.
+/// Columns separated by thin lines whose grab area extends a little to either side.
 T.SplitView {
     id: root
 

@@ -1,12 +1,12 @@
 import QtQuick
 import QtQuick.Window
 
-/// One of the named symbols in one colour. Decorative: whoever shows it says in words what it means.
+/// A named symbol in one colour. Decorative: its user must express its meaning in words.
 Item {
     id: root
 
     property string name: ""
-    /// The drawing, for who has it by its address.
+    /// The image URL; may be set instead of `name`.
     property url source: name === "" ? "" : "image://symbols/" + name
     property color color: Theme.text
     property real size: Theme.body * 1.25
@@ -17,8 +17,8 @@ Item {
         return Math.round(part * 255).toString(16).padStart(2, "0")
     }
 
-    // Whole pixels of the screen, which are more than the item's own units on a dense one: between two pixels a line is
-    // drawn on both.
+    // Rounded to device pixels, of which a high-density screen has several per unit: a line between two pixels would
+    // be blurred over both.
     readonly property real density: Screen.devicePixelRatio
     readonly property int pixels: Math.round(size * density)
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A field for plain text of several lines, as high as what is in it.
+/// A multi-line plain-text field, as tall as its content.
 T.TextArea {
     id: root
 
@@ -23,7 +23,7 @@ T.TextArea {
         border.color: root.activeFocus ? Theme.accent : root.hovered ? Theme.secondary : Theme.edge
     }
 
-    // Qt's own would be cut at the end of the line.
+    // Qt's own placeholder would be cut off at the end of the line.
     Text {
         id: hint
         objectName: "placeholder"

@@ -1,17 +1,17 @@
 pragma Singleton
 import QtQuick
 
-// Everything that has a look of its own takes it from here.
+// The source of every colour, size and duration.
 QtObject {
     id: theme
 
     /// "light", "dark", or empty to follow the desktop's palette.
     property string appearance: ""
-    /// Set where the user wants none: transitions then take no time.
+    /// Set if the user wants no animations: transitions then take no time.
     property bool reducedMotion: false
     readonly property bool dark: appearance === "" ? palette.window.hslLightness < 0.5 : appearance === "dark"
 
-    // Type. All sizes follow the desktop's font.
+    // Type. All sizes scale with the desktop's font.
     readonly property real base: Math.max(Application.font.pixelSize, Application.font.pointSize * 96 / 72, 9)
     readonly property real caption: Math.round(base * 0.88)
     readonly property real callout: Math.round(base * 0.94)
@@ -22,7 +22,7 @@ QtObject {
     readonly property real largeTitle: Math.round(base * 2.1)
     readonly property real display: Math.round(base * 3.05)
 
-    // Space. Grows more slowly than the letters: with large ones the room is for them.
+    // Spacing. Grows more slowly than the font, to leave room for large text.
     readonly property real u: Math.max(1, 1 + (base / 13 - 1) * 0.4)
     readonly property real spaceS: Math.round(6 * u)
     readonly property real spaceM: Math.round(10 * u)
@@ -41,7 +41,7 @@ QtObject {
     readonly property color detail: dark ? "#1f2025" : "#f8f8fa"
     readonly property color raised: dark ? "#2a2c32" : "#ffffff"
     readonly property color line: dark ? "#33353b" : "#e3e4e9"
-    readonly property color edge: dark ? "#7a808b" : "#7d838e"  ///< of a field to write in: it must be seen
+    readonly property color edge: dark ? "#7a808b" : "#7d838e"  ///< a text field's border: must be visible
     readonly property color fill: dark ? Qt.rgba(1, 1, 1, 0.10) : Qt.rgba(0, 0, 0, 0.07)
     readonly property color hover: dark ? Qt.rgba(1, 1, 1, 0.06) : Qt.rgba(0, 0, 0, 0.045)
     readonly property color press: dark ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0, 0, 0, 0.09)
@@ -64,7 +64,7 @@ QtObject {
 
     readonly property SystemPalette desktop: SystemPalette { id: palette }
 
-    /// One of the colours above by the name under which the levels know it.
+    /// A named colour, by the name the levels use for it.
     function named(name: string): color {
         switch (name) {
         case "green": return green
@@ -79,7 +79,7 @@ QtObject {
         return Qt.rgba(tint.r, tint.g, tint.b, opacity)
     }
 
-    /// A filled button's ground: dark enough for white letters in either appearance.
+    /// A filled button's background: dark enough for white text in light and dark mode.
     function ground(tint: color): color {
         return dark ? Qt.darker(tint, 1.55) : tint
     }

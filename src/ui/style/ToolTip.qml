@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// The whole of a text that is cut, or what a control does. Plain text, whatever a name holds.
+/// The full text of something truncated, or what a control does. Plain text, whatever a name contains.
 T.ToolTip {
     id: root
 

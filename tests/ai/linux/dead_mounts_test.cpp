@@ -7,7 +7,7 @@
 #include "support/isolation.h"
 #include "support/linux/dead_mount.h"
 
-// The looks that a description of one folder takes elsewhere do not wait for a server.
+// Describing a folder must not wait for a server while it checks places elsewhere.
 
 namespace ulvak {
 namespace {

@@ -13,7 +13,7 @@
 #include "support/environment.h"
 #include "support/temp_tree.h"
 
-/// What a server on this machine can do that is worse than being broken.
+/// What a local server can do that is worse than being broken.
 namespace ulvak::platform {
 namespace {
 
@@ -26,7 +26,7 @@ using Kind = HttpError::Kind;
 
 const ModelRequest anyRequest{.prompt = "p", .answerSchema = "{}"};
 
-/// A reply that goes on for ever, a byte at a time, so that there is always something new.
+/// An endless reply, a byte at a time, so that there is always new data.
 void trickle(const Connection& client, const std::string& beginning, std::string_view piece) {
     client.send(beginning);
     while (!client.isGoneWithin(20ms) && client.trySend(piece)) {
@@ -144,7 +144,7 @@ TEST(HostileServer, NamesOfRefusedModelsAreFitForATerminal) {
     EXPECT_LT(status.hint.size(), 500U);
 }
 
-/// What the classifier makes of a reply of the chat.
+/// What the classifier makes of a chat reply.
 std::string outcome(const std::string& body) {
     const ScriptedServer server(modelServer(200, body));
     const auto verdict = AIClassifier::classify("full", "minimal", patient({.url = server.url()}));
@@ -183,9 +183,9 @@ TEST(HostileServer, ZeroBytesAndBrokenTextStayInsideTheirLine) {
 }
 
 TEST(HostileServer, SocketWithTheLongestPathIsSpokenTo) {
-    const ScopedEnvironment shortPaths({{"TMPDIR", std::nullopt}});  // that of a socket has to be
+    const ScopedEnvironment shortPaths({{"TMPDIR", std::nullopt}});  // a socket's path has to be short
     const TempTree tree;
-    constexpr std::size_t maxLength = 107;  // one byte less than the system's field, which ends with a zero
+    constexpr std::size_t maxLength = 107;  // one byte less than the system's field, for the terminating null
     std::string path = tree.path("");
     ASSERT_LT(path.size(), maxLength);
     path.append(maxLength - path.size(), 's');
@@ -198,7 +198,7 @@ TEST(HostileServer, SocketWithTheLongestPathIsSpokenTo) {
 TEST(HostileServer, ServerThatReadsNothingIsGivenUp) {
     const SilentListener silent;
     std::string facts;
-    facts.resize(20'000'000, ' ');  // more than both ends keep for later
+    facts.resize(20'000'000, ' ');  // more than both ends buffer
     EXPECT_EQ(endOfTime(loopbackAddress(silent.port()),
                         {.path = "/x", .json = std::move(facts), .connectDeadline = 180s, .deadline = 200ms}),
               Kind::late);

@@ -19,13 +19,13 @@ using Kind = ModelError::Kind;
 using Connection = ScriptedServer::Connection;
 using Request = ScriptedServer::Request;
 
-/// A reply, and what it means.
+/// A reply and what it means.
 struct Row {
     const char* name;
     int status;
     std::string body;
     Kind kind;
-    std::string text;  ///< contained in the error's
+    std::string text;  ///< contained in the error's text
 };
 
 std::string ended(const char* reason, const char* message = R"({"content":"{"})") {
@@ -112,8 +112,8 @@ TEST(LocalModelErrors, EveryReplyMeansTheSameOverASocket) {
     }
 }
 
-/// How one request of a classifier ends when the chat is answered by `chat`. An endless wait would fail the
-/// test by its time.
+/// The outcome of one classifier request whose chat is answered by `chat`. If it never ends, the test times
+/// out.
 std::string ending(ScriptedServer::Script chat, std::chrono::milliseconds deadline = 30s) {
     const ScriptedServer server(modelServer(std::move(chat)));
     const LocalModel model = patient({.url = server.url(), .answerDeadline = deadline});
@@ -124,8 +124,8 @@ std::string ending(ScriptedServer::Script chat, std::chrono::milliseconds deadli
     return verdict.error().description();
 }
 
-/// The same where no answer is to come in time, in seconds one. A stalled machine may not even have connected
-/// by then: it is given more.
+/// The same for an answer that does not arrive within the deadline of under a second. A stalled machine may
+/// not even have connected by then, so the deadline is then extended.
 std::string endingLate(const ScriptedServer::Script& chat) {
     std::string text;
     for (auto deadline = 100ms; deadline < 1s; deadline *= 2) {
@@ -274,7 +274,7 @@ TEST(LocalModelErrors, ServerThatTakesConnectionsAndSaysNothingIsLate) {
     EXPECT_EQ(
         endOfTime(loopbackAddress(silent.port()), {.path = "/x", .connectDeadline = 180s, .deadline = 50ms}),
         HttpError::Kind::late);
-    // There is no connection yet while the other side has not agreed on one.
+    // There is no connection until the other side has completed the handshake.
     auto secure = modelAddress("https://127.0.0.1:" + std::to_string(silent.port()));
     ASSERT_TRUE(secure);
     const auto unconnected = exchange(*secure, {.path = "/x", .connectDeadline = 50ms, .deadline = 30s});

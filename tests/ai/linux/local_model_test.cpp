@@ -79,7 +79,7 @@ TEST(LocalModel, ServerThatIsLoadingItsModelIsNotReady) {
         [&](const Connection& client, const Request&) { client.send(reply(503, loading)); });
     EXPECT_EQ(reasonOf(named(all)), Reason::notReady);
     EXPECT_EQ(reasonOf(patient({.ports = {refusingPort(), all.port()}})), Reason::notReady);
-    // Others list the model already.
+    // Other servers list the model already.
     const ScriptedServer healthOnly([&](const Connection& client, const Request& request) {
         client.send(request.path == "/v1/models" ? reply(200, modelList({"a"})) : reply(503, loading));
     });
@@ -159,7 +159,7 @@ TEST(LocalModel, FirstPortWithAModelIsAsked) {
     EXPECT_EQ(model.respond(anyRequest).value_or("error"), "one");
     EXPECT_TRUE(second.requests().empty());
     for (const Request& request : notOne.requests())
-        EXPECT_EQ(request.body, "");  // nothing is told to who is not a model server
+        EXPECT_EQ(request.body, "");  // nothing is sent to a server that is not a model server
 }
 
 TEST(LocalModel, NamedModelIsAskedOfTheServerThatListsIt) {
@@ -220,7 +220,7 @@ TEST(LocalModel, V1InTheAddressIsNotDoubled) {
 }
 
 TEST(LocalModel, SocketIsAsGoodAsAPort) {
-    const ScopedEnvironment shortPaths({{"TMPDIR", std::nullopt}});  // that of a socket has to be
+    const ScopedEnvironment shortPaths({{"TMPDIR", std::nullopt}});  // a socket's path has to be short
     const TempTree tree;
     const ScriptedServer server(modelServer(200, chatReply("x")), tree.path("model.sock"));
     const LocalModel model = patient({.url = "unix:" + tree.path("model.sock")});
@@ -238,7 +238,7 @@ TEST(LocalModel, ServerThatIsStartedLaterIsFound) {
 
 // Where models run
 
-/// A server that lists models and knows which of them run elsewhere; whatever it is asked, it answers.
+/// A server that lists models, knows which of them run elsewhere, and answers every request.
 ScriptedServer::Script showing(std::vector<std::string> names, std::vector<std::string> elsewhere) {
     return [names = std::move(names), elsewhere = std::move(elsewhere)](const Connection& client,
                                                                         const Request& request) {
@@ -290,7 +290,7 @@ TEST(LocalModel, WithoutAModelThatRunsHereTheNextPortIsTried) {
     EXPECT_EQ(timesAsked(here, "/v1/chat/completions"), 1);
 }
 
-/// A server that answers this where it is asked where a model runs, and would answer about folders.
+/// A server that answers with `show` when asked where a model runs, and would also answer about folders.
 ScriptedServer::Script whereabouts(ScriptedServer::Script show) {
     return [show = std::move(show)](const Connection& client, const Request& request) {
         if (request.path == "/api/show")
@@ -382,8 +382,8 @@ TEST(LocalModel, ServerThatPassesRequestsOnHasToAnswerForEachModel) {
     EXPECT_EQ(timesAsked(server, "/api/show"), 2);
 }
 
-/// Whether a server that takes more than half of `whole` to list its models is asked for its health too, and
-/// waited for no longer than for what is left.
+/// Whether a server that takes more than half of `whole` to list its models is still asked for its health,
+/// but only for the remaining time.
 bool isOneTimeShared(std::chrono::milliseconds whole) {
     bool isAvailable = false;
     int timesAskedForHealth = 0;
@@ -404,12 +404,12 @@ bool isOneTimeShared(std::chrono::milliseconds whole) {
         const LocalModel model({.ports = {server.port()}, .probeDeadline = whole, .showDeadline = 60s});
         isAvailable = !model.absence();
         timesAskedForHealth = timesAsked(server, "/health");
-    }  // with the server's end, what it measured is there
+    }  // its measurements are complete once the server has stopped
     return isAvailable && timesAskedForHealth == 1 && waited < whole * 9 / 10;
 }
 
 TEST(LocalModel, QuestionsToOneServerShareOneTime) {
-    // A machine that stalls misses a short time, and is given a longer one.
+    // A stalled machine misses a short deadline, so longer ones are tried.
     bool isShared = false;
     for (std::chrono::milliseconds whole = 2s; !isShared && whole < 40s; whole *= 2)
         isShared = isOneTimeShared(whole);
@@ -634,7 +634,7 @@ TEST(LocalModel, SeveralRequestsMayRunAtOnce) {
 TEST(LocalModel, StopEndsARequestThatIsNeverAnsweredAtOnce) {
     std::stop_source stop;
     const ScriptedServer server(modelServer([&](const Connection& client, const Request&) {
-        // Nothing will ever come back, and longer than any timer of the client's own it waits all the same.
+        // Nothing will ever come back, yet the client waits longer than any timer of its own.
         EXPECT_FALSE(client.isGoneWithin(300ms));
         stop.request_stop();
         client.waitForItsEnd();

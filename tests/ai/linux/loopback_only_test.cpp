@@ -35,7 +35,7 @@ using Request = ScriptedServer::Request;
 const ModelRequest anyRequest{.prompt = "secret facts", .answerSchema = "{}"};
 const auto isLoopback = AnyOf(Eq("127.0.0.1"), Eq("::1"));
 
-/// An IPv4 address of this machine's that others can reach.
+/// An IPv4 address of this machine that others can reach.
 std::optional<std::string> ownAddress() {
     ifaddrs* all = nullptr;
     if (::getifaddrs(&all) != 0)

@@ -131,7 +131,7 @@ TEST(ModelReply, ClippedTextIsWholeCharactersOnOneLine) {
     EXPECT_EQ(clipped("\x80\x80\x80\x80\x80\x80", 4), "…");
 }
 
-/// As many keys as fit into a reply of the longest kind, each once.
+/// As many distinct keys as fit into a reply of the maximum length.
 std::string keys(const std::string& value) {
     std::string all;
     for (int i = 0; i < 60'000 && all.size() < 500'000; ++i)
@@ -140,7 +140,7 @@ std::string keys(const std::string& value) {
 }
 
 TEST(ModelReply, RepliesWithManyKeysAreReadToTheirEnd) {
-    // Kept in the order of a list, and looked up one by one, they would take minutes.
+    // In a list with linear lookup they would take minutes.
     const std::string many = keys("0");
     const std::string message = R"({"content":"x",)" + many + "}";
     EXPECT_EQ(readAnswer(200, R"({"choices":[{"message":)" + message + "}]}", "s").value_or("error"), "x");

@@ -47,7 +47,7 @@ int listeningAt(const std::string& address, std::uint16_t& port) {
     return handle;
 }
 
-/// Waits until `handle` is ready for `events`; false when `ending` or the end of the time comes first.
+/// Waits until `handle` is ready for `events`; false if `ending` becomes readable or the time runs out first.
 bool waitFor(int handle, short events, int ending, int milliseconds = -1) {
     std::array<pollfd, 2> waited = {{{.fd = handle, .events = events}, {.fd = ending, .events = POLLIN}}};
     while (::poll(waited.data(), waited.size(), milliseconds) < 0 && errno == EINTR) {
@@ -55,7 +55,7 @@ bool waitFor(int handle, short events, int ending, int milliseconds = -1) {
     return waited[0].revents != 0 && waited[1].revents == 0;
 }
 
-/// The number after "Content-Length:", zero without one.
+/// The value of "Content-Length:", or 0 if absent.
 std::size_t contentLength(const std::string& headers) {
     std::string lower = headers;
     std::ranges::transform(lower, lower.begin(),
@@ -64,7 +64,7 @@ std::size_t contentLength(const std::string& headers) {
     return at == std::string::npos ? 0 : std::stoul(lower.substr(at + std::strlen("content-length:")));
 }
 
-/// Reads one request; nothing when the client leaves before it is complete.
+/// Reads one request; false if the client leaves before it is complete.
 bool readRequest(int handle, int ending, ScriptedServer::Request& request) {
     std::string bytes;
     std::array<char, 65'536> buffer{};
@@ -217,7 +217,7 @@ FullListener::~FullListener() {
 std::uint16_t refusingPort() {
     static const std::uint16_t refusing = [] {
         std::uint16_t port = 0;
-        (void)boundAt("127.0.0.1", port);  // kept for as long as the process lives
+        (void)boundAt("127.0.0.1", port);  // bound for the lifetime of the process
         return port;
     }();
     return refusing;

@@ -14,8 +14,8 @@
 
 namespace ulvak::test {
 
-/// A server on this machine that says what a test wants it to, over a real socket. Takes one connection after
-/// the other, one request from each. Ends with the object, whatever a connection is waiting for.
+/// A local server that follows a test's script, over a real socket. Handles one connection at a time, one
+/// request each. Stops on destruction, whatever a connection is waiting for.
 class ScriptedServer {
 public:
     struct Request {
@@ -25,21 +25,21 @@ public:
         std::string body;
     };
 
-    /// One end of an accepted connection.
+    /// The server's end of an accepted connection.
     class Connection {
     public:
         Connection(int handle, int ending) : handle_(handle), ending_(ending) {}
 
         void send(std::string_view bytes) const { (void)trySend(bytes); }
-        /// False once the client is gone or the server is to end.
+        /// False once the client is gone or the server is stopping.
         [[nodiscard]] bool trySend(std::string_view bytes) const;
-        /// Says nothing until the client has gone or the server is to end.
+        /// Sends nothing until the client is gone or the server is stopping.
         void waitForItsEnd() const;
-        /// Whether the client leaves before that long has passed.
+        /// Whether the client leaves within this time.
         [[nodiscard]] bool isGoneWithin(std::chrono::milliseconds time) const;
-        /// Nothing more will be sent; the other direction stays open.
+        /// Ends sending; the other direction stays open.
         void closeSending() const;
-        /// The connection is broken off with an error rather than closed.
+        /// Aborts the connection with an error instead of closing it.
         void breakOff() const;
 
     private:
@@ -49,9 +49,9 @@ public:
 
     using Script = std::function<void(const Connection&, const Request&)>;
 
-    /// At a free port of 127.0.0.1.
+    /// On a free port of 127.0.0.1.
     explicit ScriptedServer(Script script);
-    /// At a Unix socket.
+    /// On a Unix socket.
     ScriptedServer(Script script, const std::string& socketPath);
     ~ScriptedServer();
     ScriptedServer(const ScriptedServer&) = delete;
@@ -59,7 +59,7 @@ public:
 
     [[nodiscard]] std::uint16_t port() const { return port_; }
     [[nodiscard]] std::string url() const { return "http://127.0.0.1:" + std::to_string(port_); }
-    /// All that has come so far.
+    /// All requests so far.
     [[nodiscard]] std::vector<Request> requests() const;
 
 private:
@@ -68,17 +68,17 @@ private:
 
     Script script_;
     int listening_ = -1;
-    int ending_ = -1;  ///< readable once the server is to end
+    int ending_ = -1;  ///< readable once the server is stopping
     std::uint16_t port_ = 0;
     mutable std::mutex mutex_;
     std::vector<Request> requests_;  ///< guarded by `mutex_`
     std::thread thread_;
 };
 
-/// A place at which nobody must ever knock.
+/// A listener that must never be contacted.
 class SilentListener {
 public:
-    /// At a free port of this IPv4 address.
+    /// On a free port of this IPv4 address.
     explicit SilentListener(const std::string& address = "127.0.0.1");
     ~SilentListener();
     SilentListener(const SilentListener&) = delete;
@@ -86,7 +86,7 @@ public:
 
     [[nodiscard]] std::uint16_t port() const { return port_; }
     [[nodiscard]] const std::string& url() const { return url_; }
-    /// Whether anybody has connected, also if they have left again.
+    /// Whether anyone has connected, even if they have left again.
     [[nodiscard]] bool wasContacted() const;
 
 private:
@@ -95,7 +95,7 @@ private:
     std::string url_;
 };
 
-/// A place at which nobody answers the door: somebody listens, but takes no more connections.
+/// A listener whose queue is full: connecting to it never completes.
 class FullListener {
 public:
     FullListener();
@@ -111,21 +111,21 @@ private:
     std::vector<int> waiting_;
 };
 
-/// A port of 127.0.0.1 at which nobody listens, and nobody else will while this process lives: a free one
-/// would be given to the next who wants any.
+/// A port of 127.0.0.1 without a listener, reserved for the lifetime of the process: a merely free port could
+/// be given to someone else.
 [[nodiscard]] std::uint16_t refusingPort();
 
-/// A model whose deadlines no machine misses that stalls for a while, for tests that wait for none.
+/// A model with deadlines that even a stalled machine meets, for tests that do not test deadlines.
 [[nodiscard]] LocalModel patient(LocalModelSettings settings);
 
-/// How a request ends that is never answered. One whose time was over before it was connected is made again
-/// with more: on a machine that stalls, a short time is over too soon to say anything of the server.
+/// The outcome of a request that is never answered. Retries with a longer deadline if it ran out before
+/// connecting: on a stalled machine, that says nothing about the server.
 [[nodiscard]] HttpError::Kind endOfTime(const ModelAddress& address, HttpRequest request);
 
-/// A whole reply with its headers.
+/// A complete reply with headers.
 [[nodiscard]] std::string reply(int status, std::string_view body, std::string_view moreHeaders = "");
 
-/// A list of models as servers give it.
+/// A list of models in the servers' format.
 [[nodiscard]] std::string modelList(const std::vector<std::string>& names);
 
 /// A chat completion with this text as its content.

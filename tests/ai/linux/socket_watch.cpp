@@ -76,7 +76,7 @@ std::vector<std::string> SocketWatch::destinations() const {
 
 }  // namespace ulvak::test
 
-// The C library's own, called by every library of the process.
+// Replaces the C library's function, for every library in the process.
 
 extern "C" int socket(int family, int type, int protocol) noexcept {
     static const auto real = ulvak::test::next<int (*)(int, int, int)>("socket");
@@ -102,7 +102,7 @@ extern "C" ssize_t sendto(int handle, const void* bytes, size_t count, int flags
 extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints, addrinfo** found) {
     using Function = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
     static const auto real = ulvak::test::next<Function>("getaddrinfo");
-    // libcurl asks for literal addresses here too; those need no one's help.
+    // libcurl passes literal addresses here too; those need no lookup.
     if (hints == nullptr || (hints->ai_flags & AI_NUMERICHOST) == 0)
         ++ulvak::test::lookupCount;
     return real(name, service, hints, found);

@@ -5,17 +5,17 @@
 
 namespace ulvak::test {
 
-/// What this process has asked the system about networks since the object was made, whichever library asked:
-/// the test program stands in for the C library's functions.
+/// Records the process's network calls since construction, whichever library made them: the test program
+/// overrides the C library's functions.
 class SocketWatch {
 public:
     SocketWatch();
 
-    /// Network sockets opened, IPv4 and IPv6.
+    /// Number of network sockets opened, IPv4 and IPv6.
     [[nodiscard]] int sockets() const;
-    /// Names looked up.
+    /// Number of name lookups.
     [[nodiscard]] int lookups() const;
-    /// Where connections were begun and datagrams sent: "127.0.0.1", "::1", "unix", or something worse.
+    /// Targets of connections and datagrams: "127.0.0.1", "::1", "unix", or something worse.
     [[nodiscard]] std::vector<std::string> destinations() const;
 
 private:

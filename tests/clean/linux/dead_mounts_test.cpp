@@ -9,7 +9,7 @@
 #include "clean/clean_support.h"
 #include "support/linux/dead_mount.h"
 
-// A server that has stopped to answer keeps nobody from cleaning what lies elsewhere.
+// A server that no longer answers must not block cleaning elsewhere.
 
 namespace ulvak {
 namespace {
@@ -25,7 +25,7 @@ std::vector<TreeEntry> withNas() {
     return entries;
 }
 
-/// Runs the body with a dead server at "home/nas" of the tree, which nobody may ask for anything.
+/// Runs the body with a dead server at "home/nas" of the tree, which must not receive any request.
 void besideADeadServer(const TempTree& tree, const std::function<void()>& body) {
     if (const auto reason = DeadMount::whyNone())
         GTEST_SKIP() << *reason;

@@ -16,8 +16,8 @@
 
 #include "clean/clean_support.h"
 
-// What the system refuses. Each finding has three items, of which the second cannot be cleaned: the first is
-// gone then, the third untouched, and the result is the system's error.
+// Errors from the system. Each finding has three items, the second of which cannot be cleaned: the first is
+// then gone, the third untouched, and the result is the system's error.
 
 namespace ulvak {
 namespace {
@@ -37,7 +37,7 @@ Finding three(const TempTree& tree, const std::string& second) {
         {tree.path("home/items/first"), tree.path("home/items/" + second), tree.path("home/items/third")});
 }
 
-/// Cleans the three and returns what failed.
+/// Cleans all three and returns the error.
 platform::FileError expectSecondToFail(const TempTree& tree, const std::string& second, CleanMode mode,
                                        std::errc expected,
                                        const Cleaner::Services& services = Cleaner::Services::system()) {
@@ -62,7 +62,7 @@ void forEachMode(const std::function<void(CleanMode)>& test) {
     }
 }
 
-/// As build tools leave the sources of others, so that nobody changes them by mistake.
+/// Read-only, as build tools leave third-party sources to prevent accidental edits.
 TreeEntry readOnlyTree() {
     return folder("second",
                   {folder("mod", {folder("inner",
@@ -189,7 +189,7 @@ TEST(Faults, AnotherUsersFileInAFolderOfOnesOwnGoes) {
     });
 }
 
-/// A file that nobody may change or remove while this lives.
+/// A file that cannot be changed or removed while this object lives.
 class ImmutableFile {
 public:
     explicit ImmutableFile(const std::string& path) : handle_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
@@ -239,8 +239,8 @@ TEST(Faults, AFileThatNobodyMayChange) {
     });
 }
 
-/// Has three items cleaned, in either mode, where `mount` has changed what is mounted: that must fail, and
-/// `judge` how, before the first is touched.
+/// Cleans three items in either mode after `mount` has changed the mounts. That must fail before the first
+/// item is touched; `judge` checks how.
 void expectAllToStay(const std::function<void(const TempTree&)>& mount,
                      const std::function<void(const TempTree&, std::error_code, CleanMode)>& judge) {
     forEachMode([&](CleanMode mode) {
@@ -301,7 +301,7 @@ TEST(Faults, AFullDiskKeepsTheItemFromTheTrash) {
     const TempTree tree({folder("home"), folder("tmp")});
     withPrivateMounts([&] {
         const AtHome environment(tree);
-        // Room for the entries that follow, and for not one more.
+        // Room for the following entries and not one more.
         ASSERT_TRUE(mountMemory(tree.path("home"), "nr_inodes=5"));
         ASSERT_EQ(::mkdir(tree.path("home/items").c_str(), 0755), 0);
         for (const char* name : {"first", "second", "third"})
@@ -359,7 +359,7 @@ TEST(Faults, AReadOnlyDiskKeepsEverything) {
             ASSERT_TRUE(mountAgain(home, home));
             struct statvfs volume{};
             ASSERT_EQ(::statvfs(home.c_str(), &volume), 0);
-            // Who is not root may not take these away from a mount. They have the same values here and there.
+            // Only root may drop these flags from a mount. Both sides use the same values for them.
             const unsigned long kept = volume.f_flag & (ST_NOSUID | ST_NODEV | ST_NOEXEC);
             ASSERT_EQ(
                 ::mount(nullptr, home.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY | kept, nullptr), 0);
@@ -382,7 +382,7 @@ TEST(Faults, ADiskThatFailsIsPassedOn) {
     forEachMode([&](CleanMode mode) {
         const TempTree tree(threeItems(folder("second", {textFile("b", "b")})));
         inHome(tree, [&] {
-            // A disk cannot be broken in a test.
+            // A test cannot break a disk.
             Cleaner::Services services = Cleaner::Services::system();
             const platform::FileError broken{
                 .code = {EIO, std::generic_category()}, .path = "second/b", .detail = "the disk's own words"};

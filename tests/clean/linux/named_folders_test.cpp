@@ -2,7 +2,7 @@
 
 #include "clean/clean_support.h"
 
-// The folders of a home that bear names in the user's language.
+// Home folders named in the user's language.
 
 namespace ulvak {
 namespace {

@@ -23,7 +23,7 @@ using testing::IsEmpty;
 
 using Names = std::vector<std::string>;
 
-/// A program that runs until this ends. It has been executed when the constructor returns.
+/// A program that runs for this object's lifetime. It has been executed when the constructor returns.
 class RunningProgram {
 public:
     explicit RunningProgram(std::vector<std::string> command) {
@@ -46,8 +46,8 @@ public:
     RunningProgram& operator=(const RunningProgram&) = delete;
 
 private:
-    /// The system lets this process go on a moment before the child has its new memory: until then its folder
-    /// in "/proc" shows ours.
+    /// The parent resumes shortly before the child's new image is in place; until then, the child's "/proc"
+    /// folder shows ours.
     void awaitCommandLine(const std::vector<std::string>& command) {
         std::string expected;
         for (const std::string& word : command)
@@ -66,7 +66,7 @@ private:
     pid_t child_ = 0;
 };
 
-/// A program that nobody else runs, and that runs for a minute if it is not ended.
+/// Adds a program that nobody else runs; it exits after a minute unless killed.
 TempTree& withProgram(TempTree& tree, const std::string& path) {
     std::filesystem::copy_file("/bin/sleep", tree.path(path));
     return tree;
@@ -122,7 +122,8 @@ TEST(RunningApps, FindsAnApplicationThatHidesItsProgram) {
     if (const auto reason = whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
     withProgram(withApplications(tree), "home/apps/bin/ulvak-hides");
-    // Who may run it but not read it may not look into it while it runs either, as with a password manager.
+    // Users who may execute but not read a program cannot inspect its process either, as with a password
+    // manager.
     ASSERT_EQ(::chmod(tree.path("home/apps/bin/ulvak-hides").c_str(), 0711), 0);
     addEntry(tree, "hides.desktop", "Name=Hidden\n", tree.path("home/apps/bin/ulvak-hides"));
     asUnprivileged([&] {
@@ -139,7 +140,7 @@ TEST(RunningApps, AnotherScriptOfTheSameInterpreterIsAnotherApplication) {
     addEntry(tree, "one.desktop", "Name=One\n", "/bin/sh " + tree.path("home/apps/one.sh"));
     addEntry(tree, "two.desktop", "Name=Two\n", "/bin/sh " + tree.path("home/apps/two.sh"));
     inHome(tree, [&] {
-        // It waits for a line from a pipe that stays open and empty.
+        // Waits for a line from a pipe that stays open and empty.
         int pipe[2] = {};
         ASSERT_EQ(::pipe(pipe), 0);
         ASSERT_EQ(::dup2(pipe[0], STDIN_FILENO), STDIN_FILENO);

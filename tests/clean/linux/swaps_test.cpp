@@ -20,9 +20,9 @@
 #include "platform/posix/removal_calls.h"
 #include "platform/volume.h"
 
-// While the items of a finding are removed one after the other, somebody gives the name of one that is still
-// to come, or of what holds it, to something else. Whatever was not judged must stay, wherever it is
-// afterwards, and whoever says "done" must have removed what was judged.
+// While a finding's items are removed one by one, the name of a later item, or of a folder containing it, is
+// given to something else. Anything that was not judged must survive, wherever it ends up, and a result of
+// "done" means that what was judged is gone.
 
 namespace ulvak {
 namespace {
@@ -35,10 +35,10 @@ constexpr int rounds = 400;
 #else
 constexpr int rounds = 2200;
 #endif
-/// On a machine that stalls fewer rounds must do.
+/// On a stalled machine, fewer rounds are run.
 constexpr auto longEnough = std::chrono::seconds(15);
 
-/// Something that is held, so that it is known wherever it is moved.
+/// Keeps an entry open, to recognise it wherever it is moved.
 class Held {
 public:
     explicit Held(const std::string& path) : handle_(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
@@ -80,12 +80,12 @@ struct Plan {
     std::function<Swap(const std::string& victim, const std::string& bait)> swap = exchanging;
 };
 
-/// As people rename: nothing is replaced.
+/// Renames as users do: never replaces anything.
 bool renamed(const std::string& from, const std::string& to) {
     return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
 }
 
-/// The victim steps aside, the bait takes its place, and both go back, by plain renaming.
+/// Moves the victim aside and the bait into its place, then moves both back, with plain renames.
 Swap stepping(const std::string& victim, const std::string& bait) {
     return [victim, bait, aside = bait + ".aside"] {
         const bool isAside = renamed(victim, aside);
@@ -113,7 +113,7 @@ void makeRound(TempTree& tree, const Plan& plan) {
                                                                     : folder("item", shaped())})})});
 }
 
-/// Where the bait is after a round; it goes back to its own place.
+/// Checks the bait after a round, wherever it is, and puts it back.
 void expectUnharmed(const TempTree& tree, const Plan& plan, const Held& bait, const std::string& what) {
     ASSERT_FALSE(bait.isGone()) << "the bait was taken: " << what;
     for (const std::string& name : plan.holds)
@@ -127,7 +127,7 @@ void expectUnharmed(const TempTree& tree, const Plan& plan, const Held& bait, co
     ASSERT_EQ(std::rename(now.c_str(), home.c_str()), 0) << now;
 }
 
-/// The swaps begin when all items are judged, and the first is about to go.
+/// Swapping starts once all items are judged and the first is about to be removed.
 Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap, bool byManyThreads) {
     Cleaner::Services services = Cleaner::Services::system();
     const auto start = [&swapper, swap](const std::string& name) {
@@ -151,7 +151,8 @@ Cleaner::Services swappingFromTheFirstOn(Swapper& swapper, const Swap& swap, boo
     return services;
 }
 
-/// A mount whose place was renamed while it was made is not where it was meant to be.
+/// Searches for the mounts, because one whose mount point was renamed while mounting is not where it was
+/// meant to be.
 void unmountBelow(const std::string& folder) {
     for (const std::string& point : platform::mountPoints()) {
         if (point.starts_with(folder + "/"))
@@ -242,7 +243,7 @@ TEST_P(Swaps, AFileThatIsRenamedToOne) {
     survive({.bait = "letter", .holds = {}, .isFile = true, .swap = stepping}, {textFile("letter", "alive")});
 }
 
-/// A folder is shown in place of another, and no more.
+/// Only mounts one folder over another.
 Swap mounting(const std::string& victim, const std::string& bait) {
     return [victim, bait] {
         const bool isMounted = ::mount(bait.c_str(), victim.c_str(), nullptr, MS_BIND, nullptr) == 0;
@@ -255,7 +256,7 @@ Swap mounting(const std::string& victim, const std::string& bait) {
 TEST_P(Swaps, MountsOverAnItemAndWhatHoldsIt) {
     if (const auto reason = whyNoPrivateMounts())
         GTEST_SKIP() << *reason;
-    // What is mounted inside an item is not moved with it, and not entered.
+    // A mount inside an item is neither moved with it nor entered.
     for (const char* victim : {"round/arena/item", "round/arena", "round/arena/item/sub"}) {
         SCOPED_TRACE(victim);
         TempTree tree({folder("home", {folder("other", {folder("item", shaped()), folder("first", shaped()),

@@ -22,7 +22,7 @@ using testing::HasSubstr;
 
 constexpr std::int64_t oneMegabyte = 1'048'576;
 
-/// A home with one megabyte that is to be trashed, and a Trash of four that somebody else has.
+/// A home with one megabyte to be trashed, and a Trash with four from someone else.
 std::vector<TreeEntry> homeWithTrash() {
     return {
         folder(
@@ -187,7 +187,7 @@ TEST(EmptyTrash, TakesNothingThatHasComeSinceItWasLookedAt) {
     inHome(tree, [&] {
         const auto contents = Cleaner::trashContents(trashed({tree.path("home/mine")}));
         const auto late = trashed({tree.path("home/new")});
-        // A name that was looked at, and another thing.
+        // A listed name, now with different contents.
         fs::rename(tree.path(trashFolder + "/files/theirs"), tree.path("home/restored"));
         std::ofstream(tree.path(trashFolder + "/files/theirs")) << "late";
         const auto emptied = cleaner().emptyTrash(contents);
@@ -288,7 +288,7 @@ TEST(EmptyTrash, AskedToStopItEndsBeforeTheNextItem) {
     });
 }
 
-/// A desktop whose program is this script.
+/// A desktop whose emptying program is this script.
 Cleaner::Services withDesktop(const std::string& script) {
     Cleaner::Services services = Cleaner::Services::system();
     services.removeItem = [](const platform::Directory&, const std::string& name,

@@ -28,16 +28,16 @@ namespace fs = std::filesystem;
 
 constexpr const char* trashFolder = "home/.local/share/Trash";
 
-/// What a file manager must put back of one entry.
+/// What restoring an entry must preserve.
 struct Likeness {
     mode_t mode = 0;
     FileTime modified;
-    std::string bytes;  ///< of a file, or where a link leads
+    std::string bytes;  ///< a file's content or a link's target
 
     friend bool operator==(const Likeness&, const Likeness&) = default;
 };
 
-/// Every entry of a tree by its path.
+/// Every entry of a tree, by path.
 std::map<std::string, Likeness> likeness(const fs::path& top) {
     std::map<std::string, Likeness> entries;
     const auto add = [&](const fs::path& path) {
@@ -82,7 +82,7 @@ std::string valueOf(const std::string& key, const std::string& note) {
     return note.substr(start, note.find('\n', start) - start);
 }
 
-/// As a file manager restores: moves every item back to where its note says. How many there were.
+/// Restores like a file manager: moves every item to the path in its note. Returns the number of items.
 int restoreAll(const TempTree& tree) {
     int restored = 0;
     for (const auto& entry : fs::directory_iterator(tree.path(std::string(trashFolder) + "/info"))) {
@@ -132,7 +132,7 @@ TEST(Trash, RestoresWhatWasTrashedByteForByte) {
         EXPECT_TRUE(fs::is_empty(tree.path("home/items")));
         EXPECT_EQ(restoreAll(tree), static_cast<int>(urls.size()));
         auto after = likeness(tree.path("home/items"));
-        after["."].modified = before.at(".").modified;  // things went from it and came back
+        after["."].modified = before.at(".").modified;  // entries were moved out of it and back
         EXPECT_EQ(after, before);
     });
 }
@@ -178,8 +178,8 @@ TEST(Trash, TheTrashItselfCannotBeTrashed) {
     });
 }
 
-/// The system's services, with the desktop's emptying replaced by a count: it would empty every Trash of
-/// whoever runs the test.
+/// The system's services, with the desktop's emptying replaced by a counter: it would empty every Trash of
+/// the user who runs the test.
 class CountingDesktop {
 public:
     CountingDesktop() : services(withDesktopsTrash()) {
@@ -228,7 +228,7 @@ TEST(EmptyingTheTrash, ALockedItemIsLeftToTheDesktop) {
     TempTree tree(lifelike(), TempTree::Owner::unprivileged);
     if (const auto reason = whyNotUnprivileged(tree.path()))
         GTEST_SKIP() << *reason;
-    // Another user's: of one's own folders those are opened that refuse changes.
+    // Another user's, because one's own folders are made writable if needed.
     ASSERT_EQ(::chown(tree.path("home/proje/build").c_str(), 0, 0), 0);
     const std::string locked = tree.path(std::string(trashFolder) + "/files/proje/build");
     asUnprivileged([&] {
@@ -361,11 +361,12 @@ TEST(EmptyingTheTrash, ATrashThatHoldsAVolumeIsRefused) {
     });
 }
 
-/// Trashes the items as another program does it meanwhile. How many are whole nowhere: 0, and an exit status.
+/// Trashes the items as a concurrent program does. Returns how many were lost: 0 on success, used as the exit
+/// status.
 int trashAll(const TempTree& tree, int items) {
     int lost = 0;
     for (int item = 0; item < items; ++item) {
-        // It may meet a Trash whose folders are just being removed: then the item stays where it is.
+        // It may find a Trash whose folders are just being removed; the item then stays where it is.
         const std::string path = tree.path("home/many/item" + std::to_string(item));
         if (!cleaner().clean(finding({path}), CleanMode::trash) && !exists(path + "/x"))
             ++lost;
@@ -396,7 +397,7 @@ TEST(EmptyingTheTrash, WhatIsTrashedMeanwhileIsWholeOrGone) {
     });
 }
 
-/// The folder of notes in the Trash of a home.
+/// The folder of notes in a home's Trash.
 std::string notesOf(const TempTree& tree) {
     return tree.path("home/.local/share/Trash/info");
 }

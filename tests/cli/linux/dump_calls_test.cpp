@@ -1,4 +1,4 @@
-// What the program without its window asks of the kernel.
+// The system calls of the program without its window.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -27,7 +27,7 @@ using test::ScopedEnvironment;
 using test::TempTree;
 using test::textFile;
 
-/// Calls that make, remove, rename or change an entry, whatever their arguments are.
+/// Calls that create, remove, rename or change an entry, whatever their arguments.
 constexpr long changing[] = {
     SYS_mkdirat,
     SYS_mknodat,
@@ -55,7 +55,8 @@ constexpr long changing[] = {
     SYS_renameat,
 #endif
 #ifdef SYS_open
-    // The older ones of this machine. Nothing opens by the first two any more, not even to read.
+    // Older calls of this architecture. The first two are no longer used to open anything, not even for
+    // reading.
     SYS_open,
     SYS_creat,
     SYS_mkdir,
@@ -74,9 +75,9 @@ constexpr long changing[] = {
 #endif
 };
 
-/// From here on this process and what it becomes die of a call that makes, empties or changes an entry. What
-/// is written into a file that is there cannot be told from what is written into /dev/null, nor can it be
-/// seen what `openat2` is asked for: both would show in the folders of `Program.DumpChangesNothing`.
+/// From here on, this process and whatever it executes are killed by any call that creates, truncates or
+/// changes an entry. Writes to existing files cannot be told from writes to /dev/null, and the arguments of
+/// `openat2` cannot be seen; `Program.DumpChangesNothing` would detect the effects of both.
 bool dieOfChanges() {
     constexpr unsigned deadly = SECCOMP_RET_KILL_PROCESS;
     std::vector<sock_filter> program = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
@@ -94,7 +95,7 @@ bool dieOfChanges() {
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-/// How a program ends that may change nothing: as `waitpid` says it.
+/// The `waitpid` status of a program that may change nothing.
 int statusWithoutChanges(std::vector<std::string> line) {
     std::vector<char*> arguments;
     for (std::string& word : line)
@@ -125,7 +126,7 @@ protected:
 };
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && !defined(ULVAK_COVERAGE)
-// All of which make such calls of their own.
+// Not with sanitizers or coverage, which make such calls themselves.
 TEST_F(DumpCalls, ChangeNothingAnywhere) {
     EXPECT_EQ(statusWithoutChanges({ULVAK_PROGRAM, "--dump"}), 0);
     EXPECT_EQ(statusWithoutChanges({ULVAK_PROGRAM, "--dump", "--ai"}), 0);

@@ -1,6 +1,6 @@
-// A stand-in for the framework of this name, so that the shim can be type-checked and run where there is none. Its
-// declarations are those that the vendor documents under developer.apple.com/documentation/foundationmodels; what
-// they do is our own: they write down what they were given, and answer or fail as a prompt of the test demands.
+// A stand-in for the framework of this name, so that the shim can be type-checked and run without it. The
+// declarations are those the vendor documents under developer.apple.com/documentation/foundationmodels; the behaviour
+// is our own: they record their arguments, and answer or fail as a test's prompt demands.
 
 import Foundation
 
@@ -17,7 +17,7 @@ public final class SystemLanguageModel: Sendable {
             case deviceNotEligible
             case appleIntelligenceNotEnabled
             case modelNotReady
-            // The vendor's has no such reason, but may be given more.
+            // Not in the real framework, but it may gain more reasons.
             case unforeseen
         }
         case available
@@ -175,7 +175,7 @@ public final class LanguageModelSession: @unchecked Sendable {
             throw error
         }
         if prompt.text == "hears" {
-            // Never ends by itself either, but says when it hears that it is cancelled.
+            // Never ends by itself either, but reports when it is cancelled.
             do {
                 try await Task.sleep(nanoseconds: 3_600_000_000_000)
             } catch {
@@ -185,7 +185,7 @@ public final class LanguageModelSession: @unchecked Sendable {
             }
         }
         if prompt.text == "deaf" {
-            // Never ends by itself, and does not hear that it is cancelled.
+            // Never ends by itself and ignores cancellation.
             await withUnsafeContinuation { (_: UnsafeContinuation<Void, Never>) in }
         }
         let words = [
@@ -250,7 +250,7 @@ private func sessionError(_ name: String) -> LanguageModelSession.GenerationErro
     }
 }
 
-/// The prompts "session:…" and "model:…" name an error of a family, "unforeseen" one of none.
+/// The prompts "session:…" and "model:…" name an error of either family; "unforeseen" one of neither.
 @available(macOS 26.0, *)
 private func failure(demanded prompt: String) -> (any Error)? {
     if prompt == "unforeseen" {

@@ -14,9 +14,8 @@
 #include "platform/language_model.h"
 #include "platform/macos/language_shim.h"
 
-// Runs the program's own side of the shim against the stand-in: every state, every error, an answer, a stop.
-// Ends with 0 when all is as it has to be. Without a test library, for it runs where the rest of the tests do
-// not.
+// Runs our side of the shim against the stand-in: every state, every error, an answer, a stop. Exits with 0
+// if everything is as expected. Uses no test library, because it runs where the other tests cannot.
 
 namespace {
 
@@ -139,7 +138,7 @@ void checkStop() {
     expect(!answer.get(), "stopped while it runs, though the framework does not hear it");
 }
 
-/// Counts what the shim says of one request.
+/// Counts the callbacks of one request.
 struct Calls {
     std::atomic<int> count = 0;
     std::promise<std::int32_t> first;
@@ -161,7 +160,7 @@ void* start(const char* prompt, Calls& calls) {
     return ::ulvakModelStart(&bare, &calls, &Calls::settle);
 }
 
-/// Whoever asked is gone when it was told once.
+/// Each request must be settled exactly once: its caller is gone after that.
 void checkSettledOnce() {
     Calls answered;
     void* started = start("soru", answered);

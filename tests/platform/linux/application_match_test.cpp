@@ -150,7 +150,7 @@ TEST(ApplicationMatch, AProgramAmongThoseOfOthersHasNoFolderOfItsOwn) {
 }
 
 TEST(ApplicationMatch, ANeighbourInAHomesBinIsAnotherApplication) {
-    // The home folder's "bin" need not be in the search path, and the home folder is no application's.
+    // The home folder's "bin" need not be in PATH, and the home folder belongs to no application.
     const ApplicationEntry entry{.id = "x.desktop", .words = {"/srv/x"}, .program = "/srv/x"};
     EXPECT_FALSE(mayBelong({.executable = "/srv/other/y", .words = {"y"}}, entry, shared));
 }

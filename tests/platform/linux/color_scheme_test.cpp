@@ -24,10 +24,10 @@ namespace {
 using test::SessionBus;
 using test::StandInPortal;
 
-/// What has been heard, in order.
+/// The schemes received, in order.
 class Heard : public test::Record<ColorScheme> {
 public:
-    /// The last of so many; an impossible one when they do not come.
+    /// The scheme received at position `count`; an impossible value if there are not that many.
     [[nodiscard]] ColorScheme last(std::size_t count) const {
         const std::vector<ColorScheme> schemes = waitFor(count);
         return schemes.size() >= count ? schemes[count - 1] : static_cast<ColorScheme>(99);
@@ -84,7 +84,7 @@ TEST_F(ColorSchemeBus, APortalThatComesLaterIsHeard) {
         Heard heard;
         const ColorSchemeWatch watch([&](ColorScheme scheme) { heard.add(scheme); });
         StandInPortal portal(bus, StandInPortal::Age::current, 0);
-        // Until it listens; it may have asked before there was anybody to answer.
+        // Repeats until the watch is listening; it may have asked before the portal existed.
         EXPECT_TRUE(test::waitUntil([&] {
             portal.change(1);
             std::this_thread::sleep_for(std::chrono::milliseconds(20));  // a flood would delay the answer
@@ -101,7 +101,7 @@ TEST_F(ColorSchemeBus, WithoutABusNothingWaits) {
     });
 }
 
-/// Something listens at the bus's address, and never says a word.
+/// Something listens at the bus's address but never answers.
 TEST_F(ColorSchemeBus, ASilentBusHoldsNobodyUp) {
     test::inChild([] {
         const test::TempTree tree;
@@ -115,7 +115,7 @@ TEST_F(ColorSchemeBus, ASilentBusHoldsNobodyUp) {
         setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
         {
             const ColorSchemeWatch watch([](ColorScheme) {});
-            const int client = accept(listener, nullptr, nullptr);  // it has begun to wait for an answer
+            const int client = accept(listener, nullptr, nullptr);  // it is now waiting for an answer
             EXPECT_GE(client, 0);
         }
         close(listener);

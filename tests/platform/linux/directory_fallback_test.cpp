@@ -16,8 +16,8 @@
 #include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"
 
-// What `Directory`, and what removes, promise on kernels without openat2 and in sandboxes that refuse it.
-// Whether there is one is asked once a process, so that each test runs in a new one.
+// The contracts of `Directory` and of removal on kernels without openat2 and in sandboxes that refuse it.
+// Availability is checked once per process, so each test runs in a new one.
 
 namespace ulvak::platform {
 namespace {
@@ -100,7 +100,7 @@ void expectRemovalToEnterNoMount() {
     });
 }
 
-/// Ends the process with 0 when nothing failed in it.
+/// Exits with 0 if nothing failed in this process.
 [[noreturn]] void check(int error, void (*expectations)()) {
     refuseOpenat2(error);
     expectations();

@@ -9,8 +9,7 @@
 #include "support/linux/traced_child.h"
 #include "support/temp_tree.h"
 
-// Every moment at which a program that replaces a file can die, one after the other: before and after each of
-// its calls to the kernel.
+// Kills a program that replaces a file at every possible moment: before and after each of its system calls.
 
 namespace ulvak::platform {
 namespace {
@@ -23,7 +22,7 @@ using testing::SizeIs;
 const std::string oldBytes(100'000, 'o');
 const std::string newBytes(200'000, 'n');
 
-/// A child that replaces a file and stops at every call.
+/// A child that replaces a file, stopping at every system call.
 class TracedReplacement : public test::TracedChild {
 public:
     explicit TracedReplacement(const std::string& path)

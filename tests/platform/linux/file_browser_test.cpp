@@ -33,14 +33,14 @@ constexpr const char* interfaces =
     "<node><interface name='org.freedesktop.FileManager1'><method name='ShowItems'>"
     "<arg type='as' direction='in'/><arg type='s' direction='in'/></method></interface></node>";
 
-/// A file browser on the session's bus, which notes what it is asked to show.
+/// A file manager on the session bus that records what it is asked to show.
 class NotingFileBrowser {
 public:
     explicit NotingFileBrowser(std::string address)
         : service_(std::move(address), {.name = busName, .path = objectPath, .interfaces = interfaces},
                    [this](const std::string&, GVariant* parameters) { return note(parameters); }) {}
 
-    /// The addresses of each request until now.
+    /// The URIs of each request so far.
     [[nodiscard]] std::vector<std::vector<std::string>> requests() const {
         const std::scoped_lock lock(mutex_);
         return requests_;
@@ -66,7 +66,7 @@ private:
     test::SessionService service_;                    ///< last: it uses the others, from its own thread
 };
 
-/// Runs `body` in a process whose session has a bus and nothing on it but this file browser.
+/// Runs `body` in a process whose session bus has only this file manager on it.
 void withFileBrowser(const std::function<void(const NotingFileBrowser&)>& body) {
     test::inChild([&] {
         const test::SessionBus bus;
@@ -87,7 +87,7 @@ protected:
 TEST_F(FileBrowser, ShowsAllItemsInOneRequest) {
     withFileBrowser([](const NotingFileBrowser& browser) {
         const std::vector<std::string> paths = {"/ev/a b", "/ev/Çöp#1?", "/ev/\xff%41"};
-        // Where the machine stalls, an answer comes too late, and the user asks again.
+        // On a stalled machine the answer comes too late, and the user tries again.
         std::size_t asked = 0;
         for (; asked < 5 && browser.requests().empty(); ++asked)
             EXPECT_TRUE(revealInFileBrowser(paths));
@@ -108,7 +108,7 @@ TEST_F(FileBrowser, IsNotAskedToShowNothing) {
 TEST_F(FileBrowser, SaysThatNothingOpensWhereThereIsNone) {
     test::inChild([] {
         const test::TempTree tree;
-        // Where programs that open folders are looked for.
+        // Where programs that open folders are looked up.
         for (const char* place :
              {"HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
             setenv(place, tree.path().c_str(), 1);

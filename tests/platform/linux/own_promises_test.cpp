@@ -19,8 +19,8 @@
 #include "platform/volume.h"
 #include "support/temp_tree.h"
 
-// What Linux promises beyond what every backend does. Its names are bytes, all but two of them; what a
-// listing says of an entry is looked up when it is asked for, so that nothing that is gone is told of.
+// What Linux guarantees beyond the common contract. Names are any bytes except two; a listing's details are
+// looked up when requested, so entries that are gone are not reported.
 
 namespace ulvak::platform {
 namespace {
@@ -31,7 +31,7 @@ using test::TempTree;
 using test::textFile;
 using test::TreeEntry;
 
-/// Kind and bytes on disk of every entry.
+/// Every entry's kind and bytes on disk.
 std::map<std::string, std::pair<EntryKind, std::int64_t>> kinds(const std::string& path) {
     std::map<std::string, std::pair<EntryKind, std::int64_t>> seen;
     const auto directory = Directory::open(path);
@@ -159,7 +159,7 @@ TEST(Volume, AvailableIsWhatThisUserCanWriteNotWhatIsKeptForRoot) {
     ASSERT_EQ(::statvfs("/", &after), 0);
     const auto [least, most] = std::minmax(info.f_bavail, after.f_bavail);
     const auto available = static_cast<double>(capacity->available);
-    constexpr double ofOthers = 1e9;  // who write at the same time
+    constexpr double ofOthers = 1e9;  // tolerance for concurrent writes by others
     EXPECT_GE(available, static_cast<double>(least) * static_cast<double>(info.f_frsize) - ofOthers);
     EXPECT_LE(available, static_cast<double>(most) * static_cast<double>(info.f_frsize) + ofOthers);
 }

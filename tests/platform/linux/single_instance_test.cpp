@@ -21,10 +21,10 @@ namespace {
 
 using Role = SingleInstance::Role;
 
-/// What a first one has received.
+/// The requests a first instance has received.
 using Received = test::Record<LaunchRequest>;
 
-/// Runs `body` in a process whose session has a bus with nothing on it.
+/// Runs `body` in a process with an empty session bus.
 void withBus(const std::function<void()>& body) {
     test::inChild([&] {
         GTestDBus* session = g_test_dbus_new(G_TEST_DBUS_NONE);

@@ -13,7 +13,7 @@
 #include "support/isolation.h"
 #include "support/linux/disk_image.h"
 
-// Which Trash an item goes to, on volumes of the test's own.
+// Which Trash an item goes to, on volumes set up by the test.
 
 namespace ulvak::platform {
 namespace {
@@ -23,7 +23,7 @@ using test::folder;
 using test::TempTree;
 namespace fs = std::filesystem;
 
-/// A volume at "disk", beside a home on another.
+/// A volume at "disk", next to a home on another.
 class TrashPlaces : public testing::Test {
 protected:
     void SetUp() override {
@@ -54,7 +54,7 @@ protected:
                   false);
     }
 
-    /// Where it lies in the volume, and that its note counts from the volume's top.
+    /// The trashed item's path in the volume; checks that its note is relative to the volume's root.
     std::string placeOnDisk() {
         const auto moved = trash(item);
         EXPECT_TRUE(moved) << moved.error().code.message();

@@ -17,8 +17,8 @@
 #include "platform/linux/trash_world.h"
 #include "support/system.h"
 
-// Somebody swaps the item, or the folder around it, while it is moved: at the worst moment there is, and
-// thousands of times at any.
+// The item, or the folder containing it, is swapped while it is moved: at the worst moment, and thousands of
+// times at random ones.
 
 namespace ulvak::platform {
 namespace {
@@ -29,7 +29,7 @@ using test::TempTree;
 using test::textFile;
 namespace fs = std::filesystem;
 
-/// Calls that do something before or after the first of them.
+/// Calls that run `before` and `after` around the first rename.
 posix::TrashCalls calling(const std::function<void()>& before, const std::function<void()>& after = {}) {
     auto isFirst = std::make_shared<bool>(true);
     return {.rename = [=](int from, const char* name, int to, const char* newName, unsigned flags) {
@@ -127,7 +127,7 @@ TEST_F(TrashSwaps, ATrashThatIsEmptiedMeanwhileIsMadeAnew) {
     EXPECT_EQ(notedPath(moved->location), at("a/item"));
 }
 
-/// Calls as on a file system that cannot leave alone what is there.
+/// Calls as on a file system without RENAME_NOREPLACE.
 posix::TrashCalls withoutNoReplace(const std::function<void()>& before = {}) {
     auto isFirst = std::make_shared<bool>(true);
     return {.rename = [=](int from, const char* name, int to, const char* newName, unsigned flags) {
@@ -160,7 +160,7 @@ TEST_F(TrashSwaps, WithoutHelpOfTheFileSystemASwapIsUndoneToo) {
     expectStale(trash(at("a/item"), withoutNoReplace([&] { test::exchange(at("a/item"), at("a/other")); })));
     EXPECT_EQ(read("a/item"), "other");
     EXPECT_EQ(read("a/other"), "item");
-    // A folder does not take the place of a file.
+    // A folder does not replace a file.
     const auto moved =
         trash(at("a/item"), withoutNoReplace([&] { test::exchange(at("a/item"), at("Documents")); }));
     ASSERT_FALSE(moved);
@@ -168,7 +168,7 @@ TEST_F(TrashSwaps, WithoutHelpOfTheFileSystemASwapIsUndoneToo) {
     EXPECT_EQ(read("a/item/item"), "precious");
 }
 
-/// Does something without pause in a thread of its own.
+/// Repeats an action without pause on its own thread.
 class Restless {
 public:
     explicit Restless(std::function<void()> work)
@@ -216,7 +216,7 @@ TEST_F(TrashSwaps, ThousandsOfSwapsOfTheItemTakeNothingElse) {
                           fs::remove(at(".local/share/Trash/info/" + nameOf(moved->location) + ".trashinfo")),
                       true);
         }
-        // Documents are in their place, in the item's, or beside it; never in the Trash.
+        // Documents are in their place, in the item's, or next to it, never in the Trash.
         const std::string beside = at("a/" + trashName(nameOf(swapped), 2));
         const std::string documents = isAway ? swapped : fs::is_directory(beside) ? beside : at("Documents");
         ASSERT_EQ(test::textOf(documents + "/item"), "precious") << round;

@@ -37,7 +37,7 @@ std::size_t countIn(const std::string& path) {
     return exists(path) ? listNames(path).size() : 0;
 }
 
-/// Whether `text` ends in the middle of a character, if it is UTF-8 otherwise.
+/// Whether `text`, otherwise valid UTF-8, was cut in the middle of a character of `whole`.
 bool isCutThrough(const std::string& text, const std::string& whole) {
     return text.size() < whole.size() && (static_cast<unsigned char>(whole[text.size()]) & 0xC0U) == 0x80U;
 }
@@ -216,18 +216,18 @@ TEST(MoveToTrash, WhereverItIsKilledTheItemIsInItsPlaceOrHasItsNote) {
         ASSERT_TRUE(isHere || notedPath(location) == tree.path("home/a/b")) << moment;
         wasHere = wasHere || isHere;
         wasThere = wasThere || (!isHere && !isOver);
-        // Whatever was left behind is in nobody's way.
+        // Leftovers of a killed run do not get in the way.
         ASSERT_TRUE(!isHere || trash(tree.path("home/a/b"))) << moment;
     }
     EXPECT_TRUE(wasHere && wasThere) << "the moments were all of them on one side";
 }
 
-/// The calls of a child that write, flush and rename, to its end.
+/// The child's writes, flushes and renames, in order, until it exits.
 std::string orderOfCalls(test::TracedChild& child) {
     std::string order;
     while (child.step()) {
         const auto call = child.call();
-        // A sanitizer writes as well, to see what may be read.
+        // Sanitizers also call write, to check whether memory is readable.
         if (call == SYS_write && !order.ends_with("write "))
             order += "write ";
         if (call == SYS_fsync)
@@ -247,7 +247,7 @@ TEST(MoveToTrash, TheNoteIsOnTheDiskBeforeTheItemMoves) {
     EXPECT_EQ(orderOfCalls(child), "write fsync fsync rename ");
 }
 
-/// Items of one home that are moved with notes written ahead.
+/// Items in one home that are moved with notes written in advance.
 class NotesAhead : public testing::Test {
 protected:
     NotesAhead() {
@@ -388,7 +388,7 @@ TEST_F(NotesAhead, AreWrittenAnewWhereTheirNameWasTakenMeanwhile) {
 
 TEST_F(NotesAhead, LeaveHandlesForTheMoves) {
     test::inChild([&] {
-        std::vector<int> free;  // others may be open between them
+        std::vector<int> free;  // others may be open in between
         while (free.size() < std::size_t{count})
             free.push_back(::dup(STDERR_FILENO));
         const auto limit = static_cast<rlim_t>(free.back()) + 1;
@@ -433,7 +433,7 @@ TEST_F(NotesAhead, AreAllOnTheDiskBeforeTheFirstItemMoves) {
 }
 
 TEST_F(NotesAhead, WhereverItIsKilledEachItemIsInItsPlaceOrHasItsNote) {
-    // Once every so many moments: there are thousands.
+    // Only every 37th moment: there are thousands.
     bool isOver = false;
     for (int moment = 1; !isOver; moment += 37) {
         const TempTree here({folder("home", {textFile("a", "a"), textFile("b", "b")})});

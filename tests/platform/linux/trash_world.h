@@ -10,7 +10,7 @@
 #include "support/environment.h"
 #include "support/temp_tree.h"
 
-/// What the tests of the Trash have in common.
+/// Shared by the tests of the Trash.
 namespace ulvak::platform {
 
 /// The environment of a user whose home is in a tree.
@@ -33,7 +33,7 @@ inline std::string nameOf(const std::string& path) {
 
 using Trashed = std::expected<TrashedItem, FileError>;
 
-/// Moves what is at `path` now.
+/// Trashes what is at `path` now.
 inline Trashed trash(const std::string& path, const posix::TrashCalls& calls = {}) {
     const auto folder = Directory::open(parentOf(path));
     if (!folder)
@@ -42,7 +42,7 @@ inline Trashed trash(const std::string& path, const posix::TrashCalls& calls = {
     return posix::moveToTrash(*folder, nameOf(path), identity.value_or(ItemIdentity()), path, calls);
 }
 
-/// The path that the note of a trashed item says; empty when there is none, or when it is not whole.
+/// The path in a trashed item's note; empty if the note is missing or incomplete.
 [[nodiscard]] std::string notedPath(const std::string& location);
 
 }  // namespace ulvak::platform

@@ -43,7 +43,7 @@ TEST(UserFolders, AUserWhomTheSystemDoesNotKnowHasNobodyElsesHome) {
         GTEST_SKIP() << "only root becomes another user";
     test::inChild([] {
         const ScopedEnvironment environment({{"HOME", unset}});
-        // A container may know no numbers above those of sixteen bits.
+        // A container may not map ids above 16 bits.
         uid_t nobodyAtAll = 60'000;
         while (::getpwuid(nobodyAtAll) != nullptr)
             ++nobodyAtAll;

@@ -10,7 +10,7 @@
 
 #include "platform/macos/bulk_listing.h"
 
-/// Records as the system writes them, built by hand.
+/// Hand-built records in the system's format.
 namespace ulvak::platform {
 
 inline constexpr std::uint32_t fileType = 1;
@@ -36,7 +36,7 @@ void put(Bytes& bytes, std::size_t at, Value value) {
     std::memcpy(bytes.data() + at, &value, sizeof value);
 }
 
-/// What a record has, as the test wants it.
+/// The fields a record is to have.
 struct Written {
     std::optional<std::string> name;
     std::optional<std::uint32_t> error;

@@ -10,7 +10,7 @@
 
 #include "platform/macos/bulk_buffer.h"
 
-// Folders that are read in pieces, which a test can cut as it likes.
+// Folders read in pieces, which the test can split at will.
 
 namespace ulvak::platform {
 namespace {
@@ -20,8 +20,8 @@ using testing::IsEmpty;
 
 struct Piece {
     std::vector<Written> records;
-    int count = 0;  ///< what the system answers
-    int error = 0;  ///< and `errno` with it
+    int count = 0;  ///< what the system call returns
+    int error = 0;  ///< and its `errno`
 };
 
 Piece piece(std::vector<Written> records) {
@@ -37,7 +37,7 @@ Written named(const char* name, std::uint32_t type = fileType) {
     return {.name = name, .type = type};
 }
 
-/// A folder that is given out piece by piece, into a buffer with all that an earlier piece has left in it.
+/// A folder returned piece by piece, in a buffer that still holds the remains of earlier pieces.
 class Staged {
 public:
     explicit Staged(std::vector<Piece> pieces) : pieces_(pieces.begin(), pieces.end()) {}
@@ -62,7 +62,7 @@ public:
         };
     }
 
-    /// All entries that come until none does.
+    /// All remaining entries.
     std::vector<std::string> entries(const NameSet* excluded = nullptr) {
         std::vector<std::string> names;
         while (const auto entry = listing().nextEntry(read(), excluded, error))
@@ -70,7 +70,7 @@ public:
         return names;
     }
 
-    /// All names, and what the last read said.
+    /// All names, and the result of the last read.
     std::pair<std::vector<std::string>, int> names() {
         std::vector<std::string> names;
         int result = 0;
@@ -157,7 +157,7 @@ TEST(BulkListing, ThatClaimsMoreRecordsThanThereAreFails) {
         EXPECT_EQ(folder.error, std::errc::io_error) << broken;
         EXPECT_THAT(folder.entries(), IsEmpty()) << broken;
 
-        // Whoever removes by names is given none of a piece that is not whole.
+        // Removal by name must not be given any names of an incomplete piece.
         Staged names(pieces);
         expected.resize(broken == 0 ? 0 : broken == 1 ? 2 : 3);
         EXPECT_EQ(names.names(), std::pair(expected, -1)) << broken;

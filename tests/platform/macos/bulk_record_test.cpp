@@ -10,25 +10,25 @@
 
 #include "platform/macos/bulk_buffer.h"
 
-// Buffers as the system fills them, built by hand: the parser runs wherever the tests do.
+// Hand-built buffers in the system's format: the parser runs wherever the tests do.
 
 namespace ulvak::platform {
 namespace {
 
 using namespace std::chrono_literals;
 
-/// The one record in a buffer.
+/// The only record in a buffer.
 std::optional<BulkRecord> only(const Bytes& bytes) {
     std::size_t position = 0;
     return takeRecord(bytes, position);
 }
 
-/// In memory of their very own size, so that the sanitizers see a look beyond it.
+/// In an allocation of exactly this size, so that the sanitizers detect reads past the end.
 Bytes exactly(std::span<const std::byte> bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// The same record in a buffer that ends with it, and says so.
+/// The same record in a buffer that ends with it, with its length set accordingly.
 Bytes ofLength(const Bytes& record, std::uint32_t length) {
     Bytes bytes = exactly(std::span(record).first(length));
     if (length >= sizeof length)
@@ -96,7 +96,7 @@ TEST(BulkRecord, FieldsThatTheSystemLeftOutAreAbsentAndMoveTheOthersUp) {
 }
 
 TEST(BulkRecord, HasEveryFieldInTheOrderOfItsGroupAndBit) {
-    // More than any one entry has: those of folders come before those of files.
+    // More fields than any one entry has: the group for folders precedes the one for files.
     Written what = wholeFile;
     what.mountStatus = trigger;
     const Bytes bytes = record(what);
@@ -145,7 +145,7 @@ TEST(BulkRecord, ThatIsCutAnywhereIsNone) {
         const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_FALSE(only(cut)) << size << ": its length says more than there is";
     }
-    // A length that is too short for what the record says it has.
+    // A length too short for the fields the record claims to have.
     for (std::uint32_t length = 0; length < whole.size() - 7; ++length) {
         Bytes shortened = whole;
         put(shortened, 0, length);
@@ -172,7 +172,7 @@ TEST(BulkRecord, MayEndWithItsLastFieldAndNotBefore) {
         for (std::uint32_t length = 0; length < size; ++length)
             EXPECT_FALSE(only(ofLength(whole, length))) << length << " of " << size;
     }
-    // The two halves of where a name lies are a field like others.
+    // The two halves of a name's reference are a field like any other.
     const Bytes named = record({.name = ""});
     for (std::uint32_t length = 0; length < fieldsOffset + 8; ++length)
         EXPECT_FALSE(only(ofLength(named, length))) << length;
@@ -204,7 +204,7 @@ TEST(BulkRecord, BehindAnotherEndsWithTheBufferToo) {
         ASSERT_TRUE(takeRecord(cut, position));
         EXPECT_EQ(takeRecord(cut, position).has_value(), size == both.size()) << size;
     }
-    // Its length counts from where it begins.
+    // A length counts from its record's start; this one is a byte too long.
     put(both, first.size(), static_cast<std::uint32_t>(second.size() + 1));
     const Bytes longer = exactly(both);
     std::size_t position = first.size();
@@ -271,7 +271,7 @@ TEST(BulkRecord, ANameNeverLeadsOutOfItsRecord) {
 }
 
 TEST(BulkRecord, ANameHasItsZeroByteInItsRecord) {
-    // Up to the last byte of the record, and the zero byte is the first one behind it.
+    // A name that fills the record, with its null byte just behind it.
     Bytes bytes = record({.name = "name", .type = fileType});
     const std::size_t begin = fieldsOffset + 8 + 4;
     for (std::size_t at = begin; at < bytes.size(); ++at)
@@ -289,7 +289,7 @@ TEST(BulkRecord, ANameHasItsZeroByteInItsRecord) {
 
 TEST(BulkRecord, ANameEndsAtItsFirstZeroByte) {
     Bytes bytes = record({.name = "name", .type = fileType});
-    put(bytes, fieldsOffset + 4, std::uint32_t{7});  // to the next boundary
+    put(bytes, fieldsOffset + 4, std::uint32_t{7});  // up to the next boundary
     EXPECT_EQ(only(bytes)->name, "name");
 }
 
@@ -437,8 +437,7 @@ TEST(BulkEntry, HoldsDatesBeyondTheRangeAtItsEnds) {
 }
 
 TEST(BulkRecords, FollowOneAnotherThroughSeveralBatchesInOneBuffer) {
-    // The system fills the same buffer again and again; what an earlier batch left behind its end is never
-    // read.
+    // The system reuses the buffer; remains of an earlier batch behind the end are never read.
     const std::vector<std::vector<std::string>> batches = {
         {"first of the longest batch", "b", "c with another name"}, {"d"}, {}, {"e", "f"}};
     Bytes buffer(4096, std::byte{0xFF});

@@ -12,7 +12,7 @@
 #include "support/linux/dead_mount.h"
 #include "support/temp_tree.h"
 
-// Labels on a server that does not answer keep nobody from starting.
+// Labels on a server that does not answer must not block startup.
 
 namespace ulvak {
 namespace {
@@ -23,7 +23,7 @@ using testing::IsEmpty;
 using testing::Key;
 using testing::SizeIs;
 
-/// Keeps jobs for later.
+/// Stores jobs for later.
 struct Jobs {
     std::vector<std::function<void()>> jobs;
 

@@ -19,18 +19,18 @@
 #include "store/verdict_store.h"
 #include "support/temp_tree.h"
 
-// Every call with which the store reads, merges, locks and writes fails once, every two of them, and then all
-// for good: no label may be lost by that. The functions of the C library are stood in for, in this thread and
-// while `Faults` lives.
+// Every call the store makes to read, merge, lock and write fails once, then every pair of them, then all
+// from there on: no label may be lost. The C library's functions are overridden, on this thread and while
+// `Faults` lives.
 
 namespace ulvak {
 namespace {
 
-/// Which of the calls that follow fail, and how.
+/// Which of the following calls fail, and how.
 class Faults {
 public:
     enum class Span : std::uint8_t { once, forGood };
-    /// In place of an error: one byte is read or written.
+    /// Instead of an error, only one byte is read or written.
     static constexpr int shortCount = -1;
 
     Faults(int first, int error, Span span) : Faults(first, first, error, span) {}
@@ -42,7 +42,7 @@ public:
     Faults(const Faults&) = delete;
     Faults& operator=(const Faults&) = delete;
 
-    /// How the call that is about to be made fails; 0 for not at all.
+    /// The error for the call about to be made; 0 for none.
     static int next() {
         if (current == nullptr)
             return 0;
@@ -52,7 +52,7 @@ public:
         return fails ? current->error_ : 0;
     }
 
-    /// The first, and the second too.
+    /// Whether both faults have been injected.
     [[nodiscard]] bool hasStruck() const { return calls_ > first_ && calls_ > second_; }
 
 private:
@@ -66,7 +66,7 @@ private:
 
 thread_local Faults* Faults::current = nullptr;
 
-/// Fails as planned, or does what the C library does.
+/// Fails as planned, or calls the C library.
 template <typename Call>
 auto unlessPlanned(Call call) -> decltype(call()) {
     if (const int error = Faults::next(); error > 0) {
@@ -94,7 +94,7 @@ ssize_t unlessPlannedShort(Function function, int file, Bytes bytes, std::size_t
 }  // namespace
 }  // namespace ulvak
 
-// NOLINTBEGIN(*-reserved-identifier,readability-inconsistent-declaration-parameter-name): the library's own
+// NOLINTBEGIN(*-reserved-identifier,readability-inconsistent-declaration-parameter-name): the library's names
 extern "C" {
 
 ssize_t read(int file, void* bytes, size_t length) {
@@ -184,14 +184,14 @@ void saveOne(VerdictStore& store, const std::string& id) {
                Finding{.id = id, .size = 1});
 }
 
-/// Two programs that have a label each in one file.
+/// Two programs with one label each in the same file.
 struct TwoPrograms {
     TwoPrograms() {
         saveOne(one, "/one");
         saveOne(other, "/other");
     }
 
-    /// All labels of the file and of those that were kept beside it.
+    /// All labels in the file and in any that were set aside next to it.
     [[nodiscard]] VerdictEntries allOnDisk() const {
         VerdictEntries all;
         for (const auto& entry : std::filesystem::directory_iterator(tree.path("Ulvak")))
@@ -209,14 +209,14 @@ struct TwoPrograms {
 constexpr std::array errors = {ENOSPC, EIO,   EINTR,  EACCES, ESTALE, ENOMEM,
                                EMFILE, EROFS, EDQUOT, ENOLCK, EPERM,  Faults::shortCount};
 
-/// Has `save` do its work with a fault at each of its calls, one after the other, until it ends without one;
-/// and each time `judge` what came of it. Returns the number of runs.
+/// Runs `save` with a fault injected at each of its calls in turn, until it completes without one, and passes
+/// each outcome to `judge`. Returns the number of runs.
 int withFaultsAtEveryCall(Faults::Span span, const std::function<void(TwoPrograms&)>& save,
                           const std::function<void(TwoPrograms&)>& judge) {
     int runs = 0;
     for (const int error : errors) {
         if (error == EINTR && span == Faults::Span::forGood)
-            continue;  // a system that does nothing but interrupt is none
+            continue;  // no system only ever interrupts
         bool hasStruck = true;
         for (int call = 0; hasStruck; ++call, ++runs) {
             SCOPED_TRACE("call " + std::to_string(call) + ": " +

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t largestRequest = std::size_t{256} * 1024;
 
-/// The kernel asks nothing before it knows whom it speaks with.
+/// The kernel sends no requests before this handshake.
 bool greet(int device) {
     std::string request(largestRequest, '\0');
     fuse_in_header header{};

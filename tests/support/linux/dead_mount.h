@@ -7,15 +7,15 @@
 
 namespace ulvak::test {
 
-/// A volume whose server does not answer, at a folder: whoever asks it for anything waits. Only inside
-/// `withPrivateMounts`. So that a test that fails ends all the same, the first who asks is noted and the
-/// server then gone: that one and all others get an error.
+/// A volume at a folder whose server does not answer: any request to it blocks. Only inside
+/// `withPrivateMounts`. So that a failing test still ends, the first request is recorded and the server then
+/// disconnects: that request and all others fail.
 ///
 ///     if (const auto reason = DeadMount::whyNone())
 ///         GTEST_SKIP() << *reason;
 class DeadMount {
 public:
-    /// Why there can be none; nothing where there can.
+    /// Why none can be made; empty if it can.
     [[nodiscard]] static std::optional<std::string> whyNone();
 
     explicit DeadMount(const std::string& path);
@@ -25,7 +25,7 @@ public:
 
     [[nodiscard]] bool isMounted() const { return isMounted_; }
 
-    /// Whether somebody has asked it for anything.
+    /// Whether it has received any request.
     [[nodiscard]] bool wasAsked() const { return wasAsked_; }
 
 private:

@@ -28,7 +28,7 @@ testing::AssertionResult mountImage(const std::string& image, const std::string&
     if (!hasRun({"/usr/bin/mount", "-o", "loop", image, path}))
         return testing::AssertionFailure() << image << " cannot be mounted";
     ::chmod(path.c_str(), 0777);
-    // It belongs to the file system, and would be in the way of who counts entries.
+    // Part of the file system; it would disturb tests that count entries.
     std::filesystem::remove(path + "/lost+found", error);
     return testing::AssertionSuccess();
 }

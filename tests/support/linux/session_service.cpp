@@ -30,7 +30,7 @@ void SessionService::serve() {
     g_variant_unref(g_dbus_connection_call_sync(
         bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
         g_variant_new("(su)", place_.name, 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
-    // Said from inside the loop: one that is told to quit before it runs would run for ever.
+    // Signalled from inside the loop: `quit` before the loop runs would be lost and it would run forever.
     GSource* onceRunning = g_idle_source_new();
     g_source_set_callback(onceRunning, &SessionService::sayItIsThere, this, nullptr);
     g_source_attach(onceRunning, context);

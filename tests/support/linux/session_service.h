@@ -9,16 +9,16 @@
 
 namespace ulvak::test {
 
-/// One object on the bus at an address, under a name of its own. Answers in a thread of its own; once made,
-/// it can be called.
+/// One object on the bus at an address, under its own name. Answers on its own thread; can be called as soon
+/// as it is constructed.
 class SessionService {
 public:
     struct Object {
         const char* name;
         const char* path;
-        const char* interfaces;  ///< XML, of one interface
+        const char* interfaces;  ///< XML, for one interface
     };
-    /// What a call returns, floating; null for nothing. Runs in the service's thread.
+    /// A call's result, floating; null for none. Runs on the service's thread.
     using Answer = std::function<GVariant*(const std::string& method, GVariant* parameters)>;
 
     SessionService(std::string address, Object place, Answer answer);
@@ -26,7 +26,7 @@ public:
     SessionService(const SessionService&) = delete;
     SessionService& operator=(const SessionService&) = delete;
 
-    /// Takes `parameters`, floating. From any thread.
+    /// Takes ownership of `parameters`, floating. Threads: any.
     void emitSignal(const char* interface, const char* signal, GVariant* parameters);
 
 private:

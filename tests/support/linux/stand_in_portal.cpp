@@ -13,7 +13,7 @@ namespace {
 constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* group = "org.freedesktop.appearance";
 
-/// A current portal still has the old method too.
+/// Current portals still have the old method too.
 std::string interfacesOf(StandInPortal::Age age) {
     const auto method = [](const char* name) {
         return std::string("<method name='") + name +
@@ -66,7 +66,7 @@ StandInPortal::StandInPortal(const SessionBus& bus, Age age, std::uint32_t wish)
         return method == "Read" ? g_variant_new("(v)", g_variant_new_variant(value))
                                 : g_variant_new("(v)", value);
     };
-    // NOLINTNEXTLINE(modernize-make-unique): what answers is made in its place
+    // NOLINTNEXTLINE(modernize-make-unique): the aggregate is built in place
     service_.reset(new Service{.interfaces = interfaces, .service{bus.address(), place, answer}});
 }
 

@@ -6,7 +6,7 @@
 
 namespace ulvak::test {
 
-/// A bus for this process's session, with nothing on it. One at a time.
+/// A private session bus for this process, with nothing on it. Only one at a time.
 class SessionBus {
 public:
     SessionBus();
@@ -21,8 +21,8 @@ private:
     std::unique_ptr<Daemon> daemon_;
 };
 
-/// What tells a desktop's settings on its bus, as far as light and dark go: 0 for no wish, 1 for dark, 2 for
-/// light. An old one knows only the method that wraps its answer twice.
+/// A portal that reports a desktop's light or dark setting on its bus: 0 for none, 1 for dark, 2 for light.
+/// An old one has only the method that wraps its answer twice.
 class StandInPortal {
 public:
     enum class Age : std::uint8_t { old, current };
@@ -33,9 +33,9 @@ public:
     StandInPortal& operator=(const StandInPortal&) = delete;
 
     void change(std::uint32_t wish);
-    /// Another setting of the same group that changes.
+    /// Signals a change to another setting in the same group.
     void changeContrast(std::uint32_t to);
-    /// How often it has been asked.
+    /// Number of requests so far.
     [[nodiscard]] int requests() const { return requests_; }
 
 private:

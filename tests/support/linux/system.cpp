@@ -21,7 +21,7 @@ std::string systemError(const std::string& what) {
     return what + ": " + std::strerror(errno);
 }
 
-/// A user without rights may mount in a namespace of users of his own, in which he stays who he is.
+/// An unprivileged user may mount in a user namespace of their own; maps their ids to themselves.
 std::optional<std::string> separateUsers() {
     const std::string user = std::to_string(::geteuid());
     const std::string group = std::to_string(::getegid());

@@ -8,8 +8,7 @@
 
 namespace ulvak::test {
 
-/// A child that does something and stops at every call to the kernel, before it and after it. Killed with the
-/// object, wherever it is.
+/// A child process that stops before and after every system call. Killed when the object is destroyed.
 class TracedChild {
 public:
     explicit TracedChild(const std::function<void()>& body);
@@ -17,13 +16,13 @@ public:
     TracedChild(const TracedChild&) = delete;
     TracedChild& operator=(const TracedChild&) = delete;
 
-    /// Whether this user may trace a program.
+    /// Whether this user may trace a process.
     [[nodiscard]] bool isTraced() const { return isTraced_; }
 
-    /// Goes on to where the next call begins or ends; whether there is one.
+    /// Runs to the next system call's entry or exit; false if there is none.
     bool step();
 
-    /// The number of the call that is about to begin.
+    /// The number of the system call about to start.
     [[nodiscard]] std::optional<std::uint64_t> call() const;
 
 private:

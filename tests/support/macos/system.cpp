@@ -49,7 +49,7 @@ std::size_t detail::threads() {
 }
 
 std::size_t openHandles() {
-    // The system gives the lowest number that is free, and no test holds more than this.
+    // The system assigns the lowest free number, and no test holds more handles than this.
     constexpr int maxHandles = 4096;
     std::size_t open = 0;
     for (int handle = 0; handle < maxHandles; ++handle)

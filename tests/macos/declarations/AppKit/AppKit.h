@@ -1,7 +1,7 @@
 #ifndef ULVAK_DECLARATIONS_APPKIT_H
 #define ULVAK_DECLARATIONS_APPKIT_H
 
-// The calls of AppKit that this program makes; see Foundation/Foundation.h beside it.
+// The AppKit calls this program makes; see Foundation/Foundation.h.
 
 #import <Foundation/Foundation.h>
 

@@ -1,11 +1,11 @@
 #ifndef ULVAK_DECLARATIONS_FOUNDATION_H
 #define ULVAK_DECLARATIONS_FOUNDATION_H
 
-// The calls of Foundation that this program makes, declared by hand from the vendor's documentation, so that
-// they are checked where there is no Mac. A call that is not here does not compile: whoever adds one reads
-// its page first. On a Mac the system's own headers are used, never these.
+// The Foundation calls this program makes, declared by hand from the vendor's documentation, so that they can
+// be checked without a Mac. A call missing here does not compile: read its documentation page before adding
+// it. On a Mac the system's own headers are used, never these.
 //
-// The page of each declaration stands above it, without what they all begin with:
+// Each declaration is preceded by its page, relative to
 // developer.apple.com/documentation/
 
 #include <objc/objc.h>
