@@ -20,11 +20,6 @@
 namespace ulvak {
 namespace {
 
-/// Measures what is in a Trash. Trashes are the system's, and so is the home folder that they go with.
-DiskWalker measuring(ScanProgress& progress) {
-    return {.progress = progress, .home = platform::homeDirectory(), .keepThreshold = INT64_MAX};
-}
-
 using platform::Directory;
 using platform::FileError;
 using platform::ItemIdentity;
@@ -32,6 +27,11 @@ using platform::TrashFolder;
 using EmptiedTrash = Cleaner::EmptiedTrash;
 using HeldItem = Cleaner::HeldItem;
 using TrashContents = Cleaner::TrashContents;
+
+/// Measures what is in a Trash. Trashes are the system's, and so is the home folder that they go with.
+DiskWalker measuring(ScanProgress& progress) {
+    return {.progress = progress, .home = platform::homeDirectory(), .keepThreshold = INT64_MAX};
+}
 
 CleanFailure failed(std::string message) {
     return CleanError{CleanError::Failed{std::move(message)}};

@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 namespace ulvak {
+
 void CommandLine::add(std::string_view argument) {
     constexpr std::string_view levelIs = "--level=";
     if (argument == "--dump")

@@ -11,13 +11,14 @@ FocusScope {
     // A note, an open dialog or a held-down button belongs to what was shown when it was begun.
     readonly property string shown: app.detailKind === WindowModel.One ? app.detail.findingId : app.detailKind
 
+    readonly property DetailView oneView: one.item as DetailView
+    readonly property MultiSelectionView severalView: several.item as MultiSelectionView
+
     /// Whatever had the focus in here is gone.
     signal focusLost()
 
     /// Presses the prominent button of what is shown.
     function pressMain() {
-        const oneView = one.item as DetailView
-        const severalView = several.item as MultiSelectionView
         if (one.isWanted)
             oneView?.pressMain()
         if (several.isWanted)
@@ -28,8 +29,6 @@ FocusScope {
 
     onShownChanged: {
         const hadFocus = activeFocus
-        const oneView = one.item as DetailView
-        const severalView = several.item as MultiSelectionView
         oneView?.forget()
         severalView?.forget()
         if (hadFocus)

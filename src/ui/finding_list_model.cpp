@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <utility>
-#include <vector>
 
 namespace ulvak {
 
@@ -24,13 +23,6 @@ void FindingListModel::setLevel(std::optional<SafetyLevel> level) {
     follow();
 }
 
-Findings FindingListModel::findings() const {
-    Findings result;
-    for (int row = 0; row < count(); ++row)
-        result.push_back(at(row));
-    return result;
-}
-
 const FindingPointer& FindingListModel::findingAt(const QModelIndex& index) const {
     return all_.rows()[static_cast<std::size_t>(mapToSource(index).row())];
 }
@@ -43,6 +35,21 @@ int FindingListModel::rowOf(std::string_view id) const {
     const FindingPointer finding = all_.app().finding(id);
     const bool isHere = finding && shows(*finding) && sourceModel() != nullptr;
     return isHere ? mapFromSource(all_.index(all_.rowOf(finding))).row() : -1;
+}
+
+std::vector<int> FindingListModel::rowsOf(const std::unordered_set<const Finding*>& findings) const {
+    std::vector<int> rows;
+    // One pass, which stops after the last of them: most often few are asked for.
+    for (std::size_t row = 0, met = 0; row < all_.rows().size() && met < findings.size(); ++row) {
+        const Finding* finding = all_.rows()[row].get();
+        if (!findings.contains(finding))
+            continue;
+        ++met;
+        if (shows(*finding))
+            rows.push_back(mapFromSource(all_.index(static_cast<int>(row))).row());
+    }
+    std::ranges::sort(rows);
+    return rows;
 }
 
 QVariant FindingListModel::data(const QModelIndex& index, int role) const {
@@ -80,16 +87,9 @@ void FindingListModel::follow() {
 }
 
 void FindingListModel::setSelected(const std::set<std::string>& ids) {
-    const auto changed = findingsIn(all_.app(), selected_, ids);
+    const std::vector<int> rows = rowsOf(findingsIn(all_.app(), selected_, ids));
     selected_ = ids;
     // Signalled in runs: all rows may be selected at once.
-    std::vector<int> rows;
-    for (std::size_t row = 0; row < all_.rows().size() && rows.size() < changed.size(); ++row) {
-        const Finding* finding = all_.rows()[row].get();
-        if (changed.contains(finding) && shows(*finding))
-            rows.push_back(mapFromSource(all_.index(static_cast<int>(row))).row());
-    }
-    std::ranges::sort(rows);
     for (auto first = rows.begin(); first != rows.end();) {
         const auto last =
             std::ranges::adjacent_find(first, rows.end(), [](int row, int next) { return next != row + 1; });

@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <vector>
 
 #include "ui/findings_model.h"
 
@@ -30,8 +32,6 @@ public:
     void setSelected(const std::set<std::string>& ids);
 
     [[nodiscard]] int count() const { return rowCount(); }
-    /// In row order.
-    [[nodiscard]] Findings findings() const;
     /// During `followed`: the application's findings that were removed, if nothing else changed; empty
     /// otherwise. Some may never have been in this list.
     [[nodiscard]] const Findings& removed() const { return all_.app().removed(); }
@@ -39,6 +39,8 @@ public:
     [[nodiscard]] FindingPointer at(int row) const;
     /// -1 if there is none.
     [[nodiscard]] int rowOf(std::string_view id) const;
+    /// The rows of those findings that are in this list, ascending.
+    [[nodiscard]] std::vector<int> rowsOf(const std::unordered_set<const Finding*>& findings) const;
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override { return all_.roleNames(); }

@@ -1,8 +1,6 @@
 #include "ui/finding_selection.h"
 
 #include <algorithm>
-#include <iterator>
-#include <string_view>
 #include <unordered_set>
 #include <utility>
 
@@ -141,8 +139,9 @@ void FindingSelection::collect() {
     std::unordered_set<const Finding*> chosen;
     for (const std::string& id : ids_)
         chosen.insert(app_.finding(id).get());
-    findings_ = rows_.findings();
-    std::erase_if(findings_, [&](const FindingPointer& finding) { return !chosen.contains(finding.get()); });
+    findings_.clear();
+    for (const int row : rows_.rowsOf(chosen))
+        findings_.push_back(rows_.at(row));
 }
 
 void FindingSelection::notify() {

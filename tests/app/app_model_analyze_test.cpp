@@ -117,6 +117,8 @@ TEST_F(AppModelAnalyze, TwoAlertsWithOneTextAreTwo) {
 TEST_F(AppModelAnalyze, WithoutAModelNothingHappensAndNothingIsShown) {
     services.aiStatus = [](const std::stop_token&) { return AIStatus{.unavailable = "Kapalı."}; };
     startWith({guessed("/a")});
+    // Its first signal may come after the scan's result.
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().unavailable == "Kapalı."; }));
     gate->open();
     signalled = std::make_shared<Record<std::string>>();
     analyze("/a");

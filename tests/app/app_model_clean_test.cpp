@@ -268,6 +268,8 @@ TEST_F(AppModelClean, CleansOneAfterTheOtherInTheGivenOrder) {
 
 TEST_F(AppModelClean, TheFindingGoesBeforeTheTotalGrowsAndTheMarkGoesLast) {
     startWith({staged("/1")});
+    // Its first signal may come after the scan's result.
+    ASSERT_TRUE(waitUntil([&] { return app().aiStatus().isAvailable(); }));
     services.diskInfo = [] { return std::optional<DiskInfo>(); };
     signalled = std::make_shared<Record<std::string>>();
     clean({"/1"});
