@@ -15,6 +15,7 @@ enum class ScanContext : std::uint8_t {
     normal,    ///< unknown folders are guessed from their names
     personal,  ///< the user's own files: keep unless a rule says otherwise
     system,    ///< keep
+    application,  ///< an application's settings and data: kept as the container says, but for what a rule knows
 };
 
 /// One row of the rule book: a place or a kind of folder that the program knows. A plain value.
@@ -31,6 +32,9 @@ struct Rule {
         /// If not empty, one of these must exist beside the folder: a file name, or a pattern if it contains
         /// "*" (case-sensitive).
         std::vector<std::string> siblings;
+        /// If not empty, one of these must exist inside the folder; written as siblings are. A "CACHEDIR.TAG"
+        /// must begin with its signature.
+        std::vector<std::string> holds;
         /// Path prefixes under which the rule does not apply; tokens as in `Path`.
         std::vector<std::string> outside;
         friend bool operator==(const Name&, const Name&) = default;
@@ -56,6 +60,7 @@ struct Rule {
         avd,            ///< an emulator: its name without ".avd", "_" shown as a space
         app,            ///< an application bundle: the application
         deviceSupport,  ///< the symbols of one OS version: the version
+        application,    ///< a folder named by an application's id: the name in its desktop entry
     };
 
     Match match;
@@ -65,6 +70,8 @@ struct Rule {
     std::string explanation;              ///< Turkish; empty for containers
     std::optional<std::string> group{};   ///< findings of one group in the same folder are merged
     std::vector<std::string> quitApps{};  ///< applications to quit before cleaning
+    std::vector<std::string> processes{};  ///< process names, or patterns for them, that mean the same
+    std::string command{};  ///< what the user can run to shrink this; never run by the program
     Resolver resolver = Resolver::none;
     bool actionable = true;  ///< false: the program never cleans this itself
     bool inPersonal = true;  ///< false: a name rule does not apply among personal files
