@@ -61,6 +61,9 @@ constexpr Row rows[] = {
     {.path = "$cache/xfce4/clipman", .level = SafetyLevel::caution, .title = "Pano geçmişi", .explanation = clipboard},
     {.path = "$cache/xfce4/*", .level = SafetyLevel::regenerable, .title = "Xfce önbelleği: {name}", .explanation = "Masaüstünün küçük dosyaları. Silinirse yeniden oluşturulur."},
 
+    {.path = "$cache/simple-scan", .container = ScanContext::normal},
+    {.path = "$cache/simple-scan/autosaves", .level = SafetyLevel::caution, .title = "Kaydedilmemiş taramalar", .explanation = "Belge tarayıcıda taranmış ama kaydedilmemiş sayfalar. Önce programı açıp kurtarılacak bir şey var mı bak.", .quitApps = {"Document Scanner", "Simple Scan"}, .processes = {"simple-scan"}},
+    {.path = "$cache/simple-scan/*", .level = SafetyLevel::regenerable, .title = "Belge tarayıcı önbelleği: {name}", .explanation = "Belge tarayıcının önbelleği. Silinirse yeniden oluşturulur.", .quitApps = {"Document Scanner", "Simple Scan"}, .processes = {"simple-scan"}},
     {.path = "$cache/kioexec", .level = SafetyLevel::caution, .title = "Uzaktan açılmış dosyalar", .explanation = "KDE'nin uzak bir klasörden açıp geçici olarak buraya indirdiği dosyalar. Değiştirip geri yüklemediklerin yalnızca burada durur."},
 
     // What the desktop makes again by itself.
@@ -106,6 +109,20 @@ constexpr Row rows[] = {
     {.path = "~/.kde/share/apps/{kmail,kopete,konversation,korganizer,kwallet,kgpg}", .level = SafetyLevel::keep, .title = "Eski KDE verileri: {name}", .explanation = "Eski KDE sürümlerinden kalan postalar, sohbetler, takvimler ya da parolalar. Yeni programa aktarmadıysan tek kopya bunlardır.", .actionable = false},
     {.path = "~/.kde4/share/apps/{kmail,kopete,konversation,korganizer,kwallet,kgpg}", .level = SafetyLevel::keep, .title = "Eski KDE verileri: {name}", .explanation = "Eski KDE sürümlerinden kalan postalar, sohbetler, takvimler ya da parolalar. Yeni programa aktarmadıysan tek kopya bunlardır.", .actionable = false},
     {.path = "~/{.kde,.kde4}/share/apps/nepomuk", .level = SafetyLevel::caution, .title = "Eski KDE dosya dizini", .explanation = "KDE 4'ün artık kullanılmayan dosya dizini. Dosyalara verdiğin etiketler ve puanlar yalnızca burada durur."},
+
+    // Office programs. LibreOffice keeps installed extensions in a folder called "cache".
+    {.path = "$config/libreoffice", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "LibreOffice ayarları", .explanation = "Ayarların, şablonların, sözlüklerin ve kurtarma kopyaların. Silinirse LibreOffice ilk kurulduğu hâline döner.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}, .actionable = false},
+    {.path = "$config/libreoffice/*/user/{uno_packages,extensions}", .level = SafetyLevel::caution, .title = "LibreOffice eklentileri", .explanation = "Kendin kurduğun LibreOffice eklentileri. Silersen yeniden kurman gerekir; eklentileri LibreOffice'in Araçlar menüsünden kaldır.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}},
+    {.path = "$config/libreoffice/*/user/backup", .level = SafetyLevel::keep, .title = "LibreOffice kurtarma kopyaları", .explanation = "Kaydedilmeden kapanan belgelerin kopyaları. Önce LibreOffice'i açıp kurtarılacak bir şey var mı bak.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}, .actionable = false},
+    {.path = "$data/onlyoffice", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "ONLYOFFICE verileri", .explanation = "Ayarların, bağlı bulut hesapların ve kurtarma kopyaların.", .quitApps = {"ONLYOFFICE", "ONLYOFFICE Desktop Editors"}, .processes = {"DesktopEditors", "editors"}, .actionable = false},
+    {.path = "$data/onlyoffice/desktopeditors/data/cache", .level = SafetyLevel::caution, .title = "ONLYOFFICE önbelleği", .explanation = "Açılan sayfaların önbelleği ve bağlı bulut hesaplarının oturumu. Silinirse yeniden giriş yapman gerekebilir.", .quitApps = {"ONLYOFFICE", "ONLYOFFICE Desktop Editors"}, .processes = {"DesktopEditors", "editors"}},
+    {.path = "{$data/Kingsoft,$config/Kingsoft}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "WPS Office verileri", .explanation = "Ayarların, şablonların ve otomatik kayıtlar. Kaydedilmemiş belgelerin kopyaları burada olabilir.", .quitApps = {"WPS Writer", "WPS Spreadsheets", "WPS Presentation", "WPS Office"}, .processes = {"wps", "et", "wpp", "wpsoffice"}, .actionable = false},
+
+    // Maps and dictionaries.
+    {.path = "$data/marble/maps", .level = SafetyLevel::regenerable, .title = "Marble haritaları", .explanation = "Gezilen haritaların indirilen parçaları. Silinirse bakıldıkça yeniden indirilir.", .quitApps = {"Marble"}, .processes = {"marble*"}},
+    {.path = "$data/OMaps", .level = SafetyLevel::caution, .title = "Organic Maps haritaları", .explanation = "Çevrimdışı kullanmak için indirdiğin haritalar ve işaretlediğin yerler. Haritalar yeniden iner, işaretlerin geri gelmez.", .quitApps = {"Organic Maps"}},
+    {.path = "~/.goldendict/index", .level = SafetyLevel::regenerable, .title = "GoldenDict dizini", .explanation = "Sözlüklerin arama dizini. Silinirse program açılınca yeniden kurar.", .quitApps = {"GoldenDict"}, .processes = {"goldendict"}},
+    {.path = "$data/{kiwix,kiwix-desktop}", .level = SafetyLevel::caution, .title = "Kiwix arşivleri", .explanation = "Çevrimdışı okumak için indirdiğin ansiklopediler. Yeniden indirilebilir ama büyüktür.", .quitApps = {"Kiwix"}, .processes = {"kiwix-desktop"}},
 
     // Java Web Start.
     {.path = "~/.java", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Java ayarları", .explanation = "Java programlarının ayarları, sertifikaları ve yazı tipi listeleri.", .actionable = false},
