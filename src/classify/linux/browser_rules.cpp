@@ -5,6 +5,7 @@
 namespace ulvak::RuleBook {
 namespace {
 
+// clang-format off
 // Texts that several rows share.
 constexpr std::string_view pages = "Tarayıcının sakladığı sayfa ve resim kopyaları. Silinirse siteler ilk açılışta yeniden yüklenir; yer imlerin ve oturumların etkilenmez.";
 constexpr std::string_view profile = "Yer imlerin, geçmişin, şifrelerin, eklentilerin ve oturumların. Yer açmak için tarayıcının ayarlarından gezinti verilerini temizle; klasörü silme.";
@@ -16,7 +17,6 @@ constexpr std::string_view model = "Tarayıcının yerel yapay zeka özellikleri
 constexpr std::string_view siteData = "Web sitelerinin ve web uygulamalarının bu bilgisayarda tuttuğu veriler: taslaklar, çevrimdışı belgeler, oturumlar. Silinirse geri gelmeyebilir.";
 
 // One row per line, so that rows can be compared.
-// clang-format off
 constexpr Row rows[] = {
     // Firefox and its relatives: pages.
     {.path = "$cache/mozilla", .level = SafetyLevel::regenerable, .title = "Firefox önbelleği", .explanation = pages, .quitApps = {"Firefox", "Firefox ESR"}, .processes = {"firefox", "firefox-bin", "firefox-esr"}},
@@ -80,6 +80,8 @@ constexpr Row rows[] = {
     {.name = "Cache", .siblings = {"Local Storage", "Network Persistent State"}, .level = SafetyLevel::regenerable, .title = "{parent} · önbellek", .explanation = "Uygulama önbelleği. Silinirse gerektiğinde yeniden oluşturulur."},
     {.name = "Code Cache", .siblings = {"Local Storage", "Network Persistent State"}, .level = SafetyLevel::regenerable, .title = "{parent} · kod önbelleği", .explanation = "Tarayıcı motorunun derlenmiş JavaScript önbelleği."},
     {.name = "GPUCache", .siblings = {"Local Storage", "Network Persistent State"}, .level = SafetyLevel::regenerable, .title = "{parent} · GPU önbelleği", .explanation = "Grafik önbelleği."},
+    // Some programs call the whole profile "cache"; the logins are in it.
+    {.name = "Cache", .holds = {"Local Storage", "IndexedDB", "Cookies"}, .container = ScanContext::application, .level = SafetyLevel::caution, .title = "{parent} · web oturumu", .explanation = "Uygulamanın içindeki tarayıcının önbelleği, oturumu ve site verileri birlikte. Silinirse yeniden giriş yapman gerekebilir."},
     {.name = "{Application Cache,Media Cache,PnaclTranslationCache,optimization_guide_hint_cache_store}", .siblings = {"Preferences", "Local Storage"}, .level = SafetyLevel::regenerable, .title = "{parent} · önbellek", .explanation = "Tarayıcı motorunun önbelleği. Silinirse yeniden oluşturulur.", .inPersonal = false},
     {.name = "blob_storage", .siblings = {"Local Storage"}, .level = SafetyLevel::regenerable, .title = "{parent} · geçici web verisi", .explanation = "Açık sayfaların geçici verileri. Uygulamayı kapattıktan sonra gerekmez.", .inPersonal = false},
     {.name = "{IndexedDB,Local Storage,Session Storage,File System,Local Extension Settings}", .siblings = {"Preferences", "Cookies", "Local State", "Network", "Network Persistent State"}, .level = SafetyLevel::keep, .title = "{parent} · site verileri", .explanation = siteData, .actionable = false},

@@ -5,6 +5,7 @@
 namespace ulvak::RuleBook {
 namespace {
 
+// clang-format off
 // Texts that several rows share.
 constexpr std::string_view account = "Hesabın, ayarların ve bu bilgisayarda tutulan sohbetlerin. Silersen yeniden giriş yapman gerekir; sunucuda olmayan iletiler geri gelmez.";
 constexpr std::string_view chats = "Sohbet geçmişin ve hesap ayarların. Buradaki kayıtlar günlük dosyası değil, konuşmalarının kendisidir; silinirse geri gelmez.";
@@ -22,7 +23,6 @@ constexpr std::string_view appCache = "Uygulamanın önbelleği. Silinirse gerek
 constexpr std::string_view crashLogs = "Günlük dosyaları ve çökme raporları. Silmek güvenli.";
 
 // One row per line, so that rows can be compared.
-// clang-format off
 constexpr Row rows[] = {
     // Messengers. Their caches inside are found by name.
     {.path = "$config/{discord,discordcanary,discordptb,discorddevelopment}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Discord ayarları", .explanation = "Oturumun ve ayarların. Sohbetler sunucuda durur; silersen yeniden giriş yapman gerekir.", .quitApps = {"Discord", "Discord Canary", "Discord PTB"}, .processes = {"Discord*"}, .actionable = false},

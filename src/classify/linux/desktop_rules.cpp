@@ -5,6 +5,7 @@
 namespace ulvak::RuleBook {
 namespace {
 
+// clang-format off
 // Texts that several rows share.
 constexpr std::string_view credentials = "Hesaplara ve sunuculara girişini sağlayan anahtarlar, parolalar ya da oturum bilgileri. Silersen erişimini kaybedersin. Asla silme.";
 constexpr std::string_view passwords = "Parolaların ve kasaların. Başka bir yerde kopyası yoksa geri gelmez. Asla silme.";
@@ -17,7 +18,6 @@ constexpr std::string_view clipboard = "Kopyaladığın metin ve resimlerin geç
 constexpr std::string_view encrypted = "Şifrelenmiş dosyaların kendisi. Kasa kapalıyken okunmaz görünürler, ama silinirse içindeki belgeler de gider.";
 
 // One row per line, so that rows can be compared.
-// clang-format off
 constexpr Row rows[] = {
     // Where applications keep their settings, data and state. What nothing else names in there is kept.
     {.path = "$config", .container = ScanContext::normal},
@@ -115,7 +115,7 @@ constexpr Row rows[] = {
     {.path = "$config/libreoffice/*/user/{uno_packages,extensions}", .level = SafetyLevel::caution, .title = "LibreOffice eklentileri", .explanation = "Kendin kurduğun LibreOffice eklentileri. Silersen yeniden kurman gerekir; eklentileri LibreOffice'in Araçlar menüsünden kaldır.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}},
     {.path = "$config/libreoffice/*/user/backup", .level = SafetyLevel::keep, .title = "LibreOffice kurtarma kopyaları", .explanation = "Kaydedilmeden kapanan belgelerin kopyaları. Önce LibreOffice'i açıp kurtarılacak bir şey var mı bak.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}, .actionable = false},
     {.path = "$data/onlyoffice", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "ONLYOFFICE verileri", .explanation = "Ayarların, bağlı bulut hesapların ve kurtarma kopyaların.", .quitApps = {"ONLYOFFICE", "ONLYOFFICE Desktop Editors"}, .processes = {"DesktopEditors", "editors"}, .actionable = false},
-    {.path = "$data/onlyoffice/desktopeditors/data/cache", .level = SafetyLevel::caution, .title = "ONLYOFFICE önbelleği", .explanation = "Açılan sayfaların önbelleği ve bağlı bulut hesaplarının oturumu. Silinirse yeniden giriş yapman gerekebilir.", .quitApps = {"ONLYOFFICE", "ONLYOFFICE Desktop Editors"}, .processes = {"DesktopEditors", "editors"}},
+    {.path = "$data/onlyoffice/desktopeditors/data/cache", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "ONLYOFFICE oturumu", .explanation = "Adına karşın önbellek değil: eklentilerin ayarları ve bağlı bulut hesaplarının oturumu burada.", .quitApps = {"ONLYOFFICE", "ONLYOFFICE Desktop Editors"}, .processes = {"DesktopEditors", "editors"}, .actionable = false},
     {.path = "{$data/Kingsoft,$config/Kingsoft}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "WPS Office verileri", .explanation = "Ayarların, şablonların ve otomatik kayıtlar. Kaydedilmemiş belgelerin kopyaları burada olabilir.", .quitApps = {"WPS Writer", "WPS Spreadsheets", "WPS Presentation", "WPS Office"}, .processes = {"wps", "et", "wpp", "wpsoffice"}, .actionable = false},
 
     // Maps and dictionaries.
