@@ -110,6 +110,11 @@ constexpr Row rows[] = {
     {.path = "~/.kde4/share/apps/{kmail,kopete,konversation,korganizer,kwallet,kgpg}", .level = SafetyLevel::keep, .title = "Eski KDE verileri: {name}", .explanation = "Eski KDE sürümlerinden kalan postalar, sohbetler, takvimler ya da parolalar. Yeni programa aktarmadıysan tek kopya bunlardır.", .actionable = false},
     {.path = "~/{.kde,.kde4}/share/apps/nepomuk", .level = SafetyLevel::caution, .title = "Eski KDE dosya dizini", .explanation = "KDE 4'ün artık kullanılmayan dosya dizini. Dosyalara verdiğin etiketler ve puanlar yalnızca burada durur."},
 
+    // The shell and its tools.
+    {.path = "{~/.oh-my-zsh,~/.oh-my-bash,~/.zinit,~/.zplug,~/.zprezto,~/.antigen,~/.antidote,~/.fzf,$data/zinit,$data/sheldon,$data/antidote,~/.tmux/plugins,$config/tmux/plugins}", .level = SafetyLevel::caution, .title = "Kabuk eklentileri: {name}", .explanation = "Kabuğun için indirilmiş temalar ve eklentiler; kendi eklediklerin de burada olabilir. Silersen yeniden kurman gerekir."},
+    {.path = "~/.debug", .level = SafetyLevel::caution, .title = "perf sembol önbelleği", .explanation = "`perf` kayıtlarının okunması için saklanan program kopyaları. Silinirse yeni kayıtlarda yeniden oluşur, ama eski kayıtlar okunmayabilir.", .processes = {"perf"}},
+    {.path = "~/.debuginfod_client_cache", .level = SafetyLevel::regenerable, .title = "Hata ayıklama sembolleri", .explanation = "Hata ayıklayıcının sunucudan indirdiği semboller. Silinirse gerektiğinde yeniden indirilir.", .processes = {"gdb"}},
+
     // Office programs. LibreOffice keeps installed extensions in a folder called "cache".
     {.path = "$config/libreoffice", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "LibreOffice ayarları", .explanation = "Ayarların, şablonların, sözlüklerin ve kurtarma kopyaların. Silinirse LibreOffice ilk kurulduğu hâline döner.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}, .actionable = false},
     {.path = "$config/libreoffice/*/user/{uno_packages,extensions}", .level = SafetyLevel::caution, .title = "LibreOffice eklentileri", .explanation = "Kendin kurduğun LibreOffice eklentileri. Silersen yeniden kurman gerekir; eklentileri LibreOffice'in Araçlar menüsünden kaldır.", .quitApps = {"LibreOffice"}, .processes = {"soffice.bin", "oosplash"}},
