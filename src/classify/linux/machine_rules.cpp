@@ -1,0 +1,128 @@
+#include "classify/linux/rule_tables.h"
+
+namespace ulvak::RuleBook {
+namespace {
+
+// clang-format off
+constexpr Row rows[] = {
+    // Podman. Its files belong to other ids: removing them by hand fails half way.
+    {.path = "$data/containers", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Podman", .explanation = "Podman'ın verileri. Elle silme; `podman system prune -a` kullanılmayanları temizler.", .processes = {"podman", "conmon"}},
+    {.path = "$data/containers/storage", .level = SafetyLevel::caution, .title = "Podman verisi", .explanation = "Podman'ın imajları, konteynerleri ve birimleri (Distrobox ve Toolbx kutuları da buradadır). Elle silme; `podman system prune -a` ile kullanılmayanları temizle. İmajlar tekrar iner, konteynerlerin ve birimlerin içindekiler geri gelmez.", .processes = {"podman", "conmon"}, .command = "podman system prune -a", .actionable = false},
+    {.path = "$data/containers/podman", .level = SafetyLevel::keep, .title = "Podman makineleri", .explanation = "Podman'ın sanal makineleri ve içlerindeki konteynerler. Gerekmiyorsa `podman machine rm` ile kaldır.", .processes = {"podman"}, .command = "podman machine rm", .actionable = false},
+    {.path = "$data/containers/cache", .level = SafetyLevel::regenerable, .title = "Podman önbelleği", .explanation = "İmaj katmanlarının nereden geldiğinin kaydı. Silinirse yeniden oluşur.", .processes = {"podman"}},
+
+    // Docker, and what else runs containers.
+    {.path = "$data/docker", .level = SafetyLevel::caution, .title = "Docker verisi (rootless)", .explanation = "Docker'ın imajları, konteynerleri ve birimleri. Elle silme, dosyaları başka kullanıcılara aittir; `docker system prune -a` ile kullanılmayanları temizle. Birimlerin içindekiler geri gelmez.", .processes = {"dockerd", "rootlesskit"}, .command = "docker system prune -a", .actionable = false},
+    {.path = "~/.docker/config.json", .level = SafetyLevel::keep, .title = "Docker girişleri", .explanation = "İmaj depolarına giriş bilgilerin. Silersen yeniden giriş yapman gerekir.", .actionable = false},
+    {.path = "~/.docker/{contexts,trust,machine}", .level = SafetyLevel::keep, .title = "Docker anahtarları ve bağlantıları", .explanation = "Uzak Docker'lara bağlantıların ve imza anahtarların. Silersen geri gelmez.", .actionable = false},
+    {.path = "~/.docker/desktop", .level = SafetyLevel::caution, .title = "Docker Desktop diski", .explanation = "Docker Desktop'ın tüm imajlarını, konteynerlerini ve birimlerini tutan sanal disk. Doğrudan silme; `docker system prune -a` ile kullanılmayanları temizle.", .quitApps = {"Docker Desktop"}, .processes = {"com.docker.back*"}, .command = "docker system prune -a", .actionable = false},
+    {.path = "~/.docker/models", .level = SafetyLevel::caution, .title = "Docker modelleri", .explanation = "Docker ile indirdiğin yapay zekâ modelleri. Silersen tekrar indirmen gerekir.", .quitApps = {"Docker Desktop"}},
+    {.path = "~/.docker/scout", .level = SafetyLevel::regenerable, .title = "Docker Scout önbelleği", .explanation = "İmaj taramalarının önbelleği. Silinirse yeniden oluşur."},
+    {.path = "~/.docker/*", .level = SafetyLevel::caution, .title = "Docker: {name}", .explanation = "Docker'ın ayarları ve eklentileri."},
+    {.path = "$data/{nerdctl,containerd,buildkit}", .level = SafetyLevel::caution, .title = "Konteyner verisi: {name}", .explanation = "Konteyner imajları, konteynerler ve derleme önbelleği. Elle silme; `nerdctl system prune -a` kullanılmayanları temizler.", .processes = {"containerd", "buildkitd"}, .command = "nerdctl system prune -a", .actionable = false},
+    {.path = "$data/rancher-desktop", .level = SafetyLevel::caution, .title = "Rancher Desktop diski", .explanation = "Rancher Desktop'ın sanal makinesi: imajlar, konteynerler ve birimler. Doğrudan silme; Rancher Desktop'ın içinden sıfırla.", .quitApps = {"Rancher Desktop"}, .processes = {"rancher-desktop", "qemu-system-*"}, .actionable = false},
+    {.path = "$cache/rancher-desktop", .level = SafetyLevel::regenerable, .title = "Rancher Desktop indirmeleri", .explanation = "İndirilmiş Kubernetes dosyaları. Silinirse tekrar iner.", .quitApps = {"Rancher Desktop"}, .processes = {"rancher-desktop"}},
+    {.path = "~/.apptainer", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Apptainer", .explanation = "Apptainer'ın anahtarları ve depo girişlerin. Silersen geri gelmez."},
+    {.path = "~/.apptainer/cache", .level = SafetyLevel::regenerable, .title = "Apptainer önbelleği", .explanation = "İndirilmiş imaj katmanları. Silinirse tekrar iner. İpucu: `apptainer cache clean`.", .processes = {"apptainer"}, .command = "apptainer cache clean"},
+    {.path = "~/.singularity", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Singularity", .explanation = "Singularity'nin anahtarları ve depo girişlerin. Silersen geri gelmez."},
+    {.path = "~/.singularity/cache", .level = SafetyLevel::regenerable, .title = "Singularity önbelleği", .explanation = "İndirilmiş imaj katmanları. Silinirse tekrar iner. İpucu: `singularity cache clean`.", .processes = {"singularity"}, .command = "singularity cache clean"},
+    {.path = "~/.udocker", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "udocker", .explanation = "udocker'ın konteynerleri ve imajları. Konteynerlerin içindekiler geri gelmez.", .processes = {"udocker"}},
+    {.path = "~/.udocker/layers", .level = SafetyLevel::regenerable, .title = "udocker imaj katmanları", .explanation = "İndirilmiş imaj katmanları. Silinirse imajları tekrar çekmen gerekir.", .processes = {"udocker"}},
+    {.path = "$data/lxc", .level = SafetyLevel::keep, .title = "LXC konteynerleri", .explanation = "LXC konteynerlerin ve içlerindeki her şey. Gerekmiyorsa `lxc-destroy` ile kaldır.", .actionable = false},
+    {.path = "$cache/lxc", .level = SafetyLevel::regenerable, .title = "LXC indirmeleri", .explanation = "İndirilmiş sistem kalıpları. Silinirse yeni konteyner açarken tekrar iner."},
+
+    // Virtual machines.
+    {.path = "$data/libvirt", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "libvirt", .explanation = "Sanal makinelerinin verileri. Silersen makineler açılmaz.", .quitApps = {"Virtual Machine Manager"}, .processes = {"qemu-system-*", "virt-manager"}},
+    {.path = "$data/libvirt/images", .level = SafetyLevel::keep, .title = "Sanal makine diskleri", .explanation = "Sanal makinelerinin diskleri. Silersen makinelerin içindekiler geri gelmez; gerekmeyeni Sanal Makine Yöneticisi'nden sil.", .quitApps = {"Virtual Machine Manager"}, .processes = {"qemu-system-*", "virt-manager"}, .actionable = false},
+    {.path = "$config/libvirt", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "libvirt ayarları", .explanation = "Sanal makinelerinin tanımları, anlık görüntüleri ve saklanmış bellekleri. Silersen makineler açılmaz.", .processes = {"qemu-system-*", "virt-manager"}},
+    {.path = "$cache/libvirt", .level = SafetyLevel::regenerable, .title = "libvirt önbelleği", .explanation = "libvirt'in önbelleği ve günlükleri. Silinirse yeniden oluşur.", .processes = {"qemu-system-*", "libvirtd"}},
+    {.path = "~/VirtualMachines", .level = SafetyLevel::keep, .title = "Sanal makine diskleri", .explanation = "Sanal makinelerinin diskleri. Silersen makinelerin içindekiler geri gelmez; gerekmeyeni Sanal Makine Yöneticisi'nden sil.", .quitApps = {"Virtual Machine Manager"}, .processes = {"qemu-system-*", "virt-manager"}, .actionable = false},
+    {.path = "$data/gnome-boxes", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Kutular", .explanation = "GNOME Kutular'ın sanal makineleri ve ayarları.", .quitApps = {"Boxes"}, .processes = {"gnome-boxes", "qemu-system-*"}},
+    {.path = "$data/gnome-boxes/images", .level = SafetyLevel::keep, .title = "Kutular'ın diskleri", .explanation = "GNOME Kutular'daki sanal makinelerinin diskleri. Silersen içindekiler geri gelmez; gerekmeyeni Kutular'ın içinden sil.", .quitApps = {"Boxes"}, .processes = {"gnome-boxes", "qemu-system-*"}, .actionable = false},
+    {.path = "$cache/gnome-boxes", .level = SafetyLevel::regenerable, .title = "Kutular'ın indirmeleri", .explanation = "Sanal makine kurmak için indirilmiş sistemler. Silinirse gerektiğinde tekrar iner.", .quitApps = {"Boxes"}, .processes = {"gnome-boxes"}},
+    {.path = "~/VirtualBox VMs", .container = ScanContext::personal},
+    {.path = "~/VirtualBox VMs/*", .level = SafetyLevel::keep, .title = "VirtualBox makinesi: {name}", .explanation = "Bir sanal makine ve diski. Silersen içindekiler geri gelmez; gerekmiyorsa VirtualBox'tan kaldır (`VBoxManage unregistervm AD --delete`).", .quitApps = {"Oracle VirtualBox", "VirtualBox"}, .processes = {"VBoxSVC", "VirtualBoxVM", "VirtualBox"}, .actionable = false},
+    {.path = "$config/VirtualBox", .level = SafetyLevel::keep, .title = "VirtualBox ayarları", .explanation = "Sanal makinelerinin listesi ve VirtualBox'ın ayarları. Silersen makinelerini yeniden eklemen gerekir.", .processes = {"VBoxSVC"}, .actionable = false},
+    {.path = "~/vmware", .container = ScanContext::personal},
+    {.path = "~/vmware/*", .level = SafetyLevel::keep, .title = "VMware makinesi: {name}", .explanation = "Bir sanal makine ve diski. Silersen içindekiler geri gelmez; gerekmiyorsa VMware'in içinden sil.", .quitApps = {"VMware Workstation", "VMware Player"}, .processes = {"vmware", "vmplayer", "vmware-vmx"}, .actionable = false},
+    {.name = "*.{vmwarevm,utm,pvm}", .level = SafetyLevel::keep, .title = "Sanal makine: {name}", .explanation = "Bir sanal makine ve diski. Silersen içindekiler geri gelmez.", .actionable = false},
+    {.path = "~/.vmware", .level = SafetyLevel::keep, .title = "VMware ayarları", .explanation = "VMware'in ayarları ve makine listesi.", .actionable = false},
+    {.path = "~/.vagrant.d", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Vagrant", .explanation = "Vagrant'ın anahtarları ve ayarları.", .processes = {"vagrant"}},
+    {.path = "~/.vagrant.d/boxes", .container = ScanContext::normal},
+    {.path = "~/.vagrant.d/boxes/*", .level = SafetyLevel::caution, .title = "Vagrant kutusu: {name}", .explanation = "İndirilmiş bir Vagrant kutusu. Silersen tekrar indirmen gerekir; kendi paketlediğin kutular ve onlara bağlı makineler geri gelmez. `vagrant box prune` eski sürümleri temizler.", .processes = {"vagrant"}, .command = "vagrant box prune", .actionable = false},
+    {.path = "~/.vagrant.d/tmp", .level = SafetyLevel::safe, .title = "Vagrant geçici dosyaları", .explanation = "Yarım kalmış indirmeler. Vagrant çalışmıyorken silmek güvenli.", .processes = {"vagrant"}},
+    {.path = "~/.vagrant.d/gems", .level = SafetyLevel::caution, .title = "Vagrant eklentileri", .explanation = "Kurulu Vagrant eklentileri. Silersen `vagrant plugin install` ile yeniden kurman gerekir.", .processes = {"vagrant"}},
+    {.name = ".vagrant", .siblings = {"Vagrantfile"}, .level = SafetyLevel::keep, .title = "{parent} · .vagrant", .explanation = "Projenin sanal makinesiyle bağı. Silersen Vagrant makineyi tanımaz olur; önce `vagrant destroy` ile makineyi kaldır.", .processes = {"vagrant"}, .actionable = false},
+    {.path = "~/.lima", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Lima", .explanation = "Lima'nın sanal makineleri ve ayarları.", .processes = {"limactl", "qemu-system-*"}},
+    {.path = "~/.lima/*", .level = SafetyLevel::keep, .title = "Lima makinesi: {name}", .explanation = "Bir Lima sanal makinesi ve içindekiler. Gerekmiyorsa `limactl delete` ile kaldır.", .processes = {"limactl", "qemu-system-*"}, .actionable = false},
+    {.path = "~/.lima/_config", .level = SafetyLevel::keep, .title = "Lima anahtarları", .explanation = "Makinelere bağlanmakta kullanılan anahtarlar. Silersen makinelere bağlanamazsın.", .actionable = false},
+    {.path = "$cache/lima", .level = SafetyLevel::regenerable, .title = "Lima indirmeleri", .explanation = "İndirilmiş sistem imajları. Silinirse yeni makine açarken tekrar iner. İpucu: `limactl prune`.", .processes = {"limactl"}, .command = "limactl prune"},
+    {.path = "~/.colima", .level = SafetyLevel::keep, .title = "Colima makineleri", .explanation = "Colima'nın sanal makineleri: imajlar, konteynerler ve birimler. Gerekmiyorsa `colima delete` ile kaldır.", .processes = {"colima", "limactl", "qemu-system-*"}, .actionable = false},
+    {.path = "$config/colima", .level = SafetyLevel::keep, .title = "Colima makineleri", .explanation = "Colima'nın sanal makineleri ve ayarları. Gerekmiyorsa `colima delete` ile kaldır.", .processes = {"colima", "limactl", "qemu-system-*"}, .actionable = false},
+    {.path = "$cache/colima", .level = SafetyLevel::regenerable, .title = "Colima indirmeleri", .explanation = "İndirilmiş sistem imajları. Silinirse tekrar iner.", .processes = {"colima"}},
+    {.path = "~/.Genymobile", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Genymotion", .explanation = "Genymotion'ın ayarları.", .quitApps = {"Genymotion"}, .processes = {"genymotion"}},
+    {.path = "~/.Genymobile/Genymotion", .container = ScanContext::normal},
+    {.path = "~/.Genymobile/Genymotion/deployed", .container = ScanContext::normal},
+    {.path = "~/.Genymobile/Genymotion/deployed/*", .level = SafetyLevel::caution, .title = "Genymotion cihazı: {name}", .explanation = "Bir sanal Android cihazı ve içindeki uygulamalar. Silersen içindekiler geri gelmez; Genymotion'ın içinden sil.", .quitApps = {"Genymotion"}, .processes = {"genymotion", "VBoxSVC"}, .actionable = false},
+    {.path = "~/.Genymobile/Genymotion/ova", .level = SafetyLevel::regenerable, .title = "Genymotion indirmeleri", .explanation = "İndirilmiş cihaz imajları. Silinirse yeni cihaz açarken tekrar iner.", .quitApps = {"Genymotion"}, .processes = {"genymotion"}},
+    {.path = "$data/krunvm", .level = SafetyLevel::caution, .title = "krunvm makineleri", .explanation = "krunvm'in sanal makineleri. Silersen içindekiler geri gelmez.", .actionable = false},
+    {.path = "~/.winboat", .level = SafetyLevel::keep, .title = "WinBoat", .explanation = "WinBoat'ın Windows makinesinin ayarları. Gerekmiyorsa WinBoat'ın içinden kaldır.", .actionable = false},
+    {.path = "~/winboat", .level = SafetyLevel::keep, .title = "WinBoat diski", .explanation = "WinBoat'ın Windows makinesi ve içindekiler. Silersen geri gelmez; gerekmiyorsa WinBoat'ın içinden kaldır.", .actionable = false},
+
+    // Clusters.
+    {.path = "~/.minikube", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "minikube", .explanation = "minikube'ün sertifikaları ve ayarları.", .processes = {"minikube"}},
+    {.path = "~/.minikube/machines", .level = SafetyLevel::caution, .title = "minikube kümesi", .explanation = "minikube'ün sanal makinesi: kümenin içindekiler. Silersen geri gelmez; `minikube delete` ile kaldır, `minikube start` yenisini kurar.", .processes = {"minikube", "qemu-system-*"}, .command = "minikube delete", .actionable = false},
+    {.path = "~/.minikube/cache", .level = SafetyLevel::regenerable, .title = "minikube indirmeleri", .explanation = "İndirilmiş imajlar ve ISO'lar. Silinirse `minikube start` tekrar indirir.", .processes = {"minikube"}},
+    {.path = "~/.minikube/logs", .level = SafetyLevel::safe, .title = "minikube kayıtları (log)", .explanation = "Günlük dosyaları. Silmek güvenli."},
+    {.path = "~/.kube", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Kubernetes erişimi", .explanation = "Kümelere giriş bilgilerin ve ayarların. Silersen kümelere erişemezsin."},
+    {.path = "~/.kube/{cache,http-cache}", .level = SafetyLevel::regenerable, .title = "kubectl önbelleği", .explanation = "kubectl'in kümeler hakkında sakladığı bilgiler. Silinirse yeniden oluşur."},
+    {.path = "~/.crc", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "OpenShift Local", .explanation = "OpenShift Local'ın ayarları ve anahtarları.", .processes = {"crc", "qemu-system-*"}},
+    {.path = "~/.crc/machines", .level = SafetyLevel::caution, .title = "OpenShift Local kümesi", .explanation = "Kümenin sanal makinesi ve içindekiler. `crc delete` ile kaldır; `crc start` yenisini kurar.", .processes = {"crc", "qemu-system-*"}, .command = "crc delete", .actionable = false},
+    {.path = "~/.crc/cache", .level = SafetyLevel::caution, .title = "OpenShift Local imajları", .explanation = "İndirilmiş küme imajları. Kurulu küme bu diski kullanıyor olabilir; önce `crc delete`. Sonra `crc setup` tekrar indirir.", .processes = {"crc", "qemu-system-*"}},
+    {.path = "~/.minishift", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Minishift", .explanation = "Minishift'in kümesi ve ayarları. `minishift delete` ile kaldır."},
+    {.path = "~/.minishift/cache", .level = SafetyLevel::regenerable, .title = "Minishift indirmeleri", .explanation = "İndirilmiş imajlar. Silinirse tekrar iner."},
+    {.path = "~/.krew", .level = SafetyLevel::caution, .title = "kubectl eklentileri", .explanation = "Krew ile kurduğun kubectl eklentileri. Silersen `kubectl krew install` ile yeniden kurman gerekir."},
+    {.path = "$cache/helm", .level = SafetyLevel::regenerable, .title = "Helm önbelleği", .explanation = "Helm'in indirdiği chart'lar ve depo dizinleri. Silinirse `helm repo update` tekrar indirir.", .processes = {"helm"}},
+    {.path = "$data/helm", .level = SafetyLevel::caution, .title = "Helm eklentileri", .explanation = "Kurulu Helm eklentileri. Silersen `helm plugin install` ile yeniden kurman gerekir."},
+    {.path = "~/.skaffold", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Skaffold", .explanation = "Skaffold'un ayarları."},
+    {.path = "~/.skaffold/{cache,repos}", .level = SafetyLevel::regenerable, .title = "Skaffold önbelleği", .explanation = "Derleme bilgileri ve indirilmiş depolar. Silinirse yeniden oluşur."},
+    {.path = "~/.{rancher,k3d,kind,k9s,linkerd2,istioctl,eksctl,oc,tilt-dev,devspace,argocd,fluxcd,arkade,okteto,garden}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Küme aracı: {name}", .explanation = "Bir küme aracının ayarları, girişleri ve indirdikleri."},
+
+    // Infrastructure tools.
+    {.name = ".terraform", .siblings = {".terraform.lock.hcl", "*.tf", "*.tofu"}, .level = SafetyLevel::caution, .title = "{parent} · .terraform", .explanation = "Terraform'un indirdiği sağlayıcılar ve modüller. Silersen `terraform init` geri getirir; seçili çalışma alanını yeniden seçmen gerekebilir.", .processes = {"terraform", "tofu"}},
+    {.name = ".terraform/{providers,modules}", .siblings = {"terraform.tfstate", "providers", "modules", "environment"}, .level = SafetyLevel::caution, .title = "Terraform indirmeleri: {name}", .explanation = "Terraform'un indirdiği sağlayıcılar ya da modüller. Silersen `terraform init` geri getirir.", .processes = {"terraform", "tofu"}},
+    {.name = ".terragrunt-cache", .siblings = {"terragrunt.hcl", "terragrunt.hcl.json"}, .level = SafetyLevel::caution, .title = "{parent} · .terragrunt-cache", .explanation = "Terragrunt'ın indirdiği modüller ve sağlayıcılar. Silersen bir sonraki çalıştırmada tekrar iner; yerelde tutulan durum dosyaları varsa geri gelmez.", .processes = {"terragrunt"}},
+    {.path = "~/.terraform.d", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Terraform", .explanation = "Terraform girişlerin ve ayarların. Silersen yeniden giriş yapman gerekir."},
+    {.path = "~/.terraform.d/plugin-cache", .level = SafetyLevel::regenerable, .title = "Terraform sağlayıcı önbelleği", .explanation = "İndirilmiş sağlayıcılar. Silinirse `terraform init` tekrar indirir; açık projelerde onu bir kez çalıştırman gerekir.", .processes = {"terraform", "tofu"}},
+    {.path = "~/.terraform.d/plugins", .level = SafetyLevel::caution, .title = "Terraform eklentileri", .explanation = "Elle kurduğun sağlayıcılar. Silersen yeniden kurman gerekir."},
+    {.path = "~/.{tfenv,tofuenv,tgenv,tgswitch,terraform.versions,tenv}", .level = SafetyLevel::caution, .title = "Terraform sürümleri", .explanation = "Kurulu Terraform, OpenTofu ya da Terragrunt sürümleri. Silersen yeniden kurman gerekir."},
+    {.path = "~/.pulumi", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Pulumi", .explanation = "Pulumi girişlerin, yerel yığınların ve yedekleri. Silersen geri gelmez.", .processes = {"pulumi"}},
+    {.path = "~/.pulumi/plugins", .level = SafetyLevel::regenerable, .title = "Pulumi eklentileri", .explanation = "İndirilmiş sağlayıcı eklentileri. Silinirse gerektiğinde tekrar iner. İpucu: `pulumi plugin rm --all`.", .processes = {"pulumi"}, .command = "pulumi plugin rm --all"},
+    {.path = "~/.pulumi/bin", .level = SafetyLevel::caution, .title = "Pulumi aracı", .explanation = "Pulumi'nin kendisi. Silersen yeniden kurman gerekir.", .processes = {"pulumi"}},
+    {.path = "~/.ansible", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Ansible", .explanation = "Ansible'ın ayarları ve girişleri."},
+    {.path = "~/.ansible/tmp", .level = SafetyLevel::safe, .title = "Ansible geçici dosyaları", .explanation = "Eski çalıştırmalardan kalan geçici dosyalar. Ansible çalışmıyorken silmek güvenli.", .processes = {"ansible*"}},
+    {.path = "~/.ansible/{collections,roles}", .level = SafetyLevel::caution, .title = "Ansible içeriği: {name}", .explanation = "Kurduğun koleksiyonlar ya da roller. Silersen `ansible-galaxy` ile yeniden kurman gerekir; kendi yazdıkların geri gelmez."},
+    {.path = "~/.ansible/galaxy_cache", .level = SafetyLevel::regenerable, .title = "Ansible Galaxy önbelleği", .explanation = "Galaxy'den alınan listeler. Silinirse yeniden oluşur."},
+    {.path = "~/.{chef,puppetlabs,puppet,salt}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Yapılandırma aracı: {name}", .explanation = "Anahtarların, sertifikaların ve ayarların. Silersen geri gelmez."},
+    {.path = "~/.berkshelf", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Berkshelf", .explanation = "Berkshelf'in ayarları."},
+    {.path = "~/.berkshelf/cookbooks", .level = SafetyLevel::regenerable, .title = "Berkshelf indirmeleri", .explanation = "İndirilmiş cookbook'lar. Silinirse `berks install` tekrar indirir."},
+    {.name = ".kitchen", .siblings = {".kitchen.yml", "kitchen.yml", ".kitchen.yaml"}, .level = SafetyLevel::keep, .title = "{parent} · .kitchen", .explanation = "Test Kitchen'ın makinelerle bağı. Silersen makineler sahipsiz kalır; önce `kitchen destroy`.", .actionable = false},
+    {.name = "packer_cache", .level = SafetyLevel::regenerable, .title = "{parent} · packer_cache", .explanation = "Packer'ın indirdiği ISO'lar. Silinirse bir sonraki derlemede tekrar iner.", .processes = {"packer"}},
+    {.path = "$cache/packer", .level = SafetyLevel::regenerable, .title = "Packer indirmeleri", .explanation = "Packer'ın indirdiği ISO'lar. Silinirse bir sonraki derlemede tekrar iner.", .processes = {"packer"}},
+    {.path = "$config/packer", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Packer", .explanation = "Packer'ın ayarları."},
+    {.path = "$config/packer/plugins", .level = SafetyLevel::caution, .title = "Packer eklentileri", .explanation = "Kurulu eklentiler. Silersen `packer init` tekrar indirir.", .processes = {"packer"}},
+    {.path = "~/.packer.d", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Packer", .explanation = "Packer'ın ayarları ve eklentileri. Silersen yeniden kurman gerekir.", .processes = {"packer"}},
+    {.name = "cdk.out", .siblings = {"cdk.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · cdk.out", .explanation = "AWS CDK'nın ürettiği şablonlar ve paketler. `cdk synth` ile yeniden oluşur."},
+    {.name = ".aws-sam", .siblings = {"template.yaml", "template.yml", "samconfig.toml"}, .level = SafetyLevel::regenerable, .title = "{parent} · .aws-sam", .explanation = "AWS SAM derleme çıktıları. `sam build` ile yeniden oluşur."},
+    {.name = ".serverless", .siblings = {"serverless.yml", "serverless.yaml", "serverless.ts", "serverless.js", "serverless.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · .serverless", .explanation = "Serverless'ın paketleri ve şablonları. Bir sonraki dağıtımda yeniden oluşur."},
+    {.path = "~/.serverless", .level = SafetyLevel::caution, .title = "Serverless araçları", .explanation = "Serverless'ın indirdiği araçlar ve ayarları. Silersen tekrar kurman gerekir."},
+    {.path = "~/.earthly", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Earthly", .explanation = "Earthly'nin ayarları ve girişin."},
+    {.path = "~/google-cloud-sdk", .level = SafetyLevel::caution, .title = "Google Cloud SDK", .explanation = "gcloud aracı ve bileşenleri. Silersen yeniden kurman gerekir; girişlerin başka yerdedir.", .processes = {"gcloud"}},
+};
+// clang-format on
+
+}  // namespace
+
+Rows machineRows() { return rows; }
+
+}  // namespace ulvak::RuleBook
