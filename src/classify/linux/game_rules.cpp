@@ -103,8 +103,6 @@ constexpr Row rows[] = {
     {.path = "~/Games/Heroic/Prefixes/*", .level = SafetyLevel::caution, .title = "Heroic Wine klasörü: {name}", .explanation = "Bir oyunun Windows klasörü: kayıtları ve ayarları. Silersen bulutta olmayan kayıtlar geri gelmez.", .quitApps = {"Heroic Games Launcher"}, .processes = {"heroic", "wineserver"}, .actionable = false},
     {.path = "~/Games/Heroic/Prefixes/default", .container = ScanContext::normal},
     {.path = "~/Games/Heroic/Prefixes/default/*", .level = SafetyLevel::caution, .title = "Heroic Wine klasörü: {name}", .explanation = "Bir oyunun Windows klasörü: kayıtları ve ayarları. Silersen bulutta olmayan kayıtlar geri gelmez.", .quitApps = {"Heroic Games Launcher"}, .processes = {"heroic", "wineserver"}, .actionable = false},
-    {.path = "~/Games", .container = ScanContext::personal},
-    {.path = "~/GOG Games", .container = ScanContext::personal},
     {.path = "~/GOG Games/*", .level = SafetyLevel::caution, .title = "GOG oyunu: {name}", .explanation = "GOG'dan kurduğun bir oyun. Silersen kurulum dosyasını yeniden indirip kurman gerekir; oyun klasöründeki kayıtlar ve modlar gider."},
     {.path = "$cache/minigalaxy", .level = SafetyLevel::regenerable, .title = "Minigalaxy indirmeleri", .explanation = "GOG kurulum dosyaları ve küçük resimler. Silinirse tekrar indirilir.", .quitApps = {"Minigalaxy"}, .processes = {"minigalaxy"}},
     {.path = "$config/itch", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "itch", .explanation = "itch uygulamasının girişi ve ayarları.", .quitApps = {"itch"}, .processes = {"itch"}},
@@ -116,7 +114,6 @@ constexpr Row rows[] = {
     {.path = "$data/vinegar", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Vinegar", .explanation = "Roblox Studio'nun Wine klasörü ve girişin.", .quitApps = {"Vinegar"}, .processes = {"vinegar", "wineserver"}},
     {.path = "$data/vinegar/{versions,dxvk}", .level = SafetyLevel::regenerable, .title = "Vinegar indirmeleri", .explanation = "İndirilmiş Roblox Studio sürümleri ve grafik katmanı. Silinirse bir sonraki açılışta tekrar iner.", .quitApps = {"Vinegar"}, .processes = {"vinegar", "wineserver"}},
     {.path = "$config/steamtinkerlaunch/proton", .level = SafetyLevel::caution, .title = "SteamTinkerLaunch Proton sürümleri", .explanation = "SteamTinkerLaunch'ın indirdiği Proton sürümleri. Silersen onlara bağlı oyunlar açılmaz; yeniden indirilebilir.", .quitApps = {"Steam"}, .processes = {"steam"}},
-    {.path = "~/Faugus", .container = ScanContext::personal},
     {.path = "~/Faugus/*", .level = SafetyLevel::caution, .title = "Faugus Wine klasörü: {name}", .explanation = "Faugus Launcher'ın bir Windows klasörü: kurulu oyun ve kayıtları. Silersen geri gelmez.", .processes = {"wineserver"}, .actionable = false},
 
     // Minecraft and its launchers.
@@ -203,7 +200,6 @@ constexpr Row rows[] = {
     {.path = "$config/{ppsspp,mgba,mupen64plus,melonDS,snes9x,xemu}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Emülatör verisi: {name}", .explanation = "Oyun kayıtların, BIOS dosyaların ve ayarların. Silersen geri gelmez."},
     {.path = "~/.{mame,mednafen,dosbox,pcsx,pcsxr,zsnes,snes9x,vice,fs-uae,hatari,stella,emulationstation,attract,bigpemu_userdata}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Emülatör verisi: {name}", .explanation = "Oyun kayıtların, BIOS dosyaların ve ayarların. Silersen geri gelmez."},
     {.path = "~/.emulationstation/downloaded_media", .level = SafetyLevel::caution, .title = "Oyun kapakları ve videoları", .explanation = "Oyunların için indirilmiş kapaklar ve videolar. Silersen yeniden taratman gerekir; uzun sürer.", .quitApps = {"ES-DE"}, .processes = {"es-de", "emulationstatio"}},
-    {.path = "~/ES-DE", .container = ScanContext::personal},
     {.path = "~/ES-DE/downloaded_media", .level = SafetyLevel::caution, .title = "Oyun kapakları ve videoları", .explanation = "ES-DE'nin oyunların için indirdiği kapaklar ve videolar. Silersen yeniden taratman gerekir; uzun sürer.", .quitApps = {"ES-DE"}, .processes = {"es-de"}},
     {.path = "~/Emulation/tools/downloaded_media", .level = SafetyLevel::caution, .title = "Oyun kapakları ve videoları", .explanation = "EmuDeck'in oyunların için indirdiği kapaklar ve videolar. Silersen yeniden taratman gerekir; uzun sürer."},
 
