@@ -47,6 +47,9 @@ constexpr Row rows[] = {
     {.path = "$data/jellyfin/transcodes", .level = SafetyLevel::safe, .title = "Jellyfin dönüştürmeleri", .explanation = "Yayın sırasında dönüştürülen geçici dosyalar. Jellyfin kapalıyken silmek güvenli.", .processes = {"jellyfin"}},
     {.path = "~/jd2/{tmp,logs}", .level = SafetyLevel::safe, .title = "JDownloader geçici dosyaları: {name}", .explanation = "Geçici dosyalar ve günlükler. JDownloader kapalıyken silmek güvenli.", .processes = {"java"}},
 
+    {.path = "/var/tmp/nuke-u*", .level = SafetyLevel::regenerable, .title = "Nuke önbelleği", .explanation = "Nuke'un disk önbelleği. Nuke kapalıyken gereksizdir; gerektiğinde yeniden oluşur.", .processes = {"Nuke*"}, .actionable = false},
+    {.path = "~/.{nuke,fusion,lightworks}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Video programı: {name}", .explanation = "Bir video programının ayarları ve eklediğin içerik. Silersen geri gelmez."},
+
     // Sound.
     {.path = "~/.audacity-data", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Audacity", .explanation = "Audacity'nin ayarları ve eklentileri.", .quitApps = {"Audacity"}, .processes = {"audacity"}},
     {.path = "~/.audacity-data/autosave", .level = SafetyLevel::caution, .title = "Audacity kurtarma verisi", .explanation = "Kaydedilmemiş kayıtların kurtarma verisi. Silersen o kayıtlar geri gelmez; önce Audacity'yi açıp kurtar.", .quitApps = {"Audacity"}, .processes = {"audacity"}, .actionable = false},
