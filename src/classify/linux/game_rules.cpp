@@ -217,6 +217,8 @@ constexpr Row rows[] = {
 
 }  // namespace
 
-Rows gameRows() { return rows; }
+Rows gameRows() {
+    return rows;
+}
 
 }  // namespace ulvak::RuleBook

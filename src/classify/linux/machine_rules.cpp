@@ -130,6 +130,8 @@ constexpr Row rows[] = {
 
 }  // namespace
 
-Rows machineRows() { return rows; }
+Rows machineRows() {
+    return rows;
+}
 
 }  // namespace ulvak::RuleBook

@@ -198,6 +198,8 @@ constexpr Row rows[] = {
 
 }  // namespace
 
-Rows mediaRows() { return rows; }
+Rows mediaRows() {
+    return rows;
+}
 
 }  // namespace ulvak::RuleBook

@@ -3,8 +3,8 @@
 namespace ulvak::RuleBook {
 namespace {
 
-// Beyond the home folder nothing is actionable: it belongs to the package manager or to a service, and to root.
-// The catch-all rows are units, so that no name rule is looked for inside them.
+// Beyond the home folder nothing is actionable: it belongs to the package manager or to a service, and to
+// root. The catch-all rows are units, so that no name rule is looked for inside them.
 // clang-format off
 constexpr Row rows[] = {
     // Caches of the system.
@@ -142,6 +142,8 @@ constexpr Row rows[] = {
 
 }  // namespace
 
-Rows systemRows() { return rows; }
+Rows systemRows() {
+    return rows;
+}
 
 }  // namespace ulvak::RuleBook
