@@ -124,6 +124,12 @@ constexpr Row rows[] = {
     {.path = "~/.BurpSuite", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Burp Suite", .explanation = "Burp Suite'in ayarları ve eklentileri.", .processes = {"java", "burpsuite"}},
     {.path = "~/.BurpSuite/burpbrowser", .level = SafetyLevel::regenerable, .title = "Burp Suite tarayıcısı", .explanation = "Burp Suite'in indirdiği tarayıcı. Silinirse gerektiğinde yeniden açılır.", .processes = {"java", "burpsuite"}},
     {.path = "~/.{ZAP,john,hashcat}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Güvenlik aracı: {name}", .explanation = "Oturumların, bulguların ve ayarların. Silersen geri gelmez."},
+    {.path = "~/.jenkins", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Jenkins", .explanation = "Jenkins'in işleri, derleme geçmişi, eklentileri ve parolaları. Silersen geri gelmez.", .processes = {"java"}},
+    {.path = "~/.jenkins/workspace", .level = SafetyLevel::caution, .title = "Jenkins çalışma klasörleri", .explanation = "İşlerin çalışırken kullandığı kaynaklar ve çıktılar. Bir sonraki derlemede yeniden alınır; saklamak istediğin çıktı varsa önce kopyala.", .processes = {"java"}},
+    {.path = "~/.jenkins/{caches,war}", .level = SafetyLevel::regenerable, .title = "Jenkins önbelleği: {name}", .explanation = "Açılmış program dosyaları ve depo önbelleği. Silinirse yeniden oluşur.", .processes = {"java"}},
+    {.path = "~/.jenkins/{logs,jobs}", .level = SafetyLevel::keep, .title = "Jenkins işleri: {name}", .explanation = "İşlerin tanımları, derleme geçmişi ve kayıtları. Silersen geri gelmez; eski derlemeleri Jenkins'in içinden sil.", .actionable = false},
+    {.path = "~/actions-runner/_work", .level = SafetyLevel::caution, .title = "GitHub Actions çalışma klasörü", .explanation = "Çalıştırıcının indirdiği depolar ve araçlar. Bir sonraki işte yeniden alınır; iş sürerken silme.", .processes = {"Runner.Listener", "Runner.Worker"}},
+    {.path = "~/.{gitlab-runner,influxdbv2,arangodb,prometheus}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Hizmet verisi: {name}", .explanation = "Bir hizmetin verileri ve ayarları. Silersen geri gelmez."},
     {.path = "~/google-cloud-sdk", .level = SafetyLevel::caution, .title = "Google Cloud SDK", .explanation = "gcloud aracı ve bileşenleri. Silersen yeniden kurman gerekir; girişlerin başka yerdedir.", .processes = {"gcloud"}},
 };
 // clang-format on

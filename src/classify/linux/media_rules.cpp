@@ -122,6 +122,9 @@ constexpr Row rows[] = {
     {.path = "$config/joplin-desktop/tmp", .level = SafetyLevel::caution, .title = "Joplin geçici dosyaları", .explanation = "Açık eklerin geçici kopyaları. Joplin kapalıyken silinebilir; düzenlediğin ekler eşitlenmiş olmalı.", .quitApps = {"Joplin"}, .processes = {"joplin"}},
     {.path = "~/.{logseq,scribus,lyx,freeplane,jabref,gnucash,grisbi,homebank,kmymoney,skrooge}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Uygulama verisi: {name}", .explanation = "Bir uygulamanın verileri, yedekleri ve ayarları. Silersen geri gelmez."},
 
+    {.path = "~/.{hts,emby-server,airsonic,subsonic,mediathek3,xournal,xournalpp,imagej,makemkv,synfig,openoffice,openoffice.org,openoffice.org2,softmaker}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Uygulama verisi: {name}", .explanation = "Bir uygulamanın verileri, yedekleri ve ayarları. Silersen geri gelmez."},
+    {.path = "~/.dvdcss", .level = SafetyLevel::regenerable, .title = "DVD anahtar önbelleği", .explanation = "İzlenen DVD'lerin çözülmüş anahtarları. Silinirse disk takılınca yeniden oluşur."},
+
     // Books and references.
     {.path = "~/.zotero", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Zotero profili", .explanation = "Zotero'nun ayarları ve eklentileri.", .quitApps = {"Zotero"}, .processes = {"zotero*"}},
     {.path = "$cache/zotero", .level = SafetyLevel::regenerable, .title = "Zotero önbelleği", .explanation = "Web önbelleği. Silinirse yeniden oluşur.", .quitApps = {"Zotero"}, .processes = {"zotero*"}},
@@ -165,7 +168,7 @@ constexpr Row rows[] = {
     {.name = "Intermediate", .siblings = {"*.uproject", "*.uplugin"}, .level = SafetyLevel::regenerable, .title = "{parent} · Intermediate", .explanation = "Unreal'ın derleme ara dosyaları. Bir sonraki derlemede yeniden oluşur.", .quitApps = {"Unreal Editor"}, .processes = {"UnrealEditor*", "UE4Editor*"}},
     {.name = "Engine/Intermediate", .siblings = {"Source", "Binaries"}, .level = SafetyLevel::caution, .title = "Unreal motoru · Intermediate", .explanation = "Unreal motorunun derleme ara dosyaları. Kaynaktan derlediysen yeniden oluşur ama saatler sürer; hazır indirdiysen motoru tekrar indirmen gerekir.", .quitApps = {"Unreal Editor"}, .processes = {"UnrealEditor*", "UE4Editor*"}},
     {.name = "Binaries", .siblings = {"*.uproject", "*.uplugin"}, .level = SafetyLevel::caution, .title = "{parent} · Binaries", .explanation = "Derlenmiş Unreal modülleri. Kaynak kod sendeyse yeniden derlenir; hazır gelen eklentilerinki geri gelmez.", .quitApps = {"Unreal Editor"}, .processes = {"UnrealEditor*", "UE4Editor*"}},
-    {.name = "Saved", .siblings = {"*.uproject"}, .level = SafetyLevel::caution, .title = "{parent} · Saved", .explanation = "Unreal'ın otomatik kayıtları, yedekleri, ekran görüntüleri ve yerel ayarları. Silersen geri gelmez.", .quitApps = {"Unreal Editor"}, .processes = {"UnrealEditor*", "UE4Editor*"}},
+    {.name = "Saved", .siblings = {"*.uproject"}, .level = SafetyLevel::caution, .title = "{parent} · Saved", .explanation = "Unreal'ın otomatik kayıtları, yedekleri, ekran görüntüleri ve yerel ayarları. Silersen geri gelmez.", .quitApps = {"Unreal Editor"}, .processes = {"UnrealEditor*", "UE4Editor*"}, .actionable = false},
     {.path = "$config/Epic", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Unreal Engine ayarları", .explanation = "Unreal Engine'in ayarları ve girişin.", .quitApps = {"Unreal Editor"}, .processes = {"UnrealEditor*", "UE4Editor*"}},
     {.path = "$config/Epic/UnrealEngine", .container = ScanContext::normal},
     {.path = "$config/Epic/UnrealEngine/Common", .container = ScanContext::normal},
