@@ -111,7 +111,7 @@ constexpr Row rows[] = {
     {.path = "~/.netbeans", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "NetBeans verisi", .explanation = "NetBeans'in ayarları, eklentileri ve dosyalarının yerel geçmişi.", .quitApps = {"Apache NetBeans"}},
     {.path = "$cache/netbeans", .level = SafetyLevel::regenerable, .title = "NetBeans önbelleği", .explanation = "NetBeans'in dizinleri. Silinirse projeler açılınca yeniden oluşur.", .quitApps = {"Apache NetBeans"}},
     {.path = "~/QtCreator", .container = ScanContext::personal},
-    {.path = "~/Qt", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Qt: {name}", .explanation = "Qt kurulumunun bir parçası. Silersen ona gerek duyan projeler derlenmez; Qt MaintenanceTool tekrar indirir."},
+    {.path = "~/Qt", .container = ScanContext::personal},
     {.path = "~/Qt/{[0-9]*,Tools,Docs,Examples}", .level = SafetyLevel::caution, .title = "Qt: {name}", .explanation = "Qt kurulumunun bir parçası. Silersen ona gerek duyan projeler derlenmez; Qt MaintenanceTool tekrar indirir."},
 
     // Editors of the terminal and of the desktop.
