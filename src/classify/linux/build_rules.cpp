@@ -7,7 +7,6 @@ namespace {
 // clang-format off
 constexpr Row rows[] = {
     // JavaScript.
-    {.name = "node_modules", .holds = {".package-lock.json", ".yarn-integrity", ".modules.yaml", ".yarn-state.yml", ".pnpm"}, .level = SafetyLevel::caution, .title = "{parent} · {name}", .explanation = "JavaScript bağımlılıkları, ama yanında `package.json` yok: neyin kurulacağını söyleyen liste burada değil. Silersen yeniden elle kurman gerekir."},
     {.name = ".angular", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Angular ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
     {.name = ".nx", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Nx ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
     {.name = ".vite", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Vite ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
@@ -32,7 +31,6 @@ constexpr Row rows[] = {
     {.name = ".ember-cli", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Ember ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
     {.name = ".nitro", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Nitro ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
     {.name = ".fusebox", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "FuseBox ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
-    {.name = ".stylelintcache", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Stylelint ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
     {.name = ".nyc_output", .siblings = {"package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "nyc ara dosyaları ve önbelleği. Bir sonraki çalıştırmada yeniden oluşur."},
     {.name = ".nx", .siblings = {"nx.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Nx önbelleği. Bir sonraki derlemede yeniden oluşur."},
     {.name = ".turbo", .siblings = {"turbo.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Turborepo önbelleği. Bir sonraki derlemede yeniden oluşur."},
@@ -61,7 +59,8 @@ constexpr Row rows[] = {
     {.name = "target", .siblings = {"pom.xml"}, .holds = {"classes", "test-classes", "maven-status", "maven-archiver", "generated-sources", "surefire-reports", "quarkus-app", "scala-*", "streams", "global-logging", "*.jar", "*.war"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Maven derleme çıktıları. `mvn package` ile yeniden oluşur."},
     {.name = "target", .siblings = {"build.sbt", "build.properties", "plugins.sbt"}, .holds = {"classes", "test-classes", "maven-status", "maven-archiver", "generated-sources", "surefire-reports", "quarkus-app", "scala-*", "streams", "global-logging", "*.jar", "*.war"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "sbt derleme çıktıları. `sbt compile` ile yeniden oluşur."},
     {.name = "target", .siblings = {"project.clj", "deps.edn", "build.boot"}, .holds = {"classes", "test-classes", "maven-status", "maven-archiver", "generated-sources", "surefire-reports", "quarkus-app", "scala-*", "streams", "global-logging", "*.jar", "*.war"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
-    {.name = "build", .siblings = {"settings.gradle", "settings.gradle.kts", "gradlew", "build.xml", "gradle.properties"}, .holds = {"classes", "libs", "reports", "tmp", "generated", "intermediates", "outputs", "kotlin", "test-results"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
+    {.name = "build", .siblings = {"settings.gradle", "settings.gradle.kts", "gradlew", "gradle.properties"}, .holds = {"classes", "libs", "reports", "tmp", "generated", "intermediates", "outputs", "kotlin", "test-results"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
+    {.name = "build", .siblings = {"build.xml"}, .holds = {"classes"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Ant derleme çıktıları. `ant` ile yeniden oluşur."},
     {.name = ".gradle", .siblings = {"build.gradle", "build.gradle.kts"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Projenin Gradle önbelleği. Bir sonraki derlemede yeniden oluşur."},
     {.name = "{.cxx,.externalNativeBuild}", .siblings = {"build.gradle", "build.gradle.kts", "settings.gradle", "settings.gradle.kts"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Yerel (C/C++) kodun derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
     {.name = ".kotlin", .siblings = {"build.gradle", "build.gradle.kts", "settings.gradle", "settings.gradle.kts"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Kotlin derleyicisinin ara dosyaları. Bir sonraki derlemede yeniden oluşur."},
@@ -94,7 +93,7 @@ constexpr Row rows[] = {
     {.name = "tmp", .siblings = {"bitbake.lock", "bitbake-cookerdaemon.log"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Yocto derleme çıktıları; başka yere kopyalamadığın imajlar da burada. Silinirse yeniden derlenir (saatler sürebilir).", .processes = {"bitbake*"}},
     {.name = "downloads", .siblings = {"bitbake.lock", "sstate-cache"}, .level = SafetyLevel::caution, .title = "{parent} · Yocto indirmeleri", .explanation = "Derlenen paketlerin kaynakları. Silinirse tekrar indirilir; bazılarının kaynağı artık bulunamayabilir."},
     {.name = "output", .siblings = {"Config.in.legacy"}, .holds = {"build", "host", "target"}, .level = SafetyLevel::regenerable, .title = "{parent} · Buildroot çıktısı", .explanation = "Buildroot derleme çıktıları; başka yere kopyalamadığın imajlar da burada. `make` ile yeniden oluşur (uzun sürebilir)."},
-    {.name = "dl", .siblings = {"Config.in.legacy", "feeds.conf.default"}, .level = SafetyLevel::regenerable, .title = "{parent} · indirilen kaynaklar", .explanation = "Derlenen paketlerin kaynakları. Silinirse `make` tekrar indirir."},
+    {.name = "dl", .siblings = {"Config.in.legacy", "feeds.conf.default"}, .level = SafetyLevel::caution, .title = "{parent} · indirilen kaynaklar", .explanation = "Derlenen paketlerin kaynakları. Silinirse `make` tekrar indirir; bazılarının kaynağı artık bulunamayabilir."},
     {.name = "{build_dir,staging_dir}", .siblings = {"feeds.conf.default"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "OpenWrt derleme çıktıları. `make` ile yeniden oluşur (uzun sürebilir)."},
     {.name = "out", .siblings = {".repo", "frameworks"}, .holds = {"soong", "target", "host"}, .level = SafetyLevel::regenerable, .title = "{parent} · Android derlemesi", .explanation = "Android sistem derlemesinin çıktıları. Silinirse yeniden derlenir (saatler sürebilir)."},
     {.name = ".repo", .level = SafetyLevel::keep, .title = "{parent} · .repo", .explanation = "Kaynak ağacının bütün git geçmişi; göndermediğin dallar da burada.", .actionable = false},
@@ -105,7 +104,7 @@ constexpr Row rows[] = {
     // .NET.
     {.name = "obj", .siblings = {"*.csproj", "*.fsproj", "*.vbproj"}, .holds = {"project.assets.json", "Debug", "Release", "*.nuget.*", "*.cache"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = ".NET ara çıktıları. `dotnet build` ile yeniden oluşur."},
     {.name = "bin", .siblings = {"*.csproj", "*.fsproj", "*.vbproj"}, .holds = {"Debug", "Release"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = ".NET derleme çıktıları; programının buraya yazdığı dosyalar da gider. `dotnet build` ile yeniden oluşur."},
-    {.name = "packages", .siblings = {"*.sln"}, .holds = {"repositories.config", "*.[0-9]*.[0-9]*"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "NuGet paketleri. `nuget restore` ile geri gelir."},
+    {.name = "packages", .siblings = {"*.sln"}, .holds = {"repositories.config"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "NuGet paketleri. `nuget restore` ile geri gelir."},
 
     // PHP and Ruby.
     {.name = "vendor", .siblings = {"composer.json"}, .holds = {"autoload.php"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "PHP bağımlılıkları. `composer install` ile geri gelir; içinde elle yaptığın değişiklikler gelmez."},
@@ -118,7 +117,7 @@ constexpr Row rows[] = {
     // Elixir, Erlang, Haskell, OCaml and Lean.
     {.name = "_build", .siblings = {"mix.exs", "rebar.config", "dune-project", "dune-workspace", "rebar.lock", "gleam.toml"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
     {.name = "deps", .siblings = {"mix.exs"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Elixir bağımlılıkları. `mix deps.get` ile geri gelir; içinde elle yaptığın değişiklikler gelmez."},
-    {.name = "build", .siblings = {"gleam.toml", "xmake.lua", "shard.yml"}, .holds = {"packages", "dev", "prod", "linux", ".objs"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
+    {.name = "build", .siblings = {"gleam.toml", "xmake.lua"}, .holds = {"packages", "dev", "prod", "linux", ".objs"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
     {.name = "_opam", .holds = {".opam-switch"}, .level = SafetyLevel::caution, .title = "{parent} · {name}", .explanation = "Projenin OCaml ortamı. Silersen `opam switch create .` ile yeniden kurman gerekir."},
     {.name = "_esy", .siblings = {"esy.json", "package.json", "esy.lock"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Projenin esy dosyaları. `esy install` ve `esy build` ile yeniden oluşur."},
     {.name = ".stack-work", .siblings = {"stack.yaml", "package.yaml", "*.cabal"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Stack derleme çıktıları. `stack build` ile yeniden oluşur."},
@@ -156,7 +155,7 @@ constexpr Row rows[] = {
     {.name = "_freeze", .siblings = {"_quarto.yml", "_quarto.yaml"}, .level = SafetyLevel::keep, .title = "{parent} · {name}", .explanation = "Quarto'nun hesap sonuçları; yeniden hesaplamak uzun sürebilir ya da artık mümkün olmayabilir.", .actionable = false},
 
     // Circuits.
-    {.name = "{*.cache,*.hw,*.ip_user_files,*.sim}", .siblings = {"*.xpr"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Vivado'nun ara dosyaları. Bir sonraki sentezde yeniden oluşur."},
+    {.name = "{*.cache,*.ip_user_files,*.sim}", .siblings = {"*.xpr"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Vivado'nun ara dosyaları. Bir sonraki sentezde yeniden oluşur."},
     {.name = "*.runs", .siblings = {"*.xpr"}, .level = SafetyLevel::caution, .title = "{parent} · {name}", .explanation = "Vivado sentez sonuçları ve üretilen bitstream. Yeniden oluşturmak saatler sürebilir."},
     {.name = ".Xil", .level = SafetyLevel::safe, .title = "{parent} · {name}", .explanation = "Vivado'nun geçici dosyaları. Vivado kapalıysa silmek güvenli.", .processes = {"vivado"}},
     {.name = "{db,incremental_db}", .siblings = {"*.qpf"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Quartus'un ara dosyaları. Bir sonraki derlemede yeniden oluşur."},
