@@ -50,6 +50,8 @@ constexpr Row rows[] = {
     {.name = "cdk.out", .siblings = {"cdk.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "AWS CDK çıktısı. `cdk synth` ile yeniden oluşur."},
     {.name = ".aws-sam", .siblings = {"template.yaml", "template.yml", "samconfig.toml"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "AWS SAM derleme çıktıları. `sam build` ile yeniden oluşur."},
     {.name = ".serverless", .siblings = {"serverless.yml", "serverless.yaml", "serverless.ts", "serverless.js"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Serverless paketleri. Bir sonraki yayımlamada yeniden oluşur."},
+    {.name = "{.sass-cache,.contentlayer,.velite}", .siblings = {"package.json", "_config.yml", "Gemfile"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Web derleme aracının önbelleği. Bir sonraki derlemede yeniden oluşur."},
+    {.name = "storage/framework/{cache,views}", .siblings = {"sessions", "testing"}, .level = SafetyLevel::regenerable, .title = "Laravel önbelleği: {name}", .explanation = "Laravel önbelleği. Silinirse yeniden oluşur. İpucu: `php artisan optimize:clear`."},
     {.name = "elm-stuff", .siblings = {"elm.json", "elm-package.json"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Elm derleme çıktıları. `elm make` ile yeniden oluşur."},
 
     // Rust.
@@ -64,6 +66,7 @@ constexpr Row rows[] = {
     {.name = ".gradle", .siblings = {"build.gradle", "build.gradle.kts"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Projenin Gradle önbelleği. Bir sonraki derlemede yeniden oluşur."},
     {.name = "{.cxx,.externalNativeBuild}", .siblings = {"build.gradle", "build.gradle.kts", "settings.gradle", "settings.gradle.kts"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Yerel (C/C++) kodun derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
     {.name = ".kotlin", .siblings = {"build.gradle", "build.gradle.kts", "settings.gradle", "settings.gradle.kts"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Kotlin derleyicisinin ara dosyaları. Bir sonraki derlemede yeniden oluşur."},
+    {.name = "out", .siblings = {".idea", "*.iml"}, .holds = {"production"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "IntelliJ'in derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
     {.name = "{.bloop,.metals,.bsp}", .siblings = {"build.sbt", "build.sc", "build.mill", "pom.xml", "project.scala"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Scala düzenleyici desteğinin dosyaları. Proje açılınca yeniden oluşur."},
     {.name = ".scala-build", .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Scala CLI derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},
     {.name = "out", .siblings = {"build.sc", "build.mill", "build.mill.scala", ".mill-version"}, .holds = {"mill-*"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Mill derleme çıktıları. Bir sonraki derlemede yeniden oluşur."},

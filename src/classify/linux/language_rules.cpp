@@ -115,6 +115,11 @@ constexpr Row rows[] = {
     {.path = "~/.conan2/{p,b}", .level = SafetyLevel::regenerable, .title = "Conan paketleri", .explanation = "İndirilmiş ve derlenmiş C++ paketleri. Silinirse `conan install` tekrar getirir; yayımlamadığın kendi paketlerini yeniden oluşturman gerekir. İpucu: `conan cache clean`."},
     {.path = "~/.xmake", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "xmake ayarları", .explanation = "xmake'in ayarları ve eklentileri."},
     {.path = "~/.xmake/{cache,packages,repositories}", .level = SafetyLevel::regenerable, .title = "xmake paketleri", .explanation = "xmake'in indirip derlediği paketler. Silinirse bir sonraki derlemede yeniden kurulur.", .group = "xmake"},
+    {.path = "~/.buildroot-ccache", .level = SafetyLevel::regenerable, .title = "Buildroot derleme önbelleği", .explanation = "Derleyici çıktılarının kopyaları. Silinirse bir sonraki derleme yavaş olur, hepsi bu."},
+    {.path = "~/x-tools", .level = SafetyLevel::caution, .title = "Çapraz derleyiciler", .explanation = "crosstool-NG ile derlenen araç zincirleri. Silersen `ct-ng build` ile yeniden derlemen gerekir (uzun sürebilir)."},
+    {.path = "~/rpmbuild", .container = ScanContext::personal},
+    {.path = "~/rpmbuild/{BUILD,BUILDROOT}", .level = SafetyLevel::regenerable, .title = "RPM derleme artıkları: {name}", .explanation = "Paket derlemelerinden kalan ara dosyalar. `rpmbuild` yeniden oluşturur.", .processes = {"rpmbuild"}},
+    {.path = "~/.debug", .level = SafetyLevel::caution, .title = "perf sembolleri", .explanation = "perf'in ölçtüğü programların kopyaları. Silersen eski ölçümler okunmaz; yeni ölçümlerde yeniden oluşur."},
     {.path = "~/{.hunter,.emscripten_cache}", .level = SafetyLevel::regenerable, .title = "C++ paket önbelleği: {name}", .explanation = "İndirilip derlenmiş C++ kitaplıkları. Silinirse bir sonraki derlemede yeniden oluşur."},
     {.path = "~/{.vpython-root,.vpython_cipd_cache}", .level = SafetyLevel::regenerable, .title = "depot_tools ortamları", .explanation = "Chromium araçlarının kurduğu Python ortamları. Silinirse gerektiğinde yeniden kurulur."},
 
@@ -164,6 +169,7 @@ constexpr Row rows[] = {
     {.path = "$data/scalacli", .level = SafetyLevel::caution, .title = "Scala CLI verisi", .explanation = "Scala CLI'ın ayarları ve derleme sunucusu. Silinirse gerektiğinde yeniden kurulur; ayarların gider."},
     {.path = "~/{.bloop,.metals,.bsp,.jline}", .level = SafetyLevel::regenerable, .title = "Scala araçlarının önbelleği: {name}", .explanation = "Scala derleme sunucusu ve düzenleyici desteği. Silinirse gerektiğinde yeniden oluşur."},
     {.path = "~/.konan", .level = SafetyLevel::regenerable, .title = "Kotlin/Native araçları", .explanation = "Kotlin/Native derleyicisi ve bağımlılıkları. Silinirse bir sonraki derlemede tekrar indirilir (1-2 GB)."},
+    {.path = "~/.kotlin", .level = SafetyLevel::regenerable, .title = "Kotlin çalışma dosyaları", .explanation = "Kotlin derleyicisinin oturum dosyaları ve hata kayıtları. Silinirse yeniden oluşur."},
     {.path = "~/.skiko", .level = SafetyLevel::regenerable, .title = "Skiko kitaplıkları", .explanation = "Compose masaüstü uygulamalarının açtığı yerel kitaplıklar. Silinirse yeniden oluşur."},
     {.path = "~/.sdkman", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "SDKMAN!", .explanation = "SDKMAN!'ın kendisi. Silersen yeniden kurman gerekir."},
     {.path = "~/.sdkman/candidates", .container = ScanContext::normal},
@@ -193,6 +199,8 @@ constexpr Row rows[] = {
     {.path = "~/Android/Sdk/ndk/*", .level = SafetyLevel::caution, .title = "Android NDK {name}", .explanation = "Yerel (C/C++) kod derlemek için NDK sürümü. Projelerin belirli bir sürüm istiyorsa gerekir; kullanılmayan eski sürümleri silebilirsin.", .quitApps = {"Android Studio"}},
     {.path = "~/Android/Sdk/cmake/*", .level = SafetyLevel::caution, .title = "Android CMake {name}", .explanation = "Yerel kod derlemek için CMake sürümü. Silersen Android Studio'dan tekrar indirebilirsin.", .quitApps = {"Android Studio"}},
     {.path = "~/Android/Sdk/{.temp,.downloadIntermediates,temp}", .level = SafetyLevel::safe, .title = "Android SDK indirme artıkları", .explanation = "Yarım kalmış SDK indirmeleri. İndirme sürmüyorsa silmek güvenli.", .quitApps = {"Android Studio"}, .processes = {"sdkmanager"}},
+    {.path = "~/.Genymobile", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Genymotion · {name}", .explanation = "Genymotion emülatörleri ve içlerindeki uygulamalar, veriler. Kullanmadıklarını Genymotion'dan sil.", .quitApps = {"Genymotion"}, .processes = {"genymotion", "player"}},
+    {.path = "~/.appium", .level = SafetyLevel::caution, .title = "Appium sürücüleri", .explanation = "Test için kurulu sürücüler ve eklentiler. Silersen `appium driver install` ile yeniden kurman gerekir."},
     {.name = "{Sdk,android-sdk*}", .holds = {"platform-tools"}, .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Android SDK: {name}", .explanation = "Android SDK'nın bir parçası. Silersen ona gerek duyan derlemeler durur; Android Studio ya da `sdkmanager` tekrar indirir."},
 
     // Dart and Flutter.
@@ -370,6 +378,7 @@ constexpr Row rows[] = {
     {.path = "~/.foundry/cache", .level = SafetyLevel::regenerable, .title = "Foundry önbelleği", .explanation = "Zincirden indirilen veriler. Silinirse gerektiğinde tekrar indirilir. İpucu: `forge cache clean`."},
     {.path = "~/{.svm,.solcx,.solc-select}", .level = SafetyLevel::regenerable, .title = "Solidity derleyicileri", .explanation = "İndirilmiş Solidity derleyicileri. Silinirse gerektiğinde tekrar indirilir."},
     {.path = "$data/svm", .level = SafetyLevel::regenerable, .title = "Solidity derleyicileri", .explanation = "İndirilmiş Solidity derleyicileri. Silinirse gerektiğinde tekrar indirilir."},
+    {.path = "$data/solana/install", .level = SafetyLevel::caution, .title = "Solana araçları", .explanation = "Kurulu Solana sürümleri. Silersen yeniden kurman gerekir; cüzdanın başka yerde."},
     {.path = "$data/racket", .level = SafetyLevel::caution, .title = "Racket paketleri", .explanation = "`raco pkg install` ile kurduğun paketler. Silersen yeniden kurman gerekir."},
     {.path = "~/.isabelle", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Isabelle ayarları", .explanation = "Isabelle'in ayarları ve bileşenleri."},
     {.path = "~/.isabelle/*/heaps", .level = SafetyLevel::regenerable, .title = "Isabelle derlemeleri", .explanation = "Derlenmiş kuramlar. Silinirse `isabelle build` yeniden oluşturur (uzun sürebilir)."},

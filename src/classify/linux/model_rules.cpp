@@ -61,6 +61,11 @@ constexpr Row rows[] = {
     {.path = "~/.ollama", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Ollama verisi: {name}", .explanation = "Ollama anahtarın, ayarların ve komut geçmişin.", .processes = {"ollama"}},
     {.path = "~/.ollama/{id_ed25519,id_ed25519.pub,history}", .level = SafetyLevel::keep, .title = "Ollama anahtarı", .explanation = "Ollama hesabının anahtarı ve komut geçmişin.", .actionable = false},
     {.path = "~/.ollama/logs", .level = SafetyLevel::safe, .title = "Ollama kayıtları", .explanation = "Ollama'nın günlükleri. Silmek güvenli.", .processes = {"ollama"}},
+    {.path = "$data/.ollama", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Ollama verisi: {name}", .explanation = "Ollama anahtarın ve ayarların.", .processes = {"ollama"}},
+    {.path = "$data/.ollama/models", .level = SafetyLevel::caution, .title = "Ollama modelleri", .explanation = "İndirilmiş yerel yapay zeka modelleri. Silersen tekrar indirmen gerekir (her biri birkaç GB).", .processes = {"ollama"}},
+    {.path = "$data/com.jeffser.Alpaca", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Alpaca verisi: {name}", .explanation = "Sohbetlerin ve ayarların. Geri gelmez.", .quitApps = {"Alpaca"}},
+    {.path = "$data/com.jeffser.Alpaca/.ollama", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Alpaca verisi: {name}", .explanation = "Sohbetlerin ve ayarların. Geri gelmez.", .quitApps = {"Alpaca"}},
+    {.path = "$data/com.jeffser.Alpaca/.ollama/models", .level = SafetyLevel::caution, .title = "Alpaca modelleri", .explanation = "İndirilmiş yerel yapay zeka modelleri. Silersen tekrar indirmen gerekir (her biri birkaç GB).", .quitApps = {"Alpaca"}, .processes = {"ollama"}},
     {.path = "/usr/share/ollama/.ollama/models", .level = SafetyLevel::caution, .title = "Ollama modelleri", .explanation = "Sistem hizmetinin indirdiği yerel modeller; kendi Modelfile'ınla oluşturdukların da burada. Tek tek kaldırmak için `ollama rm`; `ollama pull` tekrar indirir.", .command = "ollama list", .actionable = false},
     {.path = "$cache/lm-studio", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "LM Studio verisi: {name}", .explanation = "Sohbetlerin, anahtarların ve ayarların. Önbellek klasöründe durur ama geri gelmez.", .quitApps = {"LM Studio"}, .processes = {"lm-studio", "LM-Studio*", "lms"}},
     {.path = "~/.lmstudio", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "LM Studio verisi: {name}", .explanation = "Sohbetlerin, anahtarların ve ayarların. Geri gelmez.", .quitApps = {"LM Studio"}, .processes = {"lm-studio", "LM-Studio*", "lms"}},
@@ -90,6 +95,8 @@ constexpr Row rows[] = {
     {.path = "$config/Msty/models*", .level = SafetyLevel::caution, .title = "Msty modelleri", .explanation = "İndirilmiş yerel modeller. Silersen tekrar indirmen gerekir (her biri birkaç GB).", .quitApps = {"Msty"}},
     {.path = "~/.llamafile", .level = SafetyLevel::regenerable, .title = "llamafile önbelleği", .explanation = "llamafile programlarının açtığı parçalar. Silinirse yeniden oluşur."},
     {.name = "models", .siblings = {"comfyui_version.py", "webui.sh", "invokeai.yaml", "start_linux.sh", "webui-user.sh"}, .level = SafetyLevel::caution, .title = "{parent} · modeller", .explanation = "Görüntü ya da metin üreten programın modelleri. İndirilenler tekrar indirilir; kendi eğittiklerin ya da elle koydukların gelmez."},
+
+    {.name = "user_data/models", .level = SafetyLevel::caution, .title = "Metin üreten programın modelleri", .explanation = "İndirilenler tekrar indirilir (her biri birkaç GB); kendi eğittiklerin ya da elle koydukların gelmez."},
 
     // Experiments. What has not been uploaded is here alone.
     {.name = "wandb", .holds = {"run-*", "offline-run-*", "latest-run"}, .level = SafetyLevel::caution, .title = "{parent} · W&B kayıtları", .explanation = "Weights & Biases deney kayıtları. `offline-run` ile başlayanlar sunucuya gönderilmemiş olabilir; önce `wandb sync` ile gönder."},
