@@ -54,7 +54,7 @@ constexpr Row rows[] = {
     {.path = "~/.volta/tmp", .level = SafetyLevel::safe, .title = "Volta geçici dosyaları", .explanation = "Yarım kalmış kurulumlardan kalan dosyalar. Silmek güvenli.", .processes = {"volta"}},
     {.path = "~/{.nodenv,.nodebrew,.nvs,.vfox,.version-fox}", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Node sürümleri: {name}", .explanation = "Bir sürüm yöneticisinin kurduğu araçlar. Silersen aynı yöneticiyle yeniden kurman gerekir."},
     {.path = "~/.proto", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "proto araçları", .explanation = "proto ile kurulu araçlar. Silersen `proto install` ile yeniden kurman gerekir."},
-    {.path = "~/.proto/cache", .level = SafetyLevel::regenerable, .title = "proto önbelleği", .explanation = "proto'nun indirdikleri. Silinirse gerektiğinde tekrar indirilir. İpucu: `proto clean`."},
+    {.path = "~/.proto/cache", .level = SafetyLevel::regenerable, .title = "proto önbelleği", .explanation = "proto'nun indirdikleri. Silinirse gerektiğinde tekrar indirilir."},
     {.path = "~/.proto/temp", .level = SafetyLevel::regenerable, .title = "proto indirmeleri", .explanation = "Kurulum sırasında indirilen arşivler. Silinirse gerektiğinde tekrar indirilir."},
     {.path = "~/.meteor", .level = SafetyLevel::caution, .title = "Meteor", .explanation = "Meteor'un kendisi ve paketleri. Silersen yeniden kurman gerekir."},
     {.path = "$cache/ms-playwright", .container = ScanContext::normal},

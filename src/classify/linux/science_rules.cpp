@@ -72,7 +72,7 @@ constexpr Row rows[] = {
     {.path = "~/.astropy", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Astropy ayarları", .explanation = "Astropy'nin ayarları."},
     {.path = "~/.astropy/cache", .level = SafetyLevel::regenerable, .title = "Astropy önbelleği", .explanation = "İndirilen gökbilim verileri. Silinirse gerektiğinde tekrar indirilir."},
     {.path = "~/.casa/data", .level = SafetyLevel::regenerable, .title = "CASA verisi", .explanation = "Radyo gökbilimi için indirilen ölçüm tabloları. Silinirse gerektiğinde tekrar indirilir."},
-    {.name = "{G4*[0-9].[0-9]*,RealSurface[0-9].*,PhotonEvaporation[0-9].*,RadioactiveDecay[0-9].*}", .siblings = {"G4EMLOW*", "G4ENSDFSTATE*"}, .level = SafetyLevel::regenerable, .title = "Geant4 verisi: {name}", .explanation = "Geant4'ün fizik tabloları. Silinirse Geant4'ün sitesinden tekrar indirilir; o zamana kadar benzetimler çalışmaz."},
+    {.name = "{G4*[0-9].[0-9]*,RealSurface[0-9].*,PhotonEvaporation[0-9].*,RadioactiveDecay[0-9].*}", .siblings = {"G4EMLOW*", "G4ENSDFSTATE*"}, .level = SafetyLevel::regenerable, .title = "Geant4 verisi: {name}", .explanation = "Geant4'ün fizik tabloları. Silinirse `geant4-config --install-datasets` tekrar indirir; o zamana kadar benzetimler çalışmaz."},
 
     // Biology.
     {.path = "~/.nextflow", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Nextflow verisi: {name}", .explanation = "Nextflow ayarların, anahtarların ve geçmişin."},
