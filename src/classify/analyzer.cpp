@@ -8,17 +8,20 @@
 #include <unordered_map>
 #include <utility>
 
+#include "classify/folder_evidence.h"
 #include "classify/heuristics.h"
 #include "classify/rule_matcher.h"
 #include "core/format.h"
 #include "core/largest_first.h"
 #include "core/text.h"
+#include "platform/volume.h"
 
 namespace ulvak {
 namespace {
 
 constexpr int initialDepth = 2;
 constexpr int personalDepth = 6;
+constexpr int applicationDepth = 6;
 constexpr int otherDepth = 2;
 constexpr std::int64_t probeMinimum = 100'000'000;
 constexpr std::int64_t drillMinimum = 2'000'000'000;
@@ -40,11 +43,22 @@ struct Position {
     }
 };
 
+/// An application's folder that is looked into: what no rule names in it is reported as part of it.
+struct Owner {
+    std::string title;
+    std::string explanation;
+    SafetyLevel level = SafetyLevel::keep;
+    const Rule* rule = nullptr;
+    /// A unit that holds something to keep: nothing around that may be reported as a whole.
+    bool isOpened = false;
+};
+
 /// What the walk passes down.
 struct State {
     ScanContext context = ScanContext::normal;
-    int depth = initialDepth;  ///< how many more levels of unknown folders may be drilled into
-    bool drilled = false;      ///< reached by drilling into an unknown folder, not through a rule
+    int depth = initialDepth;      ///< how many more levels of unknown folders may be drilled into
+    bool drilled = false;          ///< reached by drilling into an unknown folder, not through a rule
+    const Owner* owner = nullptr;  ///< in an application's folder; lives on the walk's stack
 };
 
 ChildSummary summary(const DirNode& node) {
@@ -96,6 +110,7 @@ std::string resolvedName(Rule::Resolver resolver, std::string_view component) {
         case Rule::Resolver::none:
         case Rule::Resolver::deviceSupport:
         case Rule::Resolver::simulator:
+        case Rule::Resolver::application:
             break;
     }
     return std::string(component);
@@ -195,26 +210,45 @@ Finding findingAt(const Position& place, Judgement judgement) {
     return finding;
 }
 
+void append(std::vector<std::string>& names, const std::vector<std::string>& more) {
+    for (const std::string& name : more) {
+        if (std::ranges::find(names, name) == names.end())
+            names.push_back(name);
+    }
+}
+
+bool isEasilyDeleted(SafetyLevel level) {
+    return level == SafetyLevel::safe || level == SafetyLevel::regenerable;
+}
+
+/// Whether a rule recognises its places by what is inside them, so that this does not speak against it.
+bool isAbout(const Rule& rule, std::string_view entry) {
+    const auto* name = std::get_if<Rule::Name>(&rule.match);
+    return name != nullptr && std::ranges::find(name->holds, entry) != name->holds.end();
+}
+
 /// One analysis: a depth-first walk that appends to `findings_`.
 class Analysis {
 public:
-    Analysis(const Analyzer& analyzer, std::vector<std::string> innerRoots, const UserFolders& folders)
-        : analyzer_(analyzer), innerRoots_(std::move(innerRoots)), matcher_(analyzer.rules, folders) {}
+    Analysis(const Analyzer& analyzer, std::span<const Rule> rules, std::vector<std::string> innerRoots,
+             const UserFolders& folders)
+        : analyzer_(analyzer), innerRoots_(std::move(innerRoots)), matcher_(rules, folders) {}
 
     void visit(const Position& place, State state) {
         const Rule* rule = match(place, state.context);
         if (place.node->isDirectory && holdsAnotherRoot(place) && !isLeftAlone(rule)) {
-            visitChildren(place, intoContainer(rule, state.context));
+            enter(place, rule, state);
         } else if (rule == nullptr) {
             visitUnmatched(place, state);
         } else if (std::holds_alternative<Rule::Unit>(rule->kind)) {
-            if (place.node->size >= analyzer_.unitMinimum)
-                add(place, ruleFinding(place, *rule));
-        } else if (place.canBeEntered()) {
-            visitChildren(place, intoContainer(rule, state.context));
+            visitUnit(place, *rule, state);
+        } else if (place.canBeEntered() && !isBestWhole(place, *rule)) {
+            enter(place, rule, state);
+        } else if (contextOf(*rule) == ScanContext::application) {
+            reportOwned(place, ownerAt(place, *rule), false);
         } else {
-            const State inside = intoContainer(rule, state.context);
-            reportDefault(place, {.context = inside.context, .depth = state.depth});
+            const State inside = intoContainer(rule, state);
+            reportDefault(place, {.context = inside.context, .depth = state.depth, .owner = inside.owner});
         }
     }
 
@@ -236,13 +270,83 @@ private:
         return rule != nullptr && std::holds_alternative<Rule::Unit>(rule->kind) && !rule->actionable;
     }
 
-    [[nodiscard]] static State intoContainer(const Rule* rule, ScanContext context) {
-        if (rule != nullptr) {
-            const auto* container = std::get_if<Rule::Container>(&rule->kind);
-            if (container != nullptr && container->context != ScanContext::normal)
-                context = container->context;
+    /// Of a container; a unit switches to none.
+    [[nodiscard]] static ScanContext contextOf(const Rule& rule) {
+        const auto* container = std::get_if<Rule::Container>(&rule.kind);
+        return container != nullptr ? container->context : ScanContext::normal;
+    }
+
+    [[nodiscard]] static State intoContainer(const Rule* rule, const State& around) {
+        State inside{.context = around.context, .owner = around.owner};
+        if (rule != nullptr && contextOf(*rule) != ScanContext::normal) {
+            inside.context = contextOf(*rule);
+            inside.owner = nullptr;
         }
-        return {.context = context, .depth = context == ScanContext::personal ? personalDepth : otherDepth};
+        if (inside.context == ScanContext::personal)
+            inside.depth = personalDepth;
+        else
+            inside.depth = inside.context == ScanContext::application ? applicationDepth : otherDepth;
+        return inside;
+    }
+
+    void enter(const Position& place, const Rule* rule, const State& around) {
+        State inside = intoContainer(rule, around);
+        if (inside.context != ScanContext::application || inside.owner != nullptr) {
+            visitChildren(place, inside);
+            return;
+        }
+        const Owner owner = ownerAt(place, *rule);
+        inside.owner = &owner;
+        visitChildren(place, inside);
+    }
+
+    [[nodiscard]] Owner ownerAt(const Position& place, const Rule& rule) const {
+        Verdict verdict = ruleJudgement(place, rule).verdict;
+        return {.title = std::move(verdict.title),
+                .explanation = std::move(verdict.explanation),
+                .level = rule.level == SafetyLevel::unknown ? SafetyLevel::keep : rule.level,
+                .rule = &rule};
+    }
+
+    /// Whether an application's folder holds nothing that is known and big.
+    [[nodiscard]] bool isBestWhole(const Position& place, const Rule& rule) const {
+        return contextOf(rule) == ScanContext::application && !holdsKnown(place, applicationDepth);
+    }
+
+    /// Like `containsMatch`, but a folder that is only a way to others is not worth opening.
+    [[nodiscard]] bool holdsKnown(const Position& place, int depth) const {
+        if (depth < 1)
+            return false;
+        return std::ranges::any_of(place.node->children, [&](const DirNode& node) {
+            if (node.size < probeMinimum)
+                return false;
+            const Position child = place.child(node);
+            const Rule* rule = match(child, ScanContext::application);
+            const bool isWay = rule != nullptr && std::holds_alternative<Rule::Container>(rule->kind) &&
+                               contextOf(*rule) == ScanContext::normal;
+            if (rule != nullptr && !isWay)
+                return true;
+            return child.canBeEntered() && holdsKnown(child, isWay ? depth : depth - 1);
+        });
+    }
+
+    void visitUnit(const Position& place, const Rule& rule, const State& state) {
+        if (place.node->size < analyzer_.unitMinimum)
+            return;
+        if (isEasilyDeleted(rule.level) && place.canBeEntered() && matcher_.holdsKept(place.path)) {
+            Owner owner = ownerAt(place, rule);
+            owner.level = SafetyLevel::caution;
+            owner.isOpened = true;
+            visitChildren(place,
+                          {.context = ScanContext::application, .depth = applicationDepth, .owner = &owner});
+            return;
+        }
+        Finding finding = ruleFinding(place, rule);
+        if (state.owner != nullptr && std::holds_alternative<Rule::Name>(rule.match)) {
+            append(finding.quitApps, state.owner->rule->quitApps);
+            append(finding.processes, state.owner->rule->processes);
+        }
+        add(place, std::move(finding));
     }
 
     void visitChildren(const Position& place, State state) {
@@ -251,6 +355,10 @@ private:
     }
 
     void visitUnmatched(const Position& place, State state) {
+        if (state.context == ScanContext::application) {
+            visitOwned(place, state);
+            return;
+        }
         if (state.context == ScanContext::normal) {
             if (const auto guess = Heuristics::guess(place.name())) {
                 visitGuessed(place, state, *guess);
@@ -262,6 +370,41 @@ private:
             visitChildren(place, {.context = state.context, .depth = state.depth - 1, .drilled = true});
         else
             reportDefault(place, state);
+    }
+
+    /// In an application's folder.
+    void visitOwned(const Position& place, State state) {
+        const bool holdsKept =
+            state.owner->isOpened && place.canBeEntered() && matcher_.holdsKept(place.path);
+        const bool mayDrill = place.canBeEntered() && !place.node->children.empty() && state.depth >= 1;
+        if (mayDrill && (holdsKept || holdsKnown(place, state.depth))) {
+            --state.depth;
+            visitChildren(place, state);
+        } else if (holdsKept) {
+            Owner kept = *state.owner;
+            kept.level = SafetyLevel::keep;
+            reportOwned(place, kept, true);
+        } else {
+            reportOwned(place, *state.owner, true);
+        }
+    }
+
+    void reportOwned(const Position& place, const Owner& owner, bool isPart) {
+        if (place.node->size < analyzer_.unitMinimum)
+            return;
+        Judgement judgement{
+            .verdict = {.level = owner.level, .title = owner.title, .explanation = owner.explanation},
+            .action = ruleAction(*owner.rule)};
+        if (isPart)
+            judgement.verdict.title += " › " + std::string(place.name());
+        addRunning(place, findingAt(place, std::move(judgement)), *owner.rule);
+    }
+
+    void addRunning(const Position& place, Finding finding, const Rule& rule) {
+        finding.quitApps = rule.quitApps;
+        finding.processes = rule.processes;
+        finding.command = rule.command;
+        add(place, std::move(finding));
     }
 
     void visitGuessed(const Position& place, State state, const Heuristics::Guess& guess) {
@@ -303,7 +446,9 @@ private:
     }
 
     void reportDefault(const Position& place, State state) {
-        if (place.node->size >= analyzer_.defaultMinimum)
+        if (state.owner != nullptr)
+            reportOwned(place, *state.owner, true);
+        else if (place.node->size >= analyzer_.defaultMinimum)
             add(place, defaultFinding(place, state, std::nullopt));
     }
 
@@ -314,12 +459,42 @@ private:
     }
 
     [[nodiscard]] Finding ruleFinding(const Position& place, const Rule& rule) const {
-        Finding finding = findingAt(place, ruleJudgement(place, rule));
+        Finding finding = findingAt(place, cautious(place, ruleJudgement(place, rule), &rule));
         finding.quitApps = rule.quitApps;
+        finding.processes = rule.processes;
+        finding.command = rule.command;
         if (rule.group)
             finding.groupKey =
                 (place.parent != nullptr ? place.parent->path : std::string()) + "|" + *rule.group;
         return finding;
+    }
+
+    [[nodiscard]] static CleanAction ruleAction(const Rule& rule) {
+        if (rule.actionable)
+            return {};
+        return {CleanAction::None{"Ulvak bunu senin yerine silmez. Açıklamadaki yöntemi kullan."}};
+    }
+
+    [[nodiscard]] std::string nameFor(const Rule& rule, const Position& place) const {
+        return rule.resolver == Rule::Resolver::application ? applicationName(place.name())
+                                                            : resolvedName(rule.resolver, place.name());
+    }
+
+    /// Without a desktop entry, the last part of an id such as "org.gnome.Maps".
+    [[nodiscard]] std::string applicationName(std::string_view id) const {
+        std::string name = analyzer_.applicationName ? analyzer_.applicationName(id) : std::string();
+        return name.empty() ? std::string(id.substr(id.rfind('.') + 1)) : name;
+    }
+
+    /// In an application's sandbox, a title says whose it is.
+    [[nodiscard]] std::string withApplication(const Position& place, std::string title) const {
+        const std::string_view id = matcher_.sandboxOf(place.path);
+        if (id.empty())
+            return title;
+        const std::string name = applicationName(id);
+        if (name.empty() || lowerCased(title).contains(lowerCased(name)))
+            return title;
+        return title + " (" + name + ")";
     }
 
     [[nodiscard]] Judgement ruleJudgement(const Position& place, const Rule& rule) const {
@@ -327,14 +502,11 @@ private:
             place.parent != nullptr ? place.parent->name() : std::string_view();
         Judgement judgement{
             .verdict = {.level = rule.level,
-                        .title = replacedAll(
-                            replacedAll(rule.title, "{name}", resolvedName(rule.resolver, place.name())),
-                            "{parent}", parentName),
+                        .title = withApplication(
+                            place, replacedAll(replacedAll(rule.title, "{name}", nameFor(rule, place)),
+                                               "{parent}", parentName)),
                         .explanation = rule.explanation},
-            .action = {}};
-        if (!rule.actionable)
-            judgement.action.value =
-                CleanAction::None{"Ulvak bunu senin yerine silmez. Açıklamadaki yöntemi kullan."};
+            .action = ruleAction(rule)};
         if (rule.resolver != Rule::Resolver::simulator)
             return judgement;
 
@@ -355,6 +527,7 @@ private:
             case ScanContext::personal:
                 return personalJudgement(place);
             case ScanContext::normal:
+            case ScanContext::application:
                 break;
         }
         auto guess = Heuristics::guess(place.name());
@@ -363,10 +536,45 @@ private:
         return guess ? guessedJudgement(place, *guess) : unknownJudgement(place);
     }
 
-    [[nodiscard]] static Finding defaultFinding(const Position& place, State state,
-                                                const std::optional<Heuristics::Guess>& inherited) {
+    /// The judgement, unless something inside speaks against deleting the folder easily.
+    [[nodiscard]] Judgement cautious(const Position& place, Judgement judgement, const Rule* rule) const {
+        if (!isEasilyDeleted(judgement.verdict.level) || !place.node->isDirectory ||
+            place.node->size < analyzer_.unitMinimum)
+            return judgement;
+        const std::string_view reason = objection(place, rule);
+        if (!reason.empty()) {
+            judgement.verdict.level = SafetyLevel::caution;
+            judgement.verdict.explanation += reason;
+        }
+        return judgement;
+    }
+
+    [[nodiscard]] std::string_view objection(const Position& place, const Rule* rule) const {
+        if (holdsMount(place.path))
+            return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
+                   "dosyalar "
+                   "da gidebilir.";
+        FolderEvidence inside{place.path};
+        if ((rule == nullptr || !isAbout(*rule, ".git")) && inside.hasEntry(".git"))
+            return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
+        if (inside.hasFolder("cur") && inside.hasFolder("new"))
+            return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
+        if (lowerCased(place.name()).starts_with("build") && inside.hasFile("conf/local.conf"))
+            return " Ama içinde elle yazılmış derleme ayarları (`conf/local.conf`) var: onlar geri gelmez.";
+        return {};
+    }
+
+    [[nodiscard]] bool holdsMount(const std::string& path) const {
+        if (!mounts_)
+            mounts_ = platform::mountPoints();
+        return std::ranges::any_of(*mounts_,
+                                   [&](const std::string& mount) { return Paths::isWithin(mount, path); });
+    }
+
+    [[nodiscard]] Finding defaultFinding(const Position& place, State state,
+                                         const std::optional<Heuristics::Guess>& inherited) const {
         const bool isPersonal = state.context == ScanContext::personal;
-        Judgement judgement = defaultJudgement(place, state.context, inherited);
+        Judgement judgement = cautious(place, defaultJudgement(place, state.context, inherited), nullptr);
         if (place.parent != nullptr && state.drilled && !isPersonal)
             judgement.verdict.title = std::string(place.parent->name()) + " › " + judgement.verdict.title;
         Finding finding = findingAt(place, std::move(judgement));
@@ -377,9 +585,24 @@ private:
     const Analyzer& analyzer_;
     std::vector<std::string> innerRoots_;
     RuleMatcher matcher_;
+    mutable std::optional<std::vector<std::string>> mounts_;  ///< read when first needed
     std::vector<Finding> findings_;
     LinkedFindings linked_;
 };
+
+/// Whether the home folder is laid out as on macOS. The ranked rules are about this system's folders; there,
+/// what they say of hidden folders would be wrong.
+bool isAnotherSystemsHome(std::span<const DirNode> roots, const UserFolders& folders) {
+    const auto child = [](const DirNode& node, std::string_view name) {
+        const auto found = std::ranges::find(node.children, name, &DirNode::url);
+        return found != node.children.end() && found->isDirectory ? &*found : nullptr;
+    };
+    const auto home = std::ranges::find(roots, folders.home, &DirNode::url);
+    const DirNode* library = home != roots.end() ? child(*home, "Library") : nullptr;
+    return library != nullptr &&
+           (child(*library, "Application Support") != nullptr || child(*library, "Caches") != nullptr ||
+            child(*library, "Containers") != nullptr);
+}
 
 ChildSummary memberSummary(const Finding& member) {
     return {.name = std::string(Paths::lastComponent(member.urls.front())),
@@ -447,7 +670,11 @@ std::vector<Finding> mergeGroups(std::vector<Finding> findings, const LinkedFind
 
 std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, const UserFolders& folders,
                                    std::vector<std::string> innerRoots) const {
-    Analysis analysis(*this, std::move(innerRoots), folders);
+    // Ranked rules come first.
+    std::span<const Rule> asked(rules);
+    if (isAnotherSystemsHome(roots, folders))
+        asked = asked.subspan(static_cast<std::size_t>(std::ranges::count(rules, true, &Rule::isRanked)));
+    Analysis analysis(*this, asked, std::move(innerRoots), folders);
     for (const DirNode& root : roots)
         analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});
     std::vector<Finding> findings = analysis.takeFindings();

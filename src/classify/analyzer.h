@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -15,13 +17,15 @@
 
 namespace ulvak {
 
-/// Turns the trees of one scan into findings. Cannot fail. Reads only its input, except for the disk lookups
-/// of rules with siblings. Thread-safe.
+/// Turns the trees of one scan into findings. Cannot fail. Reads only its input, except for the few disk
+/// lookups of rules with evidence, and of what speaks against a finding that is easily deleted. Thread-safe.
 struct Analyzer {
     std::vector<Rule> rules;  ///< in matching order
     SimulatorMap simulators;
     std::int64_t unitMinimum = 0;     ///< bytes; the smallest node that a unit rule reports
     std::int64_t defaultMinimum = 0;  ///< bytes; the smallest node reported without a rule
+    /// The name of the application with this id; empty if it is not known. Null knows none.
+    std::function<std::string(std::string_view id)> applicationName{};
 
     /// The findings, largest first; equal sizes in discovery order (root by root, depth first). `innerRoots`
     /// are paths inside one tree where another scan root begins. A folder that contains one is looked into

@@ -1,31 +1,22 @@
 #include "classify/rule_book.h"
 
-#include <array>
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "classify/platform_rows.h"
+#include "classify/rule_row.h"
+#include "classify/specificity.h"
 
 namespace ulvak::RuleBook {
 namespace {
-
-/// Sized for the longest list; unused elements are empty.
-using Names = std::array<std::string_view, 11>;
-
-/// A rule as written below: by `path`, or by `name` and `siblings`; a container, or else a unit.
-struct Row {
-    std::string_view path = {};
-    std::string_view name = {};
-    Names siblings = {};
-    std::optional<ScanContext> container = {};
-    SafetyLevel level = SafetyLevel::unknown;
-    std::string_view title = "{name}";
-    std::string_view explanation = {};
-    std::string_view group = {};
-    Names quitApps = {};
-    Rule::Resolver resolver = Rule::Resolver::none;
-    bool actionable = true;
-    bool inPersonal = true;
-};
 
 // One row per line, so that rows can be compared.
 // clang-format off
@@ -162,10 +153,13 @@ std::vector<std::string> listed(const Names& names) {
     return result;
 }
 
-Rule::Match match(const Row& row) {
+Rule::Match match(const Row& row, std::string pattern) {
     if (row.name.empty())
-        return Rule::Path{std::string(row.path)};
-    return Rule::Name{std::string(row.name), listed(row.siblings), {}};
+        return Rule::Path{std::move(pattern)};
+    return Rule::Name{.pattern = std::move(pattern),
+                      .siblings = listed(row.siblings),
+                      .holds = listed(row.holds),
+                      .outside = {}};
 }
 
 Rule::Kind kind(const Row& row) {
@@ -174,26 +168,99 @@ Rule::Kind kind(const Row& row) {
     return Rule::Unit{};
 }
 
-Rule rule(const Row& row) {
-    return {.match = match(row),
+Rule rule(const Row& row, std::string pattern, bool isRanked) {
+    return {.match = match(row, std::move(pattern)),
             .kind = kind(row),
             .level = row.level,
             .title = std::string(row.title),
             .explanation = std::string(row.explanation),
             .group = row.group.empty() ? std::nullopt : std::optional(std::string(row.group)),
             .quitApps = listed(row.quitApps),
+            .processes = listed(row.processes),
+            .command = std::string(row.command),
             .resolver = row.resolver,
             .actionable = row.actionable,
-            .inPersonal = row.inPersonal};
+            .inPersonal = row.inPersonal,
+            .isRanked = isRanked};
+}
+
+/// The position of the "}" that closes the "{" at `open`, and of the commas between.
+std::vector<std::size_t> braceStops(std::string_view pattern, std::size_t open) {
+    std::vector<std::size_t> stops;
+    int depth = 0;
+    for (std::size_t i = open; i < pattern.size(); ++i) {
+        if (pattern[i] == '{')
+            ++depth;
+        else if (pattern[i] == '}' && --depth == 0) {
+            stops.push_back(i);
+            return stops;
+        } else if (pattern[i] == ',' && depth == 1)
+            stops.push_back(i);
+    }
+    return {};
+}
+
+void expandBraces(std::string_view pattern, std::vector<std::string>& expanded) {
+    const std::size_t open = pattern.find('{');
+    const auto stops =
+        open == std::string_view::npos ? std::vector<std::size_t>() : braceStops(pattern, open);
+    if (stops.empty()) {
+        expanded.emplace_back(pattern);
+        return;
+    }
+    std::size_t begin = open + 1;
+    for (const std::size_t stop : stops) {
+        std::string one(pattern.substr(0, open));
+        one.append(pattern.substr(begin, stop - begin)).append(pattern.substr(stops.back() + 1));
+        expandBraces(one, expanded);
+        begin = stop + 1;
+    }
+}
+
+/// Paths before names; then the more specific pattern. Equal ones keep their order.
+bool isAskedBefore(const Rule& one, const Rule& other) {
+    const auto* onePath = std::get_if<Rule::Path>(&one.match);
+    const auto* otherPath = std::get_if<Rule::Path>(&other.match);
+    if ((onePath == nullptr) != (otherPath == nullptr))
+        return onePath != nullptr;
+    if (onePath != nullptr)
+        return specificity(onePath->pattern) > specificity(otherPath->pattern);
+    const Specificity oneName = specificity(std::get<Rule::Name>(one.match).pattern);
+    const Specificity otherName = specificity(std::get<Rule::Name>(other.match).pattern);
+    if (oneName.size() != otherName.size())
+        return oneName.size() > otherName.size();
+    return oneName > otherName;
 }
 
 }  // namespace
 
-const std::vector<Rule>& all() {
+std::vector<Rule> ranked(std::span<const Row> written) {
+    std::vector<Rule> built;
+    std::vector<std::string> patterns;
+    for (const Row& row : written) {
+        patterns.clear();
+        expandBraces(row.name.empty() ? row.path : row.name, patterns);
+        for (std::string& pattern : patterns)
+            built.push_back(rule(row, std::move(pattern), true));
+    }
+    std::ranges::stable_sort(built, isAskedBefore);
+    return built;
+}
+
+const std::vector<Rule>& reference() {
     static const std::vector<Rule> rules = [] {
         std::vector<Rule> built;
         for (const Row& row : rows)
-            built.push_back(rule(row));
+            built.push_back(rule(row, std::string(row.name.empty() ? row.path : row.name), false));
+        return built;
+    }();
+    return rules;
+}
+
+const std::vector<Rule>& all() {
+    static const std::vector<Rule> rules = [] {
+        std::vector<Rule> built = ranked(platformRows());
+        std::ranges::copy(reference(), std::back_inserter(built));
         return built;
     }();
     return rules;

@@ -1,56 +1,131 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
+#include <unordered_map>
 #include <vector>
 
+#include "classify/folder_evidence.h"
+#include "classify/pattern_tree.h"
 #include "classify/rule.h"
+#include "classify/specificity.h"
 #include "core/paths.h"
 
 namespace ulvak {
 
 /// Finds the rule for a scanned node. Patterns are prepared once; matching is then stateless and thread-safe.
-/// Reads the disk only for rules with siblings, and only after the name has matched; a sibling that cannot be
-/// checked counts as missing.
+/// Reads the disk only for rules with siblings or contents, and only after the name has matched; what cannot
+/// be checked counts as missing.
+///
+/// Ranked rules are also read inside the folders of sandboxed applications, as if those were home folders. Of
+/// a ranked rule and another, a path that names the place outright wins over a wide one ("~/.cache/*") and
+/// over names.
 class RuleMatcher {
 public:
     /// `rules` must outlive the matcher.
     explicit RuleMatcher(std::span<const Rule> rules, UserFolders folders);
 
-    /// The first rule that matches the item at `path` (absolute, bytes); null if none does.
+    /// The rule that applies to the item at `path` (absolute, bytes); null if none does.
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context) const;
+
+    /// Whether the folder at `path` holds something that a ranked path rule says to keep. Reads the disk.
+    [[nodiscard]] bool holdsKept(std::string_view path) const;
+
+    /// The id of the application whose sandbox holds `path`; empty if none does.
+    [[nodiscard]] std::string_view sandboxOf(std::string_view path) const;
 
 private:
     /// The user folders that a pattern may begin with.
-    enum class Area : std::uint8_t { none, home, temp, cache };
+    enum class Area : std::uint8_t { none, home, temp, cache, userCache, userConfig, userData, userState };
+    static constexpr std::size_t areaCount = 8;
+    using Trees = std::array<PatternTree, areaCount>;
+    using Components = PatternTree::Components;
 
-    struct PathPattern {
+    struct Place {
         Area area = Area::none;
-        std::string glob;  ///< relative to the area's folder; the whole pattern if there is no area
+        std::string folder;
     };
-    struct NamePattern {
-        const Rule::Name* name = nullptr;
-        std::vector<std::string> outside;  ///< expanded
+    /// One way to read a path: relative to a folder that patterns may begin with.
+    struct Reading {
+        Area area = Area::none;
+        std::size_t skipped = 0;  ///< components of the path before
+        Specificity before;       ///< how specific that folder is, as seen from `frame`
+        Area frame = Area::none;  ///< readings with the same one can be compared
     };
-    struct Prepared {
-        const Rule* rule = nullptr;
-        std::variant<PathPattern, NamePattern> pattern;
+    struct Question {
+        Question(std::string_view itemPath, bool isFolder, ScanContext area);
+        Question(const Question&) = delete;
+        Question& operator=(const Question&) = delete;
+
+        std::string_view path;
+        std::string foldedPath;
+        std::vector<std::string_view> parts;
+        std::vector<std::string_view> folded;  ///< in `foldedPath`
+        bool isDirectory = false;
+        ScanContext context = ScanContext::normal;
+    };
+    /// Rules by the last component of their names.
+    struct NameIndex {
+        std::unordered_map<std::string, std::vector<std::uint32_t>, PatternTree::Hash, std::equal_to<>>
+            literal;
+        std::vector<std::uint32_t> wild;
+    };
+    struct LinearPattern {
+        Area area = Area::none;
+        std::string glob;  ///< relative to the area's folder
+        std::uint32_t rule = 0;
+    };
+    struct Found {
+        std::uint32_t rule = PatternTree::none;
+        Specificity specificity;
+        Area frame = Area::none;
+
+        [[nodiscard]] bool isNothing() const { return rule == PatternTree::none; }
     };
 
-    [[nodiscard]] PathPattern preparedPath(std::string_view pattern) const;
-    [[nodiscard]] NamePattern preparedName(const Rule::Name& name) const;
+    void preparePath(std::uint32_t index, std::string_view pattern);
+    void prepareName(std::uint32_t index, const Rule::Name& name);
+    void addPlaces();
     [[nodiscard]] std::string_view folder(Area area) const;
     [[nodiscard]] Area areaOf(std::string_view path) const;
-    [[nodiscard]] bool matchesPath(const PathPattern& pattern, std::string_view path, Area area) const;
-    [[nodiscard]] static bool matchesName(const NamePattern& pattern, std::string_view path);
-    [[nodiscard]] static bool hasSibling(const Rule::Name& name, std::string_view path);
 
+    [[nodiscard]] Found inOrder(const Question& question) const;
+    [[nodiscard]] std::uint32_t linearly(std::string_view path, Area area) const;
+    [[nodiscard]] Found mostSpecific(Question& question, const Found& other) const;
+    [[nodiscard]] Found mostSpecificPath(const Question& question) const;
+    [[nodiscard]] std::uint32_t named(const Question& question, const NameIndex& index,
+                                      std::uint32_t end) const;
+    [[nodiscard]] bool matchesName(std::uint32_t index, const Question& question,
+                                   FolderEvidence& inside) const;
+    [[nodiscard]] bool rankedWins(const Found& ranked, const Found& other) const;
+    [[nodiscard]] bool rankedWinsOverPath(const Found& ranked, const Found& other) const;
+    [[nodiscard]] bool rankedWinsOverName(const Found& ranked, const Found& other) const;
+
+    [[nodiscard]] const Place* innermost(std::string_view path) const;
+    [[nodiscard]] std::vector<Reading> readings(const Question& question) const;
+    [[nodiscard]] static std::optional<Reading> sandboxReading(const Question& question, std::size_t home);
+    static void addAreasWithin(const Question& question, std::vector<Reading>& readings);
+    /// How many components of the path are the home folder's; nullopt outside.
+    [[nodiscard]] std::optional<std::size_t> homeComponents(std::string_view path) const;
+
+    std::span<const Rule> rules_;
     UserFolders folders_;
     bool hasOwnCache_ = false;
-    std::vector<Prepared> prepared_;
+    bool hasRanked_ = false;
+    std::vector<Place> places_;               ///< of two for one folder, the first counts
+    std::vector<Specificity> specificities_;  ///< of the rules
+    Trees ordered_;
+    Trees ranked_;
+    std::vector<LinearPattern> linear_;  ///< of the other rules, what no tree accepts
+    NameIndex orderedNames_;
+    NameIndex rankedNames_;
+    std::unordered_map<std::uint32_t, std::vector<std::string>> outside_;  ///< of rules for names, expanded
 };
 
 }  // namespace ulvak

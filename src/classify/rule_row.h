@@ -13,8 +13,8 @@ namespace ulvak::RuleBook {
 /// Sized for the longest list; unused elements are empty.
 using Names = std::array<std::string_view, 16>;
 
-/// A rule as the tables write it; `Rule` says what the fields mean. Has a `path` or a `name`, and is a container
-/// or else a unit.
+/// A rule as the tables write it; `Rule` says what the fields mean. Has a `path` or a `name`, and is a
+/// container or else a unit.
 struct Row {
     std::string_view path = {};  ///< "{a,b}" stands for two rows
     std::string_view name = {};  ///< "{a,b}" stands for two rows

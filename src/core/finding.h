@@ -56,8 +56,10 @@ struct Finding {
     VerdictSource source = VerdictSource::rule;
     std::optional<std::int64_t> confidence;  ///< see `Verdict::confidence`
     CleanAction action;
-    std::vector<std::string> quitApps;  ///< applications that must not be running during cleaning
-    std::optional<FileTime> modified;   ///< latest date found in the item's tree
+    std::vector<std::string> quitApps;   ///< applications that must not be running during cleaning
+    std::vector<std::string> processes;  ///< names of processes, or patterns for them, that must not either
+    std::string command;                 ///< what the user can run to shrink it; never run by the program
+    std::optional<FileTime> modified;    ///< latest date found in the item's tree
     std::int64_t fileCount = 0;
     std::vector<ChildSummary>
         children;  ///< at most 12 direct children, or all members of a group; largest first

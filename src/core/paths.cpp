@@ -59,6 +59,16 @@ UserFolders UserFolders::ofCurrentUser() {
     else
         folders.cache = besideTemp(folders.temp);
     folders.trash = tidied(platform::trashDirectory(folders.home), home);
+    const platform::MovedFolders moved = platform::movedFolders();
+    const auto trusted = [&](const std::string& path) {
+        std::string folder = path.empty() ? path : tidied(path, home);
+        // A folder around the home folder holds more than applications' files.
+        return folder.empty() || Paths::isWithin(folders.home, folder) ? std::string() : folder;
+    };
+    folders.userCache = trusted(moved.cache);
+    folders.userConfig = trusted(moved.config);
+    folders.userData = trusted(moved.data);
+    folders.userState = trusted(moved.state);
     return folders;
 }
 

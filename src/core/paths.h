@@ -5,12 +5,18 @@
 
 namespace ulvak {
 
-/// A user's four well-known folders: absolute paths, bytes, no trailing "/" (except "/" itself).
+/// A user's well-known folders: absolute paths, bytes, no trailing "/" (except "/" itself).
 struct UserFolders {
     std::string home;
     std::string temp;
     std::string cache;
     std::string trash;
+    // Where applications keep their files by the desktop's convention, if the user has moved these folders;
+    // otherwise empty, and they are at their usual places in the home folder.
+    std::string userCache;
+    std::string userConfig;
+    std::string userData;
+    std::string userState;
 
     /// Queries the operating system. Called once, at start-up.
     [[nodiscard]] static UserFolders ofCurrentUser();

@@ -23,6 +23,15 @@ namespace ulvak::platform {
 /// Where this user's trashed files are, given the home folder.
 [[nodiscard]] std::string trashDirectory(const std::string& home);
 
+/// Where the environment tells applications to keep their files; absolute, or empty if it does not.
+struct MovedFolders {
+    std::string cache;
+    std::string config;
+    std::string data;
+    std::string state;
+};
+[[nodiscard]] MovedFolders movedFolders();
+
 /// Folders with a special meaning on this system, in addition to those common to all. Absolute paths in the
 /// system's spelling, whether or not anything is there.
 struct GuardedFolders {

@@ -55,7 +55,7 @@ DirNode tree(const Node& node) {
 }
 
 Analyzer usualAnalyzer() {
-    return {.rules = RuleBook::all(),
+    return {.rules = RuleBook::reference(),
             .simulators = {},
             .unitMinimum = unitMinimum,
             .defaultMinimum = defaultMinimum};

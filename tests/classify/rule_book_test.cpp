@@ -24,7 +24,7 @@ using test::folder;
 using test::TempTree;
 
 const std::vector<Rule>& book() {
-    return RuleBook::all();
+    return RuleBook::reference();
 }
 
 bool isContainer(const Rule& rule) {

@@ -23,7 +23,7 @@ using test::TempTree;
 /// The pattern of the book's rule for a path; empty for none.
 std::string ruleOf(std::string_view path, const UserFolders& folders = ayse, bool isDirectory = true,
                    ScanContext context = ScanContext::normal) {
-    const Rule* rule = RuleMatcher(RuleBook::all(), folders).match(path, isDirectory, context);
+    const Rule* rule = RuleMatcher(RuleBook::reference(), folders).match(path, isDirectory, context);
     if (rule == nullptr)
         return {};
     const auto* byPath = std::get_if<Rule::Path>(&rule->match);
@@ -175,7 +175,10 @@ TEST(RuleMatcher, TurkishLettersFoldNothingElse) {
 
 /// A name rule, for features the rule book does not use.
 Rule nameRule(std::string pattern, std::vector<std::string> siblings, std::vector<std::string> outside = {}) {
-    return {.match = Rule::Name{std::move(pattern), std::move(siblings), std::move(outside)},
+    return {.match = Rule::Name{.pattern = std::move(pattern),
+                                .siblings = std::move(siblings),
+                                .holds = {},
+                                .outside = std::move(outside)},
             .kind = Rule::Unit{}};
 }
 

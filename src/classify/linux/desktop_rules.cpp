@@ -20,6 +20,9 @@ constexpr std::string_view encrypted = "Şifrelenmiş dosyaların kendisi. Kasa 
 // One row per line, so that rows can be compared.
 constexpr Row rows[] = {
     // Where applications keep their settings, data and state. What nothing else names in there is kept.
+    // Known at its usual place on every system; these are for one that was moved, and inside sandboxes.
+    {.path = "$cache", .container = ScanContext::normal},
+    {.path = "$cache/*", .level = SafetyLevel::regenerable, .title = "{name} önbelleği", .explanation = "Bir uygulamanın önbelleği. Silinirse uygulama gerektiğinde yeniden oluşturur ya da indirir; açıksa önce kapat."},
     {.path = "$config", .container = ScanContext::normal},
     {.path = "$config/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} ayarları", .explanation = "Bir uygulamanın ayarları ve oturum bilgileri. Silinirse uygulama ilk kurulduğu hâline döner. Uygulamayı artık kullanmıyorsan silebilirsin."},
     {.path = "$data", .container = ScanContext::normal},

@@ -50,3 +50,17 @@ GuardedFolders commonFolders(const std::string& home) {
 }
 
 }  // namespace ulvak::platform::posix
+
+namespace ulvak::platform {
+
+MovedFolders movedFolders() {
+    const auto moved = [](const char* name) {
+        return posix::absoluteFromEnvironment(name).value_or(std::string());
+    };
+    return {.cache = moved("XDG_CACHE_HOME"),
+            .config = moved("XDG_CONFIG_HOME"),
+            .data = moved("XDG_DATA_HOME"),
+            .state = moved("XDG_STATE_HOME")};
+}
+
+}  // namespace ulvak::platform

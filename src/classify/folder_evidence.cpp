@@ -1,0 +1,135 @@
+#include "classify/folder_evidence.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "core/glob.h"
+#include "core/paths.h"
+#include "platform/files.h"
+
+namespace ulvak {
+namespace {
+
+using platform::Directory;
+
+/// Evidence lies in folders of this size; a cache may have a million entries.
+constexpr std::size_t maxNames = 4096;
+constexpr std::string_view cacheTag = "CACHEDIR.TAG";
+constexpr std::string_view cacheTagSignature = "Signature: 8a477f597d28d172789f06886806bc55";
+
+std::vector<std::string> firstNames(const Directory& folder) {
+    std::vector<std::string> names;
+    // A listing of its own: the position in the folder's belongs to others.
+    const auto listed = folder.openBelow(".");
+    if (!listed)
+        return names;
+    platform::EntryReader reader(platform::Attributes::listed);
+    reader.start(*listed);
+    while (names.size() < maxNames) {
+        const platform::DirectoryEntry* entry = reader.next();
+        if (entry == nullptr)
+            break;
+        names.emplace_back(entry->name);
+    }
+    return names;
+}
+
+bool exists(const Directory& folder, const std::string& name) {
+    return platform::fileLength(folder, name).has_value() || folder.openBelow(name.c_str()).has_value();
+}
+
+/// Looks for what the patterns below `node` name, in at most `budget` folders and names.
+bool keeps(const PatternTree::Node& node, const Directory& folder, std::size_t& budget) {
+    const auto isThere = [&](const PatternTree::Node& next, const std::string& name) {
+        if (budget == 0)
+            return false;
+        --budget;
+        if (next.isKept && exists(folder, name))
+            return true;
+        if (!next.keepsBelow)
+            return false;
+        const auto below = folder.openBelow(name.c_str());
+        return below && keeps(next, *below, budget);
+    };
+    for (const auto& [key, branch] : node.literal) {
+        const bool leads = branch.node->isKept || branch.node->keepsBelow;
+        if (leads && isThere(*branch.node, branch.component))
+            return true;
+    }
+    const auto leads = [](const PatternTree::Branch& branch) {
+        return branch.node->isKept || branch.node->keepsBelow;
+    };
+    if (std::ranges::none_of(node.wild, leads))
+        return false;
+    const std::vector<std::string> names = firstNames(folder);
+    return std::ranges::any_of(node.wild, [&](const PatternTree::Branch& branch) {
+        return leads(branch) && std::ranges::any_of(names, [&](const std::string& name) {
+                   return globMatches(branch.component, name, {.pathname = true, .ignoreCase = true}) &&
+                          isThere(*branch.node, name);
+               });
+    });
+}
+
+}  // namespace
+
+const Directory* FolderEvidence::folder() {
+    if (!folder_)
+        folder_ = Directory::open(path_).value_or(Directory());
+    return folder_->isOpen() ? &*folder_ : nullptr;
+}
+
+const std::vector<std::string>& FolderEvidence::names() {
+    if (!names_) {
+        const Directory* open = folder();
+        names_ = open != nullptr ? firstNames(*open) : std::vector<std::string>();
+    }
+    return *names_;
+}
+
+bool FolderEvidence::hasEntry(const std::string& name) {
+    const Directory* open = folder();
+    return open != nullptr && exists(*open, name);
+}
+
+bool FolderEvidence::hasFolder(const std::string& name) {
+    const Directory* open = folder();
+    return open != nullptr && open->openBelow(name.c_str()).has_value();
+}
+
+bool FolderEvidence::hasFile(const std::string& relativePath) {
+    const Directory* open = folder();
+    if (open == nullptr)
+        return false;
+    const std::size_t slash = relativePath.rfind('/');
+    if (slash == std::string::npos)
+        return platform::fileLength(*open, relativePath).has_value();
+    const auto inner = open->openBelow(relativePath.substr(0, slash).c_str());
+    return inner && platform::fileLength(*inner, relativePath.substr(slash + 1)).has_value();
+}
+
+bool FolderEvidence::hasCacheTag() {
+    const Directory* open = folder();
+    return open != nullptr && platform::fileBeginning(*open, std::string(cacheTag),
+                                                      cacheTagSignature.size()) == cacheTagSignature;
+}
+
+bool FolderEvidence::holdsOneOf(std::span<const std::string> entries) {
+    return std::ranges::any_of(entries, [&](const std::string& entry) {
+        if (entry == cacheTag)
+            return hasCacheTag();
+        if (!entry.contains('*'))
+            return hasEntry(entry);
+        return std::ranges::any_of(names(),
+                                   [&](const std::string& name) { return globMatches(entry, name); });
+    });
+}
+
+bool FolderEvidence::holdsKept(const PatternTree::Node& node) {
+    constexpr std::size_t maxLooks = 2000;
+    std::size_t budget = maxLooks;
+    const Directory* open = folder();
+    return open != nullptr && keeps(node, *open, budget);
+}
+
+}  // namespace ulvak
