@@ -1,6 +1,7 @@
 #include "classify/analyzer.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <optional>
 #include <ranges>
@@ -557,6 +558,9 @@ private:
         FolderEvidence inside{place.path};
         if ((rule == nullptr || !isAbout(*rule, ".git")) && inside.hasEntry(".git"))
             return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
+        static const std::array<std::string, 4> disks = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"};
+        if (inside.holdsOneOf(disks))
+            return " Ama içinde sanal makine diskleri var: içlerindekiler geri gelmez.";
         if (inside.hasFolder("cur") && inside.hasFolder("new"))
             return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
         if (lowerCased(place.name()).starts_with("build") && inside.hasFile("conf/local.conf"))

@@ -89,7 +89,7 @@ const std::vector<std::string>& FolderEvidence::names() {
 
 bool FolderEvidence::hasEntry(const std::string& name) {
     const Directory* open = folder();
-    return open != nullptr && exists(*open, name);
+    return open != nullptr && (exists(*open, name) || platform::linkTarget(Paths::join(path_, name)));
 }
 
 bool FolderEvidence::hasFolder(const std::string& name) {

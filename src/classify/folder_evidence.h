@@ -20,7 +20,7 @@ public:
     /// One of these exists: a file name, or a pattern if it contains "*". Case-sensitive.
     [[nodiscard]] bool holdsOneOf(std::span<const std::string> entries);
 
-    /// A file or a folder; not a link.
+    /// A file, a folder or a link.
     [[nodiscard]] bool hasEntry(const std::string& name);
     [[nodiscard]] bool hasFolder(const std::string& name);
     /// `relativePath` is one or more names joined with "/".

@@ -23,6 +23,7 @@ constexpr Row rows[] = {
     // Known at its usual place on every system; these are for one that was moved, and inside sandboxes.
     {.path = "$cache", .container = ScanContext::normal},
     {.path = "$cache/*", .level = SafetyLevel::regenerable, .title = "{name} önbelleği", .explanation = "Bir uygulamanın önbelleği. Silinirse uygulama gerektiğinde yeniden oluşturur ya da indirir; açıksa önce kapat."},
+    {.path = "$data/Trash", .level = SafetyLevel::safe, .title = "Çöp Kutusu", .explanation = "Çöp kutusuna attığın dosyalar. Boşaltana kadar yer kaplamaya devam ederler. Dosya yöneticinden boşaltabilirsin.", .actionable = false},
     {.path = "$config", .container = ScanContext::normal},
     {.path = "$config/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} ayarları", .explanation = "Bir uygulamanın ayarları ve oturum bilgileri. Silinirse uygulama ilk kurulduğu hâline döner. Uygulamayı artık kullanmıyorsan silebilirsin."},
     {.path = "$data", .container = ScanContext::normal},
@@ -64,7 +65,6 @@ constexpr Row rows[] = {
     {.path = "$cache/xfce4/clipman", .level = SafetyLevel::caution, .title = "Pano geçmişi", .explanation = clipboard},
     {.path = "$cache/xfce4/*", .level = SafetyLevel::regenerable, .title = "Xfce önbelleği: {name}", .explanation = "Masaüstünün küçük dosyaları. Silinirse yeniden oluşturulur."},
 
-    {.path = "$cache/simple-scan", .container = ScanContext::normal},
     {.path = "$cache/simple-scan/autosaves", .level = SafetyLevel::caution, .title = "Kaydedilmemiş taramalar", .explanation = "Belge tarayıcıda taranmış ama kaydedilmemiş sayfalar. Önce programı açıp kurtarılacak bir şey var mı bak.", .quitApps = {"Document Scanner", "Simple Scan"}, .processes = {"simple-scan"}},
     {.path = "$cache/simple-scan/*", .level = SafetyLevel::regenerable, .title = "Belge tarayıcı önbelleği: {name}", .explanation = "Belge tarayıcının önbelleği. Silinirse yeniden oluşturulur.", .quitApps = {"Document Scanner", "Simple Scan"}, .processes = {"simple-scan"}},
     {.path = "$cache/kioexec", .level = SafetyLevel::caution, .title = "Uzaktan açılmış dosyalar", .explanation = "KDE'nin uzak bir klasörden açıp geçici olarak buraya indirdiği dosyalar. Değiştirip geri yüklemediklerin yalnızca burada durur."},
@@ -127,7 +127,6 @@ constexpr Row rows[] = {
     {.path = "{$data/Kingsoft,$config/Kingsoft}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "WPS Office verileri", .explanation = "Ayarların, şablonların ve otomatik kayıtlar. Kaydedilmemiş belgelerin kopyaları burada olabilir.", .quitApps = {"WPS Writer", "WPS Spreadsheets", "WPS Presentation", "WPS Office"}, .processes = {"wps", "et", "wpp", "wpsoffice"}, .actionable = false},
 
     // Maps and dictionaries.
-    {.path = "$data/marble/maps", .level = SafetyLevel::regenerable, .title = "Marble haritaları", .explanation = "Gezilen haritaların indirilen parçaları. Silinirse bakıldıkça yeniden indirilir.", .quitApps = {"Marble"}, .processes = {"marble*"}},
     {.path = "$data/OMaps", .level = SafetyLevel::caution, .title = "Organic Maps haritaları", .explanation = "Çevrimdışı kullanmak için indirdiğin haritalar ve işaretlediğin yerler. Haritalar yeniden iner, işaretlerin geri gelmez.", .quitApps = {"Organic Maps"}},
     {.path = "~/.goldendict/index", .level = SafetyLevel::regenerable, .title = "GoldenDict dizini", .explanation = "Sözlüklerin arama dizini. Silinirse program açılınca yeniden kurar.", .quitApps = {"GoldenDict"}, .processes = {"goldendict"}},
     {.path = "$data/{kiwix,kiwix-desktop}", .level = SafetyLevel::caution, .title = "Kiwix arşivleri", .explanation = "Çevrimdışı okumak için indirdiğin ansiklopediler. Yeniden indirilebilir ama büyüktür.", .quitApps = {"Kiwix"}, .processes = {"kiwix-desktop"}},

@@ -6,7 +6,6 @@ namespace {
 // clang-format off
 constexpr Row rows[] = {
     // Steam's own folder. Debian's package keeps it in ~/.steam, everyone else has only links there.
-    {.path = "~/.steam", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Steam", .explanation = "Steam'in kendi klasörü ve kısayolları. Silersen Steam açılmayabilir.", .quitApps = {"Steam"}, .processes = {"steam"}},
     {.path = "$data/Steam", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Steam", .explanation = "Steam'in programı, ayarları ve giriş bilgilerin. Silersen Steam açılmaz; oyunları Steam'in içinden kaldır.", .quitApps = {"Steam"}, .processes = {"steam"}},
     {.path = "~/.steam/debian-installation", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Steam", .explanation = "Steam'in programı, ayarları ve giriş bilgilerin. Silersen Steam açılmaz; oyunları Steam'in içinden kaldır.", .quitApps = {"Steam"}, .processes = {"steam"}},
     {.path = "~/.var/app/com.valvesoftware.Steam/.local", .container = ScanContext::normal},
@@ -48,6 +47,7 @@ constexpr Row rows[] = {
     {.path = "~/.wine", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Wine", .explanation = "Wine'ın ana klasörü: kurulu Windows programları, ayarları ve kayıtları. Silersen bunlar geri gelmez. Programları `wine uninstaller` ile kaldırabilirsin.", .processes = {"wineserver"}, .command = "wine uninstaller", .actionable = false},
     {.path = "~/.wine/drive_c", .container = ScanContext::normal},
     {.path = "~/.wine/drive_c/*", .level = SafetyLevel::caution, .title = "Wine: {name}", .explanation = "Wine'ın C: sürücüsünden: kurulu Windows programları ya da onların verileri. Silersen geri gelmez. Programları `wine uninstaller` ile kaldırabilirsin.", .processes = {"wineserver"}, .command = "wine uninstaller", .actionable = false},
+    {.path = "~/.wine/drive_c/users", .level = SafetyLevel::keep, .title = "Wine: kullanıcı dosyaları", .explanation = "Windows programlarının senin adına sakladığı belgeler, ayarlar ve oyun kayıtları. Silersen geri gelmez.", .processes = {"wineserver"}, .actionable = false},
     {.path = "~/.wine/drive_c/windows", .container = ScanContext::normal},
     {.path = "~/.wine/drive_c/windows/*", .level = SafetyLevel::caution, .title = "Wine: windows/{name}", .explanation = "Wine'ın Windows dosyaları. Silersen kurulu Windows programları açılmayabilir.", .processes = {"wineserver"}, .actionable = false},
     {.path = "~/.wine/drive_c/windows/temp", .level = SafetyLevel::safe, .title = "Wine geçici dosyaları", .explanation = "Windows programlarının geçici dosyaları. Wine kapalıyken silmek güvenli.", .processes = {"wineserver"}},
@@ -57,7 +57,7 @@ constexpr Row rows[] = {
     {.path = "$cache/winetricks", .level = SafetyLevel::caution, .title = "winetricks indirmeleri", .explanation = "winetricks'in indirdiği kurulum dosyaları. Çoğu tekrar iner, ama elle indirip buraya koyduğun dosyaları yeniden bulman gerekir."},
     {.path = "~/.winetrickscache", .level = SafetyLevel::caution, .title = "winetricks indirmeleri (eski)", .explanation = "winetricks'in eski sürümlerinin indirdiği kurulum dosyaları. Çoğu tekrar iner, ama elle indirip buraya koyduğun dosyaları yeniden bulman gerekir."},
     {.path = "$cache/protonfixes", .level = SafetyLevel::regenerable, .title = "protonfixes önbelleği", .explanation = "Proton düzeltmelerinin indirdiği dosyalar. Silinirse gerektiğinde tekrar iner.", .quitApps = {"Steam"}, .processes = {"steam"}},
-    {.path = "$data/umu", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "umu", .explanation = "umu-launcher'ın dosyaları."},
+    {.path = "$data/umu", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "umu", .explanation = "umu-launcher'ın dosyaları."},
     {.path = "$data/umu/steamrt*", .level = SafetyLevel::regenerable, .title = "umu çalışma ortamı", .explanation = "umu-launcher'ın oyunlar için indirdiği çalışma ortamı. Silinirse bir sonraki açılışta tekrar iner.", .processes = {"wineserver", "umu-run"}},
     {.path = "~/.PlayOnLinux", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "PlayOnLinux", .explanation = "PlayOnLinux'un ayarları.", .quitApps = {"PlayOnLinux"}, .processes = {"wineserver"}},
     {.path = "~/.PlayOnLinux/wineprefix", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "PlayOnLinux sürücüleri", .explanation = "PlayOnLinux'un kurduğu Windows programları.", .quitApps = {"PlayOnLinux"}, .processes = {"wineserver"}},
@@ -197,7 +197,7 @@ constexpr Row rows[] = {
     {.path = "$data/{yuzu,suyu,sudachi,torzu,citron,eden}/log", .level = SafetyLevel::safe, .title = "{parent} · kayıtlar", .explanation = "Günlük dosyaları. Hata ayıklamıyorsan silmek güvenli."},
     {.path = "$data/{yuzu,suyu,sudachi,torzu,citron,eden}/dump", .level = SafetyLevel::caution, .title = "{parent} · dökümler", .explanation = "Oyunlardan çıkardığın dosyalar. Üzerinde çalışmıyorsan silebilirsin."},
     {.path = "$config/Ryujinx", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Ryujinx", .explanation = "Oyun kayıtların, anahtarların ve ayarların. Silersen geri gelmez.", .quitApps = {"Ryujinx"}, .processes = {"Ryujinx*"}},
-    {.path = "$config/Ryujinx/games", .container = ScanContext::normal},
+    {.path = "$config/Ryujinx/games", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Ryujinx oyun dosyaları", .explanation = "Oyunların güncelleme, ek içerik ve hile listeleri ile derlenmiş kodları. Silersen bu ayarları yeniden yapman gerekir; kayıtların başka yerdedir.", .quitApps = {"Ryujinx"}, .processes = {"Ryujinx*"}},
     {.path = "$config/Ryujinx/games/*", .container = ScanContext::normal},
     {.path = "$config/Ryujinx/games/*/cache", .level = SafetyLevel::regenerable, .title = "Ryujinx shader önbelleği", .explanation = "Bir oyun için derlenmiş kod ve shader'lar. Silinirse oyun oynadıkça yeniden oluşur; bir süre takılmalar olur.", .quitApps = {"Ryujinx"}, .processes = {"Ryujinx*"}},
     {.path = "$data/{citra-emu,azahar-emu,lime3ds-emu}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "3DS emülatörü: {name}", .explanation = "Oyun kayıtların, kurulu oyunların ve ayarların. Silersen geri gelmez.", .processes = {"citra*", "azahar", "lime3ds*"}},

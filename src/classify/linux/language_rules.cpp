@@ -118,8 +118,6 @@ constexpr Row rows[] = {
     {.path = "~/.buildroot-ccache", .level = SafetyLevel::regenerable, .title = "Buildroot derleme önbelleği", .explanation = "Derleyici çıktılarının kopyaları. Silinirse bir sonraki derleme yavaş olur, hepsi bu."},
     {.path = "~/x-tools", .level = SafetyLevel::caution, .title = "Çapraz derleyiciler", .explanation = "crosstool-NG ile derlenen araç zincirleri. Silersen `ct-ng build` ile yeniden derlemen gerekir (uzun sürebilir)."},
     {.path = "~/rpmbuild", .container = ScanContext::personal},
-    {.path = "~/rpmbuild/{BUILD,BUILDROOT}", .level = SafetyLevel::regenerable, .title = "RPM derleme artıkları: {name}", .explanation = "Paket derlemelerinden kalan ara dosyalar. `rpmbuild` yeniden oluşturur.", .processes = {"rpmbuild"}},
-    {.path = "~/.debug", .level = SafetyLevel::caution, .title = "perf sembolleri", .explanation = "perf'in ölçtüğü programların kopyaları. Silersen eski ölçümler okunmaz; yeni ölçümlerde yeniden oluşur."},
     {.path = "~/{.hunter,.emscripten_cache}", .level = SafetyLevel::regenerable, .title = "C++ paket önbelleği: {name}", .explanation = "İndirilip derlenmiş C++ kitaplıkları. Silinirse bir sonraki derlemede yeniden oluşur."},
     {.path = "~/{.vpython-root,.vpython_cipd_cache}", .level = SafetyLevel::regenerable, .title = "depot_tools ortamları", .explanation = "Chromium araçlarının kurduğu Python ortamları. Silinirse gerektiğinde yeniden kurulur."},
 
@@ -199,13 +197,12 @@ constexpr Row rows[] = {
     {.path = "~/Android/Sdk/ndk/*", .level = SafetyLevel::caution, .title = "Android NDK {name}", .explanation = "Yerel (C/C++) kod derlemek için NDK sürümü. Projelerin belirli bir sürüm istiyorsa gerekir; kullanılmayan eski sürümleri silebilirsin.", .quitApps = {"Android Studio"}},
     {.path = "~/Android/Sdk/cmake/*", .level = SafetyLevel::caution, .title = "Android CMake {name}", .explanation = "Yerel kod derlemek için CMake sürümü. Silersen Android Studio'dan tekrar indirebilirsin.", .quitApps = {"Android Studio"}},
     {.path = "~/Android/Sdk/{.temp,.downloadIntermediates,temp}", .level = SafetyLevel::safe, .title = "Android SDK indirme artıkları", .explanation = "Yarım kalmış SDK indirmeleri. İndirme sürmüyorsa silmek güvenli.", .quitApps = {"Android Studio"}, .processes = {"sdkmanager"}},
-    {.path = "~/.Genymobile", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Genymotion · {name}", .explanation = "Genymotion emülatörleri ve içlerindeki uygulamalar, veriler. Kullanmadıklarını Genymotion'dan sil.", .quitApps = {"Genymotion"}, .processes = {"genymotion", "player"}},
     {.path = "~/.appium", .level = SafetyLevel::caution, .title = "Appium sürücüleri", .explanation = "Test için kurulu sürücüler ve eklentiler. Silersen `appium driver install` ile yeniden kurman gerekir."},
     {.name = "{Sdk,android-sdk*}", .holds = {"platform-tools"}, .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Android SDK: {name}", .explanation = "Android SDK'nın bir parçası. Silersen ona gerek duyan derlemeler durur; Android Studio ya da `sdkmanager` tekrar indirir."},
 
     // Dart and Flutter.
     {.path = "~/.pub-cache/credentials.json", .level = SafetyLevel::keep, .title = "pub.dev girişi", .explanation = "Paket yayımlamak için giriş bilgilerin.", .actionable = false},
-    {.path = "~/.pub-cache/{bin,global_packages}", .level = SafetyLevel::caution, .title = "Etkin Dart araçları", .explanation = "`dart pub global activate` ile kurduğun araçlar. Silersen yeniden kurman gerekir."},
+    {.path = "~/.pub-cache/{bin,global_packages}", .level = SafetyLevel::keep, .title = "Etkin Dart araçları", .explanation = "`dart pub global activate` ile kurduğun araçlar. Silersen yeniden kurman gerekir."},
     {.path = "~/.pub-cache/*", .level = SafetyLevel::regenerable, .title = "Dart/Flutter paket önbelleği", .explanation = "Silinirse `flutter pub get` tekrar indirir. İpucu: `dart pub cache clean`.", .group = "pub"},
     {.path = "~/.dartServer", .level = SafetyLevel::regenerable, .title = "Dart çözümleyici önbelleği", .explanation = "Düzenleyicilerin Dart kodu için tuttuğu dizin. Silinirse yeniden oluşur."},
     {.path = "~/fvm", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "FVM", .explanation = "Flutter sürüm yöneticisinin dosyaları. Silinirse gerektiğinde tekrar indirilir."},
@@ -382,7 +379,6 @@ constexpr Row rows[] = {
     {.path = "$data/racket", .level = SafetyLevel::caution, .title = "Racket paketleri", .explanation = "`raco pkg install` ile kurduğun paketler. Silersen yeniden kurman gerekir."},
     {.path = "~/.isabelle", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Isabelle ayarları", .explanation = "Isabelle'in ayarları ve bileşenleri."},
     {.path = "~/.isabelle/*/heaps", .level = SafetyLevel::regenerable, .title = "Isabelle derlemeleri", .explanation = "Derlenmiş kuramlar. Silinirse `isabelle build` yeniden oluşturur (uzun sürebilir)."},
-    {.path = "~/.TinyTeX", .level = SafetyLevel::caution, .title = "TinyTeX", .explanation = "Kurulu LaTeX dağıtımı ve paketleri. Silersen yeniden kurman gerekir."},
 };
 // clang-format on
 

@@ -80,7 +80,7 @@ constexpr Row rows[] = {
     {.path = "~/.lmstudio/server-logs", .level = SafetyLevel::safe, .title = "LM Studio kayıtları", .explanation = "Sunucunun günlükleri. Hata ayıklamıyorsan silmek güvenli.", .quitApps = {"LM Studio"}, .processes = {"lm-studio", "LM-Studio*", "lms"}},
     {.path = "$config/LM Studio", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "LM Studio ayarları", .explanation = "LM Studio'nun ayarları ve oturumu.", .quitApps = {"LM Studio"}, .processes = {"lm-studio", "LM-Studio*"}},
     {.path = "$data/nomic.ai", .container = ScanContext::normal},
-    {.path = "$data/nomic.ai/GPT4All", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "GPT4All verisi: {name}", .explanation = "Sohbetlerin ve belge dizinlerin. Geri gelmez.", .quitApps = {"GPT4All"}},
+    {.path = "$data/nomic.ai/GPT4All", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "GPT4All verisi: {name}", .explanation = "Sohbetlerin ve belge dizinlerin. Geri gelmez.", .quitApps = {"GPT4All"}},
     {.path = "$data/nomic.ai/GPT4All/*.gguf", .level = SafetyLevel::caution, .title = "GPT4All modeli: {name}", .explanation = "İndirilmiş yerel yapay zeka modeli. Silersen tekrar indirmen gerekir (birkaç GB).", .quitApps = {"GPT4All"}},
     {.path = "$config/Jan", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Jan verisi: {name}", .explanation = "Sohbetlerin ve ayarların. Geri gelmez.", .quitApps = {"Jan"}},
     {.path = "$data/Jan", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Jan verisi: {name}", .explanation = "Sohbetlerin ve ayarların. Geri gelmez.", .quitApps = {"Jan"}},
@@ -94,6 +94,8 @@ constexpr Row rows[] = {
     {.path = "$config/Msty", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Msty verisi: {name}", .explanation = "Sohbetlerin ve ayarların. Geri gelmez.", .quitApps = {"Msty"}},
     {.path = "$config/Msty/models*", .level = SafetyLevel::caution, .title = "Msty modelleri", .explanation = "İndirilmiş yerel modeller. Silersen tekrar indirmen gerekir (her biri birkaç GB).", .quitApps = {"Msty"}},
     {.path = "~/.llamafile", .level = SafetyLevel::regenerable, .title = "llamafile önbelleği", .explanation = "llamafile programlarının açtığı parçalar. Silinirse yeniden oluşur."},
+    {.name = "models", .siblings = {"main.py", "webui.py", "launch.py"}, .holds = {"checkpoints", "loras", "unet", "diffusion_models", "Stable-diffusion", "Lora", "ESRGAN"}, .level = SafetyLevel::caution, .title = "{parent} · modeller", .explanation = "Görüntü üreten programın modelleri. İndirilenler tekrar indirilir (her biri birkaç GB); kendi eğittiklerin ya da elle koydukların gelmez."},
+    {.name = "temp", .siblings = {"main.py"}, .holds = {"ComfyUI_temp_*"}, .level = SafetyLevel::regenerable, .title = "{parent} · önizlemeler", .explanation = "ComfyUI'ın önizleme resimleri. Bir sonraki açılışta kendisi de siler."},
     {.name = "models", .siblings = {"comfyui_version.py", "webui.sh", "invokeai.yaml", "start_linux.sh", "webui-user.sh"}, .level = SafetyLevel::caution, .title = "{parent} · modeller", .explanation = "Görüntü ya da metin üreten programın modelleri. İndirilenler tekrar indirilir; kendi eğittiklerin ya da elle koydukların gelmez."},
 
     {.name = "user_data/models", .level = SafetyLevel::caution, .title = "Metin üreten programın modelleri", .explanation = "İndirilenler tekrar indirilir (her biri birkaç GB); kendi eğittiklerin ya da elle koydukların gelmez."},

@@ -6,6 +6,8 @@ namespace {
 // One row per line, so that rows can be compared.
 // clang-format off
 constexpr Row rows[] = {
+    // Programs for circuits.
+    {.path = "~/{intelFPGA,intelFPGA_lite,intelFPGA_pro,altera,altera_lite,altera_pro,altera_standard}/[0-9]*", .level = SafetyLevel::caution, .title = "Quartus Prime {name}", .explanation = "Kurulu bir Quartus sürümü. Kullanmıyorsan `uninstall` klasöründeki araçla kaldırabilirsin; silersen yeniden indirip kurman gerekir. Projelerini buraya kaydettiysen onlar da gider."},
     // Conda and its kin. A root has condabin, an environment only conda-meta: the root's rows come first.
     {.path = "~/{miniconda,miniconda2,miniconda3,anaconda,anaconda2,anaconda3,miniforge,miniforge3,miniforge-pypy3,mambaforge,mambaforge-pypy3,micromamba,.miniconda3,.anaconda3,.miniforge3,.mambaforge}", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Conda · {name}", .explanation = "Conda'nın kendisi ve taban ortamının paketleri. Silersen conda'yı yeniden kurman gerekir.", .processes = {"conda", "mamba", "micromamba"}},
     {.name = "{miniconda*,anaconda*,miniforge*,mambaforge*,conda,.conda,micromamba}", .holds = {"condabin"}, .container = ScanContext::application, .level = SafetyLevel::caution, .title = "Conda · {name}", .explanation = "Conda'nın kendisi ve taban ortamının paketleri. Silersen conda'yı yeniden kurman gerekir.", .processes = {"conda", "mamba", "micromamba"}},
@@ -56,7 +58,6 @@ constexpr Row rows[] = {
     {.path = "$data/octave", .level = SafetyLevel::caution, .title = "Octave paketleri", .explanation = "`pkg install` ile kurduğun paketler. Silersen yeniden kurman gerekir.", .quitApps = {"GNU Octave"}, .processes = {"octave*"}},
 
     // Maps and the earth.
-    {.path = "$data/QGIS", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "QGIS verisi: {name}", .explanation = "QGIS profillerin, eklentilerin ve bağlantıların.", .quitApps = {"QGIS Desktop"}, .processes = {"qgis*"}},
     {.path = "$data/QGIS/QGIS[34]", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "QGIS verisi: {name}", .explanation = "QGIS profillerin, eklentilerin ve bağlantıların.", .quitApps = {"QGIS Desktop"}, .processes = {"qgis*"}},
     {.path = "$data/QGIS/QGIS[34]/profiles", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "QGIS profili: {name}", .explanation = "QGIS profillerin, eklentilerin ve bağlantıların.", .quitApps = {"QGIS Desktop"}, .processes = {"qgis*"}},
     {.path = "$data/QGIS/QGIS[34]/profiles/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "QGIS profili: {name}", .explanation = "QGIS profillerin, eklentilerin ve bağlantıların.", .quitApps = {"QGIS Desktop"}, .processes = {"qgis*"}},
@@ -66,7 +67,6 @@ constexpr Row rows[] = {
     {.name = "grassdata", .level = SafetyLevel::keep, .title = "GRASS GIS verisi", .explanation = "Haritaların ve çözümlemelerin. Geri gelmez.", .actionable = false},
     {.path = "~/.snap/auxdata", .level = SafetyLevel::regenerable, .title = "SNAP yardımcı verisi", .explanation = "Uydu görüntüsü işleme için indirilen yükseklik ve yörünge verileri. Silinirse gerektiğinde tekrar indirilir."},
     {.path = "~/.snap/var/cache", .level = SafetyLevel::regenerable, .title = "SNAP önbelleği", .explanation = "Uydu görüntüsü işlemeden kalan ara dosyalar. Silinirse yeniden oluşur."},
-    {.path = "~/.googleearth/Cache", .level = SafetyLevel::regenerable, .title = "Google Earth önbelleği", .explanation = "İndirilen görüntüler. Silinirse tekrar indirilir.", .quitApps = {"Google Earth Pro"}},
 
     // Physics and the sky.
     {.path = "~/.astropy", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Astropy ayarları", .explanation = "Astropy'nin ayarları."},
@@ -98,8 +98,6 @@ constexpr Row rows[] = {
     {.path = "~/.local/easybuild", .container = ScanContext::application, .level = SafetyLevel::caution, .title = "EasyBuild: {name}", .explanation = "EasyBuild ile derlenen programlar. Silersen yeniden derlemen gerekir."},
     {.path = "~/.local/easybuild/sources", .level = SafetyLevel::caution, .title = "EasyBuild kaynakları", .explanation = "Derlenen programların kaynakları; elle koydukların kendiliğinden gelmez. İndirilenler tekrar gelir."},
     {.path = "~/.local/easybuild/build", .level = SafetyLevel::regenerable, .title = "EasyBuild derleme artıkları", .explanation = "Derlemelerden kalan ara dosyalar. Silinirse yeniden oluşur.", .processes = {"eb"}},
-    {.path = "~/{.singularity,.apptainer}", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Apptainer ayarları: {name}", .explanation = "Apptainer'ın anahtarları ve giriş bilgileri."},
-    {.path = "~/{.singularity,.apptainer}/cache", .level = SafetyLevel::regenerable, .title = "Apptainer önbelleği", .explanation = "İndirilen konteyner imajları. Silinirse gerektiğinde tekrar indirilir. İpucu: `apptainer cache clean`.", .processes = {"apptainer", "singularity"}},
     {.path = "$cache/dask", .level = SafetyLevel::regenerable, .title = "Dask önbelleği", .explanation = "Dask'ın çalışma dosyaları. Silinirse yeniden oluşur."},
     {.name = "dask-worker-space", .level = SafetyLevel::regenerable, .title = "{parent} · Dask çalışma alanı", .explanation = "Hesaplamaların belleğe sığmayan ara sonuçları. Hesaplama sürmüyorsa işe yaramaz; yeniden oluşur.", .processes = {"dask*"}},
     {.name = "{spark-warehouse,metastore_db}", .level = SafetyLevel::keep, .title = "{parent} · {name}", .explanation = "Spark tabloların. Geri gelmez.", .actionable = false},
