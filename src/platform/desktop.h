@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <span>
 #include <string>
@@ -32,6 +33,13 @@ bool openUrl(std::string_view url);
 ///
 /// Threads: any; blocks while all processes are examined.
 [[nodiscard]] std::vector<std::string> runningApplications();
+
+/// The names of the installed applications, as the desktop shows them, by the id of their desktop entry without
+/// ".desktop". Includes those that are installed in sandboxes. Empty on a system that has no such entries.
+/// Read-only.
+///
+/// Threads: any; blocks while the entries are read.
+[[nodiscard]] std::map<std::string, std::string, std::less<>> applicationNames();
 
 /// Whether the user prefers light or dark programs.
 enum class ColorScheme : std::uint8_t { unsaid, light, dark };

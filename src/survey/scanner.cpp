@@ -1,14 +1,17 @@
 #include "survey/scanner.h"
 
 #include <algorithm>
+#include <functional>
 #include <future>
 #include <iterator>
+#include <map>
 #include <new>
 #include <optional>
 #include <utility>
 
 #include "classify/analyzer.h"
 #include "classify/rule_book.h"
+#include "platform/desktop.h"
 #include "platform/files.h"
 #include "platform/volume.h"
 #include "scan/disk_walker.h"
@@ -66,6 +69,21 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
     return inner;
 }
 
+/// Names applications by the ids of their sandboxes; reads the desktop entries when first asked.
+std::function<std::string(std::string_view)> applicationName() {
+    return [names = std::optional<std::map<std::string, std::string, std::less<>>>()](
+               std::string_view id) mutable {
+        if (!names)
+            names = platform::applicationNames();
+        if (const auto found = names->find(id); found != names->end())
+            return found->second;
+        // A snap's entries are named "<snap>_<application>".
+        const std::string prefix = std::string(id) + "_";
+        const auto first = names->lower_bound(prefix);
+        return first != names->end() && first->first.starts_with(prefix) ? first->second : std::string();
+    };
+}
+
 std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     // If no thread can be started, this runs when the answer is needed.
     auto simulators =
@@ -93,7 +111,8 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     const Analyzer analyzer{.rules = RuleBook::all(),
                             .simulators = std::move(installed),
                             .unitMinimum = keepThreshold,
-                            .defaultMinimum = defaultMinimum};
+                            .defaultMinimum = defaultMinimum,
+                            .applicationName = applicationName()};
     return analyzer.run(trees, scanner.folders, inner);
 }
 

@@ -7,6 +7,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -164,6 +165,15 @@ public:
             addFrom(std::string(*folder) + "/applications", "", 0);
     }
 
+    /// Entries outside the folders that the environment names: a program started from a terminal or by a
+    /// service may not know where sandboxed applications are.
+    void addSandboxed(const std::string& home) {
+        for (const std::string& folder : {home + "/.local/share/flatpak/exports/share/applications",
+                                          std::string("/var/lib/flatpak/exports/share/applications"),
+                                          std::string("/var/lib/snapd/desktop/applications")})
+            addFrom(folder, "", 0);
+    }
+
     [[nodiscard]] const std::vector<Application>& applications() const { return applications_; }
 
 private:
@@ -232,6 +242,21 @@ std::vector<std::string> runningApplications() {
             std::ranges::copy(application.names, std::back_inserter(running));
     }
     return running;
+}
+
+std::map<std::string, std::string, std::less<>> applicationNames() {
+    const std::string home = homeDirectory();
+    const Reach reach({&home, 1}, Reach::Others::prompt);
+    DesktopEntries entries(reach);
+    entries.addSandboxed(home);
+    std::map<std::string, std::string, std::less<>> names;
+    for (const Application& application : entries.applications()) {
+        std::string_view id = application.entry.id;
+        id.remove_suffix(std::min(id.size(), std::string_view(".desktop").size()));
+        if (!application.names.empty())
+            names.emplace(id, application.names.front());
+    }
+    return names;
 }
 
 }  // namespace ulvak::platform

@@ -34,6 +34,10 @@ bool hasPrivacySettings() {
     return true;
 }
 
+std::map<std::string, std::string, std::less<>> applicationNames() {
+    return {};
+}
+
 std::vector<std::string> runningApplications() {
     @autoreleasepool {
         std::vector<std::string> names;
