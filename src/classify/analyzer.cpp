@@ -594,18 +594,19 @@ private:
     LinkedFindings linked_;
 };
 
-/// Whether the home folder is laid out as on macOS. The ranked rules are about this system's folders; there,
-/// what they say of hidden folders would be wrong.
-bool isAnotherSystemsHome(std::span<const DirNode> roots, const UserFolders& folders) {
-    const auto child = [](const DirNode& node, std::string_view name) {
-        const auto found = std::ranges::find(node.children, name, &DirNode::url);
-        return found != node.children.end() && found->isDirectory ? &*found : nullptr;
-    };
+/// Whether the home folder is laid out as the rules for all systems have it, with a library of applications'
+/// files. The ranked rules are about this system's folders; what they say of hidden ones would be wrong there.
+bool isAnotherSystemsHome(std::span<const DirNode> roots, std::span<const Rule> common,
+                          const UserFolders& folders) {
     const auto home = std::ranges::find(roots, folders.home, &DirNode::url);
-    const DirNode* library = home != roots.end() ? child(*home, "Library") : nullptr;
-    return library != nullptr &&
-           (child(*library, "Application Support") != nullptr || child(*library, "Caches") != nullptr ||
-            child(*library, "Containers") != nullptr);
+    if (home == roots.end())
+        return false;
+    const auto library = std::ranges::find(home->children, "Library", &DirNode::url);
+    return library != home->children.end() &&
+           std::ranges::any_of(library->children, [&](const DirNode& child) {
+               const Rule::Match path = Rule::Path{"~/Library/" + child.url};
+               return child.isDirectory && std::ranges::find(common, path, &Rule::match) != common.end();
+           });
 }
 
 ChildSummary memberSummary(const Finding& member) {
@@ -676,8 +677,9 @@ std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, const UserFol
                                    std::vector<std::string> innerRoots) const {
     // Ranked rules come first.
     std::span<const Rule> asked(rules);
-    if (isAnotherSystemsHome(roots, folders))
-        asked = asked.subspan(static_cast<std::size_t>(std::ranges::count(rules, true, &Rule::isRanked)));
+    const auto common = asked.subspan(static_cast<std::size_t>(std::ranges::count(rules, true, &Rule::isRanked)));
+    if (isAnotherSystemsHome(roots, common, folders))
+        asked = common;
     Analysis analysis(*this, asked, std::move(innerRoots), folders);
     for (const DirNode& root : roots)
         analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});
