@@ -114,12 +114,21 @@ bool FolderEvidence::hasCacheTag() {
                                                       cacheTagSignature.size()) == cacheTagSignature;
 }
 
+/// Listing a folder costs as much as a few lookups.
+bool FolderEvidence::isNamed(const std::string& name) {
+    constexpr int fewLookups = 3;
+    if (!names_ && ++lookups_ <= fewLookups)
+        return hasEntry(name);
+    const bool isListed = std::ranges::find(names(), name) != names().end();
+    return isListed || (names().size() == maxNames && hasEntry(name));
+}
+
 bool FolderEvidence::holdsOneOf(std::span<const std::string> entries) {
     return std::ranges::any_of(entries, [&](const std::string& entry) {
         if (entry == cacheTag)
             return hasCacheTag();
         if (!entry.contains('*'))
-            return hasEntry(entry);
+            return isNamed(entry);
         return std::ranges::any_of(names(),
                                    [&](const std::string& name) { return globMatches(entry, name); });
     });

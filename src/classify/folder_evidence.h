@@ -35,10 +35,12 @@ public:
 private:
     [[nodiscard]] const platform::Directory* folder();
     [[nodiscard]] const std::vector<std::string>& names();
+    [[nodiscard]] bool isNamed(const std::string& name);
 
     std::string path_;
     std::optional<platform::Directory> folder_;
     std::optional<std::vector<std::string>> names_;
+    int lookups_ = 0;
 };
 
 }  // namespace ulvak

@@ -58,6 +58,7 @@ bool isContainer(const Rule& rule) {
 
 RuleMatcher::RuleMatcher(std::span<const Rule> rules, UserFolders folders)
     : rules_(rules), folders_(std::move(folders)), hasOwnCache_(Paths::hasOwnCache(folders_)) {
+    homeDepth_ = componentCount(folders_.home);
     addPlaces();
     specificities_.reserve(rules.size());
     for (std::uint32_t index = 0; index < rules.size(); ++index) {
@@ -77,18 +78,32 @@ RuleMatcher::RuleMatcher(std::span<const Rule> rules, UserFolders folders)
 /// Where applications keep their files. Many do not care where the user has moved these folders, so the usual
 /// places count too. What an application keeps is asked for before what it can make again.
 void RuleMatcher::addPlaces() {
-    places_ = {{.area = Area::home, .folder = folders_.home}, {.area = Area::temp, .folder = folders_.temp}};
-    if (hasOwnCache_)
-        places_.push_back({.area = Area::cache, .folder = folders_.cache});
-    const auto add = [&](Area area, const std::string& moved, std::string_view usual) {
-        if (!moved.empty())
-            places_.push_back({.area = area, .folder = moved});
-        places_.push_back({.area = area, .folder = Paths::join(folders_.home, usual)});
+    const auto add = [&](Area area, const std::string& folder) {
+        const std::size_t depth = componentCount(folder);
+        Place place{.area = area, .folded = lowerCasedAscii(folder), .reading = {}, .before = {}};
+        place.reading = {.area = area, .skipped = depth, .before = {}, .frame = area};
+        const bool isTemporary = area == Area::temp || area == Area::cache;
+        if (!isTemporary && isWithinFolded(folder, folders_.home)) {
+            place.before.assign(depth - homeDepth_, literalSpecificity);
+            place.reading.frame = Area::home;
+        }
+        places_.push_back(std::move(place));
     };
-    add(Area::userConfig, folders_.userConfig, ".config");
-    add(Area::userData, folders_.userData, ".local/share");
-    add(Area::userState, folders_.userState, ".local/state");
-    add(Area::userCache, folders_.userCache, ".cache");
+    add(Area::home, folders_.home);
+    add(Area::temp, folders_.temp);
+    if (hasOwnCache_)
+        add(Area::cache, folders_.cache);
+    const auto addBoth = [&](Area area, const std::string& moved, std::string_view usual) {
+        if (!moved.empty())
+            add(area, moved);
+        add(area, Paths::join(folders_.home, usual));
+    };
+    addBoth(Area::userConfig, folders_.userConfig, ".config");
+    addBoth(Area::userData, folders_.userData, ".local/share");
+    addBoth(Area::userState, folders_.userState, ".local/state");
+    addBoth(Area::userCache, folders_.userCache, ".cache");
+    for (Place& place : places_)
+        place.reading.before = place.before;
 }
 
 void RuleMatcher::preparePath(std::uint32_t index, std::string_view pattern) {
@@ -122,12 +137,33 @@ void RuleMatcher::prepareName(std::uint32_t index, const Rule::Name& name) {
     for (const std::string& entry : name.outside)
         outside_[index].push_back(Paths::expand(entry, folders_));
     NameIndex& names = rules_[index].isRanked ? rankedNames_ : orderedNames_;
-    const std::string_view last = Paths::lastComponent(name.pattern);
-    if (componentSpecificity(last) != literalSpecificity || last.contains('\\')) {
-        names.wild.push_back(index);
-        return;
-    }
-    names.literal[lowerCasedAscii(last)].push_back(index);
+    names.add(lowerCasedAscii(Paths::lastComponent(name.pattern)), index);
+}
+
+void RuleMatcher::NameIndex::add(std::string_view folded, std::uint32_t rule) {
+    constexpr std::string_view special = "*?[\\]";
+    const auto isPlain = [&](char c) { return special.find(c) == std::string_view::npos; };
+    if (!folded.empty() && std::ranges::all_of(folded, isPlain))
+        literal[std::string(folded)].push_back(rule);
+    else if (!folded.empty() && isPlain(folded.front()))
+        beginning[static_cast<unsigned char>(folded.front())].push_back(rule);
+    else if (!folded.empty() && isPlain(folded.back()))
+        ending[static_cast<unsigned char>(folded.back())].push_back(rule);
+    else
+        others.push_back(rule);
+}
+
+RuleMatcher::NameIndex::Indices RuleMatcher::NameIndex::candidates(std::string_view folded) const {
+    if (folded.empty())
+        return others;
+    Indices result = others;
+    const auto add = [&](const Indices& more) { result.insert(result.end(), more.begin(), more.end()); };
+    add(beginning[static_cast<unsigned char>(folded.front())]);
+    add(ending[static_cast<unsigned char>(folded.back())]);
+    if (const auto found = literal.find(folded); found != literal.end())
+        add(found->second);
+    std::ranges::sort(result);
+    return result;
 }
 
 std::string_view RuleMatcher::folder(Area area) const {
@@ -159,11 +195,11 @@ RuleMatcher::Area RuleMatcher::areaOf(std::string_view path) const {
 }
 
 /// The same among all the folders that ranked rules begin with.
-const RuleMatcher::Place* RuleMatcher::innermost(std::string_view path) const {
+const RuleMatcher::Place* RuleMatcher::innermost(const Question& question) const {
     const Place* best = nullptr;
     for (const Place& place : places_) {
-        const bool isDeeper = best == nullptr || place.folder.size() > best->folder.size();
-        if (isDeeper && isWithinFolded(path, place.folder))
+        const bool isDeeper = best == nullptr || place.folded.size() > best->folded.size();
+        if (isDeeper && Paths::isWithin(question.foldedPath, place.folded))
             best = &place;
     }
     return best;
@@ -196,7 +232,7 @@ RuleMatcher::Found RuleMatcher::inOrder(const Question& question) const {
     const PatternTree::Components folded(question.folded);
     Found found{.rule = ordered_[0].first(parts, folded)};
     if (area != Area::none) {
-        const std::size_t skipped = std::min(componentCount(folder(area)), parts.size());
+        const std::size_t skipped = std::min((area == Area::home ? homeDepth_ : componentCount(folder(area))), parts.size());
         const bool isFolderItself = question.path.size() == folder(area).size();
         const auto& tree = ordered_[static_cast<std::size_t>(area)];
         const std::uint32_t rule =
@@ -230,17 +266,9 @@ std::uint32_t RuleMatcher::linearly(std::string_view path, Area area) const {
 
 /// The first rule before `end` whose name and evidence match.
 std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& index, std::uint32_t end) const {
-    static const std::vector<std::uint32_t> nothing;
-    const auto found =
-        index.literal.find(question.folded.empty() ? std::string_view() : question.folded.back());
-    std::span<const std::uint32_t> literal(found != index.literal.end() ? found->second : nothing);
-    std::span<const std::uint32_t> wild(index.wild);
     FolderEvidence inside{std::string(question.path)};
-    while (!literal.empty() || !wild.empty()) {
-        const bool isLiteral = wild.empty() || (!literal.empty() && literal.front() < wild.front());
-        auto& next = isLiteral ? literal : wild;
-        const std::uint32_t rule = next.front();
-        next = next.subspan(1);
+    for (const std::uint32_t rule :
+         index.candidates(question.folded.empty() ? std::string_view() : question.folded.back())) {
         if (rule >= end)
             break;
         if (matchesName(rule, question, inside))
@@ -284,30 +312,32 @@ bool RuleMatcher::matchesName(std::uint32_t index, const Question& question, Fol
 
 // The ranked rules -----------------------------------------------------------------------------------------
 
-std::optional<std::size_t> RuleMatcher::homeComponents(std::string_view path) const {
-    if (!isWithinFolded(path, folders_.home))
-        return std::nullopt;
-    return componentCount(folders_.home);
+bool RuleMatcher::isInHome(const Question& question) const {
+    return Paths::isWithin(question.foldedPath, places_.front().folded);
 }
 
-/// The folder of a sandboxed application, read as a home folder: "~/.var/app/<id>" and
-/// "~/snap/<name>/<version>".
-std::optional<RuleMatcher::Reading> RuleMatcher::sandboxReading(const Question& question, std::size_t home) {
+/// The folder of a sandboxed application, read as a home folder: "~/.var/app/<id>" and "~/snap/<name>/<version>".
+std::optional<RuleMatcher::Reading> RuleMatcher::sandboxReading(const Question& question) const {
     constexpr std::size_t depth = 3;
-    if (question.folded.size() < home + depth)
+    // With the folders that applications keep their files in.
+    static constexpr std::array<std::uint16_t, depth + 2> flatpak = {
+        literalSpecificity, literalSpecificity, 0, literalSpecificity, literalSpecificity};
+    static constexpr std::array<std::uint16_t, depth + 2> snap = {literalSpecificity, 0, 0, literalSpecificity,
+                                                                  literalSpecificity};
+    if (question.folded.size() < homeDepth_ + depth)
         return std::nullopt;
-    Reading reading{.area = Area::home, .skipped = home + depth, .before = {}, .frame = Area::home};
-    if (question.folded[home] == ".var" && question.folded[home + 1] == "app")
-        reading.before = {literalSpecificity, literalSpecificity, 0};
-    else if (question.folded[home] == "snap")
-        reading.before = {literalSpecificity, 0, 0};
+    Reading reading{.area = Area::home, .skipped = homeDepth_ + depth, .before = {}, .frame = Area::home};
+    if (question.folded[homeDepth_] == ".var" && question.folded[homeDepth_ + 1] == "app")
+        reading.before = std::span(flatpak).first(depth);
+    else if (question.folded[homeDepth_] == "snap")
+        reading.before = std::span(snap).first(depth);
     else
         return std::nullopt;
     return reading;
 }
 
 /// The folders where the application of the last reading keeps its files.
-void RuleMatcher::addAreasWithin(const Question& question, std::vector<Reading>& readings) {
+void RuleMatcher::addAreasWithin(const Question& question, Readings& readings) {
     struct Within {
         std::array<std::string_view, 2> names;
         Area area;
@@ -319,62 +349,49 @@ void RuleMatcher::addAreasWithin(const Question& question, std::vector<Reading>&
                                               {{"data", ""}, Area::userData},
                                               {{".local", "share"}, Area::userData},
                                               {{".local", "state"}, Area::userState}}};
-    const Reading sandbox = readings.back();
-    const PatternTree::Components rest = PatternTree::Components(question.folded).subspan(sandbox.skipped);
+    Reading reading = readings.used().back();
+    const PatternTree::Components rest = PatternTree::Components(question.folded).subspan(reading.skipped);
     for (const Within& within : areas) {
         const std::size_t count = within.names[1].empty() ? 1 : 2;
-        if (rest.size() < count ||
-            !std::ranges::equal(rest.first(count), std::span(within.names).first(count)))
+        if (rest.size() < count || !std::ranges::equal(rest.first(count), std::span(within.names).first(count)))
             continue;
-        Reading reading = sandbox;
         reading.area = within.area;
         reading.skipped += count;
-        reading.before.insert(reading.before.end(), count, literalSpecificity);
-        readings.push_back(std::move(reading));
+        reading.before = {reading.before.data(), reading.before.size() + count};
+        readings.add(reading);
         return;
     }
 }
 
-std::vector<RuleMatcher::Reading> RuleMatcher::readings(const Question& question) const {
-    std::vector<Reading> result;
-    const Place* place = innermost(question.path);
-    if (place != nullptr) {
-        const auto home = homeComponents(place->folder);
-        Reading reading{.area = place->area,
-                        .skipped = componentCount(place->folder),
-                        .before = {},
-                        .frame = place->area};
-        const bool isOwn = place->area == Area::temp || place->area == Area::cache;
-        if (home && !isOwn) {
-            reading.before.assign(reading.skipped - *home, literalSpecificity);
-            reading.frame = Area::home;
-        }
-        result.push_back(reading);
+RuleMatcher::Readings RuleMatcher::readings(const Question& question) const {
+    Readings result;
+    if (const Place* place = innermost(question)) {
+        result.add(place->reading);
         if (place->area == Area::home) {
-            if (auto sandbox = sandboxReading(question, reading.skipped)) {
-                result.push_back(std::move(*sandbox));
+            if (const auto sandbox = sandboxReading(question)) {
+                result.add(*sandbox);
                 addAreasWithin(question, result);
             }
         }
     }
-    result.push_back({});
+    result.add({});
     return result;
 }
 
 RuleMatcher::Found RuleMatcher::mostSpecificPath(const Question& question) const {
     Found best;
-    for (Reading& reading : readings(question)) {
-        const bool isRoot = question.path == "/";
-        const std::size_t skipped = std::min(reading.skipped, question.parts.size());
-        const PatternTree::Components parts(question.parts);
-        const PatternTree::Components folded(question.folded);
+    const Readings all = readings(question);
+    for (const Reading& reading : all.used()) {
+        // The root's path has a component too, but as somebody's folder it has none.
+        const std::size_t skipped = question.path == "/" && reading.area != Area::none ? 1 : reading.skipped;
         const auto& tree = ranked_[static_cast<std::size_t>(reading.area)];
-        const std::uint32_t rule = isRoot && reading.area != Area::none
-                                       ? tree.first({}, {})
-                                       : tree.first(parts.subspan(skipped), folded.subspan(skipped));
+        const std::uint32_t rule =
+            tree.first(PatternTree::Components(question.parts).subspan(skipped),
+                       PatternTree::Components(question.folded).subspan(skipped));
         if (rule == PatternTree::none)
             continue;
-        Found found{.rule = rule, .specificity = std::move(reading.before), .frame = reading.frame};
+        Found found{.rule = rule, .specificity = {}, .frame = reading.frame};
+        found.specificity.assign(reading.before.begin(), reading.before.end());
         found.specificity.insert(found.specificity.end(), specificities_[rule].begin(),
                                  specificities_[rule].end());
         if (best.isNothing() || (found.frame == best.frame && found.specificity > best.specificity))
@@ -389,8 +406,8 @@ RuleMatcher::Found RuleMatcher::mostSpecific(Question& question, const Found& ot
     Found found = mostSpecificPath(question);
     if (!found.isNothing() || !question.isDirectory)
         return found;
-    const auto home = homeComponents(question.path);
-    const bool isOtherSystems = home && question.folded.size() > *home && question.folded[*home] == "library";
+    const bool isOtherSystems = isInHome(question) && question.folded.size() > homeDepth_ &&
+                                question.folded[homeDepth_] == "library";
     if (isOtherSystems)
         return found;
     if (!other.isNothing()) {
@@ -441,7 +458,8 @@ bool RuleMatcher::holdsKept(std::string_view path) const {
         return false;
     const Question question(path, true, ScanContext::normal);
     FolderEvidence inside{std::string(path)};
-    return std::ranges::any_of(readings(question), [&](const Reading& reading) {
+    const Readings all = readings(question);
+    return std::ranges::any_of(all.used(), [&](const Reading& reading) {
         if (question.parts.size() < reading.skipped)
             return false;
         const auto nodes = ranked_[static_cast<std::size_t>(reading.area)].keptBelow(
@@ -453,15 +471,15 @@ bool RuleMatcher::holdsKept(std::string_view path) const {
 }
 
 std::string_view RuleMatcher::sandboxOf(std::string_view path) const {
-    const auto home = homeComponents(path);
-    if (!hasRanked_ || !home)
+    if (!hasRanked_)
         return {};
     const Question question(path, true, ScanContext::normal);
-    if (const auto reading = sandboxReading(question, *home))
-        return question.parts[*home + (reading->before[1] == literalSpecificity ? 2 : 1)];
-    if (question.folded.size() == *home + 2 && question.folded[*home] == "snap")
-        return question.parts.back();
-    return {};
+    if (!isInHome(question))
+        return {};
+    if (const auto reading = sandboxReading(question))
+        return question.parts[homeDepth_ + (reading->before[1] == literalSpecificity ? 2 : 1)];
+    const bool isSnap = question.folded.size() == homeDepth_ + 2 && question.folded[homeDepth_] == "snap";
+    return isSnap ? question.parts.back() : std::string_view();
 }
 
 }  // namespace ulvak

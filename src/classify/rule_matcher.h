@@ -30,6 +30,8 @@ class RuleMatcher {
 public:
     /// `rules` must outlive the matcher.
     explicit RuleMatcher(std::span<const Rule> rules, UserFolders folders);
+    RuleMatcher(const RuleMatcher&) = delete;
+    RuleMatcher& operator=(const RuleMatcher&) = delete;
 
     /// The rule that applies to the item at `path` (absolute, bytes); null if none does.
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context) const;
@@ -47,16 +49,26 @@ private:
     using Trees = std::array<PatternTree, areaCount>;
     using Components = PatternTree::Components;
 
-    struct Place {
-        Area area = Area::none;
-        std::string folder;
-    };
     /// One way to read a path: relative to a folder that patterns may begin with.
     struct Reading {
         Area area = Area::none;
-        std::size_t skipped = 0;  ///< components of the path before
-        Specificity before;       ///< how specific that folder is, as seen from `frame`
-        Area frame = Area::none;  ///< readings with the same one can be compared
+        std::size_t skipped = 0;                ///< components of the path before
+        std::span<const std::uint16_t> before;  ///< how specific that folder is, as seen from `frame`
+        Area frame = Area::none;                ///< readings with the same one can be compared
+    };
+    /// In itself, in a sandbox, in the sandbox's folders, and from the root.
+    struct Readings {
+        std::array<Reading, 4> all;
+        std::size_t count = 0;
+
+        void add(const Reading& reading) { all.at(count++) = reading; }
+        [[nodiscard]] std::span<const Reading> used() const { return std::span(all).first(count); }
+    };
+    struct Place {
+        Area area = Area::none;
+        std::string folded;  ///< its path, in lower case
+        Reading reading;
+        Specificity before;  ///< of the reading
     };
     struct Question {
         Question(std::string_view itemPath, bool isFolder, ScanContext area);
@@ -70,11 +82,18 @@ private:
         bool isDirectory = false;
         ScanContext context = ScanContext::normal;
     };
-    /// Rules by the last component of their names.
+    /// Rules by the last component of their names: by all of it, or by a character that it begins or ends with.
     struct NameIndex {
-        std::unordered_map<std::string, std::vector<std::uint32_t>, PatternTree::Hash, std::equal_to<>>
-            literal;
-        std::vector<std::uint32_t> wild;
+        using Indices = std::vector<std::uint32_t>;
+
+        std::unordered_map<std::string, Indices, PatternTree::Hash, std::equal_to<>> literal;
+        std::array<Indices, 256> beginning;
+        std::array<Indices, 256> ending;
+        Indices others;
+
+        void add(std::string_view folded, std::uint32_t rule);
+        /// Those that may match a name, in their order.
+        [[nodiscard]] Indices candidates(std::string_view folded) const;
     };
     struct LinearPattern {
         Area area = Area::none;
@@ -107,17 +126,17 @@ private:
     [[nodiscard]] bool rankedWinsOverPath(const Found& ranked, const Found& other) const;
     [[nodiscard]] bool rankedWinsOverName(const Found& ranked, const Found& other) const;
 
-    [[nodiscard]] const Place* innermost(std::string_view path) const;
-    [[nodiscard]] std::vector<Reading> readings(const Question& question) const;
-    [[nodiscard]] static std::optional<Reading> sandboxReading(const Question& question, std::size_t home);
-    static void addAreasWithin(const Question& question, std::vector<Reading>& readings);
-    /// How many components of the path are the home folder's; nullopt outside.
-    [[nodiscard]] std::optional<std::size_t> homeComponents(std::string_view path) const;
+    [[nodiscard]] const Place* innermost(const Question& question) const;
+    [[nodiscard]] Readings readings(const Question& question) const;
+    [[nodiscard]] std::optional<Reading> sandboxReading(const Question& question) const;
+    static void addAreasWithin(const Question& question, Readings& readings);
+    [[nodiscard]] bool isInHome(const Question& question) const;
 
     std::span<const Rule> rules_;
     UserFolders folders_;
     bool hasOwnCache_ = false;
     bool hasRanked_ = false;
+    std::size_t homeDepth_ = 0;  ///< components of the home folder's path
     std::vector<Place> places_;               ///< of two for one folder, the first counts
     std::vector<Specificity> specificities_;  ///< of the rules
     Trees ordered_;
