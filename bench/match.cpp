@@ -1,4 +1,5 @@
-// How long it takes to find the rules for a made-up home: by the common rules alone, and by all of this system.
+// How long it takes to find the rules for a made-up home: by the common rules alone, and by all of this
+// system.
 //
 //   ulvak_match [FILES]
 //
@@ -22,10 +23,12 @@ using Clock = std::chrono::steady_clock;
 const ulvak::UserFolders user{.home = "/home/nobody-at-all", .temp = "/tmp", .cache = "/C", .trash = ""};
 
 std::vector<std::string> paths(std::size_t count) {
-    constexpr std::string_view tops[] = {".cache",     ".config", ".local/share", "Belgeler", "Projeler/site",
-                                         ".local/bin", ".npm",    ".var/app/a.b", "Resimler", "snap/x/common"};
-    constexpr std::string_view names[] = {"node_modules", "src", "Cache",  "build",  "2024", "mozilla",
-                                          "a",            "lib", "target", "Steam", "data", "index-dir"};
+    constexpr std::string_view tops[] = {".cache",        ".config",      ".local/share", "Belgeler",
+                                         "Projeler/site", ".local/bin",   ".npm",         ".var/app/a.b",
+                                         "Resimler",      "snap/x/common"};
+    constexpr std::string_view names[] = {"node_modules", "src",     "Cache", "build",
+                                          "2024",         "mozilla", "a",     "lib",
+                                          "target",       "Steam",   "data",  "index-dir"};
     std::mt19937 random(7);
     std::vector<std::string> result;
     result.reserve(count);
@@ -38,19 +41,20 @@ std::vector<std::string> paths(std::size_t count) {
     return result;
 }
 
-void measure(std::string_view what, const std::vector<ulvak::Rule>& rules, const std::vector<std::string>& items,
-             bool areFolders) {
+void measure(std::string_view what, const std::vector<ulvak::Rule>& rules,
+             const std::vector<std::string>& items, bool areFolders) {
     const auto start = Clock::now();
     const ulvak::RuleMatcher matcher(rules, user);
     const auto prepared = Clock::now();
     std::size_t matched = 0;
     for (const std::string& item : items)
-        matched += static_cast<std::size_t>(
-            matcher.match(item, areFolders, ulvak::ScanContext::normal) != nullptr);
+        matched +=
+            static_cast<std::size_t>(matcher.match(item, areFolders, ulvak::ScanContext::normal) != nullptr);
     const auto end = Clock::now();
     const auto ms = [](auto time) { return std::chrono::duration<double, std::milli>(time).count(); };
-    std::cout << what << ", " << items.size() << (areFolders ? " folders: " : " files: ") << ms(end - prepared)
-              << " ms, prepared in " << ms(prepared - start) << " ms, " << matched << " matched\n";
+    std::cout << what << ", " << items.size() << (areFolders ? " folders: " : " files: ")
+              << ms(end - prepared) << " ms, prepared in " << ms(prepared - start) << " ms, " << matched
+              << " matched\n";
 }
 
 }  // namespace

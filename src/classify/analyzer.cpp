@@ -595,7 +595,8 @@ private:
 };
 
 /// Whether the home folder is laid out as the rules for all systems have it, with a library of applications'
-/// files. The ranked rules are about this system's folders; what they say of hidden ones would be wrong there.
+/// files. The ranked rules are about this system's folders; what they say of hidden ones would be wrong
+/// there.
 bool isAnotherSystemsHome(std::span<const DirNode> roots, std::span<const Rule> common,
                           const UserFolders& folders) {
     const auto home = std::ranges::find(roots, folders.home, &DirNode::url);
@@ -677,7 +678,8 @@ std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, const UserFol
                                    std::vector<std::string> innerRoots) const {
     // Ranked rules come first.
     std::span<const Rule> asked(rules);
-    const auto common = asked.subspan(static_cast<std::size_t>(std::ranges::count(rules, true, &Rule::isRanked)));
+    const auto common =
+        asked.subspan(static_cast<std::size_t>(std::ranges::count(rules, true, &Rule::isRanked)));
     if (isAnotherSystemsHome(roots, common, folders))
         asked = common;
     Analysis analysis(*this, asked, std::move(innerRoots), folders);

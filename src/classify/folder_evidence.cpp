@@ -14,7 +14,7 @@ namespace {
 using platform::Directory;
 
 /// Evidence lies in folders of this size; a cache may have a million entries.
-constexpr std::size_t maxNames = 4096;
+constexpr std::size_t maxNames = 1024;
 constexpr std::string_view cacheTag = "CACHEDIR.TAG";
 constexpr std::string_view cacheTagSignature = "Signature: 8a477f597d28d172789f06886806bc55";
 

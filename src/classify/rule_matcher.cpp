@@ -232,7 +232,8 @@ RuleMatcher::Found RuleMatcher::inOrder(const Question& question) const {
     const PatternTree::Components folded(question.folded);
     Found found{.rule = ordered_[0].first(parts, folded)};
     if (area != Area::none) {
-        const std::size_t skipped = std::min((area == Area::home ? homeDepth_ : componentCount(folder(area))), parts.size());
+        const std::size_t skipped =
+            std::min((area == Area::home ? homeDepth_ : componentCount(folder(area))), parts.size());
         const bool isFolderItself = question.path.size() == folder(area).size();
         const auto& tree = ordered_[static_cast<std::size_t>(area)];
         const std::uint32_t rule =
@@ -316,14 +317,15 @@ bool RuleMatcher::isInHome(const Question& question) const {
     return Paths::isWithin(question.foldedPath, places_.front().folded);
 }
 
-/// The folder of a sandboxed application, read as a home folder: "~/.var/app/<id>" and "~/snap/<name>/<version>".
+/// The folder of a sandboxed application, read as a home folder: "~/.var/app/<id>" and
+/// "~/snap/<name>/<version>".
 std::optional<RuleMatcher::Reading> RuleMatcher::sandboxReading(const Question& question) const {
     constexpr std::size_t depth = 3;
     // With the folders that applications keep their files in.
     static constexpr std::array<std::uint16_t, depth + 2> flatpak = {
         literalSpecificity, literalSpecificity, 0, literalSpecificity, literalSpecificity};
-    static constexpr std::array<std::uint16_t, depth + 2> snap = {literalSpecificity, 0, 0, literalSpecificity,
-                                                                  literalSpecificity};
+    static constexpr std::array<std::uint16_t, depth + 2> snap = {literalSpecificity, 0, 0,
+                                                                  literalSpecificity, literalSpecificity};
     if (question.folded.size() < homeDepth_ + depth)
         return std::nullopt;
     Reading reading{.area = Area::home, .skipped = homeDepth_ + depth, .before = {}, .frame = Area::home};
@@ -353,7 +355,8 @@ void RuleMatcher::addAreasWithin(const Question& question, Readings& readings) {
     const PatternTree::Components rest = PatternTree::Components(question.folded).subspan(reading.skipped);
     for (const Within& within : areas) {
         const std::size_t count = within.names[1].empty() ? 1 : 2;
-        if (rest.size() < count || !std::ranges::equal(rest.first(count), std::span(within.names).first(count)))
+        if (rest.size() < count ||
+            !std::ranges::equal(rest.first(count), std::span(within.names).first(count)))
             continue;
         reading.area = within.area;
         reading.skipped += count;
@@ -385,9 +388,8 @@ RuleMatcher::Found RuleMatcher::mostSpecificPath(const Question& question) const
         // The root's path has a component too, but as somebody's folder it has none.
         const std::size_t skipped = question.path == "/" && reading.area != Area::none ? 1 : reading.skipped;
         const auto& tree = ranked_[static_cast<std::size_t>(reading.area)];
-        const std::uint32_t rule =
-            tree.first(PatternTree::Components(question.parts).subspan(skipped),
-                       PatternTree::Components(question.folded).subspan(skipped));
+        const std::uint32_t rule = tree.first(PatternTree::Components(question.parts).subspan(skipped),
+                                              PatternTree::Components(question.folded).subspan(skipped));
         if (rule == PatternTree::none)
             continue;
         Found found{.rule = rule, .specificity = {}, .frame = reading.frame};
@@ -406,8 +408,8 @@ RuleMatcher::Found RuleMatcher::mostSpecific(Question& question, const Found& ot
     Found found = mostSpecificPath(question);
     if (!found.isNothing() || !question.isDirectory)
         return found;
-    const bool isOtherSystems = isInHome(question) && question.folded.size() > homeDepth_ &&
-                                question.folded[homeDepth_] == "library";
+    const bool isOtherSystems =
+        isInHome(question) && question.folded.size() > homeDepth_ && question.folded[homeDepth_] == "library";
     if (isOtherSystems)
         return found;
     if (!other.isNothing()) {

@@ -82,7 +82,8 @@ private:
         bool isDirectory = false;
         ScanContext context = ScanContext::normal;
     };
-    /// Rules by the last component of their names: by all of it, or by a character that it begins or ends with.
+    /// Rules by the last component of their names: by all of it, or by a character that it begins or ends
+    /// with.
     struct NameIndex {
         using Indices = std::vector<std::uint32_t>;
 
@@ -136,7 +137,7 @@ private:
     UserFolders folders_;
     bool hasOwnCache_ = false;
     bool hasRanked_ = false;
-    std::size_t homeDepth_ = 0;  ///< components of the home folder's path
+    std::size_t homeDepth_ = 0;               ///< components of the home folder's path
     std::vector<Place> places_;               ///< of two for one folder, the first counts
     std::vector<Specificity> specificities_;  ///< of the rules
     Trees ordered_;

@@ -34,7 +34,8 @@ bool openUrl(std::string_view url);
 /// Threads: any; blocks while all processes are examined.
 [[nodiscard]] std::vector<std::string> runningApplications();
 
-/// The names of the installed applications, as the desktop shows them, by the id of their desktop entry without
+/// The names of the installed applications, as the desktop shows them, by the id of their desktop entry
+/// without
 /// ".desktop". Includes those that are installed in sandboxes. Empty on a system that has no such entries.
 /// Read-only.
 ///

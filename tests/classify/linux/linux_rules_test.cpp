@@ -38,9 +38,9 @@ const Rule* matchOf(std::string_view path) {
 }
 
 std::string expanded(std::string pattern) {
-    for (const auto& [token, folder] : {std::pair("$cache", "~/.cache"), std::pair("$config", "~/.config"),
-                                        std::pair("$data", "~/.local/share"),
-                                        std::pair("$state", "~/.local/state")}) {
+    for (const auto& [token, folder] :
+         {std::pair("$cache", "~/.cache"), std::pair("$config", "~/.config"),
+          std::pair("$data", "~/.local/share"), std::pair("$state", "~/.local/state")}) {
         if (pattern.starts_with(token))
             pattern.replace(0, std::string_view(token).size(), folder);
     }
@@ -136,7 +136,8 @@ TEST(LinuxRules, EachPathMatchesWhatItNamesAndNothingBesideIt) {
             return found != nullptr && found->isRanked && patternOf(*found) == pattern;
         };
         const Rule* found = matchOf(path);
-        EXPECT_TRUE(isSame(found)) << path << " is for " << (found != nullptr ? patternOf(*found) : "nothing");
+        EXPECT_TRUE(isSame(found)) << path << " is for "
+                                   << (found != nullptr ? patternOf(*found) : "nothing");
         EXPECT_FALSE(isSame(matchOf(path + "/below")));
         EXPECT_FALSE(isSame(matchOf("/elsewhere" + path)));
         EXPECT_FALSE(isSame(matchOf(Paths::parent(path))));

@@ -1,5 +1,5 @@
-// Prints all findings of the user whose home folder is HOME, a line each: level, bytes, source, path, title. For
-// measure.py.
+// Prints all findings of the user whose home folder is HOME, a line each: level, bytes, source, path, title.
+// For measure.py.
 
 #include <cstdio>
 #include <iostream>
@@ -17,8 +17,8 @@ int main() {
     for (const ulvak::Finding& finding : *findings) {
         for (const std::string& path : finding.urls)
             std::cout << info(finding.level).rawValue << '\t' << finding.size << '\t'
-                      << info(finding.source).label << '\t' << path << '\t'
-                      << ulvak::printable(finding.title) << '\n';
+                      << info(finding.source).label << '\t' << path << '\t' << ulvak::printable(finding.title)
+                      << '\n';
     }
     return 0;
 }
