@@ -42,6 +42,26 @@ TEST(UserFolders, HaveNoSlashAtTheEndAndNoneTwice) {
     EXPECT_EQ(foldersIn("/home/ayse", "/tmp", "/data//").trash, "/data/Trash");
 }
 
+TEST(UserFolders, ApplicationsFoldersAreWhereTheEnvironmentMovedThem) {
+    const auto with = [](const char* variable, const char* value) {
+        const ScopedEnvironment environment({{"HOME", "/home/ayse"},
+                                             {"TMPDIR", "/tmp"},
+                                             {"XDG_CACHE_HOME", std::nullopt},
+                                             {"XDG_CONFIG_HOME", std::nullopt},
+                                             {"XDG_DATA_HOME", std::nullopt},
+                                             {"XDG_STATE_HOME", std::nullopt},
+                                             {variable, value}});
+        return UserFolders::ofCurrentUser();
+    };
+    EXPECT_EQ(with("XDG_CACHE_HOME", "/data//cache/").userCache, "/data/cache");
+    EXPECT_EQ(with("XDG_CONFIG_HOME", "/home/ayse/.c").userConfig, "/home/ayse/.c");
+    EXPECT_EQ(with("XDG_DATA_HOME", "/d").userData, "/d");
+    EXPECT_EQ(with("XDG_STATE_HOME", "/s").userState, "/s");
+    EXPECT_EQ(with("XDG_STATE_HOME", "/s").userCache, "");
+    for (const char* nowhere : {"", "relative/cache", "/", "/home", "/home/ayse", "/home/ayse/", "/home/./ayse"})
+        EXPECT_EQ(with("XDG_CACHE_HOME", nowhere).userCache, "") << nowhere;
+}
+
 TEST(UserFolders, HaveNoDotsInThem) {
     for (const char* home : {"/home/ayse/.", "/home/./ayse", "/./home/ayse/./"})
         EXPECT_EQ(foldersIn(home, "/tmp").home, "/home/ayse") << home;

@@ -14,6 +14,7 @@
 #include "../node.h"
 #include "classify/rule_book.h"
 #include "classify/rule_matcher.h"
+#include "support/isolation.h"
 #include "support/temp_tree.h"
 
 namespace ulvak {
@@ -303,6 +304,20 @@ TEST_F(LinuxHome, GuessesAreCautiousToo) {
     const Finding guessed = findingAt("Library/traces");
     EXPECT_EQ(guessed.source, VerdictSource::heuristic);
     EXPECT_EQ(guessed.level, SafetyLevel::caution);
+}
+
+TEST_F(LinuxHome, WhereAnotherDiskIsMountedIsNotEasyToDelete) {
+    if (const auto reason = test::whyNoPrivateMounts())
+        GTEST_SKIP() << *reason;
+    add(".cache/bağ/x", 90);
+    add(".cache/bağ/disk/y", 20);
+    add(".cache/bağımsız/x", 80);
+    EXPECT_EQ(findingAt(".cache/bağ").level, SafetyLevel::regenerable);
+    test::withPrivateMounts([&] {
+        ASSERT_TRUE(test::mountMemory(folders.home + "/.cache/bağ/disk"));
+        EXPECT_EQ(findingAt(".cache/bağ").level, SafetyLevel::caution);
+        EXPECT_EQ(findingAt(".cache/bağımsız").level, SafetyLevel::regenerable);
+    });
 }
 
 TEST_F(LinuxHome, ABuildWithSettingsWrittenByHandIsNotEasyToDelete) {
