@@ -58,7 +58,8 @@ TEST(UserFolders, ApplicationsFoldersAreWhereTheEnvironmentMovedThem) {
     EXPECT_EQ(with("XDG_DATA_HOME", "/d").userData, "/d");
     EXPECT_EQ(with("XDG_STATE_HOME", "/s").userState, "/s");
     EXPECT_EQ(with("XDG_STATE_HOME", "/s").userCache, "");
-    for (const char* nowhere : {"", "relative/cache", "/", "/home", "/home/ayse", "/home/ayse/", "/home/./ayse"})
+    for (const char* nowhere :
+         {"", "relative/cache", "/", "/home", "/home/ayse", "/home/ayse/", "/home/./ayse"})
         EXPECT_EQ(with("XDG_CACHE_HOME", nowhere).userCache, "") << nowhere;
 }
 
