@@ -158,6 +158,17 @@ TEST_F(LinuxHome, AHomeLaidOutAsOnMacOsIsLeftToTheCommonRules) {
     EXPECT_FALSE(common.empty());
 }
 
+TEST_F(LinuxHome, NamesOfThisSystemsRulesMeanNothingInALibrary) {
+    const RuleMatcher matcher(RuleBook::all(), folders);
+    for (const std::string place : {"Library/a", "Belgeler/a"})
+        add(place + "/pyvenv.cfg");
+    const auto ruleOf = [&](const std::string& path) {
+        return matcher.match(folders.home + "/" + path, true, ScanContext::normal);
+    };
+    EXPECT_EQ(ruleOf("Library/a"), nullptr);
+    EXPECT_NE(ruleOf("Belgeler/a"), nullptr);
+}
+
 TEST_F(LinuxHome, NamesNeedTheirEvidence) {
     add("src/a/derleme/x", 400);
     add("src/b/derleme/x", 350);
