@@ -23,6 +23,8 @@ namespace {
 constexpr int initialDepth = 2;
 constexpr int personalDepth = 6;
 constexpr int applicationDepth = 6;
+/// Containers that are known by their names can lie in each other, deeper than the stack.
+constexpr int maxEntered = 64;
 constexpr int otherDepth = 2;
 constexpr std::int64_t probeMinimum = 100'000'000;
 constexpr std::int64_t drillMinimum = 2'000'000'000;
@@ -59,6 +61,7 @@ struct State {
     ScanContext context = ScanContext::normal;
     int depth = initialDepth;      ///< how many more levels of unknown folders may be drilled into
     bool drilled = false;          ///< reached by drilling into an unknown folder, not through a rule
+    int entered = 0;               ///< how many containers are around
     const Owner* owner = nullptr;  ///< in an application's folder; lives on the walk's stack
 };
 
@@ -243,7 +246,7 @@ public:
             visitUnmatched(place, state);
         } else if (std::holds_alternative<Rule::Unit>(rule->kind)) {
             visitUnit(place, *rule, state);
-        } else if (place.canBeEntered() && !isBestWhole(place, *rule)) {
+        } else if (place.canBeEntered() && state.entered < maxEntered && !isBestWhole(place, *rule)) {
             enter(place, rule, state);
         } else if (contextOf(*rule) == ScanContext::application) {
             reportOwned(place, ownerAt(place, *rule), false);
@@ -278,7 +281,7 @@ private:
     }
 
     [[nodiscard]] static State intoContainer(const Rule* rule, const State& around) {
-        State inside{.context = around.context, .owner = around.owner};
+        State inside{.context = around.context, .entered = around.entered + 1, .owner = around.owner};
         if (rule != nullptr && contextOf(*rule) != ScanContext::normal) {
             inside.context = contextOf(*rule);
             inside.owner = nullptr;
@@ -327,7 +330,8 @@ private:
                                contextOf(*rule) == ScanContext::normal;
             if (rule != nullptr && !isWay)
                 return true;
-            return child.canBeEntered() && holdsKnown(child, isWay ? depth : depth - 1);
+            const bool isOnPath = isWay && std::holds_alternative<Rule::Path>(rule->match);
+            return child.canBeEntered() && holdsKnown(child, isOnPath ? depth : depth - 1);
         });
     }
 
@@ -338,8 +342,10 @@ private:
             Owner owner = ownerAt(place, rule);
             owner.level = SafetyLevel::caution;
             owner.isOpened = true;
-            visitChildren(place,
-                          {.context = ScanContext::application, .depth = applicationDepth, .owner = &owner});
+            visitChildren(place, {.context = ScanContext::application,
+                                  .depth = applicationDepth,
+                                  .entered = state.entered + 1,
+                                  .owner = &owner});
             return;
         }
         Finding finding = ruleFinding(place, rule);
@@ -368,7 +374,10 @@ private:
         }
         const bool mayDrill = place.canBeEntered() && !place.node->children.empty() && state.depth >= 1;
         if (mayDrill && (containsMatch(place, state.context, state.depth) || shouldDrill(*place.node)))
-            visitChildren(place, {.context = state.context, .depth = state.depth - 1, .drilled = true});
+            visitChildren(place, {.context = state.context,
+                                  .depth = state.depth - 1,
+                                  .drilled = true,
+                                  .entered = state.entered});
         else
             reportDefault(place, state);
     }

@@ -24,6 +24,9 @@ constexpr Row rows[] = {
     {.path = "$cache", .container = ScanContext::normal},
     {.path = "$cache/*", .level = SafetyLevel::regenerable, .title = "{name} önbelleği", .explanation = "Bir uygulamanın önbelleği. Silinirse uygulama gerektiğinde yeniden oluşturur ya da indirir; açıksa önce kapat."},
     {.path = "$data/Trash", .level = SafetyLevel::safe, .title = "Çöp Kutusu", .explanation = "Çöp kutusuna attığın dosyalar. Boşaltana kadar yer kaplamaya devam ederler. Dosya yöneticinden boşaltabilirsin.", .actionable = false},
+    // Work and keys that do not belong in a cache, whoever put them there: the cache around is looked into.
+    {.path = "$cache/*/{autosave,autosaves,auto-save,auto-save-list,autosaved,recovery,recover,recovered,unsaved,swap,undo,undodir,backup,backups,drafts,outbox,LocalHistory}", .level = SafetyLevel::keep, .title = "{parent} · kurtarma kopyaları", .explanation = "Kaydedilmemiş ya da eski çalışmalarının kopyaları. Önbellek klasöründe durur ama geri gelmez.", .actionable = false},
+    {.path = "$cache/*/{token,tokens,stored_tokens,credentials,credentials.json,credentials.toml,credentials.db,auth.json,access_token,secrets}", .level = SafetyLevel::keep, .title = "{parent} girişi", .explanation = "Bir hesaba giriş anahtarların. Silersen yeniden giriş yapman gerekir.", .actionable = false},
     {.path = "$config", .container = ScanContext::normal},
     {.path = "$config/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} ayarları", .explanation = "Bir uygulamanın ayarları ve oturum bilgileri. Silinirse uygulama ilk kurulduğu hâline döner. Uygulamayı artık kullanmıyorsan silebilirsin."},
     {.path = "$data", .container = ScanContext::normal},

@@ -370,6 +370,33 @@ TEST_F(LinuxHome, ALinkThatIsNamedLikeSomethingToKeepOpensNothing) {
     EXPECT_THAT(levels(), ElementsAre("regenerable .m2"));
 }
 
+TEST_F(LinuxHome, ACacheOfAnyProgramThatHoldsUnsavedWorkOrAKeyIsOpened) {
+    for (const std::string kept : {"autosave/belge", "token", "credentials.json"}) {
+        const std::string place = ".cache/hiç-" + kept.substr(0, 3);
+        add(place + "/x", 90);
+        EXPECT_EQ(findingAt(place).level, SafetyLevel::regenerable) << kept;
+        add(place + "/" + kept);
+        EXPECT_EQ(findingAt(place + "/x").level, SafetyLevel::caution) << kept;
+        EXPECT_THAT(levels(), Not(Contains("regenerable " + place))) << kept;
+    }
+}
+
+TEST_F(LinuxHome, ContainersInEachOtherAreNotFollowedWithoutEnd) {
+    const std::vector<Rule> rules =
+        RuleBook::ranked(std::vector<RuleBook::Row>{{.name = "a",
+                                                     .container = ScanContext::application,
+                                                     .level = SafetyLevel::keep,
+                                                     .title = "A",
+                                                     .explanation = "Bir A."}});
+    std::string path = "a";
+    for (int level = 0; level < 100; ++level)
+        path += "/a";
+    add(path + "/x", 400);
+    const std::vector<Finding> found = findingsBy(rules);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_LT(found.front().id.size(), (folders.home + "/" + path).size());
+}
+
 // Order -----------------------------------------------------------------------------------------------------
 
 std::vector<std::string> patterns(const std::vector<Rule>& rules) {
