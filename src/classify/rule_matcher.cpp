@@ -162,7 +162,8 @@ RuleMatcher::NameIndex::Indices RuleMatcher::NameIndex::candidates(std::string_v
     add(ending[static_cast<unsigned char>(folded.back())]);
     if (const auto found = literal.find(folded); found != literal.end())
         add(found->second);
-    std::ranges::sort(result);
+    // Spelled out, so that no instantiation of the system's library is needed.
+    std::ranges::sort(result, [](std::uint32_t one, std::uint32_t other) { return one < other; });
     return result;
 }
 
