@@ -60,7 +60,7 @@ class Sums:
             self.user_right += size if good or level == "none" else 0
             return not good and level != "none"
         self.made += size
-        self.named += size if source == "rule" or good else 0
+        self.named += size if source == "rule" and level not in ("unknown", "none") else 0
         self.right += size if good else 0
         self.unknown += size if level in ("unknown", "none") and not good else 0
         return not good
