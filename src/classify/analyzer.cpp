@@ -260,7 +260,14 @@ public:
 
 private:
     [[nodiscard]] const Rule* match(const Position& place, ScanContext context) const {
-        return matcher_.match(place.path, place.node->isDirectory, context);
+        return matcher_.match(place.path, place.node->isDirectory, context, evidenceIn(place.path));
+    }
+
+    /// What was read of the folder that is being judged; valid until the next one is asked for.
+    [[nodiscard]] FolderEvidence& evidenceIn(const std::string& path) const {
+        if (!evidence_ || evidence_->path() != path)
+            evidence_.emplace(path);
+        return *evidence_;
     }
 
     [[nodiscard]] bool holdsAnotherRoot(const Position& place) const {
@@ -338,7 +345,8 @@ private:
     void visitUnit(const Position& place, const Rule& rule, const State& state) {
         if (place.node->size < analyzer_.unitMinimum)
             return;
-        if (isEasilyDeleted(rule.level) && place.canBeEntered() && matcher_.holdsKept(place.path)) {
+        if (isEasilyDeleted(rule.level) && place.canBeEntered() &&
+            matcher_.holdsKept(evidenceIn(place.path))) {
             Owner owner = ownerAt(place, rule);
             owner.level = SafetyLevel::caution;
             owner.isOpened = true;
@@ -385,7 +393,7 @@ private:
     /// In an application's folder.
     void visitOwned(const Position& place, State state) {
         const bool holdsKept =
-            state.owner->isOpened && place.canBeEntered() && matcher_.holdsKept(place.path);
+            state.owner->isOpened && place.canBeEntered() && matcher_.holdsKept(evidenceIn(place.path));
         const bool mayDrill = place.canBeEntered() && !place.node->children.empty() && state.depth >= 1;
         if (mayDrill && (holdsKept || holdsKnown(place, state.depth))) {
             --state.depth;
@@ -564,15 +572,15 @@ private:
             return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
                    "dosyalar "
                    "da gidebilir.";
-        FolderEvidence inside{place.path};
-        if ((rule == nullptr || !isAbout(*rule, ".git")) && inside.hasEntry(".git"))
+        FolderEvidence& evidence = evidenceIn(place.path);
+        if ((rule == nullptr || !isAbout(*rule, ".git")) && evidence.lists(".git"))
             return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
         static const std::array<std::string, 4> disks = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"};
-        if (inside.holdsOneOf(disks))
+        if (evidence.holdsOneOf(disks))
             return " Ama içinde sanal makine diskleri var: içlerindekiler geri gelmez.";
-        if (inside.hasFolder("cur") && inside.hasFolder("new"))
+        if (evidence.lists("cur") && evidence.hasFolder("cur") && evidence.hasFolder("new"))
             return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
-        if (lowerCased(place.name()).starts_with("build") && inside.hasFile("conf/local.conf"))
+        if (lowerCased(place.name()).starts_with("build") && evidence.hasFile("conf/local.conf"))
             return " Ama içinde elle yazılmış derleme ayarları (`conf/local.conf`) var: onlar geri gelmez.";
         return {};
     }
@@ -598,6 +606,7 @@ private:
     const Analyzer& analyzer_;
     std::vector<std::string> innerRoots_;
     RuleMatcher matcher_;
+    mutable std::optional<FolderEvidence> evidence_;
     mutable std::optional<std::vector<std::string>> mounts_;  ///< read when first needed
     std::vector<Finding> findings_;
     LinkedFindings linked_;

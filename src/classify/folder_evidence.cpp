@@ -6,6 +6,7 @@
 
 #include "core/glob.h"
 #include "core/paths.h"
+#include "platform/ascii.h"
 #include "platform/files.h"
 
 namespace ulvak {
@@ -17,6 +18,11 @@ using platform::Directory;
 constexpr std::size_t maxNames = 1024;
 constexpr std::string_view cacheTag = "CACHEDIR.TAG";
 constexpr std::string_view cacheTagSignature = "Signature: 8a477f597d28d172789f06886806bc55";
+
+std::string lowerCasedAscii(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char c) { return platform::lowerAscii(c); });
+    return text;
+}
 
 std::vector<std::string> firstNames(const Directory& folder) {
     std::vector<std::string> names;
@@ -40,7 +46,8 @@ bool exists(const Directory& folder, const std::string& name) {
 }
 
 /// Looks for what the patterns below `node` name, in at most `budget` folders and names.
-bool keeps(const PatternTree::Node& node, const Directory& folder, std::size_t& budget) {
+bool keeps(const PatternTree::Node& node, const Directory& folder, const std::vector<std::string>& names,
+           std::size_t& budget) {
     const auto isThere = [&](const PatternTree::Node& next, const std::string& name) {
         if (budget == 0)
             return false;
@@ -50,19 +57,22 @@ bool keeps(const PatternTree::Node& node, const Directory& folder, std::size_t& 
         if (!next.keepsBelow)
             return false;
         const auto below = folder.openBelow(name.c_str());
-        return below && keeps(next, *below, budget);
+        return below && keeps(next, *below, firstNames(*below), budget);
     };
-    for (const auto& [key, branch] : node.literal) {
-        const bool leads = branch.node->isKept || branch.node->keepsBelow;
-        if (leads && isThere(*branch.node, branch.component))
-            return true;
-    }
     const auto leads = [](const PatternTree::Branch& branch) {
         return branch.node->isKept || branch.node->keepsBelow;
     };
-    if (std::ranges::none_of(node.wild, leads))
-        return false;
-    const std::vector<std::string> names = firstNames(folder);
+    const auto isNamed = [&](const std::string& name) {
+        const auto found = node.literal.find(lowerCasedAscii(name));
+        return found != node.literal.end() && leads(found->second) && isThere(*found->second.node, name);
+    };
+    if (std::ranges::any_of(names, isNamed))
+        return true;
+    // A listing that was cut off says nothing of the rest.
+    if (names.size() == maxNames && std::ranges::any_of(node.literal, [&](const auto& entry) {
+            return leads(entry.second) && isThere(*entry.second.node, entry.second.component);
+        }))
+        return true;
     return std::ranges::any_of(node.wild, [&](const PatternTree::Branch& branch) {
         return leads(branch) && std::ranges::any_of(names, [&](const std::string& name) {
                    return globMatches(branch.component, name, {.pathname = true, .ignoreCase = true}) &&
@@ -114,11 +124,8 @@ bool FolderEvidence::hasCacheTag() {
                                                       cacheTagSignature.size()) == cacheTagSignature;
 }
 
-/// Listing a folder costs as much as a few lookups.
-bool FolderEvidence::isNamed(const std::string& name) {
-    constexpr int fewLookups = 3;
-    if (!names_ && ++lookups_ <= fewLookups)
-        return hasEntry(name);
+/// Looked up in the listing, which costs as much as a few lookups on the disk.
+bool FolderEvidence::lists(const std::string& name) {
     const bool isListed = std::ranges::find(names(), name) != names().end();
     return isListed || (names().size() == maxNames && hasEntry(name));
 }
@@ -126,9 +133,9 @@ bool FolderEvidence::isNamed(const std::string& name) {
 bool FolderEvidence::holdsOneOf(std::span<const std::string> entries) {
     return std::ranges::any_of(entries, [&](const std::string& entry) {
         if (entry == cacheTag)
-            return hasCacheTag();
+            return lists(entry) && hasCacheTag();
         if (!entry.contains('*'))
-            return isNamed(entry);
+            return lists(entry);
         return std::ranges::any_of(names(),
                                    [&](const std::string& name) { return globMatches(entry, name); });
     });
@@ -138,7 +145,7 @@ bool FolderEvidence::holdsKept(const PatternTree::Node& node) {
     constexpr std::size_t maxLooks = 2000;
     std::size_t budget = maxLooks;
     const Directory* open = folder();
-    return open != nullptr && keeps(node, *open, budget);
+    return open != nullptr && keeps(node, *open, names(), budget);
 }
 
 }  // namespace ulvak

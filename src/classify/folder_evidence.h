@@ -20,8 +20,12 @@ public:
     /// One of these exists: a file name, or a pattern if it contains "*". Case-sensitive.
     [[nodiscard]] bool holdsOneOf(std::span<const std::string> entries);
 
+    [[nodiscard]] const std::string& path() const { return path_; }
+
     /// A file, a folder or a link.
     [[nodiscard]] bool hasEntry(const std::string& name);
+    /// The same, for callers that ask for several.
+    [[nodiscard]] bool lists(const std::string& name);
     [[nodiscard]] bool hasFolder(const std::string& name);
     /// `relativePath` is one or more names joined with "/".
     [[nodiscard]] bool hasFile(const std::string& relativePath);
@@ -35,12 +39,10 @@ public:
 private:
     [[nodiscard]] const platform::Directory* folder();
     [[nodiscard]] const std::vector<std::string>& names();
-    [[nodiscard]] bool isNamed(const std::string& name);
 
     std::string path_;
     std::optional<platform::Directory> folder_;
     std::optional<std::vector<std::string>> names_;
-    int lookups_ = 0;
 };
 
 }  // namespace ulvak

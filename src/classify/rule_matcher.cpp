@@ -215,7 +215,14 @@ RuleMatcher::Question::Question(std::string_view itemPath, bool isFolder, ScanCo
       context(area) {}
 
 const Rule* RuleMatcher::match(std::string_view path, bool isDirectory, ScanContext context) const {
+    FolderEvidence inside{std::string(path)};
+    return match(path, isDirectory, context, inside);
+}
+
+const Rule* RuleMatcher::match(std::string_view path, bool isDirectory, ScanContext context,
+                               FolderEvidence& inside) const {
     Question question(path, isDirectory, context);
+    question.inside = &inside;
     Found found = inOrder(question);
     if (hasRanked_) {
         Found ranked = mostSpecific(question, found);
@@ -268,12 +275,11 @@ std::uint32_t RuleMatcher::linearly(std::string_view path, Area area) const {
 
 /// The first rule before `end` whose name and evidence match.
 std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& index, std::uint32_t end) const {
-    FolderEvidence inside{std::string(question.path)};
     for (const std::uint32_t rule :
          index.candidates(question.folded.empty() ? std::string_view() : question.folded.back())) {
         if (rule >= end)
             break;
-        if (matchesName(rule, question, inside))
+        if (matchesName(rule, question, *question.inside))
             return rule;
     }
     return PatternTree::none;
@@ -281,10 +287,18 @@ std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& inde
 
 namespace {
 
+/// The names are looked up one by one: a folder of many projects is not listed for each of them.
+bool isBeside(const std::string& parent, const std::vector<std::string>& siblings) {
+    FolderEvidence around(parent);
+    return std::ranges::any_of(siblings, [&](const std::string& sibling) {
+        return sibling.contains('*') ? around.holdsOneOf({&sibling, 1}) : around.hasEntry(sibling);
+    });
+}
+
 bool hasSibling(const Rule& rule, const Rule::Name& name, std::string_view path) {
     const std::string parent(Paths::parent(path));
     if (rule.isRanked)
-        return FolderEvidence(parent).holdsOneOf(name.siblings);
+        return isBeside(parent, name.siblings);
     return std::ranges::any_of(name.siblings, [&](const std::string& sibling) {
         if (!sibling.contains('*'))
             return platform::existsIn(parent, sibling);
@@ -456,11 +470,10 @@ bool RuleMatcher::rankedWinsOverName(const Found& ranked, const Found& other) co
 
 // What lies inside -----------------------------------------------------------------------------------------
 
-bool RuleMatcher::holdsKept(std::string_view path) const {
+bool RuleMatcher::holdsKept(FolderEvidence& inside) const {
     if (!hasRanked_)
         return false;
-    const Question question(path, true, ScanContext::normal);
-    FolderEvidence inside{std::string(path)};
+    const Question question(inside.path(), true, ScanContext::normal);
     const Readings all = readings(question);
     return std::ranges::any_of(all.used(), [&](const Reading& reading) {
         if (question.parts.size() < reading.skipped)

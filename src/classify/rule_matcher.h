@@ -35,9 +35,12 @@ public:
 
     /// The rule that applies to the item at `path` (absolute, bytes); null if none does.
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context) const;
+    /// The same; `inside` is the item's, so that what was read is not read again.
+    [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context,
+                                    FolderEvidence& inside) const;
 
-    /// Whether the folder at `path` holds something that a ranked path rule says to keep. Reads the disk.
-    [[nodiscard]] bool holdsKept(std::string_view path) const;
+    /// Whether a folder holds something that a ranked path rule says to keep. Reads the disk.
+    [[nodiscard]] bool holdsKept(FolderEvidence& inside) const;
 
     /// The id of the application whose sandbox holds `path`; empty if none does.
     [[nodiscard]] std::string_view sandboxOf(std::string_view path) const;
@@ -81,6 +84,7 @@ private:
         std::vector<std::string_view> folded;  ///< in `foldedPath`
         bool isDirectory = false;
         ScanContext context = ScanContext::normal;
+        FolderEvidence* inside = nullptr;  ///< null if nobody asks for evidence
     };
     /// Rules by the last component of their names: by all of it, or by a character that it begins or ends
     /// with.
