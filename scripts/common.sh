@@ -64,6 +64,28 @@ run_tests() {
     return "$status"
 }
 
+# What has passed a check, by fingerprint; what was not asked about for a month is forgotten.
+passed=${XDG_CACHE_HOME:-${HOME:-$root/build}/.cache}/ulvak/passed
+
+# fingerprint: of standard input, wherever the checkout is.
+fingerprint() {
+    sed $'s\x01'"$root"$'\x01\x01g' | sha256sum | cut -d ' ' -f 1
+}
+
+# unless_passed FINGERPRINT COMMAND...: the command succeeds as it did with this fingerprint, or is run.
+unless_passed() {
+    local mark=$passed/$1
+    shift
+    if [[ -f $mark ]]; then
+        touch "$mark"
+        return
+    fi
+    "$@" || return
+    mkdir -p "$passed"
+    : >"$mark"
+    find "$passed" -type f -mtime +30 -delete
+}
+
 # source_files PATTERN...: tracked and new, non-ignored files, each NUL-terminated.
 source_files() {
     local file
