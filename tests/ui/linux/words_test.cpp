@@ -42,15 +42,18 @@ protected:
     }
 };
 
-TEST_F(WordsTest, AreThoseOfThisSystemOnEveryPage) {
-    stage.result = {guessed(finding("/v/a", SafetyLevel::caution, 3)),
-                    finding("/v/b", SafetyLevel::unknown, 2), finding("/v/c", SafetyLevel::caution, 1)};
+TEST_F(WordsTest, AreThoseOfThisSystemBeforeAndAfterAScan) {
+    stage.result = {finding("/v/a", SafetyLevel::unknown), finding("/v/b", SafetyLevel::safe)};
     open();
     check("welcome");
     scanAll();
     check("overview");
-    model->setLevel(QStringLiteral("caution"));
-    settle();
+}
+
+TEST_F(WordsTest, AreThoseOfThisSystemInAListAndItsDetails) {
+    stage.result = {guessed(finding("/v/a", SafetyLevel::caution, 3)),
+                    finding("/v/b", SafetyLevel::caution, 2)};
+    openScanned(QStringLiteral("caution"));
     click(row(QStringLiteral("a")));
     check("detail");
     click(row(QStringLiteral("a")), Qt::RightButton);
