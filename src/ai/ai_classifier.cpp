@@ -6,7 +6,7 @@
 
 #include "ai/ai_verdict.h"
 #include "core/text.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak::AIClassifier {
 namespace {
@@ -64,7 +64,7 @@ std::expected<Verdict, ModelError> ask(std::string_view facts, Language language
 }  // namespace
 
 std::string errorDescription(Failure) {
-    return std::string(platform::words().ofModel) +
+    return std::string(words().ofModel) +
            " güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin etiketleyebilirsin.";
 }
 

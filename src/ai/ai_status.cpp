@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "core/text.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 
@@ -16,10 +16,9 @@ AIStatus AIStatus::current(const platform::LanguageModel& model, std::stop_token
     const auto absence = model.absence(std::move(stop));
     if (!absence)
         return {};
-    return {
-        .unavailable = std::string(platform::words().modelAbsence[static_cast<std::size_t>(absence->reason)]),
-        .hint = printable(absence->detail),
-        .isSilent = absence->isSilent};
+    return {.unavailable = std::string(words().modelAbsence[static_cast<std::size_t>(absence->reason)]),
+            .hint = printable(absence->detail),
+            .isSilent = absence->isSilent};
 }
 
 }  // namespace ulvak

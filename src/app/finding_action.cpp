@@ -4,7 +4,7 @@
 #include <array>
 
 #include "core/paths.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -23,10 +23,8 @@ std::optional<Problem> reveal(const AppServices& services, const Finding& findin
 
 std::span<const FindingAction> findingActions() {
     static const std::array actions = {
-        FindingAction{.name = "reveal",
-                      .title = platform::words().showInFileManager,
-                      .symbol = "folder",
-                      .perform = reveal},
+        FindingAction{
+            .name = "reveal", .title = words().showInFileManager, .symbol = "folder", .perform = reveal},
     };
     return actions;
 }

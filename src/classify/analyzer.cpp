@@ -13,7 +13,7 @@
 #include "core/format.h"
 #include "core/largest_first.h"
 #include "core/text.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -139,27 +139,26 @@ Judgement personalJudgement(const Position& place) {
                         .explanation =
                             place.node->isDirectory
                                 ? "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; " +
-                                      std::string(platform::words().inFileManager) +
+                                      std::string(words().inFileManager) +
                                       " açıp neyin gereksiz olduğuna karar ver."
                                 : "Kişisel bir dosya. Artık gerekmiyorsa silebilirsin."},
             .action = {}};
 }
 
 Judgement guessedJudgement(const Position& place, const Heuristics::Guess& guess) {
-    return {
-        .verdict = {.level = guess.level,
-                    .title = replacedAll(guess.title, "{name}", place.name()),
-                    .explanation = "Klasör adına göre tahmin: " + guess.explanation + " Emin olmak için " +
-                                   std::string(platform::words().withModel) + " analiz et.",
-                    .source = VerdictSource::heuristic},
-        .action = {}};
+    return {.verdict = {.level = guess.level,
+                        .title = replacedAll(guess.title, "{name}", place.name()),
+                        .explanation = "Klasör adına göre tahmin: " + guess.explanation +
+                                       " Emin olmak için " + std::string(words().withModel) + " analiz et.",
+                        .source = VerdictSource::heuristic},
+            .action = {}};
 }
 
 Judgement unknownJudgement(const Position& place) {
     return {.verdict = {.level = SafetyLevel::unknown,
                         .title = std::string(place.name()),
                         .explanation = "Bu klasörün ne olduğunu kurallarım bilmiyor. " +
-                                       std::string(platform::words().withModelFirst) +
+                                       std::string(words().withModelFirst) +
                                        " analiz edebilir ya da kendin etiketleyebilirsin."},
             .action = {}};
 }

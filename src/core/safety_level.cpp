@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -16,7 +16,7 @@ const Infos& infos() {
         {SafetyLevel::regenerable, "regenerable", 1, "Yeniden oluşur",      "arrow.triangle.2.circlepath.circle.fill", "teal",   "Önbellek ve derleme çıktıları. Gerekince tekrar indirilir veya oluşturulur."},
         {SafetyLevel::caution,     "caution",     2, "Dikkat",              "exclamationmark.triangle.fill",           "orange", "Silinebilir ama bir bedeli var: ayarlar, emülatörler ya da uzun indirmeler gidebilir."},
         {SafetyLevel::keep,        "keep",        4, "Dokunma",             "hand.raised.fill",                        "red",    "Kişisel dosyaların ya da sistemin ihtiyaç duyduğu veriler."},
-        {SafetyLevel::unknown,     "unknown",     3, "Bilinmiyor",          "questionmark.circle.fill",                "gray",   platform::words().unknownSummary},
+        {SafetyLevel::unknown,     "unknown",     3, "Bilinmiyor",          "questionmark.circle.fill",                "gray",   words().unknownSummary},
     }};
     // clang-format on
     return all;

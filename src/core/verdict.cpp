@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/hash.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -13,7 +13,7 @@ using Infos = std::array<VerdictSourceInfo, allVerdictSources.size()>;
 const Infos& infos() {
     static const Infos all = {{
         {VerdictSource::rule, "rule", "Kural", "book.closed"},
-        {VerdictSource::ai, "ai", platform::words().model, "apple.intelligence"},
+        {VerdictSource::ai, "ai", words().model, "apple.intelligence"},
         {VerdictSource::heuristic, "heuristic", "Tahmin", "wand.and.stars"},
         {VerdictSource::user, "user", "Senin etiketin", "person.fill"},
     }};

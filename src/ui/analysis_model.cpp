@@ -1,6 +1,6 @@
 #include "ui/analysis_model.h"
 
-#include "platform/words.h"
+#include "core/words.h"
 #include "ui/shown.h"
 #include "ui/texts.h"
 
@@ -21,20 +21,20 @@ QString AnalysisModel::hint() const {
 }
 
 QString AnalysisModel::modelName() const {
-    return Texts::fixed(platform::words().model);
+    return Texts::fixed(words().model);
 }
 
 QString AnalysisModel::withModelText() const {
-    return Texts::fixed(platform::words().withModel);
+    return Texts::fixed(words().withModel);
 }
 
 QString AnalysisModel::analyzeText() const {
-    return Texts::fixed(platform::words().withModelOnButton) + QStringLiteral(" Analiz Et");
+    return Texts::fixed(words().withModelOnButton) + QStringLiteral(" Analiz Et");
 }
 
 QString AnalysisModel::warning() const {
     return QStringLiteral("%1 yanılabilir. Önemli olabilecek şeyleri silmeden önce %2 bir göz at.")
-        .arg(modelName(), Texts::fixed(platform::words().inFileManager));
+        .arg(modelName(), Texts::fixed(words().inFileManager));
 }
 
 QString AnalysisModel::uncertainText() const {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "core/checked_add.h"
-#include "platform/words.h"
+#include "core/words.h"
 #include "ui/texts.h"
 
 namespace ulvak {
@@ -107,9 +107,8 @@ QString MultiSelectionModel::cleanText() const {
 }
 
 QString MultiSelectionModel::warning() const {
-    const std::string_view cleaning = deletesForGood()
-                                          ? "Dosyalar çöp kutusuna taşınır, simülatörler silinir."
-                                          : platform::words().cleaningDoes;
+    const std::string_view cleaning =
+        deletesForGood() ? "Dosyalar çöp kutusuna taşınır, simülatörler silinir." : words().cleaningDoes;
     const auto quoted = [](SafetyLevel level) {
         return QStringLiteral("\"%1\"").arg(Texts::fixed(info(level).title));
     };

@@ -6,7 +6,7 @@
 
 #include "ai/ai_verdict.h"
 #include "ai/fake_model.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -137,7 +137,7 @@ TEST(AIClassifier, RefusalOfBothTextsIsTheGuardrailFailure) {
     ASSERT_FALSE(result);
     EXPECT_TRUE(result.error().isGuardrail());
     EXPECT_EQ(result.error().description(),
-              std::string(platform::words().ofModel) +
+              std::string(words().ofModel) +
                   " güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin etiketleyebilirsin.");
     EXPECT_EQ(model.asked().size(), 2U);
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ai/fake_model.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -22,7 +22,7 @@ TEST(AIStatus, EachReasonHasItsSentence) {
     constexpr ModelAbsenceReason reasons[] = {ModelAbsenceReason::deviceNotEligible,
                                               ModelAbsenceReason::notEnabled, ModelAbsenceReason::notReady,
                                               ModelAbsenceReason::other};
-    const auto& sentences = platform::words().modelAbsence;
+    const auto& sentences = words().modelAbsence;
     ASSERT_EQ(std::size(reasons), sentences.size());
     for (std::size_t i = 0; i < sentences.size(); ++i) {
         const ModelAbsenceReason reason = reasons[i];

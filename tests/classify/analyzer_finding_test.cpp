@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "core/format.h"
+#include "core/words.h"
 #include "node.h"
-#include "platform/words.h"
 
 // The contents of a finding.
 
@@ -335,7 +335,7 @@ TEST(DefaultFinding, AGuessIsAllOfTheFindingsFirstVerdict) {
                        .explanation =
                            "Klasör adına göre tahmin: Yapay zeka modelleri olabilir; tekrar indirilebilir "
                            "ama büyük ve zaman alıcı. Emin olmak için " +
-                           std::string(platform::words().withModel) + " analiz et.",
+                           std::string(words().withModel) + " analiz et.",
                        .source = VerdictSource::heuristic}));
     EXPECT_EQ(found.original, currentVerdict(found));
     EXPECT_EQ(found.parentPath, std::nullopt);

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "core/words.h"
 #include "node.h"
-#include "platform/words.h"
 #include "support/temp_tree.h"
 
 // Which nodes become findings, and in what order.
@@ -53,7 +53,7 @@ TEST(Analyzer, AnUnknownFolderBelowItsMinimumYieldsNothing) {
     ASSERT_THAT(ids(found), ElementsAre(home + "/.ayarlar"));
     EXPECT_EQ(found[0].level, SafetyLevel::unknown);
     EXPECT_EQ(found[0].explanation, "Bu klasörün ne olduğunu kurallarım bilmiyor. " +
-                                        std::string(platform::words().withModelFirst) +
+                                        std::string(words().withModelFirst) +
                                         " analiz edebilir ya da kendin etiketleyebilirsin.");
 }
 
@@ -122,7 +122,7 @@ TEST(Analyzer, PersonalFoldersAreKeptAndSaidToBePersonal) {
     ASSERT_THAT(ids(found), ElementsAre(home + "/Belgeler/film.mkv", home + "/Belgeler/Arşiv"));
     EXPECT_EQ(found[0].explanation, "Kişisel bir dosya. Artık gerekmiyorsa silebilirsin.");
     EXPECT_EQ(found[1].explanation, "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; " +
-                                        std::string(platform::words().inFileManager) +
+                                        std::string(words().inFileManager) +
                                         " açıp neyin gereksiz olduğuna karar ver.");
     for (const Finding& finding : found) {
         EXPECT_EQ(finding.level, SafetyLevel::keep);
@@ -246,7 +246,7 @@ TEST(Analyzer, AGuessedFolderBelowItsMinimumYieldsNothing) {
         found[0].explanation,
         "Klasör adına göre tahmin: Adı kayıt, iz ya da geçici dosya olduğunu düşündürüyor; bunlar genelde "
         "silinebilir. Emin olmak için " +
-            std::string(platform::words().withModel) + " analiz et.");
+            std::string(words().withModel) + " analiz et.");
 }
 
 TEST(Analyzer, AGuessedFolderIsNotDrilledInto) {

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/words.h"
+#include "core/words.h"
 #include "support/findings.h"
 
 namespace ulvak {
@@ -165,7 +165,7 @@ TEST(Dump, FilterThatRefusesBothTextsIsTheClassifiersOwnError) {
     const auto refusal = std::unexpected(platform::ModelError{.kind = platform::ModelError::Kind::refusal});
     const ScriptedModel model({refusal, refusal});
     EXPECT_EQ(answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
-              "\nAI: available\n\n• /x: HATA " + std::string(platform::words().ofModel) +
+              "\nAI: available\n\n• /x: HATA " + std::string(words().ofModel) +
                   " güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin etiketleyebilirsin.\n");
 }
 
@@ -173,7 +173,7 @@ TEST(Dump, AbsentModelEndsTheOutputWithItsStatus) {
     ScriptedModel model({});
     model.absent = platform::ModelAbsence{.reason = platform::ModelAbsenceReason::notEnabled, .detail = "x"};
     EXPECT_EQ(answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
-              "\nAI: unavailable(\"" + std::string(platform::words().modelAbsence[1]) + "\")\n");
+              "\nAI: unavailable(\"" + std::string(words().modelAbsence[1]) + "\")\n");
 }
 
 TEST(Dump, WhatCanBeDoneAboutAnAbsentModelIsNoPartOfTheListing) {

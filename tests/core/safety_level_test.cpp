@@ -1,5 +1,5 @@
 #include "core/safety_level.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ TEST(SafetyLevel, ShowsItselfWithTheseTextsAndSymbols) {
         {SafetyLevel::keep, "keep", 4, "Dokunma", "hand.raised.fill", "red",
          "Kişisel dosyaların ya da sistemin ihtiyaç duyduğu veriler."},
         {SafetyLevel::unknown, "unknown", 3, "Bilinmiyor", "questionmark.circle.fill", "gray",
-         platform::words().unknownSummary},
+         words().unknownSummary},
     };
     ASSERT_EQ(std::size(expected), allSafetyLevels.size());
     for (const SafetyLevelInfo& row : expected) {

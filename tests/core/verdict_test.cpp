@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/verdict_json.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -43,7 +43,7 @@ TEST(VerdictSource, AreDeclaredInThisOrder) {
 TEST(VerdictSource, ShowsItselfWithTheseTextsAndSymbols) {
     const VerdictSourceInfo expected[] = {
         {VerdictSource::rule, "rule", "Kural", "book.closed"},
-        {VerdictSource::ai, "ai", platform::words().model, "apple.intelligence"},
+        {VerdictSource::ai, "ai", words().model, "apple.intelligence"},
         {VerdictSource::heuristic, "heuristic", "Tahmin", "wand.and.stars"},
         {VerdictSource::user, "user", "Senin etiketin", "person.fill"},
     };
@@ -65,7 +65,7 @@ TEST(VerdictSource, IsFoundByExactlyItsRawValue) {
 }
 
 TEST(Verdict, BadgeHasThePercentSignBeforeTheConfidenceWithoutABlank) {
-    const std::string model(platform::words().model);
+    const std::string model(words().model);
     EXPECT_EQ(badgeText(withConfidence), model + " %85");
     Verdict verdict = withConfidence;
     verdict.confidence = 0;

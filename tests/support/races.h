@@ -5,9 +5,10 @@
 
 namespace ulvak::test {
 
-/// How many rounds a race runs that usually runs `rounds`: a quarter under a sanitizer, where each takes several
-/// times as long, and N times as many with ULVAK_RACES=N, for a long run by hand. The usual numbers come from
-/// taking the guards out of the removal, one at a time: several races noticed each within 150 rounds.
+/// How many rounds a race runs that usually runs `rounds`: a quarter under a sanitizer, where each takes
+/// several times as long, and N times as many with ULVAK_RACES=N, for a long run by hand. The usual numbers
+/// come from taking the guards out of the removal, one at a time: several races noticed each within 150
+/// rounds.
 [[nodiscard]] inline int raceRounds(int rounds) {
 #ifdef ULVAK_SANITIZED
     rounds /= 4;

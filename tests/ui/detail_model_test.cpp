@@ -1,5 +1,5 @@
 #include "ui/detail_model.h"
-#include "platform/words.h"
+#include "core/words.h"
 
 #include <gtest/gtest.h>
 
@@ -149,7 +149,7 @@ TEST_F(DetailModelTest, BadgesCarryAConfidenceOnlyWhereThereIsOne) {
     EXPECT_TRUE(show(shown).confidenceText().isEmpty());
     shown.source = VerdictSource::ai;
     shown.confidence = 85;
-    EXPECT_EQ(show(shown).badge(), Texts::fixed(platform::words().model) + QStringLiteral(" %85"));
+    EXPECT_EQ(show(shown).badge(), Texts::fixed(words().model) + QStringLiteral(" %85"));
     EXPECT_EQ(show(shown).confidenceText(), QStringLiteral("%85"));
     shown.source = VerdictSource::rule;
     EXPECT_TRUE(show(shown).badge().isEmpty());

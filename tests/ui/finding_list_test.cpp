@@ -3,7 +3,7 @@
 
 #include <QtTest>
 
-#include "platform/words.h"
+#include "core/words.h"
 #include "ui/shown.h"
 #include "ui/staged_window.h"
 #include "ui/texts.h"
@@ -270,7 +270,7 @@ TEST_F(FindingListTest, WhatIsBeingAnalysedSpinsInsteadOfItsBadge) {
                   ->findChild<QQuickItem*>(QStringLiteral("rowBadge"))
                   ->property("badge")
                   .toString(),
-              Texts::fixed(platform::words().model) + QStringLiteral(" %85"));
+              Texts::fixed(words().model) + QStringLiteral(" %85"));
     EXPECT_TRUE(showsText(QStringLiteral("%85")));
 }
 

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/words.h"
+#include "core/words.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -192,7 +192,7 @@ TEST_P(LayoutTest, TheOverviewIsWhole) {
 }
 
 TEST_P(LayoutTest, WithoutAModelTheOverviewIsWhole) {
-    stage.status = AIStatus{.unavailable = std::string(platform::words().modelAbsence[2])};
+    stage.status = AIStatus{.unavailable = std::string(words().modelAbsence[2])};
     openSmall();
     check("welcome");
     scanAll();

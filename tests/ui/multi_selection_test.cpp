@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/words.h"
+#include "core/words.h"
 #include "ui/multi_selection_model.h"
 #include "ui/staged_window.h"
 #include "ui/texts.h"
@@ -64,7 +64,7 @@ TEST_F(MultiSelectionTest, CautiousOnesAreAskedAboutFirst) {
               QStringLiteral("Seçilenler temizlensin mi?"));
     EXPECT_EQ(dialogItem("dialogMessage")->property("text").toString(),
               QStringLiteral("2 öğe \"Dikkat\", \"Bilinmiyor\" ya da \"Dokunma\" olarak etiketli. ") +
-                  Texts::fixed(platform::words().cleaningDoes));
+                  Texts::fixed(words().cleaningDoes));
     EXPECT_EQ(dialogItem("confirm")->property("text").toString(), QStringLiteral("Temizle (2 GB)"));
     click(dialogItem("confirm"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
