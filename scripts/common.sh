@@ -50,7 +50,8 @@ run_tests() {
     local preset=$1 memory=/dev/shm least_kib=$((6 * 1024 * 1024)) disks='TrashPlaces|DeadMounts|EmptyTrash|WholeApp'
     local free tests status=0
     shift
-    tests=(ctest --preset "$preset" --parallel "$(cores)" --no-tests=error)
+    # One more than there are cores: several tests mostly wait.
+    tests=(ctest --preset "$preset" --parallel $(($(cores) + 1)) --no-tests=error)
     free=$(df -k --output=avail "$memory" 2>/dev/null | tail -n 1 || true)
     if (($# > 0 || ${free:-0} < least_kib)); then
         (cd "$root" && "${tests[@]}" "$@")
