@@ -132,17 +132,17 @@ void survive(CleanMode mode, int rounds, const Cleaner::Services& services = Cle
 }
 
 TEST(CleanRaces, RemovingForGoodIsNotLedAstrayByLinks) {
-    survive(CleanMode::permanent, raceRounds(3000));
+    survive(CleanMode::permanent, raceRounds(7500));
 }
 
 TEST(CleanRaces, RemovingForGoodByManyThreadsIsNotLedAstrayByLinks) {
-    survive(CleanMode::permanent, raceRounds(1500), byManyThreads());
+    survive(CleanMode::permanent, raceRounds(2500), byManyThreads());
 }
 
 TEST(CleanRaces, TheTrashLosesNothingToLinks) {
     if (const auto reason = whyNoTrashOfItsOwn())
         GTEST_SKIP() << *reason;
-    survive(CleanMode::trash, raceRounds(1500));
+    survive(CleanMode::trash, raceRounds(2500));
 }
 
 void moveAwayWhileCleaning(const Cleaner::Services& services) {

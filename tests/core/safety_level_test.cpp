@@ -1,5 +1,4 @@
 #include "core/safety_level.h"
-#include "core/words.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +7,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include "core/words.h"
 
 namespace ulvak {
 namespace {

@@ -1,8 +1,8 @@
 #include "ui/detail_model.h"
-#include "core/words.h"
 
 #include <gtest/gtest.h>
 
+#include "core/words.h"
 #include "ui/staged_window.h"
 #include "ui/texts.h"
 

@@ -154,7 +154,7 @@ void unmountBelow(const std::string& folder) {
 
 Outcome cleanWhileSwapping(TempTree& tree, const Plan& plan, CleanMode mode, Swapper& swapper) {
     Outcome outcome;
-    const int rounds = raceRounds(700);
+    const int rounds = raceRounds(1600);
     for (int round = 0; round < rounds; ++round) {
         makeRound(tree, plan);
         const Held item(tree.path("home/round/arena/item"));

@@ -190,7 +190,7 @@ private:
 };
 
 TEST_F(TrashSwaps, ThousandsOfSwapsOfTheItemTakeNothingElse) {
-    const int rounds = test::raceRounds(800);
+    const int rounds = test::raceRounds(2000);
     int taken = 0;
     for (int round = 0; round < rounds; ++round) {
         const std::string name = "a/round" + std::to_string(round);
@@ -228,7 +228,7 @@ TEST_F(TrashSwaps, ThousandsOfSwapsOfTheItemTakeNothingElse) {
 }
 
 TEST_F(TrashSwaps, ThousandsOfSwapsOfTheFolderTakeNothingElse) {
-    const int rounds = test::raceRounds(800);
+    const int rounds = test::raceRounds(2000);
     fs::create_directory_symlink(at("Documents"), at("link"));
     for (int round = 0; round < rounds; ++round) {
         const auto parent = Directory::open(at("a"));
