@@ -35,6 +35,24 @@ function(ulvak_common target)
     target_compile_options(${target} PRIVATE -fsanitize=${ULVAK_SANITIZE} -fno-omit-frame-pointer
       $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(${target} PUBLIC -fsanitize=${ULVAK_SANITIZE})
+    # Each compiler has its own way to tell which sanitizer is on.
+    target_compile_definitions(${target} PRIVATE ULVAK_SANITIZED)
+    if(ULVAK_SANITIZE STREQUAL "thread")
+      target_compile_definitions(${target} PRIVATE ULVAK_THREAD_SANITIZER)
+    endif()
+  endif()
+endfunction()
+
+# ulvak_precompile(<target> <headers>...): on macOS it is untested.
+set(ULVAK_PRECOMPILES ${ULVAK_PRECOMPILE})
+if(APPLE)
+  set(ULVAK_PRECOMPILES OFF)
+endif()
+function(ulvak_precompile target)
+  if(ULVAK_PRECOMPILES)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+    # Otherwise ccache never finds what was compiled with them.
+    target_compile_options(${target} PRIVATE "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
   endif()
 endfunction()
 

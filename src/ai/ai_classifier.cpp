@@ -6,6 +6,7 @@
 
 #include "ai/ai_verdict.h"
 #include "core/text.h"
+#include "core/words.h"
 
 namespace ulvak::AIClassifier {
 namespace {
@@ -62,14 +63,14 @@ std::expected<Verdict, ModelError> ask(std::string_view facts, Language language
 
 }  // namespace
 
-std::string_view errorDescription(Failure) {
-    return "Apple Intelligence'ın güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin "
-           "etiketleyebilirsin.";
+std::string errorDescription(Failure) {
+    return std::string(words().ofModel) +
+           " güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin etiketleyebilirsin.";
 }
 
 std::string Error::description() const {
     if (const auto* failure = std::get_if<Failure>(&value))
-        return std::string(errorDescription(*failure));
+        return errorDescription(*failure);
     return printable(std::get<ModelError>(value).text);
 }
 

@@ -24,7 +24,7 @@ enum class Failure : std::uint8_t {
 };
 
 /// Turkish, ready to show.
-[[nodiscard]] std::string_view errorDescription(Failure failure);
+[[nodiscard]] std::string errorDescription(Failure failure);
 
 /// Either the classifier's own error or the platform's, unchanged. An answer without the requested content is
 /// a platform error.

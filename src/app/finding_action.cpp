@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/paths.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -18,19 +19,20 @@ std::optional<Problem> reveal(const AppServices& services, const Finding& findin
                               "” gösterilemedi: klasörleri açacak bir dosya yöneticisi bulunamadı."};
 }
 
-constexpr std::array actions = {
-    FindingAction{.name = "reveal", .title = "Finder'da Göster", .symbol = "folder", .perform = reveal},
-};
-
 }  // namespace
 
 std::span<const FindingAction> findingActions() {
+    static const std::array actions = {
+        FindingAction{
+            .name = "reveal", .title = words().showInFileManager, .symbol = "folder", .perform = reveal},
+    };
     return actions;
 }
 
 const FindingAction* findingAction(std::string_view name) {
-    const auto* const found = std::ranges::find(actions, name, &FindingAction::name);
-    return found == actions.end() ? nullptr : found;
+    const auto actions = findingActions();
+    const auto found = std::ranges::find(actions, name, &FindingAction::name);
+    return found == actions.end() ? nullptr : &*found;
 }
 
 }  // namespace ulvak

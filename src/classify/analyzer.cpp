@@ -15,6 +15,7 @@
 #include "core/format.h"
 #include "core/largest_first.h"
 #include "core/text.h"
+#include "core/words.h"
 #include "platform/volume.h"
 
 namespace ulvak {
@@ -156,8 +157,9 @@ Judgement personalJudgement(const Position& place) {
                         .title = std::string(place.name()),
                         .explanation =
                             place.node->isDirectory
-                                ? "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; "
-                                  "Finder'da açıp neyin gereksiz olduğuna karar ver."
+                                ? "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; " +
+                                      std::string(words().inFileManager) +
+                                      " açıp neyin gereksiz olduğuna karar ver."
                                 : "Kişisel bir dosya. Artık gerekmiyorsa silebilirsin."},
             .action = {}};
 }
@@ -166,7 +168,7 @@ Judgement guessedJudgement(const Position& place, const Heuristics::Guess& guess
     return {.verdict = {.level = guess.level,
                         .title = replacedAll(guess.title, "{name}", place.name()),
                         .explanation = "Klasör adına göre tahmin: " + guess.explanation +
-                                       " Emin olmak için Apple Intelligence ile analiz et.",
+                                       " Emin olmak için " + std::string(words().withModel) + " analiz et.",
                         .source = VerdictSource::heuristic},
             .action = {}};
 }
@@ -174,9 +176,9 @@ Judgement guessedJudgement(const Position& place, const Heuristics::Guess& guess
 Judgement unknownJudgement(const Position& place) {
     return {.verdict = {.level = SafetyLevel::unknown,
                         .title = std::string(place.name()),
-                        .explanation =
-                            "Bu klasörün ne olduğunu kurallarım bilmiyor. Apple Intelligence ile analiz "
-                            "edebilir ya da kendin etiketleyebilirsin."},
+                        .explanation = "Bu klasörün ne olduğunu kurallarım bilmiyor. " +
+                                       std::string(words().withModelFirst) +
+                                       " analiz edebilir ya da kendin etiketleyebilirsin."},
             .action = {}};
 }
 

@@ -3,26 +3,32 @@
 #include <algorithm>
 
 #include "core/hash.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
 
-constexpr std::array<VerdictSourceInfo, allVerdictSources.size()> infos = {{
-    {VerdictSource::rule, "rule", "Kural", "book.closed"},
-    {VerdictSource::ai, "ai", "Apple Intelligence", "apple.intelligence"},
-    {VerdictSource::heuristic, "heuristic", "Tahmin", "wand.and.stars"},
-    {VerdictSource::user, "user", "Senin etiketin", "person.fill"},
-}};
+using Infos = std::array<VerdictSourceInfo, allVerdictSources.size()>;
+
+const Infos& infos() {
+    static const Infos all = {{
+        {VerdictSource::rule, "rule", "Kural", "book.closed"},
+        {VerdictSource::ai, "ai", words().model, "apple.intelligence"},
+        {VerdictSource::heuristic, "heuristic", "Tahmin", "wand.and.stars"},
+        {VerdictSource::user, "user", "Senin etiketin", "person.fill"},
+    }};
+    return all;
+}
 
 }  // namespace
 
 const VerdictSourceInfo& info(VerdictSource source) {
-    return infos[static_cast<std::size_t>(source)];
+    return infos()[static_cast<std::size_t>(source)];
 }
 
 std::optional<VerdictSource> verdictSource(std::string_view rawValue) {
-    const auto found = std::ranges::find(infos, rawValue, &VerdictSourceInfo::rawValue);
-    return found == infos.end() ? std::nullopt : std::optional(found->source);
+    const auto found = std::ranges::find(infos(), rawValue, &VerdictSourceInfo::rawValue);
+    return found == infos().end() ? std::nullopt : std::optional(found->source);
 }
 
 std::string badgeText(const Verdict& verdict) {

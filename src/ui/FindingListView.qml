@@ -67,7 +67,7 @@ Item {
                 }
                 ToolTip {
                     visible: analyze.hovered
-                    text: "Bilinmeyen ve tahmin edilen klasörleri Apple Intelligence ile analiz et"
+                    text: "Bilinmeyen ve tahmin edilen klasörleri " + root.app.analysis.withModelText + " analiz et"
                 }
             }
         }

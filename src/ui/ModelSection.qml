@@ -23,7 +23,7 @@ Rectangle {
     border.color: activeFocus ? Theme.accent : Theme.faint(Theme.purple, 0.2)
 
     Accessible.role: Accessible.Grouping
-    Accessible.name: "Apple Intelligence"
+    Accessible.name: root.analysis.modelName
 
     ColumnLayout {
         id: column
@@ -41,7 +41,7 @@ Rectangle {
                 Layout.alignment: Qt.AlignTop
             }
             Text {
-                text: "Apple Intelligence"
+                text: root.analysis.modelName
                 color: Theme.text
                 font.pixelSize: Theme.body
                 font.weight: Font.DemiBold
@@ -52,7 +52,7 @@ Rectangle {
         PlainText {
             objectName: "sectionText"
             text: root.analysis.isAvailable
-                  ? "Apple Intelligence bu klasörün içeriğine, dosya türlerine, tarihlerine ve hangi uygulamaya ait olduğuna bakıp bir yorum yapar. Her şey cihazında işlenir."
+                  ? root.analysis.modelName + " bu klasörün içeriğine, dosya türlerine, tarihlerine ve hangi uygulamaya ait olduğuna bakıp bir yorum yapar. Her şey cihazında işlenir."
                   : root.analysis.message
             color: Theme.secondary
             font.pixelSize: Theme.caption
@@ -106,7 +106,7 @@ Rectangle {
         PlainText {
             objectName: "modelWarning"
             visible: root.analysis.isAvailable && root.detail.showsModelWarning
-            text: "Apple Intelligence yanılabilir. Önemli olabilecek şeyleri silmeden önce Finder'da bir göz at."
+            text: root.analysis.warning
             color: Theme.secondary
             font.pixelSize: Theme.caption
             wrapMode: Text.Wrap

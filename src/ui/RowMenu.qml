@@ -45,7 +45,7 @@ Menu {
     MenuItem {
         objectName: "analyze"
         visible: root.app.analysis.isAvailable
-        text: "Apple Intelligence ile Analiz Et"
+        text: root.app.analysis.analyzeText
         onTriggered: root.app.analysis.analyze(root.findingId, "")
     }
     LevelMenu {

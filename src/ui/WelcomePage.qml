@@ -29,7 +29,7 @@ ColumnLayout {
         Accessible.role: Accessible.Heading
     }
     PlainText {
-        text: "Ulvak; ev klasörünü, uygulama verilerini, geçici dosyaları ve geliştirici araçlarının bıraktıklarını tarar. Her şeyi silinirse ne olacağına göre etiketler. Tanımadığı klasörleri Apple Intelligence ile senin için yorumlar."
+        text: "Ulvak; ev klasörünü, uygulama verilerini, geçici dosyaları ve geliştirici araçlarının bıraktıklarını tarar. Her şeyi silinirse ne olacağına göre etiketler. Tanımadığı klasörleri " + root.analysis.withModelText + " senin için yorumlar."
         color: Theme.secondary
         wrapMode: Text.Wrap
         lineHeight: 1.25

@@ -1,6 +1,8 @@
 #include "ui/analysis_model.h"
 
+#include "core/words.h"
 #include "ui/shown.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 
@@ -18,13 +20,30 @@ QString AnalysisModel::hint() const {
     return isAvailable() ? QString() : shown(app_.aiStatus().hint);
 }
 
+QString AnalysisModel::modelName() const {
+    return Texts::fixed(words().model);
+}
+
+QString AnalysisModel::withModelText() const {
+    return Texts::fixed(words().withModel);
+}
+
+QString AnalysisModel::analyzeText() const {
+    return Texts::fixed(words().withModelOnButton) + QStringLiteral(" Analiz Et");
+}
+
+QString AnalysisModel::warning() const {
+    return QStringLiteral("%1 yanılabilir. Önemli olabilecek şeyleri silmeden önce %2 bir göz at.")
+        .arg(modelName(), Texts::fixed(words().inFileManager));
+}
+
 QString AnalysisModel::uncertainText() const {
     const std::int64_t count = app_.batchCount();
     return count < 1 ? QString()
-                     : QString::number(count) +
-                           QStringLiteral(
-                               " klasör bilinmiyor ya da adından tahmin edildi. Apple Intelligence "
-                               "içeriklerine bakıp yorumlayabilir.");
+                     : QStringLiteral(
+                           "%1 klasör bilinmiyor ya da adından tahmin edildi. %2 içeriklerine bakıp "
+                           "yorumlayabilir.")
+                           .arg(QString::number(count), modelName());
 }
 
 double AnalysisModel::batchFraction() const {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/checked_add.h"
+#include "core/words.h"
 #include "ui/texts.h"
 
 namespace ulvak {
@@ -106,14 +107,15 @@ QString MultiSelectionModel::cleanText() const {
 }
 
 QString MultiSelectionModel::warning() const {
+    const std::string_view cleaning =
+        deletesForGood() ? "Dosyalar çöp kutusuna taşınır, simülatörler silinir." : words().cleaningDoes;
     const auto quoted = [](SafetyLevel level) {
         return QStringLiteral("\"%1\"").arg(Texts::fixed(info(level).title));
     };
-    return QStringLiteral(
-               "%1 öğe %2, %3 ya da %4 olarak etiketli. Dosyalar çöp kutusuna taşınır, simülatörler "
-               "silinir.")
+    return QStringLiteral("%1 öğe %2, %3 ya da %4 olarak etiketli. %5")
         .arg(sums_.risky)
-        .arg(quoted(SafetyLevel::caution), quoted(SafetyLevel::unknown), quoted(SafetyLevel::keep));
+        .arg(quoted(SafetyLevel::caution), quoted(SafetyLevel::unknown), quoted(SafetyLevel::keep),
+             Texts::fixed(cleaning));
 }
 
 }  // namespace ulvak

@@ -6,6 +6,7 @@
 
 #include "ai/ai_verdict.h"
 #include "ai/fake_model.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -136,8 +137,8 @@ TEST(AIClassifier, RefusalOfBothTextsIsTheGuardrailFailure) {
     ASSERT_FALSE(result);
     EXPECT_TRUE(result.error().isGuardrail());
     EXPECT_EQ(result.error().description(),
-              "Apple Intelligence'ın güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin "
-              "etiketleyebilirsin.");
+              std::string(words().ofModel) +
+                  " güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin etiketleyebilirsin.");
     EXPECT_EQ(model.asked().size(), 2U);
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ai/fake_model.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -18,23 +19,18 @@ TEST(AIStatus, IsAvailableWhenTheModelIs) {
 }
 
 TEST(AIStatus, EachReasonHasItsSentence) {
-    struct Row {
-        ModelAbsenceReason reason;
-        const char* sentence;
-    };
-    constexpr Row rows[] = {
-        {ModelAbsenceReason::deviceNotEligible, "Bu Mac Apple Intelligence'ı desteklemiyor."},
-        {ModelAbsenceReason::notEnabled,
-         "Apple Intelligence kapalı. Sistem Ayarları > Apple Intelligence ve Siri'den açabilirsin."},
-        {ModelAbsenceReason::notReady,
-         "Apple Intelligence modeli henüz hazır değil (indiriliyor olabilir). Biraz sonra tekrar dene."},
-        {ModelAbsenceReason::other, "Apple Intelligence şu an kullanılamıyor."},
-    };
-    for (const auto& [reason, sentence] : rows) {
+    constexpr ModelAbsenceReason reasons[] = {ModelAbsenceReason::deviceNotEligible,
+                                              ModelAbsenceReason::notEnabled, ModelAbsenceReason::notReady,
+                                              ModelAbsenceReason::other};
+    const auto& sentences = words().modelAbsence;
+    ASSERT_EQ(std::size(reasons), sentences.size());
+    for (std::size_t i = 0; i < sentences.size(); ++i) {
+        const ModelAbsenceReason reason = reasons[i];
+        const std::string sentence(sentences[i]);
         const AIStatus status = AIStatus::current(FakeModel(ModelAbsence{.reason = reason, .detail = "x"}));
         EXPECT_FALSE(status.isAvailable());
         EXPECT_EQ(status.unavailable, sentence);
-        EXPECT_EQ(status.plainText(), std::string("unavailable(\"") + sentence + "\")");
+        EXPECT_EQ(status.plainText(), "unavailable(\"" + sentence + "\")");
     }
 }
 

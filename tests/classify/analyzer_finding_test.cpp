@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/format.h"
+#include "core/words.h"
 #include "node.h"
 
 // The contents of a finding.
@@ -333,7 +334,8 @@ TEST(DefaultFinding, AGuessIsAllOfTheFindingsFirstVerdict) {
                        .title = "models (modeller)",
                        .explanation =
                            "Klasör adına göre tahmin: Yapay zeka modelleri olabilir; tekrar indirilebilir "
-                           "ama büyük ve zaman alıcı. Emin olmak için Apple Intelligence ile analiz et.",
+                           "ama büyük ve zaman alıcı. Emin olmak için " +
+                           std::string(words().withModel) + " analiz et.",
                        .source = VerdictSource::heuristic}));
     EXPECT_EQ(found.original, currentVerdict(found));
     EXPECT_EQ(found.parentPath, std::nullopt);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/words.h"
 #include "node.h"
 #include "support/temp_tree.h"
 
@@ -51,10 +52,9 @@ TEST(Analyzer, AnUnknownFolderBelowItsMinimumYieldsNothing) {
     const auto found = findings(homeWith({dir(".ayarlar", defaultMinimum)}));
     ASSERT_THAT(ids(found), ElementsAre(home + "/.ayarlar"));
     EXPECT_EQ(found[0].level, SafetyLevel::unknown);
-    EXPECT_EQ(
-        found[0].explanation,
-        "Bu klasörün ne olduğunu kurallarım bilmiyor. Apple Intelligence ile analiz edebilir ya da kendin "
-        "etiketleyebilirsin.");
+    EXPECT_EQ(found[0].explanation, "Bu klasörün ne olduğunu kurallarım bilmiyor. " +
+                                        std::string(words().withModelFirst) +
+                                        " analiz edebilir ya da kendin etiketleyebilirsin.");
 }
 
 TEST(Analyzer, AnUnknownFileIsReportedToo) {
@@ -121,10 +121,9 @@ TEST(Analyzer, PersonalFoldersAreKeptAndSaidToBePersonal) {
         findings(homeWith({dir("Belgeler", {dir("Arşiv", gigabyte), fileNode("film.mkv", 2 * gigabyte)})}));
     ASSERT_THAT(ids(found), ElementsAre(home + "/Belgeler/film.mkv", home + "/Belgeler/Arşiv"));
     EXPECT_EQ(found[0].explanation, "Kişisel bir dosya. Artık gerekmiyorsa silebilirsin.");
-    EXPECT_EQ(
-        found[1].explanation,
-        "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; Finder'da açıp neyin gereksiz "
-        "olduğuna karar ver.");
+    EXPECT_EQ(found[1].explanation, "Kişisel klasörlerinden biri. İçinde ne olduğunu en iyi sen bilirsin; " +
+                                        std::string(words().inFileManager) +
+                                        " açıp neyin gereksiz olduğuna karar ver.");
     for (const Finding& finding : found) {
         EXPECT_EQ(finding.level, SafetyLevel::keep);
         EXPECT_EQ(finding.source, VerdictSource::rule);
@@ -246,7 +245,8 @@ TEST(Analyzer, AGuessedFolderBelowItsMinimumYieldsNothing) {
     EXPECT_EQ(
         found[0].explanation,
         "Klasör adına göre tahmin: Adı kayıt, iz ya da geçici dosya olduğunu düşündürüyor; bunlar genelde "
-        "silinebilir. Emin olmak için Apple Intelligence ile analiz et.");
+        "silinebilir. Emin olmak için " +
+            std::string(words().withModel) + " analiz et.");
 }
 
 TEST(Analyzer, AGuessedFolderIsNotDrilledInto) {

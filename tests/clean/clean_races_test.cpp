@@ -9,6 +9,7 @@
 
 #include "clean_support.h"
 #include "platform/posix/removal_calls.h"
+#include "support/races.h"
 #include "swapper.h"
 
 // Folders are swapped for links to a folder of canaries while they are being cleaned. Following such a link
@@ -19,12 +20,6 @@ namespace {
 
 using namespace test;
 namespace fs = std::filesystem;
-
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr int share = 5;  // a fifth of the rounds, because each takes many times as long
-#else
-constexpr int share = 1;
-#endif
 
 /// On slow machines, fewer rounds are run so that the test does not time out.
 constexpr auto longEnough = std::chrono::minutes(10);
@@ -137,21 +132,21 @@ void survive(CleanMode mode, int rounds, const Cleaner::Services& services = Cle
 }
 
 TEST(CleanRaces, RemovingForGoodIsNotLedAstrayByLinks) {
-    survive(CleanMode::permanent, 7500 / share);
+    survive(CleanMode::permanent, raceRounds(7500));
 }
 
 TEST(CleanRaces, RemovingForGoodByManyThreadsIsNotLedAstrayByLinks) {
-    survive(CleanMode::permanent, 2500 / share, byManyThreads());
+    survive(CleanMode::permanent, raceRounds(2500), byManyThreads());
 }
 
 TEST(CleanRaces, TheTrashLosesNothingToLinks) {
     if (const auto reason = whyNoTrashOfItsOwn())
         GTEST_SKIP() << *reason;
-    survive(CleanMode::trash, 2500 / share);
+    survive(CleanMode::trash, raceRounds(2500));
 }
 
 void moveAwayWhileCleaning(const Cleaner::Services& services) {
-    constexpr int rounds = 100 / share;
+    const int rounds = raceRounds(100);
     TempTree tree({folder("home"), folder("tmp"), folder("canaries", {textFile("canary", "alive")})});
     inHome(tree, [&] {
         rlimit usual{};

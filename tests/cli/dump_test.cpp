@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/words.h"
 #include "support/findings.h"
 
 namespace ulvak {
@@ -164,18 +165,15 @@ TEST(Dump, FilterThatRefusesBothTextsIsTheClassifiersOwnError) {
     const auto refusal = std::unexpected(platform::ModelError{.kind = platform::ModelError::Kind::refusal});
     const ScriptedModel model({refusal, refusal});
     EXPECT_EQ(answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
-              "\nAI: available\n\n• /x: HATA Apple Intelligence'ın güvenlik filtresi bu klasörü yorumlamayı "
-              "reddetti. "
-              "Kendin etiketleyebilirsin.\n");
+              "\nAI: available\n\n• /x: HATA " + std::string(words().ofModel) +
+                  " güvenlik filtresi bu klasörü yorumlamayı reddetti. Kendin etiketleyebilirsin.\n");
 }
 
 TEST(Dump, AbsentModelEndsTheOutputWithItsStatus) {
     ScriptedModel model({});
     model.absent = platform::ModelAbsence{.reason = platform::ModelAbsenceReason::notEnabled, .detail = "x"};
-    EXPECT_EQ(
-        answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
-        "\nAI: unavailable(\"Apple Intelligence kapalı. Sistem Ayarları > Apple Intelligence ve Siri'den "
-        "açabilirsin.\")\n");
+    EXPECT_EQ(answers({finding(SafetyLevel::unknown, 1'000'000, "x", "/x")}, model),
+              "\nAI: unavailable(\"" + std::string(words().modelAbsence[1]) + "\")\n");
 }
 
 TEST(Dump, WhatCanBeDoneAboutAnAbsentModelIsNoPartOfTheListing) {

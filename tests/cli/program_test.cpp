@@ -143,7 +143,7 @@ TEST_F(Program, HostileNamesStayOneLineEach) {
     EXPECT_EQ(std::ranges::count(result.output, '\n'), 2 + 5 + 5 + 3);
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef ULVAK_SANITIZED
 // The sanitizers reserve more memory than any limit allows.
 TEST_F(Program, WithoutEnoughMemoryItSaysSoAndEnds) {
     const std::string deep(200, 'n');
@@ -185,7 +185,7 @@ TEST_F(Program, DumpChangesNothing) {
     auto before = state(tree.path());
     EXPECT_EQ(shell("cd \"$HOME\" && ulvak --dump --ai").status, 0);
     auto after = state(tree.path());
-#ifdef __SANITIZE_THREAD__
+#ifdef ULVAK_THREAD_SANITIZER
     // It creates a temporary file at startup and removes it again.
     before.erase(tree.path("gecici/T"));
     after.erase(tree.path("gecici/T"));

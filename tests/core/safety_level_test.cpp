@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "core/words.h"
+
 namespace ulvak {
 namespace {
 
@@ -30,7 +32,7 @@ TEST(SafetyLevel, ShowsItselfWithTheseTextsAndSymbols) {
         {SafetyLevel::keep, "keep", 4, "Dokunma", "hand.raised.fill", "red",
          "Kişisel dosyaların ya da sistemin ihtiyaç duyduğu veriler."},
         {SafetyLevel::unknown, "unknown", 3, "Bilinmiyor", "questionmark.circle.fill", "gray",
-         "Ne olduğu belli değil. Apple Intelligence ile analiz edebilirsin."},
+         words().unknownSummary},
     };
     ASSERT_EQ(std::size(expected), allSafetyLevels.size());
     for (const SafetyLevelInfo& row : expected) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/verdict_json.h"
+#include "core/words.h"
 
 namespace ulvak {
 namespace {
@@ -42,7 +43,7 @@ TEST(VerdictSource, AreDeclaredInThisOrder) {
 TEST(VerdictSource, ShowsItselfWithTheseTextsAndSymbols) {
     const VerdictSourceInfo expected[] = {
         {VerdictSource::rule, "rule", "Kural", "book.closed"},
-        {VerdictSource::ai, "ai", "Apple Intelligence", "apple.intelligence"},
+        {VerdictSource::ai, "ai", words().model, "apple.intelligence"},
         {VerdictSource::heuristic, "heuristic", "Tahmin", "wand.and.stars"},
         {VerdictSource::user, "user", "Senin etiketin", "person.fill"},
     };
@@ -64,12 +65,13 @@ TEST(VerdictSource, IsFoundByExactlyItsRawValue) {
 }
 
 TEST(Verdict, BadgeHasThePercentSignBeforeTheConfidenceWithoutABlank) {
-    EXPECT_EQ(badgeText(withConfidence), "Apple Intelligence %85");
+    const std::string model(words().model);
+    EXPECT_EQ(badgeText(withConfidence), model + " %85");
     Verdict verdict = withConfidence;
     verdict.confidence = 0;
-    EXPECT_EQ(badgeText(verdict), "Apple Intelligence %0");
+    EXPECT_EQ(badgeText(verdict), model + " %0");
     verdict.confidence = 100;
-    EXPECT_EQ(badgeText(verdict), "Apple Intelligence %100");
+    EXPECT_EQ(badgeText(verdict), model + " %100");
 }
 
 TEST(Verdict, BadgeWithoutConfidenceIsTheLabel) {

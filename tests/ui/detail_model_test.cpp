@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/words.h"
 #include "ui/staged_window.h"
 #include "ui/texts.h"
 
@@ -148,7 +149,7 @@ TEST_F(DetailModelTest, BadgesCarryAConfidenceOnlyWhereThereIsOne) {
     EXPECT_TRUE(show(shown).confidenceText().isEmpty());
     shown.source = VerdictSource::ai;
     shown.confidence = 85;
-    EXPECT_EQ(show(shown).badge(), QStringLiteral("Apple Intelligence %85"));
+    EXPECT_EQ(show(shown).badge(), Texts::fixed(words().model) + QStringLiteral(" %85"));
     EXPECT_EQ(show(shown).confidenceText(), QStringLiteral("%85"));
     shown.source = VerdictSource::rule;
     EXPECT_TRUE(show(shown).badge().isEmpty());

@@ -3,8 +3,10 @@
 
 #include <QtTest>
 
+#include "core/words.h"
 #include "ui/shown.h"
 #include "ui/staged_window.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {
@@ -268,7 +270,7 @@ TEST_F(FindingListTest, WhatIsBeingAnalysedSpinsInsteadOfItsBadge) {
                   ->findChild<QQuickItem*>(QStringLiteral("rowBadge"))
                   ->property("badge")
                   .toString(),
-              QStringLiteral("Apple Intelligence %85"));
+              Texts::fixed(words().model) + QStringLiteral(" %85"));
     EXPECT_TRUE(showsText(QStringLiteral("%85")));
 }
 

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/words.h"
 #include "ui/staged_window.h"
 
 namespace ulvak {
@@ -191,9 +192,7 @@ TEST_P(LayoutTest, TheOverviewIsWhole) {
 }
 
 TEST_P(LayoutTest, WithoutAModelTheOverviewIsWhole) {
-    stage.status = AIStatus{
-        .unavailable =
-            "Apple Intelligence modeli henüz hazır değil (indiriliyor olabilir). Biraz sonra tekrar dene."};
+    stage.status = AIStatus{.unavailable = std::string(words().modelAbsence[2])};
     openSmall();
     check("welcome");
     scanAll();

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/words.h"
 #include "ui/multi_selection_model.h"
 #include "ui/staged_window.h"
+#include "ui/texts.h"
 
 namespace ulvak {
 namespace {
@@ -60,10 +62,9 @@ TEST_F(MultiSelectionTest, CautiousOnesAreAskedAboutFirst) {
     EXPECT_EQ(stage.count("clean"), 0);
     EXPECT_EQ(dialogItem("dialogTitle")->property("text").toString(),
               QStringLiteral("Seçilenler temizlensin mi?"));
-    EXPECT_EQ(
-        dialogItem("dialogMessage")->property("text").toString(),
-        QStringLiteral("2 öğe \"Dikkat\", \"Bilinmiyor\" ya da \"Dokunma\" olarak etiketli. Dosyalar çöp "
-                       "kutusuna taşınır, simülatörler silinir."));
+    EXPECT_EQ(dialogItem("dialogMessage")->property("text").toString(),
+              QStringLiteral("2 öğe \"Dikkat\", \"Bilinmiyor\" ya da \"Dokunma\" olarak etiketli. ") +
+                  Texts::fixed(words().cleaningDoes));
     EXPECT_EQ(dialogItem("confirm")->property("text").toString(), QStringLiteral("Temizle (2 GB)"));
     click(dialogItem("confirm"));
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
@@ -177,6 +178,13 @@ TEST_F(MultiSelectionTest, WhileOneIsBeingCleanedTheButtonWaits) {
     stage.cleanGate.open();
     ASSERT_TRUE(waitUntil([&] { return rowCount() == 0; }));
     EXPECT_EQ(stage.count("clean"), 2);
+}
+
+TEST_F(MultiSelectionTest, TheQuestionSpeaksOfSimulatorsThatAreSelected) {
+    const MultiSelectionModel& several =
+        modelOf({simulator(finding("/v/a", SafetyLevel::caution)), finding("/v/b", SafetyLevel::caution)});
+    EXPECT_TRUE(
+        several.warning().endsWith(QStringLiteral(" Dosyalar çöp kutusuna taşınır, simülatörler silinir.")));
 }
 
 TEST_F(MultiSelectionTest, SimulatorsAreCleanedWithTheOthers) {

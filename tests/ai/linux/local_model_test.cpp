@@ -85,7 +85,7 @@ TEST(LocalModel, ServerThatIsLoadingItsModelIsNotReady) {
     });
     EXPECT_EQ(reasonOf(named(healthOnly)), Reason::notReady);
     EXPECT_EQ(AIStatus::current(named(healthOnly)).unavailable,
-              "Apple Intelligence modeli henüz hazır değil (indiriliyor olabilir). Biraz sonra tekrar dene.");
+              "Dil modeli henüz hazır değil (yükleniyor olabilir). Biraz sonra tekrar dene.");
 }
 
 TEST(LocalModel, UnavailableServerThatSaysNothingOfLoadingIsAnyOtherReason) {
@@ -117,7 +117,7 @@ TEST(LocalModel, RefusedAddressIsDeviceNotEligible) {
     const LocalModel model({.url = "http://192.0.2.1:8080"});
     EXPECT_EQ(reasonOf(model), Reason::deviceNotEligible);
     const AIStatus status = AIStatus::current(model);
-    EXPECT_EQ(status.plainText(), "unavailable(\"Bu Mac Apple Intelligence'ı desteklemiyor.\")");
+    EXPECT_EQ(status.plainText(), "unavailable(\"Bu bilgisayardaki dil modeli kullanılamıyor.\")");
     EXPECT_TRUE(status.hint.contains("ULVAK_MODEL_URL kabul edilmedi (http://192.0.2.1:8080)"));
 }
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <filesystem>
@@ -19,6 +18,7 @@
 #include "clean/swapper.h"
 #include "platform/posix/removal_calls.h"
 #include "platform/volume.h"
+#include "support/races.h"
 
 // While a finding's items are removed one by one, the name of a later item, or of a folder containing it, is
 // given to something else. Anything that was not judged must survive, wherever it ends up, and a result of
@@ -29,14 +29,6 @@ namespace {
 
 using namespace test;
 namespace fs = std::filesystem;
-
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr int rounds = 400;
-#else
-constexpr int rounds = 2200;
-#endif
-/// On a stalled machine, fewer rounds are run.
-constexpr auto longEnough = std::chrono::seconds(15);
 
 /// Keeps an entry open, to recognise it wherever it is moved.
 class Held {
@@ -162,8 +154,8 @@ void unmountBelow(const std::string& folder) {
 
 Outcome cleanWhileSwapping(TempTree& tree, const Plan& plan, CleanMode mode, Swapper& swapper) {
     Outcome outcome;
-    const auto start = std::chrono::steady_clock::now();
-    for (int round = 0; round < rounds && std::chrono::steady_clock::now() - start < longEnough; ++round) {
+    const int rounds = raceRounds(1600);
+    for (int round = 0; round < rounds; ++round) {
         makeRound(tree, plan);
         const Held item(tree.path("home/round/arena/item"));
         const Held bait(tree.path("home/" + plan.bait));

@@ -125,7 +125,7 @@ protected:
                                   {"ULVAK_MODEL_URL", "http://127.0.0.1:9"}};
 };
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && !defined(ULVAK_COVERAGE)
+#if !defined(ULVAK_SANITIZED) && !defined(ULVAK_COVERAGE)
 // Not with sanitizers or coverage, which make such calls themselves.
 TEST_F(DumpCalls, ChangeNothingAnywhere) {
     EXPECT_EQ(statusWithoutChanges({ULVAK_PROGRAM, "--dump"}), 0);

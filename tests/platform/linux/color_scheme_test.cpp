@@ -37,7 +37,7 @@ public:
 class ColorSchemeTest : public testing::TestWithParam<StandInPortal::Age> {
 protected:
     void SetUp() override {
-#ifdef __SANITIZE_THREAD__
+#ifdef ULVAK_THREAD_SANITIZER
         GTEST_SKIP() << "the bus's library hands things from thread to thread unseen";
 #endif
     }

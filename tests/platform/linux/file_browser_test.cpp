@@ -78,7 +78,7 @@ void withFileBrowser(const std::function<void(const NotingFileBrowser&)>& body) 
 class FileBrowser : public testing::Test {
 protected:
     void SetUp() override {
-#ifdef __SANITIZE_THREAD__
+#ifdef ULVAK_THREAD_SANITIZER
         GTEST_SKIP() << "the bus's library hands things from thread to thread unseen";
 #endif
     }

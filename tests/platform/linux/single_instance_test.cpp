@@ -38,7 +38,7 @@ void withBus(const std::function<void()>& body) {
 class OneInstance : public testing::Test {
 protected:
     void SetUp() override {
-#ifdef __SANITIZE_THREAD__
+#ifdef ULVAK_THREAD_SANITIZER
         GTEST_SKIP() << "the bus's library hands things from thread to thread unseen";
 #endif
     }

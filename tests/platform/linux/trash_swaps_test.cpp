@@ -15,6 +15,7 @@
 
 #include "platform/linux/trash_note.h"
 #include "platform/linux/trash_world.h"
+#include "support/races.h"
 #include "support/system.h"
 
 // The item, or the folder containing it, is swapped while it is moved: at the worst moment, and thousands of
@@ -188,13 +189,8 @@ private:
     std::thread thread_;
 };
 
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr int rounds = 300;
-#else
-constexpr int rounds = 2000;
-#endif
-
 TEST_F(TrashSwaps, ThousandsOfSwapsOfTheItemTakeNothingElse) {
+    const int rounds = test::raceRounds(2000);
     int taken = 0;
     for (int round = 0; round < rounds; ++round) {
         const std::string name = "a/round" + std::to_string(round);
@@ -232,6 +228,7 @@ TEST_F(TrashSwaps, ThousandsOfSwapsOfTheItemTakeNothingElse) {
 }
 
 TEST_F(TrashSwaps, ThousandsOfSwapsOfTheFolderTakeNothingElse) {
+    const int rounds = test::raceRounds(2000);
     fs::create_directory_symlink(at("Documents"), at("link"));
     for (int round = 0; round < rounds; ++round) {
         const auto parent = Directory::open(at("a"));

@@ -72,7 +72,7 @@ std::optional<std::string> whyNoTrashOfItsOwn() {
 }
 
 std::size_t detail::threads() {
-#ifdef __SANITIZE_THREAD__
+#ifdef ULVAK_THREAD_SANITIZER
     constexpr std::size_t sanitizers = 1;
 #else
     constexpr std::size_t sanitizers = 0;
