@@ -3,7 +3,7 @@
 //
 //   ulvak_match [FILES]
 //
-// Nothing of the home exists, so that a folder's evidence costs a failed lookup.
+// As in a scan, what lies in the folders was noted by the walk: nothing that is evidence.
 
 #include <chrono>
 #include <cstdlib>
@@ -13,6 +13,8 @@
 #include <string_view>
 #include <vector>
 
+#include "classify/analyzer.h"
+#include "classify/folder_evidence.h"
 #include "classify/rule_book.h"
 #include "classify/rule_matcher.h"
 
@@ -45,11 +47,15 @@ void measure(std::string_view what, const std::vector<ulvak::Rule>& rules,
              const std::vector<std::string>& items, bool areFolders) {
     const auto start = Clock::now();
     const ulvak::RuleMatcher matcher(rules, user);
+    const ulvak::NotedNames names = ulvak::Analyzer::evidence(rules);
     const auto prepared = Clock::now();
     std::size_t matched = 0;
-    for (const std::string& item : items)
-        matched +=
-            static_cast<std::size_t>(matcher.match(item, areFolders, ulvak::ScanContext::normal) != nullptr);
+    for (const std::string& item : items) {
+        ulvak::FolderEvidence inside(item, {.names = &names, .seen = {}});
+        ulvak::FolderEvidence around(std::string(ulvak::Paths::parent(item)), {.names = &names, .seen = {}});
+        matched += static_cast<std::size_t>(
+            matcher.match(item, areFolders, ulvak::ScanContext::normal, inside, around) != nullptr);
+    }
     const auto end = Clock::now();
     const auto ms = [](auto time) { return std::chrono::duration<double, std::milli>(time).count(); };
     std::cout << what << ", " << items.size() << (areFolders ? " folders: " : " files: ")

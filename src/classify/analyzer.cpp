@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 #include <ranges>
+#include <set>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "core/largest_first.h"
 #include "core/text.h"
 #include "core/words.h"
+#include "platform/files.h"
 #include "platform/volume.h"
 
 namespace ulvak {
@@ -233,12 +235,20 @@ bool isAbout(const Rule& rule, std::string_view entry) {
     return name != nullptr && std::ranges::find(name->holds, entry) != name->holds.end();
 }
 
+std::span<const std::string> machineDisks() {
+    static const std::array<std::string, 4> patterns = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"};
+    return patterns;
+}
+
 /// One analysis: a depth-first walk that appends to `findings_`.
 class Analysis {
 public:
     Analysis(const Analyzer& analyzer, std::span<const Rule> rules, std::vector<std::string> innerRoots,
              const UserFolders& folders)
-        : analyzer_(analyzer), innerRoots_(std::move(innerRoots)), matcher_(rules, folders) {}
+        : analyzer_(analyzer),
+          innerRoots_(std::move(innerRoots)),
+          matcher_(rules, folders),
+          usesEvidence_(!rules.empty() && rules.front().isRanked) {}
 
     void visit(const Position& place, State state) {
         const Rule* rule = match(place, state.context);
@@ -262,13 +272,27 @@ public:
 
 private:
     [[nodiscard]] const Rule* match(const Position& place, ScanContext context) const {
-        return matcher_.match(place.path, place.node->isDirectory, context, evidenceIn(place.path));
+        if (!around_ || !isParent(around_->path(), place.path)) {
+            if (place.parent != nullptr)
+                around_.emplace(place.parent->path, noted(*place.parent->node));
+            else
+                around_.emplace(std::string(Paths::parent(place.path)));
+        }
+        return matcher_.match(place.path, place.node->isDirectory, context, evidenceIn(place), *around_);
     }
 
-    /// What was read of the folder that is being judged; valid until the next one is asked for.
-    [[nodiscard]] FolderEvidence& evidenceIn(const std::string& path) const {
-        if (!evidence_ || evidence_->path() != path)
-            evidence_.emplace(path);
+    [[nodiscard]] static bool isParent(std::string_view folder, std::string_view path) {
+        return path.size() > folder.size() && Paths::parent(path) == folder;
+    }
+
+    [[nodiscard]] NotedEntries noted(const DirNode& node) const {
+        return {.names = analyzer_.noted, .seen = node.noted};
+    }
+
+    /// What is known of the folder that is being judged; valid until the next one is asked for.
+    [[nodiscard]] FolderEvidence& evidenceIn(const Position& place) const {
+        if (!evidence_ || evidence_->path() != place.path)
+            evidence_.emplace(place.path, noted(*place.node));
         return *evidence_;
     }
 
@@ -347,8 +371,7 @@ private:
     void visitUnit(const Position& place, const Rule& rule, const State& state) {
         if (place.node->size < analyzer_.unitMinimum)
             return;
-        if (isEasilyDeleted(rule.level) && place.canBeEntered() &&
-            matcher_.holdsKept(evidenceIn(place.path))) {
+        if (isEasilyDeleted(rule.level) && place.canBeEntered() && matcher_.holdsKept(evidenceIn(place))) {
             Owner owner = ownerAt(place, rule);
             owner.level = SafetyLevel::caution;
             owner.isOpened = true;
@@ -395,7 +418,7 @@ private:
     /// In an application's folder.
     void visitOwned(const Position& place, State state) {
         const bool holdsKept =
-            state.owner->isOpened && place.canBeEntered() && matcher_.holdsKept(evidenceIn(place.path));
+            state.owner->isOpened && place.canBeEntered() && matcher_.holdsKept(evidenceIn(place));
         const bool mayDrill = place.canBeEntered() && !place.node->children.empty() && state.depth >= 1;
         if (mayDrill && (holdsKept || holdsKnown(place, state.depth))) {
             --state.depth;
@@ -558,7 +581,7 @@ private:
 
     /// The judgement, unless something inside speaks against deleting the folder easily.
     [[nodiscard]] Judgement cautious(const Position& place, Judgement judgement, const Rule* rule) const {
-        if (!isEasilyDeleted(judgement.verdict.level) || !place.node->isDirectory ||
+        if (!usesEvidence_ || !isEasilyDeleted(judgement.verdict.level) || !place.node->isDirectory ||
             place.node->size < analyzer_.unitMinimum)
             return judgement;
         const std::string_view reason = objection(place, rule);
@@ -574,11 +597,10 @@ private:
             return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
                    "dosyalar "
                    "da gidebilir.";
-        FolderEvidence& evidence = evidenceIn(place.path);
+        FolderEvidence& evidence = evidenceIn(place);
         if ((rule == nullptr || !isAbout(*rule, ".git")) && evidence.lists(".git"))
             return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
-        static const std::array<std::string, 4> disks = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"};
-        if (evidence.holdsOneOf(disks))
+        if (evidence.holdsOneOf(machineDisks()))
             return " Ama içinde sanal makine diskleri var: içlerindekiler geri gelmez.";
         if (evidence.lists("cur") && evidence.hasFolder("cur") && evidence.hasFolder("new"))
             return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
@@ -608,7 +630,9 @@ private:
     const Analyzer& analyzer_;
     std::vector<std::string> innerRoots_;
     RuleMatcher matcher_;
+    bool usesEvidence_ = false;  ///< whether something inside may speak against a finding: with ranked rules
     mutable std::optional<FolderEvidence> evidence_;
+    mutable std::optional<FolderEvidence> around_;            ///< of the folder that contains it
     mutable std::optional<std::vector<std::string>> mounts_;  ///< read when first needed
     std::vector<Finding> findings_;
     LinkedFindings linked_;
@@ -616,17 +640,22 @@ private:
 
 /// Whether the home folder is laid out as the rules for all systems have it, with a library of applications'
 /// files. The ranked rules are about this system's folders; what they say of hidden ones would be wrong
-/// there.
+/// there. A folder of that name among those that only this system makes is just a folder.
 bool isAnotherSystemsHome(std::span<const DirNode> roots, std::span<const Rule> common,
                           const UserFolders& folders) {
     const auto home = std::ranges::find(roots, folders.home, &DirNode::url);
     if (home == roots.end())
         return false;
     const auto library = std::ranges::find(home->children, "Library", &DirNode::url);
-    return library != home->children.end() &&
-           std::ranges::any_of(library->children, [&](const DirNode& child) {
-               const Rule::Match path = Rule::Path{"~/Library/" + child.url};
-               return child.isDirectory && std::ranges::find(common, path, &Rule::match) != common.end();
+    const bool isKnown =
+        library != home->children.end() && std::ranges::any_of(library->children, [&](const DirNode& child) {
+            const Rule::Match path = Rule::Path{"~/Library/" + child.url};
+            return child.isDirectory && std::ranges::find(common, path, &Rule::match) != common.end();
+        });
+    constexpr std::array<std::string_view, 5> marks = {".config/user-dirs.dirs", ".var/app", ".steam", "snap",
+                                                       ".local/share/flatpak"};
+    return isKnown && std::ranges::none_of(marks, [&](std::string_view mark) {
+               return platform::existsIn(folders.home, std::string(mark));
            });
 }
 
@@ -692,6 +721,20 @@ std::vector<Finding> mergeGroups(std::vector<Finding> findings, const LinkedFind
         appendMemberCount(finding);
     }
     return merged;
+}
+
+NotedNames Analyzer::evidence(std::span<const Rule> rules) {
+    if (rules.empty() || !rules.front().isRanked)
+        return NotedNames({});
+    std::set<std::string> names(machineDisks().begin(), machineDisks().end());
+    names.insert({".git", "cur"});
+    for (const Rule& rule : rules) {
+        if (const auto* name = std::get_if<Rule::Name>(&rule.match)) {
+            names.insert(name->siblings.begin(), name->siblings.end());
+            names.insert(name->holds.begin(), name->holds.end());
+        }
+    }
+    return NotedNames({names.begin(), names.end()});
 }
 
 std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, const UserFolders& folders,

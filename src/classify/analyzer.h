@@ -14,6 +14,7 @@
 #include "core/paths.h"
 #include "scan/dir_node.h"
 #include "scan/linked_file.h"
+#include "scan/noted_names.h"
 
 namespace ulvak {
 
@@ -26,6 +27,11 @@ struct Analyzer {
     std::int64_t defaultMinimum = 0;  ///< bytes; the smallest node reported without a rule
     /// The name of the application with this id; empty if it is not known. Null knows none.
     std::function<std::string(std::string_view id)> applicationName{};
+    /// What the walk took note of in the nodes; null if it took none, so that evidence is read from the disk.
+    const NotedNames* noted = nullptr;
+
+    /// What a walk should take note of, for these rules.
+    [[nodiscard]] static NotedNames evidence(std::span<const Rule> rules);
 
     /// The findings, largest first; equal sizes in discovery order (root by root, depth first). `innerRoots`
     /// are paths inside one tree where another scan root begins. A folder that contains one is looked into

@@ -97,7 +97,14 @@ const std::vector<std::string>& FolderEvidence::names() {
     return *names_;
 }
 
+std::optional<bool> FolderEvidence::wasSeen(std::string_view entry) const {
+    const auto id = noted_.names == nullptr ? std::nullopt : noted_.names->find(entry);
+    return id ? std::optional(std::ranges::binary_search(noted_.seen, *id)) : std::nullopt;
+}
+
 bool FolderEvidence::hasEntry(const std::string& name) {
+    if (const auto seen = wasSeen(name))
+        return *seen;
     const Directory* open = folder();
     return open != nullptr && (exists(*open, name) || platform::linkTarget(Paths::join(path_, name)));
 }
@@ -126,6 +133,8 @@ bool FolderEvidence::hasCacheTag() {
 
 /// Looked up in the listing, which costs as much as a few lookups on the disk.
 bool FolderEvidence::lists(const std::string& name) {
+    if (const auto seen = wasSeen(name))
+        return *seen;
     const bool isListed = std::ranges::find(names(), name) != names().end();
     return isListed || (names().size() == maxNames && hasEntry(name));
 }
@@ -136,6 +145,8 @@ bool FolderEvidence::holdsOneOf(std::span<const std::string> entries) {
             return lists(entry) && hasCacheTag();
         if (!entry.contains('*'))
             return lists(entry);
+        if (const auto seen = wasSeen(entry))
+            return *seen;
         return std::ranges::any_of(names(),
                                    [&](const std::string& name) { return globMatches(entry, name); });
     });

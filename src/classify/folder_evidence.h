@@ -4,18 +4,28 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "classify/pattern_tree.h"
 #include "platform/directory.h"
+#include "scan/noted_names.h"
 
 namespace ulvak {
 
-/// What lies directly inside a folder, read when it is first asked for. Follows no link and enters no other
-/// volume below the folder. A folder that cannot be read holds nothing. Not thread-safe.
+/// What a walk noted of one folder.
+struct NotedEntries {
+    const NotedNames* names = nullptr;  ///< null if nothing was noted
+    std::span<const NotedNames::Id> seen;
+};
+
+/// What lies directly inside a folder: as the walk noted it, or else read when it is first asked for. Follows
+/// no link and enters no other volume below the folder. A folder that cannot be read holds nothing. Not
+/// thread-safe.
 class FolderEvidence {
 public:
-    explicit FolderEvidence(std::string path) : path_(std::move(path)) {}
+    explicit FolderEvidence(std::string path, NotedEntries noted = {})
+        : path_(std::move(path)), noted_(noted) {}
 
     /// One of these exists: a file name, or a pattern if it contains "*". Case-sensitive.
     [[nodiscard]] bool holdsOneOf(std::span<const std::string> entries);
@@ -36,11 +46,20 @@ public:
     /// Whether something is there that the patterns below `node` name to keep.
     [[nodiscard]] bool holdsKept(const PatternTree::Node& node);
 
+    /// Whether the walk saw nothing there of what it looked for, which is all that rules ask for.
+    [[nodiscard]] bool isKnownToLackAll() const {
+        return noted_.names != nullptr && noted_.names->isWhole() && noted_.seen.empty();
+    }
+
+    /// Whether the walk saw a name or pattern there; nullopt if that is not known.
+    [[nodiscard]] std::optional<bool> wasSeen(std::string_view entry) const;
+
 private:
     [[nodiscard]] const platform::Directory* folder();
     [[nodiscard]] const std::vector<std::string>& names();
 
     std::string path_;
+    NotedEntries noted_;
     std::optional<platform::Directory> folder_;
     std::optional<std::vector<std::string>> names_;
 };

@@ -217,33 +217,48 @@ void expandBraces(std::string_view pattern, std::vector<std::string>& expanded) 
     }
 }
 
-/// Paths before names; then the more specific pattern. Equal ones keep their order.
-bool isAskedBefore(const Rule& one, const Rule& other) {
-    const auto* onePath = std::get_if<Rule::Path>(&one.match);
-    const auto* otherPath = std::get_if<Rule::Path>(&other.match);
-    if ((onePath == nullptr) != (otherPath == nullptr))
-        return onePath != nullptr;
-    if (onePath != nullptr)
-        return specificity(onePath->pattern) > specificity(otherPath->pattern);
-    const Specificity oneName = specificity(std::get<Rule::Name>(one.match).pattern);
-    const Specificity otherName = specificity(std::get<Rule::Name>(other.match).pattern);
-    if (oneName.size() != otherName.size())
-        return oneName.size() > otherName.size();
-    return oneName > otherName;
+/// A ranked rule with what decides when it is asked.
+struct Ranked {
+    Rule rule;
+    bool isPath = false;
+    Specificity specificity;
+};
+
+Ranked ranked(const Row& row, std::string pattern) {
+    Specificity specificity = ulvak::specificity(pattern);
+    return {.rule = rule(row, std::move(pattern), true),
+            .isPath = row.name.empty(),
+            .specificity = std::move(specificity)};
+}
+
+/// Paths before names; then the more specific pattern, of names the deeper one. Equal ones keep their order.
+bool isAskedBefore(const Ranked& one, const Ranked& other) {
+    if (one.isPath != other.isPath)
+        return one.isPath;
+    if (!one.isPath && one.specificity.size() != other.specificity.size())
+        return one.specificity.size() > other.specificity.size();
+    return one.specificity > other.specificity;
 }
 
 }  // namespace
 
 std::vector<Rule> ranked(std::span<const Row> written) {
-    std::vector<Rule> built;
+    std::vector<Ranked> all;
     std::vector<std::string> patterns;
     for (const Row& row : written) {
         patterns.clear();
         expandBraces(row.name.empty() ? row.path : row.name, patterns);
         for (std::string& pattern : patterns)
-            built.push_back(rule(row, std::move(pattern), true));
+            all.push_back(ranked(row, std::move(pattern)));
     }
-    std::ranges::stable_sort(built, isAskedBefore);
+    // A rule is big: sorted by reference.
+    std::vector<Ranked*> order;
+    std::ranges::transform(all, std::back_inserter(order), [](Ranked& one) { return &one; });
+    std::ranges::stable_sort(order, isAskedBefore, [](const Ranked* one) -> const Ranked& { return *one; });
+    std::vector<Rule> built;
+    built.reserve(order.size());
+    for (Ranked* one : order)
+        built.push_back(std::move(one->rule));
     return built;
 }
 

@@ -1,7 +1,6 @@
 #include "classify/rule_matcher.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 #include <variant>
 
@@ -153,18 +152,33 @@ void RuleMatcher::NameIndex::add(std::string_view folded, std::uint32_t rule) {
         others.push_back(rule);
 }
 
-RuleMatcher::NameIndex::Indices RuleMatcher::NameIndex::candidates(std::string_view folded) const {
+RuleMatcher::Candidates::Candidates(const NameIndex& index, std::string_view folded) {
+    left_.front() = index.others;
     if (folded.empty())
-        return others;
-    Indices result = others;
-    const auto add = [&](const Indices& more) { result.insert(result.end(), more.begin(), more.end()); };
-    add(beginning[static_cast<unsigned char>(folded.front())]);
-    add(ending[static_cast<unsigned char>(folded.back())]);
-    if (const auto found = literal.find(folded); found != literal.end())
-        add(found->second);
-    // Spelled out, so that no instantiation of the system's library is needed.
-    std::ranges::sort(result, [](std::uint32_t one, std::uint32_t other) { return one < other; });
-    return result;
+        return;
+    left_[1] = index.beginning[static_cast<unsigned char>(folded.front())];
+    left_[2] = index.ending[static_cast<unsigned char>(folded.back())];
+    if (const auto found = index.literal.find(folded); found != index.literal.end())
+        left_[3] = found->second;
+}
+
+std::uint32_t RuleMatcher::Candidates::next() {
+    constexpr auto first = [](std::span<const std::uint32_t> rules) {
+        return rules.empty() ? PatternTree::none : rules.front();
+    };
+    auto& least = *std::ranges::min_element(left_, {}, first);
+    const std::uint32_t rule = first(least);
+    if (!least.empty())
+        least = least.subspan(1);
+    return rule;
+}
+
+bool RuleMatcher::Found::isMoreSpecificThan(const Found& other) const {
+    for (std::size_t i = 0; i < std::min(depth(), other.depth()); ++i) {
+        if (at(i) != other.at(i))
+            return at(i) > other.at(i);
+    }
+    return depth() > other.depth();
 }
 
 std::string_view RuleMatcher::folder(Area area) const {
@@ -210,24 +224,30 @@ RuleMatcher::Question::Question(std::string_view itemPath, bool isFolder, ScanCo
     : path(Paths::withoutPrivate(itemPath)),
       foldedPath(lowerCasedAscii(path)),
       parts(components(path)),
-      folded(components(foldedPath)),
+      folded(parts),
       isDirectory(isFolder),
-      context(area) {}
+      context(area) {
+    for (std::string_view& part : folded)
+        part = std::string_view(foldedPath)
+                   .substr(static_cast<std::size_t>(part.data() - path.data()), part.size());
+}
 
 const Rule* RuleMatcher::match(std::string_view path, bool isDirectory, ScanContext context) const {
     FolderEvidence inside{std::string(path)};
-    return match(path, isDirectory, context, inside);
+    FolderEvidence around{std::string(Paths::parent(Paths::withoutPrivate(path)))};
+    return match(path, isDirectory, context, inside, around);
 }
 
 const Rule* RuleMatcher::match(std::string_view path, bool isDirectory, ScanContext context,
-                               FolderEvidence& inside) const {
+                               FolderEvidence& inside, FolderEvidence& around) const {
     Question question(path, isDirectory, context);
     question.inside = &inside;
+    question.around = &around;
     Found found = inOrder(question);
     if (hasRanked_) {
-        Found ranked = mostSpecific(question, found);
+        const Found ranked = mostSpecific(question, found);
         if (rankedWins(ranked, found))
-            found = std::move(ranked);
+            found = ranked;
     }
     return found.isNothing() ? nullptr : &rules_[found.rule];
 }
@@ -256,7 +276,7 @@ RuleMatcher::Found RuleMatcher::inOrder(const Question& question) const {
             found = {.rule = name};
     }
     if (!found.isNothing())
-        found.specificity = specificities_[found.rule];
+        found.own = specificities_[found.rule];
     return found;
 }
 
@@ -275,11 +295,9 @@ std::uint32_t RuleMatcher::linearly(std::string_view path, Area area) const {
 
 /// The first rule before `end` whose name and evidence match.
 std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& index, std::uint32_t end) const {
-    for (const std::uint32_t rule :
-         index.candidates(question.folded.empty() ? std::string_view() : question.folded.back())) {
-        if (rule >= end)
-            break;
-        if (matchesName(rule, question, *question.inside))
+    Candidates candidates(index, question.folded.empty() ? std::string_view() : question.folded.back());
+    for (std::uint32_t rule = candidates.next(); rule < end; rule = candidates.next()) {
+        if (matchesName(rule, question))
             return rule;
     }
     return PatternTree::none;
@@ -288,21 +306,21 @@ std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& inde
 namespace {
 
 /// The names are looked up one by one: a folder of many projects is not listed for each of them.
-bool isBeside(const std::string& parent, const std::vector<std::string>& siblings) {
-    FolderEvidence around(parent);
+bool isBeside(FolderEvidence& around, const std::vector<std::string>& siblings) {
     return std::ranges::any_of(siblings, [&](const std::string& sibling) {
         return sibling.contains('*') ? around.holdsOneOf({&sibling, 1}) : around.hasEntry(sibling);
     });
 }
 
-bool hasSibling(const Rule& rule, const Rule::Name& name, std::string_view path) {
-    const std::string parent(Paths::parent(path));
-    if (rule.isRanked)
-        return isBeside(parent, name.siblings);
-    return std::ranges::any_of(name.siblings, [&](const std::string& sibling) {
+/// For the rules that are asked in their order, which count a link only if it leads somewhere.
+bool isBesideNow(const FolderEvidence& around, const std::vector<std::string>& siblings) {
+    return std::ranges::any_of(siblings, [&](const std::string& sibling) {
+        const auto wasSeen = around.wasSeen(sibling);
+        if (wasSeen && !*wasSeen)
+            return false;
         if (!sibling.contains('*'))
-            return platform::existsIn(parent, sibling);
-        const auto names = platform::listNames(parent);
+            return platform::existsIn(around.path(), sibling);
+        const auto names = platform::listNames(around.path());
         return std::ranges::any_of(names,
                                    [&](const std::string& entry) { return globMatches(sibling, entry); });
     });
@@ -310,11 +328,14 @@ bool hasSibling(const Rule& rule, const Rule::Name& name, std::string_view path)
 
 }  // namespace
 
-bool RuleMatcher::matchesName(std::uint32_t index, const Question& question, FolderEvidence& inside) const {
+bool RuleMatcher::matchesName(std::uint32_t index, const Question& question) const {
     const Rule& rule = rules_[index];
     if (question.context == ScanContext::personal && !rule.inPersonal)
         return false;
     const auto& name = std::get<Rule::Name>(rule.match);
+    if ((!name.holds.empty() && question.inside->isKnownToLackAll()) ||
+        (!name.siblings.empty() && question.around->isKnownToLackAll()))
+        return false;
     if (name.pattern != "*" && !globMatches(name.pattern, tail(question.path, name.pattern), pathOptions))
         return false;
     if (const auto outside = outside_.find(index); outside != outside_.end()) {
@@ -322,8 +343,10 @@ bool RuleMatcher::matchesName(std::uint32_t index, const Question& question, Fol
                                 [&](const std::string& prefix) { return question.path.starts_with(prefix); }))
             return false;
     }
-    return (name.siblings.empty() || hasSibling(rule, name, question.path)) &&
-           (name.holds.empty() || inside.holdsOneOf(name.holds));
+    const bool hasSibling =
+        name.siblings.empty() || (rule.isRanked ? isBeside(*question.around, name.siblings)
+                                                : isBesideNow(*question.around, name.siblings));
+    return hasSibling && (name.holds.empty() || question.inside->holdsOneOf(name.holds));
 }
 
 // The ranked rules -----------------------------------------------------------------------------------------
@@ -407,12 +430,10 @@ RuleMatcher::Found RuleMatcher::mostSpecificPath(const Question& question) const
                                               PatternTree::Components(question.folded).subspan(skipped));
         if (rule == PatternTree::none)
             continue;
-        Found found{.rule = rule, .specificity = {}, .frame = reading.frame};
-        found.specificity.assign(reading.before.begin(), reading.before.end());
-        found.specificity.insert(found.specificity.end(), specificities_[rule].begin(),
-                                 specificities_[rule].end());
-        if (best.isNothing() || (found.frame == best.frame && found.specificity > best.specificity))
-            best = std::move(found);
+        const Found found{
+            .rule = rule, .before = reading.before, .own = specificities_[rule], .frame = reading.frame};
+        if (best.isNothing() || (found.frame == best.frame && found.isMoreSpecificThan(best)))
+            best = found;
     }
     return best;
 }
@@ -434,7 +455,7 @@ RuleMatcher::Found RuleMatcher::mostSpecific(Question& question, const Found& ot
     }
     found.rule = named(question, rankedNames_, PatternTree::none);
     if (!found.isNothing())
-        found.specificity = specificities_[found.rule];
+        found.own = specificities_[found.rule];
     return found;
 }
 
@@ -446,24 +467,20 @@ bool RuleMatcher::rankedWins(const Found& ranked, const Found& other) const {
 }
 
 bool RuleMatcher::rankedWinsOverPath(const Found& ranked, const Found& other) const {
-    const bool isWide = !other.specificity.empty() && other.specificity.back() <= wideSpecificity;
     const bool isPath = std::holds_alternative<Rule::Path>(rules_[ranked.rule].match);
     if (!isPath || ranked.frame != other.frame)
-        return isWide;
-    return ranked.specificity > other.specificity;
+        return other.depth() > 0 && other.isWide();
+    return ranked.isMoreSpecificThan(other);
 }
 
 bool RuleMatcher::rankedWinsOverName(const Found& ranked, const Found& other) const {
     const Rule& rule = rules_[ranked.rule];
-    if (std::holds_alternative<Rule::Path>(rule.match)) {
-        const bool isWide = ranked.specificity.empty() || ranked.specificity.back() <= wideSpecificity;
-        return !isWide || !isContainer(rule);
-    }
-    if (ranked.specificity.size() > other.specificity.size())
+    if (std::holds_alternative<Rule::Path>(rule.match))
+        return !ranked.isWide() || !isContainer(rule);
+    if (ranked.depth() > other.depth())
         return true;
     const auto& name = std::get<Rule::Name>(rule.match);
-    const bool isSameName =
-        ranked.specificity.back() == literalSpecificity && other.specificity.back() == literalSpecificity;
+    const bool isSameName = ranked.own.back() == literalSpecificity && other.own.back() == literalSpecificity;
     return isSameName && std::get<Rule::Name>(rules_[other.rule].match).siblings.empty() &&
            (!name.siblings.empty() || !name.holds.empty());
 }

@@ -35,9 +35,9 @@ public:
 
     /// The rule that applies to the item at `path` (absolute, bytes); null if none does.
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context) const;
-    /// The same; `inside` is the item's, so that what was read is not read again.
+    /// The same, with what is known of the item (`inside`) and of the folder that it lies in (`around`).
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context,
-                                    FolderEvidence& inside) const;
+                                    FolderEvidence& inside, FolderEvidence& around) const;
 
     /// Whether a folder holds something that a ranked path rule says to keep. Reads the disk.
     [[nodiscard]] bool holdsKept(FolderEvidence& inside) const;
@@ -85,6 +85,7 @@ private:
         bool isDirectory = false;
         ScanContext context = ScanContext::normal;
         FolderEvidence* inside = nullptr;  ///< null if nobody asks for evidence
+        FolderEvidence* around = nullptr;  ///< likewise
     };
     /// Rules by the last component of their names: by all of it, or by a character that it begins or ends
     /// with.
@@ -97,8 +98,16 @@ private:
         Indices others;
 
         void add(std::string_view folded, std::uint32_t rule);
-        /// Those that may match a name, in their order.
-        [[nodiscard]] Indices candidates(std::string_view folded) const;
+    };
+    /// The rules that may match a name, in their order.
+    class Candidates {
+    public:
+        Candidates(const NameIndex& index, std::string_view folded);
+        /// `PatternTree::none` after the last.
+        [[nodiscard]] std::uint32_t next();
+
+    private:
+        std::array<std::span<const std::uint32_t>, 4> left_;  ///< ascending; no rule is in two
     };
     struct LinearPattern {
         Area area = Area::none;
@@ -107,10 +116,17 @@ private:
     };
     struct Found {
         std::uint32_t rule = PatternTree::none;
-        Specificity specificity;
+        std::span<const std::uint16_t> before;  ///< of the reading
+        std::span<const std::uint16_t> own;     ///< of the pattern
         Area frame = Area::none;
 
         [[nodiscard]] bool isNothing() const { return rule == PatternTree::none; }
+        [[nodiscard]] std::size_t depth() const { return before.size() + own.size(); }
+        [[nodiscard]] std::uint16_t at(std::size_t i) const {
+            return i < before.size() ? before[i] : own[i - before.size()];
+        }
+        [[nodiscard]] bool isWide() const { return depth() == 0 || at(depth() - 1) <= wideSpecificity; }
+        [[nodiscard]] bool isMoreSpecificThan(const Found& other) const;
     };
 
     void preparePath(std::uint32_t index, std::string_view pattern);
@@ -125,8 +141,7 @@ private:
     [[nodiscard]] Found mostSpecificPath(const Question& question) const;
     [[nodiscard]] std::uint32_t named(const Question& question, const NameIndex& index,
                                       std::uint32_t end) const;
-    [[nodiscard]] bool matchesName(std::uint32_t index, const Question& question,
-                                   FolderEvidence& inside) const;
+    [[nodiscard]] bool matchesName(std::uint32_t index, const Question& question) const;
     [[nodiscard]] bool rankedWins(const Found& ranked, const Found& other) const;
     [[nodiscard]] bool rankedWinsOverPath(const Found& ranked, const Found& other) const;
     [[nodiscard]] bool rankedWinsOverName(const Found& ranked, const Found& other) const;

@@ -7,6 +7,7 @@
 
 #include "platform/file_time.h"
 #include "scan/linked_file.h"
+#include "scan/noted_names.h"
 
 namespace ulvak {
 
@@ -43,6 +44,9 @@ struct DirNode {
     std::optional<FileTime> modified;  ///< the latest date of the entry itself, its files and sub-folders
     DirNodes children;                 ///< largest first
     std::optional<LinkedFile> linked;  ///< only for a file with several hard links
+    /// Of the names that the walk took note of, those directly inside, whatever their size and kind;
+    /// ascending.
+    std::vector<NotedNames::Id> noted;
 };
 
 }  // namespace ulvak

@@ -79,8 +79,8 @@ std::vector<std::optional<DirNode>> DiskWalker::nodes(std::span<const std::strin
         }
     }
     const unsigned workers = std::max(minWorkers, std::thread::hardware_concurrency());
-    TreeWalk walk(std::move(roots), {.keepThreshold = keepThreshold, .workers = workers}, progress,
-                  std::move(stop));
+    TreeWalk walk(std::move(roots), {.keepThreshold = keepThreshold, .workers = workers, .noted = noted},
+                  progress, std::move(stop));
     std::vector<DirNode> nodes = walk.run();
     for (std::size_t i = 0; i < nodes.size(); ++i)
         result[positions[i]] = std::move(nodes[i]);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "scan/dir_node.h"
+#include "scan/noted_names.h"
 #include "scan/scan_progress.h"
 
 namespace ulvak {
@@ -30,6 +31,7 @@ struct DiskWalker {
     std::vector<std::string> innerRoots;
     /// Bytes; smaller children are counted but not kept.
     std::int64_t keepThreshold = 50'000'000;
+    const NotedNames* noted = nullptr;  ///< names to note in `DirNode::noted`; null for none
 
     /// The tree at `path` (absolute; a link there is followed). Returns nullopt if nothing is there, or if it
     /// is on a volume that may never answer and does not hold the home folder. A folder that cannot be listed

@@ -84,6 +84,7 @@ struct TreeWalk::Listing {
     std::vector<DirNode> keptFiles;     ///< in listing order
     std::vector<SubFolder> subFolders;  ///< in listing order
     std::string names;                  ///< of the sub-folders, each NUL-terminated
+    NotedNames::Set noted;
     std::vector<Piece> pieces;
     bool isWhole = true;  ///< false: the listing could not be read to its end
 
@@ -92,6 +93,7 @@ struct TreeWalk::Listing {
         linked.clear();
         countedBytes = 0;
         keptFiles.clear();
+        noted.reset();
         pieces.clear();
         isWhole = true;
         clearAndTrim(subFolders);
@@ -149,6 +151,7 @@ void TreeWalk::Listing::absorb(std::vector<Listing>& others) {
         const LinkedFiles::Effect effect = linked.absorb(other.linked);
         addChecked(files.size, -effect.repeated);
         addChecked(countedBytes, effect.completed);
+        noted |= other.noted;
         isWhole = isWhole && other.isWhole;
     }
     Listing& own = others.emplace_back();
@@ -193,6 +196,7 @@ struct TreeWalk::Frame {
 
     std::vector<SubFolder> subFolders;
     std::string names;
+    NotedNames::Set noted;
     std::vector<DirNode> keptFiles;
 
     std::atomic<std::size_t> nextSubFolder = 0;
@@ -564,7 +568,7 @@ void TreeWalk::enter(Worker& worker, Frame& parent, std::size_t index) {
     Listing& listing = worker.listing;
     if (!directory.isOpen() || !list(worker, directory, skips)) {
         listing.clear();
-        complete(parent, index, totals, {}, listing.linked);
+        complete(parent, index, totals, {}, listing.noted, listing.linked);
         release(worker, &parent);
         return;
     }
@@ -574,7 +578,7 @@ void TreeWalk::enter(Worker& worker, Frame& parent, std::size_t index) {
     totals.fileCount = listing.files.fileCount;
     totals.newest = std::max(totals.newest, listing.files.newest);
     if (listing.subFolders.empty()) {
-        complete(parent, index, totals, std::move(listing.keptFiles), listing.linked);
+        complete(parent, index, totals, std::move(listing.keptFiles), listing.noted, listing.linked);
         release(worker, &parent);
         return;
     }
@@ -652,6 +656,8 @@ void TreeWalk::readEntries(Worker& worker, bool mayShare) {
                 wakeIdle();
             }
         }
+        if (options_.noted != nullptr)
+            options_.noted->note(entry->name, listing.noted);
         if (entry->kind == platform::EntryKind::directory)
             listing.addFolder(entry->name, entry->modified.value_or(distantPast));
         else if (entry->kind == platform::EntryKind::file)
@@ -689,6 +695,7 @@ TreeWalk::Frame& TreeWalk::makeFrame(Worker& worker, Frame& parent, std::size_t 
     frame->depth = parent.depth + 1;
     std::swap(frame->subFolders, worker.listing.subFolders);
     std::swap(frame->names, worker.listing.names);
+    frame->noted = worker.listing.noted;
     std::swap(frame->keptFiles, worker.listing.keptFiles);
     std::swap(frame->linked, worker.listing.linked);
     frame->unopened.store(frame->subFolders.size(), std::memory_order_relaxed);
@@ -722,7 +729,7 @@ void TreeWalk::closeWhenAllOpened(Frame& frame) {
 
 /// Folds a walked folder into its parent. Leaves `linked` empty.
 void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals, std::vector<DirNode> children,
-                        LinkedFiles& linked) const {
+                        const NotedNames::Set& noted, LinkedFiles& linked) const {
     const std::int64_t heldElsewhere = linked.bytes();
     parent.fold(totals);
     if (!linked.isEmpty()) {
@@ -740,7 +747,8 @@ void TreeWalk::complete(Frame& parent, std::size_t index, const Totals& totals, 
                  .size = totals.size,
                  .fileCount = totals.fileCount,
                  .heldElsewhere = heldElsewhere,
-                 .modified = knownDate(totals.newest)};
+                 .modified = knownDate(totals.newest),
+                 .noted = NotedNames::ids(noted)};
     sortLargestFirst(children);
     node.children = DirNodes(std::move(children));
     const std::scoped_lock lock(parent.keptMutex);
@@ -758,7 +766,7 @@ void TreeWalk::release(Worker& worker, Frame* frame) {
             return;
         }
         Frame* parent = frame->parent;
-        complete(*parent, frame->index, frame->totals(), frame->takeChildren(), frame->linked);
+        complete(*parent, frame->index, frame->totals(), frame->takeChildren(), frame->noted, frame->linked);
         frame->reset();
         frame->nextUnused = std::exchange(worker.unused, frame);
         frame = parent;

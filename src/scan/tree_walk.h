@@ -13,6 +13,7 @@
 #include "platform/directory.h"
 #include "scan/dir_node.h"
 #include "scan/linked_files.h"
+#include "scan/noted_names.h"
 #include "scan/scan_progress.h"
 #include "scan/skip_tree.h"
 
@@ -44,8 +45,9 @@ public:
         SkipTree skips;
     };
     struct Options {
-        std::int64_t keepThreshold = 0;  ///< bytes
-        unsigned workers = 0;            ///< at least 1; fewer run when handles are scarce
+        std::int64_t keepThreshold = 0;     ///< bytes
+        unsigned workers = 0;               ///< at least 1; fewer run when handles are scarce
+        const NotedNames* noted = nullptr;  ///< null for none; must outlive the walk
     };
 
     TreeWalk(std::vector<Root> roots, Options options, ScanProgress& progress, std::stop_token stop);
@@ -88,7 +90,7 @@ private:
     void closeWhenAllOpened(Frame& frame);
 
     void complete(Frame& parent, std::size_t index, const Totals& totals, std::vector<DirNode> children,
-                  LinkedFiles& linked) const;
+                  const NotedNames::Set& noted, LinkedFiles& linked) const;
     void release(Worker& worker, Frame* frame);
 
     std::vector<Root> roots_;

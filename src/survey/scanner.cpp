@@ -91,11 +91,13 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     const std::vector<Located> located = locatedRoots(scanner.folders);
     const std::vector<std::string> inner = innerRoots(located);
 
+    static const NotedNames evidence = Analyzer::evidence(RuleBook::all());
     const DiskWalker walker{.progress = scanner.progress,
                             .home = scanner.folders.home,
                             .excluded = Scanner::excluded(scanner.folders),
                             .innerRoots = inner,
-                            .keepThreshold = keepThreshold};
+                            .keepThreshold = keepThreshold,
+                            .noted = &evidence};
     std::vector<std::string> paths;
     for (const Located& root : located)
         paths.push_back(root.path);
@@ -112,7 +114,8 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
                             .simulators = std::move(installed),
                             .unitMinimum = keepThreshold,
                             .defaultMinimum = defaultMinimum,
-                            .applicationName = applicationName()};
+                            .applicationName = applicationName(),
+                            .noted = &evidence};
     return analyzer.run(trees, scanner.folders, inner);
 }
 

@@ -107,7 +107,7 @@ constexpr Row rows[] = {
     {.name = ".dart_tool", .siblings = {"pubspec.yaml"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "Dart'ın proje dosyaları. `flutter pub get` ile yeniden oluşur."},
 
     // .NET.
-    {.name = "obj", .siblings = {"*.csproj", "*.fsproj", "*.vbproj"}, .holds = {"project.assets.json", "Debug", "Release", "*.nuget.*", "*.cache"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = ".NET ara çıktıları. `dotnet build` ile yeniden oluşur."},
+    {.name = "obj", .siblings = {"*.csproj", "*.fsproj", "*.vbproj"}, .holds = {"project.assets.json", "Debug", "Release", "*.nuget.g.props", "*.nuget.g.targets", "*.nuget.dgspec.json", "*.cache"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = ".NET ara çıktıları. `dotnet build` ile yeniden oluşur."},
     {.name = "bin", .siblings = {"*.csproj", "*.fsproj", "*.vbproj"}, .holds = {"Debug", "Release"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = ".NET derleme çıktıları; programının buraya yazdığı dosyalar da gider. `dotnet build` ile yeniden oluşur."},
     {.name = "packages", .siblings = {"*.sln"}, .holds = {"repositories.config"}, .level = SafetyLevel::regenerable, .title = "{parent} · {name}", .explanation = "NuGet paketleri. `nuget restore` ile geri gelir."},
 
