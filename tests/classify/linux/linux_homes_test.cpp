@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -53,7 +54,12 @@ protected:
         };
         std::vector<DirNode> roots;
         roots.push_back(test::tree(home()));
-        return analyzer.run(roots, folders);
+        std::vector<Finding> found = analyzer.run(roots, folders);
+        const NotedNames noted = Analyzer::evidence(rules);
+        note(noted, roots.front(), folders.home);
+        analyzer.noted = &noted;
+        EXPECT_EQ(verdicts(analyzer.run(roots, folders)), verdicts(found)) << "with what the walk noted";
+        return found;
     }
 
     /// "level path" of each, below the home folder.
@@ -79,6 +85,25 @@ protected:
     std::map<std::string, std::string> names;
 
 private:
+    /// As a walk does.
+    static void note(const NotedNames& names, DirNode& node, const std::filesystem::path& path) {
+        NotedNames::Set seen;
+        for (std::error_code error; const auto& entry : std::filesystem::directory_iterator(path, error))
+            names.note(entry.path().filename().native(), seen);
+        node.noted = NotedNames::ids(seen);
+        for (DirNode& child : node.children)
+            note(names, child, path / child.url);
+    }
+
+    static std::vector<std::string> verdicts(const std::vector<Finding>& findings) {
+        std::vector<std::string> lines;
+        std::ranges::transform(findings, std::back_inserter(lines), [](const Finding& finding) {
+            return finding.id + "|" + std::string(info(finding.level).rawValue) + "|" + finding.title + "|" +
+                   finding.explanation;
+        });
+        return lines;
+    }
+
     static void insert(Node& node, std::string_view path, std::int64_t size) {
         node.size += size;
         const std::string name(path.substr(0, path.find('/')));
@@ -156,6 +181,14 @@ TEST_F(LinuxHome, AHomeLaidOutAsOnMacOsIsLeftToTheCommonRules) {
     std::ranges::transform(findingsBy(RuleBook::reference()), std::back_inserter(common), line);
     EXPECT_EQ(both, common);
     EXPECT_FALSE(common.empty());
+}
+
+TEST_F(LinuxHome, AFolderNamedLibraryDoesNotMakeItAnotherSystems) {
+    add("Library/Caches/com.a.b/x", 400);
+    add(".gizli/x", 400);
+    EXPECT_THAT(levels(), Contains("unknown .gizli"));
+    add(".config/user-dirs.dirs");
+    EXPECT_THAT(levels(), Contains("keep .gizli"));
 }
 
 TEST_F(LinuxHome, NamesOfThisSystemsRulesMeanNothingInALibrary) {
