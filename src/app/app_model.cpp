@@ -343,7 +343,7 @@ void AppModel::scan() {
 void AppModel::copyCounters(const ScanProgress& progress) {
     assign(scannedFiles_, progress.files(), &AppModel::scannedFilesChanged);
     assign(scannedBytes_, progress.bytes(), &AppModel::scannedBytesChanged);
-    assign(deniedCount_, progress.denied(), &AppModel::deniedCountChanged);
+    assign(deniedCount_, progress.denied() - progress.deniedBeyond(), &AppModel::deniedCountChanged);
 }
 
 template <typename List>
@@ -924,19 +924,59 @@ QCoro::Task<> AppModel::emptyTrash() {
     expectUiThread();
     dismissTrashQuestion();
     for (bool hasMore = true; hasMore;) {
-        auto look = workers_->run([contents = services_.trashContents, fromHere = trashed_] {
-            return std::make_shared<const Cleaner::TrashContents>(contents(fromHere));
-        });
-        const std::shared_ptr<const Cleaner::TrashContents> contents = co_await look;
+        const std::shared_ptr<const Cleaner::TrashContents> contents = co_await lookAtTrash();
         if (isEnding_)
             co_return;
         if (!contents->isAllFromHere()) {
-            assign(trashQuestion_, TrashQuestion{.id = QUuid::createUuid(), .contents = contents},
-                   &AppModel::trashQuestionChanged);
+            askAboutTrash(contents);
             co_return;
         }
         hasMore = co_await emptyWhatWasSeen(contents);
     }
+}
+
+QCoro::Task<> AppModel::askToEmptyTrash() {
+    expectUiThread();
+    dismissTrashQuestion();
+    std::shared_ptr<const Cleaner::TrashContents> contents = co_await lookAtTrash();
+    if (!isEnding_)
+        askAboutTrash(std::move(contents));
+}
+
+QCoro::Task<std::shared_ptr<const Cleaner::TrashContents>> AppModel::lookAtTrash() {
+    auto look = workers_->run([contents = services_.trashContents, fromHere = trashed_] {
+        return std::make_shared<const Cleaner::TrashContents>(contents(fromHere));
+    });
+    co_return co_await look;
+}
+
+void AppModel::askAboutTrash(std::shared_ptr<const Cleaner::TrashContents> contents) {
+    assign(trashQuestion_, TrashQuestion{.id = QUuid::createUuid(), .contents = std::move(contents)},
+           &AppModel::trashQuestionChanged);
+}
+
+void AppModel::noteTouchedTrash(CleanedPaths& cleaned) const {
+    cleaned.addTouched(folders().trash);
+    for (const FindingPointer& finding : findings_) {
+        if (isTrash(*finding))
+            std::ranges::for_each(finding->urls, [&](const std::string& path) { cleaned.addTouched(path); });
+    }
+}
+
+void AppModel::shrinkTrash(std::int64_t freed, bool isEmpty) {
+    std::vector<FindingPointer> trashes;
+    std::ranges::copy_if(findings_, std::back_inserter(trashes), [&](const FindingPointer& finding) {
+        return isTrash(*finding) || finding->id == folders().trash;
+    });
+    std::unordered_set<std::string_view> gone;
+    for (const FindingPointer& trash : trashes) {
+        if (isEmpty)
+            gone.insert(trash->id);
+        else if (const auto place = find(trash->id); freed > 0 && place != findings_.end())
+            change(place,
+                   [&](Finding& finding) { finding.size = std::max<std::int64_t>(finding.size - freed, 0); });
+    }
+    removeFindings(gone);
 }
 
 QCoro::Task<> AppModel::emptyTrashAsAsked(QUuid question) {
@@ -1001,15 +1041,16 @@ QCoro::Task<bool> AppModel::emptyAndTell(std::shared_ptr<const Cleaner::TrashCon
     if (isEnding_)
         co_return false;
     if (phase_ == Phase::scanning)
-        scan_->cleaned.addTouched(folders().trash);
+        noteTouchedTrash(scan_->cleaned);
     std::int64_t sum = freedBytes_;
     addChecked(sum, emptied.bytes);
     assign(freedBytes_, sum, &AppModel::freedBytesChanged);
     if (emptied.isDone() && emptied.itemsNew == 0) {
         trashed_.clear();
         assign(trashedBytes_, 0, &AppModel::trashedBytesChanged);
-        removeFindings({folders().trash});
+        shrinkTrash(emptied.bytes, true);
     } else {
+        shrinkTrash(emptied.bytes, false);
         co_await countTrashed();
         if (isEnding_)
             co_return false;

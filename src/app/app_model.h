@@ -164,6 +164,8 @@ public:
     /// Empties the Trash at once if it holds only what this program has put there since it started;
     /// otherwise, or if that is unknown, asks through `trashQuestion`.
     QCoro::Task<> emptyTrash();
+    /// Always asks first.
+    QCoro::Task<> askToEmptyTrash();
     /// Confirms a question; no-op if another is being asked by now. Anything added to the Trash since is left
     /// alone and asked about in turn.
     QCoro::Task<> emptyTrashAsAsked(QUuid question);
@@ -261,6 +263,11 @@ private:
     /// Whether the list, replaced by a scan in the meantime, overlaps what was cleaned in more than the
     /// removed findings themselves: only another scan can tell the sizes.
     [[nodiscard]] bool isOutdated(const CleanedPaths& late, const std::vector<Cleaning>& turns) const;
+    QCoro::Task<std::shared_ptr<const Cleaner::TrashContents>> lookAtTrash();
+    void askAboutTrash(std::shared_ptr<const Cleaner::TrashContents> contents);
+    void noteTouchedTrash(CleanedPaths& cleaned) const;
+    /// The Trash's findings have this many bytes less, or are gone.
+    void shrinkTrash(std::int64_t freed, bool isEmpty);
     /// True if something was added to the Trash in the meantime.
     QCoro::Task<bool> emptyWhatWasSeen(std::shared_ptr<const Cleaner::TrashContents> seen);
     /// Nothing when the program ends meanwhile.

@@ -154,6 +154,14 @@ Judgement systemJudgement(const Position& place) {
             .action = {CleanAction::None{"Sistem dosyalarını Ulvak silmez."}}};
 }
 
+Judgement trashJudgement() {
+    return {.verdict = {.level = SafetyLevel::safe,
+                        .title = "Çöp Kutusu",
+                        .explanation = "Çöp kutusuna attığın dosyalar; başka programlarla attıkların da "
+                                       "buradadır. Boşaltana kadar yer kaplamaya devam ederler."},
+            .action = {}};
+}
+
 Judgement personalJudgement(const Position& place) {
     return {.verdict = {.level = SafetyLevel::keep,
                         .title = std::string(place.name()),
@@ -235,6 +243,10 @@ bool isAbout(const Rule& rule, std::string_view entry) {
     return name != nullptr && std::ranges::find(name->holds, entry) != name->holds.end();
 }
 
+bool isContainer(const Rule& rule) {
+    return std::holds_alternative<Rule::Container>(rule.kind);
+}
+
 std::span<const std::string> machineDisks() {
     static const std::array<std::string, 4> patterns = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"};
     return patterns;
@@ -244,14 +256,19 @@ std::span<const std::string> machineDisks() {
 class Analysis {
 public:
     Analysis(const Analyzer& analyzer, std::span<const Rule> rules, std::vector<std::string> innerRoots,
-             const UserFolders& folders)
+             const UserFolders& folders, std::span<const std::string> trashes)
         : analyzer_(analyzer),
           innerRoots_(std::move(innerRoots)),
           matcher_(rules, folders),
+          trashes_(trashes),
           usesEvidence_(!rules.empty() && rules.front().isRanked) {}
 
     void visit(const Position& place, State state) {
         const Rule* rule = match(place, state.context);
+        if (isTrash(place)) {
+            addTrash(place, rule);
+            return;
+        }
         if (place.node->isDirectory && holdsAnotherRoot(place) && !isLeftAlone(rule)) {
             enter(place, rule, state);
         } else if (rule == nullptr) {
@@ -268,9 +285,31 @@ public:
         }
     }
 
-    [[nodiscard]] std::vector<Finding> takeFindings() { return mergeGroups(std::move(findings_), linked_); }
+    [[nodiscard]] std::vector<Finding> takeFindings() {
+        std::vector<Finding> findings = mergeGroups(std::move(findings_), linked_);
+        std::erase_if(findings, [&](const Finding& finding) {
+            return ulvak::isTrash(finding) && finding.size < analyzer_.unitMinimum;
+        });
+        return findings;
+    }
 
 private:
+    [[nodiscard]] bool isTrash(const Position& place) const {
+        return place.node->isDirectory && std::ranges::find(trashes_, place.path) != trashes_.end();
+    }
+
+    /// With several, each counts, however small: their sum is reported.
+    void addTrash(const Position& place, const Rule* rule) {
+        Judgement judgement = rule != nullptr && !rule->isRanked && !isContainer(*rule)
+                                  ? ruleJudgement(place, *rule)
+                                  : trashJudgement();
+        judgement.action = {CleanAction::EmptyTrash{}};
+        Finding finding = findingAt(place, std::move(judgement));
+        if (trashes_.size() > 1)
+            finding.groupKey = "trash";
+        add(place, std::move(finding));
+    }
+
     [[nodiscard]] const Rule* match(const Position& place, ScanContext context) const {
         if (!around_ || !isParent(around_->path(), place.path)) {
             if (place.parent != nullptr)
@@ -495,7 +534,15 @@ private:
             add(place, defaultFinding(place, state, std::nullopt));
     }
 
+    [[nodiscard]] bool isUntouched(const Position& place) const {
+        return std::ranges::any_of(analyzer_.untouched, [&](const std::string& folder) {
+            return Paths::isWithin(place.path, folder);
+        });
+    }
+
     void add(const Position& place, Finding finding) {
+        if (canBeCleaned(finding) && isUntouched(place))
+            finding.action = {CleanAction::None{"Sistem dosyalarını Ulvak silmez."}};
         if (place.node->linked)
             linked_.emplace(finding.id, *place.node->linked);
         findings_.push_back(std::move(finding));
@@ -630,6 +677,7 @@ private:
     const Analyzer& analyzer_;
     std::vector<std::string> innerRoots_;
     RuleMatcher matcher_;
+    std::span<const std::string> trashes_;
     bool usesEvidence_ = false;  ///< whether something inside may speak against a finding: with ranked rules
     mutable std::optional<FolderEvidence> evidence_;
     mutable std::optional<FolderEvidence> around_;            ///< of the folder that contains it
@@ -718,6 +766,8 @@ std::vector<Finding> mergeGroups(std::vector<Finding> findings, const LinkedFind
         if (finding.urls.size() < 2)
             continue;
         sortLargestFirst(finding.children);
+        if (isTrash(finding))
+            continue;
         appendMemberCount(finding);
     }
     return merged;
@@ -743,9 +793,12 @@ std::vector<Finding> Analyzer::run(std::span<const DirNode> roots, const UserFol
     std::span<const Rule> asked(rules);
     const auto common =
         asked.subspan(static_cast<std::size_t>(std::ranges::count(rules, true, &Rule::isRanked)));
-    if (isAnotherSystemsHome(roots, common, folders))
+    std::span<const std::string> ownTrashes(trashes);
+    if (common.size() < rules.size() && isAnotherSystemsHome(roots, common, folders)) {
         asked = common;
-    Analysis analysis(*this, asked, std::move(innerRoots), folders);
+        ownTrashes = {};
+    }
+    Analysis analysis(*this, asked, std::move(innerRoots), folders, ownTrashes);
     for (const DirNode& root : roots)
         analysis.visit({.node = &root, .path = root.url, .parent = nullptr}, {});
     std::vector<Finding> findings = analysis.takeFindings();

@@ -27,6 +27,10 @@ struct Analyzer {
     std::int64_t defaultMinimum = 0;  ///< bytes; the smallest node reported without a rule
     /// The name of the application with this id; empty if it is not known. Null knows none.
     std::function<std::string(std::string_view id)> applicationName{};
+    /// The user's Trashes: reported together, as one finding that is emptied.
+    std::vector<std::string> trashes{};
+    /// Paths of trees that are explained, but never cleaned.
+    std::vector<std::string> untouched{};
     /// What the walk took note of in the nodes; null if it took none, so that evidence is read from the disk.
     const NotedNames* noted = nullptr;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "classify/rule_row.h"
@@ -8,5 +9,8 @@ namespace ulvak::RuleBook {
 
 /// What the program knows of this system beyond what all have in common.
 [[nodiscard]] std::vector<Row> platformRows();
+
+/// Folders beyond the user's own that a scan of this system looks at. They are explained, never cleaned.
+[[nodiscard]] std::vector<std::string> systemFolders();
 
 }  // namespace ulvak::RuleBook

@@ -259,6 +259,8 @@ std::expected<std::int64_t, CleanFailure> Cleaner::clean(const Finding& finding,
                                                          CleanRun& run) const {
     if (const auto* none = std::get_if<CleanAction::None>(&finding.action.value))
         return std::unexpected(failed(none->reason));
+    if (isTrash(finding))
+        return std::unexpected(failed("Çöp kutusu taşınmaz ya da silinmez, boşaltılır."));
     const auto* simulator = std::get_if<CleanAction::DeleteSimulator>(&finding.action.value);
     if (simulator == nullptr)
         return removeFiles(finding, mode, run, rails(), services_);

@@ -32,8 +32,12 @@ void resetVerdict(Finding& finding) {
     setCurrentVerdict(finding, finding.original);
 }
 
+bool isTrash(const Finding& finding) {
+    return std::holds_alternative<CleanAction::EmptyTrash>(finding.action.value);
+}
+
 bool canBeCleaned(const Finding& finding) {
-    return !std::holds_alternative<CleanAction::None>(finding.action.value);
+    return !std::holds_alternative<CleanAction::None>(finding.action.value) && !isTrash(finding);
 }
 
 std::int64_t bytesFreed(const Finding& finding) {

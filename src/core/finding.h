@@ -38,7 +38,12 @@ struct CleanAction {
         friend bool operator==(const None&, const None&) = default;
     };
 
-    std::variant<Trash, DeleteSimulator, None> value;
+    /// The user's Trash itself: it is emptied, never moved or removed, and not with others.
+    struct EmptyTrash {
+        friend bool operator==(const EmptyTrash&, const EmptyTrash&) = default;
+    };
+
+    std::variant<Trash, DeleteSimulator, None, EmptyTrash> value;
 
     friend bool operator==(const CleanAction&, const CleanAction&) = default;
 };
@@ -83,7 +88,10 @@ void relabel(Finding& finding, SafetyLevel level);
 /// Restores the analysis's own verdict.
 void resetVerdict(Finding& finding);
 
-/// Whether cleaning it does anything.
+/// Whether it is the user's Trash.
+[[nodiscard]] bool isTrash(const Finding& finding);
+
+/// Whether it can be moved to the Trash or removed.
 [[nodiscard]] bool canBeCleaned(const Finding& finding);
 
 /// Bytes of disk space that cleaning frees.

@@ -23,6 +23,9 @@ namespace ulvak::platform {
 /// Where this user's trashed files are, given the home folder.
 [[nodiscard]] std::string trashDirectory(const std::string& home);
 
+/// Whether a home folder is the one that the system has for this user's account, not one for a trial.
+[[nodiscard]] bool isAccountsHome(const std::string& home);
+
 /// Where the environment tells applications to keep their files; absolute, or empty if it does not.
 struct MovedFolders {
     std::string cache;

@@ -16,6 +16,7 @@ struct Words {
     std::string_view showInFileManager;  ///< on a button
     std::string_view unknownSummary;     ///< of the level of what nobody knows
     std::string_view cleaningDoes;       ///< what cleaning does to items, none of which is a simulator
+    std::string_view denied;             ///< after the number of folders that could not be listed
     /// Why the model is unavailable, by `ModelAbsenceReason`.
     std::array<std::string_view, 4> modelAbsence;
 };

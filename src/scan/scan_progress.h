@@ -17,6 +17,11 @@ public:
     void addFiles(std::int64_t count) { addChecked(files_, count); }
     void addBytes(std::int64_t count) { addChecked(bytes_, count); }
     void addDenied(std::int64_t count) { addChecked(denied_, count); }
+    /// For folders that are not the user's: counted as one, however many there are.
+    void addDeniedBeyond() {
+        if (deniedBeyond_.exchange(1) == 0)
+            addDenied(1);
+    }
     void setCurrent(std::string path) {
         const std::scoped_lock lock(currentMutex_);
         current_ = std::move(path);
@@ -29,6 +34,8 @@ public:
     [[nodiscard]] std::int64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
     /// Folders that could not be listed.
     [[nodiscard]] std::int64_t denied() const { return denied_.load(std::memory_order_relaxed); }
+    /// Those of them that are nothing to tell the user about.
+    [[nodiscard]] std::int64_t deniedBeyond() const { return deniedBeyond_.load(std::memory_order_relaxed); }
     /// The folder entered last, from the top three levels only; path bytes.
     [[nodiscard]] std::string current() const {
         const std::scoped_lock lock(currentMutex_);
@@ -39,6 +46,7 @@ private:
     std::atomic<std::int64_t> files_ = 0;
     std::atomic<std::int64_t> bytes_ = 0;
     std::atomic<std::int64_t> denied_ = 0;
+    std::atomic<std::int64_t> deniedBeyond_ = 0;
     mutable std::mutex currentMutex_;
     std::string current_;  ///< guarded by `currentMutex_`
 };

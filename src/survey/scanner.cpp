@@ -10,9 +10,12 @@
 #include <utility>
 
 #include "classify/analyzer.h"
+#include "classify/platform_rows.h"
 #include "classify/rule_book.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
+#include "platform/trash.h"
+#include "platform/user_folders.h"
 #include "platform/volume.h"
 #include "scan/disk_walker.h"
 #include "survey/simulators.h"
@@ -28,13 +31,19 @@ struct Located {
     std::string path;
     std::string real;
     platform::FileInfo info;
+    bool isSystems = false;
 };
 
 /// The existing roots, each place once: of two names for one folder, the first wins.
-std::vector<Located> locatedRoots(const UserFolders& folders) {
+std::vector<Located> locatedRoots(const UserFolders& folders, const FurtherPlaces& further) {
     std::vector<Located> located;
     const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
-    for (const std::string& path : Scanner::roots(folders)) {
+    std::vector<std::string> paths = Scanner::roots(folders);
+    std::ranges::copy(further.trashes, std::back_inserter(paths));
+    const std::size_t firstOfSystem = paths.size();
+    std::ranges::copy(further.systems, std::back_inserter(paths));
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        const std::string& path = paths[i];
         platform::Reach::Target real = reach.follow(path);
         const auto info = real.isThere ? platform::fileInfo(real.path) : std::nullopt;
         if (!info || (path == folders.cache && !Paths::hasOwnCache(folders)))
@@ -43,7 +52,8 @@ std::vector<Located> locatedRoots(const UserFolders& folders) {
             return other.real == real.path || other.info.volumeAndNumber == info->volumeAndNumber;
         };
         if (std::ranges::none_of(located, isSame))
-            located.push_back({.path = path, .real = std::move(real.path), .info = *info});
+            located.push_back(
+                {.path = path, .real = std::move(real.path), .info = *info, .isSystems = i >= firstOfSystem});
     }
     // A file inside another root belongs to that root.
     std::vector<Located> kept;
@@ -84,11 +94,46 @@ std::function<std::string(std::string_view)> applicationName() {
     };
 }
 
+/// Walks the user's own roots or the system's, in their order.
+std::vector<DirNode> trees(const DiskWalker& walker, const std::vector<Located>& located, bool areSystems,
+                           const std::stop_token& stop) {
+    std::vector<std::string> paths;
+    for (const Located& root : located) {
+        if (root.isSystems == areSystems)
+            paths.push_back(root.path);
+    }
+    std::vector<DirNode> found;
+    for (std::optional<DirNode>& node : walker.nodes(paths, stop)) {
+        if (node)
+            found.push_back(std::move(*node));
+    }
+    return found;
+}
+
+/// The system's folders are walked apart: what may not be read there is no alarm.
+std::vector<DirNode> systemTrees(const DiskWalker& own, const std::vector<Located>& located,
+                                 const std::stop_token& stop) {
+    ScanProgress progress;
+    const DiskWalker walker{.progress = progress,
+                            .home = own.home,
+                            .excluded = own.excluded,
+                            .innerRoots = own.innerRoots,
+                            .keepThreshold = own.keepThreshold,
+                            .noted = own.noted};
+    std::vector<DirNode> found = trees(walker, located, true, stop);
+    own.progress.addFiles(progress.files());
+    own.progress.addBytes(progress.bytes());
+    if (progress.denied() > 0)
+        own.progress.addDeniedBeyond();
+    return found;
+}
+
 std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     // If no thread can be started, this runs when the answer is needed.
     auto simulators =
         std::async(std::launch::async | std::launch::deferred, [stop] { return Simulators::load(stop); });
-    const std::vector<Located> located = locatedRoots(scanner.folders);
+    const FurtherPlaces further = scanner.further ? *scanner.further : FurtherPlaces::of(scanner.folders);
+    const std::vector<Located> located = locatedRoots(scanner.folders, further);
     const std::vector<std::string> inner = innerRoots(located);
 
     static const NotedNames evidence = Analyzer::evidence(RuleBook::all());
@@ -98,28 +143,41 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
                             .innerRoots = inner,
                             .keepThreshold = keepThreshold,
                             .noted = &evidence};
-    std::vector<std::string> paths;
-    for (const Located& root : located)
-        paths.push_back(root.path);
-    std::vector<DirNode> trees;
-    for (std::optional<DirNode>& node : walker.nodes(paths, stop)) {
-        if (node)
-            trees.push_back(std::move(*node));
-    }
+    std::vector<DirNode> roots = trees(walker, located, false, stop);
+    std::ranges::move(systemTrees(walker, located, stop), std::back_inserter(roots));
 
     SimulatorMap installed = simulators.get();
     if (stop.stop_requested())
         return {};
+    const std::vector<std::string> trashes =
+        further.trashes.empty() ? std::vector{scanner.folders.trash} : further.trashes;
     const Analyzer analyzer{.rules = RuleBook::all(),
                             .simulators = std::move(installed),
                             .unitMinimum = keepThreshold,
                             .defaultMinimum = defaultMinimum,
                             .applicationName = applicationName(),
+                            .trashes = trashes,
+                            .untouched = further.systems,
                             .noted = &evidence};
-    return analyzer.run(trees, scanner.folders, inner);
+    return analyzer.run(roots, scanner.folders, inner);
 }
 
 }  // namespace
+
+FurtherPlaces FurtherPlaces::of(const UserFolders& folders) {
+    FurtherPlaces further;
+    if (!platform::isAccountsHome(folders.home))
+        return further;
+    for (const platform::TrashFolder& trash : platform::trashFolders().folders) {
+        if (trash.path != folders.trash)
+            further.trashes.push_back(trash.path);
+    }
+    // Counts whole, however small, once there are others to add it to.
+    if (!further.trashes.empty())
+        further.trashes.insert(further.trashes.begin(), folders.trash);
+    further.systems = RuleBook::systemFolders();
+    return further;
+}
 
 std::expected<std::vector<Finding>, ScanError> Scanner::run(std::stop_token stop) const {
     try {

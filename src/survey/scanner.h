@@ -2,6 +2,7 @@
 
 #include <expected>
 #include <functional>
+#include <optional>
 #include <set>
 #include <stop_token>
 #include <string>
@@ -14,6 +15,18 @@
 
 namespace ulvak {
 
+/// What a scan of a user's own account looks at beside the usual roots. A plain value.
+struct FurtherPlaces {
+    /// All of the user's, if there are more than the home folder's: those of other volumes and of sandboxed
+    /// applications.
+    std::vector<std::string> trashes;
+    std::vector<std::string> systems;  ///< explained, never cleaned; what cannot be read there is no alarm
+
+    /// None with a home folder that is not the account's own: nobody tries things out on the whole machine.
+    /// Reads the disk.
+    [[nodiscard]] static FurtherPlaces of(const UserFolders& folders);
+};
+
 /// One complete scan: walks all roots, lists the simulators meanwhile, and analyses the trees. Never writes;
 /// missing or unreadable items are left out. Fails only when memory runs out, and has freed its own by then.
 ///
@@ -21,6 +34,7 @@ namespace ulvak {
 struct Scanner {
     ScanProgress& progress;
     const UserFolders& folders;
+    std::optional<FurtherPlaces> further{};  ///< those of the folders if not given
 
     /// The findings, largest first; empty when stopped.
     [[nodiscard]] std::expected<std::vector<Finding>, ScanError> run(std::stop_token stop = {}) const;

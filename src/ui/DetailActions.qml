@@ -16,6 +16,8 @@ ColumnLayout {
             trash.activate()
         else if (detail.action === DetailModel.Simulator && !detail.isCleaning)
             simulator.activate()
+        else if (detail.action === DetailModel.EmptyTrash)
+            emptyTrash.activate()
     }
 
     function forget() {
@@ -38,6 +40,18 @@ ColumnLayout {
         tint: Theme.named(root.detail.actionColor)
         Layout.maximumWidth: root.width
         onClicked: root.actions.removePermanently(root.detail.findingId)
+    }
+    Button {
+        id: emptyTrash
+        objectName: "emptyTrashFinding"
+        visible: root.detail.action === DetailModel.EmptyTrash
+        text: "Çöp Kutusunu Boşalt"
+        icon.source: "image://symbols/trash"
+        highlighted: true
+        activatesOnReturn: false
+        tint: Theme.named(root.detail.actionColor)
+        Layout.maximumWidth: root.width
+        onClicked: root.actions.emptyTrash()
     }
     Flow {
         id: cleaning
@@ -100,6 +114,19 @@ ColumnLayout {
                 text: title
                 icon.source: "image://symbols/" + symbol
                 onClicked: root.actions.perform(name, root.detail.findingId)
+            }
+        }
+        Button {
+            id: copyCommand
+            objectName: "copyCommand"
+            property string copied: ""  ///< the finding whose command was copied last
+            width: Math.min(implicitWidth, others.width)
+            visible: root.detail.command !== ""
+            text: copied === root.detail.findingId ? "Kopyalandı" : "Komutu Kopyala"
+            icon.source: "image://symbols/doc.on.doc"
+            onClicked: {
+                root.actions.copyCommand(root.detail.findingId)
+                copied = root.detail.findingId
             }
         }
         Button {

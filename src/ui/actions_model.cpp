@@ -1,5 +1,7 @@
 #include "ui/actions_model.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <algorithm>
 #include <iterator>
 #include <vector>
@@ -47,6 +49,16 @@ void ActionsModel::moveToTrash(const QString& findingId) {
 
 void ActionsModel::removePermanently(const QString& findingId) {
     app_.clean({idOf(findingId)}, CleanMode::permanent);
+}
+
+void ActionsModel::emptyTrash() {
+    app_.askToEmptyTrash();
+}
+
+void ActionsModel::copyCommand(const QString& findingId) {
+    const FindingPointer finding = app_.finding(idOf(findingId));
+    if (finding && !finding->command.empty())
+        QGuiApplication::clipboard()->setText(shown(finding->command));
 }
 
 void ActionsModel::perform(const QString& action, const QString& findingId) {

@@ -30,6 +30,10 @@ public:
     Q_INVOKABLE void resetVerdict(const QString& findingId);
     Q_INVOKABLE void moveToTrash(const QString& findingId);
     Q_INVOKABLE void removePermanently(const QString& findingId);
+    /// Asks first. For the finding that is the Trash.
+    Q_INVOKABLE void emptyTrash();
+    /// Copies the command that the user can run for the finding.
+    Q_INVOKABLE void copyCommand(const QString& findingId);
     /// Performs one of the `others`, by name.
     Q_INVOKABLE void perform(const QString& action, const QString& findingId);
 

@@ -93,6 +93,8 @@ DetailModel::Action DetailModel::action() const {
     const auto& action = shownFinding().action.value;
     if (std::holds_alternative<CleanAction::DeleteSimulator>(action))
         return Action::Simulator;
+    if (isTrash(shownFinding()))
+        return Action::EmptyTrash;
     return std::holds_alternative<CleanAction::Trash>(action) ? Action::Trash : Action::None;
 }
 
@@ -108,6 +110,10 @@ QString DetailModel::actionColor() const {
 QString DetailModel::reason() const {
     const auto* none = std::get_if<CleanAction::None>(&shownFinding().action.value);
     return none != nullptr ? shown(none->reason) : QString();
+}
+
+QString DetailModel::command() const {
+    return shown(shownFinding().command);
 }
 
 QString DetailModel::quitText() const {

@@ -31,6 +31,8 @@ class DetailModel : public QObject {
     /// The prominent button's colour name.
     Q_PROPERTY(QString actionColor READ actionColor NOTIFY changed FINAL)
     Q_PROPERTY(QString reason READ reason NOTIFY changed FINAL)
+    /// What the user can run instead; empty for nothing.
+    Q_PROPERTY(QString command READ command NOTIFY changed FINAL)
     Q_PROPERTY(QString quitText READ quitText NOTIFY changed FINAL)
     Q_PROPERTY(bool asksBeforeTrash READ asksBeforeTrash NOTIFY changed FINAL)
     Q_PROPERTY(bool offersPermanent READ offersPermanent NOTIFY changed FINAL)
@@ -56,7 +58,7 @@ class DetailModel : public QObject {
 public:
     /// What the prominent button does, if there is one.
     // NOLINTNEXTLINE(readability-identifier-naming): QML sees only capitalised enumerators
-    enum class Action : int { Trash, Simulator, None };
+    enum class Action : int { Trash, Simulator, EmptyTrash, None };
     Q_ENUM(Action)
 
     /// `app` must outlive this object.
@@ -79,6 +81,7 @@ public:
     [[nodiscard]] Action action() const;
     [[nodiscard]] QString actionColor() const;
     [[nodiscard]] QString reason() const;
+    [[nodiscard]] QString command() const;
     [[nodiscard]] QString quitText() const;
     [[nodiscard]] bool asksBeforeTrash() const;
     [[nodiscard]] bool offersPermanent() const;

@@ -6,6 +6,7 @@
 
 #include "core/checked_add.h"
 #include "core/paths.h"
+#include "core/words.h"
 #include "ui/shown.h"
 #include "ui/texts.h"
 
@@ -61,10 +62,7 @@ QString SummaryModel::freedText() const {
 
 QString SummaryModel::deniedText() const {
     return app_.deniedCount() < 1 ? QString()
-                                  : QString::number(app_.deniedCount()) +
-                                        QStringLiteral(
-                                            " klasöre erişilemedi. Tam tablo için Ulvak'a Tam Disk Erişimi "
-                                            "ver ve yeniden tara.");
+                                  : QString::number(app_.deniedCount()) + Texts::fixed(words().denied);
 }
 
 }  // namespace ulvak

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
+#include <vector>
 
 #include "classify/linux/rule_tables.h"
 
@@ -14,6 +16,12 @@ std::vector<Row> platformRows() {
           systemRows(), languageRows(), editorRows(), buildRows(), modelRows(), scienceRows()})
         std::ranges::copy(subject, std::back_inserter(rows));
     return rows;
+}
+
+std::vector<std::string> systemFolders() {
+    return {"/var/cache",       "/var/log",       "/var/lib/docker",  "/var/lib/containers",
+            "/var/lib/flatpak", "/var/lib/snapd", "/var/lib/libvirt", "/var/lib/systemd/coredump",
+            "/var/tmp",         "/opt",           "/usr/local",       "/home/linuxbrew"};
 }
 
 }  // namespace ulvak::RuleBook

@@ -1,9 +1,17 @@
 #include "classify/platform_rows.h"
 
+#include <string>
+#include <vector>
+
 namespace ulvak::RuleBook {
 
 /// The common rows were written for this system.
 std::vector<Row> platformRows() {
+    return {};
+}
+
+/// They are among the roots of every scan.
+std::vector<std::string> systemFolders() {
     return {};
 }
 

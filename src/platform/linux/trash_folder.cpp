@@ -188,6 +188,23 @@ void updateSizes(const std::string& trash, const std::map<std::string, std::int6
     (void)replaceFile(path, list);
 }
 
+/// Where snaps keep their data, each version in a home folder of its own: "snap/<name>/<version>". Relative
+/// to the user's; links such as "current" are left out.
+std::vector<std::string> snapData(const Directory& home) {
+    std::vector<std::string> folders;
+    const auto namesIn = [&](const std::string& folder) {
+        const auto open = home.openBelow(folder.c_str());
+        auto names = open ? entryNames(*open) : std::unexpected(open.error());
+        return names ? std::move(*names) : std::vector<std::string>();
+    };
+    for (const std::string& name : namesIn("snap")) {
+        const std::string snap = "snap/" + name;
+        for (const std::string& version : namesIn(snap))
+            folders.push_back(joined(snap, version) + "/.local/share");
+    }
+    return folders;
+}
+
 }  // namespace
 
 bool isOnSameVolume(const Directory& one, const Directory& other) {
@@ -249,6 +266,14 @@ TrashFolders trashFolders() {
     if (isReached) {
         const auto data = Directory::open(home.substr(0, slash));
         add(home, data ? openOwn(*data, home.substr(slash + 1)) : std::unexpected(data.error()));
+    }
+    const std::string around = homeDirectory();
+    if (const auto folder =
+            isWithinReach(around) ? Directory::open(around) : std::unexpected(notSupported())) {
+        for (const std::string& below : snapData(*folder)) {
+            if (const auto data = folder->openBelow(below.c_str()))
+                add(joined(joined(around, below), "Trash"), openOwn(*data, "Trash"));
+        }
     }
 
     const Names names;

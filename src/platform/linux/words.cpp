@@ -13,6 +13,7 @@ const Words& words() {
         .showInFileManager = "Dosya Yöneticisinde Göster",
         .unknownSummary = "Ne olduğu belli değil. Dil modeliyle analiz edebilirsin.",
         .cleaningDoes = "Dosyalar çöp kutusuna taşınır.",
+        .denied = " klasöre erişilemedi; içlerindekiler toplamlarda yok.",
         .modelAbsence = {"Bu bilgisayardaki dil modeli kullanılamıyor.", "Dil modeli kapalı.",
                          "Dil modeli henüz hazır değil (yükleniyor olabilir). Biraz sonra tekrar dene.",
                          "Dil modeli şu an kullanılamıyor."},

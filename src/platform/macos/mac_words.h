@@ -14,6 +14,7 @@ inline constexpr Words macWords{
     .showInFileManager = "Finder'da Göster",
     .unknownSummary = "Ne olduğu belli değil. Apple Intelligence ile analiz edebilirsin.",
     .cleaningDoes = "Dosyalar çöp kutusuna taşınır, simülatörler silinir.",
+    .denied = " klasöre erişilemedi. Tam tablo için Ulvak'a Tam Disk Erişimi ver ve yeniden tara.",
     .modelAbsence =
         {"Bu Mac Apple Intelligence'ı desteklemiyor.",
          "Apple Intelligence kapalı. Sistem Ayarları > Apple Intelligence ve Siri'den açabilirsin.",

@@ -6,9 +6,8 @@
 #include "platform/volume.h"
 
 namespace ulvak::platform::posix {
-namespace {
-
-bool isSamePlace(const std::string& one, const std::string& other) {
+/// Whether two paths lead to the same item.
+static bool isSamePlace(const std::string& one, const std::string& other) {
     if (one == other)
         return true;
     // One of them may be on a dead server; only the home folder that this process was given is waited for.
@@ -23,8 +22,6 @@ bool isSamePlace(const std::string& one, const std::string& other) {
     return oneInfo && otherInfo && oneInfo->volumeAndNumber == otherInfo->volumeAndNumber;
 }
 
-}  // namespace
-
 std::optional<std::string> absoluteFromEnvironment(const char* name) {
     const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
     if (value == nullptr || value[0] != '/')
@@ -33,8 +30,7 @@ std::optional<std::string> absoluteFromEnvironment(const char* name) {
 }
 
 bool isInSystemHome() {
-    const auto home = systemHome();
-    return home && isSamePlace(homeDirectory(), *home);
+    return isAccountsHome(homeDirectory());
 }
 
 bool isDesktopsTrash(const std::string& trash) {
@@ -52,6 +48,11 @@ GuardedFolders commonFolders(const std::string& home) {
 }  // namespace ulvak::platform::posix
 
 namespace ulvak::platform {
+
+bool isAccountsHome(const std::string& home) {
+    const auto account = posix::systemHome();
+    return account && posix::isSamePlace(home, *account);
+}
 
 MovedFolders movedFolders() {
     const auto moved = [](const char* name) {
