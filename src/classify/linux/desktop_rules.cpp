@@ -26,6 +26,10 @@ constexpr Row rows[] = {
     {.path = "$data/Trash", .level = SafetyLevel::safe, .title = "Çöp Kutusu", .explanation = "Çöp kutusuna attığın dosyalar. Boşaltana kadar yer kaplamaya devam ederler. Dosya yöneticinden boşaltabilirsin.", .actionable = false},
     // Work and keys that do not belong in a cache, whoever put them there: the cache around is looked into.
     {.path = "$cache/*/{autosave,autosaves,auto-save,auto-save-list,autosaved,recovery,recover,recovered,unsaved,swap,undo,undodir,backup,backups,drafts,outbox,LocalHistory}", .level = SafetyLevel::keep, .title = "{parent} · kurtarma kopyaları", .explanation = "Kaydedilmemiş ya da eski çalışmalarının kopyaları. Önbellek klasöründe durur ama geri gelmez.", .actionable = false},
+    {.path = "$cache/*/*/{autosave,autosaves,auto-save,auto-save-list,autosaved,unsaved,drafts,outbox,SessionData,LocalHistory}", .level = SafetyLevel::keep, .title = "{parent} · kurtarma kopyaları", .explanation = "Kaydedilmemiş ya da eski çalışmalarının kopyaları. Önbellek klasöründe durur ama geri gelmez.", .actionable = false},
+    {.path = "$cache/{*,*/*}/{saves,savegame,savegames,save games,recordings,conversations,chats,wallets,keystore,private-keys-v1.d,drive_c}", .level = SafetyLevel::keep, .title = "{parent} · {name}", .explanation = "Önbellek klasöründe durur ama adı başka şey söylüyor: kayıtlı oyunlar, kayıtlar, sohbetler ya da anahtarlar. Silinirse geri gelmez.", .actionable = false},
+    {.path = "$cache/*/{history,sessions,notes,SessionData}", .level = SafetyLevel::keep, .title = "{parent} · {name}", .explanation = "Önbellek klasöründe durur ama adı başka şey söylüyor: geçmişin, oturumların ya da notların. Silinirse geri gelmez.", .actionable = false},
+    {.path = "$cache/{*,*/*}/{queue,spool,unsent,rawstaging}", .level = SafetyLevel::keep, .title = "{parent} · gönderilmeyi bekleyenler", .explanation = "Henüz gönderilmemiş iletiler ya da dosyalar olabilir; yalnızca burada dururlar. Önce gönderilmelerini bekle.", .actionable = false},
     {.path = "$cache/*/{token,tokens,stored_tokens,credentials,credentials.json,credentials.toml,credentials.db,auth.json,access_token,secrets}", .level = SafetyLevel::keep, .title = "{parent} girişi", .explanation = "Bir hesaba giriş anahtarların. Silersen yeniden giriş yapman gerekir.", .actionable = false},
     {.path = "$config", .container = ScanContext::normal},
     {.path = "$config/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} ayarları", .explanation = "Bir uygulamanın ayarları ve oturum bilgileri. Silinirse uygulama ilk kurulduğu hâline döner. Uygulamayı artık kullanmıyorsan silebilirsin."},
@@ -98,6 +102,8 @@ constexpr Row rows[] = {
 
     // Logs of the session.
     {.path = "~/{.xsession-errors,.xsession-errors.old}", .level = SafetyLevel::safe, .title = "Oturum kayıtları (log)", .explanation = "Masaüstü oturumunun günlük dosyaları. Silmek güvenli; açık olan dosyanın yeri oturum kapanınca boşalır.", .group = "xsession-errors"},
+    // Called logs, but somebody wrote or measured them.
+    {.name = "logs", .holds = {"#*", "*.weechatlog", "*.irclog", "*.adi", "*.adif", "*.kismet", "*.pcap", "*.pcapng", "*.bag", "*.nmea", "*.gpx", "*.sqlite", "*.db"}, .level = SafetyLevel::keep, .title = "{parent} · {name}", .explanation = "Adı günlük olsa da yazışmalar, ölçümler ya da yakalanmış veriler. Silinirse geri gelmez.", .actionable = false},
     {.path = "$data/{xorg,sddm}", .level = SafetyLevel::safe, .title = "Görüntü sunucusu kayıtları", .explanation = "X ve Wayland oturumlarının günlük dosyaları. Hata ayıklamıyorsan silmek güvenli."},
     {.path = "~/.xorgxrdp.*.log*", .level = SafetyLevel::safe, .title = "Uzak oturum kayıtları", .explanation = "Uzak masaüstü oturumlarının günlük dosyaları. Silmek güvenli.", .group = "xorgxrdp"},
     {.path = "~/.vnc/*.log", .level = SafetyLevel::safe, .title = "VNC kayıtları", .explanation = "VNC oturumlarının günlük dosyaları. Silmek güvenli.", .group = "vnc-log"},
@@ -131,7 +137,7 @@ constexpr Row rows[] = {
 
     // Maps and dictionaries.
     {.path = "$data/OMaps", .level = SafetyLevel::caution, .title = "Organic Maps haritaları", .explanation = "Çevrimdışı kullanmak için indirdiğin haritalar ve işaretlediğin yerler. Haritalar yeniden iner, işaretlerin geri gelmez.", .quitApps = {"Organic Maps"}},
-    {.path = "~/.goldendict/index", .level = SafetyLevel::regenerable, .title = "GoldenDict dizini", .explanation = "Sözlüklerin arama dizini. Silinirse program açılınca yeniden kurar.", .quitApps = {"GoldenDict"}, .processes = {"goldendict"}},
+    {.path = "{~/.goldendict/index,$data/goldendict/index}", .level = SafetyLevel::regenerable, .title = "GoldenDict dizini", .explanation = "Sözlüklerin arama dizini. Silinirse program açılınca yeniden kurar.", .quitApps = {"GoldenDict"}, .processes = {"goldendict"}},
     {.path = "$data/{kiwix,kiwix-desktop}", .level = SafetyLevel::caution, .title = "Kiwix arşivleri", .explanation = "Çevrimdışı okumak için indirdiğin ansiklopediler. Yeniden indirilebilir ama büyüktür.", .quitApps = {"Kiwix"}, .processes = {"kiwix-desktop"}},
 
     // Java Web Start.
@@ -145,8 +151,10 @@ constexpr Row rows[] = {
     {.path = "{~/.password-store,$data/gopass,$config/gopass}", .level = SafetyLevel::keep, .title = "Parola deposu", .explanation = passwords, .actionable = false},
     {.path = "{$data/keyrings,$data/kwalletd,~/.gnome2/keyrings}", .level = SafetyLevel::keep, .title = "Masaüstü anahtarlığı", .explanation = "Uygulamaların kaydettiği parolalar. Asla silme.", .actionable = false},
     {.path = "{~/.pki,$data/pki,~/.cert,$data/networkmanagement,~/.step,~/.acme.sh,~/.tsh,~/.mitmproxy,~/.yubico,$config/Yubico,~/.globus}", .level = SafetyLevel::keep, .title = "Sertifikalar ve anahtarlar", .explanation = credentials, .actionable = false},
-    {.path = "{~/.aws,~/.azure,~/.oci,~/.bluemix,~/.aliyun,~/.s3cfg,~/.boto,$config/doctl,$config/hcloud,$config/scw,$config/linode-cli,$config/gh,$config/hub,$config/glab-cli,$config/op,$config/sops,$config/age,~/.vault-token,~/.netrc,~/.pgpass,~/.git-credentials,~/.putty,$config/putty}", .level = SafetyLevel::keep, .title = "Oturum ve erişim bilgileri: {name}", .explanation = credentials, .actionable = false},
+    {.path = "{~/.aws,~/.oci,~/.bluemix,~/.aliyun,~/.s3cfg,~/.boto,$config/doctl,$config/hcloud,$config/scw,$config/linode-cli,$config/gh,$config/hub,$config/glab-cli,$config/op,$config/sops,$config/age,~/.vault-token,~/.netrc,~/.pgpass,~/.git-credentials,~/.putty,$config/putty}", .level = SafetyLevel::keep, .title = "Oturum ve erişim bilgileri: {name}", .explanation = credentials, .actionable = false},
     {.path = "$config/gcloud", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Google Cloud oturumu", .explanation = credentials, .actionable = false},
+    {.path = "~/.azure", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Azure oturumu", .explanation = credentials, .actionable = false},
+    {.path = "~/.azure/cliextensions", .level = SafetyLevel::caution, .title = "Azure CLI eklentileri", .explanation = "Kurulu Azure CLI eklentileri. Silersen `az extension add` ile yeniden kurman gerekir."},
     {.path = "$config/gcloud/logs", .level = SafetyLevel::safe, .title = "Google Cloud kayıtları", .explanation = "`gcloud` komutlarının günlük dosyaları. Silmek güvenli."},
     {.path = "{$config/keepassxc,$config/KeePass,$config/Bitwarden,$config/1Password,$config/Enpass,$config/Proton Pass,$config/Buttercup-nodejs,$config/ente Auth,$config/ente,$data/Enpass,$data/authenticator,$config/Authy Desktop,$config/LastPass,$config/Dashlane,$config/NordPass,$config/Keeper Password Manager,$config/Padloc,$config/Passky}", .level = SafetyLevel::keep, .title = "Parola yöneticisi: {name}", .explanation = passwords, .actionable = false},
     {.path = "$cache/keepassxc", .level = SafetyLevel::caution, .title = "KeePassXC yerel ayarları", .explanation = "Son açılan kasaların listesi ve pencere ayarları. Kasalara bir şey olmaz, ama bu ayarlar geri gelmez.", .quitApps = {"KeePassXC"}, .processes = {"keepassxc"}},

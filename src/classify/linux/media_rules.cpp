@@ -44,9 +44,11 @@ constexpr Row rows[] = {
     {.path = "~/.kodi/temp", .level = SafetyLevel::safe, .title = "Kodi geçici dosyaları", .explanation = "Kodi kapalıyken silmek güvenli.", .quitApps = {"Kodi"}, .processes = {"kodi*"}},
     {.path = "~/.kodi/addons", .container = ScanContext::normal},
     {.path = "~/.kodi/addons/packages", .level = SafetyLevel::regenerable, .title = "Kodi eklenti indirmeleri", .explanation = "Kurulmuş eklentilerin indirme dosyaları. Silinirse gerektiğinde tekrar iner.", .quitApps = {"Kodi"}, .processes = {"kodi*"}},
+    {.path = "~/.kodi/addons/*", .level = SafetyLevel::caution, .title = "Kodi eklentisi: {name}", .explanation = "Kurulu bir Kodi eklentisi. Silersen yeniden kurman gerekir; ayarları başka yerdedir.", .quitApps = {"Kodi"}, .processes = {"kodi*"}},
     {.path = "$cache/vlc", .level = SafetyLevel::regenerable, .title = "VLC önbelleği", .explanation = "Albüm kapakları ve arayüz önbelleği. Silinirse tekrar yüklenir.", .quitApps = {"VLC media player"}, .processes = {"vlc"}},
     {.path = "$data/jellyfin", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "Jellyfin", .explanation = "Jellyfin'in kitaplığı, kullanıcıları ve izleme geçmişin. Silersen geri gelmez.", .processes = {"jellyfin"}},
     {.path = "$data/jellyfin/transcodes", .level = SafetyLevel::safe, .title = "Jellyfin dönüştürmeleri", .explanation = "Yayın sırasında dönüştürülen geçici dosyalar. Jellyfin kapalıyken silmek güvenli.", .processes = {"jellyfin"}},
+    {.path = "$data/jellyfin/metadata", .level = SafetyLevel::caution, .title = "Jellyfin kitaplık resimleri", .explanation = "Film ve dizilerin indirilmiş resimleri ve bilgileri. Kitaplık yenilenince tekrar iner; kendi yüklediğin resimler geri gelmez.", .processes = {"jellyfin"}},
     {.path = "~/jd2/{tmp,logs}", .level = SafetyLevel::safe, .title = "JDownloader geçici dosyaları: {name}", .explanation = "Geçici dosyalar ve günlükler. JDownloader kapalıyken silmek güvenli.", .processes = {"java"}},
 
     {.path = "/var/tmp/nuke-u*", .level = SafetyLevel::regenerable, .title = "Nuke önbelleği", .explanation = "Nuke'un disk önbelleği. Nuke kapalıyken gereksizdir; gerektiğinde yeniden oluşur.", .processes = {"Nuke*"}, .actionable = false},

@@ -10,6 +10,8 @@ constexpr Row rows[] = {
     // Caches of the system.
     {.path = "/var/cache", .container = ScanContext::system},
     {.path = "/var/cache/{rsnapshot,backuppc,dirvish,burp}", .level = SafetyLevel::keep, .title = "Yedekler: {name}", .explanation = "Yedekleme programının tuttuğu yedekler. Adı önbellek olsa da geri gelmez.", .actionable = false},
+    {.path = "/var/cache/{zoneminder,git}", .level = SafetyLevel::keep, .title = "Hizmet verisi: {name}", .explanation = "Kamera kayıtları ya da git depoları. Adı önbellek olsa da geri gelmez.", .actionable = false},
+    {.path = "/var/cache/bind", .level = SafetyLevel::caution, .title = "DNS sunucusu verisi", .explanation = "DNS sunucusunun bölge dosyaları. Başka sunucudan alınanlar yenilenir; burada tutulan kendi bölgelerin geri gelmez.", .processes = {"named"}, .actionable = false},
     {.path = "/var/cache/*", .level = SafetyLevel::regenerable, .title = "Sistem önbelleği: {name}", .explanation = "Bir sistem hizmetinin önbelleği. Hizmet gerektikçe yeniden oluşturur; silmek için yönetici olman gerekir.", .actionable = false},
     {.path = "/var/cache/apt", .container = ScanContext::system},
     {.path = "/var/cache/apt/*", .level = SafetyLevel::regenerable, .title = "APT önbelleği: {name}", .explanation = "APT'nin paket listesi önbelleği. `sudo apt-get clean` temizler; gerektiğinde yeniden oluşur.", .processes = {"apt", "apt-get", "dpkg"}, .command = "sudo apt-get clean", .actionable = false},
