@@ -12,7 +12,9 @@
 
 #include "classify/folder_evidence.h"
 #include "classify/heuristics.h"
+#include "classify/large_file.h"
 #include "classify/rule_matcher.h"
+#include "classify/temporary_use.h"
 #include "core/format.h"
 #include "core/largest_first.h"
 #include "core/text.h"
@@ -174,6 +176,28 @@ Judgement personalJudgement(const Position& place) {
             .action = {}};
 }
 
+Judgement largeFileJudgement(const Position& place, LargeFile kind) {
+    const std::string name(place.name());
+    Verdict verdict{.level = SafetyLevel::caution};
+    if (kind == LargeFile::machineDisk) {
+        verdict.title = "Sanal makine diski: " + name;
+        verdict.explanation =
+            "Bir sanal makinenin diski. Silersen içindeki sistem ve dosyalar geri gelmez; "
+            "makineyi artık kullanmıyorsan silebilirsin.";
+    } else if (kind == LargeFile::coreDump) {
+        verdict.title = "Bellek dökümü: " + name;
+        verdict.explanation =
+            "Çöken bir programın bellek dökümü. Hatayı incelemiyorsan gereksizdir; silersen "
+            "aynı döküm geri gelmez.";
+    } else {
+        verdict.title = "Kurulum dosyası: " + name;
+        verdict.explanation =
+            "İndirilmiş bir kurulum dosyası ya da disk kalıbı. Kurduysan gereksizdir; gerekirse "
+            "yeniden indirirsin, ama eski sürümü bulamayabilirsin.";
+    }
+    return {.verdict = std::move(verdict), .action = {}};
+}
+
 Judgement guessedJudgement(const Position& place, const Heuristics::Guess& guess) {
     return {.verdict = {.level = guess.level,
                         .title = replacedAll(guess.title, "{name}", place.name()),
@@ -233,10 +257,6 @@ void append(std::vector<std::string>& names, const std::vector<std::string>& mor
     }
 }
 
-bool isEasilyDeleted(SafetyLevel level) {
-    return level == SafetyLevel::safe || level == SafetyLevel::regenerable;
-}
-
 /// Whether a rule recognises its places by what is inside them, so that this does not speak against it.
 bool isAbout(const Rule& rule, std::string_view entry) {
     const auto* name = std::get_if<Rule::Name>(&rule.match);
@@ -247,9 +267,47 @@ bool isContainer(const Rule& rule) {
     return std::holds_alternative<Rule::Container>(rule.kind);
 }
 
-std::span<const std::string> machineDisks() {
-    static const std::array<std::string, 4> patterns = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"};
-    return patterns;
+/// Whether a rule is about whatever lies in the temporary folder.
+bool isTemporary(const Rule& rule) {
+    const auto* path = std::get_if<Rule::Path>(&rule.match);
+    return path != nullptr && path->pattern.starts_with("$T/");
+}
+
+/// Names of what nothing can make again.
+struct Precious {
+    std::vector<std::string> machineDisks;
+    std::vector<std::string> secrets;
+    std::vector<std::string> databases;
+    std::vector<std::string> backups;  ///< of two kinds of repositories
+};
+
+const Precious& precious() {
+    static const Precious names{
+        .machineDisks = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"},
+        .secrets = {"logins.json", "Login Data", "private-keys-v1.d", "wallet.dat", "*.kdbx"},
+        .databases = {"PG_VERSION", "ibdata1", "WiredTiger"},
+        .backups = {"hints.*", "keys"},
+    };
+    return names;
+}
+
+/// What is in a folder that nothing can make again, whatever the folder is called. Turkish, beginning with a
+/// blank; empty if there is nothing.
+std::string_view preciousContents(FolderEvidence& evidence) {
+    if (evidence.isKnownToLackAll())
+        return {};
+    if (evidence.holdsOneOf(precious().machineDisks))
+        return " Ama içinde sanal makine diskleri var: içlerindekiler geri gelmez.";
+    if (evidence.lists("cur") && evidence.lists("new") && evidence.hasFolder("cur") &&
+        evidence.hasFolder("new"))
+        return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
+    if (evidence.holdsOneOf(precious().secrets))
+        return " Ama içinde parolalar ya da anahtarlar var: onlar geri gelmez.";
+    if (evidence.holdsOneOf(precious().databases))
+        return " Ama içinde bir veritabanı var: kayıtları geri gelmez.";
+    if (evidence.lists("config") && evidence.lists("data") && evidence.holdsOneOf(precious().backups))
+        return " Ama içi bir yedek deposuna benziyor: yedekler geri gelmez.";
+    return {};
 }
 
 /// One analysis: a depth-first walk that appends to `findings_`.
@@ -261,7 +319,9 @@ public:
           innerRoots_(std::move(innerRoots)),
           matcher_(rules, folders),
           trashes_(trashes),
-          usesEvidence_(!rules.empty() && rules.front().isRanked) {}
+          usesEvidence_(!rules.empty() && rules.front().isRanked),
+          temporary_(folders),
+          downloads_(usesEvidence_ ? downloadFolder(folders) : std::string()) {}
 
     void visit(const Position& place, State state) {
         const Rule* rule = match(place, state.context);
@@ -434,6 +494,10 @@ private:
     }
 
     void visitUnmatched(const Position& place, State state) {
+        if (const LargeFile kind = largeFileAt(place, state.context); kind != LargeFile::other) {
+            addLargeFile(place, kind, state.context);
+            return;
+        }
         if (state.context == ScanContext::application) {
             visitOwned(place, state);
             return;
@@ -452,6 +516,29 @@ private:
                                   .entered = state.entered});
         else
             reportDefault(place, state);
+    }
+
+    /// Only of files that nobody else has named.
+    [[nodiscard]] LargeFile largeFileAt(const Position& place, ScanContext context) const {
+        const bool isAsked = usesEvidence_ && !place.node->isDirectory &&
+                             (context == ScanContext::normal || context == ScanContext::personal);
+        if (!isAsked)
+            return LargeFile::other;
+        const auto [known, isNew] = largeFiles_.try_emplace(place.path, LargeFile::other);
+        if (isNew)
+            known->second = largeFile(place.path);
+        if (known->second == LargeFile::installer &&
+            (downloads_.empty() || !Paths::isWithin(place.path, downloads_)))
+            return LargeFile::other;
+        return known->second;
+    }
+
+    void addLargeFile(const Position& place, LargeFile kind, ScanContext context) {
+        if (place.node->size < analyzer_.unitMinimum)
+            return;
+        Finding finding = findingAt(place, largeFileJudgement(place, kind));
+        finding.isPersonal = context == ScanContext::personal;
+        add(place, std::move(finding));
     }
 
     /// In an application's folder.
@@ -513,7 +600,7 @@ private:
             if (node.size < probeMinimum)
                 return false;
             const Position child = place.child(node);
-            return match(child, context) != nullptr ||
+            return match(child, context) != nullptr || largeFileAt(child, context) != LargeFile::other ||
                    (child.canBeEntered() && containsMatch(child, context, depth - 1));
         });
     }
@@ -628,10 +715,10 @@ private:
 
     /// The judgement, unless something inside speaks against deleting the folder easily.
     [[nodiscard]] Judgement cautious(const Position& place, Judgement judgement, const Rule* rule) const {
-        if (!usesEvidence_ || !isEasilyDeleted(judgement.verdict.level) || !place.node->isDirectory ||
+        if (!usesEvidence_ || !isEasilyDeleted(judgement.verdict.level) ||
             place.node->size < analyzer_.unitMinimum)
             return judgement;
-        const std::string_view reason = objection(place, rule);
+        const std::string reason = objection(place, rule);
         if (!reason.empty()) {
             judgement.verdict.level = SafetyLevel::caution;
             judgement.verdict.explanation += reason;
@@ -639,20 +726,34 @@ private:
         return judgement;
     }
 
-    [[nodiscard]] std::string_view objection(const Position& place, const Rule* rule) const {
+    [[nodiscard]] std::string objection(const Position& place, const Rule* rule) const {
+        if (rule != nullptr && isTemporary(*rule)) {
+            if (std::string reason = temporary_.objection(place.path, *place.node); !reason.empty())
+                return reason;
+        }
+        if (!place.node->isDirectory)
+            return {};
         if (holdsMount(place.path))
             return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
-                   "dosyalar "
-                   "da gidebilir.";
+                   "dosyalar da gidebilir.";
         FolderEvidence& evidence = evidenceIn(place);
         if ((rule == nullptr || !isAbout(*rule, ".git")) && evidence.lists(".git"))
             return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
-        if (evidence.holdsOneOf(machineDisks()))
-            return " Ama içinde sanal makine diskleri var: içlerindekiler geri gelmez.";
-        if (evidence.lists("cur") && evidence.hasFolder("cur") && evidence.hasFolder("new"))
-            return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
         if (lowerCased(place.name()).starts_with("build") && evidence.hasFile("conf/local.conf"))
             return " Ama içinde elle yazılmış derleme ayarları (`conf/local.conf`) var: onlar geri gelmez.";
+        const std::string_view precious = preciousContents(evidence);
+        return std::string(precious.empty() ? preciousBelow(place) : precious);
+    }
+
+    /// The same of the big folders inside.
+    [[nodiscard]] std::string_view preciousBelow(const Position& place) const {
+        for (const DirNode& child : place.node->children) {
+            if (!child.isDirectory)
+                continue;
+            FolderEvidence evidence(Paths::join(place.path, child.url), noted(child));
+            if (const std::string_view reason = preciousContents(evidence); !reason.empty())
+                return reason;
+        }
         return {};
     }
 
@@ -679,6 +780,9 @@ private:
     RuleMatcher matcher_;
     std::span<const std::string> trashes_;
     bool usesEvidence_ = false;  ///< whether something inside may speak against a finding: with ranked rules
+    mutable TemporaryUse temporary_;
+    std::string downloads_;                                          ///< empty for none
+    mutable std::unordered_map<std::string, LargeFile> largeFiles_;  ///< those that were looked at
     mutable std::optional<FolderEvidence> evidence_;
     mutable std::optional<FolderEvidence> around_;            ///< of the folder that contains it
     mutable std::optional<std::vector<std::string>> mounts_;  ///< read when first needed
@@ -776,8 +880,10 @@ std::vector<Finding> mergeGroups(std::vector<Finding> findings, const LinkedFind
 NotedNames Analyzer::evidence(std::span<const Rule> rules) {
     if (rules.empty() || !rules.front().isRanked)
         return NotedNames({});
-    std::set<std::string> names(machineDisks().begin(), machineDisks().end());
-    names.insert({".git", "cur"});
+    std::set<std::string> names = {".git", "cur", "new", "config", "data"};
+    for (const auto* more :
+         {&precious().machineDisks, &precious().secrets, &precious().databases, &precious().backups})
+        names.insert(more->begin(), more->end());
     for (const Rule& rule : rules) {
         if (const auto* name = std::get_if<Rule::Name>(&rule.match)) {
             names.insert(name->siblings.begin(), name->siblings.end());

@@ -16,7 +16,6 @@ using platform::Directory;
 
 /// Evidence lies in folders of this size; a cache may have a million entries.
 constexpr std::size_t maxNames = 1024;
-constexpr std::string_view cacheTag = "CACHEDIR.TAG";
 constexpr std::string_view cacheTagSignature = "Signature: 8a477f597d28d172789f06886806bc55";
 
 std::string lowerCasedAscii(std::string text) {

@@ -24,6 +24,9 @@ struct NotedEntries {
 /// thread-safe.
 class FolderEvidence {
 public:
+    /// Says that a folder is a cache; must begin with a signature.
+    static constexpr std::string_view cacheTag = "CACHEDIR.TAG";
+
     explicit FolderEvidence(std::string path, NotedEntries noted = {})
         : path_(std::move(path)), noted_(noted) {}
 

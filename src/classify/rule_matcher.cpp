@@ -53,6 +53,14 @@ bool isContainer(const Rule& rule) {
     return std::holds_alternative<Rule::Container>(rule.kind);
 }
 
+/// Whether a rule knows by what is in a folder that it is not easily deleted. That somebody calls it a cache
+/// is no warning.
+bool isWarning(const Rule& rule) {
+    const std::vector<std::string>& holds = std::get<Rule::Name>(rule.match).holds;
+    return !isEasilyDeleted(rule.level) && !isContainer(rule) && !holds.empty() &&
+           std::ranges::find(holds, FolderEvidence::cacheTag) == holds.end();
+}
+
 }  // namespace
 
 RuleMatcher::RuleMatcher(std::span<const Rule> rules, UserFolders folders)
@@ -293,10 +301,14 @@ std::uint32_t RuleMatcher::linearly(std::string_view path, Area area) const {
     return PatternTree::none;
 }
 
-/// The first rule before `end` whose name and evidence match.
-std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& index, std::uint32_t end) const {
+/// The first rule before `end` whose name and evidence match. A warning is a unit that is not easily deleted,
+/// by what is in the folder.
+std::uint32_t RuleMatcher::named(const Question& question, const NameIndex& index, std::uint32_t end,
+                                 bool onlyWarnings) const {
     Candidates candidates(index, question.folded.empty() ? std::string_view() : question.folded.back());
     for (std::uint32_t rule = candidates.next(); rule < end; rule = candidates.next()) {
+        if (onlyWarnings && !isWarning(rules_[rule]))
+            continue;
         if (matchesName(rule, question))
             return rule;
     }
@@ -442,7 +454,7 @@ RuleMatcher::Found RuleMatcher::mostSpecificPath(const Question& question) const
 /// of the home folder is no application's.
 RuleMatcher::Found RuleMatcher::mostSpecific(Question& question, const Found& other) const {
     Found found = mostSpecificPath(question);
-    if (!found.isNothing() || !question.isDirectory)
+    if (!question.isDirectory || (!found.isNothing() && !mayBeOverruled(found)))
         return found;
     const bool isOtherSystems =
         isInHome(question) && question.folded.size() > homeDepth_ && question.folded[homeDepth_] == "library";
@@ -453,10 +465,16 @@ RuleMatcher::Found RuleMatcher::mostSpecific(Question& question, const Found& ot
         if (container != nullptr && container->context != ScanContext::normal)
             question.context = container->context;
     }
-    found.rule = named(question, rankedNames_, PatternTree::none);
-    if (!found.isNothing())
-        found.own = specificities_[found.rule];
+    const std::uint32_t name = named(question, rankedNames_, PatternTree::none, !found.isNothing());
+    if (name != PatternTree::none)
+        found = {.rule = name, .own = specificities_[name]};
     return found;
+}
+
+/// What lies inside a folder may say more than that it is some cache.
+bool RuleMatcher::mayBeOverruled(const Found& path) const {
+    const Rule& rule = rules_[path.rule];
+    return path.isWide() && !isContainer(rule) && isEasilyDeleted(rule.level);
 }
 
 bool RuleMatcher::rankedWins(const Found& ranked, const Found& other) const {

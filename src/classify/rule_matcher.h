@@ -139,8 +139,9 @@ private:
     [[nodiscard]] std::uint32_t linearly(std::string_view path, Area area) const;
     [[nodiscard]] Found mostSpecific(Question& question, const Found& other) const;
     [[nodiscard]] Found mostSpecificPath(const Question& question) const;
-    [[nodiscard]] std::uint32_t named(const Question& question, const NameIndex& index,
-                                      std::uint32_t end) const;
+    [[nodiscard]] std::uint32_t named(const Question& question, const NameIndex& index, std::uint32_t end,
+                                      bool onlyWarnings = false) const;
+    [[nodiscard]] bool mayBeOverruled(const Found& path) const;
     [[nodiscard]] bool matchesName(std::uint32_t index, const Question& question) const;
     [[nodiscard]] bool rankedWins(const Found& ranked, const Found& other) const;
     [[nodiscard]] bool rankedWinsOverPath(const Found& ranked, const Found& other) const;

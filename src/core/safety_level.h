@@ -31,6 +31,11 @@ struct SafetyLevelInfo {
 /// The level with exactly this raw value, case-sensitive.
 [[nodiscard]] std::optional<SafetyLevel> safetyLevel(std::string_view rawValue);
 
+/// Whether nothing is lost, or nothing that does not come back by itself.
+[[nodiscard]] constexpr bool isEasilyDeleted(SafetyLevel level) {
+    return level == SafetyLevel::safe || level == SafetyLevel::regenerable;
+}
+
 /// Stable sort into display order: safe, regenerable, caution, unknown, keep.
 void sortForDisplay(std::span<SafetyLevel> levels);
 

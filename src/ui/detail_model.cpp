@@ -127,8 +127,7 @@ bool DetailModel::asksBeforeTrash() const {
 }
 
 bool DetailModel::offersPermanent() const {
-    const SafetyLevel level = shownFinding().level;
-    return level == SafetyLevel::safe || level == SafetyLevel::regenerable;
+    return isEasilyDeleted(shownFinding().level);
 }
 
 QString DetailModel::trashQuestion() const {

@@ -178,6 +178,11 @@ constexpr Row rows[] = {
 
     // What servers and crashed programs leave.
     {.name = "standalone/log", .holds = {"server.log"}, .level = SafetyLevel::caution, .title = "Sunucu kayıtları (log)", .explanation = "Uygulama sunucusunun günlükleri. Eski olanlar genelde gereksizdir; silmeden önce içlerine bir bak.", .processes = {"java"}},
+    {.name = "DerivedDataCache", .siblings = {"*.uproject", "Content", "Source"}, .level = SafetyLevel::regenerable, .title = "{parent} · DerivedDataCache", .explanation = "Unreal'ın işlenmiş varlık önbelleği. Silinirse proje açılınca yeniden oluşturulur; uzun sürebilir.", .processes = {"UnrealEditor"}},
+    {.name = "Intermediate", .siblings = {"*.uproject", "*.uplugin", "DerivedDataCache", "Shaders"}, .level = SafetyLevel::regenerable, .title = "{parent} · Intermediate", .explanation = "Unreal'ın derleme ara dosyaları. Bir sonraki derlemede yeniden oluşur.", .processes = {"UnrealEditor"}},
+    {.name = ".build", .siblings = {"ct-ng", "*.config", ".config"}, .level = SafetyLevel::caution, .title = "{parent} · .build", .explanation = "Derleme ara dosyaları. Yeniden derlenebilir; uzun sürer, indirilmiş kaynaklar da burada olabilir."},
+    {.name = ".yarn/cache", .level = SafetyLevel::caution, .title = "Yarn paketleri", .explanation = "Projenin indirilmiş paketleri. `yarn install` yeniden indirir; depoya eklenmişlerse git'ten geri gelirler."},
+    {.name = "{.fvm,flutter}/flutter_sdk", .level = SafetyLevel::caution, .title = "Flutter SDK", .explanation = "Projenin kullandığı Flutter sürümü. Silinirse `fvm install` yeniden indirir."},
     {.path = "{~,~/*,~/*/*,~/*/*/*,~/*/*/*/*}/{java_pid*.hprof,core.[0-9][0-9][0-9]*}", .level = SafetyLevel::caution, .title = "Bellek dökümü: {name}", .explanation = "Çöken bir programın bellek dökümü. Hatayı incelemiyorsan gereksizdir; silersen aynı döküm geri gelmez."},
 
     // What a version control system keeps is not a build's.

@@ -112,6 +112,10 @@ constexpr Row rows[] = {
     {.path = "~/ray_results", .level = SafetyLevel::keep, .title = "Ray deneyleri", .explanation = "Deneylerinin sonuçları ve modelleri. Yeniden eğitmeden geri gelmez; gereksizleri seçerek sil.", .actionable = false},
     {.path = "~/fiftyone", .level = SafetyLevel::caution, .title = "FiftyOne veri kümeleri", .explanation = "İndirilen veri kümeleri; kendi aktardıkların da burada olabilir. İndirilenler tekrar gelir."},
     {.path = "~/.fiftyone", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "FiftyOne verisi", .explanation = "Etiketlerin ve veri kümesi bilgilerin. Geri gelmez."},
+    {.name = "installer_files", .siblings = {"start_linux.sh", "one_click.py", "webui.py"}, .level = SafetyLevel::caution, .title = "{parent} · kurulum ortamı", .explanation = "Programın kendi Python ortamı. Silinirse başlatma betiği yeniden kurar; birkaç GB indirir."},
+    {.path = "$data/Coqui", .level = SafetyLevel::caution, .title = "Ses modelleri: {name}", .explanation = "İndirilmiş konuşma modelleri. Silinirse gerektiğinde yeniden indirilir; kendi eğittiğin bir model de burada olabilir."},
+    {.name = "joblib", .level = SafetyLevel::caution, .title = "{parent} · joblib", .explanation = "Hesaplanmış ara sonuçlar. Silinirse bir sonraki çalıştırmada yeniden hesaplanır; uzun sürebilir."},
+    {.path = "~/airflow/logs", .level = SafetyLevel::caution, .title = "Airflow günlükleri", .explanation = "Görevlerin günlükleri. Silersen geçmiş çalışmaların ayrıntılarına bakamazsın.", .processes = {"airflow"}},
 };
 // clang-format on
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/paths.h"
+
+namespace ulvak {
+
+/// What a large file is, whoever made it.
+enum class LargeFile : std::uint8_t {
+    other,
+    machineDisk,  ///< the disk of a virtual machine
+    coreDump,     ///< a crashed program's memory
+    installer,    ///< a package, an installation program or a disc image
+};
+
+/// Judged by the file's name and how it begins. Reads at most 33 KB, and only of files whose names leave it
+/// open; a file that cannot be read is `other`.
+[[nodiscard]] LargeFile largeFile(const std::string& path);
+
+/// Where the user's browsers put files, by the desktop's setting; empty if there is no such setting.
+[[nodiscard]] std::string downloadFolder(const UserFolders& folders);
+
+}  // namespace ulvak

@@ -1,0 +1,10 @@
+#include "platform/temporary_items.h"
+
+namespace ulvak::platform {
+
+/// Nobody asks: a user's temporary folder is private here.
+std::vector<std::string> openBelow(const std::string&) {
+    return {};
+}
+
+}  // namespace ulvak::platform
