@@ -278,15 +278,18 @@ struct Precious {
     std::vector<std::string> machineDisks;
     std::vector<std::string> secrets;
     std::vector<std::string> databases;
-    std::vector<std::string> backups;  ///< of two kinds of repositories
+    std::vector<std::string> backups;    ///< of two kinds of repositories
+    std::vector<std::string> documents;  ///< that people write
 };
 
 const Precious& precious() {
     static const Precious names{
         .machineDisks = {"*.qcow2", "*.vdi", "*.vmdk", "*.vhdx"},
-        .secrets = {"logins.json", "Login Data", "private-keys-v1.d", "wallet.dat", "*.kdbx"},
+        .secrets = {"logins.json", "Login Data", "private-keys-v1.d", "wallet.dat", "*.kdbx", "Local State",
+                    "cookies.sqlite", "key4.db"},
         .databases = {"PG_VERSION", "ibdata1", "WiredTiger"},
         .backups = {"hints.*", "keys"},
+        .documents = {"*.docx", "*.odt", "*.xlsx", "*.ods", "*.pptx", "*.odp", "*.psd", "*.xcf", "*.kra"},
     };
     return names;
 }
@@ -302,7 +305,7 @@ std::string_view preciousContents(FolderEvidence& evidence) {
         evidence.hasFolder("new"))
         return " Ama içinde e-posta klasörleri var: başka yerde olmayan iletiler geri gelmez.";
     if (evidence.holdsOneOf(precious().secrets))
-        return " Ama içinde parolalar ya da anahtarlar var: onlar geri gelmez.";
+        return " Ama içinde oturumlar, parolalar ya da anahtarlar var: onlar geri gelmez.";
     if (evidence.holdsOneOf(precious().databases))
         return " Ama içinde bir veritabanı var: kayıtları geri gelmez.";
     if (evidence.lists("config") && evidence.lists("data") && evidence.holdsOneOf(precious().backups))
@@ -741,8 +744,10 @@ private:
             return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
         if (lowerCased(place.name()).starts_with("build") && evidence.hasFile("conf/local.conf"))
             return " Ama içinde elle yazılmış derleme ayarları (`conf/local.conf`) var: onlar geri gelmez.";
-        const std::string_view precious = preciousContents(evidence);
-        return std::string(precious.empty() ? preciousBelow(place) : precious);
+        if (evidence.holdsOneOf(precious().documents))
+            return " Ama içinde belgeler var: başka yerde yoksa geri gelmezler.";
+        const std::string_view reason = preciousContents(evidence);
+        return std::string(reason.empty() ? preciousBelow(place) : reason);
     }
 
     /// The same of the big folders inside.
@@ -881,8 +886,8 @@ NotedNames Analyzer::evidence(std::span<const Rule> rules) {
     if (rules.empty() || !rules.front().isRanked)
         return NotedNames({});
     std::set<std::string> names = {".git", "cur", "new", "config", "data"};
-    for (const auto* more :
-         {&precious().machineDisks, &precious().secrets, &precious().databases, &precious().backups})
+    const Precious& all = precious();
+    for (const auto* more : {&all.machineDisks, &all.secrets, &all.databases, &all.backups, &all.documents})
         names.insert(more->begin(), more->end());
     for (const Rule& rule : rules) {
         if (const auto* name = std::get_if<Rule::Name>(&rule.match)) {

@@ -75,8 +75,9 @@ LargeFile largeFile(const std::string& path) {
     if (isOneOf(extension, {"iso", "img", "deb", "rpm", "appimage", "exe", "msi", "run", "bundle"}))
         return isInstaller(extension, beginning(path, discMarkAt + discMark.size())) ? LargeFile::installer
                                                                                      : LargeFile::other;
-    const bool mayBeDump =
-        name.starts_with("core") || extension.empty() || isOneOf(extension, {"core", "dump"});
+    if (extension == "hprof")
+        return beginning(path, usual).starts_with("JAVA PROFILE") ? LargeFile::coreDump : LargeFile::other;
+    const bool mayBeDump = name.starts_with("core") || isOneOf(extension, {"core", "dump"});
     return mayBeDump && isCoreDump(beginning(path, usual)) ? LargeFile::coreDump : LargeFile::other;
 }
 

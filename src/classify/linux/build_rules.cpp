@@ -183,7 +183,6 @@ constexpr Row rows[] = {
     {.name = ".build", .siblings = {"ct-ng", "*.config", ".config"}, .level = SafetyLevel::caution, .title = "{parent} · .build", .explanation = "Derleme ara dosyaları. Yeniden derlenebilir; uzun sürer, indirilmiş kaynaklar da burada olabilir."},
     {.name = ".yarn/cache", .level = SafetyLevel::caution, .title = "Yarn paketleri", .explanation = "Projenin indirilmiş paketleri. `yarn install` yeniden indirir; depoya eklenmişlerse git'ten geri gelirler."},
     {.name = "{.fvm,flutter}/flutter_sdk", .level = SafetyLevel::caution, .title = "Flutter SDK", .explanation = "Projenin kullandığı Flutter sürümü. Silinirse `fvm install` yeniden indirir."},
-    {.path = "{~,~/*,~/*/*,~/*/*/*,~/*/*/*/*}/{java_pid*.hprof,core.[0-9][0-9][0-9]*}", .level = SafetyLevel::caution, .title = "Bellek dökümü: {name}", .explanation = "Çöken bir programın bellek dökümü. Hatayı incelemiyorsan gereksizdir; silersen aynı döküm geri gelmez."},
 
     // What a version control system keeps is not a build's.
     {.name = ".git/annex", .level = SafetyLevel::keep, .title = "git-annex verisi", .explanation = "git-annex dosyalarının kendisi; tek kopyası burada olabilir. Kullanılmayanlar için: `git annex unused`.", .command = "git annex unused", .actionable = false},
