@@ -525,7 +525,7 @@ private:
     [[nodiscard]] LargeFile largeFileAt(const Position& place, ScanContext context) const {
         const bool isAsked = usesEvidence_ && !place.node->isDirectory &&
                              (context == ScanContext::normal || context == ScanContext::personal);
-        if (!isAsked)
+        if (!isAsked || nameOfLargeFile(place.name()) == LargeFile::other)
             return LargeFile::other;
         const auto [known, isNew] = largeFiles_.try_emplace(place.path, LargeFile::other);
         if (isNew)

@@ -37,6 +37,8 @@ bool isMachineDisk(std::string_view begin) {
 
 /// ELF files say what they are in two bytes at 16, in the order that the byte at 5 tells; 4 is a core dump.
 bool isCoreDump(std::string_view begin) {
+    if (begin.starts_with("JAVA PROFILE"))
+        return true;
     constexpr std::size_t kindAt = 16;
     if (!begin.starts_with("\x7f"
                            "ELF") ||
@@ -66,19 +68,28 @@ bool isInstaller(std::string_view extension, std::string_view begin) {
 
 }  // namespace
 
+LargeFile nameOfLargeFile(std::string_view name) {
+    const std::string extension = lowerCased(Paths::extension(name));
+    if (isOneOf(extension, {"qcow2", "qcow", "vdi", "vmdk", "vhdx"}))
+        return LargeFile::machineDisk;
+    if (isOneOf(extension, {"iso", "img", "deb", "rpm", "appimage", "exe", "msi", "run", "bundle"}))
+        return LargeFile::installer;
+    const bool isDump = name.starts_with("core") || isOneOf(extension, {"core", "dump", "hprof"});
+    return isDump ? LargeFile::coreDump : LargeFile::other;
+}
+
 LargeFile largeFile(const std::string& path) {
     constexpr std::size_t usual = 512;
     const std::string_view name = Paths::lastComponent(path);
-    const std::string extension = lowerCased(Paths::extension(name));
-    if (isOneOf(extension, {"qcow2", "qcow", "vdi", "vmdk", "vhdx"}))
-        return isMachineDisk(beginning(path, usual)) ? LargeFile::machineDisk : LargeFile::other;
-    if (isOneOf(extension, {"iso", "img", "deb", "rpm", "appimage", "exe", "msi", "run", "bundle"}))
-        return isInstaller(extension, beginning(path, discMarkAt + discMark.size())) ? LargeFile::installer
-                                                                                     : LargeFile::other;
-    if (extension == "hprof")
-        return beginning(path, usual).starts_with("JAVA PROFILE") ? LargeFile::coreDump : LargeFile::other;
-    const bool mayBeDump = name.starts_with("core") || isOneOf(extension, {"core", "dump"});
-    return mayBeDump && isCoreDump(beginning(path, usual)) ? LargeFile::coreDump : LargeFile::other;
+    const LargeFile kind = nameOfLargeFile(name);
+    bool isSo = false;
+    if (kind == LargeFile::machineDisk)
+        isSo = isMachineDisk(beginning(path, usual));
+    else if (kind == LargeFile::installer)
+        isSo = isInstaller(lowerCased(Paths::extension(name)), beginning(path, discMarkAt + discMark.size()));
+    else if (kind == LargeFile::coreDump)
+        isSo = isCoreDump(beginning(path, usual));
+    return isSo ? kind : LargeFile::other;
 }
 
 std::string downloadFolder(const UserFolders& folders) {

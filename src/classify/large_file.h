@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "core/paths.h"
 
@@ -15,8 +16,11 @@ enum class LargeFile : std::uint8_t {
     installer,    ///< a package, an installation program or a disc image
 };
 
-/// Judged by the file's name and how it begins. Reads at most 33 KB, and only of files whose names leave it
-/// open; a file that cannot be read is `other`.
+/// What a file can be by its name; reads nothing.
+[[nodiscard]] LargeFile nameOfLargeFile(std::string_view name);
+
+/// Judged by the file's name and how it begins, of which at most 33 KB are read; a file that cannot be read
+/// is `other`.
 [[nodiscard]] LargeFile largeFile(const std::string& path);
 
 /// Where the user's browsers put files, by the desktop's setting; empty if there is no such setting.
