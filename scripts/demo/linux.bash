@@ -25,7 +25,7 @@ layout() {
 # The evidence follows the item that it belongs to.
 
 personal_folders() {
-    item 305 'Belgeler/Tez/'
+    item 309 'Belgeler/Tez/'
     item 150 'Belgeler/cache/'
     evidence 'Belgeler/cache' 'eski sözleşmeler.pdf' liste.xlsx
     item 310 'İndirilenler/linux-kurulum-13.iso'
@@ -35,7 +35,7 @@ personal_folders() {
     item 120 'Resimler/2024 Yaz/DSC_0413.NEF'
     item 110 'Resimler/2024 Yaz/DSC_0417.NEF'
     item 150 'Resimler/2019 Düğün/'
-    item 420 'Videolar/Tatil 2024.mkv'
+    item 660 'Videolar/Tatil 2024.mkv'
     item 20 'Masaüstü/sunum-son.odp'
 }
 
@@ -61,7 +61,7 @@ web_developer() {
     item 105 'Projeler/kafe-sitesi/vendor/'
     evidence 'Projeler/kafe-sitesi' composer.json composer.lock vendor/autoload.php
     # A repository that is called as builds are.
-    item 305 'Projeler/build/src/'
+    item 304 'Projeler/build/src/'
     evidence 'Projeler/build' .git/HEAD .git/config README.md
     # Without its project beside it, this is an ordinary folder.
     item 100 'Projeler/kopya/node_modules/'
@@ -80,14 +80,14 @@ systems_developer() {
     item 220 'Projeler/oyun-motoru/build/'
     evidence 'Projeler/oyun-motoru' CMakeLists.txt build/CMakeCache.txt build/Makefile
     # A Yocto build keeps its settings and its results together.
-    item 305 'gömülü/build/tmp/'
+    item 312 'gömülü/build/tmp/'
     evidence 'gömülü/build' conf/local.conf conf/bblayers.conf
     item 150 'gömülü/sstate-cache/'
     # A target that somebody aims at.
     item 100 'Projeler/nisan/target/'
     evidence 'Projeler/nisan/target' README.md ölçüm-2024.csv kalibrasyon.dat
     item 60 '.local/state/nvim/undo/'
-    item 305 'Mail/liste/cur/'
+    item 301 'Mail/liste/cur/'
     evidence 'Mail/liste' new/ tmp/
 }
 
@@ -185,7 +185,7 @@ film_maker() {
     item 130 '.cache/darktable/mipmaps-0a1b2c.d/'
     item 70 '.config/darktable/'
     evidence '.config/darktable' darktablerc library.db
-    item 305 'Projeler/animasyon/render/'
+    item 303 'Projeler/animasyon/render/'
     evidence 'Projeler/animasyon' sahne.blend
     item 90 '.cache/thumbnails/x-large/'
 }
@@ -214,7 +214,7 @@ office_worker() {
 }
 
 administrator() {
-    item 850 '.local/share/libvirt/images/fedora41.qcow2'
+    item 610 '.local/share/libvirt/images/fedora41.qcow2'
     evidence '.local/share/libvirt/images' fedora41.qcow2
     # A machine, whatever the folder is called.
     item 160 '.cache/vm/win11-deneme.qcow2'
@@ -230,7 +230,7 @@ administrator() {
     item 80 '.cache/restic/'
     evidence '.cache/restic' CACHEDIR.TAG
     item 60 '.docker/cli-plugins/'
-    item 305 'yedek/tmp/veritabanı-2025-10-12.sql.gz'
+    item 318 'yedek/tmp/veritabanı-2025-10-12.sql.gz'
     item 105 'Projeler/altyapı/.terraform/providers/'
     evidence 'Projeler/altyapı' main.tf .terraform.lock.hcl .terraform/terraform.tfstate
     evidence '.ssh' id_ed25519
