@@ -47,7 +47,7 @@ build() {
 # run_tests PRESET [CTEST ARGUMENTS]: in memory if there is enough: removing a folder can take a millisecond
 # on disk, and the tests remove several hundred thousand. Tests of disks and volumes stay on disk.
 run_tests() {
-    local preset=$1 memory=/dev/shm least_kib=$((6 * 1024 * 1024)) disks='TrashPlaces|DeadMounts|EmptyTrash|WholeApp'
+    local preset=$1 memory=/dev/shm least_kib=$((6 * 1024 * 1024)) disks='TrashPlaces|DeadMounts|DemoHome|EmptyTrash|WholeApp'
     local free tests status=0
     shift
     # One more than there are cores: several tests mostly wait.

@@ -1,5 +1,5 @@
 // Uses the application repeatedly, as a user would, and watches its resource usage. Run by scripts/soak, in a
-// home made by scripts/demo-home:
+// home made by scripts/demo-home --macos:
 //
 //     ulvak_soak ROUNDS
 //

@@ -103,7 +103,7 @@ TEST(WholeApp, ScansRemembersCleansAndEmptiesTheTrash) {
     if (const auto reason = whyNoTrashOfItsOwn())
         GTEST_SKIP() << *reason;
     const TempTree tree({folder("ev")});
-    const std::vector<std::string> arguments = {tree.path("ev")};
+    const std::vector<std::string> arguments = {tree.path("ev"), "--macos"};
     const auto made = [&] {
         const ScopedEnvironment plain({{"LC_ALL", "C"}});  // for the system's messages below
         return Shell::run(ULVAK_SOURCE_DIR "/scripts/demo-home", arguments);
