@@ -14,6 +14,7 @@ AppServices AppServices::system(const UserFolders& folders) {
         .aiStatus = [](const std::stop_token& stop) { return AIStatus::current(machineModel(), stop); },
         .runningApplications = platform::runningApplications,
         .runningAmong = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
+        .processesAmong = [](std::span<const std::string> among) { return Cleaner::runningProcesses(among); },
         .classify =
             [folders](const Finding& finding, std::string_view note, std::span<const std::string> running,
                       const std::stop_token& stop) {

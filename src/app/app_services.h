@@ -37,6 +37,8 @@ struct AppServices {
     std::function<Names()> runningApplications;
     /// Those of the given names that are running.
     std::function<Names(std::span<const std::string>)> runningAmong;
+    /// Those of the given names of processes, or patterns for them, that are running.
+    std::function<Names(std::span<const std::string>)> processesAmong;
     std::function<AIClassifier::Result(const Finding&, std::string_view note,
                                        std::span<const std::string> running, std::stop_token)>
         classify;

@@ -86,6 +86,7 @@ void StagedWorld::serveModel() {
 
 void StagedWorld::serveRemovals() {
     services.runningAmong = [this](std::span<const std::string>) { return running; };
+    services.processesAmong = [](std::span<const std::string>) { return AppServices::Names(); };
     services.clean = [this](const Finding& finding, CleanMode mode,
                             CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
         calls_.add((mode == CleanMode::trash ? "clean trash " : "clean permanent ") + finding.id);
