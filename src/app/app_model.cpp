@@ -599,7 +599,7 @@ QCoro::Task<AppModel::Asked> AppModel::askAbout(FindingPointer chosen, std::stri
         co_return asked;
     auto request =
         workers_->run([now, note = std::move(note), services = services_, stop = stop_.get_token()] {
-            return services.classify(*now, note, services.runningApplications(), stop);
+            return services.classify(*now, note, services.applications(), stop);
         });
     const AIClassifier::Result answer = co_await request;
     if (isEnding_)

@@ -51,7 +51,7 @@ std::vector<Finding> scannedTrash() {
 class AppModelClean : public AppTest {
 protected:
     AppModelClean() {
-        services.classify = [](const Finding& finding, std::string_view, std::span<const std::string>,
+        services.classify = [](const Finding& finding, std::string_view, const FolderContext::Applications&,
                                const std::stop_token&) -> AIClassifier::Result {
             Verdict verdict = answer();
             verdict.title = "model: " + finding.id;

@@ -75,9 +75,9 @@ void StagedWorld::serveModel() {
         ++statusRequests;
         return status;
     };
-    services.runningApplications = [] { return AppServices::Names(); };
-    services.classify = [this](const Finding& finding, std::string_view note, std::span<const std::string>,
-                               const std::stop_token&) {
+    services.applications = [] { return FolderContext::Applications(); };
+    services.classify = [this](const Finding& finding, std::string_view note,
+                               const FolderContext::Applications&, const std::stop_token&) {
         calls_.add("classify " + finding.id + " " + std::string(note));
         classifyGate.pass();
         return reply;
