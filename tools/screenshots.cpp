@@ -129,6 +129,7 @@ AppServices staged() {
     };
     services.aiStatus = [](std::stop_token) { return AIStatus{}; };
     services.runningAmong = [](std::span<const std::string>) { return std::vector<std::string>(); };
+    services.processesAmong = [](std::span<const std::string>) { return std::vector<std::string>(); };
     services.diskInfo = [] { return DiskInfo{.total = 494'384'795'648, .available = 18'730'000'000}; };
     return services;
 }

@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <iterator>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ai/fact_text.h"
+#include "ai/folder_owner.h"
 #include "core/text.h"
 #include "platform/directory.h"
 #include "platform/files.h"
@@ -36,6 +38,11 @@ constexpr std::array<std::string_view, 7> backupWords = {"yedek", "backup", "cop
 constexpr std::array<std::string_view, 4> ownedFolders = {"/Library/Application Support/",
                                                           "/Library/Containers/",
                                                           "/Library/Group Containers/", "/Library/Caches/"};
+
+/// Any of these in a home's "Library" tells what it is.
+constexpr std::array<std::string_view, 8> libraryFolders = {
+    "Application Support", "Caches",    "Containers", "Developer",
+    "Group Containers",    "Keychains", "Logs",       "Preferences"};
 
 /// Never accepted as an owner.
 constexpr std::array<std::string_view, 13> genericNames = {"local", "share", "config", "bin",    "cache",
@@ -250,8 +257,44 @@ std::optional<std::string> sourceFolder(std::string_view owner, const Circumstan
     return std::nullopt;
 }
 
+void addSourceHint(std::vector<std::string>& lines, std::string_view owner, const Circumstances& around,
+                   const platform::Reach& reach) {
+    if (const auto source = sourceFolder(owner, around, reach))
+        lines.push_back(
+            "Hint: the user has a source code repository with the same name at " + FactText::path(*source) +
+            ". The user is probably developing this app, so benchmark, trace, build and test folders "
+            "here are likely their own generated data.");
+}
+
+/// Where the desktop lists the applications.
+void addListedOwnerHints(std::vector<std::string>& lines, const std::string& url,
+                         const Circumstances& around) {
+    const auto folder = FolderOwner::ownedFolder(url, around.folders);
+    if (!folder)
+        return;
+    using Kind = FolderOwner::Facts::Kind;
+    const FolderOwner::Facts owner = FolderOwner::facts(*folder, *around.installed, around.maxOwnNames);
+    const std::string name = FactText::name(owner.name);
+    constexpr std::string_view belongs = "\" is installed, so this folder most likely belongs to it.";
+    if (owner.kind == Kind::app)
+        lines.push_back(std::string("Hint: the app \"").append(name).append(belongs));
+    else if (owner.kind == Kind::command)
+        lines.push_back(std::string("Hint: the command line tool \"").append(name).append(belongs));
+    else if (owner.kind == Kind::absent)
+        lines.push_back("Hint: no app or command line tool named \"" + name +
+                        "\" is installed (it may be part of something else or of a removed app).");
+    if (owner.isRunning)
+        lines.push_back("Hint: \"" + name + "\" is currently running.");
+    const platform::Reach reach({&around.folders.home, 1}, platform::Reach::Others::prompt);
+    addSourceHint(lines, FolderOwner::ownerName(*folder), around, reach);
+}
+
 void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
                    std::span<const std::string> runningApps, const Circumstances& around) {
+    if (around.installed) {
+        addListedOwnerHints(lines, url, around);
+        return;
+    }
     const auto owner = ownerName(url, around.folders);
     if (!owner)
         return;
@@ -261,11 +304,17 @@ void addOwnerHints(std::vector<std::string>& lines, const std::string& url,
     if (std::ranges::any_of(runningApps,
                             [&](const std::string& app) { return isSameApp(ownerKey, matchKey(app)); }))
         lines.push_back("Hint: \"" + FactText::name(*owner) + "\" is currently running.");
-    if (const auto source = sourceFolder(*owner, around, reach))
-        lines.push_back(
-            "Hint: the user has a source code repository with the same name at " + FactText::path(*source) +
-            ". The user is probably developing this app, so benchmark, trace, build and test folders "
-            "here are likely their own generated data.");
+    addSourceHint(lines, *owner, around, reach);
+}
+
+/// Whether a home has a library with applications' folders, as on the system whose applications are folders.
+bool hasLibrary(const UserFolders& folders) {
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
+    return std::ranges::any_of(libraryFolders, [&](std::string_view name) {
+        const auto place = reach.follow(Paths::join(Paths::join(folders.home, "Library"), name));
+        const auto info = place.isThere ? platform::fileInfo(place.path) : std::nullopt;
+        return info && info->isDirectory;
+    });
 }
 
 void addExcerpts(std::vector<std::string>& lines, const std::string& url, const Circumstances& around) {
@@ -296,6 +345,15 @@ void addExcerpts(std::vector<std::string>& lines, const std::string& url, const 
 }
 
 }  // namespace
+
+Applications Applications::ofThisMachine(const UserFolders& folders) {
+    if (!hasLibrary(folders)) {
+        if (auto installed = platform::installedApplications())
+            return {.running = {},
+                    .installed = std::make_shared<platform::InstalledApplications>(std::move(*installed))};
+    }
+    return {.running = platform::runningApplications(), .installed = nullptr};
+}
 
 std::string build(const Finding& finding, std::string_view userNote, std::span<const std::string> runningApps,
                   Extent extent, const Circumstances& around) {

@@ -5,11 +5,15 @@
 #include <algorithm>
 #include <deque>
 #include <expected>
+#include <functional>
 #include <iterator>
 #include <new>
 #include <ranges>
+#include <set>
+#include <span>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "app/finding_action.h"
 #include "core/checked_add.h"
@@ -45,6 +49,52 @@ MutableFindings shared(std::vector<Finding> findings) {
     for (Finding& finding : findings)
         result.push_back(std::make_shared<Finding>(std::move(finding)));
     return result;
+}
+
+/// Names that findings list of what uses their files.
+struct Users {
+    std::set<std::string> apps;
+    std::set<std::string> processes;
+
+    [[nodiscard]] bool isEmpty() const { return apps.empty() && processes.empty(); }
+
+    void add(const Users& others) {
+        apps.insert(others.apps.begin(), others.apps.end());
+        processes.insert(others.processes.begin(), others.processes.end());
+    }
+
+    void add(const Finding& finding) {
+        apps.insert(finding.quitApps.begin(), finding.quitApps.end());
+        processes.insert(finding.processes.begin(), finding.processes.end());
+    }
+
+    void remove(const Users& others) {
+        std::erase_if(apps, [&](const std::string& name) { return others.apps.contains(name); });
+        std::erase_if(processes, [&](const std::string& name) { return others.processes.contains(name); });
+    }
+
+    /// Those of these that use a finding's files, as the user is told.
+    [[nodiscard]] std::vector<std::string> of(const Finding& finding) const {
+        std::vector<std::string> names;
+        std::ranges::copy_if(finding.quitApps, std::back_inserter(names),
+                             [&](const std::string& name) { return apps.contains(name); });
+        for (const std::string& process : finding.processes) {
+            std::string name = nameToQuit(finding, process);
+            if (processes.contains(process) && std::ranges::find(names, name) == names.end())
+                names.push_back(std::move(name));
+        }
+        return names;
+    }
+};
+
+/// Those of the names that are running.
+std::set<std::string> runningOf(
+    const std::set<std::string>& names,
+    const std::function<AppServices::Names(std::span<const std::string>)>& among) {
+    if (names.empty())
+        return {};
+    const AppServices::Names running = among(AppServices::Names(names.begin(), names.end()));
+    return {running.begin(), running.end()};
 }
 
 using Index = std::unordered_map<std::string_view, FindingPointer>;
@@ -135,7 +185,7 @@ struct AppModel::CleanResult {
 struct AppModel::Cleaning {
     FindingPointer finding;
     std::uint64_t list = 0;                  ///< it was chosen from this list
-    std::vector<std::string> running = {};   ///< running applications that use its files
+    std::vector<std::string> running = {};   ///< what runs and uses its files, as the user is told
     std::optional<CleanResult> result = {};  ///< absent if it was not started
 
     [[nodiscard]] bool isWaiting() const { return running.empty() && !result; }
@@ -549,7 +599,7 @@ QCoro::Task<AppModel::Asked> AppModel::askAbout(FindingPointer chosen, std::stri
         co_return asked;
     auto request =
         workers_->run([now, note = std::move(note), services = services_, stop = stop_.get_token()] {
-            return services.classify(*now, note, services.runningApplications(), stop);
+            return services.classify(*now, note, services.applications(), stop);
         });
     const AIClassifier::Result answer = co_await request;
     if (isEnding_)
@@ -754,30 +804,30 @@ std::vector<AppModel::Cleaning> AppModel::cleanable(std::span<const std::string>
 }
 
 QCoro::Task<std::vector<AppModel::Cleaning>> AppModel::readyToClean(std::vector<std::string> ids) {
-    std::set<std::string> asked;
-    std::set<std::string> running;
+    Users asked;
+    Users running;
     std::vector<Cleaning> turns = cleanable(ids);
     while (!cleanStop_.stop_requested()) {
-        std::vector<std::string> names;
-        for (const Cleaning& turn : turns) {
-            std::ranges::copy_if(turn.finding->quitApps, std::back_inserter(names),
-                                 [&](const std::string& name) { return asked.insert(name).second; });
-        }
-        if (names.empty())
+        Users next;
+        for (const Cleaning& turn : turns)
+            next.add(*turn.finding);
+        next.remove(asked);
+        if (next.isEmpty())
             break;
-        auto look =
-            workers_->run([names, runningAmong = services_.runningAmong] { return runningAmong(names); });
-        const std::vector<std::string> answer = co_await look;
+        asked.add(next);
+        auto look = workers_->run([next = std::move(next), services = services_] {
+            return Users{.apps = runningOf(next.apps, services.runningAmong),
+                         .processes = runningOf(next.processes, services.processesAmong)};
+        });
+        const Users answer = co_await look;
         if (isEnding_)
             co_return std::vector<Cleaning>();
-        running.insert(answer.begin(), answer.end());
-        // A scan that ended in the meantime may name other applications.
+        running.add(answer);
+        // A scan that ended in the meantime may name others.
         turns = cleanable(ids);
     }
-    for (Cleaning& turn : turns) {
-        std::ranges::copy_if(turn.finding->quitApps, std::back_inserter(turn.running),
-                             [&](const std::string& name) { return running.contains(name); });
-    }
+    for (Cleaning& turn : turns)
+        turn.running = running.of(*turn.finding);
     co_return turns;
 }
 

@@ -12,13 +12,15 @@ AppServices AppServices::system(const UserFolders& folders) {
         .scan = [folders](ScanProgress& progress,
                           const std::stop_token& stop) { return Scanner{progress, folders}.run(stop); },
         .aiStatus = [](const std::stop_token& stop) { return AIStatus::current(machineModel(), stop); },
-        .runningApplications = platform::runningApplications,
+        .applications = [folders] { return FolderContext::Applications::ofThisMachine(folders); },
         .runningAmong = [](std::span<const std::string> among) { return Cleaner::runningApps(among); },
+        .processesAmong = [](std::span<const std::string> among) { return Cleaner::runningProcesses(among); },
         .classify =
-            [folders](const Finding& finding, std::string_view note, std::span<const std::string> running,
+            [folders](const Finding& finding, std::string_view note, const FolderContext::Applications& apps,
                       const std::stop_token& stop) {
-                return AIClassifier::classify(finding, note, running, machineModel(),
-                                              {.folders = folders, .stop = stop});
+                return AIClassifier::classify(
+                    finding, note, apps.running, machineModel(),
+                    {.folders = folders, .installed = apps.installed, .stop = stop});
             },
         .clean = [cleaner](const Finding& finding, CleanMode mode,
                            CleanRun& run) { return cleaner->clean(finding, mode, run); },

@@ -14,6 +14,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
+#include "ai/folder_context.h"
 #include "clean/clean_run.h"
 #include "clean/cleaner.h"
 #include "core/disk_info.h"
@@ -33,12 +34,13 @@ struct AppServices {
     // On workers, concurrently; may block.
     std::function<std::expected<std::vector<Finding>, ScanError>(ScanProgress&, std::stop_token)> scan;
     std::function<AIStatus(std::stop_token)> aiStatus;
-    /// The names of all running applications, in the system's order.
-    std::function<Names()> runningApplications;
+    std::function<FolderContext::Applications()> applications;
     /// Those of the given names that are running.
     std::function<Names(std::span<const std::string>)> runningAmong;
+    /// Those of the given names of processes, or patterns for them, that are running.
+    std::function<Names(std::span<const std::string>)> processesAmong;
     std::function<AIClassifier::Result(const Finding&, std::string_view note,
-                                       std::span<const std::string> running, std::stop_token)>
+                                       const FolderContext::Applications&, std::stop_token)>
         classify;
     std::function<std::expected<std::int64_t, CleanFailure>(const Finding&, CleanMode, CleanRun&)> clean;
     /// Work done once ahead of cleaning several findings, for `CleanRun::ahead`; may be null.

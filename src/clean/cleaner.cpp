@@ -13,9 +13,11 @@
 
 #include "clean/surroundings.h"
 #include "clean/trash_judging.h"
+#include "core/glob.h"
 #include "core/paths.h"
 #include "core/text.h"
 #include "platform/desktop.h"
+#include "platform/process.h"
 #include "platform/removal.h"
 #include "platform/trash.h"
 
@@ -251,6 +253,23 @@ std::vector<std::string> Cleaner::runningApps(std::span<const std::string> among
     std::vector<std::string> found;
     std::ranges::copy_if(among, std::back_inserter(found), [&](const std::string& name) {
         return std::ranges::find(folded, lowerCased(name)) != folded.end();
+    });
+    return found;
+}
+
+std::vector<std::string> Cleaner::runningProcesses(std::span<const std::string> among) {
+    if (among.empty())
+        return {};
+    return runningProcesses(among, platform::runningProcesses());
+}
+
+std::vector<std::string> Cleaner::runningProcesses(std::span<const std::string> among,
+                                                   std::span<const std::string> running) {
+    std::vector<std::string> found;
+    std::ranges::copy_if(among, std::back_inserter(found), [&](const std::string& pattern) {
+        return std::ranges::any_of(running, [&](const std::string& name) {
+            return globMatches(pattern, name, {.ignoreCase = true});
+        });
     });
     return found;
 }

@@ -34,8 +34,8 @@ enum class CleanMode : std::uint8_t {
 
 /// The only gate through which files leave the disk. Immutable.
 ///
-/// Threads: operations block on the disk; call them on a worker, one at a time. `runningApps` may be called
-/// at any time.
+/// Threads: operations block on the disk; call them on a worker, one at a time. `runningApps` and
+/// `runningProcesses` may be called at any time.
 class Cleaner {
 public:
     /// The operations that act once the decision is made.
@@ -84,8 +84,16 @@ public:
     [[nodiscard]] static std::vector<std::string> runningApps(std::span<const std::string> among,
                                                               std::span<const std::string> running);
 
+    /// Those of the given names of processes, or patterns with "*", that a process of this user has;
+    /// case-insensitive, input order and spelling kept.
+    [[nodiscard]] static std::vector<std::string> runningProcesses(std::span<const std::string> among);
+    /// The same, against given names of running processes.
+    [[nodiscard]] static std::vector<std::string> runningProcesses(std::span<const std::string> among,
+                                                                   std::span<const std::string> running);
+
     /// Carries out the finding's action. Returns the bytes freed: the scanned size, less what is held by hard
-    /// links elsewhere. The caller must have made sure that none of `quitApps` is running.
+    /// links elsewhere. The caller must have made sure that none of `quitApps` and
+    /// `processes` is running.
     ///
     /// All items are judged before the first is touched, and each is removed only if it is still the item
     /// that was judged; anything that has taken its name since is kept. Items are removed in order up to the

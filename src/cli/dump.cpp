@@ -6,6 +6,7 @@
 
 #include "ai/ai_classifier.h"
 #include "ai/ai_status.h"
+#include "ai/folder_context.h"
 #include "ai/machine_model.h"
 #include "cli/standard_streams.h"
 #include "core/checked_add.h"
@@ -81,10 +82,12 @@ void askModel(std::span<const Finding> findings, const platform::LanguageModel& 
             printError(printable(status.hint) + "\n");
         return;
     }
+    const auto installed = FolderContext::Applications::ofThisMachine(folders).installed;
     for (const Finding& finding : findings) {
         if (!isUncertain(finding))
             continue;
-        const auto verdict = AIClassifier::classify(finding, "", {}, model, {.folders = folders});
+        const auto verdict =
+            AIClassifier::classify(finding, "", {}, model, {.folders = folders, .installed = installed});
         output(answerText(finding, verdict, folders));
     }
 }

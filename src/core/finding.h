@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -93,6 +94,14 @@ void resetVerdict(Finding& finding);
 
 /// Whether it can be moved to the Trash or removed.
 [[nodiscard]] bool canBeCleaned(const Finding& finding);
+
+/// What the user is asked to quit so that a process ends, given one of `finding.processes`: the application
+/// in `quitApps` whose name tells that the process is part of it, otherwise the process, without "*".
+[[nodiscard]] std::string nameToQuit(const Finding& finding, std::string_view process);
+
+/// All that the user is asked to quit before cleaning, each once: applications first, in their order, then
+/// processes that are part of none of them.
+[[nodiscard]] std::vector<std::string> namesToQuit(const Finding& finding);
 
 /// Bytes of disk space that cleaning frees.
 [[nodiscard]] std::int64_t bytesFreed(const Finding& finding);

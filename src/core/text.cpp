@@ -86,6 +86,17 @@ std::string plainLetters(std::string_view text) {
     return encoded(lettersOf(U_FAILURE(error) != 0 ? letters : folded));
 }
 
+bool isWordByte(char c) {
+    const char lower = platform::lowerAscii(c);
+    return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || static_cast<unsigned char>(c) >= 0x80;
+}
+
+std::string nameKey(std::string_view name) {
+    std::string key = lowerCased(name);
+    std::erase_if(key, [](char c) { return !isWordByte(c); });
+    return key;
+}
+
 bool isBlank(std::string_view text) {
     const icu::UnicodeString read = decoded(text);
     for (std::int32_t i = 0; i < read.length(); i = read.moveIndex32(i, 1)) {

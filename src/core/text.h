@@ -24,6 +24,13 @@ namespace ulvak {
 /// or decorated. O(n).
 [[nodiscard]] std::string plainLetters(std::string_view text);
 
+/// Whether a byte is an ASCII letter or digit, or part of a character beyond ASCII.
+[[nodiscard]] bool isWordByte(char c);
+
+/// Lower-cased, without what separates words: how names are compared that are written in several ways. The
+/// key of "virt-manager" and "Virt Manager" is "virtmanager".
+[[nodiscard]] std::string nameKey(std::string_view name);
+
 /// Whether nothing in `text` is visible: only whitespace, characters without a glyph, and invalid UTF-8.
 [[nodiscard]] bool isBlank(std::string_view text);
 

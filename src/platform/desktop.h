@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,6 +42,28 @@ bool openUrl(std::string_view url);
 ///
 /// Threads: any; blocks while the entries are read.
 [[nodiscard]] std::map<std::string, std::string, std::less<>> applicationNames();
+
+/// An application as its desktop entry or its sandbox describes it.
+struct InstalledApplication {
+    std::string id;                     ///< of the entry, without ".desktop", or of the sandbox
+    std::vector<std::string> names;     ///< in the user's language, and the untranslated one; may be empty
+    std::vector<std::string> programs;  ///< the file names of its program, its window class, its package
+    bool isRunning = false;             ///< whether a process of this user may belong to it
+};
+
+/// What this user can start.
+struct InstalledApplications {
+    std::vector<InstalledApplication> all;  ///< sorted by id
+    std::vector<std::string> processes;     ///< see `runningProcesses`
+    /// False if a place where applications are installed is on a volume that may never answer.
+    bool isComplete = true;
+};
+
+/// The applications installed for this user, sandboxed ones included, and which of them run. nullopt on a
+/// system whose applications are the contents of one folder. Read-only.
+///
+/// Threads: any but the UI thread; blocks while the entries are read and all processes are examined.
+[[nodiscard]] std::optional<InstalledApplications> installedApplications();
 
 /// Whether the user prefers light or dark programs.
 enum class ColorScheme : std::uint8_t { unsaid, light, dark };

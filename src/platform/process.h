@@ -7,7 +7,9 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "platform/file_descriptor.h"
 
@@ -59,6 +61,19 @@ struct PipeEnds {
 /// is seen by read(2) but not by poll(2): macOS does not wake poll when the last writer of a FIFO closes.
 /// Fails with the system's error. Thread-safe.
 [[nodiscard]] std::expected<PipeEnds, std::error_code> makePipe();
+
+/// The names of this user's processes, without this one: a process has several where its program, its script
+/// and the system call it differently. In no particular order, with duplicates.
+///
+/// Threads: any but the UI thread; blocks while all processes are examined.
+[[nodiscard]] std::vector<std::string> runningProcesses();
+
+/// Whether a command of this name is installed for this user: in PATH, or in a folder for commands that the
+/// PATH of a desktop session may lack. nullopt if it was not found, but a folder is on a volume that may
+/// never answer.
+///
+/// Threads: any but the UI thread.
+[[nodiscard]] std::optional<bool> hasCommand(std::string_view name);
 
 /// After this call, the first termination signal (from a session, a terminal or a service manager) only makes
 /// the returned descriptor readable, so that the program can finish what must not be left half done; a second

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "core/finding.h"
 #include "core/format.h"
 #include "core/paths.h"
 #include "core/text.h"
@@ -117,7 +119,7 @@ QString DetailModel::command() const {
 }
 
 QString DetailModel::quitText() const {
-    const auto& names = shownFinding().quitApps;
+    const std::vector<std::string> names = namesToQuit(shownFinding());
     return names.empty() ? QString() : shown("Silmeden önce kapat: " + joined(names));
 }
 

@@ -25,10 +25,9 @@ protected:
     AppModelAnalyze() {
         services.classify = [questions = questions, gate = gate](
                                 const Finding& finding, std::string_view note,
-                                std::span<const std::string> running,
+                                const FolderContext::Applications& apps,
                                 const std::stop_token& stop) -> AIClassifier::Result {
-            questions->add(
-                {.id = finding.id, .note = std::string(note), .running = {running.begin(), running.end()}});
+            questions->add({.id = finding.id, .note = std::string(note), .running = apps.running});
             gate->pass(stop);
             return answer();
         };
@@ -42,7 +41,7 @@ protected:
     }
     void makeModelFail(bool isSilent = false) {
         services.classify = [questions = questions, gate = gate, isSilent](
-                                const Finding& finding, std::string_view, std::span<const std::string>,
+                                const Finding& finding, std::string_view, const FolderContext::Applications&,
                                 const std::stop_token& stop) -> AIClassifier::Result {
             questions->add({.id = finding.id});
             gate->pass(stop);
@@ -65,7 +64,7 @@ protected:
 };
 
 TEST_F(AppModelAnalyze, TheModelsVerdictIsWrittenAndRemembered) {
-    services.runningApplications = [] { return AppServices::Names{"Takvim", "Posta"}; };
+    services.applications = [] { return FolderContext::Applications{.running = {"Takvim", "Posta"}}; };
     startWith({guessed("/a")});
     gate->open();
     analyze("/a", "bir not");
@@ -396,7 +395,7 @@ TEST_F(AppModelAnalyze, ABatchEndsAtOnceWhereThereIsNoModelAndItsStatusSaysWhy) 
 
 TEST_F(AppModelAnalyze, ABatchTellsOnceAtItsEndHowManyFailedAndWhy) {
     services.classify = [questions = questions, gate = gate](
-                            const Finding& finding, std::string_view, std::span<const std::string>,
+                            const Finding& finding, std::string_view, const FolderContext::Applications&,
                             const std::stop_token& stop) -> AIClassifier::Result {
         questions->add({.id = finding.id});
         gate->pass(stop);
@@ -441,7 +440,7 @@ TEST_F(AppModelAnalyze, ABatchStopsWhenTheModelIsGone) {
         return *isThere ? AIStatus{} : AIStatus{.unavailable = "Kapalı.", .hint = "Sunucuyu başlat."};
     };
     services.classify = [questions = questions, isThere](const Finding& finding, std::string_view,
-                                                         std::span<const std::string>,
+                                                         const FolderContext::Applications&,
                                                          const std::stop_token&) -> AIClassifier::Result {
         questions->add({.id = finding.id});
         if (finding.id == "/1")
@@ -510,7 +509,7 @@ TEST_F(AppModelSilence, AModelThatIsBusyAtTheStartIsAvailableAsSoonAsItAnswers) 
 
 TEST_F(AppModelSilence, ABatchGoesOnWhenABusyModelAnswersThatItRefuses) {
     services.classify = [questions = questions](const Finding& finding, std::string_view,
-                                                std::span<const std::string>,
+                                                const FolderContext::Applications&,
                                                 const std::stop_token&) -> AIClassifier::Result {
         questions->add({.id = finding.id});
         if (finding.id == "/1")

@@ -51,7 +51,7 @@ std::vector<Finding> scannedTrash() {
 class AppModelClean : public AppTest {
 protected:
     AppModelClean() {
-        services.classify = [](const Finding& finding, std::string_view, std::span<const std::string>,
+        services.classify = [](const Finding& finding, std::string_view, const FolderContext::Applications&,
                                const std::stop_token&) -> AIClassifier::Result {
             Verdict verdict = answer();
             verdict.title = "model: " + finding.id;
@@ -163,6 +163,42 @@ TEST_F(AppModelClean, AllRunningApplicationsAreNamedInTheirOrder) {
     EXPECT_EQ(app().alert()->message,
               "Önce şunları kapat: Tarayıcı, Posta, Takvim. Açıkken dosyaları "
               "kullanmaya devam edebilirler.");
+}
+
+TEST_F(AppModelClean, WhatARunningProcessUsesStays) {
+    const auto asked = std::make_shared<Record<std::string>>();
+    services.processesAmong = [asked](std::span<const std::string> among) {
+        for (const std::string& name : among)
+            asked->add(name);
+        return AppServices::Names{"qemu-system-*"};
+    };
+    Finding machine = usedBy("/1", {"Makineler"});
+    machine.processes = {"makineler-bin", "qemu-system-*"};
+    Finding mail = usedBy("/2", {});
+    mail.processes = {"posta"};
+    startWith({machine, mail, staged("/3")});
+    clean({"/1", "/2", "/3"});
+    EXPECT_THAT(asked->values(), ElementsAre("makineler-bin", "qemu-system-*", "posta"));
+    EXPECT_THAT(ids(), ElementsAre("/1"));
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->message,
+              "Önce şunları kapat: qemu-system. Açıkken dosyaları kullanmaya devam edebilirler.");
+}
+
+TEST_F(AppModelClean, ARunningProcessIsCalledByItsApplicationsName) {
+    services.processesAmong = [](std::span<const std::string> among) {
+        return AppServices::Names(among.begin(), among.end());
+    };
+    letRun("Tarayıcı");
+    Finding pages = usedBy("/1", {"Tarayıcı", "Visual Studio Code"});
+    pages.processes = {"code", "tarayıcı-bin", "wineserver"};
+    startWith({pages});
+    clean({"/1"});
+    EXPECT_THAT(cleaned->values(), IsEmpty());
+    ASSERT_TRUE(app().alert());
+    EXPECT_EQ(app().alert()->message,
+              "Önce şunları kapat: Tarayıcı, Visual Studio Code, wineserver. "
+              "Açıkken dosyaları kullanmaya devam edebilirler.");
 }
 
 TEST_F(AppModelClean, AFailureLeavesTheFindingAndNamesIt) {

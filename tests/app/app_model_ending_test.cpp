@@ -33,7 +33,8 @@ using testing::IsEmpty;
 class AppModelEnding : public AppTest {
 protected:
     AppModelEnding() {
-        services.classify = [gate = gate](const Finding&, std::string_view, std::span<const std::string>,
+        services.classify = [gate = gate](const Finding&, std::string_view,
+                                          const FolderContext::Applications&,
                                           const std::stop_token& stop) -> AIClassifier::Result {
             gate->pass(stop);
             return answer();

@@ -446,6 +446,18 @@ TEST(Cleaner, NamesRunningApplicationsInTheFindingsSpelling) {
     EXPECT_THAT(Cleaner::runningApps(std::vector<std::string>{}), IsEmpty());
 }
 
+TEST(Cleaner, RunningProcessesAreFoundByNameOrPattern) {
+    const std::vector<std::string> running = {"wineserver", "qemu-system-x86_64", "KODI.bin"};
+    const auto found = [&](std::vector<std::string> among) {
+        return Cleaner::runningProcesses(among, running);
+    };
+    EXPECT_THAT(found({"rclone", "qemu-system-*", "WineServer"}), ElementsAre("qemu-system-*", "WineServer"));
+    EXPECT_THAT(found({"kodi*", "kodi", "*"}), ElementsAre("kodi*", "*"));
+    EXPECT_THAT(found({"wine", "server", "qemu-system"}), IsEmpty()) << "whole names only";
+    EXPECT_THAT(found({}), IsEmpty());
+    EXPECT_THAT(Cleaner::runningProcesses(std::vector<std::string>{}), IsEmpty());
+}
+
 TEST(CleanError, SaysWhatItMeansInTurkish) {
     EXPECT_EQ(errorDescription(CleanError{CleanError::Protected{"~/Library"}}),
               "~/Library korumalı bir konum; Ulvak burayı silmez.");

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include "support/findings.h"
 
@@ -202,6 +204,34 @@ TEST(SidebarItem, LevelsAreComparedByLevel) {
         items.insert(SidebarItem{level});
     }
     EXPECT_EQ(items.size(), 1 + allSafetyLevels.size());
+}
+
+TEST(Finding, WhatToQuitIsNamedOnce) {
+    struct Row {
+        std::vector<std::string> apps;
+        std::vector<std::string> processes;
+        std::vector<std::string> names;
+    };
+    const std::vector<Row> rows = {
+        {{}, {}, {}},
+        {{}, {"wineserver"}, {"wineserver"}},
+        {{}, {"qemu-system-*", "bazel", "bazel(*", "*"}, {"qemu-system", "bazel"}},
+        {{}, {"godot*", "Godot*"}, {"godot"}},
+        {{"Steam"}, {"steam", "wineserver"}, {"Steam", "wineserver"}},
+        {{"Firefox"}, {"firefox", "firefox-bin", "firefox-esr"}, {"Firefox"}},
+        {{"Android Studio"}, {"studio", "studio.sh"}, {"Android Studio"}},
+        {{"Visual Studio Code"}, {"code", "code-insiders"}, {"Visual Studio Code"}},
+        {{"Virtual Machine Manager"},
+         {"qemu-system-*", "virt-manager"},
+         {"Virtual Machine Manager", "qemu-system"}},
+        {{"RStudio"}, {"rstudio", "R", "rsession"}, {"RStudio", "R", "rsession"}},
+        {{"R"}, {"R"}, {"R"}},
+        {{"A", "a"}, {}, {"A"}},
+    };
+    for (const Row& row : rows) {
+        const Finding finding{.quitApps = row.apps, .processes = row.processes};
+        EXPECT_EQ(namesToQuit(finding), row.names) << testing::PrintToString(row.processes);
+    }
 }
 
 }  // namespace

@@ -75,9 +75,9 @@ void StagedWorld::serveModel() {
         ++statusRequests;
         return status;
     };
-    services.runningApplications = [] { return AppServices::Names(); };
-    services.classify = [this](const Finding& finding, std::string_view note, std::span<const std::string>,
-                               const std::stop_token&) {
+    services.applications = [] { return FolderContext::Applications(); };
+    services.classify = [this](const Finding& finding, std::string_view note,
+                               const FolderContext::Applications&, const std::stop_token&) {
         calls_.add("classify " + finding.id + " " + std::string(note));
         classifyGate.pass();
         return reply;
@@ -86,6 +86,7 @@ void StagedWorld::serveModel() {
 
 void StagedWorld::serveRemovals() {
     services.runningAmong = [this](std::span<const std::string>) { return running; };
+    services.processesAmong = [](std::span<const std::string>) { return AppServices::Names(); };
     services.clean = [this](const Finding& finding, CleanMode mode,
                             CleanRun&) -> std::expected<std::int64_t, CleanFailure> {
         calls_.add((mode == CleanMode::trash ? "clean trash " : "clean permanent ") + finding.id);

@@ -83,6 +83,10 @@ TEST_F(DetailModelTest, NamesWhatIsToBeQuit) {
     EXPECT_TRUE(show(shown).quitText().isEmpty());
     shown.quitApps = {"Bir", "İki"};
     EXPECT_EQ(show(shown).quitText(), QStringLiteral("Silmeden önce kapat: Bir, İki"));
+    shown.processes = {"bir-bin", "üç-*"};
+    EXPECT_EQ(show(shown).quitText(), QStringLiteral("Silmeden önce kapat: Bir, İki, üç"));
+    shown.quitApps.clear();
+    EXPECT_EQ(show(shown).quitText(), QStringLiteral("Silmeden önce kapat: bir-bin, üç"));
 }
 
 TEST_F(DetailModelTest, ListsTwelveContentsAndCountsTheRest) {

@@ -210,7 +210,7 @@ TEST_F(FindingListModelTest, FractionsFollowTheLargest) {
 
 TEST_F(FindingListModelTest, RowsShowWhatIsBeingDoneAlsoToAListThatComesLater) {
     const auto gate = std::make_shared<Gate>();
-    services.classify = [gate](const Finding&, std::string_view, std::span<const std::string>,
+    services.classify = [gate](const Finding&, std::string_view, const FolderContext::Applications&,
                                const std::stop_token& stop) -> AIClassifier::Result {
         gate->pass(stop);
         return answer(SafetyLevel::safe);

@@ -117,6 +117,46 @@ bool isLauncher(std::string_view programName) {
     return std::ranges::find(launchers, programName) != launchers.end();
 }
 
+std::vector<std::string> namesOf(const ProcessFacts& process) {
+    std::string_view started = process.words.empty() ? std::string_view() : process.words.front();
+    // Some programs write their whole command line here, options and paths included.
+    started = started.substr(0, started.find(" -"));
+    std::vector<std::string> names;
+    const auto add = [&](std::string_view name) {
+        if (!name.empty() && std::ranges::find(names, name) == names.end())
+            names.emplace_back(name);
+    };
+    add(process.name);
+    add(lastPart(process.executable));
+    add(lastPart(started));
+    if (isLauncher(lastPart(process.executable)))
+        add(lastPart(launched(process.words)));
+    return names;
+}
+
+std::vector<std::string> programNames(const ApplicationEntry& entry) {
+    const std::vector<std::string> words = withoutEnvironment(entry.words);
+    std::vector<std::string> names;
+    const auto add = [&](std::string_view path) {
+        const std::string_view name = lastPart(path);
+        if (!name.empty() && !isLauncher(name) && std::ranges::find(names, name) == names.end())
+            names.emplace_back(name);
+    };
+    if (words.empty())
+        return names;
+    add(words.front());
+    add(entry.program);
+    if (!isLauncher(lastPart(words.front())))
+        return names;
+    add(launched(words));
+    constexpr std::string_view sandboxed = "--command=";
+    for (const std::string& word : words) {
+        if (word.starts_with(sandboxed))
+            add(std::string_view(word).substr(sandboxed.size()));
+    }
+    return names;
+}
+
 bool mayBelong(const ProcessFacts& process, const ApplicationEntry& entry,
                const std::vector<std::string>& sharedFolders) {
     if (unitNames(process.unit, entry.id))

@@ -18,6 +18,7 @@ struct ApplicationEntry {
 
 /// A process, according to the system.
 struct ProcessFacts {
+    std::string name;                ///< as the kernel shows it, cut after 15 bytes; programs may change it
     std::string executable;          ///< absolute path, links resolved; may be empty
     std::vector<std::string> words;  ///< its first arguments, including the program's own name
     std::string unit;                ///< the innermost control group: "app-gnome-firefox-4711.scope"
@@ -30,6 +31,14 @@ struct ProcessFacts {
 /// "/usr/bin".
 [[nodiscard]] bool mayBelong(const ProcessFacts& process, const ApplicationEntry& entry,
                              const std::vector<std::string>& sharedFolders);
+
+/// The names a process may be known by, without duplicates: the kernel's, its executable's, the one it was
+/// started under, and that of the script it runs.
+[[nodiscard]] std::vector<std::string> namesOf(const ProcessFacts& process);
+
+/// The file names of the programs that an application's command line starts, without launchers and
+/// duplicates.
+[[nodiscard]] std::vector<std::string> programNames(const ApplicationEntry& entry);
 
 /// Whether a program only runs others, so that its name means nothing: shells, interpreters, sandboxes.
 [[nodiscard]] bool isLauncher(std::string_view programName);

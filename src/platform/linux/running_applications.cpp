@@ -1,96 +1,37 @@
-#include <fcntl.h>
 #include <glib.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
+#include <cstddef>
 #include <cstdlib>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
 #include <set>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/desktop.h"
 #include "platform/durable_file.h"
-#include "platform/file_descriptor.h"
 #include "platform/files.h"
 #include "platform/linux/application_match.h"
+#include "platform/linux/own_processes.h"
 #include "platform/user_folders.h"
 #include "platform/volume.h"
 
 namespace ulvak::platform {
 namespace {
 
-/// Long enough to find the program that an interpreter runs.
-constexpr std::size_t maxCommandLineLength = 4096;
-
 using CString = std::unique_ptr<char, void (*)(void*)>;
-
-/// The beginning of a /proc file; empty if it may not be read.
-std::string beginning(const std::string& path) {
-    std::array<char, maxCommandLineLength> buffer{};
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    const ssize_t count = file.isOpen() ? ::read(file.get(), buffer.data(), buffer.size()) : 0;
-    return {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
-}
-
-std::vector<std::string> split(std::string_view text, char separator) {
-    std::vector<std::string> parts;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find(separator), text.size());
-        parts.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return parts;
-}
-
-std::string executableOf(const std::string& process) {
-    std::string path = linkTarget(process + "/exe").value_or("");
-    // An application that was updated while running.
-    constexpr std::string_view deleted = " (deleted)";
-    if (path.ends_with(deleted))
-        path.resize(path.size() - deleted.size());
-    return path;
-}
-
-/// Whether a process belongs to this user. Judged by its status: the owner of its files in /proc is root if
-/// it is non-dumpable, as password managers are.
-bool isOwn(const std::string& process) {
-    const std::string status = beginning(process + "/status");
-    constexpr std::string_view label = "\nUid:\t";
-    const std::size_t at = status.find(label);
-    return at != std::string::npos &&
-           std::strtoul(status.c_str() + at + label.size(), nullptr, 10) == ::getuid();
-}
-
-/// This user's processes, except this one.
-std::vector<ProcessFacts> ownProcesses() {
-    std::vector<ProcessFacts> processes;
-    const std::string self = std::to_string(::getpid());
-    for (const std::string& name : listNames("/proc")) {
-        const std::string process = "/proc/" + name;
-        if (name == self || std::isdigit(static_cast<unsigned char>(name.front())) == 0 || !isOwn(process))
-            continue;
-        std::string group = beginning(process + "/cgroup");
-        group.resize(std::min(group.find('\n'), group.size()));
-        ProcessFacts facts{.executable = executableOf(process),
-                           .words = split(beginning(process + "/cmdline"), '\0'),
-                           .unit = group.substr(group.rfind('/') + 1)};
-        // A non-dumpable process hides its executable too; its first argument has to do.
-        if (facts.executable.empty() && !facts.words.empty())
-            facts.executable = facts.words.front();
-        processes.push_back(std::move(facts));
-    }
-    return processes;
-}
 
 struct Application {
     ApplicationEntry entry;
     std::vector<std::string> names;  ///< in the user's language, and the untranslated one if it differs
+    std::string windowClass;
 };
 
 std::vector<std::string> commandWords(const std::string& line) {
@@ -105,7 +46,7 @@ std::vector<std::string> commandWords(const std::string& line) {
 
 std::vector<std::string> searchedFolders() {
     const char* searched = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): nobody sets it
-    return split(searched != nullptr ? searched : "", ':');
+    return splitAt(searched != nullptr ? searched : "", ':');
 }
 
 /// The program file that a word of a command line names, links resolved; empty if there is none.
@@ -140,7 +81,9 @@ std::optional<Application> applicationOf(std::string id, const std::string& text
     Application application{.entry = {.id = std::move(id),
                                       .words = commandWords(valueOf(file.get(), G_KEY_FILE_DESKTOP_KEY_EXEC)),
                                       .program = {}},
-                            .names = {}};
+                            .names = {},
+                            .windowClass = {}};
+    application.windowClass = valueOf(file.get(), G_KEY_FILE_DESKTOP_KEY_STARTUP_WM_CLASS);
     const std::vector<std::string> words = withoutEnvironment(application.entry.words);
     if (!words.empty())
         application.entry.program = programOf(words.front(), reach);
@@ -176,11 +119,15 @@ public:
 
     [[nodiscard]] const std::vector<Application>& applications() const { return applications_; }
 
+    /// False if there may be entries out of reach.
+    [[nodiscard]] bool isComplete() const { return isComplete_; }
+
 private:
     /// An entry is named by its path below the "applications" folder; the first entry with a name wins.
     void addFrom(const std::string& folder, const std::string& prefix, int depth) {
         constexpr int maxLevels = 8;
         const Reach::Target place = reach_.follow(folder);
+        isComplete_ = isComplete_ && (place.isThere || reach_.includes(place.path));
         if (!place.isThere || depth == maxLevels)
             return;
         for (const std::string& name : listNames(place.path)) {
@@ -194,6 +141,7 @@ private:
 
     void addEntry(const std::string& id, const std::string& path) {
         const Reach::Target place = reach_.follow(path);
+        isComplete_ = isComplete_ && (place.isThere || reach_.includes(place.path));
         if (!place.isThere || !known_.insert(id).second)
             return;
         constexpr std::size_t maxEntryLength = std::size_t{1} << 20U;
@@ -212,7 +160,57 @@ private:
     const Reach& reach_;
     std::set<std::string> known_;
     std::vector<Application> applications_;
+    bool isComplete_ = true;
 };
+
+std::string_view plainId(std::string_view id) {
+    id.remove_suffix(id.ends_with(".desktop") ? std::string_view(".desktop").size() : 0);
+    return id;
+}
+
+/// The name of the snap that an entry "<snap>_<application>" is from; empty if it is not from one.
+std::string_view snapOf(std::string_view id) {
+    const std::size_t end = id.find('_');
+    return end == std::string_view::npos ? std::string_view() : id.substr(0, end);
+}
+
+/// Whether an entry's program is gone, as when a program was removed by hand.
+bool isLeftBehind(const Application& application, const Reach& reach) {
+    const std::vector<std::string> words = withoutEnvironment(application.entry.words);
+    return application.entry.program.empty() && !words.empty() && words.front().starts_with('/') &&
+           reach.includes(reach.follow(words.front()).path);
+}
+
+InstalledApplication described(const Application& application, bool isRunning) {
+    const std::string_view id = plainId(application.entry.id);
+    InstalledApplication result{.id = std::string(id),
+                                .names = application.names,
+                                .programs = programNames(application.entry),
+                                .isRunning = isRunning};
+    for (const std::string_view name : {std::string_view(application.windowClass), snapOf(id)}) {
+        if (!name.empty())
+            result.programs.emplace_back(name);
+    }
+    return result;
+}
+
+/// Sandboxed programs without an entry: those for the terminal.
+void addSandboxes(InstalledApplications& found, const std::string& home, const Reach& reach) {
+    std::set<std::string, std::less<>> known;
+    for (const InstalledApplication& application : found.all) {
+        known.insert(application.id);
+        known.emplace(snapOf(application.id));
+    }
+    for (const std::string& folder : {home + "/.local/share/flatpak/app", std::string("/var/lib/flatpak/app"),
+                                      std::string("/snap"), std::string("/var/lib/snapd/snap")}) {
+        const Reach::Target place = reach.follow(folder);
+        found.isComplete = found.isComplete && (place.isThere || reach.includes(place.path));
+        for (const std::string& name : place.isThere ? listNames(place.path) : std::vector<std::string>()) {
+            if (name != "bin" && name != "README" && known.insert(name).second)
+                found.all.push_back({.id = name, .names = {}, .programs = {}});
+        }
+    }
+}
 
 /// Folders that contain the programs of many applications.
 std::vector<std::string> sharedFolders(const Reach& reach) {
@@ -244,6 +242,28 @@ std::vector<std::string> runningApplications() {
     return running;
 }
 
+std::optional<InstalledApplications> installedApplications() {
+    const std::string home = homeDirectory();
+    const Reach reach({&home, 1}, Reach::Others::prompt);
+    const std::vector<ProcessFacts> processes = ownProcesses();
+    const std::vector<std::string> shared = sharedFolders(reach);
+    DesktopEntries entries(reach);
+    entries.addSandboxed(home);
+    InstalledApplications found{.all = {}, .processes = {}, .isComplete = entries.isComplete()};
+    for (const Application& application : entries.applications()) {
+        const bool isRunning = std::ranges::any_of(processes, [&](const ProcessFacts& process) {
+            return mayBelong(process, application.entry, shared);
+        });
+        if (isRunning || !isLeftBehind(application, reach))
+            found.all.push_back(described(application, isRunning));
+    }
+    addSandboxes(found, home, reach);
+    std::ranges::sort(found.all, {}, &InstalledApplication::id);
+    for (const ProcessFacts& process : processes)
+        std::ranges::move(namesOf(process), std::back_inserter(found.processes));
+    return found;
+}
+
 std::map<std::string, std::string, std::less<>> applicationNames() {
     const std::string home = homeDirectory();
     const Reach reach({&home, 1}, Reach::Others::prompt);
@@ -251,10 +271,8 @@ std::map<std::string, std::string, std::less<>> applicationNames() {
     entries.addSandboxed(home);
     std::map<std::string, std::string, std::less<>> names;
     for (const Application& application : entries.applications()) {
-        std::string_view id = application.entry.id;
-        id.remove_suffix(std::min(id.size(), std::string_view(".desktop").size()));
         if (!application.names.empty())
-            names.emplace(id, application.names.front());
+            names.emplace(plainId(application.entry.id), application.names.front());
     }
     return names;
 }

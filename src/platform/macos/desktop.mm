@@ -38,6 +38,10 @@ std::map<std::string, std::string, std::less<>> applicationNames() {
     return {};
 }
 
+std::optional<InstalledApplications> installedApplications() {
+    return std::nullopt;
+}
+
 std::vector<std::string> runningApplications() {
     @autoreleasepool {
         std::vector<std::string> names;

@@ -1,11 +1,15 @@
 #include "platform/process.h"
 
 #include <fcntl.h>
+#include <libproc.h>
 #include <mach-o/dyld.h>
+#include <sys/proc_info.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -54,6 +58,17 @@ std::expected<PipeEnds, std::error_code> makePlainPipe() {
     return PipeEnds{.read = FileDescriptor(handles[0]), .write = FileDescriptor(handles[1])};
 }
 
+/// This user's processes, as far as the list is long enough: some may have started since its size was asked.
+std::vector<pid_t> ownProcesses() {
+    constexpr std::size_t room = 64;
+    const int bytes = ::proc_listpids(PROC_UID_ONLY, ::getuid(), nullptr, 0);
+    std::vector<pid_t> processes(static_cast<std::size_t>(std::max(bytes, 0)) / sizeof(pid_t) + room);
+    const int filled = ::proc_listpids(PROC_UID_ONLY, ::getuid(), processes.data(),
+                                       static_cast<int>(processes.size() * sizeof(pid_t)));
+    processes.resize(static_cast<std::size_t>(std::max(filled, 0)) / sizeof(pid_t));
+    return processes;
+}
+
 }  // namespace
 
 std::optional<std::string> ownProgram() {
@@ -64,6 +79,22 @@ std::optional<std::string> ownProgram() {
         return std::nullopt;
     path.resize(std::strlen(path.c_str()));
     return resolvedPath(path);
+}
+
+std::vector<std::string> runningProcesses() {
+    std::vector<std::string> names;
+    for (const pid_t process : ownProcesses()) {
+        std::array<char, PROC_PIDPATHINFO_MAXSIZE> text{};
+        if (process == 0 || process == ::getpid())
+            continue;
+        if (::proc_name(process, text.data(), text.size()) > 0)
+            names.emplace_back(text.data());
+        if (::proc_pidpath(process, text.data(), text.size()) > 0) {
+            const std::string path = text.data();
+            names.push_back(path.substr(path.rfind('/') + 1));
+        }
+    }
+    return names;
 }
 
 /// This system's pipe(2) cannot set close-on-exec atomically, and a program that another thread starts in

@@ -10,10 +10,14 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <vector>
 
+#include "platform/files.h"
 #include "platform/posix/user_folders.h"
+#include "platform/user_folders.h"
+#include "platform/volume.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): glibc declares it, others do not
 
@@ -123,6 +127,25 @@ void onEndingSignal(int signal) {
     errno = before;
 }
 
+/// Where commands are searched for, in order.
+std::vector<std::string> commandFolders(const std::string& home) {
+    std::vector<std::string> folders;
+    const char* searched = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): nobody sets it
+    for (std::string_view rest = searched != nullptr ? searched : ""; !rest.empty();) {
+        const std::size_t end = std::min(rest.find(':'), rest.size());
+        if (rest.starts_with('/'))
+            folders.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    for (const char* place : {"/usr/local/bin", "/usr/bin", "/bin", "/usr/local/sbin", "/usr/sbin", "/sbin",
+                              "/usr/games", "/snap/bin"})
+        folders.emplace_back(place);
+    for (const char* place : {"/.local/bin", "/bin", "/.cargo/bin", "/go/bin", "/.npm-global/bin",
+                              "/.bun/bin", "/.deno/bin", "/.dotnet"})
+        folders.push_back(home + place);
+    return folders;
+}
+
 }  // namespace
 
 void forgetRelativeFolders() {
@@ -193,6 +216,22 @@ void endBySignal() {
         return;
     (void)std::signal(signal, SIG_DFL);
     (void)std::raise(signal);
+}
+
+std::optional<bool> hasCommand(std::string_view name) {
+    if (name.empty() || name.contains('/'))
+        return false;
+    const std::string home = homeDirectory();
+    const Reach reach({&home, 1}, Reach::Others::prompt);
+    bool isComplete = true;
+    for (const std::string& folder : commandFolders(home)) {
+        const Reach::Target place = reach.follow(std::string(folder).append("/").append(name));
+        const auto info = place.isThere ? fileInfo(place.path) : std::nullopt;
+        if (info && !info->isDirectory && ::access(place.path.c_str(), X_OK) == 0)
+            return true;
+        isComplete = isComplete && (place.isThere || reach.includes(place.path));
+    }
+    return isComplete ? std::optional(false) : std::nullopt;
 }
 
 }  // namespace ulvak::platform

@@ -149,6 +149,29 @@ TEST(RunningApps, AnotherScriptOfTheSameInterpreterIsAnotherApplication) {
     });
 }
 
+TEST(RunningProcesses, AreFoundByTheNameOfTheirProgram) {
+    TempTree tree;
+    withProgram(tree, "ulvak-system-riscv64");
+    const Names asked = {"ulvak-system-*", "ULVAK-system-riscv64", "ulvak-system", "*-riscv"};
+    EXPECT_THAT(Cleaner::runningProcesses(asked), IsEmpty());
+    {
+        const RunningProgram program({tree.path("ulvak-system-riscv64"), "60"});
+        EXPECT_THAT(Cleaner::runningProcesses(asked), ElementsAre("ulvak-system-*", "ULVAK-system-riscv64"));
+        EXPECT_THAT(Cleaner::runningProcesses(Names{"ulvak-system-ri"}), ElementsAre("ulvak-system-ri"))
+            << "as the kernel cuts it";
+    }
+    EXPECT_THAT(Cleaner::runningProcesses(asked), IsEmpty()) << "it has ended";
+}
+
+TEST(RunningProcesses, AreFoundByTheScriptThatAnInterpreterRuns) {
+    TempTree tree({textFile("ulvak-script", "read -r line\n")});
+    int pipe[2] = {};
+    ASSERT_EQ(::pipe(pipe), 0);
+    ASSERT_EQ(::dup2(pipe[0], STDIN_FILENO), STDIN_FILENO);
+    const RunningProgram program({"/bin/sh", tree.path("ulvak-script")});
+    EXPECT_THAT(Cleaner::runningProcesses(Names{"ulvak-script", "ulvak"}), ElementsAre("ulvak-script"));
+}
+
 TEST(RunningApps, IgnoresLetterCaseWithoutTurkishRules) {
     const TurkishLocale turkish;
     if (const auto reason = turkish.whyNot())

@@ -171,5 +171,24 @@ TEST(ApplicationMatch, FindsTheProgramBehindEnv) {
     EXPECT_EQ(withoutEnvironment({}), Words{});
 }
 
+TEST(ApplicationMatch, AProcessHasTheNamesItMayBeKnownBy) {
+    EXPECT_EQ(namesOf({.name = "rclone", .executable = "/usr/bin/rclone", .words = {"rclone", "mount"}}),
+              Words{"rclone"});
+    EXPECT_EQ(namesOf({.name = "qemu-system-x86", .executable = "/usr/bin/qemu-system-x86_64"}),
+              (Words{"qemu-system-x86", "qemu-system-x86_64"}));
+    EXPECT_EQ(namesOf({.name = "python3",
+                       .executable = "/usr/bin/python3.11",
+                       .words = {"python3", "-u", "/usr/bin/lutris"}}),
+              (Words{"python3", "python3.11", "lutris"}));
+    EXPECT_EQ(namesOf({.name = "java", .executable = "/usr/lib/jvm/bin/java", .words = {"bazel(work)"}}),
+              (Words{"java", "bazel(work)"}));
+    EXPECT_EQ(namesOf({.name = "chrome",
+                       .executable = "/opt/chrome/chrome",
+                       .words = {"/opt/chrome/chrome --type=renderer --data=/home/u/code"}}),
+              Words{"chrome"})
+        << "a command line in one word";
+    EXPECT_EQ(namesOf({}), Words());
+}
+
 }  // namespace
 }  // namespace ulvak::platform

@@ -7,9 +7,11 @@
 #include <optional>
 #include <string>
 
+#include "platform/desktop.h"
 #include "platform/files.h"
 #include "platform/linux/trash_folder.h"
 #include "platform/linux/trash_world.h"
+#include "platform/process.h"
 #include "platform/trash.h"
 #include "platform/user_folders.h"
 #include "platform/volume.h"
@@ -121,6 +123,24 @@ TEST(DeadMounts, ATrashThereIsNeitherLookedAtNorUsed) {
             EXPECT_FALSE(trashFolders().isAll);
             EXPECT_FALSE(nas.wasAsked());
         }
+    });
+}
+
+TEST(DeadMounts, WhatIsInstalledThereIsUnknownAndNotAskedFor) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    const TempTree tree({folder("nas"), folder("share", {link("applications", "../nas/applications")})});
+    test::withPrivateMounts([&] {
+        const DeadMount nas(tree.path("nas"));
+        ASSERT_TRUE(nas.isMounted());
+        const test::ScopedEnvironment environment(
+            {{"HOME", tree.path()}, {"PATH", tree.path("nas/bin")}, {"XDG_DATA_HOME", tree.path("share")}});
+        EXPECT_EQ(hasCommand("ulvak-absent"), std::nullopt);
+        EXPECT_EQ(hasCommand("sh"), true);
+        const auto installed = installedApplications();
+        ASSERT_TRUE(installed);
+        EXPECT_FALSE(installed->isComplete);
+        EXPECT_FALSE(nas.wasAsked());
     });
 }
 
