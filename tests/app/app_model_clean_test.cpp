@@ -476,6 +476,32 @@ TEST_F(AppModelClean, ATrashThatHoldsMoreIsEmptiedOnlyWhenTheAnswerIsYes) {
     EXPECT_THAT(ids(), IsEmpty());
 }
 
+TEST_F(AppModelClean, TheTrashAsAFindingIsAlwaysAskedAboutAndNeverCleaned) {
+    startWith(
+        {staged("/1", SafetyLevel::safe, 90), test::trash(staged("/disk/.Trash-1", SafetyLevel::safe, 500))});
+    clean({"/1", "/disk/.Trash-1"});
+    clean({"/disk/.Trash-1"}, CleanMode::permanent);
+    EXPECT_THAT(cleaned->values(), ElementsAre("/1"));
+    runToEnd(app().askToEmptyTrash());
+    ASSERT_TRUE(app().trashQuestion()) << "though all in it is from here";
+    EXPECT_EQ(app().freedBytes(), 0);
+    runToEnd(app().emptyTrashAsAsked(app().trashQuestion()->id));
+    EXPECT_EQ(app().freedBytes(), 90);
+    EXPECT_THAT(ids(), IsEmpty());
+}
+
+TEST_F(AppModelClean, ATrashThatWentInPartIsThatMuchSmaller) {
+    services.emptyTrash = [](const Cleaner::TrashContents&, const std::stop_token&) {
+        return Cleaner::EmptiedTrash{.bytes = 300, .itemsLeft = 1};
+    };
+    startWith({test::trash(staged("/disk/.Trash-1", SafetyLevel::safe, 500))});
+    trash->others = 500;
+    runToEnd(app().askToEmptyTrash());
+    runToEnd(app().emptyTrashAsAsked(app().trashQuestion()->id));
+    ASSERT_THAT(ids(), ElementsAre("/disk/.Trash-1"));
+    EXPECT_EQ(app().findings().front()->size, 200);
+}
+
 TEST_F(AppModelClean, ATrashThatCannotBeToldIsAskedAbout) {
     services.trashContents = [](std::span<const platform::TrashedItem>) {
         return Cleaner::TrashContents{.isComplete = false};

@@ -39,6 +39,11 @@ namespace ulvak::test {
     return finding;
 }
 
+[[nodiscard]] inline Finding trash(Finding finding) {
+    finding.action = {CleanAction::EmptyTrash{}};
+    return finding;
+}
+
 [[nodiscard]] inline Finding simulator(Finding finding) {
     finding.action = {CleanAction::DeleteSimulator{.udid = "0000"}};
     return finding;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QtTest>
 
 #include "ui/staged_window.h"
@@ -85,6 +87,35 @@ TEST_F(DetailViewTest, ASafeOneCanBeDeletedForGoodAfterAQuestion) {
     EXPECT_EQ(focused(), QStringLiteral("cancel"));
     click(inPopup(QStringLiteral("confirmPermanent"), QStringLiteral("confirm")));
     ASSERT_TRUE(waitUntil([&] { return stage.count("clean permanent /v/a") == 1; }));
+}
+
+TEST_F(DetailViewTest, TheTrashIsEmptiedAfterAQuestionAndNothingElse) {
+    stage.trash->others = 500;
+    show({test::trash(finding("/v/Trash", SafetyLevel::safe, 500))});
+    EXPECT_FALSE(shows(QStringLiteral("moveToTrash")));
+    EXPECT_FALSE(shows(QStringLiteral("removePermanently")));
+    EXPECT_EQ(text(QStringLiteral("emptyTrashFinding")), QStringLiteral("Çöp Kutusunu Boşalt"));
+    click(QStringLiteral("emptyTrashFinding"));
+    waitForDialog("confirmEmptyTrash");
+    EXPECT_EQ(stage.trash->others, 500);
+    EXPECT_EQ(focused(), QStringLiteral("cancel"));
+    click(inPopup(QStringLiteral("confirmEmptyTrash"), QStringLiteral("confirm")));
+    ASSERT_TRUE(waitUntil([&] { return stage.trash->others == 0; }));
+}
+
+TEST_F(DetailViewTest, ACommandCanBeCopiedAndIsNotRun) {
+    Finding docker = test::uncleanable(finding("/v/docker", SafetyLevel::keep));
+    docker.command = "docker system prune -a";
+    show({docker, finding("/v/b", SafetyLevel::keep, 1)});
+    ASSERT_TRUE(shows(QStringLiteral("copyCommand")));
+    QGuiApplication::clipboard()->setText(QStringLiteral("başka"));
+    click(QStringLiteral("copyCommand"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("docker system prune -a"));
+    EXPECT_EQ(text(QStringLiteral("copyCommand")), QStringLiteral("Kopyalandı"));
+    focus(QStringLiteral("rows"));
+    key(Qt::Key_Down);
+    ASSERT_TRUE(waitUntil([&] { return text(QStringLiteral("detailTitle")) == QStringLiteral("b"); }));
+    EXPECT_FALSE(shows(QStringLiteral("copyCommand")));
 }
 
 TEST_F(DetailViewTest, EnterAndEscapeNeverDelete) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/words.h"
 #include "ui/staged_window.h"
 #include "ui/texts.h"
 

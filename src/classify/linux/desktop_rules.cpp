@@ -43,6 +43,7 @@ constexpr Row rows[] = {
 
     // Flatpak applications.
     {.path = "~/.var", .container = ScanContext::normal},
+    {.path = "~/.var/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} verileri", .explanation = "Yalıtılmış uygulamaların dosyaları. Ne olduğundan emin değilsen bırak."},
     {.path = "~/.var/app", .container = ScanContext::normal},
     {.path = "~/.var/app/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} verileri", .explanation = "Bir Flatpak uygulamasının ayarları ve verileri. Uygulama kaldırılınca da kalır; ikisini birlikte `flatpak uninstall --delete-data` ile kaldırabilirsin.", .resolver = Rule::Resolver::application},
     {.path = "~/.var/app/*/{config,data,.local,.local/share,.local/state,.config}", .container = ScanContext::normal},

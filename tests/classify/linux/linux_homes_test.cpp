@@ -52,6 +52,8 @@ protected:
             const auto found = names.find(std::string(id));
             return found != names.end() ? found->second : std::string();
         };
+        analyzer.trashes = trashes;
+        analyzer.untouched = untouched;
         std::vector<DirNode> roots;
         roots.push_back(test::tree(home()));
         std::vector<Finding> found = analyzer.run(roots, folders);
@@ -83,6 +85,8 @@ protected:
     TempTree tree;
     UserFolders folders{.home = tree.path("ev"), .temp = tree.path("tmp"), .cache = tree.path("C")};
     std::map<std::string, std::string> names;
+    std::vector<std::string> trashes;
+    std::vector<std::string> untouched;
 
 private:
     /// As a walk does.
@@ -364,6 +368,58 @@ TEST_F(LinuxHome, WhereAnotherDiskIsMountedIsNotEasyToDelete) {
     });
 }
 
+TEST_F(LinuxHome, NothingThatHoldsWhatCannotBeMadeAgainIsEasyToDelete) {
+    const std::pair<std::string, std::string> evidence[] = {
+        {"logins.json", "parolalar"}, {"kasa.kdbx", "parolalar"}, {"Local State", "oturumlar"},
+        {"PG_VERSION", "veritabanı"}, {"disk.qcow2", "makine"},   {"tez.docx", "belgeler"},
+        {"cur/1:2,S", "e-posta"},     {"config", "yedek deposu"}, {".git/HEAD", "git deposu"},
+    };
+    for (const auto& [name, reason] : evidence) {
+        const std::string place = ".cache/" + name.substr(0, name.find('/')) + " yeri";
+        add(place + "/büyük", 90);
+        EXPECT_EQ(findingAt(place).level, SafetyLevel::regenerable) << name;
+        add(place + "/" + name);
+        if (name == "config") {
+            add(place + "/data/0");
+            add(place + "/keys/0");
+        }
+        if (name.starts_with("cur"))
+            add(place + "/new/x");
+        const Finding found = findingAt(place);
+        EXPECT_EQ(found.level, SafetyLevel::caution) << name;
+        EXPECT_THAT(found.explanation, HasSubstr(reason)) << name;
+    }
+}
+
+TEST_F(LinuxHome, WhatIsPreciousMayLieInABigFolderBelow) {
+    add(".cache/profil/Default/büyük", 90);
+    EXPECT_EQ(findingAt(".cache/profil").level, SafetyLevel::regenerable);
+    add(".cache/profil/Default/Login Data");
+    EXPECT_EQ(findingAt(".cache/profil").level, SafetyLevel::caution);
+}
+
+TEST_F(LinuxHome, AWarningByContentsWinsOverAnyCache) {
+    add(".cache/bilinmez/drive/büyük", 90);
+    EXPECT_EQ(findingAt(".cache/bilinmez").level, SafetyLevel::regenerable);
+    add(".cache/bilinmez/CACHEDIR.TAG", 0, cacheTag);
+    EXPECT_EQ(findingAt(".cache/bilinmez").level, SafetyLevel::regenerable) << "no warning";
+    add(".cache/bilinmez/system.reg");
+    EXPECT_EQ(findingAt(".cache/bilinmez").level, SafetyLevel::caution);
+}
+
+TEST_F(LinuxHome, LargeFilesOfKnownKindsAreFoundAmongPersonalFiles) {
+    using namespace std::string_literals;
+    add(".config/user-dirs.dirs", 0, "XDG_DOWNLOAD_DIR=\"$HOME/İndirilenler\"\n");
+    add("İndirilenler/kurulum.deb", 160, "!<arch>\ndebian-binary");
+    add("İndirilenler/film.mkv", 700);
+    add("Belgeler/kurulum.deb", 160, "!<arch>\ndebian-binary");
+    add("vm/deneme.qcow2", 900, "QFI\xfb\0\0\0\x03"s);
+    EXPECT_THAT(levels(), UnorderedElementsAre("caution İndirilenler/kurulum.deb",
+                                               "keep İndirilenler/film.mkv", "caution vm/deneme.qcow2"));
+    EXPECT_EQ(findingAt("vm/deneme.qcow2").title, "Sanal makine diski: deneme.qcow2");
+    EXPECT_TRUE(findingAt("vm/deneme.qcow2").isPersonal);
+}
+
 TEST_F(LinuxHome, ABuildWithSettingsWrittenByHandIsNotEasyToDelete) {
     add("Projeler/yocto/build/tmp/x", 190);
     add("Projeler/yocto/Makefile");
@@ -428,6 +484,42 @@ TEST_F(LinuxHome, ContainersInEachOtherAreNotFollowedWithoutEnd) {
     const std::vector<Finding> found = findingsBy(rules);
     ASSERT_EQ(found.size(), 1U);
     EXPECT_LT(found.front().id.size(), (folders.home + "/" + path).size());
+}
+
+// The Trash and the system
+// ------------------------------------------------------------------------------------
+
+TEST_F(LinuxHome, TrashesAreOneFindingThatIsEmptied) {
+    add(".local/share/Trash/files/x", 60);
+    EXPECT_FALSE(isTrash(findingAt(".local/share/Trash"))) << "somebody else's";
+    folders.trash = folders.home + "/.local/share/Trash";
+    trashes = {folders.trash};
+    const Finding one = findingAt(".local/share/Trash");
+    EXPECT_TRUE(isTrash(one));
+    EXPECT_FALSE(canBeCleaned(one));
+    EXPECT_EQ(one.title, "Çöp Kutusu");
+    EXPECT_EQ(one.level, SafetyLevel::safe);
+
+    add("snap/a/1/.local/share/Trash/files/y", 10);
+    trashes.push_back(folders.home + "/snap/a/1/.local/share/Trash");
+    const Finding both = findingAt(".local/share/Trash");
+    EXPECT_EQ(both.size, 70 * test::megabyte);
+    EXPECT_EQ(both.urls, trashes);
+    EXPECT_EQ(both.title, "Çöp Kutusu");
+}
+
+TEST_F(LinuxHome, SmallTrashesAreNoFinding) {
+    add(".local/share/Trash/files/x", 30);
+    trashes = {folders.home + "/.local/share/Trash", folders.home + "/elsewhere"};
+    EXPECT_THAT(levels(), IsEmpty());
+}
+
+TEST_F(LinuxHome, WhatIsBeyondTheHomeFolderIsExplainedAndNeverCleaned) {
+    add(".npm/x", 60);
+    EXPECT_TRUE(canBeCleaned(findingAt(".npm")));
+    untouched = {folders.home};
+    EXPECT_FALSE(canBeCleaned(findingAt(".npm")));
+    EXPECT_EQ(findingAt(".npm").level, SafetyLevel::regenerable);
 }
 
 // Order -----------------------------------------------------------------------------------------------------
