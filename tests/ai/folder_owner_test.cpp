@@ -207,5 +207,14 @@ TEST(FolderContext, WithListedApplicationsTheOwnersLinesNameWhatIsThere) {
     EXPECT_THAT(world.build(world.finding("Documents")), Not(HasSubstr("Hint:")));
 }
 
+TEST(FolderContext, AHomeWithALibraryIsDescribedByTheFolderOfApplications) {
+    using FolderContext::Applications;
+    const FactWorld with({folder("Library", {folder("Caches")})});
+    EXPECT_EQ(Applications::ofThisMachine(with.around.folders).installed, nullptr);
+    const FactWorld without({folder("Library", {folder("Books"), file("Logs")})});
+    EXPECT_EQ(Applications::ofThisMachine(without.around.folders).installed != nullptr,
+              platform::installedApplications().has_value());
+}
+
 }  // namespace
 }  // namespace ulvak
