@@ -56,6 +56,8 @@ protected:
         analyzer.untouched = untouched;
         std::vector<DirNode> roots;
         roots.push_back(test::tree(home()));
+        for (const Node& root : further)
+            roots.push_back(test::tree(root));
         std::vector<Finding> found = analyzer.run(roots, folders);
         const NotedNames noted = Analyzer::evidence(rules);
         note(noted, roots.front(), folders.home);
@@ -85,6 +87,7 @@ protected:
     TempTree tree;
     UserFolders folders{.home = tree.path("ev"), .temp = tree.path("tmp"), .cache = tree.path("C")};
     std::map<std::string, std::string> names;
+    std::vector<Node> further;  ///< roots beside the home folder
     std::vector<std::string> trashes;
     std::vector<std::string> untouched;
 
@@ -500,8 +503,8 @@ TEST_F(LinuxHome, TrashesAreOneFindingThatIsEmptied) {
     EXPECT_EQ(one.title, "Çöp Kutusu");
     EXPECT_EQ(one.level, SafetyLevel::safe);
 
-    add("snap/a/1/.local/share/Trash/files/y", 10);
-    trashes.push_back(folders.home + "/snap/a/1/.local/share/Trash");
+    further = {test::dir("/media/disk/.Trash-0", 10 * test::megabyte)};
+    trashes.emplace_back("/media/disk/.Trash-0");
     const Finding both = findingAt(".local/share/Trash");
     EXPECT_EQ(both.size, 70 * test::megabyte);
     EXPECT_EQ(both.urls, trashes);
