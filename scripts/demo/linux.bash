@@ -29,6 +29,7 @@ personal_folders() {
     item 150 'Belgeler/cache/'
     evidence 'Belgeler/cache' 'eski sözleşmeler.pdf' liste.xlsx
     item 310 'İndirilenler/linux-kurulum-13.iso'
+    evidence 'İndirilenler' linux-kurulum-13.iso
     item 20 'İndirilenler/ofis-paketi_24.8_amd64.deb'
     item 20 'Müzik/Kayıtlar/konser.flac'
     item 120 'Resimler/2024 Yaz/DSC_0412.NEF'
@@ -343,6 +344,10 @@ write_contents() {
         appmanifest_294100.acf) steam_manifest 294100 'Kayıp Ada' ;;
         appmanifest_1493710.acf) steam_manifest 1493710 'Proton - Experimental' ;;
         *.qcow2) printf 'QFI\373\0\0\0\3' ;;
+        *.iso)
+            head -c 32769 /dev/zero
+            printf 'CD001\1'
+            ;;
         *.vdi) printf '<<< Oracle VM VirtualBox Disk Image >>>\n' ;;
         *.sqlite | *.db) printf 'SQLite format 3\0' ;;
         *.json) printf '{}\n' ;;

@@ -488,7 +488,7 @@ bool RuleMatcher::rankedWinsOverPath(const Found& ranked, const Found& other) co
     const bool isPath = std::holds_alternative<Rule::Path>(rules_[ranked.rule].match);
     if (!isPath || ranked.frame != other.frame)
         return other.depth() > 0 && other.isWide();
-    return ranked.isMoreSpecificThan(other);
+    return !other.isMoreSpecificThan(ranked);
 }
 
 bool RuleMatcher::rankedWinsOverName(const Found& ranked, const Found& other) const {

@@ -149,14 +149,15 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     SimulatorMap installed = simulators.get();
     if (stop.stop_requested())
         return {};
-    const std::vector<std::string> trashes =
-        further.trashes.empty() ? std::vector{scanner.folders.trash} : further.trashes;
+    std::vector<std::string> trashes = further.trashes;
+    if (trashes.empty())
+        trashes.push_back(scanner.folders.trash);
     const Analyzer analyzer{.rules = RuleBook::all(),
                             .simulators = std::move(installed),
                             .unitMinimum = keepThreshold,
                             .defaultMinimum = defaultMinimum,
                             .applicationName = applicationName(),
-                            .trashes = trashes,
+                            .trashes = std::move(trashes),
                             .untouched = further.systems,
                             .noted = &evidence};
     return analyzer.run(roots, scanner.folders, inner);

@@ -19,6 +19,9 @@ constexpr std::string_view encrypted = "Şifrelenmiş dosyaların kendisi. Kasa 
 
 // One row per line, so that rows can be compared.
 constexpr Row rows[] = {
+    // Known on every system, but not told like this.
+    {.path = "$T/*", .level = SafetyLevel::safe, .title = "Geçici dosya: {name}", .explanation = "Uygulamaların geçici çalışma alanı. Açık bir uygulama şu an kullanıyor olabilir; emin değilsen ilgili uygulamayı kapattıktan sonra sil. Sistem bunların eskilerini kendisi de temizler."},
+
     // Where applications keep their settings, data and state. What nothing else names in there is kept.
     // Known at its usual place on every system; these are for one that was moved, and inside sandboxes.
     {.path = "$cache", .container = ScanContext::normal},
@@ -43,7 +46,6 @@ constexpr Row rows[] = {
 
     // Flatpak applications.
     {.path = "~/.var", .container = ScanContext::normal},
-    {.path = "~/.var/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} verileri", .explanation = "Yalıtılmış uygulamaların dosyaları. Ne olduğundan emin değilsen bırak."},
     {.path = "~/.var/app", .container = ScanContext::normal},
     {.path = "~/.var/app/*", .container = ScanContext::application, .level = SafetyLevel::keep, .title = "{name} verileri", .explanation = "Bir Flatpak uygulamasının ayarları ve verileri. Uygulama kaldırılınca da kalır; ikisini birlikte `flatpak uninstall --delete-data` ile kaldırabilirsin.", .resolver = Rule::Resolver::application},
     {.path = "~/.var/app/*/{config,data,.local,.local/share,.local/state,.config}", .container = ScanContext::normal},

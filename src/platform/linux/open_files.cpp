@@ -38,8 +38,9 @@ std::vector<std::string> openBelow(const std::string& folder) {
         const std::string process = "/proc/" + name;
         for (const char* link : {"/cwd", "/exe", "/root"})
             add(process + link);
-        for (const std::string& handle : listNames(process + "/fd"))
-            add(process + "/fd/" + handle);
+        const std::string handles = process + "/fd/";
+        for (const std::string& handle : listNames(handles))
+            add(handles + handle);
         addMapped(process, prefix, found);
     }
     return found;
