@@ -1,6 +1,7 @@
 #include "classify/rule_book.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <optional>
@@ -240,26 +241,34 @@ bool isAskedBefore(const Ranked& one, const Ranked& other) {
     return one.specificity > other.specificity;
 }
 
-}  // namespace
-
-std::vector<Rule> ranked(std::span<const Row> written) {
+/// With room for those that follow.
+std::vector<Rule> ranked(std::span<const Rows> tables, std::size_t further) {
     std::vector<Ranked> all;
     std::vector<std::string> patterns;
-    for (const Row& row : written) {
-        patterns.clear();
-        expandBraces(row.name.empty() ? row.path : row.name, patterns);
-        for (std::string& pattern : patterns)
-            all.push_back(ranked(row, std::move(pattern)));
+    for (const Rows written : tables) {
+        for (const Row& row : written) {
+            patterns.clear();
+            expandBraces(row.name.empty() ? row.path : row.name, patterns);
+            for (std::string& pattern : patterns)
+                all.push_back(ranked(row, std::move(pattern)));
+        }
     }
     // A rule is big: sorted by reference.
     std::vector<Ranked*> order;
     std::ranges::transform(all, std::back_inserter(order), [](Ranked& one) { return &one; });
     std::ranges::stable_sort(order, isAskedBefore, [](const Ranked* one) -> const Ranked& { return *one; });
     std::vector<Rule> built;
-    built.reserve(order.size());
+    built.reserve(order.size() + further);
     for (Ranked* one : order)
         built.push_back(std::move(one->rule));
     return built;
+}
+
+}  // namespace
+
+std::vector<Rule> ranked(std::span<const Row> rows) {
+    const std::array tables{Rows(rows)};
+    return ranked(tables, 0);
 }
 
 const std::vector<Rule>& reference() {
@@ -274,7 +283,7 @@ const std::vector<Rule>& reference() {
 
 const std::vector<Rule>& all() {
     static const std::vector<Rule> rules = [] {
-        std::vector<Rule> built = ranked(platformRows());
+        std::vector<Rule> built = ranked(platformRows(), reference().size());
         std::ranges::copy(reference(), std::back_inserter(built));
         return built;
     }();

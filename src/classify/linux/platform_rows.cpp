@@ -1,7 +1,5 @@
 #include "classify/platform_rows.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -9,13 +7,9 @@
 
 namespace ulvak::RuleBook {
 
-std::vector<Row> platformRows() {
-    std::vector<Row> rows;
-    for (const Rows subject :
-         {desktopRows(), browserRows(), communicationRows(), gameRows(), mediaRows(), machineRows(),
-          systemRows(), languageRows(), editorRows(), buildRows(), modelRows(), scienceRows()})
-        std::ranges::copy(subject, std::back_inserter(rows));
-    return rows;
+std::vector<Rows> platformRows() {
+    return {desktopRows(), browserRows(),  communicationRows(), gameRows(),  mediaRows(), machineRows(),
+            systemRows(),  languageRows(), editorRows(),        buildRows(), modelRows(), scienceRows()};
 }
 
 std::vector<std::string> systemFolders() {

@@ -6,7 +6,7 @@
 namespace ulvak::RuleBook {
 
 /// The common rows were written for this system.
-std::vector<Row> platformRows() {
+std::vector<Rows> platformRows() {
     return {};
 }
 
