@@ -266,8 +266,8 @@ std::vector<Rule> ranked(std::span<const Rows> tables, std::size_t further) {
 
 }  // namespace
 
-std::vector<Rule> ranked(std::span<const Row> rows) {
-    const std::array tables{Rows(rows)};
+std::vector<Rule> ranked(std::span<const Row> written) {
+    const std::array tables{Rows(written)};
     return ranked(tables, 0);
 }
 
