@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,7 +14,9 @@ namespace ulvak {
 /// Whether items in a temporary folder that everybody shares are still in use. Not thread-safe.
 class TemporaryUse {
 public:
-    explicit TemporaryUse(const UserFolders& folders) : temp_(folders.temp) {}
+    explicit TemporaryUse(const UserFolders& folders,
+                          std::chrono::system_clock::time_point now = std::chrono::system_clock::now())
+        : temp_(folders.temp), now_(now) {}
 
     /// Turkish, beginning with a blank: what speaks against deleting an item that lies directly in the
     /// temporary folder. Empty if nothing does, or if the folder is this user's own.
@@ -21,9 +24,13 @@ public:
 
 private:
     [[nodiscard]] bool isOpen(const std::string& path);
-    [[nodiscard]] int quietDays() const;
+    [[nodiscard]] int quietDays();
+    /// The temporary folder without links: this is what the system calls open files.
+    [[nodiscard]] const std::string& realTemp();
 
     std::string temp_;
+    std::chrono::system_clock::time_point now_;
+    std::optional<std::string> realTemp_;
     std::optional<bool> isShared_;
     std::optional<std::vector<std::string>> open_;  ///< what processes use there; read when first needed
 };
