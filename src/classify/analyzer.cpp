@@ -313,6 +313,32 @@ std::string_view preciousContents(FolderEvidence& evidence) {
     return {};
 }
 
+/// What a tool leaves where it builds, and what it builds from.
+struct Build {
+    std::string made;
+    std::vector<std::string> sources;
+};
+
+const std::vector<Build>& builds() {
+    static const std::vector<Build> all{
+        {.made = "CMakeCache.txt", .sources = {"CMakeLists.txt"}},
+        {.made = "meson-private", .sources = {"meson.build"}},
+        {.made = ".rustc_info.json", .sources = {"Cargo.toml"}},
+        {.made = "pyvenv.cfg",
+         .sources = {"pyproject.toml", "setup.py", "requirements.txt", "Pipfile", "manage.py"}},
+    };
+    return all;
+}
+
+/// Whether a project was built among its own sources, so that they are in the folder too.
+bool isBuiltInItsSources(FolderEvidence& evidence) {
+    if (evidence.isKnownToLackAll())
+        return false;
+    return std::ranges::any_of(builds(), [&](const Build& build) {
+        return evidence.lists(build.made) && evidence.holdsOneOf(build.sources);
+    });
+}
+
 /// One analysis: a depth-first walk that appends to `findings_`.
 class Analysis {
 public:
@@ -323,8 +349,17 @@ public:
           matcher_(rules, folders),
           trashes_(trashes),
           usesEvidence_(!rules.empty() && rules.front().isRanked),
+          home_(folders.home),
+          temp_(folders.temp),
           temporary_(folders),
-          downloads_(usesEvidence_ ? downloadFolder(folders) : std::string()) {}
+          downloads_(usesEvidence_ ? downloadFolder(folders) : std::string()) {
+        if (!usesEvidence_)
+            return;
+        for (const std::string* moved : {&folders.userConfig, &folders.userData, &folders.userState}) {
+            if (!moved->empty())
+                innerRoots_.push_back(*moved);
+        }
+    }
 
     void visit(const Position& place, State state) {
         const Rule* rule = match(place, state.context);
@@ -626,7 +661,10 @@ private:
 
     [[nodiscard]] bool isUntouched(const Position& place) const {
         return std::ranges::any_of(analyzer_.untouched, [&](const std::string& folder) {
-            return Paths::isWithin(place.path, folder);
+            const auto isUsers = [&](const std::string& own) {
+                return Paths::isWithin(own, folder) && Paths::isWithin(place.path, own);
+            };
+            return Paths::isWithin(place.path, folder) && !isUsers(home_) && !isUsers(temp_);
         });
     }
 
@@ -730,20 +768,22 @@ private:
     }
 
     [[nodiscard]] std::string objection(const Position& place, const Rule* rule) const {
+        if (place.node->isDirectory && holdsMount(place.path))
+            return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
+                   "dosyalar da gidebilir.";
         if (rule != nullptr && isTemporary(*rule)) {
             if (std::string reason = temporary_.objection(place.path, *place.node); !reason.empty())
                 return reason;
         }
         if (!place.node->isDirectory)
             return {};
-        if (holdsMount(place.path))
-            return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
-                   "dosyalar da gidebilir.";
         FolderEvidence& evidence = evidenceIn(place);
         if ((rule == nullptr || !isAbout(*rule, ".git")) && evidence.lists(".git"))
             return " Ama içinde bir git deposu var: gönderilmemiş değişiklikler geri gelmez.";
         if (lowerCased(place.name()).starts_with("build") && evidence.hasFile("conf/local.conf"))
             return " Ama içinde elle yazılmış derleme ayarları (`conf/local.conf`) var: onlar geri gelmez.";
+        if (isBuiltInItsSources(evidence))
+            return " Ama içinde projenin kendisi de var: kaynak dosyaları geri gelmez.";
         if (evidence.holdsOneOf(precious().documents))
             return " Ama içinde belgeler var: başka yerde yoksa geri gelmezler.";
         const std::string_view reason = preciousContents(evidence);
@@ -781,10 +821,12 @@ private:
     }
 
     const Analyzer& analyzer_;
-    std::vector<std::string> innerRoots_;
+    std::vector<std::string> innerRoots_;  ///< and where applications keep files, if the user has moved that
     RuleMatcher matcher_;
     std::span<const std::string> trashes_;
     bool usesEvidence_ = false;  ///< whether something inside may speak against a finding: with ranked rules
+    std::string home_;
+    std::string temp_;
     mutable TemporaryUse temporary_;
     std::string downloads_;                                          ///< empty for none
     mutable std::unordered_map<std::string, LargeFile> largeFiles_;  ///< those that were looked at
@@ -889,6 +931,10 @@ NotedNames Analyzer::evidence(std::span<const Rule> rules) {
     const Precious& all = precious();
     for (const auto* more : {&all.machineDisks, &all.secrets, &all.databases, &all.backups, &all.documents})
         names.insert(more->begin(), more->end());
+    for (const Build& build : builds()) {
+        names.insert(build.made);
+        names.insert(build.sources.begin(), build.sources.end());
+    }
     for (const Rule& rule : rules) {
         if (const auto* name = std::get_if<Rule::Name>(&rule.match)) {
             names.insert(name->siblings.begin(), name->siblings.end());

@@ -276,6 +276,19 @@ TEST_F(LinuxHome, OneFolderForCacheAndDataHoldsData) {
     EXPECT_THAT(levels(), ElementsAre("keep .xdg/hiç-bilinmeyen"));
 }
 
+TEST_F(LinuxHome, ACacheThatAMovedFolderLiesInIsNoCache) {
+    add(".cache/a/ayar/program/x", 120);
+    add(".cache/a/veri/program/x", 110);
+    add(".cache/a/durum/program/x", 100);
+    EXPECT_THAT(levels(), ElementsAre("regenerable .cache/a"));
+    folders.userConfig = folders.home + "/.cache/a/ayar";
+    folders.userData = folders.home + "/.cache/a/veri";
+    folders.userState = folders.home + "/.cache/a/durum";
+    EXPECT_THAT(levels(),
+                UnorderedElementsAre("keep .cache/a/ayar/program", "keep .cache/a/veri/program",
+                                     "keep .cache/a/durum/program"));
+}
+
 // Applications' folders -------------------------------------------------------------------------------------
 
 TEST_F(LinuxHome, AnApplicationsFolderIsOneFindingUnlessSomethingKnownIsBig) {
@@ -431,6 +444,21 @@ TEST_F(LinuxHome, ABuildWithSettingsWrittenByHandIsNotEasyToDelete) {
     EXPECT_EQ(findingAt("Projeler/yocto/build").level, SafetyLevel::caution);
 }
 
+TEST_F(LinuxHome, ABuildAmongItsSourcesIsNotEasyToDelete) {
+    add("Projeler/c-build/CMakeCache.txt");
+    add("Projeler/c-build/x", 190);
+    add("Projeler/meson/meson-private/x", 180);
+    add("Projeler/rust/.rustc_info.json");
+    add("Projeler/rust/x", 170);
+    for (const char* place : {"Projeler/c-build", "Projeler/meson", "Projeler/rust"})
+        EXPECT_EQ(findingAt(place).level, SafetyLevel::regenerable) << place;
+    add("Projeler/c-build/CMakeLists.txt");
+    add("Projeler/meson/meson.build");
+    add("Projeler/rust/Cargo.toml");
+    for (const char* place : {"Projeler/c-build", "Projeler/meson", "Projeler/rust"})
+        EXPECT_EQ(findingAt(place).level, SafetyLevel::caution) << place;
+}
+
 // Opening ---------------------------------------------------------------------------------------------------
 
 TEST_F(LinuxHome, AUnitThatHoldsSomethingToKeepIsOpened) {
@@ -518,11 +546,20 @@ TEST_F(LinuxHome, SmallTrashesAreNoFinding) {
 }
 
 TEST_F(LinuxHome, WhatIsBeyondTheHomeFolderIsExplainedAndNeverCleaned) {
+    further = {test::dir("/var/cache/hiç-bilinmeyen", 60 * test::megabyte)};
+    untouched = {"/var/cache"};
+    const std::vector<Finding> found = findingsBy(RuleBook::all());
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_FALSE(canBeCleaned(found.front()));
+    EXPECT_EQ(found.front().level, SafetyLevel::regenerable);
+}
+
+TEST_F(LinuxHome, OnesOwnFoldersBelowASystemFolderAreOnesOwn) {
     add(".npm/x", 60);
+    untouched = {std::filesystem::path(folders.home).parent_path()};
     EXPECT_TRUE(canBeCleaned(findingAt(".npm")));
-    untouched = {folders.home};
+    untouched = {folders.home + "/.npm"};
     EXPECT_FALSE(canBeCleaned(findingAt(".npm")));
-    EXPECT_EQ(findingAt(".npm").level, SafetyLevel::regenerable);
 }
 
 // Order -----------------------------------------------------------------------------------------------------
