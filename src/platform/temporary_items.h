@@ -20,9 +20,9 @@ struct ItemContents {
     /// When something was last created, written, renamed or moved there. What was copied or unpacked with the
     /// dates of its original is as new as the copy. The epoch if nothing could be read.
     std::chrono::system_clock::time_point changed;
-    bool isAllOwn = true;       ///< this user owns all of it
-    bool holdsSocket = false;   ///< or a FIFO: a running program waits there
-    bool wasSeenWhole = true;   ///< false if there is too much, or something that could not be read
+    bool isAllOwn = true;      ///< this user owns all of it
+    bool holdsSocket = false;  ///< or a FIFO: a running program waits there
+    bool wasSeenWhole = true;  ///< false if there is too much, or something that could not be read
 };
 
 [[nodiscard]] ItemContents contentsOf(const std::string& path);

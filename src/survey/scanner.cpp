@@ -79,6 +79,17 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
     return inner;
 }
 
+bool isSamePlace(const std::string& one, const std::string& other) {
+    return one == other || platform::resolvedPath(one) == platform::resolvedPath(other);
+}
+
+/// Whether the walk of the home folder comes by, which follows no links.
+bool isFoundInHome(const std::string& folder, const std::string& home) {
+    const auto real = platform::resolvedPath(folder);
+    const auto realHome = platform::resolvedPath(home);
+    return real && realHome && Paths::isWithin(*real, *realHome);
+}
+
 /// Names applications by the ids of their sandboxes; reads the desktop entries when first asked.
 std::function<std::string(std::string_view)> applicationName() {
     return [names = std::optional<std::map<std::string, std::string, std::less<>>>()](
@@ -169,13 +180,15 @@ FurtherPlaces FurtherPlaces::of(const UserFolders& folders) {
     FurtherPlaces further;
     if (!platform::isAccountsHome(folders.home))
         return further;
+    // One that is a link, or that others may change, is neither emptied nor what it seems.
     for (const platform::TrashFolder& trash : platform::trashFolders().folders) {
-        if (trash.path != folders.trash)
-            further.trashes.push_back(trash.path);
+        if (trash.folder)
+            further.trashes.push_back(isSamePlace(trash.path, folders.trash) ? folders.trash : trash.path);
     }
-    // Counts whole, however small, once there are others to add it to.
-    if (!further.trashes.empty())
-        further.trashes.insert(further.trashes.begin(), folders.trash);
+    // The home folder's own counts whole, however small, once there are others to add it to.
+    if (further.trashes.size() == 1 && further.trashes.front() == folders.trash &&
+        isFoundInHome(folders.trash, folders.home))
+        further.trashes.clear();
     further.systems = RuleBook::systemFolders();
     return further;
 }

@@ -17,8 +17,8 @@ namespace ulvak {
 
 /// What a scan of a user's own account looks at beside the usual roots. A plain value.
 struct FurtherPlaces {
-    /// All of the user's, if there are more than the home folder's: those of other volumes and of sandboxed
-    /// applications.
+    /// All of the user's, if there are others than the one in the home folder: those of other volumes, of
+    /// sandboxed applications, or where the user has moved it.
     std::vector<std::string> trashes;
     std::vector<std::string> systems;  ///< explained, never cleaned; what cannot be read there is no alarm
 

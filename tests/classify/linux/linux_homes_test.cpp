@@ -284,9 +284,8 @@ TEST_F(LinuxHome, ACacheThatAMovedFolderLiesInIsNoCache) {
     folders.userConfig = folders.home + "/.cache/a/ayar";
     folders.userData = folders.home + "/.cache/a/veri";
     folders.userState = folders.home + "/.cache/a/durum";
-    EXPECT_THAT(levels(),
-                UnorderedElementsAre("keep .cache/a/ayar/program", "keep .cache/a/veri/program",
-                                     "keep .cache/a/durum/program"));
+    EXPECT_THAT(levels(), UnorderedElementsAre("keep .cache/a/ayar/program", "keep .cache/a/veri/program",
+                                               "keep .cache/a/durum/program"));
 }
 
 // Applications' folders -------------------------------------------------------------------------------------
