@@ -768,7 +768,7 @@ private:
     }
 
     [[nodiscard]] std::string objection(const Position& place, const Rule* rule) const {
-        if (place.node->isDirectory && holdsMount(place.path))
+        if (place.node->isDirectory && holdsMount(place))
             return " Burası ya da içindeki bir klasör başka bir diskin bağlandığı yer; silersen oradaki "
                    "dosyalar da gidebilir.";
         if (rule != nullptr && isTemporary(*rule)) {
@@ -802,11 +802,26 @@ private:
         return {};
     }
 
-    [[nodiscard]] bool holdsMount(const std::string& path) const {
+    [[nodiscard]] bool holdsMount(const Position& place) const {
         if (!mounts_)
             mounts_ = platform::mountPoints();
+        const std::string path = realPath(place);
         return std::ranges::any_of(*mounts_,
                                    [&](const std::string& mount) { return Paths::isWithin(mount, path); });
+    }
+
+    /// As the system calls it. Only the root of a walk may be reached through links.
+    [[nodiscard]] std::string realPath(const Position& place) const {
+        const Position* root = &place;
+        while (root->parent != nullptr)
+            root = root->parent;
+        const auto [known, isNew] = realRoots_.try_emplace(root->path);
+        if (isNew)
+            known->second = platform::resolvedPath(root->path).value_or(root->path);
+        if (root == &place)
+            return known->second;
+        const std::size_t skipped = root->path == "/" ? 1 : root->path.size() + 1;
+        return Paths::join(known->second, place.path.substr(skipped));
     }
 
     [[nodiscard]] Finding defaultFinding(const Position& place, State state,
@@ -831,8 +846,9 @@ private:
     std::string downloads_;                                          ///< empty for none
     mutable std::unordered_map<std::string, LargeFile> largeFiles_;  ///< those that were looked at
     mutable std::optional<FolderEvidence> evidence_;
-    mutable std::optional<FolderEvidence> around_;            ///< of the folder that contains it
-    mutable std::optional<std::vector<std::string>> mounts_;  ///< read when first needed
+    mutable std::optional<FolderEvidence> around_;                    ///< of the folder that contains it
+    mutable std::optional<std::vector<std::string>> mounts_;          ///< read when first needed
+    mutable std::unordered_map<std::string, std::string> realRoots_;  ///< those that were asked about
     std::vector<Finding> findings_;
     LinkedFindings linked_;
 };

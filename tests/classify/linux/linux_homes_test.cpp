@@ -380,6 +380,11 @@ TEST_F(LinuxHome, WhereAnotherDiskIsMountedIsNotEasyToDelete) {
         ASSERT_TRUE(test::mountMemory(folders.home + "/.cache/bağ/disk"));
         EXPECT_EQ(findingAt(".cache/bağ").level, SafetyLevel::caution);
         EXPECT_EQ(findingAt(".cache/bağımsız").level, SafetyLevel::regenerable);
+        const std::string link = tree.path("ev-bağı");
+        std::filesystem::create_directory_symlink(folders.home, link);
+        folders.home = link;
+        EXPECT_EQ(findingAt(".cache/bağ").level, SafetyLevel::caution) << "through a link";
+        EXPECT_EQ(findingAt(".cache/bağımsız").level, SafetyLevel::regenerable);
     });
 }
 
