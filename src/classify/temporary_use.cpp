@@ -36,7 +36,7 @@ std::string TemporaryUse::objection(const std::string& path, const DirNode& item
     if (!platform::isOwnItem(path).value_or(false))
         return " Ama sana ait değil: başka bir kullanıcı ya da sistem kullanıyor olabilir.";
     const auto quiet = now_ - std::chrono::days(quietDays());
-    const std::string isRecent =
+    std::string isRecent =
         " Ama son " + std::to_string(quietDays()) + " günde değişmiş: bir program hâlâ kullanıyor olabilir.";
     if (!item.modified || *item.modified > quiet)
         return isRecent;

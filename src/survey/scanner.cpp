@@ -91,19 +91,22 @@ bool isFoundInHome(const std::string& folder, const std::string& home) {
 }
 
 /// Names applications by the ids of their sandboxes; reads the desktop entries when first asked.
-std::function<std::string(std::string_view)> applicationName() {
-    return [names = std::optional<std::map<std::string, std::string, std::less<>>>()](
-               std::string_view id) mutable {
-        if (!names)
-            names = platform::applicationNames();
-        if (const auto found = names->find(id); found != names->end())
+class ApplicationNames {
+public:
+    [[nodiscard]] std::string of(std::string_view id) {
+        if (!names_)
+            names_ = platform::applicationNames();
+        if (const auto found = names_->find(id); found != names_->end())
             return found->second;
         // A snap's entries are named "<snap>_<application>".
         const std::string prefix = std::string(id) + "_";
-        const auto first = names->lower_bound(prefix);
-        return first != names->end() && first->first.starts_with(prefix) ? first->second : std::string();
-    };
-}
+        const auto first = names_->lower_bound(prefix);
+        return first != names_->end() && first->first.starts_with(prefix) ? first->second : std::string();
+    }
+
+private:
+    std::optional<std::map<std::string, std::string, std::less<>>> names_;
+};
 
 /// Walks the user's own roots or the system's, in their order.
 std::vector<DirNode> trees(const DiskWalker& walker, const std::vector<Located>& located, bool areSystems,
@@ -163,11 +166,12 @@ std::vector<Finding> scan(const Scanner& scanner, const std::stop_token& stop) {
     std::vector<std::string> trashes = further.trashes;
     if (trashes.empty())
         trashes.push_back(scanner.folders.trash);
+    ApplicationNames names;
     const Analyzer analyzer{.rules = RuleBook::all(),
                             .simulators = std::move(installed),
                             .unitMinimum = keepThreshold,
                             .defaultMinimum = defaultMinimum,
-                            .applicationName = applicationName(),
+                            .applicationName = [&names](std::string_view id) { return names.of(id); },
                             .trashes = std::move(trashes),
                             .untouched = further.systems,
                             .noted = &evidence};
