@@ -505,10 +505,16 @@ private:
         });
     }
 
+    [[nodiscard]] bool holdsKept(const Position& place) const {
+        std::vector<std::string> big;
+        std::ranges::transform(place.node->children, std::back_inserter(big), &DirNode::url);
+        return matcher_.holdsKept(evidenceIn(place), big);
+    }
+
     void visitUnit(const Position& place, const Rule& rule, const State& state) {
         if (place.node->size < analyzer_.unitMinimum)
             return;
-        if (isEasilyDeleted(rule.level) && place.canBeEntered() && matcher_.holdsKept(evidenceIn(place))) {
+        if (isEasilyDeleted(rule.level) && place.canBeEntered() && holdsKept(place)) {
             Owner owner = ownerAt(place, rule);
             owner.level = SafetyLevel::caution;
             owner.isOpened = true;
@@ -581,13 +587,12 @@ private:
 
     /// In an application's folder.
     void visitOwned(const Position& place, State state) {
-        const bool holdsKept =
-            state.owner->isOpened && place.canBeEntered() && matcher_.holdsKept(evidenceIn(place));
+        const bool isKeeping = state.owner->isOpened && place.canBeEntered() && holdsKept(place);
         const bool mayDrill = place.canBeEntered() && !place.node->children.empty() && state.depth >= 1;
-        if (mayDrill && (holdsKept || holdsKnown(place, state.depth))) {
+        if (mayDrill && (isKeeping || holdsKnown(place, state.depth))) {
             --state.depth;
             visitChildren(place, state);
-        } else if (holdsKept) {
+        } else if (isKeeping) {
             Owner kept = *state.owner;
             kept.level = SafetyLevel::keep;
             reportOwned(place, kept, true);

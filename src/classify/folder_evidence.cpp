@@ -68,7 +68,7 @@ bool keeps(const PatternTree::Node& node, const Directory& folder, const std::ve
     if (std::ranges::any_of(names, isNamed))
         return true;
     // A listing that was cut off says nothing of the rest.
-    if (names.size() == maxNames && std::ranges::any_of(node.literal, [&](const auto& entry) {
+    if (names.size() >= maxNames && std::ranges::any_of(node.literal, [&](const auto& entry) {
             return leads(entry.second) && isThere(*entry.second.node, entry.second.component);
         }))
         return true;
@@ -151,11 +151,17 @@ bool FolderEvidence::holdsOneOf(std::span<const std::string> entries) {
     });
 }
 
-bool FolderEvidence::holdsKept(const PatternTree::Node& node) {
+bool FolderEvidence::holdsKept(const PatternTree::Node& node, std::span<const std::string> known) {
     constexpr std::size_t maxLooks = 2000;
     std::size_t budget = maxLooks;
     const Directory* open = folder();
-    return open != nullptr && keeps(node, *open, names(), budget);
+    if (open == nullptr)
+        return false;
+    if (names().size() < maxNames)
+        return keeps(node, *open, names(), budget);
+    std::vector<std::string> asked(known.begin(), known.end());
+    asked.insert(asked.end(), names().begin(), names().end());
+    return keeps(node, *open, asked, budget);
 }
 
 }  // namespace ulvak

@@ -46,8 +46,9 @@ public:
     /// Begins with the signature that tells backup programs that the folder is a cache.
     [[nodiscard]] bool hasCacheTag();
 
-    /// Whether something is there that the patterns below `node` name to keep.
-    [[nodiscard]] bool holdsKept(const PatternTree::Node& node);
+    /// Whether something is there that the patterns below `node` name to keep. Of many entries only some are
+    /// looked at, and `known` ones for sure.
+    [[nodiscard]] bool holdsKept(const PatternTree::Node& node, std::span<const std::string> known = {});
 
     /// Whether the walk saw nothing there of what it looked for, which is all that rules ask for.
     [[nodiscard]] bool isKnownToLackAll() const {

@@ -505,7 +505,7 @@ bool RuleMatcher::rankedWinsOverName(const Found& ranked, const Found& other) co
 
 // What lies inside -----------------------------------------------------------------------------------------
 
-bool RuleMatcher::holdsKept(FolderEvidence& inside) const {
+bool RuleMatcher::holdsKept(FolderEvidence& inside, std::span<const std::string> known) const {
     if (!hasRanked_)
         return false;
     const Question question(inside.path(), true, ScanContext::normal);
@@ -516,8 +516,8 @@ bool RuleMatcher::holdsKept(FolderEvidence& inside) const {
         const auto nodes = ranked_[static_cast<std::size_t>(reading.area)].keptBelow(
             PatternTree::Components(question.parts).subspan(reading.skipped),
             PatternTree::Components(question.folded).subspan(reading.skipped));
-        return std::ranges::any_of(nodes,
-                                   [&](const PatternTree::Node* node) { return inside.holdsKept(*node); });
+        return std::ranges::any_of(
+            nodes, [&](const PatternTree::Node* node) { return inside.holdsKept(*node, known); });
     });
 }
 

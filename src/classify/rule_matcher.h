@@ -39,8 +39,9 @@ public:
     [[nodiscard]] const Rule* match(std::string_view path, bool isDirectory, ScanContext context,
                                     FolderEvidence& inside, FolderEvidence& around) const;
 
-    /// Whether a folder holds something that a ranked path rule says to keep. Reads the disk.
-    [[nodiscard]] bool holdsKept(FolderEvidence& inside) const;
+    /// Whether a folder, in which there are at least the `known` ones, holds something that a ranked path
+    /// rule says to keep. Reads the disk.
+    [[nodiscard]] bool holdsKept(FolderEvidence& inside, std::span<const std::string> known = {}) const;
 
     /// The id of the application whose sandbox holds `path`; empty if none does.
     [[nodiscard]] std::string_view sandboxOf(std::string_view path) const;

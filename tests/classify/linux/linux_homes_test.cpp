@@ -475,6 +475,15 @@ TEST_F(LinuxHome, AUnitThatHoldsSomethingToKeepIsOpened) {
     EXPECT_EQ(findingAt(".m2/başka").level, SafetyLevel::caution);
 }
 
+TEST_F(LinuxHome, SomethingBigToKeepIsFoundAmongAnyNumberOfEntries) {
+    add(".cache/program/biri/autosave/x", 60);
+    add(".cache/program/büyük/x", 90);
+    for (int i = 0; i < 1500; ++i)
+        std::filesystem::create_directory(folders.home + "/.cache/program/" + std::to_string(i));
+    EXPECT_THAT(levels(),
+                UnorderedElementsAre("keep .cache/program/biri/autosave", "caution .cache/program/büyük"));
+}
+
 TEST_F(LinuxHome, AnOpenedUnitIsNeverAWholeAgain) {
     std::vector<Rule> rules = RuleBook::ranked(std::vector<RuleBook::Row>{
         {.path = "~/.a", .level = SafetyLevel::safe, .title = "A", .explanation = "Bir A."},
