@@ -101,7 +101,7 @@ std::string downloadFolder(const UserFolders& folders) {
     const std::string lines = "\n" + settings;
     const std::size_t at = lines.find(setting);
     if (at == std::string::npos)
-        return {};
+        return Paths::join(folders.home, "Downloads");
     const std::string_view value = std::string_view(lines).substr(at + setting.size());
     const std::string_view name = value.substr(0, value.find_first_of("\"\n"));
     return name.empty() ? std::string() : Paths::join(folders.home, name);

@@ -23,7 +23,8 @@ enum class LargeFile : std::uint8_t {
 /// is `other`.
 [[nodiscard]] LargeFile largeFile(const std::string& path);
 
-/// Where the user's browsers put files, by the desktop's setting; empty if there is no such setting.
+/// Where the user's browsers put files, by the desktop's setting or else as usual; empty if that is the home
+/// folder itself.
 [[nodiscard]] std::string downloadFolder(const UserFolders& folders);
 
 }  // namespace ulvak

@@ -72,7 +72,7 @@ TEST(LargeFiles, DownloadsAreWhereTheDesktopHasThem) {
     folders.userConfig = tree.path("ayar");
     EXPECT_EQ(downloadFolder(folders), "") << "the home folder itself";
     folders.userConfig = tree.path("yok");
-    EXPECT_EQ(downloadFolder(folders), "");
+    EXPECT_EQ(downloadFolder(folders), tree.path("ev/Downloads"));
 }
 
 }  // namespace
