@@ -48,7 +48,13 @@ public:
     [[nodiscard]] static std::vector<Id> ids(const Set& seen);
 
 private:
-    using Ids = std::vector<Id>;
+    struct Pattern {
+        Id id = 0;
+        std::string begin;      ///< before the "*"
+        std::string end;        ///< after it
+        bool isSimple = false;  ///< a "*" is all that is special in it
+    };
+    using Patterns = std::vector<Pattern>;
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
@@ -62,14 +68,14 @@ private:
         return (first + std::size_t{61} * last + 1031 * name.size()) % keys;
     }
     void noteLiteral(std::string_view name, Set& seen) const;
-    void notePatterns(const Ids& patterns, std::string_view name, Set& seen) const;
+    void notePatterns(const Patterns& patterns, std::string_view name, Set& seen) const;
 
     std::vector<std::string> names_;
     bool isWhole_ = true;
     std::unordered_map<std::string, Id, Hash, std::equal_to<>> ids_;
     std::bitset<keys> mayBeLiteral_;
-    std::array<Ids, 256> beginning_;  ///< patterns by their first character
-    std::array<Ids, 256> ending_;     ///< those that begin with "*", by their last
+    std::array<Patterns, 256> beginning_;  ///< by their first character
+    std::array<Patterns, 256> ending_;     ///< those that begin with "*", by their last
 };
 
 }  // namespace ulvak

@@ -46,6 +46,9 @@ TEST(NotedNames, APatternMayBeginEndOrSplitWithAStar) {
     EXPECT_THAT(matches(names, "run-"), ElementsAre("run-*"));
     EXPECT_THAT(matches(names, "requirements-dev.txt"), ElementsAre("requirements*.txt"));
     EXPECT_THAT(matches(names, "x.txt"), IsEmpty());
+    EXPECT_THAT(matches({"ab*ba"}, "aba"), IsEmpty()) << "the two ends do not overlap";
+    EXPECT_THAT(matches({"v[0-9]*"}, "v12"), ElementsAre("v[0-9]*"));
+    EXPECT_THAT(matches({"v[0-9]*"}, "va"), IsEmpty());
 }
 
 TEST(NotedNames, AnEntryMayCountAsSeveral) {
