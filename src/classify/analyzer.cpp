@@ -874,8 +874,9 @@ bool isAnotherSystemsHome(std::span<const DirNode> roots, std::span<const Rule> 
         });
     constexpr std::array<std::string_view, 5> marks = {".config/user-dirs.dirs", ".var/app", ".steam", "snap",
                                                        ".local/share/flatpak"};
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
     return isKnown && std::ranges::none_of(marks, [&](std::string_view mark) {
-               return platform::existsIn(folders.home, std::string(mark));
+               return reach.follow(Paths::join(folders.home, mark)).isThere;
            });
 }
 

@@ -8,6 +8,7 @@
 #include "core/text.h"
 #include "platform/directory.h"
 #include "platform/files.h"
+#include "platform/volume.h"
 
 namespace ulvak {
 namespace {
@@ -96,7 +97,9 @@ std::string downloadFolder(const UserFolders& folders) {
     constexpr std::size_t most = 16UZ * 1024;
     const std::string config =
         folders.userConfig.empty() ? Paths::join(folders.home, ".config") : folders.userConfig;
-    const std::string settings = beginning(Paths::join(config, "user-dirs.dirs"), most);
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
+    const platform::Reach::Target file = reach.follow(Paths::join(config, "user-dirs.dirs"));
+    const std::string settings = file.isThere ? beginning(file.path, most) : std::string();
     constexpr std::string_view setting = "\nXDG_DOWNLOAD_DIR=\"$HOME/";
     const std::string lines = "\n" + settings;
     const std::size_t at = lines.find(setting);

@@ -79,17 +79,6 @@ std::vector<std::string> innerRoots(const std::vector<Located>& roots) {
     return inner;
 }
 
-bool isSamePlace(const std::string& one, const std::string& other) {
-    return one == other || platform::resolvedPath(one) == platform::resolvedPath(other);
-}
-
-/// Whether the walk of the home folder comes by, which follows no links.
-bool isFoundInHome(const std::string& folder, const std::string& home) {
-    const auto real = platform::resolvedPath(folder);
-    const auto realHome = platform::resolvedPath(home);
-    return real && realHome && Paths::isWithin(*real, *realHome);
-}
-
 /// Names applications by the ids of their sandboxes; reads the desktop entries when first asked.
 class ApplicationNames {
 public:
@@ -184,14 +173,17 @@ FurtherPlaces FurtherPlaces::of(const UserFolders& folders) {
     FurtherPlaces further;
     if (!platform::isAccountsHome(folders.home))
         return further;
+    const platform::Reach reach({&folders.home, 1}, platform::Reach::Others::prompt);
+    const std::string own = reach.follow(folders.trash).path;
     // One that is a link, or that others may change, is neither emptied nor what it seems.
     for (const platform::TrashFolder& trash : platform::trashFolders().folders) {
         if (trash.folder)
-            further.trashes.push_back(isSamePlace(trash.path, folders.trash) ? folders.trash : trash.path);
+            further.trashes.push_back(reach.follow(trash.path).path == own ? folders.trash : trash.path);
     }
-    // The home folder's own counts whole, however small, once there are others to add it to.
-    if (further.trashes.size() == 1 && further.trashes.front() == folders.trash &&
-        isFoundInHome(folders.trash, folders.home))
+    // The home folder's own counts whole, however small, once there are others to add it to. The walk comes
+    // by itself where no link leads there.
+    const bool isFoundInHome = Paths::isWithin(own, reach.follow(folders.home).path);
+    if (further.trashes.size() == 1 && further.trashes.front() == folders.trash && isFoundInHome)
         further.trashes.clear();
     further.systems = RuleBook::systemFolders();
     return further;

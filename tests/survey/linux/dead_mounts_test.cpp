@@ -42,5 +42,26 @@ TEST(DeadMounts, ATemporaryFolderBehindOneKeepsNobodyFromScanning) {
     scanWithTemp("nas/../T");
 }
 
+TEST(DeadMounts, SettingsThereAreNotLookedAtByAScan) {
+    if (const auto reason = DeadMount::whyNone())
+        GTEST_SKIP() << *reason;
+    // With a library, the scan asks what else is there; with a download, where downloads are.
+    const TempTree tree({folder("home", {link(".config", "../nas/settings"), link("snap", "../nas/snap"),
+                                         folder("Library", {folder("Caches", {file("x", 60'000'000)})}),
+                                         file("a.iso", 310'000'000)}),
+                         folder("nas")});
+    withPrivateMounts([&] {
+        const DeadMount nas(tree.path("nas"));
+        ASSERT_TRUE(nas.isMounted());
+        const UserFolders folders{
+            .home = tree.path("home"), .temp = tree.path("T"), .cache = tree.path("C"), .trash = ""};
+        ScanProgress progress;
+        const auto findings = Scanner{progress, folders}.run();
+        ASSERT_TRUE(findings);
+        EXPECT_FALSE(findings->empty());
+        EXPECT_FALSE(nas.wasAsked());
+    });
+}
+
 }  // namespace
 }  // namespace ulvak
